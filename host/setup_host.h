@@ -1,0 +1,88 @@
+// What WizCore.dll offers to the program that runs the wizard: media, the objects that the pages need, and the
+// build. The pages never see this file.
+#pragma once
+
+#include "include/lang_mgr.h"
+#include "include/page_context.h"
+#include "include/setup_manager.h"
+#include "window/string.h"
+
+#include <cstdint>
+#include <vector>
+
+// Why something failed, for the person who reads it: which thing, why, and what to do. Code 0 is success; otherwise
+// an installer or system code, or one of the program's own below.
+struct HostError
+{
+    unsigned int code = 0;
+    CString message;
+    explicit operator bool() const { return code != 0; }
+};
+
+struct HostOptions
+{
+    CString strMedia; // a folder with Setup.xml, a deployment's folder or image, or one .msi; full path
+    CString strProgramFolder; // folder of the program, ending in a backslash: Languages\<locale>\ lies below
+    CString strLanguage;      // locale of the wizard's texts; empty: the user's, else "en-US"
+    CString strWorkFolder;    // where working copies of the databases go; empty: a fresh folder below %TEMP%
+    CString strLogFile;       // the setup's log; empty: Setup.log in the work folder
+};
+
+struct FlowPage
+{
+    CString strName;     // export of the page library
+    CString strHelpFile; // HTML of the side pane
+};
+
+// Told of a build by the thread that builds.
+class IBuildProgress
+{
+public:
+    // A step begins: a sentence such as "Copying Zolt 2027".
+    virtual void OnStep(const CString& sentence) = 0;
+    // Bytes so far, of all, and the file being copied. False cancels: the build undoes itself and ends with 1602.
+    virtual bool OnProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal, const CString& file) = 0;
+
+protected:
+    ~IBuildProgress() = default;
+};
+
+struct BuildResult
+{
+    HostError error;               // 0: the deployment stands; 1602: cancelled; nothing else was changed
+    CString strDeploymentFolder;   // <location>\<name>\ with the backslash
+    std::vector<CString> warnings; // each a sentence: a lost signature, a path that may be too long, ...
+};
+
+// Owns everything: media, databases, products, managers. All calls on one thread but Build, which may run on
+// another while the first only pumps messages.
+class CSetupHost
+{
+public:
+    virtual ~CSetupHost() = default; // closes the databases, removes its work folder
+
+    virtual CSetupManager& GetSetupManager() = 0;
+    virtual const std::vector<FlowPage>& GetFlow() = 0;
+    // Fills the record for a page: product, database, help file, Back. Hooks are the caller's to add.
+    virtual PageContext MakePageContext(const FlowPage& page, bool canGoBack) = 0;
+
+    // Builds the deployment that the pages described and stores the result lines and the exit code in the manager.
+    virtual BuildResult Build(IBuildProgress& progress) = 0;
+
+    // Bytes that the deployment will take, for the check of free space.
+    virtual std::uint64_t GetDeploymentBytes() = 0;
+
+    virtual void AppendLog(const CString& line) = 0;
+};
+
+// Opens media. Null on failure, with `error` filled. The caller deletes the object.
+extern "C" WIZCORE_API CSetupHost* OpenSetupHost(const HostOptions& options, HostError& error);
+
+// The service's calls on a product's database handle, which the service itself answers only on a package session:
+// properties from the open database, changes that aren't committed included, and resolved target paths. Same
+// parameters and results as MsiGetPropertyW and MsiGetTargetPathW; a handle that is not a product's gives 6
+// (ERROR_INVALID_HANDLE).
+extern "C" WIZCORE_API unsigned int WizGetPropertyW(InstallerHandle database, const wchar_t* name,
+                                                    wchar_t* buffer, unsigned long* size);
+extern "C" WIZCORE_API unsigned int WizGetTargetPathW(InstallerHandle database, const wchar_t* directory,
+                                                      wchar_t* buffer, unsigned long* size);

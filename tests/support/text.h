@@ -1,0 +1,19 @@
+// Lets GoogleTest print and compare wide texts as UTF-8, whatever the C library thinks of wide characters.
+#pragma once
+
+#include "window/string.h"
+
+#include <ostream>
+#include <string>
+
+inline std::string Utf8(const CString& text)
+{
+    std::string bytes;
+    AppendUtf8(bytes, text);
+    return bytes;
+}
+
+inline void PrintTo(const CString& text, std::ostream* stream)
+{
+    *stream << '"' << Utf8(text) << '"';
+}
