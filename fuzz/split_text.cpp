@@ -5,7 +5,8 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     CString text;
-    const CString separator = FirstLine(WideInput(data, size), text);
+    const CString line = FirstLine(WideInput(data, size), text);
+    const CString separator(line.GetString()); // a separator ends at its first zero
     std::vector<CString> pieces;
     SplitText(text, separator, pieces, 0, false);
     CString joined;
