@@ -29,7 +29,7 @@ struct BuildSnapshot
     int nStep = 0; // counts the steps, so that one of the same words is told again
 };
 
-class CBuildWorker : private IBuildProgress
+class CBuildWorker final : private IBuildProgress
 {
 public:
     CBuildWorker() = default;
