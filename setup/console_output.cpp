@@ -17,7 +17,7 @@ CConsoleOutput::CConsoleOutput()
 
 void CConsoleOutput::WriteLine(const CString& text)
 {
-    if (!m_hOutput || m_hOutput == INVALID_HANDLE_VALUE) {
+    if (!IsOpen()) {
         return;
     }
     // Nobody is left to be told when the output itself fails.

@@ -10,6 +10,7 @@ class CConsoleOutput
 public:
     CConsoleOutput();
 
+    bool IsOpen() const { return m_hOutput && m_hOutput != INVALID_HANDLE_VALUE; }
     // One line; the text's own line ends are kept. UTF-8 for a file or pipe. Any thread.
     void WriteLine(const CString& text);
 

@@ -97,20 +97,31 @@ RunOutcome RunGuarded(const CommandLine& line, CRunLog& log)
     }
 }
 
+// Without a complaint the user has asked for the usage.
+unsigned int TellUsage(const CString& complaint)
+{
+    CRunLog log(true, CString());
+    log.Say(CommandLineUsage());
+    if (complaint.IsEmpty()) {
+        if (!log.HasConsole()) {
+            ShowBox(CommandLineUsage(), MB_ICONINFORMATION);
+        }
+        return SETUP_DONE;
+    }
+    log.Finish({SETUP_BAD_COMMAND_LINE, complaint});
+    if (!log.HasConsole()) {
+        ShowBox(SetupText(IDS_BAD_COMMAND_LINE, {complaint}), MB_ICONERROR);
+    }
+    return SETUP_BAD_COMMAND_LINE;
+}
+
 unsigned int RunSetup()
 {
     CommandLine line;
     const CString complaint = ParseCommandLine(Arguments(), line);
     UseLanguage(line.strLanguage);
-    if (!complaint.IsEmpty()) {
-        CRunLog log(true, CString());
-        log.Say(CommandLineUsage());
-        log.Finish({SETUP_BAD_COMMAND_LINE, complaint});
-        return SETUP_BAD_COMMAND_LINE;
-    }
-    if (line.bHelp) {
-        CRunLog(true, CString()).Say(CommandLineUsage());
-        return SETUP_DONE;
+    if (!complaint.IsEmpty() || line.bHelp) {
+        return TellUsage(complaint);
     }
     MakePathsFull(line);
     CRunLog log(line.IsUnattended(), line.strLog);

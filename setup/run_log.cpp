@@ -23,8 +23,12 @@ void CRunLog::Finish(const RunOutcome& outcome)
         return;
     }
     m_bFinished = true;
+    CString cause = outcome.strCause; // one line, for scripts that read the last one
+    for (const wchar_t* lineEnd : {L"\r\n", L"\n\n", L"\n"}) {
+        cause.Replace(lineEnd, L" ");
+    }
     const CString text = L"Exit code " + NumberText(outcome.exitCode);
-    Line(outcome.strCause.IsEmpty() ? text : text + L": " + outcome.strCause);
+    Line(cause.IsEmpty() ? text : text + L": " + cause);
     for (const CString& line : m_waiting) {
         AppendToFile(line);
     }

@@ -26,6 +26,8 @@ public:
     void Line(const CString& text);
     // For words that the user asked for: always to the console, never to the log.
     void Say(const CString& text) { m_console.WriteLine(text); }
+    // False when words would go nowhere, so that a window has to tell them.
+    bool HasConsole() const { return m_console.IsOpen(); }
     // The last line: code and cause. Counts once: a run ends where it is known first how.
     void Finish(const RunOutcome& outcome);
 
