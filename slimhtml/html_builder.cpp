@@ -22,11 +22,6 @@ bool IsCollapsible(wchar_t unit) noexcept
 
 } // namespace
 
-HtmlBuilder::HtmlBuilder()
-{
-    m_document.fonts.emplace_back();
-}
-
 void HtmlBuilder::AppendText(const wchar_t* text, int length, const HtmlStyle& style)
 {
     for (int at = 0; at < length;) {

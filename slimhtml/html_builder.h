@@ -19,8 +19,6 @@ struct HtmlStyle
 class HtmlBuilder
 {
 public:
-    HtmlBuilder();
-
     // Text with its character references, in the style given.
     void AppendText(const wchar_t* text, int length, const HtmlStyle& style);
     void AppendLineBreak(const HtmlStyle& style);

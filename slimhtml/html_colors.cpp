@@ -84,8 +84,8 @@ HtmlColor ReadableColor(HtmlColor wanted, HtmlColor background) noexcept
     constexpr int glare = 13; // keeps near-black from counting as far from black
     const int textLightness = Lightness(wanted) + glare;
     const int backgroundLightness = Lightness(background) + glare;
-    const int ratioPermille = std::max(textLightness, backgroundLightness) * 1000 /
-                              std::min(textLightness, backgroundLightness);
+    const int ratioPermille =
+        std::max(textLightness, backgroundLightness) * 1000 / std::min(textLightness, backgroundLightness);
     if (ratioPermille >= leastContrastPermille) {
         return wanted;
     }

@@ -79,7 +79,7 @@ struct HtmlDocument
     std::vector<wchar_t> text;
     std::vector<HtmlRun> runs;
     std::vector<HtmlBlock> blocks;
-    std::vector<HtmlFont> fonts; // the first is the label's own
+    std::vector<HtmlFont> fonts{HtmlFont()}; // the first is the label's own
     std::vector<CString> faces;
     std::vector<CString> links; // targets, in the order of the text
     std::vector<HtmlImage> images;

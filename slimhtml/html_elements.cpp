@@ -138,13 +138,14 @@ HtmlAlign ParseAlign(const CString& text) noexcept
 
 const HtmlElementRow* FindHtmlElement(const CString& name) noexcept
 {
-    const auto* found =
-        std::lower_bound(std::begin(elements), std::end(elements), name,
-                         [](const HtmlElementRow& row, const CString& sought) { return sought.Compare(row.name) > 0; });
+    const auto* found = std::lower_bound(
+        std::begin(elements), std::end(elements), name,
+        [](const HtmlElementRow& row, const CString& sought) { return sought.Compare(row.name) > 0; });
     return found != std::end(elements) && name == found->name ? found : nullptr;
 }
 
-HtmlStyle StyleWithin(const HtmlStyle& outer, const HtmlElementRow& row, const HtmlToken& tag, HtmlBuilder& builder)
+HtmlStyle StyleWithin(const HtmlStyle& outer, const HtmlElementRow& row, const HtmlToken& tag,
+                      HtmlBuilder& builder)
 {
     HtmlStyle style = outer;
     if (row.bBlock) {

@@ -3,11 +3,14 @@
 #include "slimhtml/line_breaks.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
 // A word is measured in pieces of so many units, so that a text of one endless word stays linear.
 constexpr int longestPiece = 256;
+// Nor is more than that drawn at once, where a line goes on far beyond the label.
+constexpr int longestFragment = 1024;
 // Indents, in permille of the label's line height.
 constexpr int indentStepPermille = 1600;
 constexpr int markerGapPermille = 400;
@@ -55,7 +58,8 @@ private:
     {
         // However narrow the label, two letters of width stay: one letter a line would serve nobody.
         const int inner = std::max(m_options.width - 2 * m_options.marginHorizontal, 2 * m_baseHeight);
-        const int indent = std::min(Permille(m_baseHeight, block.indentSteps * indentStepPermille), inner / 2);
+        const int indent =
+            std::min(Permille(m_baseHeight, block.indentSteps * indentStepPermille), inner / 2);
         m_left = m_options.marginHorizontal + indent;
         m_available = inner - indent;
         m_align = block.align == HtmlAlign::Default ? m_options.align : block.align;
@@ -96,8 +100,8 @@ private:
         rule.width = m_available;
         rule.height = std::max(1, Permille(m_baseHeight, ruleHeightPermille));
         m_layout.fragments.push_back(rule);
-        m_layout.lines.push_back({m_y, rule.height, m_y + rule.height,
-                                  static_cast<int>(m_layout.fragments.size()) - 1, 1});
+        m_layout.lines.push_back(
+            {m_y, rule.height, m_y + rule.height, static_cast<int>(m_layout.fragments.size()) - 1, 1});
         m_y += rule.height;
     }
 
@@ -119,7 +123,10 @@ private:
                 ++at;
             }
             at += at < end && IsLowSurrogate(text[at]) && IsHighSurrogate(text[at - 1]) ? 1 : 0;
-            AddPiece({HtmlFragmentKind::Text, index, first, at - first,
+            AddPiece({HtmlFragmentKind::Text,
+                      index,
+                      first,
+                      at - first,
                       {m_measurer.TextWidth(run.font, text + first, at - first), 0}});
         }
     }
@@ -170,7 +177,7 @@ private:
             m_spaceRun = -1;
         }
         for (const Piece& piece : m_word) {
-            bTooWide && piece.kind == HtmlFragmentKind::Text ? PlaceSplit(piece) : Place(piece);
+            bTooWide&& piece.kind == HtmlFragmentKind::Text ? PlaceSplit(piece) : Place(piece);
             m_spaceRun = -1;
         }
         m_word.clear();
@@ -214,14 +221,14 @@ private:
 
     void Place(const Piece& piece)
     {
-        const HtmlFontMetrics metrics =
-            piece.kind == HtmlFragmentKind::Image ? HtmlFontMetrics{piece.size.height, 0}
-                                                  : m_measurer.Metrics(m_document.runs[piece.run].font);
+        const HtmlFontMetrics metrics = piece.kind == HtmlFragmentKind::Image
+                                            ? HtmlFontMetrics{piece.size.height, 0}
+                                            : m_measurer.Metrics(m_document.runs[piece.run].font);
         m_ascent = std::max(m_ascent, metrics.ascent);
         m_descent = std::max(m_descent, metrics.descent);
         if (!ExtendLast(piece)) {
-            m_layout.fragments.push_back({piece.kind, m_x, piece.size.width, piece.size.height, piece.run,
-                                          piece.text, piece.length});
+            m_layout.fragments.push_back(
+                {piece.kind, m_x, piece.size.width, piece.size.height, piece.run, piece.text, piece.length});
             ++m_lineFragments;
         }
         m_x += piece.size.width;
@@ -235,7 +242,7 @@ private:
         }
         HtmlFragment& last = m_layout.fragments.back();
         const int space = m_spaceRun >= 0 ? 1 : 0;
-        if (last.kind != HtmlFragmentKind::Text || last.run != piece.run ||
+        if (last.kind != HtmlFragmentKind::Text || last.run != piece.run || last.length > longestFragment ||
             last.text + last.length + space != piece.text) {
             return false;
         }
@@ -272,9 +279,7 @@ private:
         m_layout.lines.push_back({m_y, height, m_y + height - m_descent, first,
                                   static_cast<int>(m_layout.fragments.size()) - first});
         m_y += height;
-        const int word = m_wordWidth;
         BeginLine();
-        m_wordWidth = word;
     }
 
     // The bullet or number stands left of its item's first line.
@@ -286,8 +291,8 @@ private:
         const HtmlRun& run = m_document.runs[m_marker];
         const int width = m_measurer.TextWidth(run.font, m_document.text.data() + run.text, run.length);
         const int gap = Permille(m_baseHeight, markerGapPermille);
-        m_layout.fragments.push_back({HtmlFragmentKind::Text, std::max(0, m_left + shift - gap - width), width, 0,
-                                      m_marker, run.text, run.length});
+        m_layout.fragments.push_back({HtmlFragmentKind::Text, std::max(0, m_left + shift - gap - width),
+                                      width, 0, m_marker, run.text, run.length});
         m_marker = -1;
     }
 

@@ -32,8 +32,8 @@ protected:
 
 struct HtmlLayoutOptions
 {
-    int width = 0;             // of the label
-    int marginHorizontal = 0;  // pixels on both sides
+    int width = 0;            // of the label
+    int marginHorizontal = 0; // pixels on both sides
     int marginVertical = 0;
     int lineSpacingPermille = 1000;
     bool bWrap = true;

@@ -4,6 +4,7 @@
 #include "slimhtml/html_elements.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 

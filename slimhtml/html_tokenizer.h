@@ -28,7 +28,8 @@ struct HtmlToken
     HtmlTokenKind kind = HtmlTokenKind::End;
     CString name; // of a tag, lower case
     std::vector<HtmlAttribute> attributes;
-    const wchar_t* text = nullptr; // of a text, character references not resolved; a part of the tokenizer's text
+    const wchar_t* text =
+        nullptr; // of a text, character references not resolved; a part of the tokenizer's text
     int length = 0;
 
     // The first attribute of that lower-case name; null when there is none.
@@ -57,8 +58,8 @@ private:
     const wchar_t* m_text;
     int m_length;
     int m_at = 0;
-    int m_lastGreater = -1;         // index of the last ">"; behind it no tag can end
-    int m_lastDoubleQuote = -1;     // likewise for a quoted value
+    int m_lastGreater = -1;     // index of the last ">"; behind it no tag can end
+    int m_lastDoubleQuote = -1; // likewise for a quoted value
     int m_lastSingleQuote = -1;
     bool m_bQuotesHold = true;      // false once a quote swallowed the end of its tag
     bool m_bCommentsEnd = true;     // false once no "-->" was found

@@ -21,9 +21,10 @@ bool IsIn(wchar_t unit, const wchar_t* set) noexcept
 // Marks that no line begins with: closing brackets, stops, small kana, the length mark.
 bool ClingsToBefore(wchar_t unit) noexcept
 {
-    return IsIn(unit, L"\u3001\u3002\uFF0C\uFF0E\u30FB\uFF1A\uFF1B\uFF1F\uFF01\u3009\u300B\u300D\u300F\u3011\u3015"
-                      L"\uFF09\uFF3D\uFF5D\u30FC\u3041\u3043\u3045\u3047\u3049\u3063\u3083\u3085\u3087\u30A1\u30A3"
-                      L"\u30A5\u30A7\u30A9\u30C3\u30E3\u30E5\u30E7,.:;!?)]}%\u201D\u2019\u2026");
+    return IsIn(unit,
+                L"\u3001\u3002\uFF0C\uFF0E\u30FB\uFF1A\uFF1B\uFF1F\uFF01\u3009\u300B\u300D\u300F\u3011\u3015"
+                L"\uFF09\uFF3D\uFF5D\u30FC\u3041\u3043\u3045\u3047\u3049\u3063\u3083\u3085\u3087\u30A1\u30A3"
+                L"\u30A5\u30A7\u30A9\u30C3\u30E3\u30E5\u30E7,.:;!?)]}%\u201D\u2019\u2026");
 }
 
 bool ClingsToAfter(wchar_t unit) noexcept
