@@ -3,17 +3,9 @@
 #include "frame/text_rules.h"
 #include "include/resource_ids.h"
 
-#include <algorithm>
-
 namespace {
 
 constexpr int LINK_CAPACITY = 2085; // with the closing zero
-
-// Moves a run of that length into the range; its start wins when the range is too short.
-int MoveInto(int start, int length, int rangeStart, int rangeEnd)
-{
-    return std::max(rangeStart, std::min(start, rangeEnd - length));
-}
 
 } // namespace
 
@@ -23,15 +15,6 @@ PageRectangle ResizeAroundMiddle(const PageRectangle& saved, int width, int heig
     const int halfHeight = (height - saved.Height()) / 2;
     return {saved.left - halfWidth, saved.top - halfHeight, saved.right + halfWidth,
             saved.bottom + halfHeight};
-}
-
-PageRectangle CentreWithin(const PageRectangle& around, int width, int height, const PageRectangle& workArea)
-{
-    const int left =
-        MoveInto(around.left + (around.Width() - width) / 2, width, workArea.left, workArea.right);
-    const int top =
-        MoveInto(around.top + (around.Height() - height) / 2, height, workArea.top, workArea.bottom);
-    return {left, top, left + width, top + height};
 }
 
 bool IsDeploymentMode(Setup::tagSETUPMODE mode)

@@ -21,11 +21,6 @@ struct PageRectangle
 // the new page one pixel smaller.
 [[nodiscard]] PageRectangle ResizeAroundMiddle(const PageRectangle& saved, int width, int height);
 
-// A window of that size in the middle of `around`, moved into the work area; a larger one keeps its upper left corner
-// in it.
-[[nodiscard]] PageRectangle CentreWithin(const PageRectangle& around, int width, int height,
-                                         const PageRectangle& workArea);
-
 // True for the modes that make or change a deployment.
 [[nodiscard]] bool IsDeploymentMode(Setup::tagSETUPMODE mode);
 

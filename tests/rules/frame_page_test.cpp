@@ -23,23 +23,6 @@ TEST(PlaceTest, ASmallerPageOpensCentredOnTheFormerOne)
     EXPECT_EQ(ResizeAroundMiddle({100, 100, 600, 400}, 400, 201), (PageRectangle{150, 149, 550, 351}));
 }
 
-TEST(CentreTest, TheWindowStandsInTheMiddle)
-{
-    EXPECT_EQ(CentreWithin({0, 0, 1000, 800}, 200, 100, {0, 0, 1000, 760}),
-              (PageRectangle{400, 350, 600, 450}));
-}
-
-TEST(CentreTest, TheWindowIsMovedIntoTheWorkArea)
-{
-    EXPECT_EQ(CentreWithin({900, 700, 1000, 800}, 200, 100, {0, 0, 1000, 760}),
-              (PageRectangle{800, 660, 1000, 760}));
-}
-
-TEST(CentreTest, ATooLargeWindowKeepsItsUpperLeftCornerInTheWorkArea)
-{
-    EXPECT_EQ(CentreWithin({0, 0, 640, 480}, 800, 600, {0, 20, 640, 480}), (PageRectangle{0, 20, 800, 620}));
-}
-
 TEST(TitleTest, TheDeploymentsNameFollowsInDeploymentModes)
 {
     for (const auto mode : {Setup::SETUPMODE_CREATE_DEPLOYMENT, Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT,
