@@ -15,6 +15,7 @@ ROLLOUT_PACKAGES=(
     g++                        # compiles CMake's own checks and the native helpers
     cmake ninja-build          # the build
     g++-mingw-w64-x86-64-posix # the cross compiler, with C++ threads
+    gcc-mingw-w64-i686-posix   # the sample product's 32-bit program
     clang-14 libclang-rt-14-dev # sanitizers and fuzzers of the native tree
     clang-format-14            # the formatting check
     googletest                 # the tests' framework, built from its source
