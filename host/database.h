@@ -26,8 +26,16 @@ using RowFunction = std::function<bool(MSIHANDLE record)>;
 [[nodiscard]] bool ReadPropertyRow(MSIHANDLE database, const CString& name, CString& value);
 // Inserts or changes the row; an empty value deletes it.
 [[nodiscard]] unsigned int WritePropertyRow(MSIHANDLE database, const CString& name, const CString& value);
-// A text of the summary information; empty when it isn't there.
+// Properties of the summary information (the service's PID_ numbers, which mingw-w64's header lacks).
+constexpr unsigned int SUMMARY_TEMPLATE = 7;
+constexpr unsigned int SUMMARY_WORD_COUNT = 15;
+constexpr int WORD_COUNT_COMPRESSED = 2;  // source files are in cabinets
+constexpr int WORD_COUNT_ADMIN_IMAGE = 4; // ... were, before an administrative installation laid them out
+// Empty, or 0, when it isn't there.
 [[nodiscard]] CString SummaryText(MSIHANDLE database, unsigned int property);
+[[nodiscard]] int SummaryNumber(MSIHANDLE database, unsigned int property);
+// True when the template names a 64-bit platform.
+[[nodiscard]] bool IsSixtyFourBit(MSIHANDLE database);
 
 // Makes the tables that the pages count on and the package lacks. 0, or the code and the table that failed.
 [[nodiscard]] unsigned int AddMissingTables(MSIHANDLE database, CString& failedTable);

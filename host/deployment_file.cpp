@@ -17,8 +17,12 @@ bool IsKnownPlace(const CString& name, const CString& parent)
         const wchar_t* name;
         const wchar_t* parent;
     } PLACES[] = {
-        {L"Deployment", L""},          {L"Settings", L"Deployment"}, {L"Property", L"Deployment"},
-        {L"Product", L"Deployment"},   {L"Property", L"Product"},    {L"Patch", L"Product"},
+        {L"Deployment", L""},
+        {L"Settings", L"Deployment"},
+        {L"Property", L"Deployment"},
+        {L"Product", L"Deployment"},
+        {L"Property", L"Product"},
+        {L"Patch", L"Product"},
         {L"DownloadedPatch", L"Product"},
     };
     for (const auto& place : PLACES) {
@@ -109,7 +113,8 @@ const StoredProduct* DeploymentFile::FindProduct(const CString& productCode) con
     return nullptr;
 }
 
-bool DeploymentFileReader::OnElement(const CString& name, const std::vector<XmlAttribute>& attributes, int line)
+bool DeploymentFileReader::OnElement(const CString& name, const std::vector<XmlAttribute>& attributes,
+                                     int line)
 {
     const CString parent = m_open.empty() ? CString() : m_open.back();
     XmlValues values(name, attributes, line);
@@ -137,8 +142,9 @@ bool DeploymentFileReader::OnText(const CString& text, int line)
 {
     CString trimmed = text;
     if (!trimmed.Trim().IsEmpty()) {
-        m_fault = {HostSentence(HostText::XmlTextOutside, {m_open.empty() ? CString(L"Deployment") : m_open.back()}),
-                   line};
+        m_fault = {
+            HostSentence(HostText::XmlTextOutside, {m_open.empty() ? CString(L"Deployment") : m_open.back()}),
+            line};
     }
     return !m_fault;
 }
@@ -168,7 +174,8 @@ void DeploymentFileReader::ReadDeployment(XmlValues& values)
 {
     const int version = values.TakeNumber(L"version", 1, 1000000);
     if (version > DEPLOYMENT_VERSION) {
-        values.Fail(HostSentence(HostText::XmlNewerVersion, {NumberText(version), NumberText(DEPLOYMENT_VERSION)}));
+        values.Fail(
+            HostSentence(HostText::XmlNewerVersion, {NumberText(version), NumberText(DEPLOYMENT_VERSION)}));
     }
     m_file.strName = values.TakeText(L"name", 255);
     m_file.strSetupCode = values.TakeGuid(L"setupCode");

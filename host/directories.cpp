@@ -10,7 +10,6 @@ namespace {
 
 constexpr int ACTION_SET_DIRECTORY = 51; // the type of a custom action that sets a property from a text
 constexpr int ACTION_TYPE_MASK = 0x3F;
-constexpr int SOURCE_COMPRESSED = 2; // bit of the summary's word count
 
 bool CopyPath(const CString& path, wchar_t* buffer, unsigned int* size)
 {
@@ -77,17 +76,9 @@ CFeature* FeatureManager::FindFeature(const CString& name)
 DirectoryManager::DirectoryManager(InstallerHandle database, const CString& packageFolder)
     : m_database(database), m_packageFolder(packageFolder)
 {
-    MsiHandle summary;
-    UINT type = 0;
-    INT words = 0;
-    FILETIME time = {};
-    DWORD length = 0;
-    if (MsiGetSummaryInformationW(database, nullptr, 0, summary.Receive()) == ERROR_SUCCESS &&
-        MsiSummaryInfoGetPropertyW(summary.get(), PID_WORDCOUNT, &type, &words, &time, nullptr, &length) ==
-            ERROR_SUCCESS) {
-        // An administrative image is laid out in folders although its summary may still say compressed (bit 4).
-        m_flatSource = (words & SOURCE_COMPRESSED) != 0 && (words & 4) == 0;
-    }
+    // The files of an administrative image lie in folders, although its summary still says compressed.
+    const int words = SummaryNumber(database, SUMMARY_WORD_COUNT);
+    m_flatSource = (words & WORD_COUNT_COMPRESSED) && !(words & WORD_COUNT_ADMIN_IMAGE);
     ReadRows();
     ReadProperties();
 }
@@ -130,7 +121,8 @@ void DirectoryManager::ReadRows()
     std::set<CString> seen;
     std::vector<CString> changed;
     const unsigned int result = ForEachRow(
-        m_database, L"SELECT `Directory`,`Directory_Parent`,`DefaultDir` FROM `Directory`", {}, [&](MSIHANDLE record) {
+        m_database, L"SELECT `Directory`,`Directory_Parent`,`DefaultDir` FROM `Directory`", {},
+        [&](MSIHANDLE record) {
             const DirectoryData data{RecordText(record, 1), RecordText(record, 2), RecordText(record, 3)};
             seen.insert(data.Directory);
             Row& row = m_rows[data.Directory];
@@ -175,15 +167,16 @@ void DirectoryManager::ReadProperties()
             return true;
         });
     // A drive that a user added is a directory of that name which an action sets.
-    result = ForEachRow(m_database, L"SELECT `Type`,`Source`,`Target` FROM `CustomAction`", {}, [&](MSIHANDLE record) {
-        const CString name = RecordText(record, 2);
-        const CString target = RecordText(record, 3);
-        const bool sets = (MsiRecordGetInteger(record, 1) & ACTION_TYPE_MASK) == ACTION_SET_DIRECTORY;
-        if (sets && m_rows.count(name) && target.GetLength() == 2 && target[1] == L':') {
-            m_properties[name] = target;
-        }
-        return true;
-    });
+    result = ForEachRow(
+        m_database, L"SELECT `Type`,`Source`,`Target` FROM `CustomAction`", {}, [&](MSIHANDLE record) {
+            const CString name = RecordText(record, 2);
+            const CString target = RecordText(record, 3);
+            const bool sets = (MsiRecordGetInteger(record, 1) & ACTION_TYPE_MASK) == ACTION_SET_DIRECTORY;
+            if (sets && m_rows.count(name) && target.GetLength() == 2 && target[1] == L':') {
+                m_properties[name] = target;
+            }
+            return true;
+        });
     static_cast<void>(result); // a package without custom actions has no such drives
 }
 

@@ -58,7 +58,7 @@ private:
     CString m_packageFolder;
     bool m_flatSource = false;
     std::map<CString, Row> m_rows;
-    std::map<CString, CString> m_properties; // that settle a directory
+    std::map<CString, CString> m_properties;               // that settle a directory
     std::vector<std::unique_ptr<DirectoryData>> m_retired; // pages may still point at them
     DirectoryMap m_entries;
 };

@@ -29,7 +29,8 @@ CString ResolveTarget(const IDirectorySource& source, const CString& key, int de
     return parent.IsEmpty() ? CString() : parent + WithBackslash(TargetFolderName(row->DefaultDir));
 }
 
-CString ResolveSource(const IDirectorySource& source, const CString& key, const CString& packageFolder, int depth)
+CString ResolveSource(const IDirectorySource& source, const CString& key, const CString& packageFolder,
+                      int depth)
 {
     const DirectoryData* row = source.FindDirectory(key);
     if (!row || depth >= DEPTH_LIMIT) {
@@ -65,7 +66,8 @@ CString ResolveTargetPath(const IDirectorySource& source, const CString& key)
     return ResolveTarget(source, key, 0);
 }
 
-CString ResolveSourcePath(const IDirectorySource& source, const CString& key, const CString& packageFolder, bool flat)
+CString ResolveSourcePath(const IDirectorySource& source, const CString& key, const CString& packageFolder,
+                          bool flat)
 {
     // Compressed packages keep all their files beside the package.
     return flat && source.FindDirectory(key) ? packageFolder : ResolveSource(source, key, packageFolder, 0);

@@ -82,8 +82,8 @@ CString SystemReason(unsigned int code)
 {
     CString text;
     wchar_t* buffer = text.GetBuffer(512);
-    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0,
-                                        buffer, 512, nullptr);
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                        code, 0, buffer, 512, nullptr);
     text.ReleaseBuffer(static_cast<int>(length));
     text.Trim();
     text.TrimRight(L".");
@@ -92,8 +92,9 @@ CString SystemReason(unsigned int code)
 
 unsigned int ReadWholeFile(const CString& path, std::size_t limit, std::string& bytes)
 {
-    const FileHandle file(CreateFileW(FilePath(path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                      nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    const FileHandle file(CreateFileW(FilePath(path), GENERIC_READ,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                      OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     if (!file) {
         return GetLastError();
     }
@@ -119,8 +120,8 @@ unsigned int ReplaceFile(const CString& path, const std::string& bytes)
     beside.Format(L"%s.new-%08X", path.GetString(), GetCurrentProcessId() ^ GetTickCount());
     unsigned int error;
     {
-        const FileHandle file(CreateFileW(FilePath(beside), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL,
-                                          nullptr));
+        const FileHandle file(CreateFileW(FilePath(beside), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!file) {
             return GetLastError();
         }
@@ -190,12 +191,14 @@ unsigned int ListFolder(const CString& path, std::vector<FolderItem>& items)
     do {
         const CString name = found.cFileName;
         if (name != L"." && name != L"..") {
-            items.push_back({name, (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
-                             (static_cast<unsigned long long>(found.nFileSizeHigh) << 32) | found.nFileSizeLow});
+            items.push_back(
+                {name, (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
+                 (static_cast<unsigned long long>(found.nFileSizeHigh) << 32) | found.nFileSizeLow});
         }
     } while (FindNextFileW(find, &found));
     const DWORD error = GetLastError();
-    std::sort(items.begin(), items.end(),
-              [](const FolderItem& left, const FolderItem& right) { return left.name.CompareNoCase(right.name) < 0; });
+    std::sort(items.begin(), items.end(), [](const FolderItem& left, const FolderItem& right) {
+        return left.name.CompareNoCase(right.name) < 0;
+    });
     return error == ERROR_NO_MORE_FILES ? DWORD{ERROR_SUCCESS} : error;
 }

@@ -17,7 +17,8 @@ CString BareLanguage(const CString& locale)
 CString UserLocale()
 {
     wchar_t name[LOCALE_NAME_MAX_LENGTH] = {};
-    return GetUserDefaultLocaleName(name, LOCALE_NAME_MAX_LENGTH) > 0 ? CString(name) : CString(LAST_LANGUAGE);
+    return GetUserDefaultLocaleName(name, LOCALE_NAME_MAX_LENGTH) > 0 ? CString(name)
+                                                                      : CString(LAST_LANGUAGE);
 }
 
 // The folder of that very locale, or another region of its language; empty when there is neither.
@@ -41,7 +42,8 @@ CString FindLocale(const std::vector<FolderItem>& items, const CString& locale)
 
 } // namespace
 
-CString FindLanguageFolder(const CString& base, const CString& locale, const CString& otherwise, CString& found)
+CString FindLanguageFolder(const CString& base, const CString& locale, const CString& otherwise,
+                           CString& found)
 {
     std::vector<FolderItem> items;
     if (ListFolder(base, items) == ERROR_SUCCESS) {

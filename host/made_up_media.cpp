@@ -14,22 +14,21 @@ namespace {
 
 // All pages of the library, each with its help file; those that it doesn't export are passed over.
 constexpr const wchar_t* ALL_PAGES[] = {
-    L"BeginDeployment", L"ProductContact",  L"DeploymentSettings", L"WorkstationSetting", L"PathCustomization",
-    L"AddAdditionalFiles", L"OnlineResources", L"NoticeDeskFeedBoard", L"ServicePack",    L"DeploymentComplete",
-    L"DeploymentFailed",
+    L"BeginDeployment",   L"ProductContact",     L"DeploymentSettings", L"WorkstationSetting",
+    L"PathCustomization", L"AddAdditionalFiles", L"OnlineResources",    L"NoticeDeskFeedBoard",
+    L"ServicePack",       L"DeploymentComplete", L"DeploymentFailed",
 };
 
 constexpr int FILE_NONCOMPRESSED = 8192;
 constexpr int FILE_COMPRESSED = 16384;
-constexpr int WORDS_COMPRESSED = 2;
 
 CString LanguageName(const CString& summaryTemplate)
 {
     // `platform;language,language`; 0 is the neutral language.
     const CString languages = summaryTemplate.Mid(summaryTemplate.Find(L';') + 1);
     unsigned int id = 0;
-    for (int index = 0; index < languages.GetLength() && languages[index] >= L'0' && languages[index] <= L'9' &&
-                        id < 0x10000;
+    for (int index = 0; index < languages.GetLength() && languages[index] >= L'0' &&
+                        languages[index] <= L'9' && id < 0x10000;
          ++index) {
         id = id * 10 + static_cast<unsigned int>(languages[index] - L'0');
     }
@@ -40,20 +39,12 @@ CString LanguageName(const CString& summaryTemplate)
     return IsLocaleName(name) ? CString(name) : CString(L"en-US");
 }
 
-int PlatformOf(const CString& summaryTemplate)
-{
-    const CString platform = summaryTemplate.Left(std::max(summaryTemplate.Find(L';'), 0));
-    const bool wide = platform.CompareNoCase(L"x64") == 0 || platform.CompareNoCase(L"Intel64") == 0 ||
-                      platform.CompareNoCase(L"Arm64") == 0;
-    return wide ? Setup::PLATFORM_X64 : Setup::PLATFORM_X86;
-}
-
 CString PropertyOr(MSIHANDLE database, const wchar_t* name, const CString& otherwise)
 {
     CString value;
-    ReadPropertyRow(database, name, value);
+    const bool found = ReadPropertyRow(database, name, value);
     CString trimmed = value;
-    return trimmed.Trim().IsEmpty() ? otherwise : value.Left(200);
+    return !found || trimmed.Trim().IsEmpty() ? otherwise : value.Left(200);
 }
 
 CString FirstCode(MSIHANDLE database)
@@ -72,12 +63,13 @@ class DirectoryRows final : public IDirectorySource
 public:
     explicit DirectoryRows(MSIHANDLE database)
     {
-        m_result = ForEachRow(database, L"SELECT `Directory`,`Directory_Parent`,`DefaultDir` FROM `Directory`", {},
-                              [this](MSIHANDLE record) {
-                                  const CString key = RecordText(record, 1);
-                                  m_rows[key] = {key, RecordText(record, 2), RecordText(record, 3)};
-                                  return true;
-                              });
+        m_result =
+            ForEachRow(database, L"SELECT `Directory`,`Directory_Parent`,`DefaultDir` FROM `Directory`", {},
+                       [this](MSIHANDLE record) {
+                           const CString key = RecordText(record, 1);
+                           m_rows[key] = {key, RecordText(record, 2), RecordText(record, 3)};
+                           return true;
+                       });
     }
     const DirectoryData* FindDirectory(const CString& key) const override
     {
@@ -91,35 +83,23 @@ private:
     unsigned int m_result = 0;
 };
 
-bool IsCompressedPackage(MSIHANDLE database)
-{
-    MsiHandle summary;
-    UINT type = 0;
-    INT words = 0;
-    FILETIME time = {};
-    DWORD length = 0;
-    return MsiGetSummaryInformationW(database, nullptr, 0, summary.Receive()) == ERROR_SUCCESS &&
-           MsiSummaryInfoGetPropertyW(summary.get(), PID_WORDCOUNT, &type, &words, &time, nullptr, &length) ==
-               ERROR_SUCCESS &&
-           (words & WORDS_COMPRESSED) != 0;
-}
-
 void AddLooseFiles(MSIHANDLE database, const CString& packageFolder, std::vector<CString>& files)
 {
     std::map<CString, CString> folders; // of components
     const DirectoryRows directories(database);
     unsigned int result =
         ForEachRow(database, L"SELECT `Component`,`Directory_` FROM `Component`", {}, [&](MSIHANDLE record) {
-            folders[RecordText(record, 1)] = ResolveSourcePath(directories, RecordText(record, 2), packageFolder, false);
+            folders[RecordText(record, 1)] =
+                ResolveSourcePath(directories, RecordText(record, 2), packageFolder, false);
             return true;
         });
-    const bool compressed = IsCompressedPackage(database);
+    const bool compressed = (SummaryNumber(database, SUMMARY_WORD_COUNT) & WORD_COUNT_COMPRESSED) != 0;
     result = ForEachRow(
         database, L"SELECT `Component_`,`FileName`,`Attributes` FROM `File`", {}, [&](MSIHANDLE record) {
             const int attributes = std::max(MsiRecordGetInteger(record, 3), 0);
             const bool packed = (attributes & FILE_NONCOMPRESSED) ? false
-                                : (attributes & FILE_COMPRESSED) ? true
-                                                                 : compressed;
+                                : (attributes & FILE_COMPRESSED)  ? true
+                                                                  : compressed;
             const CString name = RecordText(record, 2);
             const CString path = folders[RecordText(record, 1)] + name.Mid(name.Find(L'|') + 1);
             const CString relative = path.Mid(packageFolder.GetLength());
@@ -140,13 +120,14 @@ HostError DescribePackage(const CString& packageFile, SetupDescription& descript
     const unsigned int result = OpenDatabase(packageFile, MSIDBOPEN_READONLY, database);
     const CString code = result == ERROR_SUCCESS ? FirstCode(database.get()) : CString();
     if (code.IsEmpty()) {
-        const CString reason = result == ERROR_SUCCESS ? CString(L"it has no product code") : SystemReason(result);
+        const CString reason =
+            result == ERROR_SUCCESS ? CString(L"it has no product code") : SystemReason(result);
         return {result == ERROR_SUCCESS ? UINT{ERROR_INSTALL_PACKAGE_INVALID} : result,
                 HostSentence(HostText::MediaPackageBroken, {packageFile, reason})};
     }
-    const CString summaryTemplate = SummaryText(database.get(), PID_TEMPLATE);
+    const CString summaryTemplate = SummaryText(database.get(), SUMMARY_TEMPLATE);
     const CString fileName = FileName(packageFile);
-    const int platform = PlatformOf(summaryTemplate);
+    const int platform = IsSixtyFourBit(database.get()) ? Setup::PLATFORM_X64 : Setup::PLATFORM_X86;
     description = SetupDescription();
     description.strCode = code;
     description.strName = PropertyOr(database.get(), L"ProductName", fileName.Left(fileName.GetLength() - 4));
@@ -169,14 +150,15 @@ HostError DescribePackage(const CString& packageFile, SetupDescription& descript
 std::vector<CString> FindPackageFiles(InstallerHandle database, const CString& packageFolder)
 {
     std::vector<CString> files;
-    const unsigned int result = ForEachRow(database, L"SELECT `Cabinet` FROM `Media`", {}, [&](MSIHANDLE record) {
-        const CString cabinet = RecordText(record, 1);
-        if (!cabinet.IsEmpty() && cabinet[0] != L'#' && IsSafeRelativePath(cabinet) &&
-            IsFile(packageFolder + cabinet)) {
-            files.push_back(cabinet);
-        }
-        return true;
-    });
+    const unsigned int result =
+        ForEachRow(database, L"SELECT `Cabinet` FROM `Media`", {}, [&](MSIHANDLE record) {
+            const CString cabinet = RecordText(record, 1);
+            if (!cabinet.IsEmpty() && cabinet[0] != L'#' && IsSafeRelativePath(cabinet) &&
+                IsFile(packageFolder + cabinet)) {
+                files.push_back(cabinet);
+            }
+            return true;
+        });
     static_cast<void>(result); // no Media table, no cabinets
     AddLooseFiles(database, packageFolder, files);
     return files;

@@ -99,7 +99,8 @@ void ManagerObject::UseMedia(const Media& media)
     }
     m_strLinkTarget1 = m_strLinkText[0];
     m_strLinkTarget2 = m_strLinkText[1];
-    m_strStepText = media.description.strStep.IsEmpty() ? media.description.strName : media.description.strStep;
+    m_strStepText =
+        media.description.strStep.IsEmpty() ? media.description.strName : media.description.strStep;
     m_ui.m_strStepArgument = m_strStepText;
 }
 
@@ -370,13 +371,15 @@ HostError ManagerObject::OpenProducts()
         m_productObjects.push_back(std::move(product));
     }
     if (m_products.empty()) {
-        return {ERROR_FILE_NOT_FOUND, HostSentence(HostText::NoProductsForPlatform, {PlatformText(m_platform)})};
+        return {ERROR_FILE_NOT_FOUND,
+                HostSentence(HostText::NoProductsForPlatform, {PlatformText(m_platform)})};
     }
     m_productsOpen = true;
     return {};
 }
 
-HostError ManagerObject::OpenProduct(const ProductDescription& described, std::unique_ptr<ProductObject>& opened)
+HostError ManagerObject::OpenProduct(const ProductDescription& described,
+                                     std::unique_ptr<ProductObject>& opened)
 {
     const PackageDescription* package = described.FindPackage(m_platform);
     if (!package) {
@@ -406,7 +409,8 @@ HostError ManagerObject::OpenProduct(const ProductDescription& described, std::u
 bool ManagerObject::SetSetupMode(Setup::tagSETUPMODE mode)
 {
     m_strLastMessage.Empty();
-    const bool needsBase = mode == Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT || mode == Setup::SETUPMODE_MODIFY_DEPLOYMENT;
+    const bool needsBase =
+        mode == Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT || mode == Setup::SETUPMODE_MODIFY_DEPLOYMENT;
     HostError error;
     if (needsBase && FindDeploymentFile(m_strBaseText).IsEmpty()) {
         error = {ERROR_FILE_NOT_FOUND, HostSentence(HostText::BaseGone, {m_strBaseText, m_strLocationText})};
@@ -428,8 +432,8 @@ bool ManagerObject::SetSetupMode(Setup::tagSETUPMODE mode)
     m_setupMode = mode;
     UpdateDeploymentFolder();
     m_ui.m_bResetAllowed1 = m_ui.m_bResetAllowed2 = true;
-    m_log.Append(HostSentence(HostText::LogMode, {NumberText(mode), NumberText(m_platform), m_strDeploymentText,
-                                                  m_strLocationText, m_strBaseText}));
+    m_log.Append(HostSentence(HostText::LogMode, {NumberText(mode), NumberText(m_platform),
+                                                  m_strDeploymentText, m_strLocationText, m_strBaseText}));
     return true;
 }
 

@@ -82,7 +82,9 @@ private:
     CString m_strLastMessage;
 
     // What the public pointers of the base class point into.
-    CString m_strCodeText, m_strNameText, m_strMediaFileText, m_strTextFolder, m_strRootText, m_strLinkText[2];
-    CString m_strLogText, m_strSuffixText, m_strLocationText, m_strBaseText, m_strDeploymentText, m_strLineText[2];
+    CString m_strCodeText, m_strNameText, m_strMediaFileText, m_strTextFolder, m_strRootText,
+        m_strLinkText[2];
+    CString m_strLogText, m_strSuffixText, m_strLocationText, m_strBaseText, m_strDeploymentText,
+        m_strLineText[2];
     CString m_strStepText;
 };

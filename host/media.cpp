@@ -23,9 +23,9 @@ HostError ReadDescribed(const CString& file, IXmlEvents& events)
     if (!fault) {
         return {};
     }
-    return {ERROR_INVALID_DATA, fault.line > 0
-                                    ? HostSentence(HostText::FileAndLine, {file, NumberText(fault.line), fault.message})
-                                    : HostSentence(HostText::FileOnly, {file, fault.message})};
+    return {ERROR_INVALID_DATA, fault.line > 0 ? HostSentence(HostText::FileAndLine,
+                                                              {file, NumberText(fault.line), fault.message})
+                                               : HostSentence(HostText::FileOnly, {file, fault.message})};
 }
 
 HostError OpenFolder(const CString& folder, Media& media)
@@ -34,7 +34,8 @@ HostError OpenFolder(const CString& folder, Media& media)
     if (IsFile(folder + DEPLOYMENT_FILE)) {
         media.strDeploymentFile = folder + DEPLOYMENT_FILE;
         media.strRoot = folder + IMAGE_FOLDER + L"\\";
-    } else if (FileName(folder).CompareNoCase(IMAGE_FOLDER) == 0 && IsFile(ParentFolder(folder) + DEPLOYMENT_FILE)) {
+    } else if (FileName(folder).CompareNoCase(IMAGE_FOLDER) == 0 &&
+               IsFile(ParentFolder(folder) + DEPLOYMENT_FILE)) {
         media.strDeploymentFile = ParentFolder(folder) + DEPLOYMENT_FILE;
     }
     if (!IsFile(media.strRoot + SETUP_FILE)) {
@@ -114,7 +115,8 @@ bool HasPackageFile(const Media& media, int platform)
     }
     for (const ProductDescription& product : media.description.products) {
         const PackageDescription* package = product.FindPackage(platform);
-        if (package && IsFile(media.strRoot + PackageFolder(media.description, product, platform) + package->strFile)) {
+        if (package &&
+            IsFile(media.strRoot + PackageFolder(media.description, product, platform) + package->strFile)) {
             return true;
         }
     }

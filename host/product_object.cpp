@@ -34,22 +34,15 @@ bool CopyValue(const CString& value, wchar_t* buffer, int* size)
 int HighestFileSequence(MSIHANDLE database)
 {
     int highest = 0;
-    const unsigned int result = ForEachRow(database, L"SELECT `Sequence` FROM `File`", {}, [&](MSIHANDLE record) {
-        const int sequence = MsiRecordGetInteger(record, 1);
-        if (sequence != MSI_NULL_INTEGER) {
-            highest = std::max(highest, sequence);
-        }
-        return true;
-    });
+    const unsigned int result =
+        ForEachRow(database, L"SELECT `Sequence` FROM `File`", {}, [&](MSIHANDLE record) {
+            const int sequence = MsiRecordGetInteger(record, 1);
+            if (sequence != static_cast<int>(MSI_NULL_INTEGER)) {
+                highest = std::max(highest, sequence);
+            }
+            return true;
+        });
     return result == ERROR_SUCCESS ? highest : 0;
-}
-
-bool IsSixtyFourBit(MSIHANDLE database)
-{
-    const CString platform = SummaryText(database, PID_TEMPLATE);
-    const CString first = platform.Left(std::max(platform.Find(L';'), 0));
-    return first.CompareNoCase(L"x64") == 0 || first.CompareNoCase(L"Intel64") == 0 ||
-           first.CompareNoCase(L"Arm64") == 0;
 }
 
 } // namespace
@@ -115,15 +108,16 @@ ProductObject::~ProductObject()
 HostError ProductObject::CopyPackage()
 {
     if (!IsFile(m_strOriginalFile)) {
-        return {ERROR_FILE_NOT_FOUND,
-                HostSentence(HostText::MediaPackageMissing, {m_strOriginalFile, SystemReason(ERROR_FILE_NOT_FOUND)})};
+        return {ERROR_FILE_NOT_FOUND, HostSentence(HostText::MediaPackageMissing,
+                                                   {m_strOriginalFile, SystemReason(ERROR_FILE_NOT_FOUND)})};
     }
     unsigned int error = MakeFolders(m_source.strWorkFolder);
     if (error == ERROR_SUCCESS && !CopyFileW(FilePath(m_strOriginalFile), FilePath(m_strWorkFile), FALSE)) {
         error = GetLastError();
     }
     if (error != ERROR_SUCCESS) {
-        return {error, HostSentence(HostText::WorkCopyFailed, {m_strOriginalFile, m_strWorkFile, SystemReason(error)})};
+        return {error, HostSentence(HostText::WorkCopyFailed,
+                                    {m_strOriginalFile, m_strWorkFile, SystemReason(error)})};
     }
     // Media are often read-only; the copy is for writing.
     SetFileAttributesW(FilePath(m_strWorkFile), FILE_ATTRIBUTE_NORMAL);
@@ -138,12 +132,14 @@ HostError ProductObject::Open(std::vector<CString>& warnings)
     }
     unsigned int result = OpenDatabase(m_strWorkFile, MSIDBOPEN_TRANSACT, m_database);
     if (result != ERROR_SUCCESS) {
-        return {result, HostSentence(HostText::MediaPackageBroken, {m_strOriginalFile, SystemReason(result)})};
+        return {result,
+                HostSentence(HostText::MediaPackageBroken, {m_strOriginalFile, SystemReason(result)})};
     }
     CString table;
     result = AddMissingTables(m_database.get(), table);
     if (result != ERROR_SUCCESS) {
-        return {result, HostSentence(HostText::TableNotMade, {table, m_strOriginalFile, SystemReason(result)})};
+        return {result,
+                HostSentence(HostText::TableNotMade, {table, m_strOriginalFile, SystemReason(result)})};
     }
     ReadDatabase(warnings);
     const std::lock_guard lock(g_openProductsLock);
@@ -160,7 +156,8 @@ void ProductObject::ReadDatabase(std::vector<CString>& warnings)
                                                        m_source.strMediaRoot + m_source.strRelativeFolder);
     const unsigned int result = m_directories->ResolveBySession(m_source.strWorkFolder);
     if (result != ERROR_SUCCESS) {
-        warnings.push_back(HostSentence(HostText::PathsUnresolved, {m_product.strName, SystemReason(result)}));
+        warnings.push_back(
+            HostSentence(HostText::PathsUnresolved, {m_product.strName, SystemReason(result)}));
     }
     m_pFeatureManager = m_features.get();
     m_pDirectoryManager = m_directories.get();
@@ -214,8 +211,8 @@ bool ProductObject::GetCustomShortcuts(std::vector<ShortcutStrings>& list)
     for (int end; start > 0 && (end = keys.Find(L';', start)) >= 0; start = end + 1) {
         const CString key = keys.Mid(start, end - start);
         const unsigned int result =
-            ForEachRow(m_database.get(), L"SELECT `Name`,`Arguments` FROM `Shortcut` WHERE `Shortcut`=?", {key},
-                       [&](MSIHANDLE record) {
+            ForEachRow(m_database.get(), L"SELECT `Name`,`Arguments` FROM `Shortcut` WHERE `Shortcut`=?",
+                       {key}, [&](MSIHANDLE record) {
                            const CString name = RecordText(record, 1);
                            list.push_back({key, name.Mid(name.Find(L'|') + 1), RecordText(record, 2)});
                            return false;
@@ -242,9 +239,10 @@ StoredProduct ProductObject::Store() const
     stored.patchState = m_patchState;
     stored.includePatch = std::clamp(m_patchFlag, -1, 2);
     for (const CString& file : m_patchFiles) {
-        const auto known = std::find_if(m_storedPatches.begin(), m_storedPatches.end(), [&](const StoredPatch& patch) {
-            return FileName(patch.file).CompareNoCase(FileName(file)) == 0;
-        });
+        const auto known =
+            std::find_if(m_storedPatches.begin(), m_storedPatches.end(), [&](const StoredPatch& patch) {
+                return FileName(patch.file).CompareNoCase(FileName(file)) == 0;
+            });
         stored.patches.push_back({file, known != m_storedPatches.end() && known->merged});
     }
     stored.strPatchPath = m_strPatchPath;

@@ -13,16 +13,17 @@
 // Where a product comes from and where its working copy goes.
 struct ProductSource
 {
-    CString strMediaRoot;   // with backslash
+    CString strMediaRoot;      // with backslash
     CString strRelativeFolder; // below the root, with backslash; may be empty
-    CString strWorkFolder;  // its own, with backslash
+    CString strWorkFolder;     // its own, with backslash
     int platform = 3;
 };
 
 class ProductObject final : public CProduct
 {
 public:
-    ProductObject(const ProductDescription& product, const PackageDescription& package, const ProductSource& source);
+    ProductObject(const ProductDescription& product, const PackageDescription& package,
+                  const ProductSource& source);
     ~ProductObject() override;
 
     // Copies the package, opens the copy and readies it for the pages. `warnings` gets what is worth a log line.

@@ -148,7 +148,8 @@ bool SetupDescriptionReader::Fail(const CString& message, int line)
     return false;
 }
 
-bool SetupDescriptionReader::OnElement(const CString& name, const std::vector<XmlAttribute>& attributes, int line)
+bool SetupDescriptionReader::OnElement(const CString& name, const std::vector<XmlAttribute>& attributes,
+                                       int line)
 {
     const ElementRule* rule = FindRule(name);
     if (!rule) {
@@ -185,14 +186,16 @@ bool SetupDescriptionReader::OnText(const CString& text, int line)
     if (trimmed.Trim().IsEmpty()) {
         return true;
     }
-    return Fail(HostSentence(HostText::XmlTextOutside, {m_open.empty() ? CString(L"Setup") : m_open.back()}), line);
+    return Fail(HostSentence(HostText::XmlTextOutside, {m_open.empty() ? CString(L"Setup") : m_open.back()}),
+                line);
 }
 
 void SetupDescriptionReader::ReadSetup(XmlValues& values)
 {
     const int version = values.TakeNumber(L"version", 1, 1000000);
     if (version > DESCRIPTION_VERSION) {
-        values.Fail(HostSentence(HostText::XmlNewerVersion, {NumberText(version), NumberText(DESCRIPTION_VERSION)}));
+        values.Fail(
+            HostSentence(HostText::XmlNewerVersion, {NumberText(version), NumberText(DESCRIPTION_VERSION)}));
     }
     m_setup.strCode = values.TakeGuid(L"code");
     m_setup.strName = values.TakeText(L"name", 200);
@@ -238,7 +241,9 @@ void SetupDescriptionReader::ReadLanguage(XmlValues& values)
     }
 }
 
-void SetupDescriptionReader::ReadGroup(XmlValues&) {}
+void SetupDescriptionReader::ReadGroup(XmlValues&)
+{
+}
 
 void SetupDescriptionReader::ReadPage(XmlValues& values)
 {
@@ -302,7 +307,8 @@ void SetupDescriptionReader::ReadPackage(XmlValues& values)
     package.strProductCode = values.TakeGuid(L"productCode");
     package.strVersion = values.TakeText(L"version", 50);
     if (package.strFile.Right(4).CompareNoCase(L".msi") != 0) {
-        values.Fail(HostSentence(HostText::ValueNotChoice, {L"file", package.strFile, L"names ending in .msi"}));
+        values.Fail(
+            HostSentence(HostText::ValueNotChoice, {L"file", package.strFile, L"names ending in .msi"}));
     }
     if (!m_setup.FindPlatform(package.platform)) {
         values.Fail(HostSentence(HostText::ValueNotPlatform, {L"platform", NumberText(package.platform)}));

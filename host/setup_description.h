@@ -62,7 +62,8 @@ struct SetupDescription
 };
 
 // "x64\Zolt\" for a product of a platform, relative to the media's root; empty when both folders are.
-[[nodiscard]] CString PackageFolder(const SetupDescription& setup, const ProductDescription& product, int platform);
+[[nodiscard]] CString PackageFolder(const SetupDescription& setup, const ProductDescription& product,
+                                    int platform);
 
 // Takes the events of one Setup.xml. GetDescription is whole only when there is no fault.
 class SetupDescriptionReader final : public IXmlEvents

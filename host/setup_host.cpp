@@ -16,8 +16,7 @@ namespace {
 class HostObject final : public CSetupHost
 {
 public:
-    HostObject(const Media& media, const CString& workFolder, const CString& logFile)
-        : m_work(workFolder)
+    HostObject(const Media& media, const CString& workFolder, const CString& logFile) : m_work(workFolder)
     {
         m_log.Open(logFile);
         m_manager = std::make_unique<ManagerObject>(media, workFolder, m_log);
@@ -82,7 +81,8 @@ CSetupHost* OpenHost(const HostOptions& options, HostError& error)
     if (error) {
         return nullptr;
     }
-    const CString parent = options.strWorkFolder.IsEmpty() ? TemporaryFolder() : FolderPath(options.strWorkFolder);
+    const CString parent =
+        options.strWorkFolder.IsEmpty() ? TemporaryFolder() : FolderPath(options.strWorkFolder);
     CString work;
     error = MakeWorkFolder(parent, work);
     if (error) {
@@ -112,7 +112,8 @@ CSetupHost* OpenSetupHost(const HostOptions& options, HostError& error)
     }
 }
 
-unsigned int WizGetPropertyW(InstallerHandle database, const wchar_t* name, wchar_t* buffer, unsigned long* size)
+unsigned int WizGetPropertyW(InstallerHandle database, const wchar_t* name, wchar_t* buffer,
+                             unsigned long* size)
 {
     if (!FindProductByHandle(database)) {
         return ERROR_INVALID_HANDLE;
@@ -121,7 +122,8 @@ unsigned int WizGetPropertyW(InstallerHandle database, const wchar_t* name, wcha
         return ERROR_INVALID_PARAMETER;
     }
     CString value; // the service's word for a missing property is an empty one
-    return ReadPropertyRow(database, name, value) ? GiveText(value, buffer, size) : GiveText(CString(), buffer, size);
+    return ReadPropertyRow(database, name, value) ? GiveText(value, buffer, size)
+                                                  : GiveText(CString(), buffer, size);
 }
 
 unsigned int WizGetTargetPathW(InstallerHandle database, const wchar_t* directory, wchar_t* buffer,

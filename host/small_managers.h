@@ -8,7 +8,7 @@
 class ConfigReader final : public CConfigReader
 {
 public:
-    SetupDescription description; // of the media that is current
+    SetupDescription description;  // of the media that is current
     CString strDeploymentLanguage; // of the loaded deployment; empty without one
 };
 

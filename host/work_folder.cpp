@@ -61,9 +61,10 @@ HostError MakeWorkFolder(const CString& parent, CString& folder)
 }
 
 WorkFolder::WorkFolder(const CString& folder)
-    : m_folder(folder), m_lock(CreateFileW(FilePath(folder + LOCK_FILE), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                           CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr))
-{}
+    : m_folder(folder), m_lock(CreateFileW(FilePath(folder + LOCK_FILE), GENERIC_READ | GENERIC_WRITE, 0,
+                                           nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr))
+{
+}
 
 WorkFolder::~WorkFolder()
 {

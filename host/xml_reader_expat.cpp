@@ -83,7 +83,8 @@ XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events)
     if (length > XML_BYTES_LIMIT) {
         return {HostSentence(HostText::XmlTooLarge, {NumberText(XML_BYTES_LIMIT)}), 0};
     }
-    const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> parser(XML_ParserCreate(nullptr), XML_ParserFree);
+    const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> parser(XML_ParserCreate(nullptr),
+                                                                         XML_ParserFree);
     Feed feed{parser.get(), events, {}};
     XML_SetUserData(parser.get(), &feed);
     XML_SetElementHandler(parser.get(), OnStart, OnEnd);

@@ -54,11 +54,11 @@ private:
 
     XmlFault Malformed(HRESULT result)
     {
-        const HostText id = result == static_cast<HRESULT>(WC_E_DTDPROHIBITED) ? HostText::XmlDtd
-                            : result == static_cast<HRESULT>(MX_E_MAXELEMENTDEPTH)
-                                ? HostText::XmlTooDeep
-                                : HostText::XmlMalformed;
-        const CString argument = id == HostText::XmlTooDeep ? NumberText(XML_DEPTH_LIMIT) : ResultText(result);
+        const HostText id = result == static_cast<HRESULT>(WC_E_DTDPROHIBITED)     ? HostText::XmlDtd
+                            : result == static_cast<HRESULT>(SC_E_MAXELEMENTDEPTH) ? HostText::XmlTooDeep
+                                                                                   : HostText::XmlMalformed;
+        const CString argument =
+            id == HostText::XmlTooDeep ? NumberText(XML_DEPTH_LIMIT) : ResultText(result);
         return {HostSentence(id, {argument}), Line()};
     }
 
@@ -115,7 +115,8 @@ private:
             return false;
         }
         std::vector<XmlAttribute> attributes;
-        for (HRESULT more = m_reader.MoveToFirstAttribute(); more == S_OK; more = m_reader.MoveToNextAttribute()) {
+        for (HRESULT more = m_reader.MoveToFirstAttribute(); more == S_OK;
+             more = m_reader.MoveToNextAttribute()) {
             attributes.push_back({Name(), Value()});
         }
         m_reader.MoveToElement();

@@ -113,7 +113,9 @@ bool UnescapeUnits(const CString& escaped, CString& value)
     return true;
 }
 
-XmlText::XmlText() : m_text(L"<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n") {}
+XmlText::XmlText() : m_text(L"<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n")
+{
+}
 
 void XmlText::Indent()
 {
