@@ -19,7 +19,8 @@ const Remedy g_remedies[] = {
     {29, L"The disk or share could not take the data. Check it, and start the build again."},
     {30, L"The medium could not be read at this place. Check it, or use another copy of it."},
     {32, L"Another program or computer has the file open. Close it there, and start the build again."},
-    {33, L"Another program or computer has locked a part of the file. Close it there, and start the build again."},
+    {33, L"Another program or computer has locked a part of the file. Close it there, and start the build "
+         L"again."},
     {39, L"Free space on the disk, or choose another location."},
     {53, L"Check the name of the server, and that this computer reaches it."},
     {59, L"The connection to the share was lost. Check the network, and start the build again."},

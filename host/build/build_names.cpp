@@ -163,26 +163,23 @@ CString LockFileText(std::uint32_t id)
     return CString(L"Deployment build ") + HexText(id) + L"\r\n";
 }
 
-bool ReadLockFileText(const char* text, std::size_t length, std::uint32_t& id)
+LockText ReadLockFileText(const char* text, std::size_t length, std::uint32_t& id)
 {
     const std::size_t mark = sizeof(g_lockFileMark) - 1;
-    if (length < mark + 8) {
-        return false;
-    }
-    for (std::size_t index = 0; index < mark; ++index) {
-        if (text[index] != g_lockFileMark[index]) {
-            return false;
+    for (std::size_t index = 0; index < length && index < mark + 8; ++index) {
+        if (index < mark ? text[index] != g_lockFileMark[index] : !IsHexDigit(text[index])) {
+            return LockText::Foreign;
         }
+    }
+    if (length < mark + 8) {
+        return LockText::Unfinished;
     }
     id = 0;
     for (std::size_t index = mark; index < mark + 8; ++index) {
         const char digit = text[index];
-        if (!IsHexDigit(digit)) {
-            return false;
-        }
         id = id * 16 + static_cast<std::uint32_t>(digit <= '9' ? digit - '0' : digit - 'a' + 10);
     }
-    return true;
+    return LockText::Complete;
 }
 
 CString NameFromLockFile(const CString& fileName)

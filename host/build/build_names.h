@@ -35,8 +35,13 @@ CString OldFolderName(const CString& name, std::uint32_t id);
 // The file that a living build holds open; it names the build's id: `.<name>.build-lock`.
 CString LockFileName(const CString& name);
 CString LockFileText(std::uint32_t id);
-// False when the text isn't a lock file's.
-bool ReadLockFileText(const char* text, std::size_t length, std::uint32_t& id);
+enum class LockText
+{
+    Complete,   // `id` is filled
+    Unfinished, // the build ended while it wrote the text, so before it made a folder
+    Foreign,    // not a lock file of ours
+};
+LockText ReadLockFileText(const char* text, std::size_t length, std::uint32_t& id);
 // The deployment's name from that of a lock file; empty for any other file.
 CString NameFromLockFile(const CString& fileName);
 // Where the log of a failed build is kept, beside the deployment: `<name>.Build.log`.
@@ -52,9 +57,9 @@ bool IsAscii(const CString& text);
 // What a dead build left, and what follows from it.
 enum class LeftoverStep
 {
-    Nothing,       // no old folder
-    PutOldBack,    // it died between the two renames
-    DeleteOld,     // it died after the second rename
-    KeepOld,       // somebody made a deployment of that name since: nothing may be thrown away
+    Nothing,    // no old folder
+    PutOldBack, // it died between the two renames
+    DeleteOld,  // it died after the second rename
+    KeepOld,    // somebody made a deployment of that name since: nothing may be thrown away
 };
 LeftoverStep JudgeLeftovers(bool targetExists, bool stagingExists, bool oldExists);

@@ -141,8 +141,10 @@ CString JsonRow(const RowDifference& row)
         const ColumnChange& column = row.columns[index];
         text += CString(index ? L", " : L"") + L"{\"name\": " + JsonText(column.strColumn);
         // What isn't there is null: an added row has no old value, a removed one no new value.
-        text += L", \"old\": " + (row.change == RowChange::Added ? CString(L"null") : JsonText(column.strOld));
-        text += L", \"new\": " + (row.change == RowChange::Removed ? CString(L"null") : JsonText(column.strNew));
+        text +=
+            L", \"old\": " + (row.change == RowChange::Added ? CString(L"null") : JsonText(column.strOld));
+        text +=
+            L", \"new\": " + (row.change == RowChange::Removed ? CString(L"null") : JsonText(column.strNew));
         text += L"}";
     }
     return text + L"]}";
@@ -179,9 +181,11 @@ CString ComposeChangesText(const std::vector<DatabaseChanges>& databases)
         text += L"  Rows added: " + NumberText(CountOf(database, RowChange::Added)) + L", changed: " +
                 NumberText(CountOf(database, RowChange::Changed)) + L", removed: " +
                 NumberText(CountOf(database, RowChange::Removed)) + L"\r\n";
-        text += L"  Package code: " + database.strOldPackageCode + L" -> " + database.strNewPackageCode + L"\r\n";
+        text +=
+            L"  Package code: " + database.strOldPackageCode + L" -> " + database.strNewPackageCode + L"\r\n";
         if (database.bSignatureLost) {
-            text += L"  The vendor's digital signature no longer fits the changed database and was removed.\r\n";
+            text +=
+                L"  The vendor's digital signature no longer fits the changed database and was removed.\r\n";
         }
         for (const RowDifference& row : database.rows) {
             AppendRow(text, row);

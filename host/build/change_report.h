@@ -55,7 +55,8 @@ struct DatabaseChanges
 };
 
 // Differences in the order of tables and keys; one pass over both sides.
-std::vector<RowDifference> CompareSnapshots(const DatabaseSnapshot& original, const DatabaseSnapshot& current);
+std::vector<RowDifference> CompareSnapshots(const DatabaseSnapshot& original,
+                                            const DatabaseSnapshot& current);
 
 CString ComposeChangesText(const std::vector<DatabaseChanges>& databases);
 CString ComposeChangesJson(const std::vector<DatabaseChanges>& databases);

@@ -46,18 +46,25 @@ void Open(Script& script, const BuildPlan& plan, const CString& purpose)
 {
     script.Line(L"@echo off");
     script.Line(L"rem " + purpose);
-    script.Line(L"rem Ends when all is done. Exit code: the installer's own. 0 success; 3010 success, restart needed;");
-    script.Line(L"rem 1641 success, restart begun; 1618 another installation is running, try again; all else: see the");
+    script.Line(L"rem Ends when all is done. Exit code: the installer's own. 0 success; 3010 success, "
+                L"restart needed;");
+    script.Line(L"rem 1641 success, restart begun; 1618 another installation is running, try again; all "
+                L"else: see the");
     script.Line(L"rem log.");
     script.Line(L"setlocal EnableExtensions DisableDelayedExpansion");
     script.Line(L"");
-    script.Line(L"rem ---- Settings ---------------------------------------------------------------------------------");
-    script.Line(L"rem Where each computer writes its log. Computer accounts need the right to write there. When the");
-    script.Line(L"rem folder is empty or can't be written to, the log goes to the computer's own Windows folder.");
+    script.Line(L"rem ---- Settings "
+                L"---------------------------------------------------------------------------------");
+    script.Line(
+        L"rem Where each computer writes its log. Computer accounts need the right to write there. When the");
+    script.Line(
+        L"rem folder is empty or can't be written to, the log goes to the computer's own Windows folder.");
     script.Set(L"LOG_FOLDER", QuotedBatchText(plan.commands.strLogFolder));
     script.Line(L"rem /qn shows nothing, /qb a progress bar.");
     script.Set(L"DISPLAY_OPTION", QuotedBatchText(plan.commands.strDisplay));
-    script.Line(L"rem -----------------------------------------------------------------------------------------------");
+    script.Line(
+        L"rem "
+        L"-----------------------------------------------------------------------------------------------");
     script.Line(L"");
 }
 
@@ -104,7 +111,8 @@ void Close(Script& script, bool uninstalls, bool ascii)
     }
     script.Line(L"exit /b %RESULT%");
     script.Line(L"");
-    script.Line(L"rem Goes on after success, keeps the wish for a restart, and stops at anything else with its code.");
+    script.Line(L"rem Goes on after success, keeps the wish for a restart, and stops at anything else with "
+                L"its code.");
     script.Line(L":judge");
     script.Line(L"if \"%CODE%\"==\"0\" exit /b 0");
     if (uninstalls) {
@@ -122,7 +130,8 @@ void Close(Script& script, bool uninstalls, bool ascii)
     script.Line(L"if not \"%RESULT%\"==\"1641\" set \"RESULT=%CODE%\"");
     script.Line(L"exit /b 0");
     script.Line(L"");
-    script.Line(L"rem Writes a file to see whether the log can be written; a log must never stop the installer.");
+    script.Line(
+        L"rem Writes a file to see whether the log can be written; a log must never stop the installer.");
     script.Line(L":probe_log_folder");
     script.Line(L"if not defined LOGS exit /b 1");
     script.Line(L"if \"%LOGS:~-1%\"==\"\\\" set \"LOGS=%LOGS:~0,-1%\"");
@@ -176,8 +185,8 @@ CString PropertyArgument(const CString& assignment)
 
 CString LogFileBase(const BuildDatabase& database, const wchar_t* action)
 {
-    return FileNamePart(database.strProductName) + L"_" + FileNamePart(database.strProductVersion) + L"_" + action +
-           L"_";
+    return FileNamePart(database.strProductName) + L"_" + FileNamePart(database.strProductVersion) + L"_" +
+           action + L"_";
 }
 
 CString ComposeInstallScript(const BuildPlan& plan)
@@ -200,7 +209,8 @@ CString ComposeUninstallScript(const BuildPlan& plan)
 {
     const bool ascii = AllAscii(plan);
     Script script;
-    Open(script, plan, L"Removes this deployment's products from the computer where it is run, without asking.");
+    Open(script, plan,
+         L"Removes this deployment's products from the computer where it is run, without asking.");
     SwitchCodePage(script, ascii);
     ChooseLogFolder(script);
     // What was installed last, a language pack for instance, builds on what came before it.
