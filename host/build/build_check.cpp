@@ -105,7 +105,7 @@ CString ExistingParent(const CString& location)
                                                        L"\" can't be used, as \"" + folder +
                                                        L"\" is a file. " + RemedyOf(BUILD_NOT_A_FOLDER)};
         }
-        const CString parent = ParentFolder(folder);
+        const CString parent = FolderAbove(folder);
         if (parent.GetLength() < 3 || parent.GetLength() == folder.GetLength()) {
             throw BuildFailure{BUILD_PATH_NOT_FOUND, L"The location \"" + location +
                                                          L"\" can't be reached. " +

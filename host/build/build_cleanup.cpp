@@ -49,7 +49,7 @@ bool ClearByLock(const FileHandle& lock, const CString& path, std::vector<CStrin
     if (kind != LockText::Complete) {
         return kind == LockText::Unfinished;
     }
-    ClearBuild(ParentFolder(path), NameFromLockFile(LastName(path)), id, messages);
+    ClearBuild(FolderAbove(path), NameFromLockFile(LastName(path)), id, messages);
     return true;
 }
 

@@ -108,7 +108,7 @@ CString WithoutClosingBackslash(const CString& path)
     return bare;
 }
 
-CString ParentFolder(const CString& path)
+CString FolderAbove(const CString& path)
 {
     const CString bare = WithoutClosingBackslash(path);
     const int slash = bare.ReverseFind(L'\\');

@@ -26,7 +26,7 @@ bool CodePageHolds(UINT codePage, const CString& text)
 // The service tells the code page only by exporting a table that doesn't exist.
 UINT ReadCodePage(const BuildDatabase& database)
 {
-    const CString folder = ParentFolder(database.strWorkingCopy);
+    const CString folder = FolderAbove(database.strWorkingCopy);
     const CString name = LastName(database.strWorkingCopy) + L".codepage";
     const CString path = JoinFolder(folder, name);
     CheckInstaller(MsiDatabaseExportW(database.hDatabase, L"_ForceCodepage", folder, name),

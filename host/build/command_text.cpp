@@ -137,7 +137,7 @@ void Close(Script& script, bool uninstalls, bool ascii)
     script.Line(L"if \"%LOGS:~-1%\"==\"\\\" set \"LOGS=%LOGS:~0,-1%\"");
     script.Line(L"if not exist \"%LOGS%\\\" md \"%LOGS%\" >nul 2>&1");
     script.Line(L"set \"PROBE=%LOGS%\\probe_%COMPUTERNAME%_%RANDOM%.tmp\"");
-    script.Line(L"(echo probe>\"%PROBE%\") 2>nul");
+    script.Line(L"echo probe 2>nul >\"%PROBE%\"");
     script.Line(L"if not exist \"%PROBE%\" exit /b 1");
     script.Line(L"del /q \"%PROBE%\" >nul 2>&1");
     script.Line(L"exit /b 0");
@@ -147,8 +147,7 @@ bool AllAscii(const BuildPlan& plan)
 {
     bool ascii = IsAscii(plan.commands.strLogFolder) && IsAscii(plan.commands.strDisplay);
     for (const BuildDatabase& database : plan.databases) {
-        ascii = ascii && IsAscii(database.strTarget) && IsAscii(database.strProductName) &&
-                IsAscii(database.strProductVersion) && IsAscii(PatchArgument(database)) &&
+        ascii = ascii && IsAscii(database.strTarget) && IsAscii(PatchArgument(database)) &&
                 IsAscii(PropertyArguments(database));
     }
     return ascii;
@@ -185,8 +184,14 @@ CString PropertyArgument(const CString& assignment)
 
 CString LogFileBase(const BuildDatabase& database, const wchar_t* action)
 {
-    return FileNamePart(database.strProductName) + L"_" + FileNamePart(database.strProductVersion) + L"_" +
-           action + L"_";
+    const CString name = FileNamePart(database.strProductName) + L"_" +
+                         FileNamePart(database.strProductVersion) + L"_" + action + L"_";
+    // Letters beyond ASCII would tie the script to a code page for the sake of a log's name alone.
+    CString plain;
+    for (int index = 0; index < name.GetLength(); ++index) {
+        plain += name[index] < 0x80 ? name[index] : L'_';
+    }
+    return plain;
 }
 
 CString ComposeInstallScript(const BuildPlan& plan)

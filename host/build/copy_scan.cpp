@@ -48,10 +48,11 @@ private:
         for (const CString& path : folder.excludedPaths) {
             m_excluded.insert(path);
         }
-        if (!folder.strTarget.IsEmpty()) {
-            AddFolder(folder.strTarget);
+        const CString target = WithoutClosingBackslash(folder.strTarget);
+        if (!target.IsEmpty()) {
+            AddFolder(target);
         }
-        ScanFolder(WithoutClosingBackslash(folder.strSource), CString(), folder.strTarget);
+        ScanFolder(WithoutClosingBackslash(folder.strSource), CString(), target);
     }
 
     void ScanFolder(const CString& source, const CString& inner, const CString& target)
@@ -83,7 +84,7 @@ private:
 
     void AddParents(const CString& target)
     {
-        const CString parent = ParentFolder(target);
+        const CString parent = FolderAbove(target);
         if (!parent.IsEmpty()) {
             AddFolder(parent);
         }

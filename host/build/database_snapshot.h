@@ -8,6 +8,8 @@
 #include <msi.h>
 #include <msiquery.h>
 
+#include <objidl.h>
+
 #include <functional>
 #include <utility>
 

@@ -12,7 +12,7 @@
 namespace {
 
 // Says nothing and never cancels.
-class SilentProgress : public IBuildProgress
+class SilentProgress final : public IBuildProgress
 {
 public:
     void OnStep(const CString&) override {}
@@ -43,7 +43,7 @@ private:
     void Make(const CString& folder)
     {
         if (KindOfPath(folder) == PathKind::Nothing) {
-            Make(ParentFolder(folder));
+            Make(FolderAbove(folder));
             MakeFolder(folder);
             m_made.push_back(folder);
         }
