@@ -50,12 +50,10 @@ struct BuildDatabase
     CString strProductCode; // with braces
     CString strProductVersion;
     CString strMaker;
-    std::vector<CString>
-        patchTargets; // relative paths of the patches that are chained at install, in order; the
-                      // files themselves stand among the plan's files or folders
+    // Relative paths of the patches that are chained at install, in order; the files themselves stand among the
+    // plan's files or folders.
+    std::vector<CString> patchTargets;
     std::vector<CString> installProperties; // NAME=value for the install line, unquoted: `ADDLOCAL=ALL`
-    std::vector<CString>
-        adminProperties; // reserved for databases that carry AdminProperties: listed in ReadMe.txt
 };
 
 // What the workstations' commands do. Kept apart from the builder's own settings (Deployment.xml).
