@@ -1,0 +1,189 @@
+#include "slimhtml/label_painter.h"
+
+#include "slimhtml/html_colors.h"
+#include "slimhtml/link_walk.h"
+
+namespace {
+
+struct LabelColors
+{
+    HtmlColor text;
+    HtmlColor link;
+    bool bOwnColors; // false: the document's colours give way to the user's
+};
+
+bool IsHighContrast()
+{
+    HIGHCONTRASTW state = {};
+    state.cbSize = sizeof(state);
+    return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof(state), &state, 0) &&
+           (state.dwFlags & HCF_HIGHCONTRASTON) != 0;
+}
+
+// Fills with one colour and returns it.
+HtmlColor Fill(HDC dc, const RECT& client, COLORREF color)
+{
+    const BrushOwner brush(CreateSolidBrush(color));
+    FillRect(dc, &client, brush.get());
+    return color;
+}
+
+// Fills with the parent's brush. Returns its colour, or noHtmlColor for a pattern.
+HtmlColor FillAsParent(HWND control, HDC dc, const RECT& client)
+{
+    const HWND parent = GetParent(control);
+    auto* brush = reinterpret_cast<HBRUSH>(SendMessageW(
+        parent, WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(control)));
+    LOGBRUSH description = {};
+    if (!brush || GetObjectW(brush, sizeof(description), &description) == 0) {
+        return Fill(dc, client, GetSysColor(COLOR_BTNFACE));
+    }
+    POINT origin = {};
+    MapWindowPoints(parent, control, &origin, 1);
+    SetBrushOrgEx(dc, origin.x, origin.y, nullptr); // a pattern goes on where the parent's ends
+    FillRect(dc, &client, brush);
+    return description.lbStyle == BS_SOLID ? description.lbColor : noHtmlColor;
+}
+
+HtmlColor PaintBackground(HWND control, HDC dc, const RECT& client, const LabelPicture& picture,
+                          bool highContrast)
+{
+    if (highContrast) {
+        return Fill(dc, client, GetSysColor(COLOR_WINDOW));
+    }
+    if (picture.document.background != noHtmlColor) {
+        return Fill(dc, client, picture.document.background);
+    }
+    if (picture.format.bFillBackground) {
+        return Fill(dc, client, picture.format.clrBackground);
+    }
+    return picture.format.bParentBackground ? FillAsParent(control, dc, client)
+                                            : Fill(dc, client, GetSysColor(COLOR_BTNFACE));
+}
+
+// The format's colours are defaults for any background: a white default on a white page would show nothing.
+LabelColors ChooseColors(HWND control, const LabelPicture& picture, HtmlColor background, bool highContrast)
+{
+    if (highContrast) {
+        return {GetSysColor(COLOR_WINDOWTEXT), GetSysColor(COLOR_HOTLIGHT), false};
+    }
+    if (!IsWindowEnabled(control)) {
+        return {GetSysColor(COLOR_GRAYTEXT), GetSysColor(COLOR_GRAYTEXT), false};
+    }
+    const auto choose = [background](HtmlColor given, HtmlColor fallback) {
+        if (given != noHtmlColor) {
+            return given;
+        }
+        return background == noHtmlColor ? fallback : ReadableColor(fallback, background);
+    };
+    return {choose(picture.document.textColor, picture.format.clrText),
+            choose(picture.document.linkColor, GetSysColor(COLOR_HOTLIGHT)), true};
+}
+
+HtmlColor ColorOf(const HtmlRun& run, const LabelColors& colors)
+{
+    if (colors.bOwnColors && run.color != noHtmlColor) {
+        return run.color;
+    }
+    return run.link >= 0 ? colors.link : colors.text;
+}
+
+void DrawRule(HDC dc, const HtmlLine& line, const HtmlFragment& fragment, int scroll)
+{
+    const int middle = line.top + line.height / 2 - scroll;
+    RECT edge = {fragment.x, middle, fragment.x + fragment.width, middle + 2};
+    DrawEdge(dc, &edge, EDGE_ETCHED, BF_TOP);
+}
+
+void DrawFragment(HDC dc, const LabelPicture& picture, const LabelColors& colors, const HtmlLine& line,
+                  const HtmlFragment& fragment)
+{
+    const int baseline = line.baseline - picture.scroll;
+    switch (fragment.kind) {
+    case HtmlFragmentKind::Rule:
+        DrawRule(dc, line, fragment, picture.scroll);
+        break;
+    case HtmlFragmentKind::Image:
+        picture.images.Draw(dc, picture.document.runs[fragment.run].image,
+                            {fragment.x, baseline - fragment.height, fragment.x + fragment.width, baseline});
+        break;
+    case HtmlFragmentKind::Text: {
+        const HtmlRun& run = picture.document.runs[fragment.run];
+        SetTextColor(dc, ColorOf(run, colors));
+        const SelectedObject font(dc, picture.fonts.Font(run.font));
+        ExtTextOutW(dc, fragment.x, baseline, 0, nullptr, picture.document.text.data() + fragment.text,
+                    static_cast<UINT>(fragment.length), nullptr);
+        break;
+    }
+    }
+}
+
+void DrawLines(HDC dc, const RECT& client, const LabelPicture& picture, const LabelColors& colors)
+{
+    const auto count = static_cast<int>(picture.layout.lines.size());
+    for (int index = FirstLineBelow(picture.layout, picture.scroll); index < count; ++index) {
+        const HtmlLine& line = picture.layout.lines[index];
+        if (line.top - picture.scroll >= client.bottom) {
+            break;
+        }
+        for (int at = line.firstFragment; at < line.firstFragment + line.fragmentCount; ++at) {
+            const HtmlFragment& fragment = picture.layout.fragments[at];
+            if (fragment.x < client.right && fragment.x + fragment.width > 0) {
+                DrawFragment(dc, picture, colors, line, fragment);
+            }
+        }
+    }
+}
+
+void DrawFocus(HDC dc, const RECT& client, const LabelPicture& picture)
+{
+    SetTextColor(dc, 0x000000);
+    SetBkColor(dc, 0xFFFFFF);
+    if (picture.bFocusedWhole) {
+        DrawFocusRect(dc, &client);
+    }
+    if (picture.focusedLink < 0) {
+        return;
+    }
+    for (const HtmlBox& box : LinkBoxes(picture.document, picture.layout, picture.focusedLink)) {
+        const RECT frame = {box.left - 1, box.top - picture.scroll, box.right + 1,
+                            box.bottom - picture.scroll};
+        DrawFocusRect(dc, &frame);
+    }
+}
+
+} // namespace
+
+void PaintLabel(HWND control, HDC dc, const LabelPicture& picture)
+{
+    RECT client = {};
+    GetClientRect(control, &client);
+    const int state = SaveDC(dc);
+    const bool bHighContrast = IsHighContrast();
+    const HtmlColor background = PaintBackground(control, dc, client, picture, bHighContrast);
+    const LabelColors colors = ChooseColors(control, picture, background, bHighContrast);
+    SetBkMode(dc, TRANSPARENT);
+    SetTextAlign(dc, TA_LEFT | TA_BASELINE);
+    DrawLines(dc, client, picture, colors);
+    DrawFocus(dc, client, picture);
+    RestoreDC(dc, state);
+}
+
+void PaintLabelBuffered(HWND control, HDC dc, const RECT& dirty, const LabelPicture& picture)
+{
+    RECT client = {};
+    GetClientRect(control, &client);
+    if (IsRectEmpty(&client)) {
+        return;
+    }
+    const MemoryDc memory(CreateCompatibleDC(dc));
+    const BitmapOwner bitmap(CreateCompatibleBitmap(dc, client.right, client.bottom));
+    if (!memory || !bitmap) {
+        PaintLabel(control, dc, picture);
+        return;
+    }
+    const SelectedObject selected(memory.get(), bitmap.get());
+    PaintLabel(control, memory.get(), picture);
+    BitBlt(dc, dirty.left, dirty.top, dirty.right - dirty.left, dirty.bottom - dirty.top, memory.get(),
+           dirty.left, dirty.top, SRCCOPY);
+}
