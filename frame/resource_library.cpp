@@ -1,7 +1,6 @@
 #include "frame/resource_library.h"
 
 #include "include/lang_mgr.h"
-#include "window/module.h"
 
 #include <shlwapi.h>
 
@@ -31,13 +30,4 @@ CString GetResourceLibraryPath()
     const CString name(RESOURCE_LIBRARY_NAME);
     // The folder ends in a backslash.
     return ::PathIsRelativeW(name) ? CLangMgr::Instance().GetWizTextPath() + name : name;
-}
-
-CResourceModuleScope::CResourceModuleScope(HMODULE module) : m_hFormer(_Module.SetResourceInstance(module))
-{
-}
-
-CResourceModuleScope::~CResourceModuleScope()
-{
-    _Module.SetResourceInstance(m_hFormer);
 }

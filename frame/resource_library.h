@@ -1,5 +1,4 @@
-// The library with the dialogs, icons, menus and strings of all pages, and its place as the module that they are
-// loaded from.
+// The library with the dialogs, icons, menus and strings of all pages.
 #pragma once
 
 #include "window/handle.h"
@@ -29,17 +28,3 @@ private:
 
 // The full path of the resource library: in the language manager's folder of the current language.
 [[nodiscard]] CString GetResourceLibraryPath();
-
-// Makes a module the one that resources are loaded from, and puts the former one back, also when an exception passes.
-// Nests.
-class CResourceModuleScope
-{
-public:
-    explicit CResourceModuleScope(HMODULE module);
-    ~CResourceModuleScope();
-    CResourceModuleScope(const CResourceModuleScope&) = delete;
-    CResourceModuleScope& operator=(const CResourceModuleScope&) = delete;
-
-private:
-    HINSTANCE m_hFormer;
-};

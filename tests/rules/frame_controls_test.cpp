@@ -11,41 +11,6 @@ static void PrintTo(const SeparatorLine& line, std::ostream* stream)
     *stream << line.x1 << ',' << line.y1 << " - " << line.x2 << ',' << line.y2;
 }
 
-TEST(LinkLabelTest, TagsInAnyCaseCutTheLabelInThree)
-{
-    const LinkLabel label = SplitLinkLabel(L"See <a>the guide</A> first");
-    EXPECT_TRUE(label.bHasTags);
-    EXPECT_EQ(label.strBefore, CString(L"See "));
-    EXPECT_EQ(label.strLink, CString(L"the guide"));
-    EXPECT_EQ(label.strAfter, CString(L" first"));
-}
-
-TEST(LinkLabelTest, WithoutBothTagsAllOfItIsTheLink)
-{
-    for (const wchar_t* text : {L"The guide", L"The <A>guide", L"The guide</A>", L"</A>The guide<A>"}) {
-        const LinkLabel label = SplitLinkLabel(text);
-        EXPECT_FALSE(label.bHasTags);
-        EXPECT_EQ(label.strLink, CString(text));
-    }
-}
-
-TEST(LinkColourTest, ThreeNumbersMakeAColour)
-{
-    std::uint32_t colour = 0;
-    EXPECT_TRUE(ParseColour(L"1,102,255", colour));
-    EXPECT_EQ(colour, 0xFF6601u);
-}
-
-TEST(LinkColourTest, AnyOtherFormLeavesTheDefault)
-{
-    for (const wchar_t* text : {L"0,0", L"", L"1,2,3,4", L"1,2,256", L"1, 2,3", L"a,b,c", L"1,2,", L"-1,2,3",
-                                L"99999999999,0,0", L"1,2,3 "}) {
-        std::uint32_t colour = 0x123456;
-        EXPECT_FALSE(ParseColour(text, colour)) << Utf8(text);
-        EXPECT_EQ(colour, 0x123456u) << Utf8(text);
-    }
-}
-
 TEST(LinkColourTest, TheTwoLabelFormsUseThePairTheOtherWayRound)
 {
     EXPECT_EQ(LinkColour(true, false, 0xA, 0xB), 0xAu);
