@@ -54,6 +54,7 @@ CString TextOf(HWND window)
 Label::~Label()
 {
     if (const HWND window = Window()) {
+        m_bLayingOut = true; // the change of size that follows must not show the bar again
         ShowScrollBar(false);
         m_binding.Unbind();
         const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);

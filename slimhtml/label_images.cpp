@@ -152,6 +152,10 @@ void LabelImages::Draw(HDC dc, int index, const RECT& box) const
     Gdiplus::Graphics graphics(dc);
     graphics.SetInterpolationMode(Gdiplus::InterpolationModeHighQualityBicubic);
     graphics.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf);
-    graphics.DrawImage(bitmap, static_cast<INT>(box.left), static_cast<INT>(box.top),
-                       static_cast<INT>(box.right - box.left), static_cast<INT>(box.bottom - box.top));
+    // The edges are drawn as if the image went on beyond them, mirrored; otherwise they fade into the background.
+    Gdiplus::ImageAttributes edges;
+    edges.SetWrapMode(Gdiplus::WrapModeTileFlipXY);
+    const Gdiplus::Rect place(box.left, box.top, box.right - box.left, box.bottom - box.top);
+    graphics.DrawImage(bitmap, place, 0, 0, static_cast<INT>(bitmap->GetWidth()),
+                       static_cast<INT>(bitmap->GetHeight()), Gdiplus::UnitPixel, &edges);
 }
