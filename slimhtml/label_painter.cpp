@@ -61,6 +61,14 @@ HtmlColor PaintBackground(HWND control, HDC dc, const RECT& client, const LabelP
                                             : Fill(dc, client, GetSysColor(COLOR_BTNFACE));
 }
 
+// The system's colour of links, unless the user's scheme has none of its own.
+HtmlColor LinkColor()
+{
+    constexpr HtmlColor usual = RGB(0x00, 0x66, 0xCC);
+    const HtmlColor color = GetSysColor(COLOR_HOTLIGHT);
+    return color == GetSysColor(COLOR_WINDOWTEXT) ? usual : color;
+}
+
 // The format's colours are defaults for any background: a white default on a white page would show nothing.
 LabelColors ChooseColors(HWND control, const LabelPicture& picture, HtmlColor background, bool highContrast)
 {
@@ -77,7 +85,7 @@ LabelColors ChooseColors(HWND control, const LabelPicture& picture, HtmlColor ba
         return background == noHtmlColor ? fallback : ReadableColor(fallback, background);
     };
     return {choose(picture.document.textColor, picture.format.clrText),
-            choose(picture.document.linkColor, GetSysColor(COLOR_HOTLIGHT)), true};
+            choose(picture.document.linkColor, LinkColor()), true};
 }
 
 HtmlColor ColorOf(const HtmlRun& run, const LabelColors& colors)
