@@ -2,6 +2,8 @@
 
 #include "slimhtml/html_colors.h"
 #include "slimhtml/link_walk.h"
+#include "window/gdi.h"
+#include "window/handle.h"
 
 namespace {
 
@@ -23,7 +25,7 @@ bool IsHighContrast()
 // Fills with one colour and returns it.
 HtmlColor Fill(HDC dc, const RECT& client, COLORREF color)
 {
-    const BrushOwner brush(CreateSolidBrush(color));
+    const CBrushOwner brush(CreateSolidBrush(color));
     FillRect(dc, &client, brush.get());
     return color;
 }
@@ -118,7 +120,7 @@ void DrawFragment(HDC dc, const LabelPicture& picture, const LabelColors& colors
     case HtmlFragmentKind::Text: {
         const HtmlRun& run = picture.document.runs[fragment.run];
         SetTextColor(dc, ColorOf(run, colors));
-        const SelectedObject font(dc, picture.fonts.Font(run.font));
+        const CSelectObject font(dc, picture.fonts.Font(run.font));
         ExtTextOutW(dc, fragment.x, baseline, 0, nullptr, picture.document.text.data() + fragment.text,
                     static_cast<UINT>(fragment.length), nullptr);
         break;
@@ -166,7 +168,7 @@ void PaintLabel(HWND control, HDC dc, const LabelPicture& picture)
 {
     RECT client = {};
     GetClientRect(control, &client);
-    const int state = SaveDC(dc);
+    const CSavedDC state(dc);
     const bool bHighContrast = IsHighContrast();
     const HtmlColor background = PaintBackground(control, dc, client, picture, bHighContrast);
     const LabelColors colors = ChooseColors(control, picture, background, bHighContrast);
@@ -174,7 +176,6 @@ void PaintLabel(HWND control, HDC dc, const LabelPicture& picture)
     SetTextAlign(dc, TA_LEFT | TA_BASELINE);
     DrawLines(dc, client, picture, colors);
     DrawFocus(dc, client, picture);
-    RestoreDC(dc, state);
 }
 
 void PaintLabelBuffered(HWND control, HDC dc, const RECT& dirty, const LabelPicture& picture)
@@ -184,13 +185,13 @@ void PaintLabelBuffered(HWND control, HDC dc, const RECT& dirty, const LabelPict
     if (IsRectEmpty(&client)) {
         return;
     }
-    const MemoryDc memory(CreateCompatibleDC(dc));
-    const BitmapOwner bitmap(CreateCompatibleBitmap(dc, client.right, client.bottom));
+    const CDcOwner memory(CreateCompatibleDC(dc));
+    const CBitmapOwner bitmap(CreateCompatibleBitmap(dc, client.right, client.bottom));
     if (!memory || !bitmap) {
         PaintLabel(control, dc, picture);
         return;
     }
-    const SelectedObject selected(memory.get(), bitmap.get());
+    const CSelectObject selected(memory.get(), bitmap.get());
     PaintLabel(control, memory.get(), picture);
     BitBlt(dc, dirty.left, dirty.top, dirty.right - dirty.left, dirty.bottom - dirty.top, memory.get(),
            dirty.left, dirty.top, SRCCOPY);
