@@ -63,12 +63,22 @@ HtmlColor PaintBackground(HWND control, HDC dc, const RECT& client, const LabelP
                                             : Fill(dc, client, GetSysColor(COLOR_BTNFACE));
 }
 
-// The system's colour of links, unless the user's scheme has none of its own.
-HtmlColor LinkColor()
+// A default colour, made readable on the background.
+HtmlColor ReadableDefault(HtmlColor color, HtmlColor background)
 {
-    constexpr HtmlColor usual = RGB(0x00, 0x66, 0xCC);
-    const HtmlColor color = GetSysColor(COLOR_HOTLIGHT);
-    return color == GetSysColor(COLOR_WINDOWTEXT) ? usual : color;
+    return background == noHtmlColor ? color : ReadableColor(color, background);
+}
+
+// The system's colour of links where it can be read (some schemes give links a light grey), then the usual blue, then
+// the text's own colour: the underline still tells a link.
+HtmlColor DefaultLinkColor(HtmlColor text, HtmlColor background)
+{
+    for (const HtmlColor color : {HtmlColor{GetSysColor(COLOR_HOTLIGHT)}, HtmlColor{RGB(0x00, 0x66, 0xCC)}}) {
+        if (ReadableDefault(color, background) == color && color != GetSysColor(COLOR_WINDOWTEXT)) {
+            return color;
+        }
+    }
+    return text;
 }
 
 // The format's colours are defaults for any background: a white default on a white page would show nothing.
@@ -80,14 +90,13 @@ LabelColors ChooseColors(HWND control, const LabelPicture& picture, HtmlColor ba
     if (!IsWindowEnabled(control)) {
         return {GetSysColor(COLOR_GRAYTEXT), GetSysColor(COLOR_GRAYTEXT), false};
     }
-    const auto choose = [background](HtmlColor given, HtmlColor fallback) {
-        if (given != noHtmlColor) {
-            return given;
-        }
-        return background == noHtmlColor ? fallback : ReadableColor(fallback, background);
-    };
-    return {choose(picture.document.textColor, picture.format.clrText),
-            choose(picture.document.linkColor, LinkColor()), true};
+    const HtmlDocument& document = picture.document;
+    const HtmlColor text = document.textColor != noHtmlColor
+                               ? document.textColor
+                               : ReadableDefault(picture.format.clrText, background);
+    const HtmlColor link =
+        document.linkColor != noHtmlColor ? document.linkColor : DefaultLinkColor(text, background);
+    return {text, link, true};
 }
 
 HtmlColor ColorOf(const HtmlRun& run, const LabelColors& colors)

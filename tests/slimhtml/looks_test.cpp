@@ -132,3 +132,34 @@ TEST(LabelLooksTest, ASidePaneIsDrawn)
     EXPECT_TRUE(label.IsScrollable());
     window.SavePicture(L"side_pane.png");
 }
+
+TEST(LabelLooksTest, LinksAreBlueWhereTheSystemsLinkColourCannotBeRead)
+{
+    const INT hotlight = COLOR_HOTLIGHT;
+    const COLORREF before = GetSysColor(COLOR_HOTLIGHT);
+    const COLORREF palest = RGB(0xF0, 0xF0, 0xF0);
+    SetSysColors(1, &hotlight, &palest);
+    {
+        LabelTestWindow window(200, 60);
+        CSlimHtmlCtrl label;
+        label.SetRenderFormat(LabelTestWindow::FrameFormat());
+        ASSERT_TRUE(label.SubclassWindow(window.Label()));
+        label.LoadText(L"<font size=7><a href=x>MMMM</a></font>");
+        EXPECT_TRUE(window.Shows(RGB(0x00, 0x66, 0xCC)));
+        const COLORREF strong = RGB(0x80, 0x00, 0x80);
+        SetSysColors(1, &hotlight, &strong);
+        InvalidateRect(window.Label(), nullptr, FALSE);
+        EXPECT_TRUE(window.Shows(strong));
+    }
+    SetSysColors(1, &hotlight, &before);
+}
+
+TEST(LabelLooksTest, ThePageMayGiveLinksAColour)
+{
+    LabelTestWindow window(200, 60);
+    CSlimHtmlCtrl label;
+    label.SetRenderFormat(LabelTestWindow::FrameFormat());
+    ASSERT_TRUE(label.SubclassWindow(window.Label()));
+    label.LoadText(L"<body link=\"#FF00FF\"><font size=7><a href=x>MMMM</a></font>");
+    EXPECT_TRUE(window.Shows(RGB(255, 0, 255)));
+}
