@@ -62,10 +62,10 @@ constexpr HtmlElementRow elements[] = {
 };
 
 // Sizes 1 to 7 of a font element; 3 is the label's own.
-constexpr int fontSizes[] = {630, 820, 1000, 1180, 1500, 2000, 3000};
+constexpr int fontSizes[] = {750, 850, 1000, 1180, 1500, 2000, 3000};
 constexpr int ownFontSize = 3;
 // Sizes of h1 to h6.
-constexpr int headSizes[] = {1800, 1500, 1200, 1000, 900, 800};
+constexpr int headSizes[] = {1800, 1500, 1200, 1000, 900, 850};
 constexpr int smallestFont = 500;
 constexpr int largestFont = 4000;
 constexpr int mostIndentSteps = 12;

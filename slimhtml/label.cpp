@@ -2,6 +2,7 @@
 
 #include "slimhtml/html_parser.h"
 #include "slimhtml/link_walk.h"
+#include "window/gdi.h"
 
 #include <windowsx.h>
 
@@ -54,6 +55,7 @@ CString TextOf(HWND window)
 Label::~Label()
 {
     if (const HWND window = Window()) {
+        m_bLayingOut = true; // the change of size that follows must not show the bar again
         ShowScrollBar(false);
         m_binding.Unbind();
         const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
@@ -64,7 +66,7 @@ Label::~Label()
 
 bool Label::Bind(HWND control)
 {
-    if (!m_binding.Bind(control, this)) {
+    if (!m_binding.Bind(control)) {
         return false;
     }
     m_formerStyle = GetWindowLongPtrW(control, GWL_STYLE);
@@ -75,7 +77,7 @@ bool Label::Bind(HWND control)
     return true;
 }
 
-void Label::OnWindowGone()
+void Label::OnControlGone()
 {
     m_fonts.Release();
     m_images.Release();
@@ -203,10 +205,8 @@ LRESULT Label::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
 
 void Label::OnPaint()
 {
-    PAINTSTRUCT paint;
-    const HDC dc = BeginPaint(Window(), &paint);
-    PaintLabelBuffered(Window(), dc, paint.rcPaint, Picture());
-    EndPaint(Window(), &paint);
+    const CPaintDC paint(Window());
+    PaintLabelBuffered(Window(), paint.get(), paint.Rectangle(), Picture());
 }
 
 void Label::OnPrint(HDC dc)

@@ -1,14 +1,14 @@
 // The label behind CSlimHtmlCtrl: a bound static control, its document, and what mouse and keyboard do to it.
 #pragma once
 
+#include "slimhtml/control_subclass.h"
 #include "slimhtml/label_fonts.h"
 #include "slimhtml/label_images.h"
 #include "slimhtml/label_keys.h"
 #include "slimhtml/label_painter.h"
 #include "slimhtml/slim_html.h"
-#include "slimhtml/window_binding.h"
 
-class Label final : private IWindowMessages, private IHtmlMeasurer
+class Label final : private IControlMessages, private IHtmlMeasurer
 {
 public:
     ~Label();
@@ -26,7 +26,7 @@ public:
 
 private:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-    void OnWindowGone() override;
+    void OnControlGone() override;
 
     HtmlFontMetrics Metrics(int font) override { return m_fonts.Metrics(font); }
     int TextWidth(int font, const wchar_t* text, int length) override
@@ -93,6 +93,6 @@ private:
     int m_pressedLink = -1; // the mouse went down on it
     bool m_bFocusByMouse = false;
     int m_wheelRest = 0;
-    WPARAM m_claimedKey = 0; // the owner agreed while the dialog asked who wants the key
-    WindowBinding m_binding; // last: its end must not find the rest gone
+    WPARAM m_claimedKey = 0;         // the owner agreed while the dialog asked who wants the key
+    ControlSubclass m_binding{this}; // last: its end must not find the rest gone
 };

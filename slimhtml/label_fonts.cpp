@@ -92,6 +92,9 @@ LOGFONTW LabelFonts::Describe(const HtmlFont& font) const
     description.lfUnderline = font.bUnderlined || m_base.lfUnderline;
     description.lfStrikeOut = font.bStruckOut || m_base.lfStrikeOut;
     const wchar_t* face = font.bMonospaced ? L"Courier New" : m_base.lfFaceName;
+    if (font.bMonospaced) {
+        description.lfPitchAndFamily = FIXED_PITCH | FF_MODERN;
+    }
     if (font.face >= 0) {
         face = m_document->faces[font.face];
     }

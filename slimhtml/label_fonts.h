@@ -1,10 +1,11 @@
 // The fonts of a label's document: made from the control's own font as they are needed, and measured.
 #pragma once
 
-#include "slimhtml/gdi_owners.h"
 #include "slimhtml/html_layout.h"
+#include "window/handle.h"
 
 #include <array>
+#include <memory>
 
 class LabelFonts
 {
@@ -27,7 +28,7 @@ private:
 
     struct Entry
     {
-        FontOwner font;
+        CFontOwner font;
         HtmlFontMetrics metrics;
         std::array<int, cachedCount> widths{}; // of the characters that most words consist of
     };
@@ -39,7 +40,7 @@ private:
     const HtmlDocument* m_document = nullptr;
     LOGFONTW m_base = {};
     float m_textScale = 1;
-    MemoryDc m_dc;
+    CDcOwner m_dc;
     HGDIOBJ m_formerFont = nullptr;
     int m_selected = -1;
     std::vector<std::unique_ptr<Entry>> m_entries;

@@ -1,5 +1,7 @@
 #include "slimhtml/label_images.h"
 
+#include "window/handle.h"
+
 #include <objidl.h>
 #include <shlwapi.h>
 
@@ -14,24 +16,6 @@ namespace {
 
 constexpr std::size_t mostImageBytes = 16 * 1024 * 1024;
 
-class FileOwner
-{
-public:
-    explicit FileOwner(HANDLE file) : m_file(file) {}
-    ~FileOwner()
-    {
-        if (m_file != INVALID_HANDLE_VALUE) {
-            CloseHandle(m_file);
-        }
-    }
-    FileOwner(const FileOwner&) = delete;
-    FileOwner& operator=(const FileOwner&) = delete;
-    [[nodiscard]] HANDLE get() const { return m_file; }
-
-private:
-    HANDLE m_file;
-};
-
 struct StreamReleaser
 {
     void operator()(IStream* stream) const noexcept { stream->Release(); }
@@ -41,11 +25,10 @@ struct StreamReleaser
 
 std::optional<std::vector<unsigned char>> ReadSmallFile(const wchar_t* path, std::size_t mostBytes)
 {
-    const FileOwner file(CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const CFileOwner file(CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     LARGE_INTEGER size = {};
-    if (file.get() == INVALID_HANDLE_VALUE || !GetFileSizeEx(file.get(), &size) ||
-        size.QuadPart > static_cast<LONGLONG>(mostBytes)) {
+    if (!file || !GetFileSizeEx(file.get(), &size) || size.QuadPart > static_cast<LONGLONG>(mostBytes)) {
         return std::nullopt;
     }
     std::vector<unsigned char> bytes(static_cast<std::size_t>(size.QuadPart));
@@ -152,6 +135,10 @@ void LabelImages::Draw(HDC dc, int index, const RECT& box) const
     Gdiplus::Graphics graphics(dc);
     graphics.SetInterpolationMode(Gdiplus::InterpolationModeHighQualityBicubic);
     graphics.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf);
-    graphics.DrawImage(bitmap, static_cast<INT>(box.left), static_cast<INT>(box.top),
-                       static_cast<INT>(box.right - box.left), static_cast<INT>(box.bottom - box.top));
+    // The edges are drawn as if the image went on beyond them, mirrored; otherwise they fade into the background.
+    Gdiplus::ImageAttributes edges;
+    edges.SetWrapMode(Gdiplus::WrapModeTileFlipXY);
+    const Gdiplus::Rect place(box.left, box.top, box.right - box.left, box.bottom - box.top);
+    graphics.DrawImage(bitmap, place, 0, 0, static_cast<INT>(bitmap->GetWidth()),
+                       static_cast<INT>(bitmap->GetHeight()), Gdiplus::UnitPixel, &edges);
 }

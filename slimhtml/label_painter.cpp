@@ -2,6 +2,8 @@
 
 #include "slimhtml/html_colors.h"
 #include "slimhtml/link_walk.h"
+#include "window/gdi.h"
+#include "window/handle.h"
 
 namespace {
 
@@ -23,7 +25,7 @@ bool IsHighContrast()
 // Fills with one colour and returns it.
 HtmlColor Fill(HDC dc, const RECT& client, COLORREF color)
 {
-    const BrushOwner brush(CreateSolidBrush(color));
+    const CBrushOwner brush(CreateSolidBrush(color));
     FillRect(dc, &client, brush.get());
     return color;
 }
@@ -61,6 +63,24 @@ HtmlColor PaintBackground(HWND control, HDC dc, const RECT& client, const LabelP
                                             : Fill(dc, client, GetSysColor(COLOR_BTNFACE));
 }
 
+// A default colour, made readable on the background.
+HtmlColor ReadableDefault(HtmlColor color, HtmlColor background)
+{
+    return background == noHtmlColor ? color : ReadableColor(color, background);
+}
+
+// The system's colour of links where it can be read (some schemes give links a light grey), then the usual blue, then
+// the text's own colour: the underline still tells a link.
+HtmlColor DefaultLinkColor(HtmlColor text, HtmlColor background)
+{
+    for (const HtmlColor color : {HtmlColor{GetSysColor(COLOR_HOTLIGHT)}, HtmlColor{RGB(0x00, 0x66, 0xCC)}}) {
+        if (ReadableDefault(color, background) == color && color != GetSysColor(COLOR_WINDOWTEXT)) {
+            return color;
+        }
+    }
+    return text;
+}
+
 // The format's colours are defaults for any background: a white default on a white page would show nothing.
 LabelColors ChooseColors(HWND control, const LabelPicture& picture, HtmlColor background, bool highContrast)
 {
@@ -70,14 +90,13 @@ LabelColors ChooseColors(HWND control, const LabelPicture& picture, HtmlColor ba
     if (!IsWindowEnabled(control)) {
         return {GetSysColor(COLOR_GRAYTEXT), GetSysColor(COLOR_GRAYTEXT), false};
     }
-    const auto choose = [background](HtmlColor given, HtmlColor fallback) {
-        if (given != noHtmlColor) {
-            return given;
-        }
-        return background == noHtmlColor ? fallback : ReadableColor(fallback, background);
-    };
-    return {choose(picture.document.textColor, picture.format.clrText),
-            choose(picture.document.linkColor, GetSysColor(COLOR_HOTLIGHT)), true};
+    const HtmlDocument& document = picture.document;
+    const HtmlColor text = document.textColor != noHtmlColor
+                               ? document.textColor
+                               : ReadableDefault(picture.format.clrText, background);
+    const HtmlColor link =
+        document.linkColor != noHtmlColor ? document.linkColor : DefaultLinkColor(text, background);
+    return {text, link, true};
 }
 
 HtmlColor ColorOf(const HtmlRun& run, const LabelColors& colors)
@@ -110,7 +129,7 @@ void DrawFragment(HDC dc, const LabelPicture& picture, const LabelColors& colors
     case HtmlFragmentKind::Text: {
         const HtmlRun& run = picture.document.runs[fragment.run];
         SetTextColor(dc, ColorOf(run, colors));
-        const SelectedObject font(dc, picture.fonts.Font(run.font));
+        const CSelectObject font(dc, picture.fonts.Font(run.font));
         ExtTextOutW(dc, fragment.x, baseline, 0, nullptr, picture.document.text.data() + fragment.text,
                     static_cast<UINT>(fragment.length), nullptr);
         break;
@@ -158,7 +177,7 @@ void PaintLabel(HWND control, HDC dc, const LabelPicture& picture)
 {
     RECT client = {};
     GetClientRect(control, &client);
-    const int state = SaveDC(dc);
+    const CSavedDC state(dc);
     const bool bHighContrast = IsHighContrast();
     const HtmlColor background = PaintBackground(control, dc, client, picture, bHighContrast);
     const LabelColors colors = ChooseColors(control, picture, background, bHighContrast);
@@ -166,7 +185,6 @@ void PaintLabel(HWND control, HDC dc, const LabelPicture& picture)
     SetTextAlign(dc, TA_LEFT | TA_BASELINE);
     DrawLines(dc, client, picture, colors);
     DrawFocus(dc, client, picture);
-    RestoreDC(dc, state);
 }
 
 void PaintLabelBuffered(HWND control, HDC dc, const RECT& dirty, const LabelPicture& picture)
@@ -176,13 +194,13 @@ void PaintLabelBuffered(HWND control, HDC dc, const RECT& dirty, const LabelPict
     if (IsRectEmpty(&client)) {
         return;
     }
-    const MemoryDc memory(CreateCompatibleDC(dc));
-    const BitmapOwner bitmap(CreateCompatibleBitmap(dc, client.right, client.bottom));
+    const CDcOwner memory(CreateCompatibleDC(dc));
+    const CBitmapOwner bitmap(CreateCompatibleBitmap(dc, client.right, client.bottom));
     if (!memory || !bitmap) {
         PaintLabel(control, dc, picture);
         return;
     }
-    const SelectedObject selected(memory.get(), bitmap.get());
+    const CSelectObject selected(memory.get(), bitmap.get());
     PaintLabel(control, memory.get(), picture);
     BitBlt(dc, dirty.left, dirty.top, dirty.right - dirty.left, dirty.bottom - dirty.top, memory.get(),
            dirty.left, dirty.top, SRCCOPY);
