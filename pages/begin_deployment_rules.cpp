@@ -1,6 +1,7 @@
 #include "pages/begin_deployment_rules.h"
 
 #include "frame/path_rules.h"
+#include "include/resource_ids.h"
 
 #include <algorithm>
 
@@ -54,4 +55,21 @@ CString FindDeploymentName(const std::vector<CString>& names, const CString& nam
 bool IsDeploymentNameValid(const CString& name)
 {
     return !name.IsEmpty() && name.Find(L';') < 0 && IsValidFileName(name);
+}
+
+bool IsLocationUsable(PathCheckResult result)
+{
+    return result == PCR_OK || result == PCR_NOT_EMPTY || result == PCR_IS_ROOT;
+}
+
+unsigned int LocationErrorId(PathCheckResult result)
+{
+    switch (result) {
+    case PCR_EMPTY:
+        return IDS_LOCATION_MISSING;
+    case PCR_ACCESS_DENIED:
+        return IDS_LOCATION_ACCESS_DENIED;
+    default:
+        return IDS_LOCATION_UNUSABLE;
+    }
 }

@@ -1,6 +1,7 @@
 // What the begin page decides without a window.
 #pragma once
 
+#include "frame/folder_check.h"
 #include "include/setup_enums.h"
 #include "window/string.h"
 
@@ -49,3 +50,9 @@ enum class BeginLayout
 // True for a name that can name a deployment's folder and file: not empty, a valid file name, no ";". Ends are the
 // caller's to trim.
 [[nodiscard]] bool IsDeploymentNameValid(const CString& name);
+
+// True for the results that a deployment's location may have.
+[[nodiscard]] bool IsLocationUsable(PathCheckResult result);
+
+// The string that tells why it can't be used.
+[[nodiscard]] unsigned int LocationErrorId(PathCheckResult result);

@@ -86,3 +86,19 @@ TEST(DeploymentNameTest, TheNameMustBeAFileName)
     EXPECT_FALSE(IsDeploymentNameValid(L"a\\b"));
     EXPECT_FALSE(IsDeploymentNameValid(L"a?"));
 }
+
+TEST(LocationTest, FreeUsedAndRootFoldersAreUsable)
+{
+    for (int result = PCR_OK; result <= PCR_IS_ROOT; ++result) {
+        const bool usable = result == 0 || result == 6 || result == 10;
+        EXPECT_EQ(IsLocationUsable(static_cast<PathCheckResult>(result)), usable) << result;
+    }
+}
+
+TEST(LocationTest, TheResultPicksTheError)
+{
+    EXPECT_EQ(LocationErrorId(PCR_EMPTY), 27u);
+    EXPECT_EQ(LocationErrorId(PCR_ACCESS_DENIED), 524u);
+    for (const auto result : {PCR_TOO_LONG, PCR_NO_DRIVE, PCR_BAD_DRIVE_KIND, PCR_FAILED, PCR_NETWORK_FAILED})
+        EXPECT_EQ(LocationErrorId(result), 373u) << result;
+}
