@@ -18,6 +18,7 @@ ROLLOUT_PACKAGES=(
     gcc-mingw-w64-i686-posix   # the sample product's 32-bit program
     clang-14 libclang-rt-14-dev # sanitizers and fuzzers of the native tree
     clang-format-14            # the formatting check
+    libexpat1-dev              # reads XML for the rules' tests and fuzzers of the native tree
     googletest                 # the tests' framework, built from its source
     wine wine64                # where the Windows binaries run
     xvfb x11-utils xauth       # the hidden display
