@@ -204,7 +204,8 @@ TEST(BuildDeployment, EndsTheLogWithCodeCauseAndRemedy)
     ASSERT_EQ(build.Build().error.code, 0u);
     const CString log = ReadText(build.Target() + L"\\Build.log");
     EXPECT_HOLDS(log, L"Copying Zolt 2027");
-    const CString end = L"Code:   0\r\nCause:  The deployment is complete.\r\nRemedy: Nothing needs to be done.\r\n";
+    const CString end =
+        L"Code:   0\r\nCause:  The deployment is complete.\r\nRemedy: Nothing needs to be done.\r\n";
     EXPECT_EQ(log.Right(end.GetLength()), end) << Utf8(log);
 }
 
