@@ -16,6 +16,11 @@ public:
         path.Replace(L'\\', L'/');
         Shell(L"mkdir -p \"$WINEPREFIX/dosdevices/unc/BUILDTEST\" && ln -sfn \"$WINEPREFIX/dosdevices/c:" +
               path + L"\" \"$WINEPREFIX/dosdevices/unc/BUILDTEST/share\"");
+        // The shell is not waited for.
+        const unsigned long long deadline = GetTickCount64() + 10000;
+        while (!Exists(L"\\\\BUILDTEST\\share") && GetTickCount64() < deadline) {
+            SwitchToThread();
+        }
     }
     TestShare(const TestShare&) = delete;
     TestShare& operator=(const TestShare&) = delete;
