@@ -108,6 +108,12 @@ CString WithoutClosingBackslash(const CString& path)
     return bare;
 }
 
+CString WithClosingBackslash(const CString& path)
+{
+    const CString bare = WithoutClosingBackslash(path);
+    return bare.Right(1) == L"\\" ? bare : bare + L"\\";
+}
+
 CString FolderAbove(const CString& path)
 {
     const CString bare = WithoutClosingBackslash(path);
@@ -126,10 +132,8 @@ CString LastName(const CString& path)
 
 bool IsSameOrBelow(const CString& path, const CString& folder)
 {
-    const CString inner = WithoutClosingBackslash(path) + L"\\";
-    const CString outer = JoinFolder(WithoutClosingBackslash(folder), L"\\");
-    const CString head = outer.Right(2) == L"\\\\" ? outer.Left(outer.GetLength() - 1) : outer;
-    return inner.Left(head.GetLength()).CompareNoCase(head) == 0;
+    const CString outer = WithClosingBackslash(folder);
+    return WithClosingBackslash(path).Left(outer.GetLength()).CompareNoCase(outer) == 0;
 }
 
 CString UnlimitedPath(const CString& path)

@@ -20,6 +20,7 @@ bool IsPlainRelativePath(const CString& path);
 CString JoinFolder(const CString& folder, const CString& name);
 // Without closing backslashes; a drive's root keeps its one.
 CString WithoutClosingBackslash(const CString& path);
+CString WithClosingBackslash(const CString& path);
 CString FolderAbove(const CString& path); // without closing backslash; empty for a bare name
 CString LastName(const CString& path);
 // True when `path` is `folder` or lies below it, in any case.

@@ -246,7 +246,7 @@ void RequireNothingOpenBelow(const CString& path)
 std::uint64_t FreeBytes(const CString& folder)
 {
     ULARGE_INTEGER free = {};
-    const CString path = JoinFolder(WithoutClosingBackslash(folder), L"\\");
+    const CString path = WithClosingBackslash(folder);
     Check(!IsFaultDue() && GetDiskFreeSpaceExW(UnlimitedPath(path), &free, nullptr, nullptr),
           L"Reading the free space of", folder);
     return free.QuadPart;
