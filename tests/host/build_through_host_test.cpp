@@ -157,3 +157,34 @@ TEST_F(BuildThroughHostTest, ASinglePackageTakesOnlyItsOwnFilesAlong)
     EXPECT_FALSE(IsFile(location + L"Tool\\Image\\private letter.txt"));
     EXPECT_EQ(CString(Open(location + L"Tool").m_pProducts->at(0)->m_strName), CString(L"Zolt Test"));
 }
+
+TEST_F(BuildThroughHostTest, ADeploymentOnAShareIsBuiltAndModifiedThere)
+{
+    location = ShareFolder(location, L"deployments");
+    if (location.IsEmpty()) {
+        GTEST_SKIP() << "shares are made by a link of the prefix, which this system doesn't have";
+    }
+    CSetupManager& manager = Open(scratch + L"media");
+    Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), L"B\u00FCro Nord");
+    Build();
+    CSetupManager& modified = Open(location + L"B\u00FCro Nord");
+    EXPECT_EQ(CString(modified.m_strDeploymentLocation), location);
+    Begin(modified, Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"B\u00FCro Nord", L"B\u00FCro Nord");
+    ASSERT_TRUE(modified.m_pProducts->at(0)->SetMsiProperty(L"ZOLT_NEW", L"on the share", false));
+    Build();
+    EXPECT_EQ(Stored(Open(location + L"B\u00FCro Nord"), L"ZOLT_NEW"), CString(L"on the share"));
+}
+
+TEST_F(BuildThroughHostTest, ALocationAsLongAsTheLengthRuleAllowsIsBuilt)
+{
+    // The begin page lets a path pass up to 258 characters by its measure; the name takes what is left.
+    CSetupManager& manager = Open(scratch + L"media");
+    const int fixed = location.GetLength() + manager.GetImageFolder().GetLength() +
+                      CString(manager.m_strImageSuffix).GetLength() + 4;
+    const int rest =
+        CString(manager.m_strMediaFile).GetLength() - CString(manager.m_strResourceFolder).GetLength() + 1;
+    const CString name(L'n', 258 - fixed - rest);
+    Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), name);
+    Build();
+    EXPECT_EQ(CString(Open(location + name).m_strDeploymentName), name);
+}
