@@ -3,9 +3,9 @@ set(ROLLOUT_WARNINGS -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-co
     -Woverloaded-virtual -Werror)
 
 if(ROLLOUT_NATIVE)
-    # Wide literals are UTF-16 as on Windows; the sanitizers stop at the first finding.
+    # Wide literals are UTF-16 as on Windows; the sanitizers stop at the first finding; fuzzers see what code they reach.
     add_compile_options(-fshort-wchar -g -O1 -fno-omit-frame-pointer
-        -fsanitize=address,undefined -fno-sanitize-recover=all)
+        -fsanitize=address,undefined,fuzzer-no-link -fno-sanitize-recover=all)
     add_link_options(-fsanitize=address,undefined)
     add_compile_definitions(ROLLOUT_NATIVE=1)
 else()

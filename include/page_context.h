@@ -42,7 +42,7 @@ struct PageContext
 
 // What a ...Page function returns: the created page and its message filter, for the host's filter chain. The page
 // belongs to itself and goes with its window.
-class CTabPage : public CMessageFilter
+class CTabPage final : public CMessageFilter
 {
 public:
     BOOL PreTranslateMessage(MSG* message) override

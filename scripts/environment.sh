@@ -15,8 +15,10 @@ ROLLOUT_PACKAGES=(
     g++                        # compiles CMake's own checks and the native helpers
     cmake ninja-build          # the build
     g++-mingw-w64-x86-64-posix # the cross compiler, with C++ threads
+    gcc-mingw-w64-i686-posix   # the sample product's 32-bit program
     clang-14 libclang-rt-14-dev # sanitizers and fuzzers of the native tree
     clang-format-14            # the formatting check
+    libexpat1-dev              # reads XML for the rules' tests and fuzzers of the native tree
     googletest                 # the tests' framework, built from its source
     wine wine64                # where the Windows binaries run
     xvfb x11-utils xauth       # the hidden display

@@ -1,0 +1,185 @@
+// Check: everything that can be told before anything is written.
+#include "host/build/build_check.h"
+
+#include "host/build/build_failure.h"
+#include "host/build/build_names.h"
+#include "host/build/copy_scan.h"
+#include "host/build/file_operations.h"
+
+#include <winnetwk.h>
+
+namespace {
+
+// Room for the texts beside the image and for the disk's own rounding.
+constexpr std::uint64_t SPARE_BYTES = 4u << 20;
+
+// `\\server\share\rest` for a path on a mapped drive; empty for any other.
+CString FullNetworkPath(const CString& path)
+{
+    if (path.Mid(1, 1) != L":" || GetDriveTypeW(path.Left(2) + L"\\") != DRIVE_REMOTE) {
+        return {};
+    }
+    wchar_t remote[1024] = L"";
+    DWORD length = ARRAYSIZE(remote);
+    if (WNetGetConnectionW(path.Left(2), remote, &length) != NO_ERROR) {
+        return {};
+    }
+    return CString(remote) + path.Mid(2);
+}
+
+void WarnOfDrives(BuildRun& run)
+{
+    const CString location = FullNetworkPath(run.target);
+    if (!location.IsEmpty()) {
+        run.Warn(L"The location is on a mapped drive, which workstations may not have. Hand the deployment "
+                 L"out as \"" +
+                 location + L"\".");
+    }
+    const CString& logs = run.plan.commands.strLogFolder;
+    const CString logShare = FullNetworkPath(logs);
+    if (!logShare.IsEmpty()) {
+        run.Warn(L"The log folder \"" + logs +
+                 L"\" is on a mapped drive, which workstations may not have. Use \"" + logShare + L"\".");
+    }
+}
+
+// The right to write is each workstation's own; what can be told from here is whether anybody gets there at all.
+void WarnOfLogFolder(BuildRun& run)
+{
+    const CString& logs = run.plan.commands.strLogFolder;
+    if (logs.Left(2) != L"\\\\") {
+        return;
+    }
+    CString reason;
+    try {
+        const CString probe = JoinFolder(logs, L"." + run.plan.strName + L".probe-" + HexText(run.id));
+        const FileHandle file = OpenAlone(probe, true);
+        if (file.IsOpen()) {
+            DeleteOnClose(file, probe);
+        }
+    } catch (const BuildFailure& failure) {
+        reason = failure.message;
+    }
+    if (!reason.IsEmpty()) {
+        run.Warn(
+            L"The log folder \"" + logs +
+            L"\" can't be written to from here; workstations that can't either keep their logs locally. " +
+            reason);
+    }
+}
+
+// Nothing of an administrator's is ever replaced but a deployment.
+void CheckTarget(BuildRun& run)
+{
+    const PathKind kind = KindOfPath(run.target);
+    if (kind == PathKind::Nothing) {
+        return;
+    }
+    if (kind == PathKind::File) {
+        throw BuildFailure{BUILD_ALREADY_EXISTS,
+                           L"\"" + run.target + L"\" is a file. " + RemedyOf(BUILD_ALREADY_EXISTS)};
+    }
+    if (!run.plan.bReplaceExisting) {
+        throw BuildFailure{BUILD_ALREADY_EXISTS, L"There is a folder \"" + run.target + L"\" already. " +
+                                                     RemedyOf(BUILD_ALREADY_EXISTS)};
+    }
+    if (KindOfPath(JoinFolder(run.target, L"Deployment.xml")) != PathKind::File) {
+        throw BuildFailure{BUILD_ALREADY_EXISTS,
+                           L"The folder \"" + run.target +
+                               L"\" holds no deployment, so it is not replaced. Choose another "
+                               L"name, or move the folder away."};
+    }
+}
+
+// The nearest folder above that is there: a location may be made by the build.
+CString ExistingParent(const CString& location)
+{
+    CString folder = WithoutClosingBackslash(location);
+    for (;;) {
+        const PathKind kind = KindOfPath(folder);
+        if (kind == PathKind::Folder) {
+            return folder;
+        }
+        if (kind == PathKind::File) {
+            throw BuildFailure{BUILD_NOT_A_FOLDER, L"The location \"" + location +
+                                                       L"\" can't be used, as \"" + folder +
+                                                       L"\" is a file. " + RemedyOf(BUILD_NOT_A_FOLDER)};
+        }
+        const CString parent = FolderAbove(folder);
+        if (parent.GetLength() < 3 || parent.GetLength() == folder.GetLength()) {
+            throw BuildFailure{BUILD_PATH_NOT_FOUND, L"The location \"" + location +
+                                                         L"\" can't be reached. " +
+                                                         RemedyOf(BUILD_PATH_NOT_FOUND)};
+        }
+        folder = parent;
+    }
+}
+
+void CheckName(const BuildPlan& plan)
+{
+    const CString refused = RefusedName(plan.strName);
+    if (!refused.IsEmpty()) {
+        throw BuildFailure{BUILD_INVALID_NAME, refused + L" " + RemedyOf(BUILD_INVALID_NAME)};
+    }
+    if (plan.strLocation.Left(2) != L"\\\\" && plan.strLocation.Mid(1, 2) != L":\\") {
+        throw BuildFailure{BUILD_BAD_PATH_NAME, L"The location \"" + plan.strLocation +
+                                                    L"\" is no full path. " + RemedyOf(BUILD_BAD_PATH_NAME)};
+    }
+}
+
+void CheckSpace(const BuildRun& run, const CString& folder)
+{
+    const std::uint64_t needed = run.list.bytes + SPARE_BYTES;
+    const std::uint64_t free = FreeBytes(folder);
+    if (free < needed) {
+        const auto megabytes = [](std::uint64_t bytes) {
+            return NumberText(static_cast<long long>((bytes + (1 << 20) - 1) >> 20)) + L" MB";
+        };
+        throw BuildFailure{BUILD_DISK_FULL, L"The deployment needs " + megabytes(needed) + L" in \"" +
+                                                run.plan.strLocation + L"\", but only " + megabytes(free) +
+                                                L" are free. " + RemedyOf(BUILD_DISK_FULL)};
+    }
+}
+
+void WarnOfLongPaths(BuildRun& run)
+{
+    const CString seen = run.plan.strWorkstationPath.IsEmpty()
+                             ? run.target
+                             : WithoutClosingBackslash(run.plan.strWorkstationPath);
+    const CString longest = LongestPath(run.plan, run.list, seen);
+    if (longest.GetLength() > MAX_INSTALLER_PATH) {
+        run.Warn(L"For workstations the path of a file has " + NumberText(longest.GetLength()) +
+                 L" characters; installing may fail beyond " + NumberText(MAX_INSTALLER_PATH) +
+                 L". Choose a shorter location or name. The path is \"" + longest + L"\".");
+    }
+}
+
+} // namespace
+
+void CheckPlan(BuildRun& run)
+{
+    run.Step(L"Checking the location and the media");
+    CheckName(run.plan);
+    const CString folder = ExistingParent(run.plan.strLocation);
+    CheckTarget(run);
+    run.list = ScanSources(run.plan);
+    const CString refused = RefusedTargets(run.plan, run.list);
+    if (!refused.IsEmpty()) {
+        throw BuildFailure{BUILD_BAD_PATH_NAME, refused};
+    }
+    CheckSpace(run, folder);
+    WarnOfDrives(run);
+    WarnOfLogFolder(run);
+    WarnOfLongPaths(run);
+    for (const CString& link : run.list.skippedLinks) {
+        run.Warn(L"\"" + link + L"\" is a link to another folder and was left out.");
+    }
+}
+
+void ProbeRightToWrite(const BuildRun& run)
+{
+    const CString probe = JoinFolder(ExistingParent(run.plan.strLocation),
+                                     L"." + run.plan.strName + L".probe-" + HexText(run.id));
+    MakeFolder(probe);
+    DeleteEmptyFolder(probe);
+}

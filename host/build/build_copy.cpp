@@ -1,0 +1,72 @@
+// Stage and copy: the tree of folders first, then file after file in chunks. The hash for the manifest is taken from
+// the bytes on their way, so that nothing is read twice.
+#include "host/build/build_run.h"
+
+#include "host/build/build_failure.h"
+#include "host/build/build_names.h"
+#include "host/build/file_operations.h"
+#include "host/build/sha256.h"
+
+namespace {
+
+void FlushShare(const BuildRun& run, const FileHandle& file, const CString& path)
+{
+    if (IsRemote(run.staging)) {
+        FlushToDisk(file, path);
+    }
+}
+
+} // namespace
+
+void StageFolders(BuildRun& run)
+{
+    run.Step(L"Preparing " + run.plan.strName);
+    MakeFolder(run.staging);
+    for (const CString& folder : run.list.folders) {
+        MakeFolder(JoinFolder(run.staging, folder));
+    }
+}
+
+void CopyFiles(BuildRun& run)
+{
+    run.Step(L"Copying " + run.plan.strMediaName);
+    for (const CopyItem& file : run.list.files) {
+        CopyIntoStaging(run, file.strSource, file.strTarget);
+    }
+}
+
+void CopyIntoStaging(BuildRun& run, const CString& source, const CString& target)
+{
+    const CString path = JoinFolder(run.staging, target);
+    run.meter.SetFile(target);
+    const FileHandle from = OpenForReading(source);
+    const FileHandle to = CreateForWriting(path);
+    Sha256 hash;
+    std::uint64_t size = 0;
+    while (const DWORD read =
+               ReadChunk(from, run.buffer.data(), static_cast<DWORD>(run.buffer.size()), source)) {
+        WriteChunk(to, run.buffer.data(), read, path);
+        hash.Add(run.buffer.data(), read);
+        size += read;
+        run.meter.Add(read);
+    }
+    FlushShare(run, to, path);
+    CopyTimesAndAttributes(from, to, path);
+    run.manifest.push_back({target, size, hash.Finish()});
+}
+
+void WriteIntoStaging(BuildRun& run, const CString& target, const CString& text, bool byteOrderMark)
+{
+    std::vector<char> bytes;
+    if (byteOrderMark) {
+        bytes.insert(bytes.end(), {'\xEF', '\xBB', '\xBF'});
+    }
+    AppendUtf8(bytes, text);
+    const CString path = JoinFolder(run.staging, target);
+    const FileHandle file = CreateForWriting(path);
+    WriteChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path);
+    FlushShare(run, file, path);
+    Sha256 hash;
+    hash.Add(bytes.data(), bytes.size());
+    run.manifest.push_back({target, bytes.size(), hash.Finish()});
+}

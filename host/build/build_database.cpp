@@ -1,0 +1,142 @@
+// Database: what the pages stored is compared with the vendor's file. Without a difference the vendor's file is
+// copied byte for byte. Otherwise the changed database gets a package code of its own, is committed, read back and
+// compared with what was in the handle, and copied under the vendor's file name.
+#include "host/build/build_run.h"
+
+#include "host/build/build_failure.h"
+#include "host/build/build_names.h"
+#include "host/build/code_page.h"
+#include "host/build/database_signature.h"
+#include "host/build/database_snapshot.h"
+#include "host/build/file_operations.h"
+
+#include <objbase.h>
+
+namespace {
+
+CString NewPackageCode()
+{
+    GUID guid = {};
+    wchar_t text[40] = L"";
+    if (FAILED(CoCreateGuid(&guid)) || StringFromGUID2(guid, text, ARRAYSIZE(text)) == 0) {
+        throw BuildFailure{BUILD_INSTALLER_FAILED,
+                           L"Windows could not make a new package code. Start the build again."};
+    }
+    return CString(text).MakeUpper();
+}
+
+// A copy of the committed database beside the working copy. The installer service holds the working copy open, and
+// opens no path beyond 260 characters, so the copy is what is read back.
+class BuiltCopy
+{
+public:
+    explicit BuiltCopy(const CString& workingCopy) : m_path(workingCopy + L".built") { Remove(); }
+    BuiltCopy(const BuiltCopy&) = delete;
+    BuiltCopy& operator=(const BuiltCopy&) = delete;
+    ~BuiltCopy()
+    {
+        try {
+            Remove();
+        } catch (const BuildFailure&) {
+            // It lies in the work folder, which goes as a whole.
+        }
+    }
+    const CString& Path() const { return m_path; }
+
+private:
+    void Remove()
+    {
+        if (KindOfPath(m_path) == PathKind::File) {
+            DeleteOneFile(m_path);
+        }
+    }
+    CString m_path;
+};
+
+void CopyForReadingBack(BuildRun& run, const CString& source, const CString& target)
+{
+    const FileHandle from = OpenForReading(source);
+    const FileHandle to = CreateForWriting(target);
+    while (const DWORD read =
+               ReadChunk(from, run.buffer.data(), static_cast<DWORD>(run.buffer.size()), source)) {
+        WriteChunk(to, run.buffer.data(), read, target);
+        run.meter.Poll();
+    }
+}
+
+void VerifyBuilt(const CString& path, const DatabaseSnapshot& expected, const CString& packageCode,
+                 const std::function<void()>& poll)
+{
+    const InstallerObject database = OpenDatabaseToRead(path);
+    const DatabaseSnapshot found = ReadSnapshot(database.Get(), path, poll);
+    const std::vector<RowDifference> differences = CompareSnapshots(expected, found);
+    if (!differences.empty()) {
+        throw BuildFailure{
+            BUILD_DATABASE_DAMAGED,
+            L"The changed database, read back from the disk, differs from what was written: table " +
+                differences.front().strTable + L", " +
+                NumberText(static_cast<long long>(differences.size())) +
+                L" rows in all. Nothing was published. Start the build again; when this comes back, "
+                L"keep the log and report it."};
+    }
+    if (!(ReadPackageCode(database.Get(), path) == packageCode)) {
+        throw BuildFailure{BUILD_DATABASE_DAMAGED,
+                           L"The new package code could not be read back from the changed "
+                           L"database \"" +
+                               path + L"\". Nothing was published. Start the build again."};
+    }
+}
+
+DatabaseChanges BuildOne(BuildRun& run, const BuildDatabase& database)
+{
+    const std::function<void()> poll = [&run] { run.meter.Poll(); };
+    DatabaseChanges changes;
+    changes.strTarget = database.strTarget;
+    changes.strProductName = database.strProductName;
+    const InstallerObject original = OpenDatabaseToRead(database.strOriginal);
+    changes.strOldPackageCode = ReadPackageCode(original.Get(), database.strOriginal);
+    changes.strNewPackageCode = changes.strOldPackageCode;
+    if (database.hDatabase == 0) {
+        return changes;
+    }
+    // This reads every table of the handle, which a commit under Wine depends on (docs/wine-differences.md).
+    const DatabaseSnapshot current = ReadSnapshot(database.hDatabase, database.strWorkingCopy, poll);
+    changes.rows = CompareSnapshots(ReadSnapshot(original.Get(), database.strOriginal, poll), current);
+    if (!changes.IsChanged()) {
+        return changes;
+    }
+    RequireCodePageHolds(database, changes.rows);
+    changes.strNewPackageCode = NewPackageCode();
+    WritePackageCode(database.hDatabase, changes.strNewPackageCode, database.strWorkingCopy);
+    CheckInstaller(MsiDatabaseCommit(database.hDatabase), L"Writing the database", database.strWorkingCopy);
+
+    const BuiltCopy built(database.strWorkingCopy);
+    CopyForReadingBack(run, database.strWorkingCopy, built.Path());
+    changes.bSignatureLost = RemoveSignature(built.Path());
+    VerifyBuilt(built.Path(), current, changes.strNewPackageCode, poll);
+    CopyIntoStaging(run, built.Path(), database.strTarget);
+    return changes;
+}
+
+} // namespace
+
+void BuildDatabases(BuildRun& run)
+{
+    for (const BuildDatabase& database : run.plan.databases) {
+        run.Step(L"Writing the settings into " + database.strProductName);
+        run.meter.SetFile(database.strTarget);
+        DatabaseChanges changes = BuildOne(run, database);
+        if (!changes.IsChanged()) {
+            CopyIntoStaging(run, database.strOriginal, database.strTarget);
+        }
+        run.log.Write(database.strTarget + L": " + NumberText(static_cast<long long>(changes.rows.size())) +
+                      L" rows differ from the vendor's, package code " + changes.strNewPackageCode);
+        if (changes.bSignatureLost) {
+            run.Warn(
+                L"The settings change \"" + database.strTarget +
+                L"\", so its vendor's digital signature is lost. Sign it again when workstations ask for "
+                L"signed packages.");
+        }
+        run.changes.push_back(std::move(changes));
+    }
+}

@@ -1,0 +1,228 @@
+#include "host/build/command_text.h"
+
+#include "host/build/build_names.h"
+
+namespace {
+
+const wchar_t g_newLine[] = L"\r\n";
+
+// Collects lines.
+class Script
+{
+public:
+    void Line(const CString& line) { m_text += line + g_newLine; }
+    void Set(const wchar_t* name, const CString& value)
+    {
+        Line(CString(L"set \"") + name + L"=" + value + L"\"");
+    }
+    const CString& Text() const { return m_text; }
+
+private:
+    CString m_text;
+};
+
+// PATCH takes full paths, joined by semicolons.
+CString PatchArgument(const BuildDatabase& database)
+{
+    CString list;
+    for (const CString& patch : database.patchTargets) {
+        list += (list.IsEmpty() ? L"" : L";") + (L"%~dp0" + QuotedBatchText(patch));
+    }
+    return list.IsEmpty() ? list : L" PATCH=\"" + list + L"\"";
+}
+
+CString PropertyArguments(const BuildDatabase& database)
+{
+    CString list;
+    for (const CString& assignment : database.installProperties) {
+        CString argument = PropertyArgument(assignment);
+        argument.Replace(L"%", L"%%");
+        list += L" " + argument;
+    }
+    return list;
+}
+
+void Open(Script& script, const BuildPlan& plan, const CString& purpose)
+{
+    script.Line(L"@echo off");
+    script.Line(L"rem " + purpose);
+    script.Line(L"rem Ends when all is done. Exit code: the installer's own. 0 success; 3010 success, "
+                L"restart needed;");
+    script.Line(L"rem 1641 success, restart begun; 1618 another installation is running, try again; all "
+                L"else: see the");
+    script.Line(L"rem log.");
+    script.Line(L"setlocal EnableExtensions DisableDelayedExpansion");
+    script.Line(L"");
+    script.Line(L"rem ---- Settings "
+                L"---------------------------------------------------------------------------------");
+    script.Line(
+        L"rem Where each computer writes its log. Computer accounts need the right to write there. When the");
+    script.Line(
+        L"rem folder is empty or can't be written to, the log goes to the computer's own Windows folder.");
+    script.Set(L"LOG_FOLDER", QuotedBatchText(plan.commands.strLogFolder));
+    script.Line(L"rem /qn shows nothing, /qb a progress bar.");
+    script.Set(L"DISPLAY_OPTION", QuotedBatchText(plan.commands.strDisplay));
+    script.Line(
+        L"rem "
+        L"-----------------------------------------------------------------------------------------------");
+    script.Line(L"");
+}
+
+// The names decide, not the location: that one is never written into the scripts.
+void SwitchCodePage(Script& script, bool ascii)
+{
+    if (ascii) {
+        return;
+    }
+    script.Line(L"rem The names below are UTF-8; the console gets its own code page back at the end.");
+    script.Line(L"for /f \"tokens=2 delims=:.\" %%P in ('chcp') do set \"CODE_PAGE=%%P\"");
+    script.Line(L"chcp 65001 >nul 2>&1");
+}
+
+void ChooseLogFolder(Script& script)
+{
+    script.Line(L"set \"LOGS=%LOG_FOLDER%\"");
+    script.Line(L"call :probe_log_folder");
+    script.Line(L"if not errorlevel 1 goto log_folder_chosen");
+    script.Line(L"set \"LOGS=%windir%\\Logs\\Software\"");
+    script.Line(L"call :probe_log_folder");
+    script.Line(L"if not errorlevel 1 goto log_folder_chosen");
+    script.Line(L"set \"LOGS=%TEMP%\"");
+    script.Line(L":log_folder_chosen");
+    script.Line(L"set \"RESULT=0\"");
+    script.Line(L"");
+}
+
+void Run(Script& script, const CString& arguments)
+{
+    script.Line(L"start \"\" /wait \"%windir%\\System32\\msiexec.exe\" " + arguments +
+                L" %DISPLAY_OPTION% /norestart /L*V \"%LOGS%\\%LOG%\"");
+    script.Line(L"set \"CODE=%ERRORLEVEL%\"");
+    script.Line(L"call :judge");
+    script.Line(L"if errorlevel 1 goto finish");
+    script.Line(L"");
+}
+
+void Close(Script& script, bool uninstalls, bool ascii)
+{
+    script.Line(L":finish");
+    if (!ascii) {
+        script.Line(L"if defined CODE_PAGE chcp %CODE_PAGE% >nul 2>&1");
+    }
+    script.Line(L"exit /b %RESULT%");
+    script.Line(L"");
+    script.Line(L"rem Goes on after success, keeps the wish for a restart, and stops at anything else with "
+                L"its code.");
+    script.Line(L":judge");
+    script.Line(L"if \"%CODE%\"==\"0\" exit /b 0");
+    if (uninstalls) {
+        script.Line(L"rem Not installed, or removed already: what was wanted.");
+        script.Line(L"if \"%CODE%\"==\"1605\" exit /b 0");
+        script.Line(L"if \"%CODE%\"==\"1614\" exit /b 0");
+    }
+    script.Line(L"if \"%CODE%\"==\"1641\" goto restart");
+    script.Line(L"if \"%CODE%\"==\"3010\" goto restart");
+    script.Line(L"set \"RESULT=%CODE%\"");
+    script.Line(L"exit /b 1");
+    script.Line(L"");
+    script.Line(L"rem A restart that has begun outweighs one that is only needed.");
+    script.Line(L":restart");
+    script.Line(L"if not \"%RESULT%\"==\"1641\" set \"RESULT=%CODE%\"");
+    script.Line(L"exit /b 0");
+    script.Line(L"");
+    script.Line(
+        L"rem Writes a file to see whether the log can be written; a log must never stop the installer.");
+    script.Line(L":probe_log_folder");
+    script.Line(L"if not defined LOGS exit /b 1");
+    script.Line(L"if \"%LOGS:~-1%\"==\"\\\" set \"LOGS=%LOGS:~0,-1%\"");
+    script.Line(L"if not exist \"%LOGS%\\\" md \"%LOGS%\" >nul 2>&1");
+    script.Line(L"set \"PROBE=%LOGS%\\probe_%COMPUTERNAME%_%RANDOM%.tmp\"");
+    script.Line(L"echo probe 2>nul >\"%PROBE%\"");
+    script.Line(L"if not exist \"%PROBE%\" exit /b 1");
+    script.Line(L"del /q \"%PROBE%\" >nul 2>&1");
+    script.Line(L"exit /b 0");
+}
+
+bool AllAscii(const BuildPlan& plan)
+{
+    bool ascii = IsAscii(plan.commands.strLogFolder) && IsAscii(plan.commands.strDisplay);
+    for (const BuildDatabase& database : plan.databases) {
+        ascii = ascii && IsAscii(database.strTarget) && IsAscii(PatchArgument(database)) &&
+                IsAscii(PropertyArguments(database));
+    }
+    return ascii;
+}
+
+void SetLog(Script& script, const BuildDatabase& database, const wchar_t* action)
+{
+    script.Set(L"LOG", QuotedBatchText(LogFileBase(database, action)) + L"%COMPUTERNAME%.log");
+}
+
+} // namespace
+
+CString QuotedBatchText(const CString& text)
+{
+    CString quoted;
+    for (int index = 0; index < text.GetLength(); ++index) {
+        const wchar_t character = text[index];
+        if (character == L'%') {
+            quoted += L"%%";
+        } else if (character >= 32 && character != L'"') {
+            quoted += character;
+        }
+    }
+    return quoted;
+}
+
+CString PropertyArgument(const CString& assignment)
+{
+    const int equals = assignment.Find(L'=');
+    CString value = assignment.Mid(equals + 1);
+    value.Replace(L"\"", L"\"\"");
+    return assignment.Left(equals + 1) + L"\"" + value + L"\"";
+}
+
+CString LogFileBase(const BuildDatabase& database, const wchar_t* action)
+{
+    const CString name = FileNamePart(database.strProductName) + L"_" +
+                         FileNamePart(database.strProductVersion) + L"_" + action + L"_";
+    // Letters beyond ASCII would tie the script to a code page for the sake of a log's name alone.
+    CString plain;
+    for (int index = 0; index < name.GetLength(); ++index) {
+        plain += name[index] < 0x80 ? name[index] : L'_';
+    }
+    return plain;
+}
+
+CString ComposeInstallScript(const BuildPlan& plan)
+{
+    const bool ascii = AllAscii(plan);
+    Script script;
+    Open(script, plan, L"Installs this deployment on the computer where it is run, without asking.");
+    SwitchCodePage(script, ascii);
+    ChooseLogFolder(script);
+    for (const BuildDatabase& database : plan.databases) {
+        SetLog(script, database, L"Install");
+        Run(script, L"/i \"%~dp0" + QuotedBatchText(database.strTarget) + L"\"" + PatchArgument(database) +
+                        PropertyArguments(database));
+    }
+    Close(script, false, ascii);
+    return script.Text();
+}
+
+CString ComposeUninstallScript(const BuildPlan& plan)
+{
+    const bool ascii = AllAscii(plan);
+    Script script;
+    Open(script, plan,
+         L"Removes this deployment's products from the computer where it is run, without asking.");
+    SwitchCodePage(script, ascii);
+    ChooseLogFolder(script);
+    // What was installed last, a language pack for instance, builds on what came before it.
+    for (auto database = plan.databases.rbegin(); database != plan.databases.rend(); ++database) {
+        SetLog(script, *database, L"Uninstall");
+        Run(script, L"/x " + database->strProductCode);
+    }
+    Close(script, true, ascii);
+    return script.Text();
+}

@@ -1,0 +1,34 @@
+// What a plan comes to, file by file: made before anything is written, so that size, paths and clashes are known
+// first. The list itself needs no window header; filling it looks at the disk (copy_scan.h).
+#pragma once
+
+#include "host/build/build_plan.h"
+
+#include <map>
+
+struct CopyItem
+{
+    CString strSource; // full path
+    CString strTarget; // relative
+    std::uint64_t size = 0;
+};
+
+struct CopyList
+{
+    std::vector<CString> folders; // relative, parents before children
+    std::vector<CopyItem> files;
+    std::uint64_t bytes = 0;           // of the files and of the databases
+    std::vector<CString> skippedLinks; // full paths: links to other folders are not followed
+};
+
+// Every target of a build with where its content comes from, in any case.
+using TargetNames = std::map<CString, CString, CompareNoCaseLess>;
+
+// The names that the plan and the builder itself write: databases, texts, commands, notes.
+TargetNames NamedTargets(const BuildPlan& plan);
+
+// A sentence when two sources would become one file, or a target leads out of the deployment; else empty.
+CString RefusedTargets(const BuildPlan& plan, const CopyList& list);
+
+// The longest path of the deployment as workstations see it.
+CString LongestPath(const BuildPlan& plan, const CopyList& list, const CString& workstationPath);

@@ -1,0 +1,116 @@
+#include "host/build/copy_scan.h"
+
+#include "host/build/build_failure.h"
+#include "host/build/build_names.h"
+#include "host/build/file_operations.h"
+
+#include <set>
+
+namespace {
+
+class Scanner
+{
+public:
+    explicit Scanner(const BuildPlan& plan) : m_plan(plan), m_named(NamedTargets(plan))
+    {
+        for (const BuildFile& file : plan.files) {
+            m_named[file.strTarget] = file.strSource;
+        }
+    }
+
+    CopyList Scan()
+    {
+        for (const BuildFolder& folder : m_plan.folders) {
+            ScanRoot(folder);
+        }
+        for (const BuildFile& file : m_plan.files) {
+            AddFile({file.strSource, file.strTarget, SizeOfFile(file.strSource)});
+        }
+        for (const BuildDatabase& database : m_plan.databases) {
+            AddParents(database.strTarget);
+            m_list.bytes += SizeOfFile(database.hDatabase ? database.strWorkingCopy : database.strOriginal);
+        }
+        for (const BuildText& text : m_plan.texts) {
+            AddParents(text.strTarget);
+        }
+        return std::move(m_list);
+    }
+
+private:
+    void ScanRoot(const BuildFolder& folder)
+    {
+        if (IsSameOrBelow(m_plan.strLocation, folder.strSource)) {
+            throw BuildFailure{BUILD_BAD_PATH_NAME, L"The location \"" + m_plan.strLocation +
+                                                        L"\" lies inside the media \"" + folder.strSource +
+                                                        L"\". Choose a location outside of it."};
+        }
+        m_excluded.clear();
+        for (const CString& path : folder.excludedPaths) {
+            m_excluded.insert(path);
+        }
+        const CString target = WithoutClosingBackslash(folder.strTarget);
+        if (!target.IsEmpty()) {
+            AddFolder(target);
+        }
+        ScanFolder(WithoutClosingBackslash(folder.strSource), CString(), target);
+    }
+
+    void ScanFolder(const CString& source, const CString& inner, const CString& target)
+    {
+        for (const FolderEntry& entry : ListFolder(source)) {
+            const CString path = JoinFolder(inner, entry.strName);
+            const CString entrySource = JoinFolder(source, entry.strName);
+            const CString entryTarget = JoinFolder(target, entry.strName);
+            if (m_excluded.count(path) != 0 || m_named.count(entryTarget) != 0) {
+                continue;
+            }
+            if (!entry.IsFolder()) {
+                AddFile({entrySource, entryTarget, entry.size});
+            } else if (entry.IsLink()) {
+                m_list.skippedLinks.push_back(entrySource);
+            } else {
+                AddFolder(entryTarget);
+                ScanFolder(entrySource, path, entryTarget);
+            }
+        }
+    }
+
+    void AddFile(CopyItem file)
+    {
+        AddParents(file.strTarget);
+        m_list.bytes += file.size;
+        m_list.files.push_back(std::move(file));
+    }
+
+    void AddParents(const CString& target)
+    {
+        const CString parent = FolderAbove(target);
+        if (!parent.IsEmpty()) {
+            AddFolder(parent);
+        }
+    }
+
+    void AddFolder(const CString& folder)
+    {
+        if (m_folders.count(folder) == 0) {
+            AddParents(folder);
+            m_folders.insert(folder);
+            m_list.folders.push_back(folder);
+        }
+    }
+
+    using NameSet = std::set<CString, CompareNoCaseLess>;
+
+    const BuildPlan& m_plan;
+    TargetNames m_named; // what a folder's own file of that name gives way to
+    NameSet m_excluded;
+    NameSet m_folders;
+    CopyList m_list;
+};
+
+} // namespace
+
+CopyList ScanSources(const BuildPlan& plan)
+{
+    return Scanner(plan).Scan();
+}

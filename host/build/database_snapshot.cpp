@@ -1,0 +1,218 @@
+#include "host/build/database_snapshot.h"
+
+#include "host/build/build_failure.h"
+#include "host/build/sha256.h"
+#include "host/build/system_text.h"
+
+namespace {
+
+constexpr UINT PROPERTY_REVISION_NUMBER = 9;
+const wchar_t g_streams[] = L"_Streams";
+
+bool IsStreamType(const CString& type)
+{
+    return type.Left(1).CompareNoCase(L"v") == 0;
+}
+
+class SnapshotReader
+{
+public:
+    SnapshotReader(MSIHANDLE database, const CString& path, const std::function<void()>& poll)
+        : m_database(database), m_path(path), m_poll(poll), m_chunk(64 * 1024), m_text(1024)
+    {
+    }
+
+    DatabaseSnapshot Read()
+    {
+        DatabaseSnapshot snapshot;
+        for (const CString& name : TableNames()) {
+            snapshot[name] = ReadTable(name);
+        }
+        TableSnapshot streams = ReadTable(g_streams);
+        DropTableStreams(snapshot, streams);
+        snapshot[g_streams] = std::move(streams);
+        return snapshot;
+    }
+
+private:
+    void Check(UINT code, const CString& what) const
+    {
+        CheckInstaller(code, L"Reading " + what + L" of", m_path);
+    }
+
+    InstallerObject Query(const CString& statement, const CString& what) const
+    {
+        InstallerObject view;
+        Check(MsiDatabaseOpenViewW(m_database, statement, view.Put()), what);
+        Check(MsiViewExecute(view.Get(), 0), what);
+        return view;
+    }
+
+    // False after the last row.
+    bool Fetch(const InstallerObject& view, InstallerObject& record, const CString& what) const
+    {
+        InstallerObject fetched;
+        const UINT code = MsiViewFetch(view.Get(), fetched.Put());
+        if (code == ERROR_NO_MORE_ITEMS) {
+            return false;
+        }
+        Check(code, what);
+        record = std::move(fetched);
+        return true;
+    }
+
+    std::vector<CString> TableNames()
+    {
+        const InstallerObject view = Query(L"SELECT `Name` FROM `_Tables`", L"the list of tables");
+        std::vector<CString> names;
+        InstallerObject record;
+        while (Fetch(view, record, L"the list of tables")) {
+            names.push_back(ReadText(record.Get(), 1));
+        }
+        return names;
+    }
+
+    TableSnapshot ReadTable(const CString& name)
+    {
+        const CString what = L"the table " + name;
+        m_poll();
+        const InstallerObject view = Query(L"SELECT * FROM `" + name + L"`", what);
+        TableSnapshot table;
+        table.columns = ReadColumns(view, MSICOLINFO_NAMES, what);
+        table.columnTypes = ReadColumns(view, MSICOLINFO_TYPES, what);
+        table.keyColumns = name == g_streams ? 1 : CountKeys(name);
+        InstallerObject record;
+        while (Fetch(view, record, what)) {
+            RowValues values;
+            values.reserve(table.columns.size());
+            for (std::size_t index = 0; index < table.columns.size(); ++index) {
+                values.push_back(IsStreamType(table.columnTypes[index])
+                                     ? ReadStream(record.Get(), static_cast<UINT>(index + 1), what)
+                                     : ReadText(record.Get(), static_cast<UINT>(index + 1)));
+            }
+            table.rows[{values.begin(), values.begin() + table.keyColumns}] = std::move(values);
+        }
+        return table;
+    }
+
+    std::vector<CString> ReadColumns(const InstallerObject& view, MSICOLINFO kind, const CString& what)
+    {
+        InstallerObject record;
+        Check(MsiViewGetColumnInfo(view.Get(), kind, record.Put()), what);
+        std::vector<CString> names;
+        for (UINT field = 1; field <= MsiRecordGetFieldCount(record.Get()); ++field) {
+            names.push_back(ReadText(record.Get(), field));
+        }
+        return names;
+    }
+
+    int CountKeys(const CString& name)
+    {
+        InstallerObject record;
+        Check(MsiDatabaseGetPrimaryKeysW(m_database, name, record.Put()), L"the keys of the table " + name);
+        return static_cast<int>(MsiRecordGetFieldCount(record.Get()));
+    }
+
+    CString ReadText(MSIHANDLE record, UINT field)
+    {
+        DWORD length = static_cast<DWORD>(m_text.size());
+        UINT code = MsiRecordGetStringW(record, field, m_text.data(), &length);
+        if (code == ERROR_MORE_DATA) {
+            m_text.resize(++length);
+            code = MsiRecordGetStringW(record, field, m_text.data(), &length);
+        }
+        Check(code, L"a value");
+        return CString(m_text.data(), static_cast<int>(length));
+    }
+
+    // Size and hash stand for the bytes: a cabinet of a gigabyte needs no gigabyte of memory.
+    CString ReadStream(MSIHANDLE record, UINT field, const CString& what)
+    {
+        if (MsiRecordIsNull(record, field)) {
+            return {};
+        }
+        Sha256 hash;
+        long long size = 0;
+        for (;;) {
+            DWORD read = static_cast<DWORD>(m_chunk.size());
+            Check(MsiRecordReadStream(record, field, m_chunk.data(), &read), what);
+            if (read == 0) {
+                break;
+            }
+            hash.Add(m_chunk.data(), read);
+            size += read;
+            m_poll();
+        }
+        return NumberText(size) + L" bytes, SHA-256 " + hash.Finish();
+    }
+
+    // Streams of rows were read with their rows, and those of the summary and the signature aren't content.
+    static void DropTableStreams(const DatabaseSnapshot& snapshot, TableSnapshot& streams)
+    {
+        for (auto row = streams.rows.begin(); row != streams.rows.end();) {
+            const CString& name = row->first.front();
+            const int dot = name.Find(L'.');
+            const auto table = dot > 0 ? snapshot.find(name.Left(dot)) : snapshot.end();
+            bool drop = name[0] == L'\x05';
+            for (std::size_t index = 0; table != snapshot.end() && index < table->second.columnTypes.size();
+                 ++index) {
+                drop = drop || IsStreamType(table->second.columnTypes[index]);
+            }
+            row = drop ? streams.rows.erase(row) : std::next(row);
+        }
+    }
+
+    MSIHANDLE m_database;
+    CString m_path;
+    const std::function<void()>& m_poll;
+    std::vector<char> m_chunk;
+    std::vector<wchar_t> m_text;
+};
+
+} // namespace
+
+void CheckInstaller(unsigned int code, const CString& operation, const CString& path)
+{
+    if (code != ERROR_SUCCESS) {
+        throw BuildFailure{code, DescribeFailure(operation, path, code, SystemText(code))};
+    }
+}
+
+InstallerObject OpenDatabaseToRead(const CString& path)
+{
+    InstallerObject database;
+    CheckInstaller(MsiOpenDatabaseW(path, MSIDBOPEN_READONLY, database.Put()), L"Opening the database", path);
+    return database;
+}
+
+DatabaseSnapshot ReadSnapshot(MSIHANDLE database, const CString& path, const std::function<void()>& poll)
+{
+    return SnapshotReader(database, path, poll).Read();
+}
+
+CString ReadPackageCode(MSIHANDLE database, const CString& path)
+{
+    InstallerObject summary;
+    CheckInstaller(MsiGetSummaryInformationW(database, nullptr, 0, summary.Put()),
+                   L"Reading the summary information of", path);
+    UINT type = 0;
+    INT number = 0;
+    FILETIME time = {};
+    wchar_t text[256] = L"";
+    DWORD length = ARRAYSIZE(text);
+    CheckInstaller(MsiSummaryInfoGetPropertyW(summary.Get(), PROPERTY_REVISION_NUMBER, &type, &number, &time,
+                                              text, &length),
+                   L"Reading the package code of", path);
+    return text;
+}
+
+void WritePackageCode(MSIHANDLE database, const CString& packageCode, const CString& path)
+{
+    InstallerObject summary;
+    CheckInstaller(MsiGetSummaryInformationW(database, nullptr, 1, summary.Put()),
+                   L"Opening the summary information of", path);
+    CheckInstaller(MsiSummaryInfoSetPropertyW(summary.Get(), PROPERTY_REVISION_NUMBER, VT_LPSTR, 0, nullptr,
+                                              packageCode),
+                   L"Writing the package code of", path);
+    CheckInstaller(MsiSummaryInfoPersist(summary.Get()), L"Writing the summary information of", path);
+}

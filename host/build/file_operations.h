@@ -1,0 +1,95 @@
+// The only calls of the builder that touch files. Each throws a BuildFailure that names operation, path, the
+// system's reason and the remedy, unless its comment says otherwise. Paths are full; those beyond 260 characters work.
+#pragma once
+
+#include "window/string.h"
+
+#include <windows.h>
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+// Owns a file handle.
+class FileHandle
+{
+public:
+    FileHandle() = default;
+    explicit FileHandle(HANDLE handle) : m_handle(handle) {}
+    FileHandle(FileHandle&& other) noexcept : m_handle(std::exchange(other.m_handle, INVALID_HANDLE_VALUE)) {}
+    FileHandle& operator=(FileHandle&& other) noexcept
+    {
+        std::swap(m_handle, other.m_handle);
+        return *this;
+    }
+    ~FileHandle() { Close(); }
+
+    HANDLE Get() const { return m_handle; }
+    bool IsOpen() const { return m_handle != INVALID_HANDLE_VALUE; }
+    void Close(); // keeps the last error
+
+private:
+    HANDLE m_handle = INVALID_HANDLE_VALUE;
+};
+
+struct FolderEntry
+{
+    CString strName;
+    std::uint64_t size = 0;
+    DWORD attributes = 0;
+    bool IsFolder() const { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
+    bool IsLink() const { return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0; }
+};
+
+// What a path names.
+enum class PathKind
+{
+    Nothing,
+    File,
+    Folder,
+};
+
+FileHandle OpenForReading(const CString& path);   // others may go on reading and writing
+FileHandle CreateForWriting(const CString& path); // fails when the file is there; nobody else may open it
+[[nodiscard]] DWORD ReadChunk(const FileHandle& file, void* bytes, DWORD size,
+                              const CString& path); // 0 at the end
+void WriteChunk(const FileHandle& file, const void* bytes, DWORD size, const CString& path);
+// On a share the system reports data that it could not deliver only when asked to flush.
+void FlushToDisk(const FileHandle& file, const CString& path);
+// Times and attributes; call after the last write.
+void CopyTimesAndAttributes(const FileHandle& from, const FileHandle& to, const CString& path);
+[[nodiscard]] std::uint64_t SizeOfFile(const CString& path);
+
+// Without "." and "..", in no order.
+[[nodiscard]] std::vector<FolderEntry> ListFolder(const CString& path);
+[[nodiscard]] PathKind
+KindOfPath(const CString& path);      // throws when that can't be told, on a lost share for instance
+void MakeFolder(const CString& path); // the parent must be there; an existing folder is a failure
+void RenameFolder(const CString& from, const CString& to);
+void DeleteOneFile(const CString& path); // read-only ones too
+void DeleteEmptyFolder(const CString& path);
+// The folder with all below it. Links are deleted, not followed.
+void DeleteTree(const CString& path);
+// Fails with the first file of the folder that somebody has open in a way that keeps it from being renamed.
+void RequireNothingOpenBelow(const CString& path);
+
+[[nodiscard]] std::uint64_t FreeBytes(const CString& folder);
+[[nodiscard]] bool IsRemote(const CString& path);
+
+// Opens or makes a file that nobody else can open meanwhile. Not open: another one holds it.
+[[nodiscard]] FileHandle OpenAlone(const CString& path, bool makeIt);
+// The whole content of a small file; replaces it; marks it for deletion when the handle closes.
+[[nodiscard]] std::vector<char> ReadAll(const FileHandle& file, const CString& path);
+void ReplaceAll(const FileHandle& file, const std::vector<char>& bytes, const CString& path);
+void DeleteOnClose(const FileHandle& file, const CString& path);
+
+// For tests: the operation of that number (from 1, counted over all of the above) fails with the code, all later
+// ones too when `stays`; with code 0 the process ends there as if it had been killed. 0 switches it off.
+struct FileFault
+{
+    long long operation = 0;
+    DWORD code = 0;
+    bool stays = false;
+};
+void SetFileFault(const FileFault& fault);
+[[nodiscard]] long long CountedFileOperations(); // since the last SetFileFault

@@ -1,0 +1,21 @@
+// ReadMe.txt, Manifest.txt and the end of Build.log. No window header.
+#pragma once
+
+#include "host/build/build_plan.h"
+
+struct ManifestEntry
+{
+    CString strPath; // relative to the deployment's folder
+    std::uint64_t size = 0;
+    CString strSha256; // 64 hex digits, lower case
+};
+
+// What an administrator pastes into scripts, group policy and management systems. `workstationPath` is the
+// deployment's folder as workstations see it, without closing backslash.
+CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath);
+
+// One line a file, sorted by path: hash, size, path. Everything but the manifest itself.
+CString ComposeManifest(std::vector<ManifestEntry> entries);
+
+// The closing lines of a log: code, cause and remedy in words.
+CString ComposeLogEnd(unsigned int code, const CString& cause);

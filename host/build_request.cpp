@@ -1,0 +1,183 @@
+#include "host/build_request.h"
+
+#include "host/build/deployment_builder.h"
+#include "host/files.h"
+#include "host/made_up_media.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr const wchar_t* PATCH_FOLDER = L"ServicePacks\\";
+
+CString InImage(const CString& relative)
+{
+    return CString(IMAGE_FOLDER) + L"\\" + relative;
+}
+
+bool IsBelow(const CString& path, const CString& folder)
+{
+    return path.Left(folder.GetLength()).CompareNoCase(folder) == 0;
+}
+
+// The description of the image: what the media says, less what isn't in the image.
+SetupDescription DescribeImage(const Media& media, int platform)
+{
+    SetupDescription image = media.description;
+    const auto otherPlatform = [&](const auto& package) { return package.platform != platform; };
+    std::erase_if(image.platforms,
+                  [&](const PlatformDescription& described) { return described.id != platform; });
+    for (ProductDescription& product : image.products) {
+        std::erase_if(product.packages, otherPlatform);
+        for (ProductDescription& pack : product.languagePacks) {
+            std::erase_if(pack.packages, otherPlatform);
+        }
+        std::erase_if(product.languagePacks,
+                      [](const ProductDescription& pack) { return pack.packages.empty(); });
+    }
+    std::erase_if(image.products, [](const ProductDescription& product) { return product.packages.empty(); });
+    return image;
+}
+
+class PlanMaker
+{
+public:
+    explicit PlanMaker(ManagerObject& manager) : m_manager(manager), m_media(manager.GetMedia()) {}
+
+    BuildPlan Make()
+    {
+        m_stored = m_manager.DescribeDeployment();
+        m_plan.strLocation = m_manager.m_strDeploymentLocation;
+        m_plan.strName = m_manager.m_strDeploymentName;
+        // The begin page asked before it let the name pass.
+        m_plan.bReplaceExisting = true;
+        m_plan.strMediaName = m_media.description.strName;
+        m_plan.commands.strLogFolder = m_manager.m_bNetworkLog ? m_manager.m_strNetworkLogFolder : CString();
+        for (const std::unique_ptr<ProductObject>& product : m_manager.GetProductObjects()) {
+            AddProduct(*product);
+            for (const std::unique_ptr<ProductObject>& pack : product->GetPackObjects()) {
+                AddProduct(*pack);
+            }
+        }
+        if (!m_media.description.strResourceFolder.IsEmpty()) {
+            AddFolder(m_media.description.strResourceFolder + L"\\");
+        }
+        m_plan.texts.push_back(
+            {InImage(SETUP_FILE), WriteSetupDescription(DescribeImage(m_media, m_manager.m_platform))});
+        m_plan.texts.push_back({DEPLOYMENT_FILE, WriteDeploymentFile(m_stored)});
+        return std::move(m_plan);
+    }
+
+private:
+    void AddProduct(ProductObject& product)
+    {
+        const CString folder = ParentOf(product.GetRelativeFile());
+        BuildDatabase database;
+        database.strOriginal = product.GetOriginalFile();
+        database.strWorkingCopy = product.GetWorkFile();
+        database.hDatabase = product.GetMsiHandle();
+        database.strTarget = InImage(product.GetRelativeFile());
+        database.strProductName = product.m_strName;
+        database.strProductCode = product.m_strProductCode;
+        database.strProductVersion = product.GetPackage().strVersion;
+        database.strMaker = m_media.description.strMaker;
+        AddPatches(product, folder, database);
+        m_plan.databases.push_back(std::move(database));
+        if (folder.IsEmpty()) {
+            AddLooseFiles(product);
+        } else {
+            AddFolder(folder);
+        }
+    }
+
+    static CString ParentOf(const CString& relative)
+    {
+        return relative.Left(relative.ReverseFind(L'\\') + 1);
+    }
+
+    // Patch files come into the image, and the deployment's file names them there.
+    void AddPatches(const ProductObject& product, const CString& folder, BuildDatabase& database)
+    {
+        const bool appended = product.m_patchFiles.empty() ? false : IsAppended(product);
+        StoredProduct* stored = nullptr;
+        for (StoredProduct& candidate : m_stored.products) {
+            if (candidate.strProductCode == product.GetPackage().strProductCode) {
+                stored = &candidate;
+            }
+        }
+        for (std::size_t index = 0; index < product.m_patchFiles.size(); ++index) {
+            const CString relative = folder + PATCH_FOLDER + FileName(product.m_patchFiles[index]);
+            m_plan.files.push_back({product.m_patchFiles[index], InImage(relative)});
+            if (appended) {
+                database.patchTargets.push_back(InImage(relative));
+            }
+            if (stored && index < stored->patches.size()) {
+                stored->patches[index].file = relative;
+            }
+        }
+    }
+
+    static bool IsAppended(const ProductObject& product)
+    {
+        const Setup::tagPATCHSTATE state = const_cast<ProductObject&>(product).GetPatchState();
+        return state == Setup::PATCHSTATE_2 || state == Setup::PATCHSTATE_3;
+    }
+
+    // A package that stands at the media's root may share its folder with anything: only what it names goes along.
+    void AddLooseFiles(ProductObject& product)
+    {
+        for (const CString& file : FindPackageFiles(product.GetMsiHandle(), m_media.strRoot)) {
+            const CString target = InImage(file);
+            const bool known =
+                std::any_of(m_plan.files.begin(), m_plan.files.end(), [&](const BuildFile& added) {
+                    return added.strTarget.CompareNoCase(target) == 0;
+                });
+            if (!known) {
+                m_plan.files.push_back({m_media.strRoot + file, target});
+            }
+        }
+    }
+
+    // A folder below one that is already there goes with it.
+    void AddFolder(const CString& relative)
+    {
+        const CString target = InImage(relative);
+        for (const BuildFolder& folder : m_plan.folders) {
+            if (IsBelow(target, folder.strTarget)) {
+                return;
+            }
+        }
+        std::erase_if(m_plan.folders,
+                      [&](const BuildFolder& folder) { return IsBelow(folder.strTarget, target); });
+        m_plan.folders.push_back({m_media.strRoot + relative, target, {}});
+    }
+
+    ManagerObject& m_manager;
+    const Media& m_media;
+    DeploymentFile m_stored;
+    BuildPlan m_plan;
+};
+
+} // namespace
+
+BuildPlan MakeBuildPlan(ManagerObject& manager)
+{
+    return PlanMaker(manager).Make();
+}
+
+BuildResult BuildFromManager(ManagerObject& manager, IBuildProgress& progress)
+{
+    if (HostError error = manager.EnsureProducts()) {
+        return {error, CString(), {}};
+    }
+    BuildResult result = BuildDeployment(MakeBuildPlan(manager), progress);
+    if (!result.error) {
+        manager.SetResultLines(manager.m_strDeploymentName, result.strDeploymentFolder);
+    }
+    return result;
+}
+
+std::uint64_t MeasureFromManager(ManagerObject& manager)
+{
+    return manager.EnsureProducts() ? 0 : MeasureBuild(MakeBuildPlan(manager));
+}

@@ -1,0 +1,10 @@
+// From what the pages stored to a plan for the builder.
+#pragma once
+
+#include "host/build/build_plan.h"
+#include "host/manager_object.h"
+
+[[nodiscard]] BuildPlan MakeBuildPlan(ManagerObject& manager);
+// Builds the plan and leaves the manager at what came out: products, result lines.
+[[nodiscard]] BuildResult BuildFromManager(ManagerObject& manager, IBuildProgress& progress);
+[[nodiscard]] std::uint64_t MeasureFromManager(ManagerObject& manager);

@@ -1,0 +1,263 @@
+#include "host/deployment_file.h"
+
+#include "host/host_messages.h"
+#include "host/xml_text.h"
+#include "host/xml_values.h"
+
+namespace {
+
+constexpr int DEPLOYMENT_VERSION = 1;
+constexpr std::size_t PROPERTY_LIMIT = 20000;
+constexpr std::size_t PRODUCT_LIMIT = 1000;
+
+bool IsKnownPlace(const CString& name, const CString& parent)
+{
+    static const struct
+    {
+        const wchar_t* name;
+        const wchar_t* parent;
+    } PLACES[] = {
+        {L"Deployment", L""},
+        {L"Settings", L"Deployment"},
+        {L"Property", L"Deployment"},
+        {L"Product", L"Deployment"},
+        {L"Property", L"Product"},
+        {L"Patch", L"Product"},
+        {L"DownloadedPatch", L"Product"},
+    };
+    for (const auto& place : PLACES) {
+        if (name == place.name && parent == place.parent) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void WriteProperties(XmlText& xml, const PropertyStore& store)
+{
+    for (const StoredProperty& property : store) {
+        xml.OpenElement(L"Property");
+        xml.AddAttribute(L"name", property.name);
+        xml.AddAnyValue(L"value", property.value);
+        xml.CloseElement();
+    }
+}
+
+void WriteProduct(XmlText& xml, const StoredProduct& product)
+{
+    xml.OpenElement(L"Product");
+    xml.AddAttribute(L"code", product.strProductCode);
+    xml.AddAttribute(L"name", product.strName);
+    xml.AddAttribute(L"patchState", NumberText(product.patchState));
+    xml.AddAttribute(L"includePatch", NumberText(product.includePatch));
+    WriteProperties(xml, product.properties);
+    for (const StoredPatch& patch : product.patches) {
+        xml.OpenElement(L"Patch");
+        xml.AddAttribute(L"file", patch.file);
+        xml.AddAttribute(L"merged", NumberText(patch.merged));
+        xml.CloseElement();
+    }
+    const CString* const texts[] = {&product.strPatchPath, &product.strPatchName, &product.strPatchReadme,
+                                    &product.strPatchSize};
+    bool any = false;
+    for (const CString* text : texts) {
+        any = any || !text->IsEmpty();
+    }
+    if (any) {
+        xml.OpenElement(L"DownloadedPatch");
+        xml.AddAttribute(L"path", product.strPatchPath);
+        xml.AddAttribute(L"name", product.strPatchName);
+        xml.AddAttribute(L"readme", product.strPatchReadme);
+        xml.AddAttribute(L"size", product.strPatchSize);
+        xml.CloseElement();
+    }
+    xml.CloseElement();
+}
+
+} // namespace
+
+const CString* FindProperty(const PropertyStore& store, const CString& name)
+{
+    for (const StoredProperty& property : store) {
+        if (property.name == name) {
+            return &property.value;
+        }
+    }
+    return nullptr;
+}
+
+void StoreProperty(PropertyStore& store, const CString& name, const CString& value)
+{
+    for (auto property = store.begin(); property != store.end(); ++property) {
+        if (property->name == name) {
+            if (value.IsEmpty()) {
+                store.erase(property);
+            } else {
+                property->value = value;
+            }
+            return;
+        }
+    }
+    if (!value.IsEmpty()) {
+        store.push_back({name, value});
+    }
+}
+
+const StoredProduct* DeploymentFile::FindProduct(const CString& productCode) const
+{
+    for (const StoredProduct& product : products) {
+        if (product.strProductCode.CompareNoCase(productCode) == 0) {
+            return &product;
+        }
+    }
+    return nullptr;
+}
+
+bool DeploymentFileReader::OnElement(const CString& name, const std::vector<XmlAttribute>& attributes,
+                                     int line)
+{
+    const CString parent = m_open.empty() ? CString() : m_open.back();
+    XmlValues values(name, attributes, line);
+    if (!IsKnownPlace(name, parent)) {
+        values.Fail(parent.IsEmpty() ? HostSentence(HostText::XmlWrongRoot, {name, L"Deployment"})
+                                     : HostSentence(HostText::XmlUnknownElement, {name, parent}));
+    } else {
+        ReadElement(name, parent, values);
+    }
+    m_open.push_back(name);
+    m_fault = values.Finish();
+    return !m_fault;
+}
+
+bool DeploymentFileReader::OnElementEnd()
+{
+    m_open.pop_back();
+    if (m_open.empty() && !m_settingsSeen) {
+        m_fault = {HostSentence(HostText::XmlMissingElement, {L"Settings", L"Deployment"}), 0};
+    }
+    return !m_fault;
+}
+
+bool DeploymentFileReader::OnText(const CString& text, int line)
+{
+    CString trimmed = text;
+    if (!trimmed.Trim().IsEmpty()) {
+        m_fault = {
+            HostSentence(HostText::XmlTextOutside, {m_open.empty() ? CString(L"Deployment") : m_open.back()}),
+            line};
+    }
+    return !m_fault;
+}
+
+void DeploymentFileReader::ReadElement(const CString& name, const CString& parent, XmlValues& values)
+{
+    if (name == L"Deployment") {
+        ReadDeployment(values);
+    } else if (name == L"Settings") {
+        ReadSettings(values);
+    } else if (name == L"Product") {
+        ReadProduct(values);
+    } else if (name == L"Property") {
+        ReadProperty(parent == L"Product" ? m_file.products.back().properties : m_file.properties, values);
+    } else if (name == L"Patch") {
+        ReadPatch(values);
+    } else {
+        StoredProduct& product = m_file.products.back();
+        product.strPatchPath = values.TakeOptionalText(L"path", 32767);
+        product.strPatchName = values.TakeOptionalText(L"name");
+        product.strPatchReadme = values.TakeOptionalText(L"readme", 4000);
+        product.strPatchSize = values.TakeOptionalText(L"size", 100);
+    }
+}
+
+void DeploymentFileReader::ReadDeployment(XmlValues& values)
+{
+    const int version = values.TakeNumber(L"version", 1, 1000000);
+    if (version > DEPLOYMENT_VERSION) {
+        values.Fail(
+            HostSentence(HostText::XmlNewerVersion, {NumberText(version), NumberText(DEPLOYMENT_VERSION)}));
+    }
+    m_file.strName = values.TakeText(L"name", 255);
+    m_file.strSetupCode = values.TakeGuid(L"setupCode");
+    m_file.strProductName = values.TakeText(L"productName", 200);
+    m_file.strProductVersion = values.TakeText(L"productVersion", 50);
+    m_file.platform = values.TakeNumber(L"platform", 2, 3);
+    m_file.strLanguage = values.TakeLocale(L"language");
+    m_file.strBaseName = values.TakeOptionalText(L"base", 255);
+}
+
+void DeploymentFileReader::ReadSettings(XmlValues& values)
+{
+    if (m_settingsSeen) {
+        values.Fail(HostSentence(HostText::XmlRepeatedElement, {L"Settings"}));
+    }
+    m_settingsSeen = true;
+    m_file.installMode = values.TakeNumber(L"installMode", 2, 3);
+    m_file.bNetworkLog = values.TakeNumber(L"networkLog", 0, 1) == 1;
+    m_file.strNetworkLogFolder = values.TakeOptionalText(L"networkLogFolder", 32767);
+    m_file.bSettingsOption = values.TakeNumber(L"settingsOption", 0, 1) == 1;
+}
+
+void DeploymentFileReader::ReadProduct(XmlValues& values)
+{
+    StoredProduct product;
+    product.strProductCode = values.TakeGuid(L"code");
+    product.strName = values.TakeText(L"name", 200);
+    product.patchState = values.TakeNumber(L"patchState", 0, 5);
+    product.includePatch = values.TakeNumber(L"includePatch", -1, 2);
+    if (m_file.FindProduct(product.strProductCode)) {
+        values.Fail(HostSentence(HostText::ValueRepeated, {L"code", product.strProductCode}));
+    }
+    if (m_file.products.size() >= PRODUCT_LIMIT) {
+        values.Fail(HostSentence(HostText::XmlTooMany, {L"Product", NumberText(PRODUCT_LIMIT)}));
+    }
+    m_file.products.push_back(product);
+}
+
+void DeploymentFileReader::ReadPatch(XmlValues& values)
+{
+    StoredPatch patch;
+    patch.file = values.TakeText(L"file", 32767);
+    patch.merged = values.TakeNumber(L"merged", 0, 1) == 1;
+    m_file.products.back().patches.push_back(patch);
+}
+
+void DeploymentFileReader::ReadProperty(PropertyStore& store, XmlValues& values)
+{
+    StoredProperty property;
+    property.name = values.TakeText(L"name", 1000);
+    property.value = values.TakeAnyValue(L"value");
+    if (store.size() >= PROPERTY_LIMIT) {
+        values.Fail(HostSentence(HostText::XmlTooMany, {L"Property", NumberText(PROPERTY_LIMIT)}));
+        return;
+    }
+    store.push_back(property);
+}
+
+CString WriteDeploymentFile(const DeploymentFile& file)
+{
+    XmlText xml;
+    xml.OpenElement(L"Deployment");
+    xml.AddAttribute(L"version", NumberText(DEPLOYMENT_VERSION));
+    xml.AddAttribute(L"name", file.strName);
+    xml.AddAttribute(L"setupCode", file.strSetupCode);
+    xml.AddAttribute(L"productName", file.strProductName);
+    xml.AddAttribute(L"productVersion", file.strProductVersion);
+    xml.AddAttribute(L"platform", NumberText(file.platform));
+    xml.AddAttribute(L"language", file.strLanguage);
+    if (!file.strBaseName.IsEmpty()) {
+        xml.AddAttribute(L"base", file.strBaseName);
+    }
+    xml.OpenElement(L"Settings");
+    xml.AddAttribute(L"installMode", NumberText(file.installMode));
+    xml.AddAttribute(L"networkLog", NumberText(file.bNetworkLog));
+    xml.AddAttribute(L"networkLogFolder", file.strNetworkLogFolder);
+    xml.AddAttribute(L"settingsOption", NumberText(file.bSettingsOption));
+    xml.CloseElement();
+    WriteProperties(xml, file.properties);
+    for (const StoredProduct& product : file.products) {
+        WriteProduct(xml, product);
+    }
+    xml.CloseElement();
+    return xml.GetText();
+}

@@ -1,0 +1,84 @@
+// Deployment.xml as data: what a deployment was built from and with, so that it can be the base of another or be
+// modified. The changes to the installer databases are not in it: the image holds the changed databases.
+#pragma once
+
+#include "host/xml_events.h"
+
+#include <vector>
+
+struct StoredProperty
+{
+    CString name;
+    CString value;
+};
+using PropertyStore = std::vector<StoredProperty>; // in the order of the first setting; names as they stand
+
+// Null when the store has no such name.
+[[nodiscard]] const CString* FindProperty(const PropertyStore& store, const CString& name);
+// An empty value removes the name.
+void StoreProperty(PropertyStore& store, const CString& name, const CString& value);
+
+struct StoredPatch
+{
+    CString file; // relative to the image, or a full path
+    bool merged = false;
+};
+
+struct StoredProduct
+{
+    CString strProductCode; // with braces, upper case
+    CString strName;
+    PropertyStore properties;
+    std::vector<StoredPatch> patches;
+    int patchState = 0;
+    int includePatch = -1;
+    CString strPatchPath; // the four texts of a downloaded patch
+    CString strPatchName;
+    CString strPatchReadme;
+    CString strPatchSize;
+};
+
+struct DeploymentFile
+{
+    CString strName;
+    CString strSetupCode; // with braces, upper case
+    CString strProductName;
+    CString strProductVersion;
+    CString strBaseName;
+    CString strLanguage;
+    int platform = 3;
+    int installMode = 2;
+    bool bNetworkLog = false;
+    CString strNetworkLogFolder;
+    bool bSettingsOption = false;
+    PropertyStore properties; // of the setup as a whole
+    std::vector<StoredProduct> products;
+
+    const StoredProduct* FindProduct(const CString& productCode) const;
+};
+
+// Takes the events of one Deployment.xml. GetDeployment is whole only when there is no fault.
+class DeploymentFileReader final : public IXmlEvents
+{
+public:
+    bool OnElement(const CString& name, const std::vector<XmlAttribute>& attributes, int line) override;
+    bool OnElementEnd() override;
+    bool OnText(const CString& text, int line) override;
+    XmlFault GetFault() const override { return m_fault; }
+    const DeploymentFile& GetDeployment() const { return m_file; }
+
+private:
+    void ReadElement(const CString& name, const CString& parent, class XmlValues& values);
+    void ReadDeployment(XmlValues& values);
+    void ReadSettings(XmlValues& values);
+    void ReadProduct(XmlValues& values);
+    void ReadPatch(XmlValues& values);
+    void ReadProperty(PropertyStore& store, XmlValues& values);
+
+    DeploymentFile m_file;
+    XmlFault m_fault;
+    std::vector<CString> m_open;
+    bool m_settingsSeen = false;
+};
+
+[[nodiscard]] CString WriteDeploymentFile(const DeploymentFile& file);

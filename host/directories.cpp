@@ -1,0 +1,244 @@
+#include "host/directories.h"
+
+#include "host/database.h"
+
+#include <msiquery.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int ACTION_SET_DIRECTORY = 51; // the type of a custom action that sets a property from a text
+constexpr int ACTION_TYPE_MASK = 0x3F;
+
+bool CopyPath(const CString& path, wchar_t* buffer, unsigned int* size)
+{
+    if (path.IsEmpty() || !size) {
+        return false;
+    }
+    const unsigned int needed = static_cast<unsigned int>(path.GetLength());
+    const bool fits = buffer && *size > needed;
+    if (fits) {
+        std::copy_n(path.GetString(), needed + 1, buffer);
+    }
+    *size = needed;
+    return fits;
+}
+
+using PathCall = UINT(WINAPI*)(MSIHANDLE, LPCWSTR, LPWSTR, LPDWORD);
+
+CString AskSession(MSIHANDLE session, PathCall call, const CString& key)
+{
+    CString path;
+    DWORD length = 0;
+    wchar_t none[1] = {};
+    const UINT result = call(session, key, none, &length);
+    if ((result == ERROR_MORE_DATA || result == ERROR_SUCCESS) && length > 0) {
+        DWORD capacity = length + 1;
+        const UINT second = call(session, key, path.GetBuffer(static_cast<int>(length)), &capacity);
+        path.ReleaseBuffer(second == ERROR_SUCCESS ? -1 : 0);
+    }
+    return path;
+}
+
+unsigned int OpenSession(InstallerHandle database, const CString& packageFolder, MsiHandle& session)
+{
+    CString name;
+    name.Format(L"#%lu", database);
+    UINT result = MsiOpenPackageExW(name, MSIOPENPACKAGEFLAGS_IGNOREMACHINESTATE, session.Receive());
+    if (result != ERROR_SUCCESS) {
+        return result;
+    }
+    // The working copy lies elsewhere than the files that go with the package.
+    MsiSetPropertyW(session.get(), L"SourceDir", packageFolder);
+    for (const wchar_t* action : {L"CostInitialize", L"FileCost", L"CostFinalize"}) {
+        result = MsiDoActionW(session.get(), action);
+        if (result != ERROR_SUCCESS) {
+            return result;
+        }
+    }
+    return ERROR_SUCCESS;
+}
+
+} // namespace
+
+CFeature* FeatureManager::FindFeature(const CString& name)
+{
+    bool found = false;
+    const unsigned int result =
+        ForEachRow(m_database, L"SELECT `Feature` FROM `Feature` WHERE `Feature`=?", {name}, [&](MSIHANDLE) {
+            found = true;
+            return false;
+        });
+    return result == ERROR_SUCCESS && found ? &m_feature : nullptr;
+}
+
+DirectoryManager::DirectoryManager(InstallerHandle database, const CString& packageFolder)
+    : m_database(database), m_packageFolder(packageFolder)
+{
+    // The files of an administrative image lie in folders, although its summary still says compressed.
+    const int words = SummaryNumber(database, SUMMARY_WORD_COUNT);
+    m_flatSource = (words & WORD_COUNT_COMPRESSED) && !(words & WORD_COUNT_ADMIN_IMAGE);
+    ReadRows();
+    ReadProperties();
+}
+
+unsigned int DirectoryManager::ResolveBySession(const CString& workFolder)
+{
+    const SilentInstaller silent;
+    MsiHandle session;
+    const unsigned int result = OpenSession(m_database, m_packageFolder, session);
+    if (result != ERROR_SUCCESS) {
+        return result;
+    }
+    for (auto& [key, row] : m_rows) {
+        row.sessionTarget = AskSession(session.get(), MsiGetTargetPathW, key);
+        if (row.sessionTarget.Left(workFolder.GetLength()).CompareNoCase(workFolder) == 0) {
+            row.sessionTarget.Empty(); // the working copy's folder is nobody's target
+        }
+    }
+    return ERROR_SUCCESS;
+}
+
+void DirectoryManager::Retire(Row& row)
+{
+    m_retired.push_back(std::move(row.data));
+}
+
+// The session's answer for a directory holds only while all the rows above it stay.
+void DirectoryManager::ForgetBelow(const CString& key)
+{
+    for (auto& [name, row] : m_rows) {
+        if (row.data->Directory_Parent == key && name != key && !row.sessionTarget.IsEmpty()) {
+            row.sessionTarget.Empty();
+            ForgetBelow(name);
+        }
+    }
+}
+
+void DirectoryManager::ReadRows()
+{
+    std::set<CString> seen;
+    std::vector<CString> changed;
+    const unsigned int result = ForEachRow(
+        m_database, L"SELECT `Directory`,`Directory_Parent`,`DefaultDir` FROM `Directory`", {},
+        [&](MSIHANDLE record) {
+            const DirectoryData data{RecordText(record, 1), RecordText(record, 2), RecordText(record, 3)};
+            seen.insert(data.Directory);
+            Row& row = m_rows[data.Directory];
+            if (row.data && row.data->Directory_Parent == data.Directory_Parent &&
+                row.data->DefaultDir == data.DefaultDir) {
+                return true;
+            }
+            if (row.data) {
+                changed.push_back(data.Directory);
+                Retire(row);
+            }
+            row.data = std::make_unique<DirectoryData>(data);
+            row.sessionTarget.Empty();
+            return true;
+        });
+    if (result != ERROR_SUCCESS) {
+        return; // the table can't be read now; what was known stays
+    }
+    for (auto row = m_rows.begin(); row != m_rows.end();) {
+        if (seen.count(row->first)) {
+            ++row;
+            continue;
+        }
+        changed.push_back(row->first);
+        Retire(row->second);
+        row = m_rows.erase(row);
+    }
+    for (const CString& key : changed) {
+        ForgetBelow(key);
+    }
+}
+
+void DirectoryManager::ReadProperties()
+{
+    m_properties.clear();
+    unsigned int result =
+        ForEachRow(m_database, L"SELECT `Property`,`Value` FROM `Property`", {}, [&](MSIHANDLE record) {
+            const CString name = RecordText(record, 1);
+            if (m_rows.count(name)) {
+                m_properties[name] = RecordText(record, 2);
+            }
+            return true;
+        });
+    // A drive that a user added is a directory of that name which an action sets.
+    result = ForEachRow(
+        m_database, L"SELECT `Type`,`Source`,`Target` FROM `CustomAction`", {}, [&](MSIHANDLE record) {
+            const CString name = RecordText(record, 2);
+            const CString target = RecordText(record, 3);
+            const bool sets = (MsiRecordGetInteger(record, 1) & ACTION_TYPE_MASK) == ACTION_SET_DIRECTORY;
+            if (sets && m_rows.count(name) && target.GetLength() == 2 && target[1] == L':') {
+                m_properties[name] = target;
+            }
+            return true;
+        });
+    static_cast<void>(result); // a package without custom actions has no such drives
+}
+
+const DirectoryData* DirectoryManager::FindDirectory(const CString& key) const
+{
+    const auto row = m_rows.find(key);
+    return row == m_rows.end() ? nullptr : row->second.data.get();
+}
+
+CString DirectoryManager::GetSettledPath(const CString& key) const
+{
+    const auto property = m_properties.find(key);
+    if (property != m_properties.end() && property->second.Find(L'[') < 0) {
+        return property->second;
+    }
+    const auto row = m_rows.find(key);
+    if (row != m_rows.end() && !row->second.sessionTarget.IsEmpty()) {
+        return row->second.sessionTarget;
+    }
+    if (key == L"TARGETDIR") {
+        // The session's own rule is the drive with the most space; the system's drive is what a workstation has.
+        wchar_t windows[MAX_PATH] = {};
+        GetWindowsDirectoryW(windows, MAX_PATH);
+        return CString(windows, 2) + L"\\";
+    }
+    return CString();
+}
+
+const CDirectoryManager::DirectoryMap& DirectoryManager::GetDirectories()
+{
+    ReadRows();
+    ReadProperties();
+    for (auto entry = m_entries.begin(); entry != m_entries.end();) {
+        entry = m_rows.count(entry->first) ? std::next(entry) : m_entries.erase(entry);
+    }
+    for (const auto& [key, row] : m_rows) {
+        m_entries[key] = {row.data.get(), ResolveTargetPath(*this, key),
+                          ResolveSourcePath(*this, key, m_packageFolder, m_flatSource)};
+    }
+    return m_entries;
+}
+
+CString DirectoryManager::FindTargetPath(const CString& key, bool& known)
+{
+    ReadRows();
+    ReadProperties();
+    known = m_rows.count(key) != 0;
+    return ResolveTargetPath(*this, key);
+}
+
+bool DirectoryManager::GetTargetPath(const wchar_t* directory, wchar_t* buffer, unsigned int* size)
+{
+    if (!m_rows.count(directory)) {
+        GetDirectories();
+    }
+    return CopyPath(ResolveTargetPath(*this, directory), buffer, size);
+}
+
+bool DirectoryManager::GetSourcePath(const wchar_t* directory, wchar_t* buffer, unsigned int* size)
+{
+    if (!m_rows.count(directory)) {
+        GetDirectories();
+    }
+    return CopyPath(ResolveSourcePath(*this, directory, m_packageFolder, m_flatSource), buffer, size);
+}

@@ -1,0 +1,74 @@
+#include "host/directory_rules.h"
+
+namespace {
+
+constexpr int DEPTH_LIMIT = 200; // deeper than any path; ends a circle
+
+CString LongName(const CString& name)
+{
+    const CString text = name.Mid(name.Find(L'|') + 1);
+    return text == L"." ? CString() : text;
+}
+
+bool IsRoot(const DirectoryData& row)
+{
+    return row.Directory_Parent.IsEmpty() || row.Directory_Parent == row.Directory;
+}
+
+CString ResolveTarget(const IDirectorySource& source, const CString& key, int depth)
+{
+    const CString settled = WithBackslash(source.GetSettledPath(key));
+    const DirectoryData* row = source.FindDirectory(key);
+    if (!row || !settled.IsEmpty()) {
+        return row ? settled : CString();
+    }
+    if (IsRoot(*row) || depth >= DEPTH_LIMIT) {
+        return CString();
+    }
+    const CString parent = ResolveTarget(source, row->Directory_Parent, depth + 1);
+    return parent.IsEmpty() ? CString() : parent + WithBackslash(TargetFolderName(row->DefaultDir));
+}
+
+CString ResolveSource(const IDirectorySource& source, const CString& key, const CString& packageFolder,
+                      int depth)
+{
+    const DirectoryData* row = source.FindDirectory(key);
+    if (!row || depth >= DEPTH_LIMIT) {
+        return CString();
+    }
+    if (IsRoot(*row)) {
+        return packageFolder;
+    }
+    const CString parent = ResolveSource(source, row->Directory_Parent, packageFolder, depth + 1);
+    return parent.IsEmpty() ? CString() : parent + WithBackslash(SourceFolderName(row->DefaultDir));
+}
+
+} // namespace
+
+CString TargetFolderName(const CString& defaultDir)
+{
+    const int colon = defaultDir.Find(L':');
+    return LongName(colon < 0 ? defaultDir : defaultDir.Left(colon));
+}
+
+CString SourceFolderName(const CString& defaultDir)
+{
+    return LongName(defaultDir.Mid(defaultDir.Find(L':') + 1));
+}
+
+CString WithBackslash(const CString& path)
+{
+    return path.IsEmpty() || path[path.GetLength() - 1] == L'\\' ? path : path + L"\\";
+}
+
+CString ResolveTargetPath(const IDirectorySource& source, const CString& key)
+{
+    return ResolveTarget(source, key, 0);
+}
+
+CString ResolveSourcePath(const IDirectorySource& source, const CString& key, const CString& packageFolder,
+                          bool flat)
+{
+    // Compressed packages keep all their files beside the package.
+    return flat && source.FindDirectory(key) ? packageFolder : ResolveSource(source, key, packageFolder, 0);
+}

@@ -1,0 +1,204 @@
+#include "host/files.h"
+
+#include "host/handles.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int PLAIN_PATH_LIMIT = 240;
+
+struct FindCloser
+{
+    HANDLE handle;
+    ~FindCloser() { FindClose(handle); }
+};
+
+unsigned int WriteAll(HANDLE file, const std::string& bytes)
+{
+    DWORD written = 0;
+    if (!WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr)) {
+        return GetLastError();
+    }
+    if (written != bytes.size()) {
+        return ERROR_HANDLE_DISK_FULL;
+    }
+    return FlushFileBuffers(file) ? ERROR_SUCCESS : GetLastError();
+}
+
+} // namespace
+
+CString FilePath(const CString& path)
+{
+    if (path.GetLength() < PLAIN_PATH_LIMIT || path.Left(4) == L"\\\\?\\") {
+        return path;
+    }
+    return path.Left(2) == L"\\\\" ? L"\\\\?\\UNC\\" + path.Mid(2) : L"\\\\?\\" + path;
+}
+
+CString FolderPath(const CString& path)
+{
+    CString full;
+    const DWORD capacity = GetFullPathNameW(path, 0, nullptr, nullptr);
+    if (capacity != 0) {
+        GetFullPathNameW(path, capacity, full.GetBuffer(static_cast<int>(capacity)), nullptr);
+        full.ReleaseBuffer();
+    }
+    if (full.IsEmpty()) {
+        full = path;
+    }
+    full.TrimRight(L"\\");
+    return full + L"\\";
+}
+
+CString ParentFolder(const CString& path)
+{
+    CString folder = path;
+    folder.TrimRight(L"\\");
+    const int slash = folder.ReverseFind(L'\\');
+    return slash <= 1 ? CString() : folder.Left(slash + 1);
+}
+
+CString FileName(const CString& path)
+{
+    CString name = path;
+    name.TrimRight(L"\\");
+    return name.Mid(name.ReverseFind(L'\\') + 1);
+}
+
+bool IsFile(const CString& path)
+{
+    const DWORD attributes = GetFileAttributesW(FilePath(path));
+    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+bool IsFolder(const CString& path)
+{
+    const DWORD attributes = GetFileAttributesW(FilePath(path));
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+CString SystemReason(unsigned int code)
+{
+    CString text;
+    wchar_t* buffer = text.GetBuffer(512);
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                        code, 0, buffer, 512, nullptr);
+    text.ReleaseBuffer(static_cast<int>(length));
+    text.Trim();
+    text.TrimRight(L".");
+    return text.IsEmpty() ? L"code " + NumberText(code) : text + L", code " + NumberText(code);
+}
+
+unsigned int ReadWholeFile(const CString& path, std::size_t limit, std::string& bytes)
+{
+    const FileHandle file(CreateFileW(FilePath(path), GENERIC_READ,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                      OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    if (!file) {
+        return GetLastError();
+    }
+    LARGE_INTEGER size = {};
+    if (!GetFileSizeEx(file.get(), &size)) {
+        return GetLastError();
+    }
+    if (static_cast<unsigned long long>(size.QuadPart) > limit) {
+        return ERROR_FILE_TOO_LARGE;
+    }
+    bytes.resize(static_cast<std::size_t>(size.QuadPart));
+    DWORD read = 0;
+    if (!ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr)) {
+        return GetLastError();
+    }
+    bytes.resize(read);
+    return ERROR_SUCCESS;
+}
+
+unsigned int ReplaceFile(const CString& path, const std::string& bytes)
+{
+    CString beside;
+    beside.Format(L"%s.new-%08X", path.GetString(), GetCurrentProcessId() ^ GetTickCount());
+    unsigned int error;
+    {
+        const FileHandle file(CreateFileW(FilePath(beside), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!file) {
+            return GetLastError();
+        }
+        error = WriteAll(file.get(), bytes);
+    }
+    if (error == ERROR_SUCCESS &&
+        !MoveFileExW(FilePath(beside), FilePath(path), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        error = GetLastError();
+    }
+    if (error != ERROR_SUCCESS) {
+        DeleteFileW(FilePath(beside));
+    }
+    return error;
+}
+
+unsigned int MakeFolders(const CString& path)
+{
+    if (IsFolder(path)) {
+        return ERROR_SUCCESS;
+    }
+    const CString parent = ParentFolder(path);
+    if (!parent.IsEmpty()) {
+        const unsigned int error = MakeFolders(parent);
+        if (error != ERROR_SUCCESS) {
+            return error;
+        }
+    }
+    if (CreateDirectoryW(FilePath(path), nullptr)) {
+        return ERROR_SUCCESS;
+    }
+    const DWORD error = GetLastError();
+    return error == ERROR_ALREADY_EXISTS && IsFolder(path) ? DWORD{ERROR_SUCCESS} : error;
+}
+
+void RemoveFolder(const CString& path)
+{
+    const CString folder = FolderPath(path);
+    const DWORD attributes = GetFileAttributesW(FilePath(path));
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        return;
+    }
+    std::vector<FolderItem> items;
+    if (!(attributes & FILE_ATTRIBUTE_REPARSE_POINT) && ListFolder(folder, items) == ERROR_SUCCESS) {
+        for (const FolderItem& item : items) {
+            const CString full = folder + item.name;
+            if (item.isFolder) {
+                RemoveFolder(full);
+            } else {
+                SetFileAttributesW(FilePath(full), FILE_ATTRIBUTE_NORMAL);
+                DeleteFileW(FilePath(full));
+            }
+        }
+    }
+    RemoveDirectoryW(FilePath(path));
+}
+
+unsigned int ListFolder(const CString& path, std::vector<FolderItem>& items)
+{
+    items.clear();
+    WIN32_FIND_DATAW found = {};
+    const HANDLE find = FindFirstFileW(FilePath(FolderPath(path)) + L"*", &found);
+    if (find == INVALID_HANDLE_VALUE) {
+        const DWORD error = GetLastError();
+        return error == ERROR_FILE_NOT_FOUND ? DWORD{ERROR_SUCCESS} : error;
+    }
+    const FindCloser closer{find};
+    do {
+        const CString name = found.cFileName;
+        if (name != L"." && name != L"..") {
+            items.push_back(
+                {name, (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
+                 (static_cast<unsigned long long>(found.nFileSizeHigh) << 32) | found.nFileSizeLow});
+        }
+    } while (FindNextFileW(find, &found));
+    const DWORD error = GetLastError();
+    std::sort(items.begin(), items.end(), [](const FolderItem& left, const FolderItem& right) {
+        return left.name.CompareNoCase(right.name) < 0;
+    });
+    return error == ERROR_NO_MORE_FILES ? DWORD{ERROR_SUCCESS} : error;
+}

@@ -1,0 +1,119 @@
+#include "host/host_messages.h"
+
+namespace {
+
+struct Sentence
+{
+    HostText id;
+    const wchar_t* text;
+};
+
+constexpr Sentence SENTENCES[] = {
+    {HostText::XmlMalformed, L"The file is not well-formed XML (%1). Restore it from the original media."},
+    {HostText::XmlTooLarge,
+     L"The file is larger than the %1 bytes that are accepted. Restore it from the original media."},
+    {HostText::XmlTooDeep,
+     L"Elements stand more than %1 levels deep. Restore the file from the original media."},
+    {HostText::XmlDtd,
+     L"The file has a document type declaration, which is not accepted. Remove the <!DOCTYPE ...> part."},
+    {HostText::XmlUnknownElement, L"Element <%1> is not known inside <%2>. Remove it or correct its name."},
+    {HostText::XmlUnknownAttribute, L"Attribute \"%1\" is not known in <%2>. Remove it or correct its name."},
+    {HostText::XmlMissingAttribute, L"Element <%2> lacks the attribute \"%1\". Add it."},
+    {HostText::XmlRepeatedAttribute, L"Attribute \"%1\" stands twice in <%2>. Remove one."},
+    {HostText::XmlRepeatedElement, L"Element <%1> stands twice. Remove one."},
+    {HostText::XmlTextOutside, L"There is text inside <%1>, where only elements may stand. Remove it."},
+    {HostText::XmlWrongRoot,
+     L"The first element is <%1>, not <%2>. This is another kind of file; check its name."},
+    {HostText::XmlMissingElement, L"Element <%2> lacks an element <%1>. Add it."},
+    {HostText::XmlNewerVersion,
+     L"The file has version %1, this program reads version %2. Use a newer program."},
+    {HostText::XmlTooMany, L"There are more than %2 elements <%1>. Remove some."},
+    {HostText::ValueNotNumber, L"\"%2\" of attribute \"%1\" is not a number from %3 to %4. Correct it."},
+    {HostText::ValueNotChoice, L"\"%2\" of attribute \"%1\" is not one of: %3. Correct it."},
+    {HostText::ValueNotGuid, L"\"%2\" of attribute \"%1\" is not a code of the form "
+                             L"{12345678-1234-1234-1234-123456789ABC}. Correct it."},
+    {HostText::ValueNotRelative, L"\"%2\" of attribute \"%1\" is not a path below the folder of this file. "
+                                 L"Use a relative path without \"..\", \"/\" or a drive."},
+    {HostText::ValueNotFileName,
+     L"\"%2\" of attribute \"%1\" is not a file name. Use a name without a path."},
+    {HostText::ValueNotPlatform, L"Platform %2 of attribute \"%1\" is not declared. Add a <Platform> element "
+                                 L"for it or correct the number."},
+    {HostText::ValueNotLocale,
+     L"\"%2\" of attribute \"%1\" is not a language name such as \"en-US\". Correct it."},
+    {HostText::ValueEmpty, L"Attribute \"%1\" is empty. Give it a value."},
+    {HostText::ValueTooLong, L"Attribute \"%1\" is longer than %2 characters. Shorten it."},
+    {HostText::ValueRepeated, L"\"%2\" of attribute \"%1\" was used before. Each one may stand only once."},
+    {HostText::ValueBadEscape,
+     L"Attribute \"%1\" is marked as escaped, but holds a backslash that starts no \\uXXXX. Correct it."},
+    {HostText::SharedPackageFolder,
+     L"Folder \"%1\" would hold two packages, \"%2\" and \"%3\". Give each product a folder of its own."},
+    {HostText::FileAndLine, L"%1, line %2: %3"},
+    {HostText::FileOnly, L"%1: %2"},
+    {HostText::MediaMissing,
+     L"The media \"%1\" does not exist or cannot be reached. Check the path and that you may read it."},
+    {HostText::MediaNotRecognised, L"\"%1\" holds neither a Setup.xml nor a Deployment.xml. Choose a media "
+                                   L"folder, a deployment's folder or an installer package (.msi)."},
+    {HostText::MediaPackageMissing,
+     L"The package \"%1\", which the media describes, is missing (%2). Copy the whole media again."},
+    {HostText::MediaPackageBroken, L"The package \"%1\" cannot be opened (%2). It is damaged or no installer "
+                                   L"package; copy it from the original media again."},
+    {HostText::MediaNoPackages,
+     L"The media \"%1\" holds no package that can be deployed. Copy the whole media again."},
+    {HostText::MediaFileUnreadable,
+     L"The file \"%1\" cannot be read (%2). Check that it is there and that you may read it."},
+    {HostText::WorkFolderFailed,
+     L"The work folder \"%1\" cannot be made (%2). Check the free space and the rights on that folder."},
+    {HostText::WorkCopyFailed,
+     L"The package \"%1\" cannot be copied to the work folder as \"%2\" (%3). Check the free space."},
+    {HostText::TableNotMade, L"The table %1 cannot be added to the working copy of \"%2\" (%3). The package "
+                             L"is damaged; copy it from the original media again."},
+    {HostText::BaseGone, L"The deployment \"%1\" is not there any more in \"%2\". Choose another one."},
+    {HostText::BaseDamaged, L"The deployment \"%1\" cannot be used: %2"},
+    {HostText::BaseOtherSetup,
+     L"The deployment \"%1\" belongs to another product (setup code %2). Choose one of this product."},
+    {HostText::BaseImageGone, L"The deployment \"%1\" lacks its image folder \"%2\". Restore the folder or "
+                              L"choose another deployment."},
+    {HostText::DeploymentUnreadable, L"The deployment file is passed over. %1"},
+    {HostText::SettingsWithoutProduct,
+     L"The deployment \"%1\" has settings for the product \"%2\" (%3), which this media does not hold. They "
+     L"are kept in its deployment file only."},
+    {HostText::PathsUnresolved, L"The installer cannot resolve the folders of \"%1\" (%2). Paths are worked "
+                                L"out from the package's tables instead."},
+    {HostText::NoProductsForPlatform,
+     L"The media holds no package for the %1 platform. Choose the other platform."},
+    {HostText::LogOpened, L"Media %1, language %2, work folder %3"},
+    {HostText::LogMode, L"Setup mode %1, platform %2, deployment \"%3\" in %4, based on \"%5\""},
+    {HostText::LogLoaded, L"Settings of the deployment \"%1\" loaded from %2"},
+    {HostText::LogProperty, L"Setup property %1 = \"%2\""},
+    {HostText::LogBuildEnd, L"Build ended with code %1. %2"},
+    {HostText::CompleteLocation, L"%1"},
+    {HostText::CompleteProducts, L"%1"},
+};
+static_assert(sizeof SENTENCES / sizeof *SENTENCES == static_cast<int>(HostText::Count));
+
+const wchar_t* FindSentence(HostText id)
+{
+    for (const Sentence& sentence : SENTENCES) {
+        if (sentence.id == id) {
+            return sentence.text;
+        }
+    }
+    return L"";
+}
+
+} // namespace
+
+CString HostSentence(HostText id, std::initializer_list<CString> arguments)
+{
+    CString result;
+    for (const wchar_t* next = FindSentence(id); *next != 0; ++next) {
+        const std::size_t index = static_cast<std::size_t>(next[1] - L'1');
+        if (*next == L'%' && next[1] >= L'1' && index < arguments.size()) {
+            result += arguments.begin()[index];
+            ++next;
+        } else {
+            result += *next;
+        }
+    }
+    return result;
+}

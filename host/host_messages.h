@@ -1,0 +1,71 @@
+// The host's own sentences for people, kept in one table so that they can move to a language folder.
+#pragma once
+
+#include "window/string.h"
+
+#include <initializer_list>
+
+enum class HostText
+{
+    // Reading XML. %1 and further: what the line of the table says.
+    XmlMalformed,
+    XmlTooLarge,
+    XmlTooDeep,
+    XmlDtd,
+    XmlUnknownElement,
+    XmlUnknownAttribute,
+    XmlMissingAttribute,
+    XmlRepeatedAttribute,
+    XmlRepeatedElement,
+    XmlTextOutside,
+    XmlWrongRoot,
+    XmlMissingElement,
+    XmlNewerVersion,
+    XmlTooMany,
+    ValueNotNumber,
+    ValueNotChoice,
+    ValueNotGuid,
+    ValueNotRelative,
+    ValueNotFileName,
+    ValueNotPlatform,
+    ValueNotLocale,
+    ValueEmpty,
+    ValueTooLong,
+    ValueRepeated,
+    ValueBadEscape,
+    SharedPackageFolder,
+    FileAndLine,
+    FileOnly,
+    // Opening media
+    MediaMissing,
+    MediaNotRecognised,
+    MediaPackageMissing,
+    MediaPackageBroken,
+    MediaNoPackages,
+    MediaFileUnreadable,
+    WorkFolderFailed,
+    WorkCopyFailed,
+    TableNotMade,
+    // Deployments
+    BaseGone,
+    BaseDamaged,
+    BaseOtherSetup,
+    BaseImageGone,
+    DeploymentUnreadable,
+    SettingsWithoutProduct,
+    PathsUnresolved,
+    NoProductsForPlatform,
+    // Log
+    LogOpened,
+    LogMode,
+    LogLoaded,
+    LogProperty,
+    LogBuildEnd,
+    // Result lines
+    CompleteLocation,
+    CompleteProducts,
+    Count
+};
+
+// The sentence with %1, %2, ... replaced. A replaced text is not looked at again.
+[[nodiscard]] CString HostSentence(HostText id, std::initializer_list<CString> arguments = {});

@@ -1,0 +1,165 @@
+#include "host/made_up_media.h"
+
+#include "host/database.h"
+#include "host/directory_rules.h"
+#include "host/files.h"
+#include "host/host_messages.h"
+#include "host/xml_values.h"
+
+#include <msiquery.h>
+
+#include <map>
+
+namespace {
+
+// All pages of the library, each with its help file; those that it doesn't export are passed over.
+constexpr const wchar_t* ALL_PAGES[] = {
+    L"BeginDeployment",   L"ProductContact",     L"DeploymentSettings", L"WorkstationSetting",
+    L"PathCustomization", L"AddAdditionalFiles", L"OnlineResources",    L"NoticeDeskFeedBoard",
+    L"ServicePack",       L"DeploymentComplete", L"DeploymentFailed",
+};
+
+constexpr int FILE_NONCOMPRESSED = 8192;
+constexpr int FILE_COMPRESSED = 16384;
+
+CString LanguageName(const CString& summaryTemplate)
+{
+    // `platform;language,language`; 0 is the neutral language.
+    const CString languages = summaryTemplate.Mid(summaryTemplate.Find(L';') + 1);
+    unsigned int id = 0;
+    for (int index = 0; index < languages.GetLength() && languages[index] >= L'0' &&
+                        languages[index] <= L'9' && id < 0x10000;
+         ++index) {
+        id = id * 10 + static_cast<unsigned int>(languages[index] - L'0');
+    }
+    wchar_t name[LOCALE_NAME_MAX_LENGTH] = {};
+    if (id == 0 || id > 0xFFFF || LCIDToLocaleName(id, name, LOCALE_NAME_MAX_LENGTH, 0) == 0) {
+        return L"en-US";
+    }
+    return IsLocaleName(name) ? CString(name) : CString(L"en-US");
+}
+
+CString PropertyOr(MSIHANDLE database, const wchar_t* name, const CString& otherwise)
+{
+    CString value;
+    const bool found = ReadPropertyRow(database, name, value);
+    CString trimmed = value;
+    return !found || trimmed.Trim().IsEmpty() ? otherwise : value.Left(200);
+}
+
+CString FirstCode(MSIHANDLE database)
+{
+    for (const wchar_t* name : {L"UpgradeCode", L"ProductCode"}) {
+        CString code = PropertyOr(database, name, CString());
+        if (IsBracedGuid(code)) {
+            return code.MakeUpper();
+        }
+    }
+    return CString();
+}
+
+class DirectoryRows final : public IDirectorySource
+{
+public:
+    explicit DirectoryRows(MSIHANDLE database)
+    {
+        m_result =
+            ForEachRow(database, L"SELECT `Directory`,`Directory_Parent`,`DefaultDir` FROM `Directory`", {},
+                       [this](MSIHANDLE record) {
+                           const CString key = RecordText(record, 1);
+                           m_rows[key] = {key, RecordText(record, 2), RecordText(record, 3)};
+                           return true;
+                       });
+    }
+    const DirectoryData* FindDirectory(const CString& key) const override
+    {
+        const auto row = m_rows.find(key);
+        return row == m_rows.end() ? nullptr : &row->second;
+    }
+    CString GetSettledPath(const CString&) const override { return CString(); }
+
+private:
+    std::map<CString, DirectoryData> m_rows;
+    unsigned int m_result = 0;
+};
+
+void AddLooseFiles(MSIHANDLE database, const CString& packageFolder, std::vector<CString>& files)
+{
+    std::map<CString, CString> folders; // of components
+    const DirectoryRows directories(database);
+    unsigned int result =
+        ForEachRow(database, L"SELECT `Component`,`Directory_` FROM `Component`", {}, [&](MSIHANDLE record) {
+            folders[RecordText(record, 1)] =
+                ResolveSourcePath(directories, RecordText(record, 2), packageFolder, false);
+            return true;
+        });
+    const bool compressed = (SummaryNumber(database, SUMMARY_WORD_COUNT) & WORD_COUNT_COMPRESSED) != 0;
+    result = ForEachRow(
+        database, L"SELECT `Component_`,`FileName`,`Attributes` FROM `File`", {}, [&](MSIHANDLE record) {
+            const int attributes = std::max(MsiRecordGetInteger(record, 3), 0);
+            const bool packed = (attributes & FILE_NONCOMPRESSED) ? false
+                                : (attributes & FILE_COMPRESSED)  ? true
+                                                                  : compressed;
+            const CString name = RecordText(record, 2);
+            const CString path = folders[RecordText(record, 1)] + name.Mid(name.Find(L'|') + 1);
+            const CString relative = path.Mid(packageFolder.GetLength());
+            if (!packed && IsSafeRelativePath(relative) && IsFile(path)) {
+                files.push_back(relative);
+            }
+            return true;
+        });
+    static_cast<void>(result); // without these tables a package has no loose files
+}
+
+} // namespace
+
+HostError DescribePackage(const CString& packageFile, SetupDescription& description)
+{
+    const SilentInstaller silent;
+    MsiHandle database;
+    const unsigned int result = OpenDatabase(packageFile, MSIDBOPEN_READONLY, database);
+    const CString code = result == ERROR_SUCCESS ? FirstCode(database.get()) : CString();
+    if (code.IsEmpty()) {
+        const CString reason =
+            result == ERROR_SUCCESS ? CString(L"it has no product code") : SystemReason(result);
+        return {result == ERROR_SUCCESS ? UINT{ERROR_INSTALL_PACKAGE_INVALID} : result,
+                HostSentence(HostText::MediaPackageBroken, {packageFile, reason})};
+    }
+    const CString summaryTemplate = SummaryText(database.get(), SUMMARY_TEMPLATE);
+    const CString fileName = FileName(packageFile);
+    const int platform = IsSixtyFourBit(database.get()) ? Setup::PLATFORM_X64 : Setup::PLATFORM_X86;
+    description = SetupDescription();
+    description.strCode = code;
+    description.strName = PropertyOr(database.get(), L"ProductName", fileName.Left(fileName.GetLength() - 4));
+    description.strMaker = PropertyOr(database.get(), L"Manufacturer", L"-");
+    description.strProductVersion = PropertyOr(database.get(), L"ProductVersion", L"0.0.0").Left(50);
+    description.strDefaultLanguage = LanguageName(summaryTemplate);
+    description.languages.push_back(description.strDefaultLanguage);
+    description.platforms.push_back({platform, CString()});
+    for (const wchar_t* page : ALL_PAGES) {
+        description.flow.push_back({CString(page) + L"Dialog", CString(page) + L".html"});
+    }
+    ProductDescription product;
+    product.strName = description.strName;
+    CString productCode = PropertyOr(database.get(), L"ProductCode", code);
+    product.packages.push_back({platform, fileName, productCode.MakeUpper(), description.strProductVersion});
+    description.products.push_back(product);
+    return {};
+}
+
+std::vector<CString> FindPackageFiles(InstallerHandle database, const CString& packageFolder)
+{
+    std::vector<CString> files;
+    const unsigned int result =
+        ForEachRow(database, L"SELECT `Cabinet` FROM `Media`", {}, [&](MSIHANDLE record) {
+            const CString cabinet = RecordText(record, 1);
+            if (!cabinet.IsEmpty() && cabinet[0] != L'#' && IsSafeRelativePath(cabinet) &&
+                IsFile(packageFolder + cabinet)) {
+                files.push_back(cabinet);
+            }
+            return true;
+        });
+    static_cast<void>(result); // no Media table, no cabinets
+    AddLooseFiles(database, packageFolder, files);
+    return files;
+}

@@ -1,0 +1,90 @@
+// The setup manager: the state of the whole setup, and the products of the media that is current.
+#pragma once
+
+#include "host/media.h"
+#include "host/product_object.h"
+#include "host/setup_log.h"
+#include "host/small_managers.h"
+#include "include/setup_manager.h"
+
+#include <memory>
+#include <vector>
+
+class ManagerObject final : public CSetupManager
+{
+public:
+    // `workFolder`: with backslash, the manager's alone.
+    ManagerObject(Media media, const CString& workFolder, SetupLog& log);
+    ~ManagerObject() override;
+
+    // Opens the products of the first platform that the media holds, or of the deployment that it is the image of.
+    HostError Start();
+
+    std::vector<CString>* GetDeploymentList(const CString& location) override;
+    CString GetDeploymentName(const CString& entry) override;
+    CString GetSetupCode(const CString& entry) override;
+    Setup::tagDEPLOYMENTLOCATIONTYPE CheckForDeploymentLocation(const CString& path) override;
+    CString GetImageFolder() override { return IMAGE_FOLDER; }
+    bool DoesImageMatchPlatform(Setup::tagPLATFORM platform) override;
+    bool IsTargetPlatformAllowed(Setup::tagPLATFORM platform) override;
+    void SetDeploymentPlatform(Setup::tagPLATFORM platform) override;
+    void SetDeploymentLocation(const CString& path) override;
+    void SetBaseDeploymentName(const CString& name) override;
+    void SetDeploymentName(const CString& name) override;
+    bool LoadDeploymentInfo(const CString& name) override;
+    void ReloadProductData() override;
+    void DeleteProductList() override;
+    bool SetSetupMode(Setup::tagSETUPMODE mode) override;
+    int ResetSetupMode() override;
+    const CString& GetWizTextPath() override { return m_strTextFolder; }
+    CString GetSrcWizTextPath() override;
+    void SetMsiProperty(const wchar_t* name, const wchar_t* value, bool flag) override;
+    void EnableCancelling(bool enable) override { m_bCancellingEnabled = enable; }
+
+    bool IsCancellingEnabled() const { return m_bCancellingEnabled; }
+    const Media& GetMedia() const { return m_media; }
+    // Opens the products when nobody has them open. Repeats the failure of the last try until something changes.
+    HostError EnsureProducts();
+    const std::vector<std::unique_ptr<ProductObject>>& GetProductObjects() const { return m_productObjects; }
+    // What the deployment's file is to hold.
+    DeploymentFile DescribeDeployment() const;
+    void SetResultLines(const CString& first, const CString& second);
+    // Why the last call failed, for the person; empty after a success.
+    const CString& GetLastMessage() const { return m_strLastMessage; }
+
+private:
+    HostError OpenProducts();
+    HostError OpenProduct(const ProductDescription& product, std::unique_ptr<ProductObject>& opened);
+    void ApplyStoredSettings();
+    void UseMedia(const Media& media);
+    void UpdatePathRule();
+    void UpdateDeploymentFolder();
+    CString FindDeploymentFile(const CString& name);
+    HostError UseBase(const CString& name);
+    void ForgetBase();
+    void Tell(const CString& message);
+
+    const Media m_openedMedia;
+    Media m_media; // the base deployment's image, once one is loaded
+    const CString m_strWorkFolder;
+    SetupLog& m_log;
+    ConfigReader m_config;
+    UiManager m_ui;
+    std::vector<CString> m_deployments; // result of GetDeploymentList
+    std::vector<std::unique_ptr<ProductObject>> m_productObjects;
+    std::vector<CProduct*> m_products;
+    bool m_productsOpen = false;
+    int m_workNumber = 0; // each opening of products has a folder of its own
+    bool m_baseLoaded = false;
+    DeploymentFile m_base;
+    PropertyStore m_properties;
+    bool m_bCancellingEnabled = true;
+    CString m_strLastMessage;
+
+    // What the public pointers of the base class point into.
+    CString m_strCodeText, m_strNameText, m_strMediaFileText, m_strTextFolder, m_strRootText,
+        m_strLinkText[2];
+    CString m_strLogText, m_strSuffixText, m_strLocationText, m_strBaseText, m_strDeploymentText,
+        m_strLineText[2];
+    CString m_strStepText;
+};

@@ -1,0 +1,124 @@
+#include "host/media.h"
+
+#include "host/files.h"
+#include "host/host_messages.h"
+#include "host/made_up_media.h"
+
+namespace {
+
+// The work folders of a build start with a dot and are nobody's deployment yet.
+bool IsBuildFolder(const CString& name)
+{
+    return name[0] == L'.' && (name.Find(L".staging-") > 0 || name.Find(L".old-") > 0);
+}
+
+HostError ReadDescribed(const CString& file, IXmlEvents& events)
+{
+    std::string bytes;
+    const unsigned int error = ReadWholeFile(file, XML_BYTES_LIMIT, bytes);
+    if (error != ERROR_SUCCESS) {
+        return {error, HostSentence(HostText::MediaFileUnreadable, {file, SystemReason(error)})};
+    }
+    const XmlFault fault = ReadXml(bytes.data(), bytes.size(), events);
+    if (!fault) {
+        return {};
+    }
+    return {ERROR_INVALID_DATA, fault.line > 0 ? HostSentence(HostText::FileAndLine,
+                                                              {file, NumberText(fault.line), fault.message})
+                                               : HostSentence(HostText::FileOnly, {file, fault.message})};
+}
+
+HostError OpenFolder(const CString& folder, Media& media)
+{
+    media.strRoot = folder;
+    if (IsFile(folder + DEPLOYMENT_FILE)) {
+        media.strDeploymentFile = folder + DEPLOYMENT_FILE;
+        media.strRoot = folder + IMAGE_FOLDER + L"\\";
+    } else if (FileName(folder).CompareNoCase(IMAGE_FOLDER) == 0 &&
+               IsFile(ParentFolder(folder) + DEPLOYMENT_FILE)) {
+        media.strDeploymentFile = ParentFolder(folder) + DEPLOYMENT_FILE;
+    }
+    if (!IsFile(media.strRoot + SETUP_FILE)) {
+        return {ERROR_FILE_NOT_FOUND, HostSentence(HostText::MediaNotRecognised, {folder})};
+    }
+    return ReadSetupFile(media.strRoot + SETUP_FILE, media.description);
+}
+
+} // namespace
+
+HostError ReadSetupFile(const CString& file, SetupDescription& description)
+{
+    SetupDescriptionReader reader;
+    HostError error = ReadDescribed(file, reader);
+    if (!error) {
+        description = reader.GetDescription();
+    }
+    return error;
+}
+
+HostError ReadDeploymentFile(const CString& file, DeploymentFile& deployment)
+{
+    DeploymentFileReader reader;
+    HostError error = ReadDescribed(file, reader);
+    if (!error) {
+        deployment = reader.GetDeployment();
+    }
+    return error;
+}
+
+HostError OpenMedia(const CString& path, Media& media)
+{
+    media = Media();
+    if (IsFolder(path)) {
+        return OpenFolder(FolderPath(path), media);
+    }
+    if (!IsFile(path)) {
+        return {ERROR_FILE_NOT_FOUND, HostSentence(HostText::MediaMissing, {path})};
+    }
+    if (path.Right(4).CompareNoCase(L".msi") != 0) {
+        return {ERROR_INVALID_DATA, HostSentence(HostText::MediaNotRecognised, {path})};
+    }
+    CString full = FolderPath(path);
+    full.TrimRight(L"\\");
+    media.strRoot = ParentFolder(full);
+    media.bSinglePackage = true;
+    return DescribePackage(full, media.description);
+}
+
+std::vector<CString> FindDeployments(const CString& location, std::vector<CString>& warnings)
+{
+    std::vector<CString> found;
+    std::vector<FolderItem> items;
+    if (location.IsEmpty() || ListFolder(location, items) != ERROR_SUCCESS) {
+        return found;
+    }
+    for (const FolderItem& item : items) {
+        const CString file = FolderPath(location) + item.name + L"\\" + DEPLOYMENT_FILE;
+        if (!item.isFolder || IsBuildFolder(item.name) || !IsFile(file)) {
+            continue;
+        }
+        DeploymentFile deployment;
+        const HostError error = ReadDeploymentFile(file, deployment);
+        if (error) {
+            warnings.push_back(HostSentence(HostText::DeploymentUnreadable, {error.message}));
+        } else {
+            found.push_back(file);
+        }
+    }
+    return found;
+}
+
+bool HasPackageFile(const Media& media, int platform)
+{
+    if (!media.description.FindPlatform(platform)) {
+        return false;
+    }
+    for (const ProductDescription& product : media.description.products) {
+        const PackageDescription* package = product.FindPackage(platform);
+        if (package &&
+            IsFile(media.strRoot + PackageFolder(media.description, product, platform) + package->strFile)) {
+            return true;
+        }
+    }
+    return false;
+}

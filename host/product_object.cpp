@@ -1,0 +1,277 @@
+#include "host/product_object.h"
+
+#include "host/database.h"
+#include "host/files.h"
+#include "host/host_messages.h"
+#include "include/shortcut_strings.h"
+
+#include <msiquery.h>
+
+#include <algorithm>
+#include <cstring>
+#include <mutex>
+
+namespace {
+
+// Which databases are open, for the calls that have only a handle. A build may ask on its own thread.
+std::mutex g_openProductsLock;
+std::vector<ProductObject*> g_openProducts;
+
+bool CopyValue(const CString& value, wchar_t* buffer, int* size)
+{
+    if (!size) {
+        return false;
+    }
+    const int needed = value.GetLength();
+    const bool fits = buffer && *size > needed;
+    if (fits) {
+        std::copy_n(value.GetString(), needed + 1, buffer);
+    }
+    *size = needed;
+    return fits;
+}
+
+int HighestFileSequence(MSIHANDLE database)
+{
+    int highest = 0;
+    const unsigned int result =
+        ForEachRow(database, L"SELECT `Sequence` FROM `File`", {}, [&](MSIHANDLE record) {
+            const int sequence = MsiRecordGetInteger(record, 1);
+            if (sequence != static_cast<int>(MSI_NULL_INTEGER)) {
+                highest = std::max(highest, sequence);
+            }
+            return true;
+        });
+    return result == ERROR_SUCCESS ? highest : 0;
+}
+
+} // namespace
+
+ProductObject* FindProductByHandle(InstallerHandle database)
+{
+    const std::lock_guard lock(g_openProductsLock);
+    for (ProductObject* product : g_openProducts) {
+        if (product->GetMsiHandle() == database && database != 0) {
+            return product;
+        }
+    }
+    return nullptr;
+}
+
+unsigned int GiveText(const CString& value, wchar_t* buffer, unsigned long* size)
+{
+    if (!size) {
+        return buffer ? ERROR_INVALID_PARAMETER : ERROR_SUCCESS;
+    }
+    const unsigned long capacity = *size;
+    const unsigned long length = static_cast<unsigned long>(value.GetLength());
+    *size = length;
+    if (!buffer) {
+        return ERROR_SUCCESS;
+    }
+    if (capacity > length) {
+        std::copy_n(value.GetString(), length + 1, buffer);
+        return ERROR_SUCCESS;
+    }
+    // As the service does: what fits, closed by a zero, and the whole length.
+    if (capacity > 0) {
+        std::copy_n(value.GetString(), capacity - 1, buffer);
+        buffer[capacity - 1] = 0;
+    }
+    return ERROR_MORE_DATA;
+}
+
+ProductObject::ProductObject(const ProductDescription& product, const PackageDescription& package,
+                             const ProductSource& source)
+    : m_product(product), m_package(package), m_source(source)
+{
+    m_strRelativeFile = source.strRelativeFolder + package.strFile;
+    m_strOriginalFile = source.strMediaRoot + m_strRelativeFile;
+    m_strWorkFile = source.strWorkFolder + package.strFile;
+    m_strFolder = m_product.strFolder;
+    m_strName = m_product.strName;
+    m_strProductCode = m_package.strProductCode;
+    m_strCatalogKey = m_product.strCatalogKey;
+    m_strMsiFile = m_strRelativeFile;
+    m_strLanguage = m_product.strLanguage;
+    m_bCarrierFlag1 = m_product.bCarrier1;
+    m_bCarrierFlag2 = m_product.bCarrier2;
+    m_productKind = static_cast<unsigned int>(m_product.kind);
+}
+
+ProductObject::~ProductObject()
+{
+    const std::lock_guard lock(g_openProductsLock);
+    std::erase(g_openProducts, this);
+}
+
+HostError ProductObject::CopyPackage()
+{
+    if (!IsFile(m_strOriginalFile)) {
+        return {ERROR_FILE_NOT_FOUND, HostSentence(HostText::MediaPackageMissing,
+                                                   {m_strOriginalFile, SystemReason(ERROR_FILE_NOT_FOUND)})};
+    }
+    unsigned int error = MakeFolders(m_source.strWorkFolder);
+    if (error == ERROR_SUCCESS && !CopyFileW(FilePath(m_strOriginalFile), FilePath(m_strWorkFile), FALSE)) {
+        error = GetLastError();
+    }
+    if (error != ERROR_SUCCESS) {
+        return {error, HostSentence(HostText::WorkCopyFailed,
+                                    {m_strOriginalFile, m_strWorkFile, SystemReason(error)})};
+    }
+    // Media are often read-only; the copy is for writing.
+    SetFileAttributesW(FilePath(m_strWorkFile), FILE_ATTRIBUTE_NORMAL);
+    return {};
+}
+
+HostError ProductObject::Open(std::vector<CString>& warnings)
+{
+    const SilentInstaller silent;
+    if (HostError error = CopyPackage()) {
+        return error;
+    }
+    unsigned int result = OpenDatabase(m_strWorkFile, MSIDBOPEN_TRANSACT, m_database);
+    if (result != ERROR_SUCCESS) {
+        return {result,
+                HostSentence(HostText::MediaPackageBroken, {m_strOriginalFile, SystemReason(result)})};
+    }
+    CString table;
+    result = AddMissingTables(m_database.get(), table);
+    if (result != ERROR_SUCCESS) {
+        return {result,
+                HostSentence(HostText::TableNotMade, {table, m_strOriginalFile, SystemReason(result)})};
+    }
+    ReadDatabase(warnings);
+    const std::lock_guard lock(g_openProductsLock);
+    g_openProducts.push_back(this);
+    return {};
+}
+
+void ProductObject::ReadDatabase(std::vector<CString>& warnings)
+{
+    m_fileSequence = HighestFileSequence(m_database.get());
+    m_x64Marker = IsSixtyFourBit(m_database.get()) ? 1 : 0;
+    m_features = std::make_unique<FeatureManager>(m_database.get());
+    m_directories = std::make_unique<DirectoryManager>(m_database.get(),
+                                                       m_source.strMediaRoot + m_source.strRelativeFolder);
+    const unsigned int result = m_directories->ResolveBySession(m_source.strWorkFolder);
+    if (result != ERROR_SUCCESS) {
+        warnings.push_back(
+            HostSentence(HostText::PathsUnresolved, {m_product.strName, SystemReason(result)}));
+    }
+    m_pFeatureManager = m_features.get();
+    m_pDirectoryManager = m_directories.get();
+}
+
+bool ProductObject::GetMsiProperty(const wchar_t* name, wchar_t* buffer, int* size)
+{
+    CString value;
+    return name && ReadPropertyRow(m_database.get(), name, value) && CopyValue(value, buffer, size);
+}
+
+bool ProductObject::SetMsiProperty(const wchar_t* name, const wchar_t* value, bool)
+{
+    return name && *name && WritePropertyRow(m_database.get(), name, value) == ERROR_SUCCESS;
+}
+
+bool ProductObject::GetProperty(const wchar_t* name, wchar_t* buffer, int* size)
+{
+    const CString* value = FindProperty(m_properties, name);
+    return value && CopyValue(*value, buffer, size);
+}
+
+void ProductObject::SetProperty(const wchar_t* name, const wchar_t* value)
+{
+    if (name && *name) {
+        StoreProperty(m_properties, name, value);
+    }
+}
+
+Setup::tagPATCHSTATE ProductObject::GetMsiPatchState()
+{
+    return m_storedPatchState;
+}
+
+bool ProductObject::IsPatchMerged(const CString& file)
+{
+    return std::any_of(m_storedPatches.begin(), m_storedPatches.end(), [&](const StoredPatch& patch) {
+        return patch.merged && FileName(patch.file).CompareNoCase(FileName(file)) == 0;
+    });
+}
+
+bool ProductObject::GetCustomShortcuts(std::vector<ShortcutStrings>& list)
+{
+    list.clear();
+    CString keys;
+    if (!ReadPropertyRow(m_database.get(), L"ZOLT_CUSTOM_SHORTCUT", keys)) {
+        return true; // none were ever made
+    }
+    // `next;key;key;...;`: the first piece is a number.
+    int start = keys.Find(L';') + 1;
+    for (int end; start > 0 && (end = keys.Find(L';', start)) >= 0; start = end + 1) {
+        const CString key = keys.Mid(start, end - start);
+        const unsigned int result =
+            ForEachRow(m_database.get(), L"SELECT `Name`,`Arguments` FROM `Shortcut` WHERE `Shortcut`=?",
+                       {key}, [&](MSIHANDLE record) {
+                           const CString name = RecordText(record, 1);
+                           list.push_back({key, name.Mid(name.Find(L'|') + 1), RecordText(record, 2)});
+                           return false;
+                       });
+        if (result != ERROR_SUCCESS) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void ProductObject::AddLanguagePack(std::unique_ptr<ProductObject> pack)
+{
+    m_packs.push_back(pack.get());
+    m_packObjects.push_back(std::move(pack));
+}
+
+StoredProduct ProductObject::Store() const
+{
+    StoredProduct stored;
+    stored.strProductCode = m_package.strProductCode;
+    stored.strName = m_product.strName;
+    stored.properties = m_properties;
+    stored.patchState = m_patchState;
+    stored.includePatch = std::clamp(m_patchFlag, -1, 2);
+    for (const CString& file : m_patchFiles) {
+        const auto known =
+            std::find_if(m_storedPatches.begin(), m_storedPatches.end(), [&](const StoredPatch& patch) {
+                return FileName(patch.file).CompareNoCase(FileName(file)) == 0;
+            });
+        stored.patches.push_back({file, known != m_storedPatches.end() && known->merged});
+    }
+    stored.strPatchPath = m_strPatchPath;
+    stored.strPatchName = m_strPatchName;
+    stored.strPatchReadme = m_strPatchReadme;
+    stored.strPatchSize = m_strPatchSize;
+    return stored;
+}
+
+void ProductObject::Load(const StoredProduct& stored, const CString& imageRoot)
+{
+    m_properties = stored.properties;
+    m_storedPatches = stored.patches;
+    m_patchState = static_cast<Setup::tagPATCHSTATE>(stored.patchState);
+    // What was chosen then is done now: appended or merged patches are part of the image.
+    m_storedPatchState = m_patchState == Setup::PATCHSTATE_2   ? Setup::PATCHSTATE_3
+                         : m_patchState == Setup::PATCHSTATE_4 ? Setup::PATCHSTATE_5
+                                                               : m_patchState;
+    if (stored.patches.empty()) {
+        m_storedPatchState = Setup::PATCHSTATE_0;
+    }
+    m_patchFiles.clear();
+    for (const StoredPatch& patch : stored.patches) {
+        const bool full = patch.file.Left(2) == L"\\\\" || patch.file[1] == L':';
+        m_patchFiles.push_back(full ? patch.file : imageRoot + patch.file);
+    }
+    m_patchFlag = stored.includePatch;
+    m_strPatchPath = stored.strPatchPath;
+    m_strPatchName = stored.strPatchName;
+    m_strPatchReadme = stored.strPatchReadme;
+    m_strPatchSize = stored.strPatchSize;
+}

@@ -1,0 +1,94 @@
+// One product over the working copy of its installer database.
+#pragma once
+
+#include "host/deployment_file.h"
+#include "host/directories.h"
+#include "host/handles.h"
+#include "host/setup_description.h"
+#include "include/product.h"
+
+#include <memory>
+#include <vector>
+
+// Where a product comes from and where its working copy goes.
+struct ProductSource
+{
+    CString strMediaRoot;      // with backslash
+    CString strRelativeFolder; // below the root, with backslash; may be empty
+    CString strWorkFolder;     // its own, with backslash
+    int platform = 3;
+};
+
+class ProductObject final : public CProduct
+{
+public:
+    ProductObject(const ProductDescription& product, const PackageDescription& package,
+                  const ProductSource& source);
+    ~ProductObject() override;
+
+    // Copies the package, opens the copy and readies it for the pages. `warnings` gets what is worth a log line.
+    HostError Open(std::vector<CString>& warnings);
+
+    InstallerHandle GetMsiHandle() override { return m_database.get(); }
+    bool GetMsiProperty(const wchar_t* name, wchar_t* buffer, int* size) override;
+    bool SetMsiProperty(const wchar_t* name, const wchar_t* value, bool flag) override;
+    bool GetProperty(const wchar_t* name, wchar_t* buffer, int* size) override;
+    void SetProperty(const wchar_t* name, const wchar_t* value) override;
+    Setup::tagPATCHSTATE GetMsiPatchState() override;
+    Setup::tagPATCHSTATE GetPatchState() override { return m_patchState; }
+    void SetPatchState(Setup::tagPATCHSTATE state) override { m_patchState = state; }
+    bool IsPatchMerged(const CString& file) override;
+    void SetDownloadedMSPPath(const CString& path) override { m_strPatchPath = path; }
+    void SetDownloadedPatchName(const CString& name) override { m_strPatchName = name; }
+    void SetDownloadedPatchReadmeURL(const CString& url) override { m_strPatchReadme = url; }
+    void SetDownloadedPatchSize(const CString& text) override { m_strPatchSize = text; }
+    CString GetDownloadedMSPPath() override { return m_strPatchPath; }
+    CString GetDownloadedPatchName() override { return m_strPatchName; }
+    CString GetDownloadedPatchReadmeURL() override { return m_strPatchReadme; }
+    CString GetDownloadedPatchSize() override { return m_strPatchSize; }
+    void SetIncludeSP(int value) override { m_patchFlag = value; }
+    std::vector<CProduct*>& GetLPChildren() override { return m_packs; }
+    bool GetCustomShortcuts(std::vector<ShortcutStrings>& list) override;
+
+    void AddLanguagePack(std::unique_ptr<ProductObject> pack);
+    const std::vector<std::unique_ptr<ProductObject>>& GetPackObjects() const { return m_packObjects; }
+    DirectoryManager* GetDirectoryObject() { return m_directories.get(); }
+    const CString& GetWorkFile() const { return m_strWorkFile; }
+    const CString& GetRelativeFile() const { return m_strRelativeFile; }
+    const CString& GetOriginalFile() const { return m_strOriginalFile; }
+    const PackageDescription& GetPackage() const { return m_package; }
+
+    // The settings that a deployment file keeps of the product.
+    StoredProduct Store() const;
+    // `imageRoot`: of the deployment they come from; relative patch files lie below it.
+    void Load(const StoredProduct& stored, const CString& imageRoot);
+
+private:
+    HostError CopyPackage();
+    void ReadDatabase(std::vector<CString>& warnings);
+
+    const ProductDescription m_product;
+    const PackageDescription m_package;
+    const ProductSource m_source;
+    CString m_strRelativeFile;
+    CString m_strOriginalFile;
+    CString m_strWorkFile;
+    MsiHandle m_database;
+    std::unique_ptr<FeatureManager> m_features;
+    std::unique_ptr<DirectoryManager> m_directories;
+    PropertyStore m_properties;
+    std::vector<StoredPatch> m_storedPatches;
+    Setup::tagPATCHSTATE m_storedPatchState = Setup::PATCHSTATE_0;
+    Setup::tagPATCHSTATE m_patchState = Setup::PATCHSTATE_0;
+    CString m_strPatchPath;
+    CString m_strPatchName;
+    CString m_strPatchReadme;
+    CString m_strPatchSize;
+    std::vector<std::unique_ptr<ProductObject>> m_packObjects;
+    std::vector<CProduct*> m_packs;
+};
+
+// The product whose database has that handle; null for none.
+ProductObject* FindProductByHandle(InstallerHandle database);
+// Gives a value in the service's shape: 0, 234 (more data) or 87 (no size beside a buffer).
+unsigned int GiveText(const CString& value, wchar_t* buffer, unsigned long* size);

@@ -1,0 +1,355 @@
+#include "host/setup_description.h"
+
+#include "host/host_messages.h"
+#include "host/xml_text.h"
+#include "host/xml_values.h"
+
+namespace {
+
+constexpr std::size_t ITEM_LIMIT = 200; // of one kind; far above what a media holds
+constexpr int DESCRIPTION_VERSION = 1;
+constexpr int PLATFORM_FIRST = 2;
+constexpr int PLATFORM_LAST = 3;
+
+template <class Items>
+bool IsFull(const Items& items, const wchar_t* name, XmlValues& values)
+{
+    if (items.size() < ITEM_LIMIT) {
+        return false;
+    }
+    values.Fail(HostSentence(HostText::XmlTooMany, {name, NumberText(ITEM_LIMIT)}));
+    return true;
+}
+
+bool IsExportName(const CString& name)
+{
+    for (int index = 0; index < name.GetLength(); ++index) {
+        const wchar_t unit = name[index];
+        const bool letter = (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z');
+        if (!letter && !(unit >= L'0' && unit <= L'9' && index > 0)) {
+            return false;
+        }
+    }
+    return !name.IsEmpty() && name.GetLength() <= 100;
+}
+
+struct PackageSeat
+{
+    CString folder;
+    CString file;
+};
+
+// Two products may name the same package (a shared one), but never two packages in one folder: the files beside
+// them would mix.
+XmlFault FindSharedFolder(const SetupDescription& setup)
+{
+    std::vector<PackageSeat> seats;
+    const auto add = [&](const ProductDescription& product) {
+        for (const PackageDescription& package : product.packages) {
+            seats.push_back({PackageFolder(setup, product, package.platform), package.strFile});
+        }
+    };
+    for (const ProductDescription& product : setup.products) {
+        add(product);
+        for (const ProductDescription& pack : product.languagePacks) {
+            add(pack);
+        }
+    }
+    for (std::size_t index = 0; index < seats.size(); ++index) {
+        for (std::size_t other = 0; other < index; ++other) {
+            if (seats[index].folder.CompareNoCase(seats[other].folder) == 0 &&
+                seats[index].file.CompareNoCase(seats[other].file) != 0) {
+                return {HostSentence(HostText::SharedPackageFolder,
+                                     {seats[index].folder, seats[other].file, seats[index].file}),
+                        0};
+            }
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+// Where an element may stand and who reads it. Elements marked `once` may not be repeated.
+struct SetupDescriptionReader::ElementRule
+{
+    const wchar_t* name;
+    const wchar_t* parent;
+    bool once;
+    void (SetupDescriptionReader::*read)(XmlValues&);
+};
+
+const PackageDescription* ProductDescription::FindPackage(int platform) const
+{
+    for (const PackageDescription& package : packages) {
+        if (package.platform == platform) {
+            return &package;
+        }
+    }
+    return nullptr;
+}
+
+const PlatformDescription* SetupDescription::FindPlatform(int id) const
+{
+    for (const PlatformDescription& platform : platforms) {
+        if (platform.id == id) {
+            return &platform;
+        }
+    }
+    return nullptr;
+}
+
+CString PackageFolder(const SetupDescription& setup, const ProductDescription& product, int platform)
+{
+    CString path;
+    const PlatformDescription* described = setup.FindPlatform(platform);
+    for (const CString& folder : {described ? described->strFolder : CString(), product.strFolder}) {
+        if (!folder.IsEmpty()) {
+            path += folder + L"\\";
+        }
+    }
+    return path;
+}
+
+const SetupDescriptionReader::ElementRule* SetupDescriptionReader::FindRule(const CString& name) const
+{
+    using Reader = SetupDescriptionReader;
+    static const ElementRule RULES[] = {
+        {L"Setup", L"", true, &Reader::ReadSetup},
+        {L"Resources", L"Setup", true, &Reader::ReadResources},
+        {L"Link", L"Setup", false, &Reader::ReadLink},
+        {L"Step", L"Setup", true, &Reader::ReadStep},
+        {L"Languages", L"Setup", true, &Reader::ReadLanguages},
+        {L"Language", L"Languages", false, &Reader::ReadLanguage},
+        {L"Flow", L"Setup", true, &Reader::ReadGroup},
+        {L"Page", L"Flow", false, &Reader::ReadPage},
+        {L"Platforms", L"Setup", true, &Reader::ReadGroup},
+        {L"Platform", L"Platforms", false, &Reader::ReadPlatform},
+        {L"Products", L"Setup", true, &Reader::ReadGroup},
+        {L"Product", L"Products", false, &Reader::ReadProduct},
+        {L"LanguagePack", L"Product", false, &Reader::ReadLanguagePack},
+        {L"Package", L"Product", false, &Reader::ReadPackage},
+        {L"Package", L"LanguagePack", false, &Reader::ReadPackage},
+    };
+    const CString parent = m_open.empty() ? CString() : m_open.back();
+    for (const ElementRule& rule : RULES) {
+        if (name == rule.name && parent == rule.parent) {
+            return &rule;
+        }
+    }
+    return nullptr;
+}
+
+bool SetupDescriptionReader::Fail(const CString& message, int line)
+{
+    if (!m_fault) {
+        m_fault = {message, line};
+    }
+    return false;
+}
+
+bool SetupDescriptionReader::OnElement(const CString& name, const std::vector<XmlAttribute>& attributes,
+                                       int line)
+{
+    const ElementRule* rule = FindRule(name);
+    if (!rule) {
+        return m_open.empty() ? Fail(HostSentence(HostText::XmlWrongRoot, {name, L"Setup"}), line)
+                              : Fail(HostSentence(HostText::XmlUnknownElement, {name, m_open.back()}), line);
+    }
+    if (rule->once) {
+        for (const CString& group : m_groups) {
+            if (group == name) {
+                return Fail(HostSentence(HostText::XmlRepeatedElement, {name}), line);
+            }
+        }
+        m_groups.push_back(name);
+    }
+    m_open.push_back(name);
+    XmlValues values(name, attributes, line);
+    (this->*rule->read)(values);
+    m_fault = values.Finish();
+    return !m_fault;
+}
+
+bool SetupDescriptionReader::OnElementEnd()
+{
+    m_open.pop_back();
+    if (m_open.empty()) {
+        CheckWhole();
+    }
+    return !m_fault;
+}
+
+bool SetupDescriptionReader::OnText(const CString& text, int line)
+{
+    CString trimmed = text;
+    if (trimmed.Trim().IsEmpty()) {
+        return true;
+    }
+    return Fail(HostSentence(HostText::XmlTextOutside, {m_open.empty() ? CString(L"Setup") : m_open.back()}),
+                line);
+}
+
+void SetupDescriptionReader::ReadSetup(XmlValues& values)
+{
+    const int version = values.TakeNumber(L"version", 1, 1000000);
+    if (version > DESCRIPTION_VERSION) {
+        values.Fail(
+            HostSentence(HostText::XmlNewerVersion, {NumberText(version), NumberText(DESCRIPTION_VERSION)}));
+    }
+    m_setup.strCode = values.TakeGuid(L"code");
+    m_setup.strName = values.TakeText(L"name", 200);
+    m_setup.strMaker = values.TakeText(L"maker", 200);
+    m_setup.strProductVersion = values.TakeText(L"productVersion", 50);
+}
+
+void SetupDescriptionReader::ReadResources(XmlValues& values)
+{
+    m_setup.strResourceFolder = values.TakeRelativePath(L"folder", false);
+}
+
+void SetupDescriptionReader::ReadLink(XmlValues& values)
+{
+    const int number = values.TakeNumber(L"number", 1, 2);
+    CString& target = m_setup.strLinkTargets[number - 1];
+    if (!target.IsEmpty()) {
+        values.Fail(HostSentence(HostText::ValueRepeated, {L"number", NumberText(number)}));
+    }
+    target = values.TakeRelativePath(L"target", false);
+}
+
+void SetupDescriptionReader::ReadStep(XmlValues& values)
+{
+    m_setup.strStep = values.TakeText(L"text", 200);
+}
+
+void SetupDescriptionReader::ReadLanguages(XmlValues& values)
+{
+    m_setup.strDefaultLanguage = values.TakeLocale(L"default");
+}
+
+void SetupDescriptionReader::ReadLanguage(XmlValues& values)
+{
+    const CString name = values.TakeLocale(L"name");
+    for (const CString& language : m_setup.languages) {
+        if (language.CompareNoCase(name) == 0) {
+            values.Fail(HostSentence(HostText::ValueRepeated, {L"name", name}));
+        }
+    }
+    if (!IsFull(m_setup.languages, L"Language", values)) {
+        m_setup.languages.push_back(name);
+    }
+}
+
+void SetupDescriptionReader::ReadGroup(XmlValues&)
+{
+}
+
+void SetupDescriptionReader::ReadPage(XmlValues& values)
+{
+    PageDescription page;
+    page.strName = values.TakeText(L"name", 100);
+    if (!IsExportName(page.strName)) {
+        values.Fail(HostSentence(HostText::ValueNotChoice, {L"name", page.strName, L"letters and digits"}));
+    }
+    page.strHelpFile = values.TakeOptionalText(L"help", 200);
+    if (!page.strHelpFile.IsEmpty() && !IsSafeRelativePath(page.strHelpFile)) {
+        values.Fail(HostSentence(HostText::ValueNotRelative, {L"help", page.strHelpFile}));
+    }
+    if (!IsFull(m_setup.flow, L"Page", values)) {
+        m_setup.flow.push_back(page);
+    }
+}
+
+void SetupDescriptionReader::ReadPlatform(XmlValues& values)
+{
+    PlatformDescription platform;
+    platform.id = values.TakeNumber(L"id", PLATFORM_FIRST, PLATFORM_LAST);
+    platform.strFolder = values.TakeRelativePath(L"folder", true);
+    if (m_setup.FindPlatform(platform.id)) {
+        values.Fail(HostSentence(HostText::ValueRepeated, {L"id", NumberText(platform.id)}));
+    }
+    m_setup.platforms.push_back(platform);
+}
+
+void SetupDescriptionReader::ReadProduct(XmlValues& values)
+{
+    ProductDescription product;
+    product.strName = values.TakeText(L"name", 200);
+    product.strFolder = values.TakeRelativePath(L"folder", true);
+    product.strCatalogKey = values.TakeOptionalText(L"catalogKey", 200);
+    product.kind = values.TakeOptionalNumber(L"kind", 0, 1000000, 0);
+    product.bCarrier1 = values.TakeOptionalNumber(L"carrier1", 0, 1, 0) == 1;
+    product.bCarrier2 = values.TakeOptionalNumber(L"carrier2", 0, 1, 0) == 1;
+    if (!IsFull(m_setup.products, L"Product", values)) {
+        m_setup.products.push_back(product);
+    }
+}
+
+void SetupDescriptionReader::ReadLanguagePack(XmlValues& values)
+{
+    ProductDescription pack;
+    pack.strName = values.TakeText(L"name", 200);
+    pack.strFolder = values.TakeRelativePath(L"folder", true);
+    pack.strLanguage = values.TakeLocale(L"language");
+    pack.strCatalogKey = values.TakeOptionalText(L"catalogKey", 200);
+    std::vector<ProductDescription>& packs = m_setup.products.back().languagePacks;
+    if (!IsFull(packs, L"LanguagePack", values)) {
+        packs.push_back(pack);
+    }
+}
+
+void SetupDescriptionReader::ReadPackage(XmlValues& values)
+{
+    PackageDescription package;
+    package.platform = values.TakeNumber(L"platform", PLATFORM_FIRST, PLATFORM_LAST);
+    package.strFile = values.TakeFileName(L"file");
+    package.strProductCode = values.TakeGuid(L"productCode");
+    package.strVersion = values.TakeText(L"version", 50);
+    if (package.strFile.Right(4).CompareNoCase(L".msi") != 0) {
+        values.Fail(
+            HostSentence(HostText::ValueNotChoice, {L"file", package.strFile, L"names ending in .msi"}));
+    }
+    if (!m_setup.FindPlatform(package.platform)) {
+        values.Fail(HostSentence(HostText::ValueNotPlatform, {L"platform", NumberText(package.platform)}));
+    }
+    // The parent is open below this element: a product, or the last pack of one.
+    ProductDescription& product = m_setup.products.back();
+    ProductDescription& owner =
+        m_open[m_open.size() - 2] == L"LanguagePack" ? product.languagePacks.back() : product;
+    if (owner.FindPackage(package.platform)) {
+        values.Fail(HostSentence(HostText::ValueRepeated, {L"platform", NumberText(package.platform)}));
+    }
+    owner.packages.push_back(package);
+}
+
+void SetupDescriptionReader::CheckWhole()
+{
+    if (m_fault) {
+        return;
+    }
+    const struct
+    {
+        bool missing;
+        const wchar_t* name;
+        const wchar_t* parent;
+    } needs[] = {
+        {m_setup.platforms.empty(), L"Platform", L"Platforms"},
+        {m_setup.products.empty(), L"Product", L"Products"},
+        {m_setup.flow.empty(), L"Page", L"Flow"},
+        {m_setup.languages.empty(), L"Language", L"Languages"},
+    };
+    for (const auto& need : needs) {
+        if (need.missing) {
+            Fail(HostSentence(HostText::XmlMissingElement, {need.name, need.parent}), 0);
+            return;
+        }
+    }
+    for (const ProductDescription& product : m_setup.products) {
+        if (product.packages.empty()) {
+            Fail(HostSentence(HostText::XmlMissingElement, {L"Package", L"Product"}), 0);
+            return;
+        }
+    }
+    m_fault = FindSharedFolder(m_setup);
+}

@@ -1,0 +1,105 @@
+// What the media says of itself: Setup.xml as data, and the rules that make it from the file's elements. The form is
+// told in docs/setup-xml.md.
+#pragma once
+
+#include "host/xml_events.h"
+
+#include <vector>
+
+struct PackageDescription
+{
+    int platform = 0; // 2: 32-bit, 3: 64-bit
+    CString strFile;
+    CString strProductCode; // with braces, upper case
+    CString strVersion;
+};
+
+// A product or a language pack; a pack has a language and no packs of its own.
+struct ProductDescription
+{
+    CString strName;
+    CString strFolder; // below the platform's folder; may be empty
+    CString strCatalogKey;
+    CString strLanguage;
+    int kind = 0;
+    bool bCarrier1 = false;
+    bool bCarrier2 = false;
+    std::vector<PackageDescription> packages;
+    std::vector<ProductDescription> languagePacks;
+
+    // Null when the product doesn't exist for the platform.
+    const PackageDescription* FindPackage(int platform) const;
+};
+
+struct PlatformDescription
+{
+    int id = 0;
+    CString strFolder; // of that platform's packages; may be empty
+};
+
+struct PageDescription
+{
+    CString strName;
+    CString strHelpFile;
+};
+
+struct SetupDescription
+{
+    CString strCode; // with braces, upper case
+    CString strName;
+    CString strMaker;
+    CString strProductVersion;
+    CString strResourceFolder; // empty when the media has none
+    CString strLinkTargets[2]; // empty when the link is off
+    CString strStep;
+    CString strDefaultLanguage;
+    std::vector<CString> languages;
+    std::vector<PageDescription> flow;
+    std::vector<PlatformDescription> platforms;
+    std::vector<ProductDescription> products;
+
+    const PlatformDescription* FindPlatform(int id) const;
+};
+
+// "x64\Zolt\" for a product of a platform, relative to the media's root; empty when both folders are.
+[[nodiscard]] CString PackageFolder(const SetupDescription& setup, const ProductDescription& product,
+                                    int platform);
+
+// Takes the events of one Setup.xml. GetDescription is whole only when there is no fault.
+class SetupDescriptionReader final : public IXmlEvents
+{
+public:
+    bool OnElement(const CString& name, const std::vector<XmlAttribute>& attributes, int line) override;
+    bool OnElementEnd() override;
+    bool OnText(const CString& text, int line) override;
+    XmlFault GetFault() const override { return m_fault; }
+    const SetupDescription& GetDescription() const { return m_setup; }
+
+private:
+    struct ElementRule;
+
+    const ElementRule* FindRule(const CString& name) const;
+    void ReadSetup(class XmlValues& values);
+    void ReadResources(XmlValues& values);
+    void ReadLink(XmlValues& values);
+    void ReadStep(XmlValues& values);
+    void ReadLanguages(XmlValues& values);
+    void ReadLanguage(XmlValues& values);
+    void ReadPage(XmlValues& values);
+    void ReadPlatform(XmlValues& values);
+    void ReadProduct(XmlValues& values);
+    void ReadLanguagePack(XmlValues& values);
+    void ReadPackage(XmlValues& values);
+    void ReadGroup(XmlValues& values);
+    void CheckWhole();
+    bool Fail(const CString& message, int line);
+
+    SetupDescription m_setup;
+    XmlFault m_fault;
+    std::vector<CString> m_open;   // names of the elements that are open
+    std::vector<CString> m_groups; // elements seen that may stand once
+    int m_line = 0;
+};
+
+// The text of a Setup.xml that reads back as the description.
+[[nodiscard]] CString WriteSetupDescription(const SetupDescription& setup);

@@ -1,0 +1,147 @@
+#include "host/setup_host.h"
+
+#include "host/build_request.h"
+#include "host/database.h"
+#include "host/files.h"
+#include "host/host_messages.h"
+#include "host/languages.h"
+#include "host/manager_object.h"
+#include "host/setup_log.h"
+#include "host/work_folder.h"
+
+#include <exception>
+
+namespace {
+
+class HostObject final : public CSetupHost
+{
+public:
+    HostObject(const Media& media, const CString& workFolder, const CString& logFile) : m_work(workFolder)
+    {
+        m_log.Open(logFile);
+        m_manager = std::make_unique<ManagerObject>(media, workFolder, m_log);
+        for (const PageDescription& page : media.description.flow) {
+            m_flow.push_back({page.strName, page.strHelpFile});
+        }
+    }
+
+    HostError Start() { return m_manager->Start(); }
+
+    CSetupManager& GetSetupManager() override { return *m_manager; }
+    const std::vector<FlowPage>& GetFlow() override { return m_flow; }
+    PageContext MakePageContext(const FlowPage& page, bool canGoBack) override;
+    BuildResult Build(IBuildProgress& progress) override;
+    std::uint64_t GetDeploymentBytes() override;
+    void AppendLog(const CString& line) override { m_log.Append(line); }
+
+private:
+    WorkFolder m_work; // removed after the databases in it are closed
+    SetupLog m_log;
+    std::unique_ptr<ManagerObject> m_manager;
+    std::vector<FlowPage> m_flow;
+};
+
+PageContext HostObject::MakePageContext(const FlowPage& page, bool canGoBack)
+{
+    if (const HostError error = m_manager->EnsureProducts()) {
+        m_log.Append(error.message);
+    }
+    PageContext context;
+    context.pSetupManager = m_manager.get();
+    context.strHelpFile = page.strHelpFile;
+    context.bCanGoBack = canGoBack;
+    if (!m_manager->GetProductObjects().empty()) {
+        context.pProduct = m_manager->GetProductObjects().front().get();
+        context.hDatabase = context.pProduct->GetMsiHandle();
+    }
+    return context;
+}
+
+BuildResult HostObject::Build(IBuildProgress& progress)
+{
+    BuildResult result = BuildFromManager(*m_manager, progress);
+    m_manager->m_exitCode = result.error.code;
+    for (const CString& warning : result.warnings) {
+        m_log.Append(warning);
+    }
+    m_log.Append(HostSentence(HostText::LogBuildEnd, {NumberText(result.error.code), result.error.message}));
+    return result;
+}
+
+std::uint64_t HostObject::GetDeploymentBytes()
+{
+    return MeasureFromManager(*m_manager);
+}
+
+CSetupHost* OpenHost(const HostOptions& options, HostError& error)
+{
+    Media media;
+    LanguageManager::Object().Choose(options.strProgramFolder, options.strLanguage);
+    error = OpenMedia(options.strMedia, media);
+    if (error) {
+        return nullptr;
+    }
+    const CString parent =
+        options.strWorkFolder.IsEmpty() ? TemporaryFolder() : FolderPath(options.strWorkFolder);
+    CString work;
+    error = MakeWorkFolder(parent, work);
+    if (error) {
+        return nullptr;
+    }
+    const CString log = options.strLogFile.IsEmpty() ? parent + FileName(work) + L".log" : options.strLogFile;
+    auto host = std::make_unique<HostObject>(media, work, log);
+    host->AppendLog(HostSentence(HostText::LogOpened,
+                                 {options.strMedia, LanguageManager::Object().GetWizCoreLanguage(), work}));
+    error = host->Start();
+    if (error) {
+        host->AppendLog(error.message);
+        return nullptr;
+    }
+    return host.release();
+}
+
+} // namespace
+
+CLangMgr& CLangMgr::Instance()
+{
+    return LanguageManager::Object();
+}
+
+CSetupHost* OpenSetupHost(const HostOptions& options, HostError& error)
+{
+    try {
+        return OpenHost(options, error);
+    } catch (const std::exception&) {
+        error = {ERROR_OUTOFMEMORY, SystemReason(ERROR_OUTOFMEMORY)};
+        return nullptr;
+    }
+}
+
+unsigned int WizGetPropertyW(InstallerHandle database, const wchar_t* name, wchar_t* buffer,
+                             unsigned long* size)
+{
+    if (!FindProductByHandle(database)) {
+        return ERROR_INVALID_HANDLE;
+    }
+    if (!name) {
+        return ERROR_INVALID_PARAMETER;
+    }
+    CString value; // the service's word for a missing property is an empty one
+    return ReadPropertyRow(database, name, value) ? GiveText(value, buffer, size)
+                                                  : GiveText(CString(), buffer, size);
+}
+
+unsigned int WizGetTargetPathW(InstallerHandle database, const wchar_t* directory, wchar_t* buffer,
+                               unsigned long* size)
+{
+    ProductObject* product = FindProductByHandle(database);
+    if (!product) {
+        return ERROR_INVALID_HANDLE;
+    }
+    if (!directory) {
+        return ERROR_INVALID_PARAMETER;
+    }
+    bool known = false;
+    const CString path = product->GetDirectoryObject()->FindTargetPath(directory, known);
+    return known ? GiveText(path, buffer, size) : UINT{ERROR_DIRECTORY};
+}

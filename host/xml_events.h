@@ -1,0 +1,44 @@
+// The two halves of reading XML: a front end turns bytes into events (XmlLite on Windows, expat for the fuzzers), and
+// the rules of a file turn events into a description. The rules therefore see the same on every build.
+#pragma once
+
+#include "window/string.h"
+
+#include <cstddef>
+#include <vector>
+
+struct XmlAttribute
+{
+    CString name;
+    CString value;
+};
+
+// The first thing found wrong. Line 0: the file as a whole.
+struct XmlFault
+{
+    CString message; // empty: nothing is wrong
+    int line = 0;
+    explicit operator bool() const { return !message.IsEmpty(); }
+};
+
+class IXmlEvents
+{
+public:
+    // Called for each element; false ends the reading, GetFault says why.
+    virtual bool OnElement(const CString& name, const std::vector<XmlAttribute>& attributes, int line) = 0;
+    virtual bool OnElementEnd() = 0;
+    // Text between elements, in pieces; blank text is told as well.
+    virtual bool OnText(const CString& text, int line) = 0;
+    virtual XmlFault GetFault() const = 0;
+
+protected:
+    ~IXmlEvents() = default;
+};
+
+constexpr std::size_t XML_BYTES_LIMIT = 4u << 20; // ours are a hundredth of it
+constexpr int XML_DEPTH_LIMIT = 16;
+constexpr int XML_TEXT_LIMIT = 1 << 20; // units of one attribute
+
+// Feeds the document to the rules. DTDs are refused, names with a prefix are told as they stand. The fault is that
+// of the parser (not well-formed, too large, too deep) or that of the rules.
+[[nodiscard]] XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events);

@@ -1,0 +1,177 @@
+#include "host/xml_text.h"
+
+namespace {
+
+bool IsHighSurrogate(wchar_t unit)
+{
+    return unit >= 0xD800 && unit < 0xDC00;
+}
+
+bool IsLowSurrogate(wchar_t unit)
+{
+    return unit >= 0xDC00 && unit < 0xE000;
+}
+
+bool IsSpecialUnit(const CString& text, int index)
+{
+    const wchar_t unit = text[index];
+    if (unit < 0x20 || unit == 0x7F || unit == 0xFFFE || unit == 0xFFFF) {
+        return true;
+    }
+    if (IsHighSurrogate(unit)) {
+        return !IsLowSurrogate(text[index + 1]);
+    }
+    return IsLowSurrogate(unit) && (index == 0 || !IsHighSurrogate(text[index - 1]));
+}
+
+int HexDigit(wchar_t digit)
+{
+    if (digit >= L'0' && digit <= L'9') {
+        return digit - L'0';
+    }
+    return digit >= L'A' && digit <= L'F' ? digit - L'A' + 10 : -1;
+}
+
+void AppendUnitCode(CString& text, wchar_t unit)
+{
+    text += L"\\u";
+    for (int shift = 12; shift >= 0; shift -= 4) {
+        text += L"0123456789ABCDEF"[(unit >> shift) & 0xF];
+    }
+}
+
+void AppendMarkup(CString& text, const CString& value)
+{
+    for (int index = 0; index < value.GetLength(); ++index) {
+        switch (const wchar_t unit = value[index]) {
+        case L'&':
+            text += L"&amp;";
+            break;
+        case L'<':
+            text += L"&lt;";
+            break;
+        case L'>':
+            text += L"&gt;";
+            break;
+        case L'"':
+            text += L"&quot;";
+            break;
+        default:
+            text += unit;
+        }
+    }
+}
+
+} // namespace
+
+bool CanStandInAttribute(const CString& value)
+{
+    for (int index = 0; index < value.GetLength(); ++index) {
+        if (IsSpecialUnit(value, index)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+CString EscapeUnits(const CString& value)
+{
+    CString escaped;
+    for (int index = 0; index < value.GetLength(); ++index) {
+        if (value[index] == L'\\' || IsSpecialUnit(value, index)) {
+            AppendUnitCode(escaped, value[index]);
+        } else {
+            escaped += value[index];
+        }
+    }
+    return escaped;
+}
+
+bool UnescapeUnits(const CString& escaped, CString& value)
+{
+    value.Empty();
+    for (int index = 0; index < escaped.GetLength(); ++index) {
+        if (escaped[index] != L'\\') {
+            value += escaped[index];
+            continue;
+        }
+        if (index + 5 >= escaped.GetLength() || escaped[index + 1] != L'u') {
+            return false;
+        }
+        int unit = 0;
+        for (int digit = 2; digit < 6; ++digit) {
+            const int part = HexDigit(escaped[index + digit]);
+            if (part < 0) {
+                return false;
+            }
+            unit = unit * 16 + part;
+        }
+        const wchar_t character = static_cast<wchar_t>(unit);
+        value.Append(&character, 1);
+        index += 5;
+    }
+    return true;
+}
+
+XmlText::XmlText() : m_text(L"<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n")
+{
+}
+
+void XmlText::Indent()
+{
+    for (std::size_t level = 0; level < m_open.size(); ++level) {
+        m_text += L"  ";
+    }
+}
+
+void XmlText::EndStartTag()
+{
+    if (m_inStartTag) {
+        m_text += L">\r\n";
+        m_inStartTag = false;
+    }
+}
+
+void XmlText::OpenElement(const wchar_t* name)
+{
+    EndStartTag();
+    Indent();
+    m_text += L"<";
+    m_text += name;
+    m_open.emplace_back(name);
+    m_inStartTag = true;
+}
+
+void XmlText::AddAttribute(const wchar_t* name, const CString& value)
+{
+    m_text += L" ";
+    m_text += name;
+    m_text += L"=\"";
+    AppendMarkup(m_text, value);
+    m_text += L"\"";
+}
+
+void XmlText::AddAnyValue(const wchar_t* name, const CString& value)
+{
+    if (CanStandInAttribute(value)) {
+        AddAttribute(name, value);
+        return;
+    }
+    AddAttribute(name, EscapeUnits(value));
+    AddAttribute(L"escaped", L"1");
+}
+
+void XmlText::CloseElement()
+{
+    const CString name = m_open.back();
+    m_open.pop_back();
+    if (m_inStartTag) {
+        m_text += L"/>\r\n";
+        m_inStartTag = false;
+        return;
+    }
+    Indent();
+    m_text += L"</";
+    m_text += name;
+    m_text += L">\r\n";
+}

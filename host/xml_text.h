@@ -1,0 +1,35 @@
+// Writing XML: elements and attributes into a text of our own layout, one attribute-only element a line. The
+// platform's writer would need a stream and a window header for what fits into a page, and the tests on other builds
+// write the same files with this.
+#pragma once
+
+#include "window/string.h"
+
+#include <vector>
+
+class XmlText
+{
+public:
+    XmlText();
+    void OpenElement(const wchar_t* name); // attributes may follow
+    void AddAttribute(const wchar_t* name, const CString& value);
+    // A value that can hold any units: those that XML can't carry travel as \uXXXX, marked by the attribute
+    // `escaped`, which ReadAnyValue understands.
+    void AddAnyValue(const wchar_t* name, const CString& value);
+    void CloseElement();
+    const CString& GetText() const { return m_text; }
+
+private:
+    void EndStartTag();
+    void Indent();
+
+    CString m_text;
+    std::vector<CString> m_open;
+    bool m_inStartTag = false;
+};
+
+// True when the value reads back unchanged from an attribute: no controls, no unpaired surrogates.
+[[nodiscard]] bool CanStandInAttribute(const CString& value);
+[[nodiscard]] CString EscapeUnits(const CString& value);
+// False when a backslash isn't followed by what EscapeUnits writes.
+[[nodiscard]] bool UnescapeUnits(const CString& escaped, CString& value);

@@ -1,0 +1,275 @@
+#include "host/xml_values.h"
+
+#include "host/host_messages.h"
+#include "host/xml_text.h"
+#include "window/character.h"
+
+namespace {
+
+constexpr int PATH_LIMIT = 240;
+constexpr int COMPONENT_LIMIT = 255;
+
+bool IsHexDigit(wchar_t unit)
+{
+    return (unit >= L'0' && unit <= L'9') || (unit >= L'A' && unit <= L'F') || (unit >= L'a' && unit <= L'f');
+}
+
+bool IsPlainLetter(wchar_t unit)
+{
+    return (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z');
+}
+
+bool IsPlainDigit(wchar_t unit)
+{
+    return unit >= L'0' && unit <= L'9';
+}
+
+// CON, NUL, COM1, ... are devices in every folder, with any extension.
+bool IsDeviceName(const CString& name)
+{
+    const int dot = name.Find(L'.');
+    CString stem = dot < 0 ? name : name.Left(dot);
+    stem.TrimRight(L" ");
+    for (const wchar_t* device : {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"}) {
+        if (stem.CompareNoCase(device) == 0) {
+            return true;
+        }
+    }
+    const bool numbered = stem.Left(3).CompareNoCase(L"COM") == 0 || stem.Left(3).CompareNoCase(L"LPT") == 0;
+    return numbered && stem.GetLength() == 4 && stem[3] >= L'1' && stem[3] <= L'9';
+}
+
+bool ParseNumber(const CString& text, int least, int most, int& number)
+{
+    const bool negative = text[0] == L'-';
+    long long value = 0;
+    const int first = negative ? 1 : 0;
+    if (text.GetLength() == first || text.GetLength() > 11) {
+        return false;
+    }
+    for (int index = first; index < text.GetLength(); ++index) {
+        if (!IsPlainDigit(text[index])) {
+            return false;
+        }
+        value = value * 10 + (text[index] - L'0');
+    }
+    value = negative ? -value : value;
+    if (value < least || value > most) {
+        return false;
+    }
+    number = static_cast<int>(value);
+    return true;
+}
+
+} // namespace
+
+bool IsBracedGuid(const CString& text)
+{
+    if (text.GetLength() != 38 || text[0] != L'{' || text[37] != L'}') {
+        return false;
+    }
+    for (int index = 1; index < 37; ++index) {
+        const bool hyphen = index == 9 || index == 14 || index == 19 || index == 24;
+        if (hyphen ? text[index] != L'-' : !IsHexDigit(text[index])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool IsLocaleName(const CString& text)
+{
+    if (text.GetLength() > 84) {
+        return false;
+    }
+    int start = 0;
+    for (int part = 0;; ++part) {
+        const int hyphen = text.Find(L'-', start);
+        const int end = hyphen < 0 ? text.GetLength() : hyphen;
+        const int length = end - start;
+        if (length < (part == 0 ? 2 : 1) || length > 8) {
+            return false;
+        }
+        for (int index = start; index < end; ++index) {
+            if (!IsPlainLetter(text[index]) && (part == 0 || !IsPlainDigit(text[index]))) {
+                return false;
+            }
+        }
+        if (hyphen < 0) {
+            return true;
+        }
+        start = hyphen + 1;
+    }
+}
+
+bool IsSafeFileName(const CString& name)
+{
+    if (name.IsEmpty() || name.GetLength() > COMPONENT_LIMIT) {
+        return false;
+    }
+    for (int index = 0; index < name.GetLength(); ++index) {
+        if (name[index] < 0x20) {
+            return false;
+        }
+    }
+    const wchar_t last = name[name.GetLength() - 1];
+    return name.FindOneOf(L"\\/:*?\"<>|") < 0 && last != L'.' && last != L' ' && name[0] != L' ' &&
+           !IsDeviceName(name);
+}
+
+bool IsSafeRelativePath(const CString& path)
+{
+    if (path.IsEmpty() || path.GetLength() > PATH_LIMIT) {
+        return false;
+    }
+    int start = 0;
+    for (;;) {
+        const int slash = path.Find(L'\\', start);
+        // A name that ends in a dot is refused, so "." and ".." are too.
+        if (!IsSafeFileName(path.Mid(start, (slash < 0 ? path.GetLength() : slash) - start))) {
+            return false;
+        }
+        if (slash < 0) {
+            return true;
+        }
+        start = slash + 1;
+    }
+}
+
+XmlValues::XmlValues(const CString& element, const std::vector<XmlAttribute>& attributes, int line)
+    : m_element(element), m_attributes(attributes), m_taken(attributes.size())
+{
+    m_fault.line = line;
+    for (std::size_t index = 0; index < attributes.size(); ++index) {
+        for (std::size_t other = 0; other < index; ++other) {
+            if (attributes[index].name == attributes[other].name) {
+                Fail(HostSentence(HostText::XmlRepeatedAttribute, {attributes[index].name, element}));
+            }
+        }
+    }
+}
+
+void XmlValues::Fail(const CString& message)
+{
+    if (!m_fault) {
+        m_fault.message = message;
+    }
+}
+
+const XmlAttribute* XmlValues::Take(const wchar_t* name)
+{
+    for (std::size_t index = 0; index < m_attributes.size(); ++index) {
+        if (m_attributes[index].name == name) {
+            m_taken[index] = true;
+            return &m_attributes[index];
+        }
+    }
+    return nullptr;
+}
+
+CString XmlValues::TakeRequired(const wchar_t* name)
+{
+    const XmlAttribute* attribute = Take(name);
+    if (!attribute) {
+        Fail(HostSentence(HostText::XmlMissingAttribute, {name, m_element}));
+        return CString();
+    }
+    return attribute->value;
+}
+
+CString XmlValues::TakeText(const wchar_t* name, int limit)
+{
+    CString value = TakeRequired(name);
+    CString trimmed = value;
+    if (!m_fault && trimmed.Trim().IsEmpty()) {
+        Fail(HostSentence(HostText::ValueEmpty, {name}));
+    }
+    if (value.GetLength() > limit) {
+        Fail(HostSentence(HostText::ValueTooLong, {name, NumberText(limit)}));
+    }
+    return value;
+}
+
+CString XmlValues::TakeOptionalText(const wchar_t* name, int limit)
+{
+    const XmlAttribute* attribute = Take(name);
+    if (attribute && attribute->value.GetLength() > limit) {
+        Fail(HostSentence(HostText::ValueTooLong, {name, NumberText(limit)}));
+    }
+    return attribute ? attribute->value : CString();
+}
+
+CString XmlValues::TakeAnyValue(const wchar_t* name)
+{
+    const CString value = TakeRequired(name);
+    if (TakeOptionalNumber(L"escaped", 0, 1, 0) == 0) {
+        return value;
+    }
+    CString plain;
+    if (!UnescapeUnits(value, plain)) {
+        Fail(HostSentence(HostText::ValueBadEscape, {name}));
+    }
+    return plain;
+}
+
+int XmlValues::TakeNumber(const wchar_t* name, int least, int most)
+{
+    const CString text = TakeRequired(name);
+    int number = least;
+    if (!ParseNumber(text, least, most, number)) {
+        Fail(HostSentence(HostText::ValueNotNumber, {name, text, NumberText(least), NumberText(most)}));
+    }
+    return number;
+}
+
+int XmlValues::TakeOptionalNumber(const wchar_t* name, int least, int most, int otherwise)
+{
+    const XmlAttribute* attribute = Take(name);
+    return attribute ? TakeNumber(name, least, most) : otherwise;
+}
+
+CString XmlValues::TakeGuid(const wchar_t* name)
+{
+    CString value = TakeRequired(name);
+    if (!IsBracedGuid(value)) {
+        Fail(HostSentence(HostText::ValueNotGuid, {name, value}));
+    }
+    return value.MakeUpper();
+}
+
+CString XmlValues::TakeLocale(const wchar_t* name)
+{
+    const CString value = TakeRequired(name);
+    if (!IsLocaleName(value)) {
+        Fail(HostSentence(HostText::ValueNotLocale, {name, value}));
+    }
+    return value;
+}
+
+CString XmlValues::TakeRelativePath(const wchar_t* name, bool mayBeEmpty)
+{
+    const CString value = TakeRequired(name);
+    if (!(mayBeEmpty && value.IsEmpty()) && !IsSafeRelativePath(value)) {
+        Fail(HostSentence(HostText::ValueNotRelative, {name, value}));
+    }
+    return value;
+}
+
+CString XmlValues::TakeFileName(const wchar_t* name)
+{
+    const CString value = TakeRequired(name);
+    if (!IsSafeFileName(value)) {
+        Fail(HostSentence(HostText::ValueNotFileName, {name, value}));
+    }
+    return value;
+}
+
+const XmlFault& XmlValues::Finish()
+{
+    for (std::size_t index = 0; index < m_attributes.size(); ++index) {
+        if (!m_taken[index]) {
+            Fail(HostSentence(HostText::XmlUnknownAttribute, {m_attributes[index].name, m_element}));
+        }
+    }
+    return m_fault;
+}

@@ -1,0 +1,48 @@
+// The checked values of one element. Each Take call reads an attribute by name and notes the first fault; what is
+// left at the end is an unknown attribute.
+#pragma once
+
+#include "host/xml_events.h"
+
+#include <initializer_list>
+#include <vector>
+
+class XmlValues
+{
+public:
+    XmlValues(const CString& element, const std::vector<XmlAttribute>& attributes, int line);
+
+    // A required text of at most `limit` units, not blank.
+    CString TakeText(const wchar_t* name, int limit = 1000);
+    CString TakeOptionalText(const wchar_t* name, int limit = 1000);
+    // A value written with XmlText::AddAnyValue; may be empty.
+    CString TakeAnyValue(const wchar_t* name);
+    int TakeNumber(const wchar_t* name, int least, int most);
+    int TakeOptionalNumber(const wchar_t* name, int least, int most, int otherwise);
+    // {8-4-4-4-12}, given back in upper case.
+    CString TakeGuid(const wchar_t* name);
+    CString TakeLocale(const wchar_t* name);
+    // A path below the file's folder: relative, backslashes, no "." or "..", no reserved character or device name.
+    CString TakeRelativePath(const wchar_t* name, bool mayBeEmpty);
+    CString TakeFileName(const wchar_t* name);
+    // Notes a fault of the caller's own.
+    void Fail(const CString& message);
+    // To be called last: notes attributes that nobody took.
+    const XmlFault& Finish();
+
+private:
+    const XmlAttribute* Take(const wchar_t* name);
+    CString TakeRequired(const wchar_t* name);
+
+    const CString& m_element;
+    const std::vector<XmlAttribute>& m_attributes;
+    std::vector<bool> m_taken;
+    XmlFault m_fault;
+};
+
+[[nodiscard]] bool IsBracedGuid(const CString& text);
+// "de", "de-DE", "zh-Hans-CN": two to eight letters, then parts of one to eight letters or digits.
+[[nodiscard]] bool IsLocaleName(const CString& text);
+// True for a path that names a file or folder below its base on every Windows file system.
+[[nodiscard]] bool IsSafeRelativePath(const CString& path);
+[[nodiscard]] bool IsSafeFileName(const CString& name);

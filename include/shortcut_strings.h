@@ -1,0 +1,11 @@
+// A custom shortcut that the product's database already holds.
+#pragma once
+
+#include "window/string.h"
+
+struct ShortcutStrings
+{
+    CString Key; // of the Shortcut table
+    CString Name;
+    CString Command; // the shortcut's arguments
+};

@@ -1,0 +1,319 @@
+// A whole build of a small real product, looked at as an administrator would.
+#include "tests/host/build_fixture.h"
+
+#include "host/build/build_names.h"
+#include "host/build/sha256.h"
+
+#include <windows.h>
+
+namespace {
+
+const CString g_changeDatabase = L"UPDATE `Property` SET `Value` = 'Other' WHERE `Property` = 'Manufacturer'";
+
+CString HashOf(const std::string& bytes)
+{
+    Sha256 hash;
+    hash.Add(bytes.data(), bytes.size());
+    return hash.Finish();
+}
+
+CString ReadText(const CString& path)
+{
+    std::string bytes = ReadBytes(path);
+    if (bytes.compare(0, 3, "\xEF\xBB\xBF") == 0) {
+        bytes.erase(0, 3);
+    }
+    return TextFromUtf8(bytes.data(), bytes.size());
+}
+
+#define EXPECT_HOLDS(text, part) EXPECT_GE((text).Find(part), 0) << "missing in:\n" << Utf8(text)
+
+TEST(BuildDeployment, HoldsTheFilesOfAFreshBuildAndNothingElse)
+{
+    TestBuild build;
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    EXPECT_EQ(result.strDeploymentFolder, build.Target() + L"\\");
+    Tree tree = ReadTree(build.Target());
+    std::vector<CString> names;
+    for (const auto& entry : tree) {
+        names.push_back(entry.first);
+    }
+    const std::vector<CString> expected = {L"Build.log",
+                                           L"Changes.json",
+                                           L"Changes.txt",
+                                           L"Deployment.xml",
+                                           L"Image\\",
+                                           L"Image\\Setup.xml",
+                                           L"Image\\x64\\",
+                                           L"Image\\x64\\Zolt\\",
+                                           L"Image\\x64\\Zolt\\Data\\",
+                                           L"Image\\x64\\Zolt\\Data\\Deep\\",
+                                           L"Image\\x64\\Zolt\\Data\\Deep\\large.bin",
+                                           L"Image\\x64\\Zolt\\Data\\kept.txt",
+                                           L"Image\\x64\\Zolt\\Data\\zero.bin",
+                                           L"Image\\x64\\Zolt\\Empty\\",
+                                           L"Image\\x64\\Zolt\\Zolt2027.msi",
+                                           L"Image\\x64\\Zolt\\readme.txt",
+                                           L"Install.cmd",
+                                           L"Manifest.txt",
+                                           L"ReadMe.txt",
+                                           L"Uninstall.cmd"};
+    EXPECT_EQ(names, expected) << NamesOf(tree);
+    EXPECT_EQ(Leftovers(build.Location(), L"Office"), std::vector<CString>());
+}
+
+TEST(BuildDeployment, CopiesFilesByteForByteWithTheirTimesAndAttributes)
+{
+    TestBuild build;
+    ASSERT_EQ(build.Build().error.code, 0u);
+    const CString relative = L"\\x64\\Zolt\\Data\\kept.txt";
+    WIN32_FILE_ATTRIBUTE_DATA source = {};
+    WIN32_FILE_ATTRIBUTE_DATA copy = {};
+    GetFileAttributesExW(build.Media() + relative, GetFileExInfoStandard, &source);
+    GetFileAttributesExW(build.Target() + L"\\Image" + relative, GetFileExInfoStandard, &copy);
+    EXPECT_EQ(copy.dwFileAttributes & FILE_ATTRIBUTE_READONLY, DWORD{FILE_ATTRIBUTE_READONLY});
+    EXPECT_EQ(CompareFileTime(&source.ftLastWriteTime, &copy.ftLastWriteTime), 0);
+    EXPECT_EQ(ReadBytes(build.Media() + L"\\x64\\Zolt\\Data\\Deep\\large.bin"),
+              ReadBytes(build.Target() + L"\\Image\\x64\\Zolt\\Data\\Deep\\large.bin"));
+}
+
+TEST(BuildDeployment, KeepsAnUnchangedDatabaseByteForByte)
+{
+    TestBuild build;
+    ASSERT_EQ(build.Build().error.code, 0u);
+    EXPECT_TRUE(ReadBytes(build.Database()) == ReadBytes(build.plan.databases[0].strOriginal));
+    EXPECT_EQ(PackageCodeOf(build.Database()), PACKAGE_CODE);
+}
+
+TEST(BuildDeployment, GivesAChangedDatabaseAPackageCodeOfItsOwn)
+{
+    TestBuild build;
+    build.Change(g_changeDatabase);
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    const CString code = PackageCodeOf(build.Database());
+    EXPECT_FALSE(code == PACKAGE_CODE) << Utf8(code);
+    EXPECT_EQ(code.GetLength(), 38) << Utf8(code);
+    EXPECT_EQ(PackageCodeOf(build.plan.databases[0].strOriginal), PACKAGE_CODE);
+    EXPECT_EQ(
+        QueryText(build.Database(), L"SELECT `Value` FROM `Property` WHERE `Property` = 'Manufacturer'"),
+        L"Other");
+}
+
+TEST(BuildDeployment, NeverUsesAPackageCodeTwice)
+{
+    TestBuild build;
+    build.Change(g_changeDatabase);
+    ASSERT_EQ(build.Build().error.code, 0u);
+    const CString first = PackageCodeOf(build.Database());
+    build.plan.bReplaceExisting = true;
+    ASSERT_EQ(build.Build().error.code, 0u);
+    EXPECT_FALSE(PackageCodeOf(build.Database()) == first) << Utf8(first);
+}
+
+TEST(BuildDeployment, ReportsRowsAddedChangedAndRemovedWithBothValues)
+{
+    TestBuild build;
+    build.Change(g_changeDatabase);
+    build.Change(L"INSERT INTO `Property` (`Property`, `Value`) VALUES ('NEWS', 'a \"b\"')");
+    build.Change(L"DELETE FROM `Property` WHERE `Property` = 'OLD'");
+    build.Change(L"CREATE TABLE `Extra` (`Key` CHAR(72) NOT NULL, `Number` LONG PRIMARY KEY `Key`)");
+    build.Change(L"INSERT INTO `Extra` (`Key`, `Number`) VALUES ('One', 70000)");
+    ASSERT_EQ(build.Build().error.code, 0u);
+    const CString text = ReadText(build.Target() + L"\\Changes.txt");
+    EXPECT_HOLDS(text, L"Rows added: 2, changed: 1, removed: 1\r\n");
+    EXPECT_HOLDS(text, L"  Property: Manufacturer changed\r\n      Value: \"Velkmora\" -> \"Other\"\r\n");
+    EXPECT_HOLDS(text, L"  Property: NEWS added\r\n      Property: \"NEWS\"\r\n      Value: \"a \"b\"\"\r\n");
+    EXPECT_HOLDS(text, L"  Property: OLD removed\r\n      Property: \"OLD\"\r\n      Value: \"goes\"\r\n");
+    EXPECT_HOLDS(text, L"  Extra: One added\r\n      Key: \"One\"\r\n      Number: \"70000\"\r\n");
+    const CString json = ReadText(build.Target() + L"\\Changes.json");
+    EXPECT_HOLDS(
+        json, L"{\"table\": \"Property\", \"change\": \"changed\", \"key\": [\"Manufacturer\"], \"columns\": "
+              L"[{\"name\": \"Value\", \"old\": \"Velkmora\", \"new\": \"Other\"}]}");
+    EXPECT_HOLDS(json, L"\"new\": \"a \\\"b\\\"\"");
+}
+
+TEST(BuildDeployment, ReportsAStreamBySizeAndHash)
+{
+    TestBuild build;
+    build.Change(L"DELETE FROM `Binary` WHERE `Name` = 'Icon'");
+    ASSERT_EQ(build.Build().error.code, 0u);
+    const CString text = ReadText(build.Target() + L"\\Changes.txt");
+    EXPECT_HOLDS(text, L"  Binary: Icon removed\r\n");
+    EXPECT_HOLDS(text, L"Data: \"5000 bytes, SHA-256 " + HashOf(std::string(5000, 'b')) + L"\"");
+}
+
+TEST(BuildDeployment, TellsThatNothingWasChanged)
+{
+    TestBuild build;
+    ASSERT_EQ(build.Build().error.code, 0u);
+    EXPECT_HOLDS(ReadText(build.Target() + L"\\Changes.txt"),
+                 L"Nothing: the file is the vendor's, byte for byte.");
+}
+
+TEST(BuildDeployment, KeepsStreamsOfAChangedDatabase)
+{
+    TestBuild build;
+    build.Change(g_changeDatabase);
+    ASSERT_EQ(build.Build().error.code, 0u);
+    EXPECT_EQ(QueryText(build.Database(), L"SELECT `Name` FROM `Binary`"), L"Icon");
+    const CString text = ReadText(build.Target() + L"\\Changes.txt");
+    EXPECT_EQ(text.Find(L"Binary"), -1) << Utf8(text);
+}
+
+// The service loses tables that were not read before a commit once there are this many strings.
+TEST(BuildDeployment, KeepsEveryRowOfALargeDatabase)
+{
+    TestBuild build;
+    for (int number = 0; number < 66000; number += 1) {
+        if (number % 2 == 0) {
+            build.Change(L"INSERT INTO `Property` (`Property`, `Value`) VALUES ('P" + NumberText(number) +
+                         L"', 'v" + NumberText(number + 1) + L"')");
+        }
+    }
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    EXPECT_EQ(QueryText(build.Database(), L"SELECT `Value` FROM `Property` WHERE `Property` = 'P65998'"),
+              L"v65999");
+    EXPECT_EQ(QueryText(build.Database(), L"SELECT `FileName` FROM `File`"), L"readme.txt");
+}
+
+TEST(BuildDeployment, ListsEveryFileButItselfInTheManifestWithItsHash)
+{
+    TestBuild build;
+    build.Change(g_changeDatabase);
+    ASSERT_EQ(build.Build().error.code, 0u);
+    const CString manifest = ReadText(build.Target() + L"\\Manifest.txt");
+    int files = 0;
+    for (const auto& [name, bytes] : ReadTree(build.Target())) {
+        if (name[name.GetLength() - 1] != L'\\' && !(name == L"Manifest.txt")) {
+            EXPECT_HOLDS(manifest, L"\n" + HashOf(bytes) + L" " +
+                                       NumberText(static_cast<long long>(bytes.size())) + L" " + name +
+                                       L"\r\n");
+            ++files;
+        }
+    }
+    CString lines = manifest;
+    EXPECT_EQ(lines.Replace(L"\n", L""), files + 1) << Utf8(manifest);
+}
+
+TEST(BuildDeployment, EndsTheLogWithCodeCauseAndRemedy)
+{
+    TestBuild build;
+    ASSERT_EQ(build.Build().error.code, 0u);
+    const CString log = ReadText(build.Target() + L"\\Build.log");
+    EXPECT_HOLDS(log, L"Copying Zolt 2027");
+    const CString end =
+        L"Code:   0\r\nCause:  The deployment is complete.\r\nRemedy: Nothing needs to be done.\r\n";
+    EXPECT_EQ(log.Right(end.GetLength()), end) << Utf8(log);
+}
+
+TEST(BuildDeployment, NamesNoPathOfTheBuildInTheDatabase)
+{
+    TestBuild build;
+    build.Change(g_changeDatabase);
+    ASSERT_EQ(build.Build().error.code, 0u);
+    const std::string bytes = ReadBytes(build.Database());
+    for (const CString& path : {build.Folder().Path(), build.Location()}) {
+        EXPECT_EQ(bytes.find(Utf8(path)), std::string::npos);
+        EXPECT_EQ(bytes.find(std::string(reinterpret_cast<const char*>(path.GetString()),
+                                         static_cast<std::size_t>(path.GetLength()) * 2)),
+                  std::string::npos);
+    }
+}
+
+TEST(BuildDeployment, TellsProgressUpToAllBytesAndNotTooOften)
+{
+    TestBuild build;
+    std::uint64_t last = 0;
+    std::uint64_t total = 0;
+    bool grows = true;
+    const unsigned long long start = GetTickCount64();
+    build.onProgress = [&](std::uint64_t done, std::uint64_t all) {
+        grows = grows && done >= last;
+        last = done;
+        total = all;
+        return true;
+    };
+    ASSERT_EQ(build.Build().error.code, 0u);
+    EXPECT_TRUE(grows);
+    EXPECT_EQ(last, total);
+    EXPECT_GT(total, std::uint64_t{3 << 20});
+    EXPECT_LE(build.progressCalls, 3 + static_cast<int>((GetTickCount64() - start) / 50));
+    EXPECT_EQ(build.steps.front(), L"Checking the location and the media");
+}
+
+TEST(BuildDeployment, ReplacesAnOldDeploymentWhole)
+{
+    TestBuild build;
+    ASSERT_EQ(build.Build().error.code, 0u);
+    WriteBytes(build.Target() + L"\\Image\\old.txt", "old");
+    build.plan.bReplaceExisting = true;
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    EXPECT_FALSE(Exists(build.Target() + L"\\Image\\old.txt"));
+    EXPECT_EQ(Leftovers(build.Location(), L"Office"), std::vector<CString>());
+}
+
+TEST(BuildDeployment, ReplacesTheDeploymentItIsMadeFrom)
+{
+    TestBuild build;
+    ASSERT_EQ(build.Build().error.code, 0u);
+    build.plan.bReplaceExisting = true;
+    build.plan.folders[0].strSource = build.Target() + L"\\Image\\x64\\Zolt";
+    build.plan.databases[0].strOriginal = build.Database();
+    build.Change(g_changeDatabase);
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    EXPECT_EQ(ReadBytes(build.Target() + L"\\Image\\x64\\Zolt\\readme.txt"), "hello\n");
+    EXPECT_EQ(
+        QueryText(build.Database(), L"SELECT `Value` FROM `Property` WHERE `Property` = 'Manufacturer'"),
+        L"Other");
+}
+
+TEST(BuildDeployment, MakesALocationThatIsMissing)
+{
+    TestBuild build;
+    build.plan.strLocation = build.Location() + L"\\new\\deep";
+    ASSERT_EQ(build.Build().error.code, 0u);
+    EXPECT_TRUE(Exists(build.plan.strLocation + L"\\Office\\Manifest.txt"));
+}
+
+TEST(BuildDeployment, BuildsUnderNamesWithBlanksAndOtherLetters)
+{
+    TestBuild build;
+    build.plan.strLocation = build.Location() + L"\\B\x00FCro \x65E5\x672C & 100%";
+    build.plan.strName = L"\x0417\x043E\x043B\x0442 2027 ^!";
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    EXPECT_EQ(ReadBytes(result.strDeploymentFolder + L"Image\\x64\\Zolt\\readme.txt"), "hello\n");
+}
+
+TEST(BuildDeployment, BuildsPathsBeyond260CharactersAndWarnsOfThem)
+{
+    TestBuild build;
+    const CString deep = CString(L'd', 120) + L"\\" + CString(L'e', 120);
+    MakeFolders(build.Media() + L"\\x64\\Zolt\\" + deep);
+    WriteBytes(build.Media() + L"\\x64\\Zolt\\" + deep + L"\\far.txt", "far");
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    EXPECT_EQ(ReadBytes(build.Target() + L"\\Image\\x64\\Zolt\\" + deep + L"\\far.txt"), "far");
+    ASSERT_EQ(result.warnings.size(), 1u);
+    EXPECT_HOLDS(result.warnings[0], L"installing may fail beyond 259");
+    build.plan.bReplaceExisting = true;
+    EXPECT_EQ(build.Build().error.code, 0u);
+}
+
+TEST(BuildDeployment, LeavesOutWhatThePlanExcludes)
+{
+    TestBuild build;
+    build.plan.folders[0].excludedPaths = {L"data\\deep", L"README.TXT"};
+    ASSERT_EQ(build.Build().error.code, 0u);
+    const Tree tree = ReadTree(build.Target());
+    EXPECT_EQ(tree.count(L"Image\\x64\\Zolt\\Data\\Deep\\"), 0u) << NamesOf(tree);
+    EXPECT_EQ(tree.count(L"Image\\x64\\Zolt\\readme.txt"), 0u) << NamesOf(tree);
+    EXPECT_EQ(tree.count(L"Image\\x64\\Zolt\\Data\\kept.txt"), 1u) << NamesOf(tree);
+}
+
+} // namespace
