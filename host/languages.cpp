@@ -64,11 +64,6 @@ LanguageManager& LanguageManager::Object()
     return manager;
 }
 
-CLangMgr& CLangMgr::Instance()
-{
-    return LanguageManager::Object();
-}
-
 void LanguageManager::Choose(const CString& programFolder, const CString& locale)
 {
     m_strTextFolder = FindLanguageFolder(FolderPath(programFolder) + L"Languages\\",

@@ -102,6 +102,11 @@ CSetupHost* OpenHost(const HostOptions& options, HostError& error)
 
 } // namespace
 
+CLangMgr& CLangMgr::Instance()
+{
+    return LanguageManager::Object();
+}
+
 CSetupHost* OpenSetupHost(const HostOptions& options, HostError& error)
 {
     try {

@@ -1,0 +1,78 @@
+#include "automation/keyboard.h"
+
+#include <initializer_list>
+
+namespace {
+
+WORD ModifierKey(KeyModifier modifier)
+{
+    switch (modifier) {
+    case KeyModifier::Shift:
+        return VK_SHIFT;
+    case KeyModifier::Control:
+        return VK_CONTROL;
+    case KeyModifier::Alt:
+        return VK_MENU;
+    case KeyModifier::None:
+        break;
+    }
+    return 0;
+}
+
+// A posted key leaves the thread's key state alone, but Shift+Tab is decided by that state when the message is
+// handled. So the state is set before and taken back by a timer, which comes after all posted messages.
+void SetKeyDown(WORD virtualKey, bool down)
+{
+    BYTE state[256] = {};
+    if (virtualKey == 0 || !GetKeyboardState(state))
+        return;
+    state[virtualKey] = down ? 0x80 : 0;
+    SetKeyboardState(state);
+}
+
+void CALLBACK ReleaseModifiers(HWND, UINT, UINT_PTR timer, DWORD)
+{
+    KillTimer(nullptr, timer);
+    for (const int key : {VK_SHIFT, VK_CONTROL, VK_MENU})
+        SetKeyDown(static_cast<WORD>(key), false);
+}
+
+LPARAM KeyParameter(WORD virtualKey, bool down, bool withAlt)
+{
+    const LPARAM scanCode = static_cast<LPARAM>(MapVirtualKeyW(virtualKey, MAPVK_VK_TO_VSC));
+    LPARAM parameter = 1 | (scanCode << 16);
+    if (withAlt)
+        parameter |= LPARAM(1) << 29;
+    if (!down)
+        parameter |= LPARAM(3) << 30;
+    return parameter;
+}
+
+} // namespace
+
+StepOutcome PressKey(WORD virtualKey, KeyModifier modifier)
+{
+    HWND focus = GetFocus();
+    if (!focus)
+        return StepOutcome::NotYet(L"no window of this thread has the focus");
+    const bool withAlt = modifier == KeyModifier::Alt;
+    if (modifier != KeyModifier::None) {
+        SetKeyDown(ModifierKey(modifier), true);
+        SetTimer(nullptr, 0, USER_TIMER_MINIMUM, ReleaseModifiers);
+    }
+    PostMessageW(focus, withAlt ? WM_SYSKEYDOWN : WM_KEYDOWN, virtualKey,
+                 KeyParameter(virtualKey, true, withAlt));
+    PostMessageW(focus, withAlt ? WM_SYSKEYUP : WM_KEYUP, virtualKey,
+                 KeyParameter(virtualKey, false, withAlt));
+    return StepOutcome::Done();
+}
+
+StepOutcome TypeCharacters(const wchar_t* text)
+{
+    HWND focus = GetFocus();
+    if (!focus)
+        return StepOutcome::NotYet(L"no window of this thread has the focus");
+    for (; *text; ++text)
+        PostMessageW(focus, WM_CHAR, *text, 1);
+    return StepOutcome::Done();
+}

@@ -1,0 +1,70 @@
+#include "automation/picture.h"
+
+#include "window/gdi.h"
+#include "window/handle.h"
+
+#include <objidl.h>
+
+#include <gdiplus.h>
+
+namespace {
+
+struct GdiplusSession
+{
+    GdiplusSession()
+    {
+        const Gdiplus::GdiplusStartupInput input;
+        started = Gdiplus::GdiplusStartup(&token, &input, nullptr) == Gdiplus::Ok;
+    }
+    ~GdiplusSession()
+    {
+        if (started)
+            Gdiplus::GdiplusShutdown(token);
+    }
+    GdiplusSession(const GdiplusSession&) = delete;
+    GdiplusSession& operator=(const GdiplusSession&) = delete;
+
+    ULONG_PTR token = 0;
+    bool started = false;
+};
+
+// The class id that GDI+ documents for its PNG encoder.
+constexpr CLSID pngEncoder = {0x557CF406, 0x1A04, 0x11D3, {0x9A, 0x73, 0x00, 0x00, 0xF8, 0x1E, 0xF3, 0x2E}};
+
+CBitmapOwner CopyFromScreen(const RECT& rectangle)
+{
+    const int width = rectangle.right - rectangle.left;
+    const int height = rectangle.bottom - rectangle.top;
+    const CWindowDC screen(nullptr);
+    const CDcOwner memory(CreateCompatibleDC(screen.get()));
+    CBitmapOwner bitmap(CreateCompatibleBitmap(screen.get(), width, height));
+    const CSelectObject selected(memory.get(), bitmap.get());
+    BitBlt(memory.get(), 0, 0, width, height, screen.get(), rectangle.left, rectangle.top,
+           SRCCOPY | CAPTUREBLT);
+    return bitmap;
+}
+
+bool SaveRectangle(const RECT& rectangle, const wchar_t* path)
+{
+    const GdiplusSession session;
+    if (!session.started || IsRectEmpty(&rectangle))
+        return false;
+    const CBitmapOwner bitmap = CopyFromScreen(rectangle);
+    Gdiplus::Bitmap image(bitmap.get(), nullptr);
+    return image.Save(path, &pngEncoder, nullptr) == Gdiplus::Ok;
+}
+
+} // namespace
+
+bool SaveWindowPicture(HWND window, const wchar_t* path)
+{
+    RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    RECT rectangle = {};
+    return GetWindowRect(window, &rectangle) && SaveRectangle(rectangle, path);
+}
+
+bool SaveScreenPicture(const wchar_t* path)
+{
+    const RECT screen = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    return SaveRectangle(screen, path);
+}

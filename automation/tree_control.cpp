@@ -1,0 +1,100 @@
+#include "automation/tree_control.h"
+
+HTREEITEM CTreeControl::GetNext(HTREEITEM item, UINT relation) const
+{
+    return reinterpret_cast<HTREEITEM>(
+        SendMessageW(GetWindow(), TVM_GETNEXTITEM, relation, reinterpret_cast<LPARAM>(item)));
+}
+
+HTREEITEM CTreeControl::FirstChild(HTREEITEM item) const
+{
+    if (!item)
+        return GetNext(nullptr, TVGN_ROOT);
+    // Children are often made when an item is first expanded.
+    if (!IsExpanded(item))
+        SendMessageW(GetWindow(), TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(item));
+    return GetNext(item, TVGN_CHILD);
+}
+
+CString CTreeControl::GetItemText(HTREEITEM handle) const
+{
+    wchar_t buffer[1024] = {};
+    TVITEMW item = {};
+    item.mask = TVIF_TEXT | TVIF_HANDLE;
+    item.hItem = handle;
+    item.pszText = buffer;
+    item.cchTextMax = 1024;
+    SendMessageW(GetWindow(), TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    return item.pszText; // the control may point to a text of its own
+}
+
+HTREEITEM CTreeControl::Find(const Path& path) const
+{
+    HTREEITEM found = nullptr;
+    for (const CString& text : path) {
+        HTREEITEM item = FirstChild(found);
+        while (item && GetItemText(item).CompareNoCase(text) != 0)
+            item = GetNext(item, TVGN_NEXT);
+        if (!item)
+            return nullptr;
+        found = item;
+    }
+    return found;
+}
+
+std::vector<CString> CTreeControl::GetChildren(const Path& path) const
+{
+    std::vector<CString> texts;
+    HTREEITEM parent = Find(path);
+    if (!parent && !path.empty())
+        return texts;
+    for (HTREEITEM item = FirstChild(parent); item; item = GetNext(item, TVGN_NEXT))
+        texts.push_back(GetItemText(item));
+    return texts;
+}
+
+HTREEITEM CTreeControl::GetSelection() const
+{
+    return GetNext(nullptr, TVGN_CARET);
+}
+
+bool CTreeControl::IsExpanded(HTREEITEM item) const
+{
+    return (SendMessageW(GetWindow(), TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item), TVIS_EXPANDED) &
+            TVIS_EXPANDED) != 0;
+}
+
+CString CTreeControl::DescribePath(const Path& path) const
+{
+    CString text;
+    for (const CString& part : path)
+        text += (text.IsEmpty() ? L"" : L" > ") + part;
+    return text;
+}
+
+StepOutcome CTreeControl::Select(const Path& path) const
+{
+    const StepOutcome usable = NeedUsable();
+    if (!usable.IsDone())
+        return usable;
+    HTREEITEM item = Find(path);
+    if (!item)
+        return StepOutcome::NotYet(Describe() + L" has no item " + DescribePath(path));
+    SetFocus(GetWindow());
+    SendMessageW(GetWindow(), TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item));
+    return StepOutcome::Done();
+}
+
+StepOutcome CTreeControl::EditLabel(const Path& path, const CString& text) const
+{
+    const StepOutcome selected = Select(path);
+    if (!selected.IsDone())
+        return selected;
+    HWND edit = reinterpret_cast<HWND>(
+        SendMessageW(GetWindow(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(Find(path))));
+    if (!edit)
+        return StepOutcome::Failed(L"the label of " + DescribePath(path) + L" can't be edited");
+    const StepOutcome typed = CControl(edit).SetText(text);
+    SendMessageW(GetWindow(), TVM_ENDEDITLABELNOW, typed.IsDone() ? FALSE : TRUE, 0);
+    return typed;
+}

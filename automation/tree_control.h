@@ -1,0 +1,32 @@
+// Tree views: items named by the texts on the way to them from a root.
+#pragma once
+
+#include "automation/control.h"
+
+#include <commctrl.h>
+
+#include <vector>
+
+class CTreeControl : public CControl
+{
+public:
+    using Path = std::vector<CString>;
+    using CControl::CControl;
+
+    // The item at the end of the way, whose parents are expanded as by a person; null when a text isn't there.
+    HTREEITEM Find(const Path& path) const;
+    CString GetItemText(HTREEITEM item) const;
+    // Texts of the children, expanding the item first; of the roots for an empty path.
+    std::vector<CString> GetChildren(const Path& path) const;
+    HTREEITEM GetSelection() const;
+    bool IsExpanded(HTREEITEM item) const;
+
+    StepOutcome Select(const Path& path) const;
+    // Opens the item's label, types the text and leaves the edit as Enter does.
+    StepOutcome EditLabel(const Path& path, const CString& text) const;
+
+private:
+    HTREEITEM GetNext(HTREEITEM item, UINT relation) const;
+    HTREEITEM FirstChild(HTREEITEM item) const;
+    CString DescribePath(const Path& path) const;
+};

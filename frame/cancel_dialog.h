@@ -1,0 +1,33 @@
+// The question whether to leave the setup.
+#pragma once
+
+#include "frame/resource_library.h"
+#include "include/resource_ids.h"
+#include "include/setup_enums.h"
+#include "window/dialog_impl.h"
+
+// Modal; the result is the pressed button's id, IDYES to leave.
+class CCancelDialog : public CDialogImpl<CCancelDialog>
+{
+public:
+    enum
+    {
+        IDD = IDD_CANCEL
+    };
+
+    explicit CCancelDialog(Setup::tagSETUPMODE setupMode) : m_setupMode(setupMode) {}
+
+    BEGIN_MSG_MAP(CCancelDialog)
+    MESSAGE_HANDLER(WM_INITDIALOG, OnInitDialog)
+    COMMAND_CODE_HANDLER(BN_CLICKED, OnButton)
+    END_MSG_MAP()
+
+private:
+    LRESULT OnInitDialog(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
+    LRESULT OnButton(WORD code, WORD id, HWND control, BOOL& handled);
+
+    CString QuestionText() const;
+
+    Setup::tagSETUPMODE m_setupMode;
+    CResourceLibrary m_resource;
+};

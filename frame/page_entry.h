@@ -1,0 +1,111 @@
+// How the exports show a page: ShowWizardPage runs one and gives its result, CreateTabPage makes one and comes back.
+//
+// Both form the resource library's path, load it, make it the module of all resources for the length of the call, and
+// let no exception out: what failed is told in a message box, and the module is put back.
+#pragma once
+
+#include "frame/resource_library.h"
+#include "include/navigation.h"
+#include "include/page_context.h"
+#include "window/message_loop.h"
+#include "window/module.h"
+#include "window/window.h"
+
+#include <memory>
+
+// Tells that a page failed: the exception under way (call it in a catch block), or why its dialog could not be made.
+void ShowPageException() noexcept;
+void ShowDialogFailure(int dialogId, DWORD error);
+
+// The calling thread's entry in the table of message loops.
+class CMessageLoopEntry
+{
+public:
+    // Without memory there is no entry, and the page fails when it looks for its loop.
+    explicit CMessageLoopEntry(CMessageLoop& loop) { _Module.AddMessageLoop(&loop); }
+    ~CMessageLoopEntry() { _Module.RemoveMessageLoop(); }
+    CMessageLoopEntry(const CMessageLoopEntry&) = delete;
+    CMessageLoopEntry& operator=(const CMessageLoopEntry&) = delete;
+};
+
+// A tab page on the heap that goes with its window.
+template <class T>
+class COwnedTabPage : public T
+{
+public:
+    using T::T;
+
+    void OnFinalMessage(HWND window) override
+    {
+        T::OnFinalMessage(window);
+        if (m_bOwnsItself)
+            delete this;
+    }
+
+    void OwnItself() { m_bOwnsItself = true; }
+
+private:
+    bool m_bOwnsItself = false;
+};
+
+template <class T>
+int RunWizardPage(PageContext* context)
+{
+    CMessageLoop loop;
+    const CMessageLoopEntry entry(loop);
+    T page(context);
+    const HWND window = page.Create(nullptr);
+    if (!window) {
+        ShowDialogFailure(static_cast<int>(T::IDD), ::GetLastError());
+        return NAVIGATION_LOAD_FAILED;
+    }
+    ::ShowWindow(window, SW_SHOW);
+    return loop.Run();
+}
+
+template <class T>
+CTabPage MakeTabPage(PageContext* context)
+{
+    CTabPage tabPage;
+    auto page = std::make_unique<COwnedTabPage<T>>(context);
+    const HWND window = page->Create(context->hParent);
+    if (!window) {
+        ShowDialogFailure(static_cast<int>(T::IDD), ::GetLastError());
+        return tabPage;
+    }
+    tabPage.hWnd = window;
+    tabPage.pFilter = page.get();
+    page.release()->OwnItself();
+    return tabPage;
+}
+
+// The body of every ...Dialog export.
+template <class T>
+int ShowWizardPage(PageContext* context) noexcept
+try {
+    CResourceLibrary library;
+    if (!library.Load(GetResourceLibraryPath()))
+        return NAVIGATION_LOAD_FAILED;
+    const CResourceInstanceSwap resources(library.GetModule());
+    context->hResource = library.GetModule();
+    return RunWizardPage<T>(context);
+} catch (...) {
+    ShowPageException();
+    return NAVIGATION_LOAD_FAILED;
+}
+
+// The body of every ...Page export. The page takes its own reference on the library before this one goes.
+template <class T>
+CTabPage CreateTabPage(PageContext* context) noexcept
+try {
+    const CString path = GetResourceLibraryPath();
+    CResourceLibrary library;
+    if (!library.Load(path))
+        return CTabPage();
+    const CResourceInstanceSwap resources(library.GetModule());
+    context->pszResourcePath = path;
+    return MakeTabPage<T>(context);
+} catch (...) {
+    ShowPageException();
+    return CTabPage();
+}

@@ -1,0 +1,27 @@
+// Strings of the resource library, by way of the global resource handle.
+#pragma once
+
+#include "window/string.h"
+
+// Empty when there is no such string.
+[[nodiscard]] CString LoadResourceString(unsigned int id);
+
+// What FormatResource hands to the format for an argument: numbers as they are, texts as a pointer.
+template <class Argument>
+Argument FormatArgument(Argument argument)
+{
+    return argument;
+}
+inline const wchar_t* FormatArgument(const CString& text)
+{
+    return text.GetString();
+}
+
+// The string as a printf format with the arguments; %s takes wide text.
+template <class... Arguments>
+[[nodiscard]] CString FormatResource(unsigned int id, const Arguments&... arguments)
+{
+    CString text;
+    text.Format(LoadResourceString(id), FormatArgument(arguments)...);
+    return text;
+}

@@ -1,0 +1,197 @@
+#!/usr/bin/env python3
+"""Runs the built tests and counts them; called by ./test.
+
+Three kinds: checks (functions of tests/checks and tests/end_to_end, by Python's unittest), GoogleTest programs (native
+and under Wine), and fuzzers for a bounded time. Programs for Wine run in two lanes, each with a prefix, a display and
+a core of its own; which lane a program takes stands in LANES.
+"""
+
+import glob
+import importlib.util
+import os
+import re
+import subprocess
+import sys
+import threading
+import time
+import unittest
+
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+BUILD = os.environ.get("ROLLOUT_BUILD", os.path.join(ROOT, "build"))
+LOGS = os.path.join(BUILD, "test-logs")
+# Programs that build and install deployments take the second lane, so that the page tests need not wait for them.
+SECOND_LANE = ("host_test", "build_test")
+PROGRAM_SECONDS = 1200
+FUZZ_SECONDS = int(os.environ.get("ROLLOUT_FUZZ_SECONDS", "4"))
+
+
+class Tally:
+    """Counts results from several threads and prints each as it comes."""
+
+    def __init__(self):
+        self.lock = threading.Lock()
+        self.passed = 0
+        self.failed = []
+        self.skipped = 0
+
+    def add(self, name, ok, detail=""):
+        with self.lock:
+            if ok:
+                self.passed += 1
+            else:
+                self.failed.append(name)
+                print("FAILED  %s\n%s" % (name, detail.rstrip()), flush=True)
+
+
+def run_gtest(tally, label, command, pattern, environment):
+    """Runs one program and reads its results line by line; a crash fails the test that was running."""
+    wanted = ["--gtest_filter=*%s*" % pattern] if pattern else []
+    started = time.monotonic()
+    process = subprocess.Popen(command + wanted, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, env=environment,
+                               cwd=ROOT, stdin=subprocess.DEVNULL)
+    timer = threading.Timer(PROGRAM_SECONDS, process.kill)
+    timer.start()
+    running, lines, finished, count = None, [], False, 0
+    with open(os.path.join(LOGS, label + ".log"), "wb") as log:
+        for raw in process.stdout:
+            log.write(raw)
+            line = raw.decode("utf-8", "replace").rstrip()
+            match = re.match(r"\[ (RUN     |      OK|  FAILED |  SKIPPED) \] ([\w/.]+)", line)
+            kind = match.group(1).strip() if match else ""
+            if kind == "RUN":
+                running, lines = match.group(2), []
+            elif kind and running == match.group(2):
+                count += 1
+                if kind == "SKIPPED":
+                    tally.skipped += 1
+                else:
+                    tally.add(label + ": " + running, kind == "OK", "\n".join(lines))
+                running = None
+            elif line.startswith("[==========]") and " ran." in line:
+                finished = True
+            elif running:
+                lines.append(line)
+    code = process.wait()
+    timer.cancel()
+    if running or not finished:
+        tally.add("%s: %s" % (label, running or "(the program)"), False,
+                  "\n".join(lines[-40:]) + "\nThe program ended with %d before its tests were over." % code)
+    elif code != 0 and not any(name.startswith(label + ": ") for name in tally.failed):
+        tally.add(label + ": (exit)", False, "All tests passed, but the program ended with %d." % code)
+    print("%-40s %4d tests, %5.1f s" % (label, count, time.monotonic() - started), flush=True)
+
+
+def lane_environment(number):
+    """A prefix and a hidden display for one lane, made by the script that all entry points share."""
+    prefix = os.path.join(BUILD, "prefix" if number == 0 else "prefix-%d" % number)
+    script = ('. scripts/environment.sh; export ROLLOUT_CORE=%d; rollout_prefix "%s" && rollout_display && '
+              'echo "$DISPLAY $ROLLOUT_XVFB" && env -0 >&2' % (number % (os.cpu_count() or 1), prefix))
+    started = subprocess.run(["bash", "-c", script], cwd=ROOT, capture_output=True)
+    if started.returncode != 0:
+        raise RuntimeError("Lane %d did not start: %s" % (number, started.stderr.decode()[-400:]))
+    environment = dict(entry.split("=", 1) for entry in started.stderr.decode().split("\0") if "=" in entry)
+    return environment, int(started.stdout.split()[-1])
+
+
+def run_lane(tally, number, programs, tests, pattern):
+    environment, display = lane_environment(number)
+    core = environment["ROLLOUT_CORE"]
+    try:
+        for program in programs:
+            label = os.path.splitext(os.path.basename(program))[0]
+            run_gtest(tally, label, ["taskset", "-c", core, "wine", program], pattern, environment)
+        os.environ.update({name: environment[name] for name in environment if name.startswith(("WINE", "DISPLAY"))})
+        os.environ["ROLLOUT_CORE"] = core
+        for test in tests:
+            run_check(tally, test)
+    finally:
+        subprocess.run(["wineserver", "-k"], env=environment, stderr=subprocess.DEVNULL)
+        os.kill(display, 15)
+
+
+def run_check(tally, test):
+    started = time.monotonic()
+    result = unittest.TestResult()
+    test.run(result)
+    trouble = result.failures + result.errors
+    tally.add(test.id(), not trouble, "".join(text for _, text in trouble))
+    elapsed = time.monotonic() - started
+    if elapsed > 5:
+        print("%-60s %5.1f s" % (test.id(), elapsed), flush=True)
+
+
+def run_fuzzers(tally, pattern):
+    for program in sorted(glob.glob(os.path.join(BUILD, "native", "fuzz", "*"))):
+        name = os.path.basename(program)
+        if not os.access(program, os.X_OK) or os.path.isdir(program) or pattern not in "fuzz " + name:
+            continue
+        found = os.path.join(BUILD, "fuzz-findings", name)
+        corpus = os.path.join(BUILD, "fuzz-corpus", name)
+        os.makedirs(found, exist_ok=True)
+        os.makedirs(corpus, exist_ok=True)
+        command = [program, "-max_total_time=%d" % FUZZ_SECONDS, "-timeout=10", "-rss_limit_mb=2048",
+                   "-artifact_prefix=" + found + "/", corpus, os.path.join(ROOT, "fuzz", "corpus", name)]
+        result = subprocess.run(command, capture_output=True)
+        output = result.stderr.decode("utf-8", "replace")
+        runs = re.search(r"Done (\d+) runs", output)
+        tally.add("fuzz " + name, result.returncode == 0 and bool(runs), output[-3000:])
+        print("%-40s %s runs" % ("fuzz " + name, runs.group(1) if runs else "no"), flush=True)
+
+
+def load_checks(folder):
+    tests = []
+    for path in sorted(glob.glob(os.path.join(ROOT, "tests", folder, "*_test.py"))):
+        name = os.path.splitext(os.path.basename(path))[0]
+        spec = importlib.util.spec_from_file_location(name, path)
+        module = importlib.util.module_from_spec(spec)
+        sys.path.insert(0, os.path.dirname(path))
+        spec.loader.exec_module(module)
+        suites = unittest.defaultTestLoader.loadTestsFromModule(module)
+        tests += [test for suite in suites for test in suite]
+    return tests
+
+
+def main():
+    arguments = sys.argv[1:]
+    listing = "--list" in arguments
+    pattern = next((word for word in arguments if not word.startswith("--")), "")
+    os.makedirs(LOGS, exist_ok=True)
+    native = sorted(glob.glob(os.path.join(BUILD, "native", "tests", "**", "*_test"), recursive=True))
+    windows = sorted(glob.glob(os.path.join(BUILD, "windows", "bin", "*_test.exe")))
+    checks = [test for test in load_checks("checks") if pattern in test.id()]
+    scenarios = [test for test in load_checks("end_to_end") if pattern in test.id()]
+    if listing:
+        print("\n".join(native + windows + [test.id() for test in checks + scenarios]))
+        return 0
+    tally = Tally()
+    for test in checks:
+        run_check(tally, test)
+    second = [program for program in windows if os.path.basename(program)[:-4] in SECOND_LANE]
+    first = [program for program in windows if program not in second]
+    lanes = [threading.Thread(target=guarded, args=(tally, run_lane, 0, first, [], pattern)),
+             threading.Thread(target=guarded, args=(tally, run_lane, 1, second, scenarios, pattern))]
+    for lane in lanes:
+        lane.start()
+    for program in native:
+        run_gtest(tally, "native " + os.path.basename(program), [program], pattern, dict(os.environ))
+    run_fuzzers(tally, pattern)
+    for lane in lanes:
+        lane.join()
+    if tally.skipped:
+        print("%d skipped" % tally.skipped)
+    for name in tally.failed:
+        print("failed: " + name)
+    print("%d passed, %d failed" % (tally.passed, len(tally.failed)))
+    return 1 if tally.failed or tally.passed == 0 else 0
+
+
+def guarded(tally, work, *arguments):
+    """A lane that can't start is a failure, not a silent gap."""
+    try:
+        work(tally, *arguments)
+    except Exception as error:  # noqa: BLE001 - whatever it is, it must be counted
+        tally.add("lane %s" % arguments[0], False, str(error))
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,82 @@
+#include "setup/answer_table.h"
+
+#include "include/resource_ids.h"
+
+#include <iterator>
+
+namespace {
+
+constexpr AnswerPage PAGES[] = {
+    {L"begin", L"BeginDeploymentDialog", false},
+    {L"contact", L"ProductContactDialog", false},
+    {L"complete", L"DeploymentCompleteDialog", true},
+    {L"failed", L"DeploymentFailedDialog", true},
+};
+
+constexpr AnswerKey KEYS[] = {
+    // Media that is no deployment's image shows no choice of mode: it can only create.
+    {L"begin", L"mode", AnswerKind::Radio, IDC_MODE_CREATE, L"create", true},
+    {L"begin", L"mode", AnswerKind::Radio, IDC_MODE_CREATE_FROM, L"create_from", false},
+    {L"begin", L"mode", AnswerKind::Radio, IDC_MODE_MODIFY, L"modify", false},
+    {L"begin", L"location", AnswerKind::Path, IDC_LOCATION, nullptr, false},
+    {L"begin", L"base", AnswerKind::ListLine, IDC_DEPLOYMENTS, nullptr, false},
+    {L"begin", L"name", AnswerKind::Text, IDC_NAME, nullptr, false},
+    {L"begin", L"platform", AnswerKind::Radio, IDC_PLATFORM_X86, L"x86", false},
+    {L"begin", L"platform", AnswerKind::Radio, IDC_PLATFORM_X64, L"x64", false},
+};
+
+constexpr AnswerBox BOXES[] = {
+    {L"begin", BoxKind::Question, L"local_location", L"location", IDS_LOCATION_NOT_NETWORK},
+    {L"begin", BoxKind::Question, L"confirm_folder", L"location", IDS_CONFIRM_FOLDER},
+    {L"begin", BoxKind::Question, L"replace", L"name", IDS_REPLACE_DEPLOYMENT},
+    {L"begin", BoxKind::Refusal, nullptr, L"location", IDS_OTHER_PRODUCTS_DEPLOYMENT},
+    {L"begin", BoxKind::Refusal, nullptr, L"location", IDS_LOCATION_MISSING},
+    {L"begin", BoxKind::Refusal, nullptr, L"location", IDS_LOCATION_UNUSABLE},
+    {L"begin", BoxKind::Refusal, nullptr, L"location", IDS_LOCATION_ACCESS_DENIED},
+    {L"begin", BoxKind::Refusal, nullptr, L"location", IDS_PATH_TOO_LONG},
+    {L"begin", BoxKind::Refusal, nullptr, L"name", IDS_NAME_INVALID},
+    {L"begin", BoxKind::Refusal, nullptr, L"platform", IDS_PLATFORM_NOT_ALLOWED},
+};
+
+template <class Row, std::size_t COUNT>
+TableRows<Row> RowsOf(const Row (&rows)[COUNT])
+{
+    return {rows, rows + COUNT};
+}
+
+} // namespace
+
+TableRows<AnswerPage> AnswerPages()
+{
+    return RowsOf(PAGES);
+}
+
+TableRows<AnswerKey> AnswerKeys()
+{
+    return RowsOf(KEYS);
+}
+
+TableRows<AnswerBox> AnswerBoxes()
+{
+    return RowsOf(BOXES);
+}
+
+const AnswerPage* FindAnswerPage(const CString& section)
+{
+    for (const AnswerPage& page : PAGES) {
+        if (section == page.section) {
+            return &page;
+        }
+    }
+    return nullptr;
+}
+
+const AnswerPage* FindAnswerPageOfExport(const CString& page)
+{
+    for (const AnswerPage& row : PAGES) {
+        if (page == row.page) {
+            return &row;
+        }
+    }
+    return nullptr;
+}

@@ -1,0 +1,70 @@
+// Which words an answers file knows: one row a key, and one row a box that a page may put. A new page adds its rows
+// here and nowhere else. The same rows serve to write an answers file from a run.
+#pragma once
+
+#include "window/string.h"
+
+// A page's section in an answers file.
+struct AnswerPage
+{
+    const wchar_t* section; // "begin"
+    const wchar_t* page;    // its export
+    bool bOutcome;          // shown after the build, one of them
+};
+
+enum class AnswerKind
+{
+    Text,     // an edit
+    Path,     // an edit with a path; a relative one counts from the folder of the answers file
+    Radio,    // one of several buttons: a row a choice, all of one word
+    ListLine, // a line of a list box, by its text
+};
+
+struct AnswerKey
+{
+    const wchar_t* section;
+    const wchar_t* word;
+    AnswerKind kind;
+    unsigned int control;
+    const wchar_t* choice; // Radio: the value that picks this button
+    // Radio: this choice is what the page does by itself when it doesn't show the buttons.
+    bool bDefaultWhenHidden;
+};
+
+enum class BoxKind
+{
+    Question, // Yes and No, answered by "on_question.<role>"
+    Refusal,  // the page won't take the value of the key
+};
+
+struct AnswerBox
+{
+    const wchar_t* section;
+    BoxKind kind;
+    const wchar_t* role; // Question: the word behind "on_question."
+    const wchar_t* key;  // the key that the box is about
+    unsigned int string; // its text in the resource library; "%s" stands for any text
+};
+
+// A word of every section: what ends the page once its answers are entered.
+constexpr wchar_t LEAVE_KEY[] = L"leave";
+constexpr wchar_t QUESTION_PREFIX[] = L"on_question.";
+
+// A borrowed run of rows, for range-based loops.
+template <class Row>
+struct TableRows
+{
+    const Row* first;
+    const Row* last;
+    const Row* begin() const { return first; }
+    const Row* end() const { return last; }
+};
+
+TableRows<AnswerPage> AnswerPages();
+// In the order in which a page's answers are entered: what changes the page's layout comes first.
+TableRows<AnswerKey> AnswerKeys();
+TableRows<AnswerBox> AnswerBoxes();
+
+// Null when there is no such row.
+const AnswerPage* FindAnswerPage(const CString& section);
+const AnswerPage* FindAnswerPageOfExport(const CString& page);

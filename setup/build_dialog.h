@@ -1,0 +1,70 @@
+// The window that is up while a deployment is built: what is being done, how much of it, how long it may still take,
+// and a Cancel that asks first. The build goes on while it asks.
+#pragma once
+
+#include "setup/build_worker.h"
+#include "setup/resource.h"
+#include "setup/taskbar_progress.h"
+#include "window/dialog_impl.h"
+#include "window/message_map.h"
+
+#include <commctrl.h>
+
+#include <functional>
+
+class CBuildDialog : public CDialogImpl<CBuildDialog>
+{
+public:
+    enum
+    {
+        IDD = IDD_BUILD
+    };
+
+    // `name`: the deployment's. `onStep`, if any, is told of each step that the window shows, on the window's thread.
+    CBuildDialog(const CString& name, BuildFunction build, std::function<void(const CString&)> onStep = {});
+
+    // Shows the window until the build has ended. A window that can't be made is a failed build: nothing is begun that
+    // nobody could stop.
+    [[nodiscard]] BuildResult Run();
+
+    BEGIN_MSG_MAP(CBuildDialog)
+    MESSAGE_HANDLER(WM_INITDIALOG, OnInitDialog)
+    MESSAGE_HANDLER(WM_DESTROY, OnDestroy)
+    MESSAGE_HANDLER(WM_QUERYENDSESSION, OnQueryEndSession)
+    MESSAGE_HANDLER(WM_TIMER, OnTimer)
+    MESSAGE_HANDLER(BUILD_MESSAGE_PROGRESS, OnProgress)
+    MESSAGE_HANDLER(BUILD_MESSAGE_DONE, OnDone)
+    COMMAND_ID_HANDLER(IDCANCEL, OnCancel)
+    END_MSG_MAP()
+
+private:
+    LRESULT OnInitDialog(UINT, WPARAM, LPARAM, BOOL&);
+    LRESULT OnDestroy(UINT, WPARAM, LPARAM, BOOL&);
+    LRESULT OnQueryEndSession(UINT, WPARAM, LPARAM, BOOL&);
+    LRESULT OnTimer(UINT, WPARAM, LPARAM, BOOL&);
+    LRESULT OnProgress(UINT, WPARAM, LPARAM, BOOL&);
+    LRESULT OnDone(UINT, WPARAM, LPARAM, BOOL&);
+    LRESULT OnCancel(WORD, WORD, HWND, BOOL&);
+
+    void ShowProgress();
+    void ShowStep(const BuildSnapshot& snapshot);
+    void ShowAmount(const BuildSnapshot& snapshot);
+    void ShowTimeLeft();
+    void ShowText(int control, const CString& text);
+    void SetMarquee(bool on);
+    void CloseQuestion();
+
+    CString m_strName;
+    BuildFunction m_build;
+    std::function<void(const CString&)> m_onStep;
+
+    CTaskbarProgress m_taskbar;
+    BuildSnapshot m_shown;
+    ULONGLONG m_bytesSince = 0; // tick count when the first byte was told
+    int m_thousandths = -1;
+    bool m_bMarquee = false;
+    bool m_bAsking = false; // the cancel question is up
+    bool m_bCancelling = false;
+    bool m_bDone = false;
+    CBuildWorker m_worker; // last: its end waits for the build, which uses the rest
+};

@@ -1,0 +1,126 @@
+#include "setup/command_line.h"
+
+namespace {
+
+// An option with a text of its own, and where the text goes.
+struct TextOption
+{
+    const wchar_t* name;
+    CString CommandLine::*target;
+};
+
+constexpr TextOption TEXT_OPTIONS[] = {
+    {L"--media", &CommandLine::strMedia},       {L"--answers", &CommandLine::strAnswers},
+    {L"--out", &CommandLine::strOut},           {L"--language", &CommandLine::strLanguage},
+    {L"--pictures", &CommandLine::strPictures}, {L"--log", &CommandLine::strLog},
+};
+
+const TextOption* FindTextOption(const CString& name)
+{
+    for (const TextOption& option : TEXT_OPTIONS) {
+        if (name == option.name) {
+            return &option;
+        }
+    }
+    return nullptr;
+}
+
+// set = page "." key "=" value
+CString ParseSet(const CString& text, CommandLine& line)
+{
+    const int equals = text.Find(L'=');
+    const CString word = equals < 0 ? text : text.Left(equals);
+    const int dot = word.Find(L'.');
+    if (equals < 0 || dot <= 0 || dot + 1 == word.GetLength()) {
+        return L"--set needs page.key=value, such as --set begin.name=Office, but came with \"" + text +
+               L"\".";
+    }
+    const CommandLineAnswer answer{word.Left(dot), word.Mid(dot + 1), text.Mid(equals + 1)};
+    for (const CommandLineAnswer& other : line.answers) {
+        if (other.strPage == answer.strPage && other.strKey == answer.strKey) {
+            return L"--set gives " + word + L" twice. Keep one of the two.";
+        }
+    }
+    line.answers.push_back(answer);
+    return CString();
+}
+
+CString StoreText(const TextOption& option, const CString& text, CommandLine& line)
+{
+    CString& target = line.*option.target;
+    if (text.IsEmpty()) {
+        return CString(option.name) + L" needs a value behind it.";
+    }
+    if (!target.IsEmpty()) {
+        return CString(option.name) + L" stands twice. Keep one of the two.";
+    }
+    target = text;
+    return CString();
+}
+
+bool IsHelp(const CString& argument)
+{
+    return argument == L"--help" || argument == L"-h" || argument == L"/?";
+}
+
+// True when the next argument is an option and so can't be the value of this one: "--out --check" forgot a folder.
+bool IsOptionName(const CString& argument)
+{
+    return argument.Left(2) == L"--";
+}
+
+} // namespace
+
+CString ParseCommandLine(const std::vector<CString>& arguments, CommandLine& line)
+{
+    line = CommandLine();
+    for (std::size_t index = 0; index < arguments.size(); ++index) {
+        const CString& argument = arguments[index];
+        if (IsHelp(argument)) {
+            line.bHelp = true;
+            continue;
+        }
+        if (argument == L"--check") {
+            line.bCheck = true;
+            continue;
+        }
+        const int equals = IsOptionName(argument) ? argument.Find(L'=') : -1;
+        const CString name = equals < 0 ? argument : argument.Left(equals);
+        const TextOption* option = FindTextOption(name);
+        if (!option && name != L"--set") {
+            return L"Unknown word on the command line: \"" + argument + L"\".";
+        }
+        CString text;
+        if (equals >= 0) {
+            text = argument.Mid(equals + 1);
+        } else if (index + 1 < arguments.size() && !IsOptionName(arguments[index + 1])) {
+            text = arguments[++index];
+        }
+        const CString complaint = option ? StoreText(*option, text, line) : ParseSet(text, line);
+        if (!complaint.IsEmpty()) {
+            return complaint;
+        }
+    }
+    return CString();
+}
+
+CString CommandLineUsage()
+{
+    return L"Setup.exe [--media PATH] [--answers FILE] [--set page.key=value ...] [--out DIR]\n"
+           L"          [--language LOCALE] [--pictures DIR] [--log FILE] [--check] [--help]\n"
+           L"\n"
+           L"  --media PATH          a folder with Setup.xml, a deployment's folder, or one .msi\n"
+           L"                        (default: the folder Media beside the program, else it asks)\n"
+           L"  --answers FILE        walk the pages with the answers of this file\n"
+           L"  --set page.key=value  one answer, worded as in the file; wins over the file\n"
+           L"  --out DIR             where the deployment goes; wins over begin.location\n"
+           L"  --language LOCALE     language of the wizard, such as en-US\n"
+           L"  --pictures DIR        save a picture (PNG) of every page and box shown\n"
+           L"  --log FILE            where the setup's log goes\n"
+           L"  --check               walk the pages and check all answers, but build nothing\n"
+           L"  --help                this text\n"
+           L"\n"
+           L"Exit codes: 0 done, 1602 cancelled, 1603 failed, 20 bad command line, 21 bad answers,\n"
+           L"22 an answer was refused by its page, 23 a question without an answer,\n"
+           L"24 answers for a page that isn't shown, 25 a page overdue.\n";
+}

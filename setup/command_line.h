@@ -1,0 +1,43 @@
+// The command line of Setup.exe.
+//
+//   line    = { option }
+//   option  = "--media" PATH | "--answers" FILE | "--out" DIR | "--language" LOCALE | "--pictures" DIR
+//           | "--log" FILE | "--set" page "." key "=" value | "--check" | "--help" | "-h" | "/?"
+//
+// A value stands in the next argument or behind "=" in the same one. "--set" may stand several times, once a key;
+// all others once. "--help" wins over everything else that is well formed.
+#pragma once
+
+#include "window/string.h"
+
+#include <vector>
+
+// One "--set": the answer of a page's key, worded as in an answers file.
+struct CommandLineAnswer
+{
+    CString strPage; // the section's word
+    CString strKey;  // may hold dots
+    CString strValue;
+};
+
+struct CommandLine
+{
+    CString strMedia;
+    CString strAnswers;
+    CString strOut;
+    CString strLanguage;
+    CString strPictures;
+    CString strLog;
+    std::vector<CommandLineAnswer> answers;
+    bool bCheck = false;
+    bool bHelp = false;
+
+    // With answers from anywhere the pages are walked without a person.
+    [[nodiscard]] bool IsUnattended() const { return bCheck || !strAnswers.IsEmpty() || !answers.empty(); }
+};
+
+// Reads the arguments behind the program's name. The empty text on success, otherwise what is wrong, a sentence.
+[[nodiscard]] CString ParseCommandLine(const std::vector<CString>& arguments, CommandLine& line);
+
+// What "--help" prints, and what follows the complaint about a bad command line.
+CString CommandLineUsage();

@@ -1,0 +1,21 @@
+// Where a program without a console of its own writes: the file or pipe that it was started with, else the console of
+// the program that started it, else nowhere.
+#pragma once
+
+#include "window/handle.h"
+#include "window/string.h"
+
+class CConsoleOutput
+{
+public:
+    CConsoleOutput();
+
+    bool IsOpen() const { return m_hOutput && m_hOutput != INVALID_HANDLE_VALUE; }
+    // One line; the text's own line ends are kept. UTF-8 for a file or pipe. Any thread.
+    void WriteLine(const CString& text);
+
+private:
+    CFileOwner m_console; // only when it was opened here
+    HANDLE m_hOutput = INVALID_HANDLE_VALUE;
+    bool m_bIsConsole = false;
+};

@@ -1,0 +1,10 @@
+// Texts with numbered holes: "%1" to "%9" take the arguments, "%%" stands for one "%". A translation may order the
+// holes as it likes. What is filled in is never looked at again, so a "%1" in a name stays.
+#pragma once
+
+#include "window/string.h"
+
+#include <initializer_list>
+
+// A hole without an argument stays as it stands, and so does a "%" in front of anything else.
+CString FillText(const CString& text, std::initializer_list<CString> arguments);

@@ -1,0 +1,83 @@
+#include "setup/flow.h"
+
+#include "include/navigation.h"
+#include "setup/answer_table.h"
+
+#include <utility>
+
+namespace {
+
+bool IsOutcomePage(const CString& page)
+{
+    const AnswerPage* row = FindAnswerPageOfExport(page);
+    return row && row->bOutcome;
+}
+
+FlowMove FinishWith(unsigned int exitCode)
+{
+    return {FlowAct::Finish, -1, exitCode};
+}
+
+// What the program ends with for a build's code: the installer's own causes all count as "failed".
+unsigned int ExitCodeOfBuild(unsigned int code)
+{
+    return code == SETUP_DONE || code == SETUP_CANCELLED ? code : static_cast<unsigned int>(SETUP_FAILED);
+}
+
+} // namespace
+
+WizardFlow::WizardFlow(std::vector<CString> pages, bool builds) : m_pages(std::move(pages)), m_bBuilds(builds)
+{
+    for (std::size_t index = 0; index < m_pages.size(); ++index) {
+        if (!IsOutcomePage(m_pages[index])) {
+            m_choosing.push_back(static_cast<int>(index));
+        }
+    }
+}
+
+FlowMove WizardFlow::Show(std::size_t position)
+{
+    m_position = position;
+    return {FlowAct::ShowPage, m_choosing[position], 0};
+}
+
+FlowMove WizardFlow::Start()
+{
+    return HasChoosingPage() ? Show(0) : FinishWith(SETUP_FAILED);
+}
+
+FlowMove WizardFlow::AfterPage(int result)
+{
+    if (m_bBuilt) {
+        return FinishWith(m_exitCode); // whatever closed the outcome page, the deployment is what it is
+    }
+    switch (result) {
+    case NAVIGATION_NEXT:
+        if (m_position + 1 < m_choosing.size()) {
+            return Show(m_position + 1);
+        }
+        return m_bBuilds ? FlowMove{FlowAct::Build, -1, 0} : FinishWith(SETUP_DONE);
+    case NAVIGATION_BACK:
+        return Show(m_position > 0 ? m_position - 1 : 0);
+    case NAVIGATION_RESET:
+        return Show(0);
+    case NAVIGATION_LOAD_FAILED:
+        return FinishWith(SETUP_FAILED);
+    default: // Cancel, or a page that something outside has closed
+        return FinishWith(SETUP_CANCELLED);
+    }
+}
+
+FlowMove WizardFlow::AfterBuild(unsigned int exitCode)
+{
+    m_bBuilt = true;
+    m_exitCode = ExitCodeOfBuild(exitCode);
+    const CString outcome =
+        m_exitCode == SETUP_DONE ? L"DeploymentCompleteDialog" : L"DeploymentFailedDialog";
+    for (std::size_t index = 0; index < m_pages.size(); ++index) {
+        if (m_pages[index] == outcome) {
+            return {FlowAct::ShowPage, static_cast<int>(index), 0};
+        }
+    }
+    return FinishWith(m_exitCode);
+}

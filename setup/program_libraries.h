@@ -1,0 +1,43 @@
+// The program's libraries, loaded by full path from the program's folder when they are needed, so that a missing one
+// is told in words instead of by the system's loader.
+//
+//   CHostLibrary   WizCore.dll, which opens media
+//   CPageLibrary   RolloutUi.dll, which shows pages
+#pragma once
+
+#include "host/setup_host.h"
+#include "include/page_context.h"
+#include "window/handle.h"
+#include "window/string.h"
+
+#include <memory>
+
+using PageFunction = int (*)(PageContext* context);
+
+class CHostLibrary
+{
+public:
+    // The empty text, or why it failed.
+    [[nodiscard]] CString Load(const CString& programFolder);
+    // Null with `error` on failure. The library outlives the host.
+    [[nodiscard]] std::unique_ptr<CSetupHost> Open(const HostOptions& options, HostError& error) const;
+
+private:
+    using OpenFunction = CSetupHost* (*)(const HostOptions& options, HostError& error);
+
+    CModuleOwner m_module;
+    OpenFunction m_open = nullptr;
+};
+
+class CPageLibrary
+{
+public:
+    [[nodiscard]] CString Load(const CString& programFolder);
+    // Null when the library doesn't have the page.
+    [[nodiscard]] PageFunction Find(const CString& page) const;
+    const CString& Path() const { return m_strPath; }
+
+private:
+    CModuleOwner m_module;
+    CString m_strPath;
+};

@@ -1,0 +1,43 @@
+// Ids of the program's own resources; the resource script includes it too.
+#ifndef ROLLOUT_SETUP_RESOURCE_H
+#define ROLLOUT_SETUP_RESOURCE_H
+
+#define IDI_PROGRAM 1
+
+#define IDD_BUILD 100
+
+#define IDC_BUILD_STEP 1001
+#define IDC_BUILD_FILE 1002
+#define IDC_BUILD_BAR 1003
+#define IDC_BUILD_AMOUNT 1004
+#define IDC_BUILD_TIME_LEFT 1005
+
+// Build window. %1, %2: texts that are filled in
+#define IDS_BUILD_TITLE 200       // %1: name of the deployment
+#define IDS_BUILD_TITLE_SHARE 201 // %1: per cent, %2: name of the deployment
+#define IDS_BUILD_STARTING 202
+#define IDS_BUILD_AMOUNT 203 // %1: bytes done, %2: of all
+#define IDS_BUILD_CANCELLING 204
+#define IDS_BUILD_CANCEL_QUESTION 205
+#define IDS_BUILD_SECONDS_LEFT 206 // %1: number
+#define IDS_BUILD_MINUTE_LEFT 207
+#define IDS_BUILD_MINUTES_LEFT 208 // %1: number
+#define IDS_BUILD_HOURS_LEFT 209   // %1: number
+#define IDS_BUILD_SHUTDOWN_REASON 210
+#define IDS_DECIMAL_POINT 211
+#define IDS_BUILD_BROKE_OFF 212
+
+// Program
+#define IDS_PROGRAM_TITLE 300
+#define IDS_CHOOSE_MEDIA 301
+#define IDS_MEDIA_NOT_GIVEN 302    // %1: folder that was looked for
+#define IDS_LIBRARY_MISSING 303    // %1: path, %2: why
+#define IDS_LIBRARY_FOREIGN 304    // %1: path, %2: export
+#define IDS_NO_PAGES 305           // %1: path of the page library
+#define IDS_BAD_COMMAND_LINE 306   // %1: complaint
+#define IDS_ANSWERS_UNREADABLE 307 // %1: why
+#define IDS_PICTURES_FAILED 308    // %1: path, %2: why
+#define IDS_OUT_OF_MEMORY 309
+#define IDS_SEE_LOG 310 // %1: what failed, %2: log
+
+#endif

@@ -1,0 +1,63 @@
+#include "setup/run_log.h"
+
+#include "host/setup_host.h"
+#include "window/handle.h"
+
+#include <string>
+
+void CRunLog::Line(const CString& text)
+{
+    if (m_bToConsole) {
+        m_console.WriteLine(text);
+    }
+    if (m_pHost) {
+        m_pHost->AppendLog(text);
+    } else {
+        m_waiting.push_back(text);
+    }
+}
+
+void CRunLog::Finish(const RunOutcome& outcome)
+{
+    if (m_bFinished) {
+        return;
+    }
+    m_bFinished = true;
+    CString cause = outcome.strCause; // one line, for scripts that read the last one
+    for (const wchar_t* lineEnd : {L"\r\n", L"\n\n", L"\n"}) {
+        cause.Replace(lineEnd, L" ");
+    }
+    const CString text = L"Exit code " + NumberText(outcome.exitCode);
+    Line(cause.IsEmpty() ? text : text + L": " + cause);
+    for (const CString& line : m_waiting) {
+        AppendToFile(line);
+    }
+    m_waiting.clear();
+}
+
+void CRunLog::UseHost(CSetupHost* host)
+{
+    m_pHost = host;
+    if (!host) {
+        return;
+    }
+    for (const CString& line : m_waiting) {
+        host->AppendLog(line);
+    }
+    m_waiting.clear();
+}
+
+void CRunLog::AppendToFile(const CString& text) const
+{
+    if (m_strFile.IsEmpty()) {
+        return;
+    }
+    const CFileOwner file(CreateFileW(m_strFile, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                      nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    std::string bytes;
+    AppendUtf8(bytes, text + L"\r\n");
+    DWORD written = 0;
+    if (file) { // a log that can't be written doesn't change the verdict, which the caller tells in other ways too
+        WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    }
+}

@@ -1,0 +1,46 @@
+// One line a step, told to the log and, in an unattended run, to the console. Lines that come before the host is open
+// wait for it; when it never opens they go to the file of --log by themselves.
+#pragma once
+
+#include "setup/console_output.h"
+#include "window/string.h"
+
+#include <vector>
+
+class CSetupHost;
+
+// How a run ended.
+struct RunOutcome
+{
+    unsigned int exitCode = 0;
+    CString strCause;   // in words; empty for success
+    bool bTold = false; // a window has told the user already
+};
+
+class CRunLog
+{
+public:
+    // `file`: full path, empty for none of its own.
+    CRunLog(bool toConsole, const CString& file) : m_bToConsole(toConsole), m_strFile(file) {}
+
+    void Line(const CString& text);
+    // For words that the user asked for: always to the console, never to the log.
+    void Say(const CString& text) { m_console.WriteLine(text); }
+    // False when words would go nowhere, so that a window has to tell them.
+    bool HasConsole() const { return m_console.IsOpen(); }
+    // The last line: code and cause. Counts once: a run ends where it is known first how.
+    void Finish(const RunOutcome& outcome);
+
+    // The host's log from now on; null when the host goes.
+    void UseHost(CSetupHost* host);
+
+private:
+    void AppendToFile(const CString& text) const;
+
+    CConsoleOutput m_console;
+    bool m_bToConsole;
+    CString m_strFile;
+    CSetupHost* m_pHost = nullptr;
+    std::vector<CString> m_waiting;
+    bool m_bFinished = false;
+};

@@ -1,0 +1,26 @@
+#include "setup/texts.h"
+
+#include "setup/fill_text.h"
+#include "window/handle.h"
+#include "window/module.h"
+
+CString SetupText(unsigned int id, std::initializer_list<CString> arguments)
+{
+    const wchar_t* text =
+        nullptr; // with a size of 0 the call hands out the resource itself, which has no closing zero
+    const int length = LoadStringW(_Module.GetModuleInstance(), id, reinterpret_cast<wchar_t*>(&text), 0);
+    return FillText(CString(text, length), arguments);
+}
+
+CString SystemErrorText(unsigned long code)
+{
+    wchar_t* text = nullptr;
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM |
+                                            FORMAT_MESSAGE_IGNORE_INSERTS,
+                                        nullptr, code, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+    const CLocalOwner owner(text);
+    if (length == 0) {
+        return L"error " + NumberText(static_cast<long long>(code));
+    }
+    return CString(text, static_cast<int>(length)).TrimRight();
+}

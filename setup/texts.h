@@ -1,0 +1,13 @@
+// The program's own texts and the system's words for its errors.
+#pragma once
+
+#include "window/string.h"
+
+#include <initializer_list>
+
+// A text of the program's string table with its holes filled (see FillText); empty when there is none.
+CString SetupText(unsigned int id, std::initializer_list<CString> arguments = {});
+
+// The system's sentence for an error code, in the user's language and without a line end; the bare number when it has
+// no words for it.
+CString SystemErrorText(unsigned long code);

@@ -1,0 +1,325 @@
+#include "setup/unattended_pages.h"
+
+#include "automation/control.h"
+#include "automation/list_control.h"
+#include "automation/message_box.h"
+#include "automation/window_finder.h"
+#include "include/navigation.h"
+#include "include/resource_ids.h"
+#include "include/setup_manager.h"
+#include "setup/box_rules.h"
+#include "setup/exit_codes.h"
+
+namespace {
+
+constexpr DWORD PAGE_MILLISECONDS = 30000;    // for a page to come, and for each step on it
+constexpr ULONGLONG STAY_MILLISECONDS = 1500; // a page that has shown neither an end nor a box by then stays
+
+CString LoadPageString(unsigned int id)
+{
+    const wchar_t* text = nullptr;
+    const HMODULE library = GetModuleHandleW(L"WizText.dll"); // the page that put the box holds it
+    const int length = library ? LoadStringW(library, id, reinterpret_cast<wchar_t*>(&text), 0) : 0;
+    return CString(text, length);
+}
+
+// A box's text in one line of output.
+CString OneLine(CString text)
+{
+    text.Replace(L"\r\n", L" ");
+    text.Replace(L'\n', L' ');
+    return text;
+}
+
+CString Lines(const std::vector<CString>& lines)
+{
+    CString list;
+    for (const CString& line : lines) {
+        list += (list.IsEmpty() ? CString(L"\"") : CString(L", \"")) + line + L"\"";
+    }
+    return list.IsEmpty() ? CString(L"nothing") : list;
+}
+
+} // namespace
+
+int CUnattendedPages::Show(const CString& page, PageFunction show, PageContext& context)
+{
+    m_strPage = page;
+    m_pRow = FindAnswerPageOfExport(page);
+    m_pAnswers = m_pRow ? m_answers.Find(m_pRow->section) : nullptr;
+    m_pManager = context.pSetupManager;
+    m_pManager->m_hCurrentPage = nullptr; // the page before left its handle
+    m_hPage = nullptr;
+    m_hHandled = nullptr;
+    m_strLastBox.Empty();
+    m_log.Line(L"Page " + PageName());
+
+    CScript script;
+    AddSteps(script);
+    script.Start();
+    const int result = show(&context);
+    if (script.HasFailed()) {
+        Fail(SETUP_PAGE_OVERDUE, L"The page " + PageName() + L" is overdue. " + OneLine(script.GetFailure()));
+    }
+    return result;
+}
+
+void CUnattendedPages::AddSteps(CScript& script)
+{
+    script.SetDeadline(PAGE_MILLISECONDS);
+    script.SetWatcher([this] { return Watch(); });
+    script.SetFailureHandler([] {
+        while (CloseFrontWindow()) {
+        }
+    });
+    script.Add(L"wait for the page", [this] { return WaitForPage(); });
+    if (m_pAnswers) {
+        for (const PageAnswer& answer : m_pAnswers->entries) {
+            script.Add(CString(L"enter ") + answer.pKey->word, [this, &answer] { return Enter(answer); });
+            script.Add(CString(L"check ") + answer.pKey->word,
+                       [this, &answer] { return CheckEntered(answer); });
+        }
+    }
+    script.Add(L"take a picture", [this] {
+        m_pictures.Take(m_hPage, m_strPage);
+        return StepOutcome::Done();
+    });
+    script.Add(L"leave the page", [this] { return PressLeave(); });
+    script.Add(L"wait for the page's end", [this] { return WaitForEnd(); });
+}
+
+// Looks for boxes before each step. After a failure nothing else is done but closing what is open.
+StepOutcome CUnattendedPages::Watch()
+{
+    if (m_hHandled && IsWindow(m_hHandled)) {
+        return StepOutcome::Done(); // its answer is under way; the step's deadline guards it
+    }
+    m_hHandled = nullptr;
+    if (const std::optional<MessageBoxView> box = FindMessageBox()) {
+        OnBox(*box);
+        return StepOutcome::NotYet(L"a box is being answered");
+    }
+    if (OnCancelQuestion()) {
+        return StepOutcome::NotYet(L"the cancel question is being answered");
+    }
+    if (m_failure && m_hPage && IsWindow(m_hPage)) {
+        DestroyWindow(m_hPage); // no box is left whose handler could still use it
+        return StepOutcome::NotYet(L"the page is being closed");
+    }
+    return StepOutcome::Done();
+}
+
+StepOutcome CUnattendedPages::WaitForPage()
+{
+    const HWND page = m_pManager->m_hCurrentPage;
+    if (!page || !IsWindowVisible(page)) {
+        return StepOutcome::NotYet(L"the page isn't there");
+    }
+    m_hPage = page;
+    return StepOutcome::Done();
+}
+
+StepOutcome CUnattendedPages::Enter(const PageAnswer& answer)
+{
+    const int id = static_cast<int>(answer.pKey->control);
+    const CControl control(m_hPage, id);
+    if (answer.pKey->kind == AnswerKind::Radio) {
+        // What is so already needs no click, though the page may not let it be changed.
+        const bool implied = answer.pKey->bDefaultWhenHidden && !control.IsVisible();
+        if (control.Exists() && (implied || control.IsChecked())) {
+            return StepOutcome::Done();
+        }
+    }
+    const StepOutcome usable = control.NeedUsable();
+    if (!usable.IsDone()) {
+        return Refuse(answer, L"The page doesn't let it be changed here (" + usable.GetReason() + L").");
+    }
+    m_log.Line(CString(L"  ") + answer.pKey->word + L" = " + answer.strValue);
+    StepOutcome entered = StepOutcome::Done();
+    switch (answer.pKey->kind) {
+    case AnswerKind::Text:
+    case AnswerKind::Path:
+        entered = control.SetText(answer.strValue);
+        break;
+    case AnswerKind::Radio:
+        entered = control.Click();
+        break;
+    case AnswerKind::ListLine: {
+        const CListControl list(m_hPage, id);
+        entered = list.Select(answer.strValue);
+        if (!entered.IsDone()) {
+            return Refuse(answer, L"\"" + answer.strValue + L"\" isn't in the list, which offers " +
+                                      Lines(list.GetLines()) + L".");
+        }
+        break;
+    }
+    }
+    return entered.IsDone() ? entered : Refuse(answer, L"The page doesn't take it: " + entered.GetReason());
+}
+
+StepOutcome CUnattendedPages::CheckEntered(const PageAnswer& answer)
+{
+    const CControl control(m_hPage, static_cast<int>(answer.pKey->control));
+    if (m_failure || answer.pKey->kind != AnswerKind::Radio || !control.IsVisible()) {
+        return StepOutcome::Done();
+    }
+    return Until(control.IsChecked(), L"the click has no effect yet");
+}
+
+StepOutcome CUnattendedPages::PressLeave()
+{
+    if (m_failure) {
+        return StepOutcome::Done();
+    }
+    const bool cancels = m_pAnswers && m_pAnswers->bCancel;
+    const CControl button(m_hPage, cancels ? IDC_CANCEL : IDC_NEXT);
+    if (!button.NeedUsable().IsDone()) {
+        Fail(SETUP_ANSWER_REFUSED,
+             AnswersError{
+                 PageOrigin().strSource, PageOrigin().nLine, PageName(),
+                 cancels ? L"The page can't be cancelled: its button Cancel is off."
+                         : L"The page can't be left with these answers: its button Next is off. An answer "
+                           L"that the page needs is missing or empty."}
+                 .Text());
+        return StepOutcome::Done();
+    }
+    m_log.Line(cancels ? L"  leave = cancel" : L"  leave = next");
+    m_leftAt = GetTickCount64();
+    return button.Click();
+}
+
+StepOutcome CUnattendedPages::WaitForEnd()
+{
+    if (m_failure || !IsWindow(m_hPage) || GetTickCount64() - m_leftAt < STAY_MILLISECONDS) {
+        return StepOutcome::NotYet(L"the page is still there");
+    }
+    const CString why = m_strLastBox.IsEmpty() ? CString(L" It doesn't say why.")
+                                               : L" It asked last: \"" + OneLine(m_strLastBox) + L"\"";
+    Fail(SETUP_ANSWER_REFUSED, AnswersError{PageOrigin().strSource, PageOrigin().nLine, PageName(),
+                                            L"The page stays after its button was pressed." + why}
+                                   .Text());
+    return StepOutcome::NotYet(L"the page is being closed");
+}
+
+void CUnattendedPages::OnBox(const MessageBoxView& box)
+{
+    m_hHandled = box.window;
+    m_leftAt = GetTickCount64();
+    if (m_failure) {
+        Dismiss(box);
+        return;
+    }
+    m_strLastBox = box.text;
+    m_log.Line(L"  Box \"" + OneLine(box.text) + L"\"");
+    m_pictures.Take(box.window, m_strPage, L"-box");
+    if (!m_hPage) { // before there is a page, the library itself complains, and its result tells the flow
+        Fail(SETUP_FAILED, OneLine(box.text));
+        Dismiss(box);
+        return;
+    }
+    const CString section = m_pRow ? m_pRow->section : L"";
+    AnswerBox(box, JudgeBox(section, m_pAnswers, box.text, box.buttons != MB_OK, LoadPageString));
+}
+
+void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& verdict)
+{
+    switch (verdict.meaning) {
+    case BoxMeaning::Answered: {
+        const bool yes = verdict.pAnswer->bYes;
+        m_log.Line(CString(L"  ") + QUESTION_PREFIX + verdict.pBox->role + (yes ? L" = yes" : L" = no"));
+        const StepOutcome pressed = AnswerMessageBox(box, yes ? IDYES : IDNO);
+        if (!pressed.IsDone()) {
+            Fail(SETUP_UNANSWERED_BOX, PageName() + L": " + OneLine(box.text) + L" " + pressed.GetReason());
+            Dismiss(box);
+        }
+        return;
+    }
+    case BoxMeaning::Unanswered:
+        m_pictures.Take(m_hPage, m_strPage, L"-stopped");
+        Fail(SETUP_UNANSWERED_BOX,
+             AnswersError{PageOrigin().strSource, PageOrigin().nLine, PageName(),
+                          L"A question has no answer: \"" + OneLine(box.text) + L"\"" +
+                              (verdict.pBox ? CString(L" Add ") + QUESTION_PREFIX + verdict.pBox->role +
+                                                  L" = yes or no."
+                                            : CString(L" Change the answers so that it doesn't come up."))}
+                 .Text());
+        break;
+    case BoxMeaning::Refused:
+        m_pictures.Take(m_hPage, m_strPage, L"-stopped");
+        TellRefusal(box, verdict);
+        break;
+    }
+    Dismiss(box);
+}
+
+void CUnattendedPages::TellRefusal(const MessageBoxView& box, const BoxVerdict& verdict)
+{
+    AnswersError error{PageOrigin().strSource, PageOrigin().nLine, PageName(), OneLine(box.text)};
+    if (verdict.pBox) {
+        error.strKey = CString(verdict.pBox->section) + L"." + verdict.pBox->key;
+    }
+    if (verdict.pRefused) {
+        error.strSource = verdict.pRefused->origin.strSource;
+        error.nLine = verdict.pRefused->origin.nLine;
+    }
+    Fail(SETUP_ANSWER_REFUSED, error.Text());
+}
+
+bool CUnattendedPages::OnCancelQuestion()
+{
+    const HWND question = FindWindowWithControls({IDC_CANCEL_QUESTION});
+    if (!question) {
+        return false;
+    }
+    m_hHandled = question;
+    if (!m_failure) {
+        m_pictures.Take(question, m_strPage, L"-box");
+    }
+    // Only "leave = cancel" brings it up, and who says that means it.
+    const StepOutcome pressed = CControl(question, IDYES).Click();
+    if (!pressed.IsDone()) {
+        Fail(SETUP_UNANSWERED_BOX,
+             PageName() + L": the cancel question can't be answered: " + pressed.GetReason());
+        DestroyWindow(question);
+    }
+    return true;
+}
+
+// Says no as far as the box allows: nothing may happen because of a run that has failed.
+void CUnattendedPages::Dismiss(const MessageBoxView& box)
+{
+    for (const int button : {IDNO, IDCANCEL, IDOK}) {
+        if (AnswerMessageBox(box, button).IsDone()) {
+            return;
+        }
+    }
+    EndDialog(box.window, IDCANCEL);
+}
+
+StepOutcome CUnattendedPages::Refuse(const PageAnswer& answer, const CString& reason)
+{
+    if (!m_failure) {
+        m_pictures.Take(m_hPage, m_strPage, L"-stopped");
+        Fail(SETUP_ANSWER_REFUSED, RefusedAnswer(*m_pAnswers, answer.pKey->word, answer.origin,
+                                                 L"\"" + answer.strValue + L"\": " + reason)
+                                       .Text());
+    }
+    return StepOutcome::Done();
+}
+
+void CUnattendedPages::Fail(unsigned int exitCode, const CString& cause)
+{
+    if (!m_failure) { // the first failure is the cause of all that follow
+        m_failure = RunOutcome{exitCode, cause, false};
+    }
+}
+
+CString CUnattendedPages::PageName() const
+{
+    return m_pRow ? CString(m_pRow->section) : m_strPage;
+}
+
+AnswerOrigin CUnattendedPages::PageOrigin() const
+{
+    return m_pAnswers ? m_pAnswers->origin : AnswerOrigin();
+}

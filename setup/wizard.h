@@ -1,0 +1,46 @@
+// A whole run: opens the media, shows the pages, builds, shows the outcome.
+#pragma once
+
+#include "setup/answers.h"
+#include "setup/command_line.h"
+#include "setup/flow.h"
+#include "setup/page_pictures.h"
+#include "setup/program_libraries.h"
+#include "setup/run_log.h"
+#include "setup/unattended_pages.h"
+
+#include <memory>
+#include <optional>
+
+class CWizard
+{
+public:
+    // `line` with full paths; `answers` for an unattended run. Borrows all three.
+    CWizard(const CommandLine& line, const Answers& answers, CRunLog& log);
+    ~CWizard();
+    CWizard(const CWizard&) = delete;
+    CWizard& operator=(const CWizard&) = delete;
+
+    // Once an object. `media`: full path.
+    [[nodiscard]] RunOutcome Run(const CString& media);
+
+private:
+    [[nodiscard]] CString LoadLibraries();
+    [[nodiscard]] CString OpenHost(const CString& media);
+    [[nodiscard]] std::vector<CString> ExistingPages();
+    [[nodiscard]] RunOutcome Walk(WizardFlow& flow);
+    [[nodiscard]] int ShowPage(const FlowPage& page, bool canGoBack);
+    [[nodiscard]] unsigned int Build();
+    void TellBuild(const BuildResult& result);
+
+    const CommandLine& m_line;
+    const Answers& m_answers;
+    CRunLog& m_log;
+    CPagePictures m_pictures;
+    CUnattendedPages m_unattended;
+    CHostLibrary m_hostLibrary;
+    CPageLibrary m_pageLibrary;
+    std::unique_ptr<CSetupHost> m_host; // goes before the libraries
+    std::vector<FlowPage> m_pages;      // those that exist
+    CString m_strCause;                 // of a run that has failed so far
+};

@@ -1,0 +1,324 @@
+// Opening media, working copies, properties and paths: what the pages ask of the host before anything is built.
+#include "host/database.h"
+#include "include/product.h"
+#include "include/shortcut_strings.h"
+#include "tests/host/package_maker.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class MediaTest : public testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        host.reset();
+        EXPECT_EQ(MsiCloseAllHandles(), 0u) << "installer handles were left open";
+    }
+
+    CProduct& Open(const CString& path)
+    {
+        media = path;
+        host = OpenHost(path, work);
+        return *host->GetSetupManager().m_pProducts->at(0);
+    }
+
+    CProduct& OpenMediaFolder()
+    {
+        MakeMedia(scratch);
+        return Open(scratch);
+    }
+
+    HostError Refusal(const CString& path)
+    {
+        HostError error;
+        const HostOwner opened(OpenSetupHost(OptionsFor(path, work), error));
+        EXPECT_FALSE(opened) << "the media was opened";
+        return error;
+    }
+
+    ScratchFolder work{L"work"};
+    ScratchFolder scratch{L"m\u00E9dia \u4E2D"};
+    CString media;
+    HostOwner host;
+};
+
+CString TargetPath(InstallerHandle database, const wchar_t* key)
+{
+    wchar_t buffer[300] = {};
+    unsigned long size = 300;
+    EXPECT_EQ(WizGetTargetPathW(database, key, buffer, &size), 0u) << Utf8(key);
+    return buffer;
+}
+
+CString MsiProperty(CProduct& product, const wchar_t* name)
+{
+    wchar_t buffer[300] = {};
+    int size = 300;
+    return product.GetMsiProperty(name, buffer, &size) ? CString(buffer) : CString(L"(none)");
+}
+
+} // namespace
+
+TEST_F(MediaTest, AMediaFolderGivesItsProductsAndPages)
+{
+    CProduct& product = OpenMediaFolder();
+    EXPECT_EQ(CString(product.m_strName), CString(L"Zolt 2027"));
+    EXPECT_EQ(CString(product.m_strMsiFile), CString(L"x64\\Zolt\\Zolt.msi"));
+    EXPECT_EQ(product.m_productKind, 8u);
+    EXPECT_EQ(product.GetLPChildren().size(), 1u);
+    EXPECT_EQ(host->GetFlow().size(), 2u);
+    const PageContext context = host->MakePageContext(host->GetFlow()[0], false);
+    EXPECT_EQ(context.pProduct, &product);
+    EXPECT_EQ(context.hDatabase, product.GetMsiHandle());
+    EXPECT_FALSE(context.bCanGoBack);
+}
+
+TEST_F(MediaTest, TheFileSequenceStartsAtTheHighestOfTheTable)
+{
+    CProduct& product = OpenMediaFolder();
+    EXPECT_EQ(product.m_fileSequence, 7);
+    EXPECT_GT(product.m_x64Marker, 0);
+}
+
+TEST_F(MediaTest, SwitchingThePlatformOpensThatPlatformsPackage)
+{
+    OpenMediaFolder();
+    CSetupManager& manager = host->GetSetupManager();
+    manager.SetDeploymentPlatform(Setup::PLATFORM_X86);
+    ASSERT_EQ(manager.m_pProducts->size(), 1u);
+    CProduct& product = *manager.m_pProducts->at(0);
+    EXPECT_EQ(CString(product.m_strMsiFile), CString(L"x86\\Zolt\\Zolt.msi"));
+    EXPECT_EQ(product.m_x64Marker, 0);
+    EXPECT_EQ(CString(manager.m_strImageSuffix), CString(L"x86"));
+}
+
+TEST_F(MediaTest, ADirectoryResolvesByTheInstallersSession)
+{
+    CProduct& product = OpenMediaFolder();
+    EXPECT_EQ(TargetPath(product.GetMsiHandle(), L"INSTALLDIR"), CString(L"C:\\Program Files\\Zolt Test\\"));
+}
+
+TEST_F(MediaTest, ADirectoryAddedSinceResolvesByTheTables)
+{
+    CProduct& product = OpenMediaFolder();
+    ASSERT_EQ(RunSql(product.GetMsiHandle(),
+                     L"INSERT INTO `Directory` (`Directory`,`Directory_Parent`,`DefaultDir`) "
+                     L"VALUES ('TARN_x','INSTALLDIR','Added')"),
+              0u);
+    EXPECT_EQ(TargetPath(product.GetMsiHandle(), L"TARN_x"),
+              CString(L"C:\\Program Files\\Zolt Test\\Added\\"));
+    ASSERT_EQ(RunSql(product.GetMsiHandle(),
+                     L"UPDATE `Directory` SET `DefaultDir`='Renamed' WHERE `Directory`='TARN_x'"),
+              0u);
+    EXPECT_EQ(TargetPath(product.GetMsiHandle(), L"TARN_x"),
+              CString(L"C:\\Program Files\\Zolt Test\\Renamed\\"));
+    EXPECT_EQ(product.m_pDirectoryManager->GetDirectories().count(L"TARN_x"), 1u);
+}
+
+TEST_F(MediaTest, TheSourcePathLiesBesideTheVendorsPackage)
+{
+    CProduct& product = OpenMediaFolder();
+    wchar_t buffer[300] = {};
+    unsigned int size = 300;
+    ASSERT_TRUE(product.m_pDirectoryManager->GetSourcePath(L"INSTALLDIR", buffer, &size));
+    EXPECT_EQ(CString(buffer), media + L"x64\\Zolt\\Zolt Test\\");
+    EXPECT_EQ(size, static_cast<unsigned>(CString(buffer).GetLength()));
+}
+
+TEST_F(MediaTest, AnUnknownDirectoryIsRefused)
+{
+    CProduct& product = OpenMediaFolder();
+    unsigned long size = 0;
+    EXPECT_EQ(WizGetTargetPathW(product.GetMsiHandle(), L"NoSuchDirectory", nullptr, &size), 267u);
+    EXPECT_EQ(WizGetTargetPathW(12345, L"INSTALLDIR", nullptr, &size), 6u);
+    EXPECT_EQ(WizGetPropertyW(12345, L"ProductName", nullptr, &size), 6u);
+}
+
+TEST_F(MediaTest, PropertiesKeepApostrophesAndGoWhenEmptied)
+{
+    CProduct& product = OpenMediaFolder();
+    EXPECT_TRUE(product.SetMsiProperty(L"ZOLT_A", L"it's `quoted' \u4E2D", false));
+    EXPECT_EQ(MsiProperty(product, L"ZOLT_A"), CString(L"it's `quoted' \u4E2D"));
+    EXPECT_TRUE(product.SetMsiProperty(L"ZOLT_A", L"second", false));
+    EXPECT_EQ(MsiProperty(product, L"ZOLT_A"), CString(L"second"));
+    EXPECT_TRUE(product.SetMsiProperty(L"ZOLT_A", L"", false));
+    EXPECT_EQ(MsiProperty(product, L"ZOLT_A"), CString(L"(none)"));
+}
+
+TEST_F(MediaTest, WizGetPropertyTellsTheNeededSizeAsTheServiceDoes)
+{
+    CProduct& product = OpenMediaFolder();
+    const InstallerHandle database = product.GetMsiHandle();
+    unsigned long size = 0;
+    EXPECT_EQ(WizGetPropertyW(database, L"ProductName", nullptr, &size), 0u);
+    EXPECT_EQ(size, 9u);
+    wchar_t buffer[20] = L"untouched";
+    size = 5;
+    EXPECT_EQ(WizGetPropertyW(database, L"ProductName", buffer, &size), 234u);
+    EXPECT_EQ(size, 9u);
+    EXPECT_EQ(CString(buffer), CString(L"Zolt"));
+    size = 10;
+    EXPECT_EQ(WizGetPropertyW(database, L"ProductName", buffer, &size), 0u);
+    EXPECT_EQ(CString(buffer), CString(L"Zolt Test"));
+    EXPECT_EQ(WizGetPropertyW(database, L"ProductName", buffer, nullptr), 87u);
+    size = 20;
+    EXPECT_EQ(WizGetPropertyW(database, L"Missing", buffer, &size), 0u);
+    EXPECT_EQ(size, 0u);
+}
+
+TEST_F(MediaTest, TheProductsOwnStoreStaysOutOfTheDatabase)
+{
+    CProduct& product = OpenMediaFolder();
+    product.SetProperty(L"ADDITIONALFILES_MODIFIED", L"1");
+    wchar_t buffer[8] = {};
+    int size = 8;
+    EXPECT_TRUE(product.GetProperty(L"ADDITIONALFILES_MODIFIED", buffer, &size));
+    EXPECT_EQ(CString(buffer), CString(L"1"));
+    EXPECT_EQ(MsiProperty(product, L"ADDITIONALFILES_MODIFIED"), CString(L"(none)"));
+    size = 1;
+    EXPECT_FALSE(product.GetProperty(L"ADDITIONALFILES_MODIFIED", buffer, &size));
+    EXPECT_EQ(size, 1);
+}
+
+TEST_F(MediaTest, AFeatureIsFoundAsSoonAsItsRowIsThere)
+{
+    CProduct& product = OpenMediaFolder();
+    EXPECT_NE(product.m_pFeatureManager->FindFeature(L"Main"), nullptr);
+    EXPECT_EQ(product.m_pFeatureManager->FindFeature(L"_UserDeploymentFile"), nullptr);
+    ASSERT_EQ(
+        RunSql(product.GetMsiHandle(),
+               L"INSERT INTO `Feature` (`Feature`,`Level`,`Attributes`) VALUES ('_UserDeploymentFile',1,16)"),
+        0u);
+    EXPECT_NE(product.m_pFeatureManager->FindFeature(L"_UserDeploymentFile"), nullptr);
+}
+
+TEST_F(MediaTest, CustomShortcutsComeInTheOrderOfTheirProperty)
+{
+    CProduct& product = OpenMediaFolder();
+    for (const wchar_t* key : {L"CUSTOM_SHORTCUT_1", L"CUSTOM_SHORTCUT_2"}) {
+        CString statement;
+        statement.Format(
+            L"INSERT INTO `Shortcut` (`Shortcut`,`Directory_`,`Name`,`Component_`,`Target`,`Arguments`) "
+            L"VALUES ('%s','INSTALLDIR','SHORT|Name of %s','C','Main','/p %s')",
+            key, key, key);
+        ASSERT_EQ(RunSql(product.GetMsiHandle(), statement), 0u);
+    }
+    ASSERT_TRUE(
+        product.SetMsiProperty(L"ZOLT_CUSTOM_SHORTCUT", L"3;CUSTOM_SHORTCUT_2;CUSTOM_SHORTCUT_1;", false));
+    std::vector<ShortcutStrings> list;
+    ASSERT_TRUE(product.GetCustomShortcuts(list));
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[0].Key, CString(L"CUSTOM_SHORTCUT_2"));
+    EXPECT_EQ(list[0].Name, CString(L"Name of CUSTOM_SHORTCUT_2"));
+    EXPECT_EQ(list[0].Command, CString(L"/p CUSTOM_SHORTCUT_2"));
+}
+
+TEST_F(MediaTest, ASinglePackageIsDescribedByItself)
+{
+    MakePackage(scratch + L"Someone's Tool.msi");
+    CProduct& product = Open(scratch + L"Someone's Tool.msi");
+    CSetupManager& manager = host->GetSetupManager();
+    EXPECT_EQ(CString(product.m_strName), CString(L"Zolt Test"));
+    EXPECT_EQ(CString(manager.m_strSetupCode), CString(PRODUCT_CODE));
+    EXPECT_EQ(manager.m_platform, Setup::PLATFORM_X64);
+    EXPECT_TRUE(manager.DoesImageMatchPlatform(Setup::PLATFORM_X64));
+    EXPECT_FALSE(manager.IsTargetPlatformAllowed(Setup::PLATFORM_X86));
+}
+
+TEST_F(MediaTest, APackageWithoutAnyOfThePagesTablesGetsThem)
+{
+    PackageForm bare;
+    bare.bStandardTables = false;
+    MakePackage(scratch + L"bare.msi", bare);
+    CProduct& product = Open(scratch + L"bare.msi");
+    for (const wchar_t* table :
+         {L"TarnCustomFile", L"TarnDirectoryMap", L"CreateFolder", L"Shortcut", L"File", L"CustomAction",
+          L"InstallExecuteSequence", L"Directory", L"Component"}) {
+        EXPECT_TRUE(HasTable(product.GetMsiHandle(), table)) << Utf8(table);
+    }
+    EXPECT_EQ(product.m_fileSequence, 0);
+}
+
+TEST_F(MediaTest, APackageWithoutInstallDirStillOpens)
+{
+    PackageForm form;
+    form.bInstallFolder = false;
+    MakePackage(scratch + L"x.msi", form);
+    CProduct& product = Open(scratch + L"x.msi");
+    unsigned int size = 0;
+    EXPECT_FALSE(product.m_pDirectoryManager->GetTargetPath(L"INSTALLDIR", nullptr, &size));
+    EXPECT_EQ(TargetPath(product.GetMsiHandle(), L"ProgramFiles64Folder"), CString(L"C:\\Program Files\\"));
+}
+
+TEST_F(MediaTest, TheVendorsPackageStaysAsItWas)
+{
+    MakeMedia(scratch);
+    std::string before;
+    ASSERT_EQ(ReadWholeFile(scratch + L"x64\\Zolt\\Zolt.msi", 1u << 24, before), 0u);
+    Open(scratch).SetMsiProperty(L"ZOLT_A", L"1", false);
+    host.reset();
+    std::string after;
+    ASSERT_EQ(ReadWholeFile(scratch + L"x64\\Zolt\\Zolt.msi", 1u << 24, after), 0u);
+    EXPECT_TRUE(before == after);
+}
+
+TEST_F(MediaTest, TheWorkFolderGoesWithTheHost)
+{
+    OpenMediaFolder();
+    host.reset();
+    std::vector<FolderItem> left;
+    ASSERT_EQ(ListFolder(work + L"work", left), 0u);
+    EXPECT_TRUE(left.empty()) << Utf8(left[0].name);
+}
+
+TEST_F(MediaTest, AMissingPackageIsNamed)
+{
+    MakeMedia(scratch);
+    ASSERT_TRUE(DeleteFileW(scratch + L"x64\\ZoltDe\\ZoltDe.msi"));
+    const HostError error = Refusal(scratch);
+    EXPECT_GE(error.message.Find(L"ZoltDe.msi"), 0) << Utf8(error.message);
+    EXPECT_GE(error.message.Find(L"missing"), 0) << Utf8(error.message);
+}
+
+TEST_F(MediaTest, ACutOffPackageIsNamed)
+{
+    MakeMedia(scratch);
+    std::string bytes;
+    ASSERT_EQ(ReadWholeFile(scratch + L"x64\\Zolt\\Zolt.msi", 1u << 24, bytes), 0u);
+    WriteFileBytes(scratch + L"x64\\Zolt\\Zolt.msi", bytes.substr(0, 700));
+    const HostError error = Refusal(scratch);
+    EXPECT_GE(error.message.Find(L"cannot be opened"), 0) << Utf8(error.message);
+    EXPECT_GE(error.message.Find(L"Zolt.msi"), 0) << Utf8(error.message);
+}
+
+TEST_F(MediaTest, AFolderWithoutDescriptionIsRefused)
+{
+    const HostError error = Refusal(scratch);
+    EXPECT_GE(error.message.Find(L"neither a Setup.xml"), 0) << Utf8(error.message);
+}
+
+TEST_F(MediaTest, ADamagedDescriptionIsRefusedWithItsLine)
+{
+    MakeMedia(scratch);
+    WriteFileBytes(scratch + SETUP_FILE, "<?xml version=\"1.0\"?>\n<Setup version=\"1\"\n</Setup>");
+    const HostError error = Refusal(scratch);
+    EXPECT_GE(error.message.Find(L"Setup.xml, line 3"), 0) << Utf8(error.message);
+}
+
+TEST_F(MediaTest, MissingMediaAreNamed)
+{
+    const HostError error = Refusal(scratch + L"nothing here");
+    EXPECT_GE(error.message.Find(L"nothing here"), 0) << Utf8(error.message);
+}
+
+TEST_F(MediaTest, TwoHostsOfOneMediaWorkSideBySide)
+{
+    CProduct& first = OpenMediaFolder();
+    const HostOwner second = OpenHost(media, work);
+    ASSERT_TRUE(second);
+    CProduct& other = *second->GetSetupManager().m_pProducts->at(0);
+    ASSERT_TRUE(first.SetMsiProperty(L"ZOLT_A", L"1", false));
+    EXPECT_EQ(MsiProperty(other, L"ZOLT_A"), CString(L"(none)"));
+}

@@ -1,0 +1,104 @@
+#include "include/resource_ids.h"
+#include "setup/box_rules.h"
+#include "setup/fill_text.h"
+#include "tests/support/text.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+CString LoadText(unsigned int id)
+{
+    switch (id) {
+    case IDS_REPLACE_DEPLOYMENT:
+        return L"Replace \"%s\"?";
+    case IDS_LOCATION_NOT_NETWORK:
+        return L"Not a network path.";
+    case IDS_NAME_INVALID:
+        return L"No such name.";
+    default:
+        return CString();
+    }
+}
+
+PageAnswers BeginAnswers()
+{
+    PageAnswers page;
+    page.pPage = FindAnswerPage(L"begin");
+    for (const AnswerKey& key : AnswerKeys()) {
+        if (CString(key.word) == L"name") {
+            page.entries.push_back({&key, L"a;b", {L"answers.txt", 7}});
+        }
+    }
+    for (const AnswerBox& box : AnswerBoxes()) {
+        if (box.string == IDS_REPLACE_DEPLOYMENT) {
+            page.questions.push_back({&box, true, {L"answers.txt", 9}});
+        }
+    }
+    return page;
+}
+
+TEST(SetupBoxes, AQuestionWithAnAnswerIsAnswered)
+{
+    const PageAnswers page = BeginAnswers();
+    const BoxVerdict verdict = JudgeBox(L"begin", &page, L"Replace \"Office\"?", true, LoadText);
+    EXPECT_EQ(verdict.meaning, BoxMeaning::Answered);
+    ASSERT_NE(verdict.pAnswer, nullptr);
+    EXPECT_TRUE(verdict.pAnswer->bYes);
+}
+
+TEST(SetupBoxes, AQuestionWithoutAnAnswerIsNamedByItsRole)
+{
+    const PageAnswers page = BeginAnswers();
+    const BoxVerdict verdict = JudgeBox(L"begin", &page, L"Not a network path.", true, LoadText);
+    EXPECT_EQ(verdict.meaning, BoxMeaning::Unanswered);
+    ASSERT_NE(verdict.pBox, nullptr);
+    EXPECT_EQ(CString(verdict.pBox->role), CString(L"local_location"));
+}
+
+TEST(SetupBoxes, AnUnknownQuestionStaysUnanswered)
+{
+    const PageAnswers page = BeginAnswers();
+    const BoxVerdict verdict = JudgeBox(L"begin", &page, L"Something new?", true, LoadText);
+    EXPECT_EQ(verdict.meaning, BoxMeaning::Unanswered);
+    EXPECT_EQ(verdict.pBox, nullptr);
+}
+
+TEST(SetupBoxes, ARefusalBlamesTheAnswerThatItIsAbout)
+{
+    const PageAnswers page = BeginAnswers();
+    const BoxVerdict verdict = JudgeBox(L"begin", &page, L"No such name.", false, LoadText);
+    EXPECT_EQ(verdict.meaning, BoxMeaning::Refused);
+    ASSERT_NE(verdict.pRefused, nullptr);
+    EXPECT_EQ(verdict.pRefused->origin.nLine, 7);
+}
+
+TEST(SetupBoxes, AnUnknownComplaintIsARefusalWithoutAKey)
+{
+    const BoxVerdict verdict = JudgeBox(L"begin", nullptr, L"Something broke.", false, LoadText);
+    EXPECT_EQ(verdict.meaning, BoxMeaning::Refused);
+    EXPECT_EQ(verdict.pBox, nullptr);
+}
+
+TEST(SetupBoxes, AnotherPagesBoxesDoNotCount)
+{
+    const PageAnswers page = BeginAnswers();
+    EXPECT_EQ(JudgeBox(L"contact", &page, L"Replace \"x\"?", true, LoadText).pBox, nullptr);
+}
+
+TEST(SetupTexts, HolesTakeTheirArgumentsInAnyOrder)
+{
+    EXPECT_EQ(FillText(L"%2 of %1", {L"a", L"b"}), CString(L"b of a"));
+}
+
+TEST(SetupTexts, WhatIsFilledInIsNotLookedAtAgain)
+{
+    EXPECT_EQ(FillText(L"%1 %2", {L"%2", L"x"}), CString(L"%2 x"));
+}
+
+TEST(SetupTexts, PercentSignsAndHolesWithoutArgumentsStay)
+{
+    EXPECT_EQ(FillText(L"%%1 50% %3 %", {L"a"}), CString(L"%1 50% %3 %"));
+}
+
+} // namespace

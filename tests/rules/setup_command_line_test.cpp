@@ -1,0 +1,127 @@
+#include "setup/command_line.h"
+#include "tests/support/text.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+CommandLine Parsed(const std::vector<CString>& arguments)
+{
+    CommandLine line;
+    const CString complaint = ParseCommandLine(arguments, line);
+    EXPECT_EQ(complaint, CString());
+    return line;
+}
+
+CString Complaint(const std::vector<CString>& arguments)
+{
+    CommandLine line;
+    return ParseCommandLine(arguments, line);
+}
+
+TEST(SetupCommandLine, NoArgumentsRunTheWizardForAPerson)
+{
+    const CommandLine line = Parsed({});
+    EXPECT_FALSE(line.IsUnattended());
+    EXPECT_EQ(line.strMedia, CString());
+}
+
+TEST(SetupCommandLine, EveryOptionTakesTheNextArgument)
+{
+    const CommandLine line =
+        Parsed({L"--media", L"D:\\Media", L"--answers", L"a.txt", L"--out", L"\\\\s\\h", L"--language",
+                L"de-DE", L"--pictures", L"p", L"--log", L"l.log", L"--check"});
+    EXPECT_EQ(line.strMedia, CString(L"D:\\Media"));
+    EXPECT_EQ(line.strAnswers, CString(L"a.txt"));
+    EXPECT_EQ(line.strOut, CString(L"\\\\s\\h"));
+    EXPECT_EQ(line.strLanguage, CString(L"de-DE"));
+    EXPECT_EQ(line.strPictures, CString(L"p"));
+    EXPECT_EQ(line.strLog, CString(L"l.log"));
+    EXPECT_TRUE(line.bCheck);
+}
+
+TEST(SetupCommandLine, AValueMayStandBehindAnEqualsSign)
+{
+    EXPECT_EQ(Parsed({L"--media=D:\\a=b"}).strMedia, CString(L"D:\\a=b"));
+}
+
+TEST(SetupCommandLine, ValuesWithBlanksAndForeignLettersStayWhole)
+{
+    EXPECT_EQ(Parsed({L"--media", L"D:\\M\x00E9"
+                                  L"dia \x30C4"})
+                  .strMedia,
+              CString(L"D:\\M\x00E9"
+                      L"dia \x30C4"));
+}
+
+TEST(SetupCommandLine, SetNamesPageKeyAndValue)
+{
+    const CommandLine line =
+        Parsed({L"--set", L"begin.on_question.replace=yes", L"--set", L"begin.name=a=b c"});
+    ASSERT_EQ(line.answers.size(), 2u);
+    EXPECT_EQ(line.answers[0].strPage, CString(L"begin"));
+    EXPECT_EQ(line.answers[0].strKey, CString(L"on_question.replace"));
+    EXPECT_EQ(line.answers[0].strValue, CString(L"yes"));
+    EXPECT_EQ(line.answers[1].strValue, CString(L"a=b c"));
+    EXPECT_TRUE(line.IsUnattended());
+}
+
+TEST(SetupCommandLine, SetWithAnEmptyValueEmptiesTheAnswer)
+{
+    EXPECT_EQ(Parsed({L"--set", L"begin.name="}).answers.at(0).strValue, CString());
+}
+
+TEST(SetupCommandLine, SetWithoutPageKeyOrEqualsSignIsRefused)
+{
+    for (const wchar_t* text : {L"name=x", L".name=x", L"begin.=x", L"begin.name", L""}) {
+        EXPECT_NE(Complaint({L"--set", text}).Find(L"page.key=value"), -1) << Utf8(text);
+    }
+}
+
+TEST(SetupCommandLine, SetOfOneKeyTwiceIsRefused)
+{
+    EXPECT_NE(Complaint({L"--set", L"begin.name=a", L"--set", L"begin.name=b"}).Find(L"begin.name twice"),
+              -1);
+}
+
+TEST(SetupCommandLine, AnOptionTwiceIsRefused)
+{
+    EXPECT_EQ(Complaint({L"--out", L"a", L"--out", L"b"}),
+              CString(L"--out stands twice. Keep one of the two."));
+}
+
+TEST(SetupCommandLine, AnOptionWithoutItsValueIsRefused)
+{
+    EXPECT_EQ(Complaint({L"--media"}), CString(L"--media needs a value behind it."));
+    EXPECT_EQ(Complaint({L"--media="}), CString(L"--media needs a value behind it."));
+}
+
+TEST(SetupCommandLine, AnOptionIsNeverTakenForTheValueOfTheOneBefore)
+{
+    EXPECT_EQ(Complaint({L"--out", L"--check"}), CString(L"--out needs a value behind it."));
+}
+
+TEST(SetupCommandLine, UnknownWordsAreRefusedByName)
+{
+    EXPECT_NE(Complaint({L"--quick"}).Find(L"\"--quick\""), -1);
+    EXPECT_NE(Complaint({L"media"}).Find(L"\"media\""), -1);
+    EXPECT_NE(Complaint({L"--check=1"}).Find(L"\"--check=1\""), -1);
+}
+
+TEST(SetupCommandLine, HelpIsKnownInThreeForms)
+{
+    for (const wchar_t* word : {L"--help", L"-h", L"/?"}) {
+        EXPECT_TRUE(Parsed({word}).bHelp) << Utf8(word);
+    }
+}
+
+TEST(SetupCommandLine, TheUsageNamesEveryOption)
+{
+    const CString usage = CommandLineUsage();
+    for (const wchar_t* option : {L"--media", L"--answers", L"--set", L"--out", L"--language", L"--pictures",
+                                  L"--log", L"--check", L"--help"}) {
+        EXPECT_NE(usage.Find(option), -1) << Utf8(option);
+    }
+}
+
+} // namespace

@@ -1,0 +1,150 @@
+#include "include/navigation.h"
+#include "setup/flow.h"
+#include "tests/support/text.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const std::vector<CString> PAGES = {L"BeginDeploymentDialog", L"ProductContactDialog",
+                                    L"DeploymentCompleteDialog", L"DeploymentFailedDialog"};
+
+void ExpectPage(const FlowMove& move, int page)
+{
+    EXPECT_EQ(move.act, FlowAct::ShowPage);
+    EXPECT_EQ(move.nPage, page);
+}
+
+void ExpectFinish(const FlowMove& move, unsigned int exitCode)
+{
+    EXPECT_EQ(move.act, FlowAct::Finish);
+    EXPECT_EQ(move.exitCode, exitCode);
+}
+
+// A flow that stands before its build.
+WizardFlow AtBuild()
+{
+    WizardFlow flow(PAGES, true);
+    (void)flow.Start();
+    (void)flow.AfterPage(NAVIGATION_NEXT);
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
+    return flow;
+}
+
+TEST(SetupFlow, NextWalksTheChoosingPagesAndThenBuilds)
+{
+    WizardFlow flow(PAGES, true);
+    ExpectPage(flow.Start(), 0);
+    ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 1);
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
+}
+
+TEST(SetupFlow, ACheckEndsWhereTheBuildWouldBegin)
+{
+    WizardFlow flow(PAGES, false);
+    (void)flow.Start();
+    (void)flow.AfterPage(NAVIGATION_NEXT);
+    ExpectFinish(flow.AfterPage(NAVIGATION_NEXT), 0);
+}
+
+TEST(SetupFlow, BackIsOffOnTheFirstPageAndOnTheOutcome)
+{
+    WizardFlow flow(PAGES, true);
+    (void)flow.Start();
+    EXPECT_FALSE(flow.CanGoBack());
+    (void)flow.AfterPage(NAVIGATION_NEXT);
+    EXPECT_TRUE(flow.CanGoBack());
+    (void)flow.AfterPage(NAVIGATION_NEXT);
+    (void)flow.AfterBuild(0);
+    EXPECT_FALSE(flow.CanGoBack());
+}
+
+TEST(SetupFlow, BackShowsThePageBefore)
+{
+    WizardFlow flow(PAGES, true);
+    (void)flow.Start();
+    (void)flow.AfterPage(NAVIGATION_NEXT);
+    ExpectPage(flow.AfterPage(NAVIGATION_BACK), 0);
+    ExpectPage(flow.AfterPage(NAVIGATION_BACK), 0);
+}
+
+TEST(SetupFlow, ResetShowsTheFirstPage)
+{
+    WizardFlow flow(PAGES, true);
+    (void)flow.Start();
+    (void)flow.AfterPage(NAVIGATION_NEXT);
+    ExpectPage(flow.AfterPage(NAVIGATION_RESET), 0);
+}
+
+TEST(SetupFlow, CancelEndsWith1602)
+{
+    WizardFlow flow(PAGES, true);
+    (void)flow.Start();
+    ExpectFinish(flow.AfterPage(NAVIGATION_CANCEL), 1602);
+}
+
+TEST(SetupFlow, APageClosedFromOutsideCountsAsCancelled)
+{
+    WizardFlow flow(PAGES, true);
+    (void)flow.Start();
+    ExpectFinish(flow.AfterPage(0), 1602);
+}
+
+TEST(SetupFlow, AMissingResourceLibraryEndsWith1603)
+{
+    WizardFlow flow(PAGES, true);
+    (void)flow.Start();
+    ExpectFinish(flow.AfterPage(NAVIGATION_LOAD_FAILED), 1603);
+}
+
+TEST(SetupFlow, ABuildThatStandsShowsTheCompletePageAndEndsWith0)
+{
+    WizardFlow flow = AtBuild();
+    ExpectPage(flow.AfterBuild(0), 2);
+    ExpectFinish(flow.AfterPage(NAVIGATION_NEXT), 0);
+}
+
+TEST(SetupFlow, CancelOnTheCompletePageDoesNotUndoTheDeployment)
+{
+    WizardFlow flow = AtBuild();
+    (void)flow.AfterBuild(0);
+    ExpectFinish(flow.AfterPage(NAVIGATION_CANCEL), 0);
+}
+
+TEST(SetupFlow, AFailedBuildShowsTheFailedPageAndEndsWith1603WhateverItsCause)
+{
+    WizardFlow flow = AtBuild();
+    ExpectPage(flow.AfterBuild(112), 3);
+    ExpectFinish(flow.AfterPage(NAVIGATION_NEXT), 1603);
+}
+
+TEST(SetupFlow, ACancelledBuildShowsTheFailedPageAndEndsWith1602)
+{
+    WizardFlow flow = AtBuild();
+    ExpectPage(flow.AfterBuild(1602), 3);
+    ExpectFinish(flow.AfterPage(NAVIGATION_NEXT), 1602);
+}
+
+TEST(SetupFlow, WithoutOutcomePagesTheBuildEndsTheRun)
+{
+    WizardFlow flow({L"BeginDeploymentDialog"}, true);
+    (void)flow.Start();
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
+    ExpectFinish(flow.AfterBuild(0), 0);
+}
+
+TEST(SetupFlow, WithoutChoosingPagesNothingIsBuilt)
+{
+    WizardFlow flow({L"DeploymentCompleteDialog"}, true);
+    EXPECT_FALSE(flow.HasChoosingPage());
+    ExpectFinish(flow.Start(), 1603);
+}
+
+TEST(SetupFlow, PagesThatNobodyKnowsAreChoosingPages)
+{
+    WizardFlow flow({L"BeginDeploymentDialog", L"DeploymentFailedDialog", L"SomethingNewDialog"}, true);
+    (void)flow.Start();
+    ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 2);
+}
+
+} // namespace

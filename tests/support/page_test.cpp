@@ -1,0 +1,226 @@
+#include "tests/support/page_test.h"
+
+#include <msi.h>
+
+namespace {
+
+// Closes what stands open after a failure, one window at a time: the loop of an inner box has to come back before the
+// window that opened it may go.
+void CALLBACK CloseOneWindow(HWND, UINT, UINT_PTR timer, DWORD)
+{
+    if (!CloseFrontWindow())
+        KillTimer(nullptr, timer);
+}
+
+// Windows of the system's own that come with the first window of a thread, icons of boxes, fonts, themes: made once
+// for a process and kept. They must be there before anything is counted.
+void WarmUp()
+{
+    static bool done = false;
+    if (done)
+        return;
+    done = true;
+    for (const UINT icon : {MB_ICONERROR, MB_ICONQUESTION, MB_ICONWARNING, MB_ICONINFORMATION}) {
+        CScript script;
+        script.Add(L"close the box", [] {
+            const std::optional<MessageBoxView> box = FindMessageBox();
+            return box ? AnswerMessageBox(*box, IDOK) : StepOutcome::NotYet(L"no box is up");
+        });
+        script.Start();
+        MessageBoxW(nullptr, L"Text", L"Title", MB_OK | icon);
+    }
+}
+
+} // namespace
+
+ExpectedBox ExpectedBox::Titled(const CString& words) const
+{
+    ExpectedBox box = *this;
+    box.title = words;
+    return box;
+}
+
+ExpectedBox ExpectedBox::WithoutOwner() const
+{
+    ExpectedBox box = *this;
+    box.owned = false;
+    return box;
+}
+
+ExpectedBox ErrorBox(const CString& text)
+{
+    return {text, MB_OK, MB_ICONERROR, std::nullopt, true};
+}
+
+ExpectedBox WarningBox(const CString& text)
+{
+    return {text, MB_OK, MB_ICONWARNING, std::nullopt, true};
+}
+
+ExpectedBox QuestionBox(const CString& text)
+{
+    return {text, MB_YESNO, MB_ICONQUESTION, std::nullopt, true};
+}
+
+ExpectedBox YesNoBox(const CString& text)
+{
+    return {text, MB_YESNO, 0, std::nullopt, true};
+}
+
+ExpectedBox PlainBox(const CString& text)
+{
+    return {text, MB_OK, 0, std::nullopt, true};
+}
+
+PageTest::PageTest()
+{
+    WarmUp();
+    host.language.wizTextPath = BuiltLanguageFolder();
+    host.manager.resourceFolder = BuiltLanguageFolder();
+    host.manager.m_strResourceFolder = host.Keep(BuiltLanguageFolder());
+    host.manager.sourceResourceFolder = BuiltLanguageFolder();
+    context.pSetupManager = &host.manager;
+    script.SetFailureHandler([] { SetTimer(nullptr, 0, USER_TIMER_MINIMUM, CloseOneWindow); });
+    m_before = ReadProcessState();
+}
+
+PageTest::~PageTest() = default;
+
+void PageTest::TearDown()
+{
+    EXPECT_EQ(DescribeChange(m_before, ReadProcessState()), CString());
+    EXPECT_EQ(MsiCloseAllHandles(), 0u) << "installer handles were left open";
+}
+
+// ---- steps
+
+void PageTest::Step(const wchar_t* name, CScript::Step step)
+{
+    script.Add(name, std::move(step));
+}
+
+void PageTest::AddStep(const CString& name, CScript::Step step)
+{
+    script.Add(name, [this, step = std::move(step)] {
+        if (const std::optional<MessageBoxView> box = FindMessageBox())
+            return StepOutcome::Failed(L"an unexpected message box is up: " + box->Describe());
+        const StepOutcome found = FindPage();
+        return found.IsDone() ? step() : found;
+    });
+}
+
+StepOutcome PageTest::FindPage()
+{
+    if (!IsWindow(m_page))
+        m_page = FindWindowWithControls({IDC_NEXT, IDC_CANCEL, IDC_BACK});
+    return Until(m_page != nullptr, L"no page is up");
+}
+
+void PageTest::Press(int button)
+{
+    AddStep(L"press " + NumberText(button), [this, button] { return Control(button).Click(); });
+}
+
+void PageTest::Type(int edit, const CString& text)
+{
+    AddStep(L"type \"" + text + L"\" into " + NumberText(edit),
+            [this, edit, text] { return Control(edit).SetText(text); });
+}
+
+void PageTest::SelectLine(int list, const CString& line)
+{
+    AddStep(L"select \"" + line + L"\" in " + NumberText(list),
+            [this, list, line] { return Control(list).Select(line); });
+}
+
+void PageTest::FocusOn(int control)
+{
+    AddStep(L"focus " + NumberText(control), [this, control] { return Control(control).Focus(); });
+}
+
+void PageTest::Key(WORD virtualKey, KeyModifier modifier)
+{
+    AddStep(L"press key " + NumberText(virtualKey),
+            [virtualKey, modifier] { return PressKey(virtualKey, modifier); });
+}
+
+void PageTest::Look(std::function<void()> look)
+{
+    AddStep(L"look", [look = std::move(look)] {
+        look();
+        return StepOutcome::Done();
+    });
+}
+
+void PageTest::Await(const wchar_t* what, std::function<bool()> condition)
+{
+    AddStep(L"wait", [what, condition = std::move(condition)] { return Until(condition(), what); });
+}
+
+void PageTest::Answer(const ExpectedBox& box, int button, std::function<void()> look)
+{
+    script.Add(L"answer the box \"" + box.text + L"\" with " + NumberText(button),
+               [this, box, button, look = std::move(look)] { return MeetBox(box, button, look); });
+}
+
+CString PageTest::ExpectedBoxText(const ExpectedBox& expected) const
+{
+    MessageBoxView view;
+    view.title = expected.title.value_or(host.manager.m_strProductName);
+    view.text = expected.text;
+    view.buttons = expected.buttons;
+    view.icon = expected.icon;
+    return view.Describe() + (expected.owned ? L" owned by the page" : L" without owner");
+}
+
+StepOutcome PageTest::MeetBox(const ExpectedBox& expected, int button, const std::function<void()>& look)
+{
+    const std::optional<MessageBoxView> box = FindMessageBox();
+    if (!box)
+        return StepOutcome::NotYet(L"no message box is up");
+    const wchar_t* owner = !box->owner            ? L" without owner"
+                           : box->owner == m_page ? L" owned by the page"
+                                                  : L" owned by another window";
+    const CString came = box->Describe() + owner;
+    const CString wanted = ExpectedBoxText(expected);
+    if (!(came == wanted))
+        return StepOutcome::Failed(L"expected the box " + wanted + L"\nbut this one came: " + came);
+    if (look)
+        look();
+    return AnswerMessageBox(*box, button);
+}
+
+// ---- playing
+
+int PageTest::Show(PageFunction page)
+{
+    m_page = nullptr;
+    script.Start();
+    const int result = page(&context);
+    ReportFailure();
+    return result;
+}
+
+void PageTest::Play()
+{
+    script.Add(L"leave the loop", [] {
+        PostQuitMessage(0);
+        return StepOutcome::Done();
+    });
+    script.Start();
+    for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0;) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+        if (script.HasFailed() && TopLevelWindows().empty())
+            break;
+    }
+    ReportFailure();
+}
+
+void PageTest::ReportFailure() const
+{
+    if (script.HasFailed())
+        ADD_FAILURE() << Utf8(script.GetFailure());
+    else if (!script.IsFinished())
+        ADD_FAILURE() << "The page closed before the step \"" << Utf8(script.GetCurrentStep()) << "\"";
+}

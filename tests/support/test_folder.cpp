@@ -1,0 +1,87 @@
+#include "tests/support/test_folder.h"
+
+#include "tests/support/text.h"
+#include "window/handle.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+CString ProgramFolder()
+{
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    const CString file = path;
+    return file.Left(file.ReverseFind(L'\\') + 1);
+}
+
+bool FolderExists(const CString& path)
+{
+    const DWORD attributes = GetFileAttributesW(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+bool FileExists(const CString& path)
+{
+    const DWORD attributes = GetFileAttributesW(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+void WriteFileBytes(const CString& path, const char* bytes)
+{
+    const CFileOwner file(
+        CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    ASSERT_TRUE(file) << Utf8(path) << " can't be written, error " << GetLastError();
+    DWORD written = 0;
+    const DWORD length = static_cast<DWORD>(std::strlen(bytes));
+    ASSERT_TRUE(WriteFile(file.get(), bytes, length, &written, nullptr) && written == length) << Utf8(path);
+}
+
+void RemoveFolder(const CString& path)
+{
+    WIN32_FIND_DATAW data = {};
+    {
+        const CFindOwner search(FindFirstFileW(path + L"\\*", &data));
+        if (!search)
+            return;
+        do {
+            const CString name = data.cFileName;
+            const CString full = path + L"\\" + name;
+            SetFileAttributesW(full, FILE_ATTRIBUTE_NORMAL);
+            if (!(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
+                DeleteFileW(full);
+            else if (name != CString(L".") && name != CString(L".."))
+                RemoveFolder(full);
+        } while (FindNextFileW(search.get(), &data));
+    }
+    RemoveDirectoryW(path);
+}
+
+CTestFolder::CTestFolder()
+{
+    static int count = 0;
+    wchar_t temporary[MAX_PATH] = {};
+    GetTempPathW(MAX_PATH, temporary);
+    m_path = CString(temporary) + L"rollout test " + NumberText(GetCurrentProcessId()) + L" " +
+             NumberText(++count) + L"\\";
+    EXPECT_TRUE(CreateDirectoryW(m_path, nullptr)) << Utf8(m_path) << ", error " << GetLastError();
+}
+
+CTestFolder::~CTestFolder()
+{
+    RemoveFolder(m_path.Left(m_path.GetLength() - 1));
+}
+
+CString CTestFolder::AddFolder(const wchar_t* name) const
+{
+    const CString path = m_path + name;
+    EXPECT_TRUE(CreateDirectoryW(path, nullptr)) << Utf8(path) << ", error " << GetLastError();
+    return path;
+}
+
+CString CTestFolder::AddFile(const wchar_t* name, const char* bytes) const
+{
+    const CString path = m_path + name;
+    WriteFileBytes(path, bytes);
+    return path;
+}
