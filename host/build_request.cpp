@@ -25,13 +25,15 @@ SetupDescription DescribeImage(const Media& media, int platform)
 {
     SetupDescription image = media.description;
     const auto otherPlatform = [&](const auto& package) { return package.platform != platform; };
-    std::erase_if(image.platforms, [&](const PlatformDescription& described) { return described.id != platform; });
+    std::erase_if(image.platforms,
+                  [&](const PlatformDescription& described) { return described.id != platform; });
     for (ProductDescription& product : image.products) {
         std::erase_if(product.packages, otherPlatform);
         for (ProductDescription& pack : product.languagePacks) {
             std::erase_if(pack.packages, otherPlatform);
         }
-        std::erase_if(product.languagePacks, [](const ProductDescription& pack) { return pack.packages.empty(); });
+        std::erase_if(product.languagePacks,
+                      [](const ProductDescription& pack) { return pack.packages.empty(); });
     }
     std::erase_if(image.products, [](const ProductDescription& product) { return product.packages.empty(); });
     return image;
@@ -88,7 +90,10 @@ private:
         }
     }
 
-    static CString ParentOf(const CString& relative) { return relative.Left(relative.ReverseFind(L'\\') + 1); }
+    static CString ParentOf(const CString& relative)
+    {
+        return relative.Left(relative.ReverseFind(L'\\') + 1);
+    }
 
     // Patch files come into the image, and the deployment's file names them there.
     void AddPatches(const ProductObject& product, const CString& folder, BuildDatabase& database)
@@ -123,9 +128,10 @@ private:
     {
         for (const CString& file : FindPackageFiles(product.GetMsiHandle(), m_media.strRoot)) {
             const CString target = InImage(file);
-            const bool known = std::any_of(m_plan.files.begin(), m_plan.files.end(), [&](const BuildFile& added) {
-                return added.strTarget.CompareNoCase(target) == 0;
-            });
+            const bool known =
+                std::any_of(m_plan.files.begin(), m_plan.files.end(), [&](const BuildFile& added) {
+                    return added.strTarget.CompareNoCase(target) == 0;
+                });
             if (!known) {
                 m_plan.files.push_back({m_media.strRoot + file, target});
             }
@@ -141,7 +147,8 @@ private:
                 return;
             }
         }
-        std::erase_if(m_plan.folders, [&](const BuildFolder& folder) { return IsBelow(folder.strTarget, target); });
+        std::erase_if(m_plan.folders,
+                      [&](const BuildFolder& folder) { return IsBelow(folder.strTarget, target); });
         m_plan.folders.push_back({m_media.strRoot + relative, target, {}});
     }
 
@@ -163,24 +170,14 @@ BuildResult BuildFromManager(ManagerObject& manager, IBuildProgress& progress)
     if (HostError error = manager.EnsureProducts()) {
         return {error, CString(), {}};
     }
-#if !defined(ROLLOUT_HAS_BUILDER)
-    static_cast<void>(progress);
-    return {{ERROR_CALL_NOT_IMPLEMENTED, L"This program was compiled without the part that builds."}, CString(), {}};
-#else
     BuildResult result = BuildDeployment(MakeBuildPlan(manager), progress);
     if (!result.error) {
         manager.SetResultLines(manager.m_strDeploymentName, result.strDeploymentFolder);
     }
     return result;
-#endif
 }
 
 std::uint64_t MeasureFromManager(ManagerObject& manager)
 {
-#if defined(ROLLOUT_HAS_BUILDER)
     return manager.EnsureProducts() ? 0 : MeasureBuild(MakeBuildPlan(manager));
-#else
-    static_cast<void>(manager);
-    return 0;
-#endif
 }

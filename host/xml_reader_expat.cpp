@@ -2,6 +2,7 @@
 #include "host/xml_events.h"
 
 #include "host/host_messages.h"
+#include "host/xml_scan.h"
 
 #include <expat.h>
 
@@ -82,6 +83,12 @@ XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events)
 {
     if (length > XML_BYTES_LIMIT) {
         return {HostSentence(HostText::XmlTooLarge, {NumberText(XML_BYTES_LIMIT)}), 0};
+    }
+    if (XmlFault fault = CheckXmlMarkup(bytes, length)) {
+        return fault;
+    }
+    if (!IsUtf8(bytes, length)) {
+        return {HostSentence(HostText::XmlMalformed, {L"it is not UTF-8"}), 0};
     }
     const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> parser(XML_ParserCreate(nullptr),
                                                                          XML_ParserFree);

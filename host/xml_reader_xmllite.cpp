@@ -2,6 +2,7 @@
 #include "host/xml_events.h"
 
 #include "host/host_messages.h"
+#include "host/xml_scan.h"
 
 #include <windows.h>
 
@@ -9,7 +10,10 @@
 #include <shlwapi.h>
 #include <xmllite.h>
 
+#include <cstdio>
+#include <cwchar>
 #include <memory>
+#include <string>
 
 namespace {
 
@@ -24,6 +28,49 @@ CString ResultText(HRESULT result)
 {
     CString text;
     text.Format(L"XML error 0x%08X", static_cast<unsigned>(result));
+    return text;
+}
+
+// The parser is given plain ASCII and the letters beyond travel through it as `4E2D; (and the mark itself as `60;):
+// some versions of XmlLite break a UTF-8 sequence that crosses the end of their buffer, stop behind the first buffer
+// of UTF-16, and cut character references to 16 bits.
+constexpr wchar_t TRAVEL_MARK = L'`';
+
+std::string PackLetters(const char* bytes, std::size_t length)
+{
+    const CString text = TextFromUtf8(bytes, length);
+    std::string ascii;
+    ascii.reserve(length);
+    for (int index = text[0] == 0xFEFF ? 1 : 0; index < text.GetLength(); ++index) {
+        const wchar_t unit = text[index];
+        if (unit < 0x80 && unit != TRAVEL_MARK) {
+            ascii += static_cast<char>(unit);
+            continue;
+        }
+        char packed[8] = {};
+        std::snprintf(packed, sizeof packed, "`%X;", static_cast<unsigned>(unit));
+        ascii += packed;
+    }
+    return ascii;
+}
+
+CString UnpackLetters(const wchar_t* packed)
+{
+    CString text;
+    for (const wchar_t* next = packed; next && *next != 0; ++next) {
+        if (*next != TRAVEL_MARK) {
+            text += *next;
+            continue;
+        }
+        wchar_t* end = nullptr;
+        const wchar_t unit = static_cast<wchar_t>(std::wcstoul(next + 1, &end, 16));
+        if (*end == L';' && end > next + 1) {
+            text += unit;
+            next = end;
+        } else {
+            text += *next; // the author's own, written as &#96;
+        }
+    }
     return text;
 }
 
@@ -82,7 +129,7 @@ private:
     {
         const wchar_t* value = nullptr;
         m_reader.GetValue(&value, nullptr);
-        return value;
+        return UnpackLetters(value);
     }
 
     bool OnNode(XmlNodeType type)
@@ -91,8 +138,7 @@ private:
         case XmlNodeType_Element:
             return OnStart();
         case XmlNodeType_EndElement:
-            --m_depth;
-            return m_events.OnElementEnd();
+            return OnEnd();
         case XmlNodeType_Text:
         case XmlNodeType_CDATA:
             return m_events.OnText(Value(), Line());
@@ -123,11 +169,16 @@ private:
         if (!m_events.OnElement(name, attributes, line)) {
             return false;
         }
-        if (empty) {
-            --m_depth;
-            return m_events.OnElementEnd();
+        return !empty || OnEnd();
+    }
+
+    bool OnEnd()
+    {
+        if (--m_depth < 0) {
+            m_fault = {HostSentence(HostText::XmlMalformed, {L"an element ends that did not begin"}), Line()};
+            return false;
         }
-        return true;
+        return m_events.OnElementEnd();
     }
 
     IXmlReader& m_reader;
@@ -144,6 +195,9 @@ XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events)
     if (length > XML_BYTES_LIMIT) {
         return {HostSentence(HostText::XmlTooLarge, {NumberText(XML_BYTES_LIMIT)}), 0};
     }
+    if (XmlFault fault = CheckXmlMarkup(bytes, length)) {
+        return fault;
+    }
     void* made = nullptr;
     const HRESULT result = CreateXmlReader(__uuidof(IXmlReader), &made, nullptr);
     if (FAILED(result)) {
@@ -153,8 +207,12 @@ XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events)
     reader->SetProperty(XmlReaderProperty_DtdProcessing, DtdProcessing_Prohibit);
     // One more than ours, so that our own message comes first; not every XmlLite knows the property.
     reader->SetProperty(XmlReaderProperty_MaxElementDepth, XML_DEPTH_LIMIT + 1);
+    if (!IsUtf8(bytes, length)) {
+        return {HostSentence(HostText::XmlMalformed, {L"it is not UTF-8"}), 0};
+    }
+    const std::string ascii = PackLetters(bytes, length);
     const Owner<IStream> stream(
-        SHCreateMemStream(reinterpret_cast<const BYTE*>(bytes), static_cast<UINT>(length)));
+        SHCreateMemStream(reinterpret_cast<const BYTE*>(ascii.data()), static_cast<UINT>(ascii.size())));
     if (!stream || FAILED(reader->SetInput(stream.get()))) {
         return {HostSentence(HostText::XmlMalformed, {ResultText(E_OUTOFMEMORY)}), 0};
     }

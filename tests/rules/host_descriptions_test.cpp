@@ -207,6 +207,41 @@ TEST(SetupXmlTest, AFileThatEndsAnywhereIsRefused)
     }
 }
 
+TEST(SetupXmlTest, AnotherEncodingThanUtf8IsRefused)
+{
+    EXPECT_GE(ReadSetup(With("utf-8", "iso-8859-1")).message.Find(L"not UTF-8"), 0);
+    EXPECT_GE(ReadSetup(With("Velkmora", "Velkm\xF6ra")).message.Find(L"not UTF-8"), 0);
+    EXPECT_FALSE(ReadSetup(With("Velkmora", "\xEF\xBF\xBD")));
+    EXPECT_FALSE(ReadSetup(With("<?xml", "\xEF\xBB\xBF<?xml")));
+}
+
+TEST(SetupXmlTest, AGraveAccentIsALetterLikeAnyOther)
+{
+    SetupDescription setup;
+    ASSERT_FALSE(ReadSetup(With("Velkmora", "a`b `60; &#96; &#96;"), &setup));
+    EXPECT_EQ(setup.strMaker, CString(L"a`b `60; ` `"));
+}
+
+TEST(SetupXmlTest, ALongFileKeepsEveryLetter)
+{
+    // Every alignment of a three-byte letter to whatever the parser's buffer is.
+    for (int shift = 0; shift < 3; ++shift) {
+        std::string comment = "<!--" + std::string(static_cast<std::size_t>(shift), 'x');
+        for (int count = 0; count < 6000; ++count) {
+            comment += "\xE4\xB8\xAD";
+        }
+        std::string name;
+        for (int count = 0; count < 200; ++count) {
+            name += "\xE4\xB8\xAD";
+        }
+        std::string text = With("Velkmora", name);
+        text.insert(text.find("<Resources"), comment + "-->");
+        SetupDescription setup;
+        ASSERT_FALSE(ReadSetup(text, &setup));
+        EXPECT_EQ(Utf8(setup.strMaker), name);
+    }
+}
+
 TEST(SetupXmlTest, AHugeFileIsRefusedUnread)
 {
     const XmlFault fault = ReadSetup(std::string(XML_BYTES_LIMIT + 1, ' '));
@@ -240,7 +275,14 @@ TEST(DeploymentFileTest, AValueOfAnyUnitReadsBackEqual)
     XmlFault fault;
     const DeploymentFile again = ReadBack(file, fault);
     ASSERT_FALSE(fault) << Utf8(fault.message);
-    EXPECT_TRUE(again.products.at(0).properties.at(0).value == value);
+    const CString read = again.products.at(0).properties.at(0).value;
+    int same = 0;
+    while (same < value.GetLength() && read[same] == value[same]) {
+        ++same;
+    }
+    EXPECT_TRUE(read == value) << "first difference at " << same << ": " << std::hex << int{read[same]}
+                               << " for " << int{value[same]} << ", lengths " << std::dec << read.GetLength()
+                               << " and " << value.GetLength();
 }
 
 TEST(DeploymentFileTest, ACutOffFileIsRefused)
