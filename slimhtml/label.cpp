@@ -191,8 +191,7 @@ LRESULT Label::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
         return 0;
     case WM_KEYDOWN: {
         const LabelDecision decision = Decide(wParam);
-        const bool bClaimed = std::exchange(m_claimedKey, 0) == wParam;
-        if (decision.deed == LabelDeed::None || !(bClaimed || OwnerAgrees())) {
+        if (decision.deed == LabelDeed::None || !OwnerAgrees()) {
             return m_binding.CallFormer(message, wParam, lParam);
         }
         Act(decision);
@@ -244,12 +243,10 @@ LRESULT Label::OnGetDialogCode(WPARAM wParam, LPARAM lParam)
 {
     const LRESULT code = m_binding.CallFormer(WM_GETDLGCODE, wParam, lParam);
     const auto* message = reinterpret_cast<const MSG*>(lParam);
-    m_claimedKey = 0;
     if (!message || message->message != WM_KEYDOWN || Decide(message->wParam).deed == LabelDeed::None ||
         !OwnerAgrees()) {
         return code;
     }
-    m_claimedKey = message->wParam;
     return code | DLGC_WANTMESSAGE;
 }
 

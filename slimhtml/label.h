@@ -93,6 +93,5 @@ private:
     int m_pressedLink = -1; // the mouse went down on it
     bool m_bFocusByMouse = false;
     int m_wheelRest = 0;
-    WPARAM m_claimedKey = 0;         // the owner agreed while the dialog asked who wants the key
     ControlSubclass m_binding{this}; // last: its end must not find the rest gone
 };

@@ -123,6 +123,8 @@ TEST(LabelBindingTest, AnObjectThatGoesBelowAnotherProcedureLeavesAWorkingContro
     }
     SetWindowTextW(window.Label(), L"<b>plain again</b>");
     EXPECT_EQ(WindowText(window.Label()), CString(L"<b>plain again</b>"));
+    EXPECT_NE(SendMessageW(window.Label(), WM_GETFONT, 0, 0), 0)
+        << "the static control's own procedure was lost";
 }
 
 TEST(LabelBindingTest, CountingSeesTwentyObjectsMade)

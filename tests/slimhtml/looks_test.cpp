@@ -108,6 +108,10 @@ TEST(LabelLooksTest, ADisabledLabelIsGray)
     EnableWindow(window.Label(), FALSE);
     EXPECT_FALSE(window.Shows(0x000000));
     EXPECT_TRUE(window.Shows(GetSysColor(COLOR_GRAYTEXT)));
+    // The static control would draw its own text at once.
+    const Picture shown = TakePicture(window.Label());
+    RedrawWindow(window.Label(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    EXPECT_EQ(shown.pixels, TakePicture(window.Label()).pixels);
 }
 
 TEST(LabelLooksTest, APageWithEachFeatureIsDrawn)

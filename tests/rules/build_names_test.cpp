@@ -1,0 +1,98 @@
+#include "host/build/build_names.h"
+#include "tests/support/text.h"
+
+#include <gtest/gtest.h>
+
+TEST(BuildNames, RefusesWhatWindowsCannotHold)
+{
+    for (const wchar_t* name :
+         {L"",    L".",       L"..",  L"a/b",    L"a\\b",      L"a:b",      L"a*",    L"a?",
+          L"a\"", L"<a",      L"a>",  L"a|b",    L"a\tb",      L"a.",       L"a ",    L" a",
+          L"CON", L"con.txt", L"Aux", L"lpt9.x", L"COM\x00B9", L"NUL .txt", L"CONIN$"}) {
+        EXPECT_FALSE(RefusedName(name).IsEmpty()) << Utf8(name);
+    }
+    EXPECT_FALSE(RefusedName(CString(L'a', MAX_DEPLOYMENT_NAME + 1)).IsEmpty());
+}
+
+TEST(BuildNames, AcceptsOrdinaryAndOddNames)
+{
+    for (const wchar_t* name : {L"Office", L"Zolt 2027", L".a", L"a.b", L"COM", L"COM10", L"CONSOLE",
+                                L"100% & ^!", L"\x65E5\x672C", L"lpt"}) {
+        EXPECT_EQ(RefusedName(name), CString()) << Utf8(name);
+    }
+    EXPECT_TRUE(RefusedName(CString(L'a', MAX_DEPLOYMENT_NAME)).IsEmpty());
+}
+
+TEST(BuildNames, ARelativePathStaysInsideItsFolder)
+{
+    EXPECT_TRUE(IsPlainRelativePath(L"Image\\x64\\Zolt.msi"));
+    EXPECT_TRUE(IsPlainRelativePath(L"a"));
+    for (const wchar_t* path : {L"", L"\\a", L"a\\", L"a\\\\b", L"..\\a", L"a\\..\\b", L"a\\.", L"C:\\a",
+                                L"C:a", L"\\\\server\\share", L"a/b", L"a\\NUL", L"a.\\b"}) {
+        EXPECT_FALSE(IsPlainRelativePath(path)) << Utf8(path);
+    }
+}
+
+TEST(BuildNames, LongPathsGetTheFormWithoutALimit)
+{
+    EXPECT_EQ(UnlimitedPath(L"C:\\a"), CString(L"\\\\?\\C:\\a"));
+    EXPECT_EQ(UnlimitedPath(L"\\\\server\\share\\a"), CString(L"\\\\?\\UNC\\server\\share\\a"));
+    EXPECT_EQ(UnlimitedPath(L"\\\\?\\C:\\a"), CString(L"\\\\?\\C:\\a"));
+    EXPECT_EQ(UnlimitedPath(L"a\\b"), CString(L"a\\b"));
+}
+
+TEST(BuildNames, FoldersAreToldFromTheirNeighbours)
+{
+    EXPECT_TRUE(IsSameOrBelow(L"C:\\media", L"c:\\MEDIA\\"));
+    EXPECT_TRUE(IsSameOrBelow(L"C:\\media\\x", L"C:\\media"));
+    EXPECT_FALSE(IsSameOrBelow(L"C:\\media2", L"C:\\media"));
+    EXPECT_TRUE(IsSameOrBelow(L"C:\\media", L"C:\\"));
+    EXPECT_EQ(FolderAbove(L"C:\\a\\b\\"), CString(L"C:\\a"));
+    EXPECT_EQ(FolderAbove(L"C:\\a"), CString(L"C:\\"));
+    EXPECT_EQ(FolderAbove(L"a"), CString());
+    EXPECT_EQ(LastName(L"C:\\a\\b\\"), CString(L"b"));
+    EXPECT_EQ(JoinFolder(L"C:\\", L"a"), CString(L"C:\\a"));
+    EXPECT_EQ(JoinFolder(L"", L"a"), CString(L"a"));
+}
+
+TEST(BuildNames, ALockFileTellsItsBuild)
+{
+    EXPECT_EQ(LockFileName(L"Office 1.0"), CString(L".Office 1.0.build-lock"));
+    EXPECT_EQ(NameFromLockFile(L".Office 1.0.build-lock"), CString(L"Office 1.0"));
+    EXPECT_EQ(NameFromLockFile(L"..build-lock"), CString());
+    EXPECT_EQ(NameFromLockFile(L"Office.build-lock"), CString());
+    EXPECT_EQ(StagingFolderName(L"Office", 0x1A2B3C4D), CString(L".Office.staging-1a2b3c4d"));
+    EXPECT_EQ(OldFolderName(L"Office", 7), CString(L".Office.old-00000007"));
+    const std::string text = Utf8(LockFileText(0x0A2B3C4D));
+    std::uint32_t id = 0;
+    EXPECT_EQ(ReadLockFileText(text.data(), text.size(), id), LockText::Complete);
+    EXPECT_EQ(id, 0x0A2B3C4Du);
+}
+
+TEST(BuildNames, ALockFileCutOffIsStillOursAndAnythingElseIsNot)
+{
+    const std::string text = Utf8(LockFileText(0x12345678));
+    std::uint32_t id = 0;
+    for (std::size_t length = 0; length < 25; ++length) {
+        EXPECT_EQ(ReadLockFileText(text.data(), length, id), LockText::Unfinished) << length;
+    }
+    for (const char* other :
+         {"x", "Deployment build zzzzzzzz", "deployment build 12345678", "Deployment build 1234567G"}) {
+        EXPECT_EQ(ReadLockFileText(other, std::string(other).size(), id), LockText::Foreign) << other;
+    }
+}
+
+TEST(BuildNames, NoLeftoverIsThrownAwayWithoutASuccessor)
+{
+    EXPECT_EQ(JudgeLeftovers(true, true, false), LeftoverStep::Nothing);
+    EXPECT_EQ(JudgeLeftovers(false, false, false), LeftoverStep::Nothing);
+    EXPECT_EQ(JudgeLeftovers(false, true, true), LeftoverStep::PutOldBack);
+    EXPECT_EQ(JudgeLeftovers(false, false, true), LeftoverStep::PutOldBack);
+    EXPECT_EQ(JudgeLeftovers(true, false, true), LeftoverStep::DeleteOld);
+    EXPECT_EQ(JudgeLeftovers(true, true, true), LeftoverStep::KeepOld);
+}
+
+TEST(BuildNames, APartOfAFileNameHoldsNothingReserved)
+{
+    EXPECT_EQ(FileNamePart(L"Zolt: \"2027\"/x. "), CString(L"Zolt_ _2027__x"));
+}

@@ -1,0 +1,214 @@
+// The texts of a deployment, composed without building one.
+#include "host/build/build_failure.h"
+#include "host/build/change_report.h"
+#include "host/build/command_text.h"
+#include "host/build/copy_list.h"
+#include "host/build/notes_text.h"
+#include "tests/support/text.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+BuildDatabase Product(const CString& name, const CString& target, const CString& code)
+{
+    BuildDatabase database;
+    database.strTarget = target;
+    database.strProductName = name;
+    database.strProductVersion = L"27.0.0";
+    database.strProductCode = code;
+    return database;
+}
+
+BuildPlan TwoProducts()
+{
+    BuildPlan plan;
+    plan.strName = L"Office";
+    plan.databases = {Product(L"Zolt", L"Image\\Zolt\\Zolt.msi", L"{1}"),
+                      Product(L"Pack", L"Image\\Pack\\Pack.msi", L"{2}")};
+    return plan;
+}
+
+#define EXPECT_HOLDS(text, part) EXPECT_GE((text).Find(part), 0) << "missing in:\n" << Utf8(text)
+#define EXPECT_LACKS(text, part) EXPECT_EQ((text).Find(part), -1) << "found in:\n" << Utf8(text)
+
+} // namespace
+
+TEST(BuildCommands, ProductsAreInstalledInOrderAndRemovedInReverse)
+{
+    const CString install = ComposeInstallScript(TwoProducts());
+    EXPECT_LT(install.Find(L"/i \"%~dp0Image\\Zolt\\Zolt.msi\""),
+              install.Find(L"/i \"%~dp0Image\\Pack\\Pack.msi\""));
+    const CString uninstall = ComposeUninstallScript(TwoProducts());
+    EXPECT_LT(uninstall.Find(L"/x {2} "), uninstall.Find(L"/x {1} "));
+}
+
+TEST(BuildCommands, TheInstallerRunsSilentlyInTheForegroundWithALog)
+{
+    const CString script = ComposeInstallScript(TwoProducts());
+    EXPECT_HOLDS(script, L"set \"DISPLAY_OPTION=/qn\"\r\n");
+    EXPECT_HOLDS(script, L"set \"LOG=Zolt_27.0.0_Install_%COMPUTERNAME%.log\"\r\n");
+    EXPECT_HOLDS(script,
+                 L"start \"\" /wait \"%windir%\\System32\\msiexec.exe\" /i \"%~dp0Image\\Zolt\\Zolt.msi\" "
+                 L"%DISPLAY_OPTION% /norestart /L*V \"%LOGS%\\%LOG%\"\r\n");
+}
+
+TEST(BuildCommands, OnlyRemovingTakesAnAbsentProductForSuccess)
+{
+    EXPECT_HOLDS(ComposeUninstallScript(TwoProducts()), L"\"1605\" exit /b 0");
+    EXPECT_LACKS(ComposeInstallScript(TwoProducts()), L"1605");
+}
+
+TEST(BuildCommands, PercentSignsInNamesAreDoubled)
+{
+    BuildPlan plan = TwoProducts();
+    plan.databases[0].strTarget = L"Image\\100% & ^!\\Zolt.msi";
+    plan.commands.strLogFolder = L"\\\\server\\100%";
+    const CString script = ComposeInstallScript(plan);
+    EXPECT_HOLDS(script, L"/i \"%~dp0Image\\100%% & ^!\\Zolt.msi\"");
+    EXPECT_HOLDS(script, L"set \"LOG_FOLDER=\\\\server\\100%%\"");
+}
+
+TEST(BuildCommands, ANameCannotBreakOutOfItsQuotes)
+{
+    BuildPlan plan = TwoProducts();
+    plan.databases[0].strProductName = L"Zolt\" & del *.* & \"\r\nformat c:";
+    plan.commands.strLogFolder = L"x\" & del *.*\r\n";
+    const CString script = ComposeInstallScript(plan);
+    EXPECT_LACKS(script, L"\" & del");
+    EXPECT_LACKS(script, L"\nformat");
+}
+
+TEST(BuildCommands, PatchesAreChainedByFullPath)
+{
+    BuildPlan plan = TwoProducts();
+    plan.databases[0].patchTargets = {L"Image\\sp1.msp", L"Image\\sp2.msp"};
+    EXPECT_HOLDS(ComposeInstallScript(plan), L" PATCH=\"%~dp0Image\\sp1.msp;%~dp0Image\\sp2.msp\"");
+}
+
+TEST(BuildCommands, PropertiesAreQuoted)
+{
+    EXPECT_EQ(PropertyArgument(L"DIR=C:\\a b"), CString(L"DIR=\"C:\\a b\""));
+    EXPECT_EQ(PropertyArgument(L"T=a \"b\""), CString(L"T=\"a \"\"b\"\"\""));
+}
+
+TEST(BuildCommands, TheScriptIsAsciiUnlessAPathHasOtherLetters)
+{
+    BuildPlan plan = TwoProducts();
+    plan.databases[0].strProductName = L"Z\x00F6lt";
+    EXPECT_HOLDS(ComposeInstallScript(plan), L"set \"LOG=Z_lt_27.0.0_Install_");
+    EXPECT_LACKS(ComposeInstallScript(plan), L"chcp");
+    plan.databases[0].strTarget = L"Image\\Z\x00F6lt.msi";
+    EXPECT_HOLDS(ComposeInstallScript(plan), L"chcp 65001 >nul");
+}
+
+TEST(BuildCommands, EveryLineEndsAsTheInterpreterWantsIt)
+{
+    CString script = ComposeInstallScript(TwoProducts());
+    const int pairs = script.Replace(L"\r\n", L"");
+    EXPECT_GT(pairs, 20);
+    EXPECT_EQ(script.Find(L'\n'), -1);
+    EXPECT_EQ(script.Find(L'\r'), -1);
+}
+
+TEST(BuildNotes, TheManifestIsSortedAndComplete)
+{
+    const CString manifest = ComposeManifest({{L"b.txt", 5, L"bb"}, {L"A.txt", 0, L"aa"}});
+    EXPECT_HOLDS(manifest, L"\r\naa 0 A.txt\r\nbb 5 b.txt\r\n");
+}
+
+TEST(BuildNotes, TheReadMeUsesThePathOfTheWorkstations)
+{
+    const CString text = ComposeReadMe(TwoProducts(), L"\\\\server\\apps\\Office");
+    EXPECT_HOLDS(text,
+                 L"msiexec /i \"\\\\server\\apps\\Office\\Image\\Zolt\\Zolt.msi\" /qn /norestart /L*V ");
+    EXPECT_HOLDS(text, L"msiexec /fomus {1} /qn /norestart");
+    EXPECT_HOLDS(text, L"MSI product code {2}, version equal to or above 27.0.0");
+}
+
+TEST(BuildNotes, EveryCodeHasARemedy)
+{
+    for (unsigned int code = 0; code < 2000; ++code) {
+        EXPECT_GT(RemedyOf(code).GetLength(), 10) << code;
+    }
+}
+
+TEST(BuildNotes, AFailureNamesWhatWhyAndWhatToDo)
+{
+    EXPECT_EQ(
+        DescribeFailure(L"Writing", L"C:\\a", 112, L"Disk full.\r\n"),
+        CString(L"Writing \"C:\\a\" failed: Disk full (code 112). Free space on the disk, or choose another "
+                L"location."));
+}
+
+TEST(BuildChanges, RowsAreMatchedByKeyAndColumnsByName)
+{
+    DatabaseSnapshot before;
+    before[L"T"] = {{L"Key", L"A"}, {L"s72", L"s0"}, 1, {{{L"1"}, {L"1", L"x"}}, {{L"2"}, {L"2", L"y"}}}};
+    DatabaseSnapshot after;
+    after[L"T"] = {{L"Key", L"A", L"B"},
+                   {L"s72", L"s0", L"S0"},
+                   1,
+                   {{{L"1"}, {L"1", L"x", L""}}, {{L"3"}, {L"3", L"z", L"w"}}}};
+    const std::vector<RowDifference> rows = CompareSnapshots(before, after);
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0].change, RowChange::Removed);
+    EXPECT_EQ(rows[0].key[0], CString(L"2"));
+    EXPECT_EQ(rows[1].change, RowChange::Added);
+    EXPECT_EQ(rows[1].columns.size(), 3u);
+}
+
+TEST(BuildChanges, AColumnGainedWithAValueIsAChange)
+{
+    DatabaseSnapshot before;
+    before[L"T"] = {{L"Key"}, {L"s72"}, 1, {{{L"1"}, {L"1"}}}};
+    DatabaseSnapshot after;
+    after[L"T"] = {{L"Key", L"B"}, {L"s72", L"S0"}, 1, {{{L"1"}, {L"1", L"new"}}}};
+    const std::vector<RowDifference> rows = CompareSnapshots(before, after);
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(rows[0].columns[0].strColumn, CString(L"B"));
+    EXPECT_EQ(rows[0].columns[0].strNew, CString(L"new"));
+    EXPECT_EQ(CompareSnapshots(after, before).size(), 1u);
+}
+
+TEST(BuildChanges, ATableThatGoesTakesItsRowsIntoTheReport)
+{
+    DatabaseSnapshot before;
+    before[L"T"] = {{L"Key"}, {L"s72"}, 1, {{{L"1"}, {L"1"}}}};
+    const std::vector<RowDifference> rows = CompareSnapshots(before, {});
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(rows[0].change, RowChange::Removed);
+}
+
+TEST(BuildChanges, JsonTextsAreEscaped)
+{
+    EXPECT_EQ(JsonText(L"a\"\\\n\x01\x00FC"), CString(L"\"a\\\"\\\\\\u000a\\u0001\x00FC\""));
+}
+
+TEST(BuildChanges, AValueOfSeveralLinesStaysOneLine)
+{
+    DatabaseChanges database;
+    database.rows = {{L"T", RowChange::Changed, {L"1"}, {{L"A", L"x\r\ny", L"z\n"}}}};
+    EXPECT_HOLDS(ComposeChangesText({database}), L"A: \"x\\ny\" -> \"z\\n\"\r\n");
+}
+
+TEST(BuildTargets, TwoSourcesOfOneNameAreRefusedInAnyCase)
+{
+    CopyList list;
+    list.files = {{L"C:\\a\\One.txt", L"Image\\One.txt", 1}, {L"C:\\b\\one.TXT", L"Image\\one.TXT", 1}};
+    EXPECT_HOLDS(RefusedTargets(TwoProducts(), list), L"Both \"C:\\a\\One.txt\" and \"C:\\b\\one.TXT\"");
+}
+
+TEST(BuildTargets, AFileInTheBuildersPlaceIsRefused)
+{
+    CopyList list;
+    list.files = {{L"C:\\a\\readme.TXT", L"readme.TXT", 1}};
+    EXPECT_HOLDS(RefusedTargets(TwoProducts(), list), L"the builder's own file");
+}
+
+TEST(BuildTargets, TheLongestPathIsThatOfTheWorkstations)
+{
+    CopyList list;
+    list.files = {{L"C:\\a", CString(L'a', 40), 1}};
+    EXPECT_EQ(LongestPath(TwoProducts(), list, L"\\\\s\\x"), CString(L"\\\\s\\x\\") + CString(L'a', 40));
+}

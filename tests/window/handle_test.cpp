@@ -1,0 +1,135 @@
+#include "tests/window/fixture.h"
+#include "window/gdi.h"
+#include "window/handle.h"
+
+#include <utility>
+
+namespace {
+
+// A kind whose closings can be counted.
+struct CountedKind : NullableKind<int*>
+{
+    static void Close(int* handle) noexcept
+    {
+        ++*handle;
+        SetLastError(ERROR_INVALID_HANDLE);
+    }
+};
+using CCountedOwner = CHandleOwner<CountedKind>;
+
+TEST(HandleTest, AnOwnerClosesOnce)
+{
+    int closed = 0;
+    {
+        const CCountedOwner owner(&closed);
+        EXPECT_EQ(closed, 0);
+    }
+    EXPECT_EQ(closed, 1);
+}
+
+TEST(HandleTest, MovingHandsTheDutyToCloseOver)
+{
+    int closed = 0;
+    {
+        CCountedOwner first(&closed);
+        CCountedOwner second(std::move(first));
+        EXPECT_FALSE(first); // NOLINT(bugprone-use-after-move): what a moved-from owner holds is the claim
+        EXPECT_EQ(second.get(), &closed);
+    }
+    EXPECT_EQ(closed, 1);
+}
+
+TEST(HandleTest, AssigningClosesWhatWasHeld)
+{
+    int closedFirst = 0;
+    int closedSecond = 0;
+    CCountedOwner owner(&closedFirst);
+    owner = CCountedOwner(&closedSecond);
+    EXPECT_EQ(closedFirst, 1);
+    EXPECT_EQ(closedSecond, 0);
+}
+
+TEST(HandleTest, ResettingToTheSameHandleKeepsItOpen)
+{
+    int closed = 0;
+    CCountedOwner owner(&closed);
+    owner.reset(&closed);
+    EXPECT_EQ(closed, 0);
+}
+
+TEST(HandleTest, ReleaseGivesTheHandleAway)
+{
+    int closed = 0;
+    {
+        CCountedOwner owner(&closed);
+        EXPECT_EQ(owner.release(), &closed);
+    }
+    EXPECT_EQ(closed, 0);
+}
+
+TEST(HandleTest, PutClosesAndTakesWhatACallFillsIn)
+{
+    int closedFirst = 0;
+    int closedSecond = 0;
+    {
+        CCountedOwner owner(&closedFirst);
+        *owner.put() = &closedSecond;
+        EXPECT_EQ(closedFirst, 1);
+    }
+    EXPECT_EQ(closedSecond, 1);
+}
+
+TEST(HandleTest, ClosingKeepsTheLastError)
+{
+    int closed = 0;
+    CCountedOwner owner(&closed);
+    SetLastError(ERROR_DISK_FULL);
+    owner.reset();
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_DISK_FULL));
+}
+
+TEST(HandleTest, AFileThatCouldNotBeOpenedCountsAsNone)
+{
+    const CFileOwner file(CreateFileW(L"Z:\\no such folder\\no such file", GENERIC_READ, 0, nullptr,
+                                      OPEN_EXISTING, 0, nullptr));
+    EXPECT_FALSE(file);
+}
+
+TEST(HandleTest, OwnersLeaveNoGdiObjectBehind)
+{
+    const int before = CountGdiObjects();
+    {
+        const CFontOwner font(CreateFontW(12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"Tahoma"));
+        const CBrushOwner brush(CreateSolidBrush(RGB(1, 2, 3)));
+        const CPenOwner pen(CreatePen(PS_SOLID, 3, RGB(1, 2, 3)));
+        const CBitmapOwner bitmap(CreateBitmap(8, 8, 1, 32, nullptr));
+        const CDcOwner dc(CreateCompatibleDC(nullptr));
+        EXPECT_GE(CountGdiObjects(), before + 5); // the count can see them
+        const CSelectObject selected(dc.get(), pen.get());
+    }
+    EXPECT_EQ(CountGdiObjects(), before);
+}
+
+TEST(HandleTest, ASelectedObjectGivesWayToTheFormerOne)
+{
+    const CDcOwner dc(CreateCompatibleDC(nullptr));
+    const HGDIOBJ former = GetCurrentObject(dc.get(), OBJ_PEN);
+    {
+        const CSelectObject selected(dc.get(), GetStockObject(WHITE_PEN));
+        EXPECT_EQ(GetCurrentObject(dc.get(), OBJ_PEN), GetStockObject(WHITE_PEN));
+    }
+    EXPECT_EQ(GetCurrentObject(dc.get(), OBJ_PEN), former);
+}
+
+TEST(HandleTest, AScopeExitRunsItsStepUnlessItIsReleased)
+{
+    int steps = 0;
+    {
+        const scope_exit run([&steps] { ++steps; });
+        scope_exit skip([&steps] { steps += 100; });
+        skip.release();
+    }
+    EXPECT_EQ(steps, 1);
+}
+
+} // namespace
