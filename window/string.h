@@ -5,6 +5,7 @@
 // by two threads at a time. The file needs no window header: the rules use it on builds without Windows too.
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 
@@ -131,6 +132,12 @@ inline bool operator==(const wchar_t* left, const CString& right) noexcept
 inline bool operator<(const CString& left, const CString& right) noexcept
 {
     return left.Compare(right) < 0;
+}
+
+// Without this one, containers of texts would be ordered by the pointers that texts convert to.
+inline std::strong_ordering operator<=>(const CString& left, const CString& right) noexcept
+{
+    return left.Compare(right) <=> 0;
 }
 
 // Order for maps whose keys are compared without regard to case.

@@ -204,9 +204,9 @@ TEST(BuildDeployment, EndsTheLogWithCodeCauseAndRemedy)
     ASSERT_EQ(build.Build().error.code, 0u);
     const CString log = ReadText(build.Target() + L"\\Build.log");
     EXPECT_HOLDS(log, L"Copying Zolt 2027");
-    EXPECT_EQ(log.Right(88),
-              L"Code:   0\r\nCause:  The deployment is complete.\r\nRemedy: Nothing needs to be done.\r\n")
-        << Utf8(log);
+    const CString end =
+        L"Code:   0\r\nCause:  The deployment is complete.\r\nRemedy: Nothing needs to be done.\r\n";
+    EXPECT_EQ(log.Right(end.GetLength()), end) << Utf8(log);
 }
 
 TEST(BuildDeployment, NamesNoPathOfTheBuildInTheDatabase)

@@ -4,6 +4,7 @@
 
 #include <clocale>
 #include <cstdint>
+#include <vector>
 
 TEST(StringTest, CopiesShareTheTextUntilOneChanges)
 {
@@ -119,4 +120,16 @@ TEST(StringTest, ABufferTakesOnlyWhatWasReleased)
     text.ReleaseBuffer(4);
     EXPECT_EQ(text, CString(L"nld!"));
     EXPECT_EQ(copy, CString(L"old"));
+}
+
+// Vectors as keys of maps were ordered by address, so that no key was ever found again.
+TEST(StringTest, ListsOfTextsAreOrderedByTheirTexts)
+{
+    const std::vector<CString> first = {L"a", L"b"};
+    const std::vector<CString> same = {CString(L"a") + L"", CString(L"b") + L""};
+    const std::vector<CString> later = {L"a", L"c"};
+    EXPECT_FALSE(first < same);
+    EXPECT_FALSE(same < first);
+    EXPECT_TRUE(first < later);
+    EXPECT_FALSE(later < first);
 }

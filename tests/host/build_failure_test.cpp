@@ -1,0 +1,415 @@
+// Whatever goes wrong, the old deployment stays whole, or there is none.
+#include "tests/host/build_fixture.h"
+
+#include "host/build/build_names.h"
+#include "host/build/file_operations.h"
+
+#include <windows.h>
+
+namespace {
+
+#define EXPECT_HOLDS(text, part) EXPECT_GE((text).Find(part), 0) << "missing in:\n" << Utf8(text)
+
+const CString g_changeDatabase = L"UPDATE `Property` SET `Value` = 'Other' WHERE `Property` = 'Manufacturer'";
+
+// Switches faults off again, also when a check leaves the test.
+class FaultScope
+{
+public:
+    explicit FaultScope(const FileFault& fault) { SetFileFault(fault); }
+    FaultScope(const FaultScope&) = delete;
+    FaultScope& operator=(const FaultScope&) = delete;
+    ~FaultScope() { SetFileFault({}); }
+};
+
+// A build with an old deployment in place, known to the last byte.
+class RebuildTest : public testing::Test
+{
+protected:
+    RebuildTest() : m_build(SmallProduct())
+    {
+        EXPECT_EQ(m_build.Build().error.code, 0u);
+        WriteBytes(m_build.Target() + L"\\Image\\x64\\Zolt\\only-old.txt", "old");
+        m_old = ReadTree(m_build.Target());
+        m_build.plan.bReplaceExisting = true;
+        m_build.Change(g_changeDatabase);
+    }
+
+    static ProductOptions SmallProduct()
+    {
+        ProductOptions options;
+        options.bytesOfLargeFile = 100 * 1024;
+        return options;
+    }
+
+    void ExpectOldWhole(const std::string& when)
+    {
+        const Tree now = ReadTree(m_build.Target());
+        EXPECT_TRUE(now == m_old) << when << "\n" << NamesOf(now);
+    }
+
+    // The next start, as the program does it.
+    void StartAgain()
+    {
+        std::vector<CString> messages;
+        CleanUpLocation(m_build.Location(), messages);
+        for (const CString& message : messages) {
+            m_messages += Utf8(message) + "\n";
+        }
+    }
+
+    void ExpectNoLeftovers(const std::string& when)
+    {
+        for (const CString& name : Leftovers(m_build.Location(), m_build.plan.strName)) {
+            ADD_FAILURE() << when << ": left over: " << Utf8(name) << "\n" << m_messages;
+        }
+    }
+
+    // The old one to the byte, or a new one that is all there.
+    void ExpectOldOrNew(const std::string& when)
+    {
+        const Tree now = ReadTree(m_build.Target());
+        if (now.count(L"Image\\x64\\Zolt\\only-old.txt") != 0) {
+            EXPECT_TRUE(now == m_old) << when << ": the old one is damaged\n" << NamesOf(now);
+            return;
+        }
+        EXPECT_EQ(now.size(), m_old.size() - 1) << when << ": the new one is not whole\n" << NamesOf(now);
+        EXPECT_EQ(now.count(L"Manifest.txt"), 1u) << when << "\n" << NamesOf(now);
+    }
+
+    TestBuild m_build;
+    Tree m_old;
+    std::string m_messages;
+};
+
+TEST_F(RebuildTest, EachFileOperationThatFailsOnceLeavesOldOrNewWhole)
+{
+    bool done = false;
+    long long operation = 1;
+    for (; !done && operation < 2000; ++operation) {
+        const std::string when = "operation " + std::to_string(operation);
+        BuildResult result;
+        {
+            const FaultScope fault({operation, ERROR_DISK_FULL, false});
+            result = m_build.Build();
+            done = CountedFileOperations() < operation;
+        }
+        if (done) {
+            EXPECT_EQ(result.error.code, 0u) << when << ": " << Utf8(result.error.message);
+            break;
+        }
+        if (result.error) {
+            EXPECT_FALSE(result.error.message.IsEmpty()) << when;
+            ExpectOldWhole(when + " failed with: " + Utf8(result.error.message));
+        } else {
+            ExpectOldOrNew(when);
+            // Put the old one back for the next round.
+            RemoveTree(m_build.Target());
+            for (const auto& [name, bytes] : m_old) {
+                MakeFolders(FolderAbove(m_build.Target() + L"\\" + name));
+                if (name[name.GetLength() - 1] == L'\\') {
+                    MakeFolders(m_build.Target() + L"\\" + WithoutClosingBackslash(name));
+                } else {
+                    WriteBytes(m_build.Target() + L"\\" + name, bytes);
+                }
+            }
+        }
+        StartAgain();
+        ExpectNoLeftovers(when);
+        if (HasFailure()) {
+            return; // one is enough to look at
+        }
+    }
+    EXPECT_TRUE(done) << "still failing at operation " << operation;
+    EXPECT_GT(operation, 100);
+    RecordProperty("operations", static_cast<int>(operation));
+    printf("%lld operations failed in turn\n", operation - 1);
+}
+
+TEST_F(RebuildTest, AShareLostAtAnyOperationLeavesTheOldDeploymentRestorable)
+{
+    for (long long operation = 1; operation < 2000; ++operation) {
+        const std::string when = "lost at operation " + std::to_string(operation);
+        BuildResult result;
+        bool done = false;
+        {
+            const FaultScope fault({operation, ERROR_NETNAME_DELETED, true});
+            result = m_build.Build();
+            done = CountedFileOperations() < operation;
+        }
+        if (done || !result.error) {
+            StartAgain();
+            ExpectNoLeftovers(when);
+            EXPECT_GT(operation, 100);
+            printf("shares lost at %lld moments\n", operation - 1);
+            return; // all later ones come after the new deployment stands
+        }
+        StartAgain();
+        ExpectOldWhole(when + " failed with: " + Utf8(result.error.message));
+        ExpectNoLeftovers(when);
+        if (HasFailure()) {
+            return;
+        }
+    }
+    ADD_FAILURE() << "no build came through";
+}
+
+TEST_F(RebuildTest, CancellingAtAnyMomentLeavesTheOldDeploymentAndNothingElse)
+{
+    int calls = 0;
+    for (int cancelAt = 1;; ++cancelAt) {
+        calls = 0;
+        m_build.onProgress = [&](std::uint64_t, std::uint64_t) { return ++calls < cancelAt; };
+        const BuildResult result = m_build.Build();
+        if (!result.error) {
+            EXPECT_GE(cancelAt, 3) << "start and end at least can be cancelled";
+            return;
+        }
+        EXPECT_EQ(result.error.code, 1602u) << Utf8(result.error.message);
+        ExpectOldWhole("cancelled at call " + std::to_string(cancelAt));
+        ExpectNoLeftovers("cancelled");
+        EXPECT_FALSE(Exists(m_build.Location() + L"\\Office.Build.log"));
+        if (HasFailure()) {
+            return;
+        }
+    }
+}
+
+TEST(CancelledBuild, StopsInTheMiddleOfALargeFile)
+{
+    ProductOptions options;
+    options.bytesOfLargeFile = 64 << 20;
+    TestBuild build(options);
+    std::uint64_t seen = 0;
+    build.onProgress = [&](std::uint64_t done, std::uint64_t total) {
+        seen = done;
+        return done == 0 || done * 4 < total;
+    };
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, 1602u);
+    EXPECT_LT(seen, std::uint64_t{64 << 20});
+    EXPECT_FALSE(Exists(build.Target()));
+    EXPECT_EQ(Leftovers(build.Location(), L"Office"), std::vector<CString>());
+}
+
+TEST_F(RebuildTest, AFileOfTheOldDeploymentThatIsOpenKeepsItInPlace)
+{
+    const CString open = m_build.Target() + L"\\Image\\x64\\Zolt\\readme.txt";
+    HANDLE file = CreateFileW(open, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    const BuildResult result = m_build.Build();
+    CloseHandle(file);
+    EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_SHARING_VIOLATION));
+    EXPECT_HOLDS(result.error.message, L"Replacing \"" + open + L"\" failed");
+    EXPECT_HOLDS(result.error.message, L"Close it there");
+    ExpectOldWhole("open file");
+    ExpectNoLeftovers("open file");
+}
+
+TEST_F(RebuildTest, ALogOfAFailureLiesBesideTheDeploymentAndSaysWhatToDo)
+{
+    HANDLE file = CreateFileW(m_build.Target() + L"\\ReadMe.txt", GENERIC_READ, FILE_SHARE_READ, nullptr,
+                              OPEN_EXISTING, 0, nullptr);
+    EXPECT_EQ(m_build.Build().error.code, 32u);
+    CloseHandle(file);
+    const CString path = m_build.Location() + L"\\Office.Build.log";
+    const std::string bytes = ReadBytes(path);
+    const CString log = TextFromUtf8(bytes.data(), bytes.size());
+    EXPECT_HOLDS(log, L"\r\nCode:   32\r\nCause:  Replacing ");
+    EXPECT_HOLDS(log, L"\r\nRemedy: Another program or computer has the file open.");
+    EXPECT_EQ(m_build.Build().error.code, 0u);
+    EXPECT_FALSE(Exists(path)) << "a success makes the log of the failure out of date";
+}
+
+TEST_F(RebuildTest, ALockedSourceIsNamed)
+{
+    const CString source = m_build.Media() + L"\\x64\\Zolt\\readme.txt";
+    HANDLE file = CreateFileW(source, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    const BuildResult result = m_build.Build();
+    CloseHandle(file);
+    EXPECT_EQ(result.error.code, 32u);
+    EXPECT_HOLDS(result.error.message, source);
+    ExpectOldWhole("locked source");
+    ExpectNoLeftovers("locked source");
+}
+
+TEST_F(RebuildTest, ASecondBuildOfTheSameNameIsRefused)
+{
+    BuildResult second;
+    m_build.onProgress = [&](std::uint64_t, std::uint64_t) {
+        if (!second.error) {
+            m_build.onProgress = nullptr;
+            second = m_build.Build();
+        }
+        return true;
+    };
+    EXPECT_EQ(m_build.Build().error.code, 0u);
+    EXPECT_EQ(second.error.code, static_cast<unsigned>(ERROR_BUSY));
+    EXPECT_HOLDS(second.error.message, L"is being built already");
+}
+
+TEST_F(RebuildTest, CleaningUpLeavesALivingBuildAlone)
+{
+    bool looked = false;
+    m_build.onProgress = [&](std::uint64_t, std::uint64_t) {
+        const std::vector<CString> before = Leftovers(m_build.Location(), L"Office");
+        StartAgain();
+        EXPECT_EQ(Leftovers(m_build.Location(), L"Office"), before);
+        looked = true;
+        return true;
+    };
+    EXPECT_EQ(m_build.Build().error.code, 0u) << m_messages;
+    EXPECT_TRUE(looked);
+}
+
+TEST_F(RebuildTest, CleaningUpTouchesNothingThatHasOnlyTheName)
+{
+    const CString own = m_build.Location() + L"\\.Office.staging-0123abcd";
+    MakeFolders(own + L"\\mine");
+    WriteBytes(m_build.Location() + L"\\.Other.build-lock", "my own notes");
+    StartAgain();
+    EXPECT_TRUE(Exists(own + L"\\mine"));
+    EXPECT_EQ(ReadBytes(m_build.Location() + L"\\.Other.build-lock"), "my own notes");
+}
+
+TEST_F(RebuildTest, AnOldDeploymentIsPutBackAfterAKillBetweenTheRenames)
+{
+    MoveFileW(m_build.Target(), m_build.Location() + L"\\.Office.old-0123abcd");
+    MakeFolders(m_build.Location() + L"\\.Office.staging-0123abcd");
+    WriteBytes(m_build.Location() + L"\\.Office.build-lock", "Deployment build 0123abcd\r\n");
+    StartAgain();
+    ExpectOldWhole("put back");
+    ExpectNoLeftovers("put back");
+    EXPECT_NE(m_messages.find("The old deployment was put back."), std::string::npos) << m_messages;
+}
+
+TEST(RefusedBuild, NamesThatWindowsCannotHoldAreRefusedByTheReason)
+{
+    TestBuild build;
+    for (const wchar_t* name :
+         {L"", L"a:b", L"a?", L"COM1", L"nul.txt", L"dot.", L"blank ", L" blank", L".."}) {
+        build.plan.strName = name;
+        const BuildResult result = build.Build();
+        EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_INVALID_NAME)) << Utf8(name);
+        EXPECT_HOLDS(result.error.message, L"Choose another name.");
+    }
+    EXPECT_EQ(ReadTree(build.Location()).size(), 0u);
+}
+
+TEST(RefusedBuild, AFolderThatIsNoDeploymentIsNeverReplaced)
+{
+    TestBuild build;
+    MakeFolders(build.Target());
+    WriteBytes(build.Target() + L"\\thesis.doc", "years of work");
+    build.plan.bReplaceExisting = true;
+    EXPECT_EQ(build.Build().error.code, static_cast<unsigned>(ERROR_ALREADY_EXISTS));
+    EXPECT_EQ(ReadBytes(build.Target() + L"\\thesis.doc"), "years of work");
+}
+
+TEST(RefusedBuild, ADeploymentIsNotReplacedUnasked)
+{
+    TestBuild build;
+    ASSERT_EQ(build.Build().error.code, 0u);
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_ALREADY_EXISTS));
+    EXPECT_HOLDS(result.error.message, L"modify the deployment that is there");
+}
+
+TEST(RefusedBuild, ALocationThatIsAFileIsNamed)
+{
+    TestBuild build;
+    WriteBytes(build.Location() + L"\\file", "x");
+    build.plan.strLocation = build.Location() + L"\\file\\below";
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_DIRECTORY));
+    EXPECT_HOLDS(result.error.message, L"\\file\" is a file");
+}
+
+TEST(RefusedBuild, ADriveThatIsGoneIsTold)
+{
+    TestBuild build;
+    build.plan.strLocation = L"Q:\\gone";
+    const BuildResult result = build.Build();
+    EXPECT_NE(result.error.code, 0u);
+    EXPECT_HOLDS(result.error.message, L"Q:\\gone");
+}
+
+TEST(RefusedBuild, ALocationInsideTheMediaIsRefused)
+{
+    TestBuild build;
+    build.plan.strLocation = build.Media() + L"\\x64\\Zolt\\Empty";
+    EXPECT_HOLDS(build.Build().error.message, L"lies inside the media");
+}
+
+TEST(RefusedBuild, TwoSourcesForOneFileAreNamed)
+{
+    TestBuild build;
+    build.plan.files.push_back({build.Media() + L"\\x64\\Zolt\\readme.txt", L"Install.cmd"});
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_BAD_PATHNAME));
+    EXPECT_HOLDS(result.error.message, L"would become \"Install.cmd\"");
+}
+
+TEST(RefusedBuild, ATargetOutsideTheDeploymentIsRefused)
+{
+    TestBuild build;
+    build.plan.texts.push_back({L"..\\escaped.txt", L"x"});
+    EXPECT_EQ(build.Build().error.code, static_cast<unsigned>(ERROR_BAD_PATHNAME));
+    EXPECT_FALSE(Exists(build.Location() + L"\\escaped.txt"));
+}
+
+TEST(RefusedBuild, LettersThatTheCodePageLacksAreToldWithTableAndValue)
+{
+    TestBuild build;
+    build.Change(L"UPDATE `Property` SET `Value` = '\x65E5\x672C' WHERE `Property` = 'Manufacturer'");
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_NO_UNICODE_TRANSLATION))
+        << Utf8(result.error.message);
+    EXPECT_HOLDS(result.error.message,
+                 L"code page 1252, which lacks letters of \"\x65E5\x672C\" (table Property, row "
+                 L"Manufacturer, column Value)");
+    EXPECT_FALSE(Exists(build.Target()));
+}
+
+TEST(RefusedBuild, LettersOfTheCodePageComeThrough)
+{
+    TestBuild build;
+    build.Change(L"UPDATE `Property` SET `Value` = 'M\x00FCller' WHERE `Property` = 'Manufacturer'");
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    EXPECT_EQ(
+        QueryText(build.Database(), L"SELECT `Value` FROM `Property` WHERE `Property` = 'Manufacturer'"),
+        L"M\x00FCller");
+}
+
+TEST(RefusedBuild, ADamagedOriginalIsNamed)
+{
+    TestBuild build;
+    WriteBytes(build.plan.databases[0].strOriginal, "not a database");
+    const BuildResult result = build.Build();
+    EXPECT_NE(result.error.code, 0u);
+    EXPECT_HOLDS(result.error.message, build.plan.databases[0].strOriginal);
+    EXPECT_FALSE(Exists(build.Target()));
+}
+
+TEST(CheckedBuild, FindsWhatABuildWouldAndWritesNothing)
+{
+    TestBuild build;
+    std::vector<CString> warnings;
+    EXPECT_EQ(CheckBuild(build.plan, warnings).code, 0u);
+    EXPECT_EQ(ReadTree(build.Location()).size(), 0u);
+    build.plan.strName = L"a|b";
+    EXPECT_EQ(CheckBuild(build.plan, warnings).code, static_cast<unsigned>(ERROR_INVALID_NAME));
+    build.plan.strName = L"Office";
+    build.plan.folders[0].strSource += L"\\gone";
+    EXPECT_HOLDS(CheckBuild(build.plan, warnings).message, L"\\gone");
+}
+
+TEST(CheckedBuild, MeasuresTheBytesOfTheFilesAndDatabases)
+{
+    TestBuild build;
+    const std::uint64_t measured = MeasureBuild(build.plan);
+    const std::uint64_t database = ReadBytes(build.plan.databases[0].strWorkingCopy).size();
+    EXPECT_EQ(measured, database + (3 << 20) + 6 + 10);
+}
+
+} // namespace

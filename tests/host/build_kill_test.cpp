@@ -1,0 +1,198 @@
+// A build that is killed, at every file operation and at random moments: a child process builds, dies, and the next
+// start looks at what it left.
+#include "tests/host/build_fixture.h"
+
+#include "host/build/build_names.h"
+#include "host/build/file_operations.h"
+
+#include <windows.h>
+
+#include <random>
+
+namespace {
+
+constexpr unsigned long KILLED = 99;
+
+// The child's work: the build of `media` into `location`, read from the environment.
+CString Variable(const wchar_t* name)
+{
+    wchar_t text[512] = L"";
+    GetEnvironmentVariableW(name, text, ARRAYSIZE(text));
+    return text;
+}
+
+int NumberOf(const CString& text)
+{
+    int number = 0;
+    for (int index = 0; index < text.GetLength(); ++index) {
+        number = number * 10 + (text[index] - L'0');
+    }
+    return number;
+}
+
+class Quiet final : public IBuildProgress
+{
+public:
+    void OnStep(const CString&) override {}
+    bool OnProgress(std::uint64_t, std::uint64_t, const CString&) override { return true; }
+};
+
+BuildPlan PlanOf(const CString& media, const CString& location)
+{
+    BuildPlan plan;
+    plan.strLocation = location;
+    plan.strName = L"Office";
+    plan.bReplaceExisting = true;
+    plan.strMediaName = L"Zolt 2027";
+    plan.folders.push_back({media + L"\\x64", L"Image\\x64", {}});
+    plan.texts.push_back({L"Deployment.xml", L"<Deployment/>\r\n"});
+    BuildDatabase database;
+    database.strOriginal = media + L"\\x64\\Zolt\\Zolt2027.msi";
+    database.strTarget = L"Image\\x64\\Zolt\\Zolt2027.msi";
+    database.strProductName = L"Zolt 2027";
+    database.strProductCode = PRODUCT_CODE;
+    plan.databases.push_back(database);
+    return plan;
+}
+
+// Not a test of its own: what the child process runs.
+TEST(KilledBuild, DISABLED_Child)
+{
+    const BuildPlan plan = PlanOf(Variable(L"BUILD_TEST_MEDIA"), Variable(L"BUILD_TEST_LOCATION"));
+    SetFileFault({NumberOf(Variable(L"BUILD_TEST_KILL_AT")), 0, false});
+    Quiet quiet;
+    const BuildResult result = BuildDeployment(plan, quiet);
+    SetFileFault({});
+    TerminateProcess(GetCurrentProcess(), result.error ? 1 : 0);
+}
+
+class KillTest : public testing::Test
+{
+protected:
+    KillTest()
+    {
+        ProductOptions options;
+        options.bytesOfLargeFile = 100 * 1024;
+        MakeMedia(m_folder / L"media", options);
+        m_location = m_folder / L"shares";
+        MakeFolders(m_location);
+        PutOldInPlace();
+        m_old = ReadTree(m_location + L"\\Office");
+        SetEnvironmentVariableW(L"BUILD_TEST_MEDIA", m_folder / L"media");
+        SetEnvironmentVariableW(L"BUILD_TEST_LOCATION", m_location);
+    }
+
+    void PutOldInPlace()
+    {
+        RemoveTree(m_location + L"\\Office");
+        for (int number = 0; number < 5; ++number) {
+            const CString folder = m_location + L"\\Office\\Image\\f" + NumberText(number);
+            MakeFolders(folder);
+            WriteBytes(folder + L"\\old.txt", "old " + std::to_string(number));
+        }
+        WriteBytes(m_location + L"\\Office\\Deployment.xml", "<Old/>");
+    }
+
+    static HANDLE StartChild(long long killAt)
+    {
+        SetEnvironmentVariableW(L"BUILD_TEST_KILL_AT", NumberText(killAt));
+        wchar_t program[MAX_PATH] = L"";
+        GetModuleFileNameW(nullptr, program, ARRAYSIZE(program));
+        CString line = CString(L"\"") + program +
+                       L"\" --gtest_filter=KilledBuild.DISABLED_Child --gtest_also_run_disabled_tests "
+                       L"--gtest_brief=1";
+        STARTUPINFOW startup = {};
+        startup.cb = sizeof(startup);
+        PROCESS_INFORMATION process = {};
+        EXPECT_TRUE(CreateProcessW(nullptr, line.GetBuffer(line.GetLength()), nullptr, nullptr, FALSE, 0,
+                                   nullptr, nullptr, &startup, &process))
+            << GetLastError();
+        CloseHandle(process.hThread);
+        return process.hProcess;
+    }
+
+    static unsigned long WaitForChild(HANDLE process)
+    {
+        EXPECT_EQ(WaitForSingleObject(process, 60000), DWORD{WAIT_OBJECT_0});
+        DWORD code = 0;
+        GetExitCodeProcess(process, &code);
+        CloseHandle(process);
+        return code;
+    }
+
+    // True when the new deployment stands.
+    bool LookAfterNextStart(const std::string& when)
+    {
+        std::vector<CString> messages;
+        CleanUpLocation(m_location, messages);
+        std::string told;
+        for (const CString& message : messages) {
+            told += Utf8(message) + "\n";
+        }
+        for (const CString& name : Leftovers(m_location, L"Office")) {
+            ADD_FAILURE() << when << ": left over: " << Utf8(name) << "\n" << told;
+        }
+        const Tree now = ReadTree(m_location + L"\\Office");
+        const bool isNew = now.count(L"Manifest.txt") != 0;
+        if (isNew) {
+            EXPECT_EQ(now.size(), 19u) << when << "\n" << NamesOf(now);
+        } else {
+            EXPECT_TRUE(now == m_old) << when << "\n" << told << NamesOf(now);
+        }
+        return isNew;
+    }
+
+    TestFolder m_folder{L"kill"};
+    CString m_location;
+    Tree m_old;
+};
+
+TEST_F(KillTest, AKillAtAnyFileOperationLeavesOldOrNewWhole)
+{
+    int killed = 0;
+    int keptOld = 0;
+    for (long long operation = 1; operation < 2000 && !HasFailure(); ++operation) {
+        const unsigned long code = WaitForChild(StartChild(operation));
+        if (code != KILLED) {
+            EXPECT_EQ(code, 0u) << "operation " << operation;
+            break;
+        }
+        ++killed;
+        if (LookAfterNextStart("killed at operation " + std::to_string(operation))) {
+            PutOldInPlace();
+        } else {
+            ++keptOld;
+        }
+    }
+    EXPECT_GE(killed, 50);
+    EXPECT_GE(keptOld, 50);
+    EXPECT_LT(keptOld, killed) << "no kill fell behind the second rename";
+    printf("killed at %d operations, the old deployment stayed in %d\n", killed, keptOld);
+}
+
+TEST_F(KillTest, AKillFromOutsideAtRandomMomentsLeavesOldOrNewWhole)
+{
+    const unsigned seed = GetTickCount();
+    std::mt19937 random(seed);
+    int killed = 0;
+    for (int round = 0; round < 12 && !HasFailure(); ++round) {
+        // The build gives its own sign of life; from there on a random stretch of its work is let pass.
+        HANDLE child = StartChild(0);
+        const unsigned long long deadline = GetTickCount64() + 30000;
+        const DWORD stretch = random() % 60;
+        while (Leftovers(m_location, L"Office").empty() && WaitForSingleObject(child, 0) == WAIT_TIMEOUT &&
+               GetTickCount64() < deadline) {
+            SwitchToThread();
+        }
+        WaitForSingleObject(child, stretch);
+        TerminateProcess(child, KILLED);
+        killed += WaitForChild(child) == KILLED ? 1 : 0;
+        if (LookAfterNextStart("seed " + std::to_string(seed) + ", round " + std::to_string(round))) {
+            PutOldInPlace();
+        }
+    }
+    EXPECT_GE(killed, 1);
+    printf("killed from outside in %d of 12 rounds\n", killed);
+}
+
+} // namespace
