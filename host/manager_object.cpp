@@ -1,5 +1,6 @@
 #include "host/manager_object.h"
 
+#include "host/build/deployment_builder.h"
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/languages.h"
@@ -143,7 +144,13 @@ void ManagerObject::UpdateDeploymentFolder()
 std::vector<CString>* ManagerObject::GetDeploymentList(const CString& location)
 {
     std::vector<CString> warnings;
-    m_deployments = FindDeployments(location, warnings);
+    if (!location.IsEmpty() && IsFolder(location)) {
+        CleanUpLocation(location,
+                        warnings); // what a killed build left would show as a damaged deployment, or none
+    }
+    std::vector<CString> damaged;
+    m_deployments = FindDeployments(location, damaged);
+    warnings.insert(warnings.end(), damaged.begin(), damaged.end());
     for (const CString& warning : warnings) {
         Tell(warning);
     }
