@@ -152,8 +152,7 @@ StepOutcome CUnattendedPages::Enter(const PageAnswer& answer)
         const CListControl list(m_hPage, id);
         entered = list.Select(answer.strValue);
         if (!entered.IsDone()) {
-            return Refuse(answer, L"\"" + answer.strValue + L"\" isn't in the list, which offers " +
-                                      Lines(list.GetLines()) + L".");
+            return Refuse(answer, L"It isn't in the list, which offers " + Lines(list.GetLines()) + L".");
         }
         break;
     }
