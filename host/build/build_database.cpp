@@ -99,7 +99,7 @@ DatabaseChanges BuildOne(BuildRun& run, const BuildDatabase& database)
     if (database.hDatabase == 0) {
         return changes;
     }
-    // This reads every table of the handle, which a commit under Wine depends on (docs/wine-differences.md).
+    // This reads every table of the handle, which a commit under Wine depends on (docs/building-deployments.md).
     const DatabaseSnapshot current = ReadSnapshot(database.hDatabase, database.strWorkingCopy, poll);
     changes.rows = CompareSnapshots(ReadSnapshot(original.Get(), database.strOriginal, poll), current);
     if (!changes.IsChanged()) {

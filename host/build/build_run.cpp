@@ -8,7 +8,6 @@
 namespace {
 
 constexpr unsigned long long TELL_EVERY_MILLISECONDS = 50;
-constexpr std::size_t CHUNK_BYTES = 1 << 20;
 
 std::uint32_t NewBuildId()
 {

@@ -7,6 +7,8 @@
 #include "host/build/notes_text.h"
 #include "host/setup_host.h"
 
+constexpr std::size_t CHUNK_BYTES = 1 << 20; // small enough to cancel between two of them
+
 // Tells the caller how far the build is, not oftener than needed, and stops the build when the caller says so.
 class ProgressMeter
 {
