@@ -166,7 +166,7 @@ CTestDrive::~CTestDrive()
 
 // The symbolic link of the system names the target, as SUBST leaves it; files are reached by the prefix's device.
 CSubstitutedDrive::CSubstitutedDrive(wchar_t letter, const CString& folder)
-    : m_letter(letter), m_link(L"\\\\?\\unix" + DeviceFolder().Mid(2) + Device())
+    : m_letter(letter), m_link(L"\\\\?\\unix" + DeviceFolder().Mid(2) + Device().MakeLower())
 {
     EXPECT_TRUE(CreateDirectoryW(m_link, nullptr)) << Utf8(m_link) << ", error " << GetLastError();
     EXPECT_TRUE(DefineDosDeviceW(0, Device(), folder)) << "error " << GetLastError();
