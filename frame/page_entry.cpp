@@ -21,10 +21,17 @@ CString WhatFailed()
     }
 }
 
+void DiscardQuitMessage() noexcept
+{
+    MSG message = {};
+    ::PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+}
+
 } // namespace
 
 void ShowPageException() noexcept
 {
+    DiscardQuitMessage();
     try {
         ::MessageBoxW(nullptr, L"The page had to be closed: " + WhatFailed(), TITLE, MB_OK | MB_ICONERROR);
     } catch (...) {
@@ -34,6 +41,7 @@ void ShowPageException() noexcept
 
 void ShowDialogFailure(int dialogId, DWORD error)
 {
+    DiscardQuitMessage();
     const CString reason = error ? MessageForCode(error) : CString();
     ::MessageBoxW(nullptr, L"Failed to create dialog " + NumberText(dialogId) + L"\n" + reason, TITLE,
                   MB_OK | MB_ICONERROR);

@@ -13,7 +13,8 @@
 
 #include <memory>
 
-// Tells that a page failed: the exception under way (call it in a catch block), or why its dialog could not be made.
+// Tells that a page failed: the exception under way (call it in a catch block), or why its dialog could not be made. The
+// quit message of a page that is gone already is taken off the queue: it would close the box, and the host's loop.
 void ShowPageException() noexcept;
 void ShowDialogFailure(int dialogId, DWORD error);
 

@@ -112,13 +112,17 @@ void OpenDocument(const wchar_t* target)
     }
 }
 
-bool AskToCancel(HWND owner, Setup::tagSETUPMODE setupMode)
+bool AskToCancel(HWND owner, CSetupManager& manager)
 {
     CResourceLibrary library;
     std::optional<CResourceInstanceSwap> resources;
     if (library.Load(GetResourceLibraryPath()))
         resources.emplace(library.GetModule()); // otherwise the page's own serve
-    return CCancelDialog(setupMode).DoModal(owner) == IDYES;
+    manager.EnableCancelling(false);
+    const bool leave = CCancelDialog(manager.m_setupMode).DoModal(owner) == IDYES;
+    if (!leave)
+        manager.EnableCancelling(true);
+    return leave;
 }
 
 int CallHooks(const PageHookList& hooks, PageContext& context, bool stopAtVeto)

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "include/page_context.h"
-#include "include/setup_enums.h"
 #include "window/handle.h"
 #include "window/string.h"
 
@@ -43,8 +42,9 @@ void OpenLinkTarget(CSetupManager& manager, const wchar_t* target);
 // installed for it.
 void OpenDocument(const wchar_t* target);
 
-// Asks the user whether to leave the setup.
-[[nodiscard]] bool AskToCancel(HWND owner, Setup::tagSETUPMODE setupMode);
+// Asks the user whether to leave the setup. The host's own cancelling is off while the question is up, and stays off
+// after a Yes.
+[[nodiscard]] bool AskToCancel(HWND owner, CSetupManager& manager);
 
 // Runs the hooks in order; the last one's result. With `stopAtVeto` none is called after a veto.
 int CallHooks(const PageHookList& hooks, PageContext& context, bool stopAtVeto);

@@ -269,13 +269,11 @@ private:
         }
         const CPersistentWaitCursor waitCursor;
         CSetupManager& manager = *this->m_pSetupManager;
-        manager.EnableCancelling(false);
-        if (AskToCancel(this->m_hWnd, manager.m_setupMode)) {
+        if (AskToCancel(this->m_hWnd, manager)) {
             manager.m_exitCode = EXIT_CODE_CANCELLED;
             manager.SetMsiProperty(L"TARN_SETUP_SUCCEEDED", L"", false);
             Close(NAVIGATION_CANCEL);
         } else {
-            manager.EnableCancelling(true);
             ::SetFocus(source);
         }
     }

@@ -60,6 +60,16 @@ unsigned int OpenSession(InstallerHandle database, const CString& packageFolder,
     return ERROR_SUCCESS;
 }
 
+// A session keeps its properties in a temporary table of the database it was opened on, and some versions of the
+// service leave it there. It would count as a change.
+void DropSessionTable(MSIHANDLE database)
+{
+    if (MsiDatabaseIsTablePersistentW(database, L"_Property") == MSICONDITION_FALSE) {
+        const unsigned int result = RunStatement(database, L"DROP TABLE `_Property`");
+        static_cast<void>(result); // nothing else depends on it
+    }
+}
+
 } // namespace
 
 CFeature* FeatureManager::FindFeature(const CString& name)
@@ -89,6 +99,8 @@ unsigned int DirectoryManager::ResolveBySession(const CString& workFolder)
     MsiHandle session;
     const unsigned int result = OpenSession(m_database, m_packageFolder, session);
     if (result != ERROR_SUCCESS) {
+        session.Close();
+        DropSessionTable(m_database);
         return result;
     }
     for (auto& [key, row] : m_rows) {
@@ -97,6 +109,8 @@ unsigned int DirectoryManager::ResolveBySession(const CString& workFolder)
             row.sessionTarget.Empty(); // the working copy's folder is nobody's target
         }
     }
+    session.Close();
+    DropSessionTable(m_database);
     return ERROR_SUCCESS;
 }
 

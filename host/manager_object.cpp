@@ -1,8 +1,10 @@
 #include "host/manager_object.h"
 
+#include "host/build/deployment_builder.h"
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/languages.h"
+#include "host/made_up_media.h"
 
 namespace {
 
@@ -110,22 +112,28 @@ void ManagerObject::UpdatePathRule()
     m_strSuffixText = platform ? platform->strFolder : CString();
     m_strImageSuffix = m_strSuffixText;
     CString longest = SETUP_FILE;
-    std::vector<CString> roots;
-    if (m_media.bSinglePackage) {
-        for (const ProductDescription& product : m_media.description.products) {
-            longest = product.packages.front().strFile; // what lies beside it is known once it is open
+    const auto measure = [&](const CString& path) {
+        if (path.GetLength() > longest.GetLength()) {
+            longest = path;
         }
-    } else {
-        roots.push_back(m_media.description.strResourceFolder);
-        for (const ProductDescription& product : m_media.description.products) {
-            roots.push_back(PackageFolder(m_media.description, product, m_platform));
+    };
+    std::vector<CString> roots{m_media.description.strResourceFolder};
+    for (const ProductDescription& product : m_media.description.products) {
+        roots.push_back(PackageFolder(m_media.description, product, m_platform));
+    }
+    // A package at the media's root takes only what it names along.
+    for (const std::unique_ptr<ProductObject>& product : m_productObjects) {
+        if (product->GetRelativeFile().Find(L'\\') < 0) {
+            measure(product->GetRelativeFile());
+            for (const CString& file : FindPackageFiles(product->GetMsiHandle(), m_media.strRoot)) {
+                measure(file);
+            }
         }
     }
     for (CString& root : roots) {
         root.TrimRight(L"\\");
-        const CString path = root.IsEmpty() ? CString() : LongestPath(m_media.strRoot, root + L"\\", 0);
-        if (path.GetLength() > longest.GetLength()) {
-            longest = path;
+        if (!root.IsEmpty()) {
+            measure(LongestPath(m_media.strRoot, root + L"\\", 0));
         }
     }
     m_strMediaFileText = m_strTextFolder + longest;
@@ -143,7 +151,13 @@ void ManagerObject::UpdateDeploymentFolder()
 std::vector<CString>* ManagerObject::GetDeploymentList(const CString& location)
 {
     std::vector<CString> warnings;
-    m_deployments = FindDeployments(location, warnings);
+    if (!location.IsEmpty() && IsFolder(location)) {
+        CleanUpLocation(location,
+                        warnings); // what a killed build left would show as a damaged deployment, or none
+    }
+    std::vector<CString> damaged;
+    m_deployments = FindDeployments(location, damaged);
+    warnings.insert(warnings.end(), damaged.begin(), damaged.end());
     for (const CString& warning : warnings) {
         Tell(warning);
     }
@@ -375,6 +389,7 @@ HostError ManagerObject::OpenProducts()
                 HostSentence(HostText::NoProductsForPlatform, {PlatformText(m_platform)})};
     }
     m_productsOpen = true;
+    UpdatePathRule();
     return {};
 }
 

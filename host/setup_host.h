@@ -24,8 +24,10 @@ struct HostOptions
     CString strMedia; // a folder with Setup.xml, a deployment's folder or image, or one .msi; full path
     CString strProgramFolder; // folder of the program, ending in a backslash: Languages\<locale>\ lies below
     CString strLanguage;      // locale of the wizard's texts; empty: the user's, else "en-US"
-    CString strWorkFolder;    // where working copies of the databases go; empty: a fresh folder below %TEMP%
-    CString strLogFile;       // the setup's log; empty: Setup.log in the work folder
+    CString
+        strWorkFolder; // a fresh folder for working copies is made in it, and removed at the end; empty: %TEMP%
+    CString
+        strLogFile; // the setup's log; empty: RolloutSetup-<8 hex digits>.log beside the fresh folder; stays
 };
 
 struct FlowPage

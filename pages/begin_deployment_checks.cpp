@@ -6,7 +6,6 @@
 
 bool CBeginDeploymentDialog::ValidateAndStore()
 {
-    const CPersistentWaitCursor waitCursor;
     const bool wasBackEnabled = ::IsWindowEnabled(m_hBackButton);
     for (const HWND button : {m_hBackButton, m_hNextButton, m_hCancelButton})
         ::EnableWindow(button, FALSE);

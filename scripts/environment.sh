@@ -76,6 +76,10 @@ REGEDIT4
 "Enable"="N"
 REG
     DISPLAY='' rollout_wine regedit /S "$(rollout_windows_path "$WINEPREFIX/settings.reg")" >/dev/null 2>&1
+    # These processes have no display; whoever comes while their server still runs would share their desktop and could
+    # make no window.
+    wineserver -k || true
+    wineserver -w
     echo "$made_by" >"$WINEPREFIX/.rollout"
 }
 

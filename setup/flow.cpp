@@ -48,7 +48,7 @@ FlowMove WizardFlow::Start()
 
 FlowMove WizardFlow::AfterPage(int result)
 {
-    if (m_bBuilt) {
+    if (m_bBuilt && result != NAVIGATION_RESET) {
         return FinishWith(m_exitCode); // whatever closed the outcome page, the deployment is what it is
     }
     switch (result) {
@@ -59,7 +59,8 @@ FlowMove WizardFlow::AfterPage(int result)
         return m_bBuilds ? FlowMove{FlowAct::Build, -1, 0} : FinishWith(SETUP_DONE);
     case NAVIGATION_BACK:
         return Show(m_position > 0 ? m_position - 1 : 0);
-    case NAVIGATION_RESET:
+    case NAVIGATION_RESET: // after a failed build too: the user tries again with other choices
+        m_bBuilt = false;
         return Show(0);
     case NAVIGATION_LOAD_FAILED:
         return FinishWith(SETUP_FAILED);

@@ -127,14 +127,18 @@ StepOutcome CUnattendedPages::Enter(const PageAnswer& answer)
         // What is so already needs no click, though the page may not let it be changed.
         const bool implied = answer.pKey->bDefaultWhenHidden && !control.IsVisible();
         if (control.Exists() && (implied || control.IsChecked())) {
+            LogAnswer(answer);
             return StepOutcome::Done();
         }
     }
-    const StepOutcome usable = control.NeedUsable();
-    if (!usable.IsDone()) {
-        return Refuse(answer, L"The page doesn't let it be changed here (" + usable.GetReason() + L").");
+    if (!control.IsVisible()) {
+        return Refuse(answer,
+                      L"The page doesn't offer it here. It belongs to another mode, or to other media.");
     }
-    m_log.Line(CString(L"  ") + answer.pKey->word + L" = " + answer.strValue);
+    if (!control.IsUsable()) {
+        return Refuse(answer, L"The page shows it but doesn't let it be changed here. Take the answer out.");
+    }
+    LogAnswer(answer);
     StepOutcome entered = StepOutcome::Done();
     switch (answer.pKey->kind) {
     case AnswerKind::Text:
@@ -148,8 +152,7 @@ StepOutcome CUnattendedPages::Enter(const PageAnswer& answer)
         const CListControl list(m_hPage, id);
         entered = list.Select(answer.strValue);
         if (!entered.IsDone()) {
-            return Refuse(answer, L"\"" + answer.strValue + L"\" isn't in the list, which offers " +
-                                      Lines(list.GetLines()) + L".");
+            return Refuse(answer, L"It isn't in the list, which offers " + Lines(list.GetLines()) + L".");
         }
         break;
     }
@@ -294,6 +297,11 @@ void CUnattendedPages::Dismiss(const MessageBoxView& box)
         }
     }
     EndDialog(box.window, IDCANCEL);
+}
+
+void CUnattendedPages::LogAnswer(const PageAnswer& answer)
+{
+    m_log.Line(CString(L"  ") + answer.pKey->word + L" = " + answer.strValue);
 }
 
 StepOutcome CUnattendedPages::Refuse(const PageAnswer& answer, const CString& reason)

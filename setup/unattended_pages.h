@@ -42,6 +42,7 @@ private:
     bool OnCancelQuestion();
     void Dismiss(const MessageBoxView& box);
 
+    void LogAnswer(const PageAnswer& answer);
     StepOutcome Refuse(const PageAnswer& answer, const CString& reason);
     void Fail(unsigned int exitCode, const CString& cause);
     CString PageName() const;

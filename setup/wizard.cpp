@@ -116,6 +116,9 @@ int CWizard::ShowPage(const FlowPage& page, bool canGoBack)
     const PageFunction show = m_pageLibrary.Find(page.strName);
     const int result =
         m_line.IsUnattended() ? m_unattended.Show(page.strName, show, context) : show(&context);
+    if (result == NAVIGATION_RESET) { // what an earlier build has left doesn't count for the next one
+        m_strCause.Empty();
+    }
     if (result == NAVIGATION_LOAD_FAILED) {
         m_strCause =
             L"The page " + page.strName + L" could not be shown: its resource library can't be loaded.";

@@ -5,6 +5,7 @@
 #include "tests/host/package_maker.h"
 
 #include <gtest/gtest.h>
+#include <msiquery.h>
 
 namespace {
 
@@ -98,6 +99,12 @@ TEST_F(MediaTest, ADirectoryResolvesByTheInstallersSession)
 {
     CProduct& product = OpenMediaFolder();
     EXPECT_EQ(TargetPath(product.GetMsiHandle(), L"INSTALLDIR"), CString(L"C:\\Program Files\\Zolt Test\\"));
+}
+
+TEST_F(MediaTest, TheSessionLeavesNoTableOfItsOwnInTheDatabase)
+{
+    CProduct& product = OpenMediaFolder();
+    EXPECT_EQ(MsiDatabaseIsTablePersistentW(product.GetMsiHandle(), L"_Property"), MSICONDITION_NONE);
 }
 
 TEST_F(MediaTest, ADirectoryAddedSinceResolvesByTheTables)

@@ -76,6 +76,18 @@ TEST(SetupFlow, ResetShowsTheFirstPage)
     ExpectPage(flow.AfterPage(NAVIGATION_RESET), 0);
 }
 
+TEST(SetupFlow, ResetOnTheFailedPageStartsOverAndBuildsAgain)
+{
+    WizardFlow flow = AtBuild();
+    (void)flow.AfterBuild(112);
+    ExpectPage(flow.AfterPage(NAVIGATION_RESET), 0);
+    EXPECT_FALSE(flow.CanGoBack());
+    (void)flow.AfterPage(NAVIGATION_NEXT);
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
+    ExpectPage(flow.AfterBuild(0), 2);
+    ExpectFinish(flow.AfterPage(NAVIGATION_NEXT), 0);
+}
+
 TEST(SetupFlow, CancelEndsWith1602)
 {
     WizardFlow flow(PAGES, true);

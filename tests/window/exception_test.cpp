@@ -64,16 +64,35 @@ TEST_F(ExceptionTest, OfTwoExceptionsTheFirstComesOut)
     EXPECT_EQ(Caught([&loop] { loop.Run(); }), "first");
 }
 
+// Starts a thread that sends the message once the loop has nothing left to do.
+struct CSenderWhenIdle final : CIdleHandler
+{
+    explicit CSenderWhenIdle(HWND receiver) : window(receiver) {}
+    BOOL OnIdle() override
+    {
+        if (!sender.joinable()) {
+            sender = std::thread([this] { SendMessageW(window, WM_APP, 0, 0); });
+        }
+        return FALSE;
+    }
+    HWND window;
+    std::thread sender;
+};
+
 TEST_F(ExceptionTest, AMessageFromAnotherThreadWakesTheLoopToThrow)
 {
     CTestDialog dialog;
     dialog.answer = ThrowOn(WM_APP);
-    const HWND window = dialog.Create(nullptr);
-    ASSERT_NE(window, nullptr);
-    std::thread sender([window] { SendMessageW(window, WM_APP, 0, 0); });
+    ASSERT_NE(dialog.Create(nullptr), nullptr);
+    DispatchWaiting();
+    CSenderWhenIdle handler(dialog);
     CMessageLoop loop;
+    ASSERT_TRUE(loop.AddIdleHandler(&handler));
+    const ULONGLONG start = GetTickCount64();
     EXPECT_EQ(Caught([&loop] { loop.Run(); }), "from the handler");
-    sender.join();
+    // Nothing but the deadline's timer would wake the loop later on.
+    EXPECT_LT(GetTickCount64() - start, 5'000u);
+    handler.sender.join();
 }
 
 TEST_F(ExceptionTest, WhatTheInitHandlerThrowsComesOutOfCreateAndNoWindowStays)

@@ -95,18 +95,23 @@ TEST(HandleTest, AFileThatCouldNotBeOpenedCountsAsNone)
     EXPECT_FALSE(file);
 }
 
+// Owns one object of each kind and tells how many the process then has.
+int CountWithOneOfEach()
+{
+    const CFontOwner font(CreateFontW(12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"Tahoma"));
+    const CBrushOwner brush(CreateSolidBrush(RGB(1, 2, 3)));
+    const CPenOwner pen(CreatePen(PS_SOLID, 3, RGB(1, 2, 3)));
+    const CBitmapOwner bitmap(CreateBitmap(8, 8, 1, 32, nullptr));
+    const CDcOwner dc(CreateCompatibleDC(nullptr));
+    const CSelectObject selected(dc.get(), pen.get());
+    return CountGdiObjects();
+}
+
 TEST(HandleTest, OwnersLeaveNoGdiObjectBehind)
 {
+    CountWithOneOfEach(); // the first device context of a process makes objects of the system's own
     const int before = CountGdiObjects();
-    {
-        const CFontOwner font(CreateFontW(12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"Tahoma"));
-        const CBrushOwner brush(CreateSolidBrush(RGB(1, 2, 3)));
-        const CPenOwner pen(CreatePen(PS_SOLID, 3, RGB(1, 2, 3)));
-        const CBitmapOwner bitmap(CreateBitmap(8, 8, 1, 32, nullptr));
-        const CDcOwner dc(CreateCompatibleDC(nullptr));
-        EXPECT_GE(CountGdiObjects(), before + 5); // the count can see them
-        const CSelectObject selected(dc.get(), pen.get());
-    }
+    EXPECT_EQ(CountWithOneOfEach(), before + 5);
     EXPECT_EQ(CountGdiObjects(), before);
 }
 

@@ -1,0 +1,1 @@
+// A resource library has no code; the linker wants a source file.

@@ -1,0 +1,214 @@
+#include "tests/frame/frame_fixture.h"
+
+namespace {
+
+// The messages that a tab page sent to its parent.
+std::vector<UINT> g_sent;
+
+LRESULT CALLBACK ParentProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == PAGE_MESSAGE_PREVIOUS_TAB || message == PAGE_MESSAGE_NEXT_TAB) {
+        EXPECT_EQ(wParam, 0u);
+        EXPECT_EQ(lParam, 0);
+        g_sent.push_back(message);
+    }
+    return ::DefWindowProcW(window, message, wParam, lParam);
+}
+
+} // namespace
+
+class TabPageTest : public FrameTest
+{
+protected:
+    TabPageTest()
+    {
+        g_sent.clear();
+        parent = ::CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 500, 400,
+                                   nullptr, nullptr, nullptr, nullptr);
+        ::SetWindowLongPtrW(parent, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ParentProcedure));
+        context.hParent = parent;
+        context.hFrame = parent;
+        context.rcDisplay = {1, 2, 3, 4};
+        context.pProduct = &host.AddProduct(L"a.msi", L"a");
+        context.hDatabase = 7;
+    }
+    ~TabPageTest() override { ::DestroyWindow(parent); }
+
+    HWND Create()
+    {
+        tab = CreateTabPage<CTestTabPage>(&context);
+        ::ShowWindow(tab.hWnd, SW_SHOW);
+        return tab.hWnd;
+    }
+    LRESULT Send(UINT message, WPARAM wParam = 0) { return ::SendMessageW(tab.hWnd, message, wParam, 0); }
+    void Click(int id) { ::SendMessageW(::GetDlgItem(tab.hWnd, id), BM_CLICK, 0, 0); }
+    bool IsEnabled(int id) const { return ::IsWindowEnabled(::GetDlgItem(tab.hWnd, id)) != FALSE; }
+
+    HWND parent = nullptr;
+    CTabPage tab;
+};
+
+TEST_F(TabPageTest, TheEntryComesBackAtOnceWithAChildOfTheParent)
+{
+    const HINSTANCE before = _Module.GetResourceInstance();
+    ASSERT_NE(Create(), nullptr);
+    EXPECT_EQ(::GetParent(tab.hWnd), parent);
+    EXPECT_NE(tab.pFilter, nullptr);
+    EXPECT_EQ(_Module.GetResourceInstance(), before);
+    EXPECT_EQ(_Module.GetMessageLoop(), nullptr);
+}
+
+TEST_F(TabPageTest, ThePageGoesWithItsWindowAndGivesTheLibraryBack)
+{
+    Create();
+    EXPECT_NE(::GetModuleHandleW(L"WizText.dll"), nullptr) << "the page holds its own reference";
+    ::DestroyWindow(tab.hWnd);
+    EXPECT_EQ(g_record.destroyed, 1);
+    EXPECT_EQ(::GetModuleHandleW(L"WizText.dll"), nullptr);
+}
+
+TEST_F(TabPageTest, AMissingLibraryGivesAnEmptyTabPageAfterOneBox)
+{
+    host.language.wizTextPath = L"C:\\no such folder\\";
+    AnswerBox(IDOK, L"Failed to load C:\\no such folder\\WizText.dll");
+    script.Start();
+    EXPECT_EQ(Create(), nullptr);
+    EXPECT_EQ(tab.pFilter, nullptr);
+    EXPECT_TRUE(script.IsFinished());
+}
+
+TEST_F(TabPageTest, InitUsesThePagesOwnLibrary)
+{
+    HINSTANCE during = nullptr;
+    g_record.onInit = [&during](HWND) { during = _Module.GetResourceInstance(); };
+    Create();
+    EXPECT_EQ(during, ::GetModuleHandleW(L"WizText.dll"));
+}
+
+TEST_F(TabPageTest, HooksGetThePagesOwnContext)
+{
+    context.preInitHooks = {RecordHook<0>};
+    context.leaveHooks = {RecordHook<1>};
+    Create();
+    Send(PAGE_MESSAGE_STORE);
+    ASSERT_EQ(g_hooks.calls, (std::vector<int>{0, 1}));
+    for (const PageContext& hook : g_hooks.contexts) {
+        EXPECT_EQ(hook.hParent, tab.hWnd);
+        EXPECT_EQ(hook.hFrame, parent);
+        EXPECT_EQ(hook.rcDisplay.bottom, 4);
+        EXPECT_EQ(hook.pProduct, context.pProduct);
+        EXPECT_EQ(hook.hDatabase, 7u);
+    }
+}
+
+TEST_F(TabPageTest, AllLeaveHooksAreAskedAndTheLastOneCounts)
+{
+    context.leaveHooks = THREE_HOOKS;
+    g_hooks.results[0] = HOOK_VETO;
+    Create();
+    EXPECT_EQ(Send(PAGE_MESSAGE_STORE), 1);
+    EXPECT_EQ(g_hooks.calls, (std::vector<int>{0, 1, 2}));
+    EXPECT_EQ(g_record.stored, 1);
+}
+
+TEST_F(TabPageTest, AVetoOfTheLastHookKeepsThePageUnstored)
+{
+    context.leaveHooks = THREE_HOOKS;
+    g_hooks.results[2] = HOOK_VETO;
+    Create();
+    EXPECT_EQ(Send(PAGE_MESSAGE_STORE), 0);
+    EXPECT_EQ(Send(PAGE_MESSAGE_STORE_ALL), 0);
+    Click(IDC_NEXT_TAB);
+    EXPECT_EQ(g_record.stored, 0);
+    EXPECT_TRUE(g_sent.empty());
+}
+
+TEST_F(TabPageTest, StoringAnswersZeroWhileThePageIsBusy)
+{
+    LRESULT inner = 1;
+    g_record.onStore = [&inner](HWND page) { inner = ::SendMessageW(page, PAGE_MESSAGE_STORE, 0, 0); };
+    Create();
+    EXPECT_EQ(Send(PAGE_MESSAGE_STORE_ALL), 1);
+    EXPECT_EQ(inner, 0);
+    EXPECT_EQ(g_record.stored, 1);
+}
+
+TEST_F(TabPageTest, TheNextButtonStoresAndTellsTheParent)
+{
+    Create();
+    Click(IDC_NEXT_TAB);
+    EXPECT_EQ(g_record.stored, 1);
+    EXPECT_EQ(g_sent, (std::vector<UINT>{PAGE_MESSAGE_NEXT_TAB}));
+}
+
+TEST_F(TabPageTest, AFailedValidationStopsTheMove)
+{
+    g_record.accepts = false;
+    Create();
+    Click(IDC_NEXT_TAB);
+    EXPECT_TRUE(g_sent.empty());
+}
+
+TEST_F(TabPageTest, ThePreviousButtonStoresWithoutValidationAndTellsTheParent)
+{
+    context.leaveHooks = THREE_HOOKS;
+    Create();
+    Click(IDC_PREVIOUS_TAB);
+    EXPECT_EQ(g_record.storedWithoutValidation, 1);
+    EXPECT_EQ(g_record.stored, 0);
+    EXPECT_TRUE(g_hooks.calls.empty());
+    EXPECT_EQ(g_sent, (std::vector<UINT>{PAGE_MESSAGE_PREVIOUS_TAB}));
+}
+
+TEST_F(TabPageTest, EnterGoesToTheNextTabWhateverHasTheFocus)
+{
+    Create();
+    for (const int id : {IDC_TEST_EDIT, IDC_PREVIOUS_TAB}) {
+        MSG enter = {::GetDlgItem(tab.hWnd, id), WM_KEYDOWN, VK_RETURN, 0, 0, {}};
+        EXPECT_TRUE(tab.PreTranslateMessage(&enter));
+    }
+    EXPECT_EQ(g_sent, (std::vector<UINT>{PAGE_MESSAGE_NEXT_TAB, PAGE_MESSAGE_NEXT_TAB}));
+}
+
+TEST_F(TabPageTest, ASinglePageHasBothButtonsDisabledAndReadsOneOfOne)
+{
+    Create();
+    Send(PAGE_MESSAGE_COUNTER, MAKEWPARAM(0, 1));
+    EXPECT_FALSE(IsEnabled(IDC_PREVIOUS_TAB));
+    EXPECT_FALSE(IsEnabled(IDC_NEXT_TAB));
+    EXPECT_EQ(WindowText(::GetDlgItem(tab.hWnd, IDC_PAGE_COUNTER)), CString(L"Page 1 of 1"));
+}
+
+TEST_F(TabPageTest, TheCounterNeverEnablesAButtonAgain)
+{
+    Create();
+    Send(PAGE_MESSAGE_COUNTER, MAKEWPARAM(0, 3));
+    EXPECT_FALSE(IsEnabled(IDC_PREVIOUS_TAB));
+    EXPECT_TRUE(IsEnabled(IDC_NEXT_TAB));
+    Send(PAGE_MESSAGE_COUNTER, MAKEWPARAM(1, 3));
+    EXPECT_FALSE(IsEnabled(IDC_PREVIOUS_TAB));
+    EXPECT_EQ(WindowText(::GetDlgItem(tab.hWnd, IDC_PAGE_COUNTER)), CString(L"Page 2 of 3"));
+}
+
+TEST_F(TabPageTest, TheMouseShowsTheWaitCursorWhileTheFrameIsDisabled)
+{
+    Create();
+    ::SetCursor(::LoadCursorW(nullptr, IDC_ARROW));
+    Send(WM_MOUSEMOVE);
+    EXPECT_EQ(::GetCursor(), ::LoadCursorW(nullptr, IDC_ARROW));
+    ::EnableWindow(parent, FALSE);
+    Send(WM_MOUSEMOVE);
+    EXPECT_EQ(::GetCursor(), ::LoadCursorW(nullptr, IDC_WAIT));
+}
+
+TEST_F(TabPageTest, AnExceptionDuringInitGivesAnEmptyTabPage)
+{
+    g_record.onInit = [](HWND) { throw std::bad_alloc(); };
+    Step(L"answer the box", [] {
+        const std::optional<MessageBoxView> box = FindMessageBox();
+        return box ? AnswerMessageBox(*box, IDOK) : StepOutcome::NotYet(L"no box is up");
+    });
+    script.Start();
+    EXPECT_EQ(Create(), nullptr);
+    EXPECT_EQ(g_record.destroyed, 1);
+}
