@@ -36,12 +36,14 @@ void PaintBackgroundImage(HWND control, HDC dc, Image& image, float opacity)
 {
     const CWindow window(control);
     const RECT client = window.GetClientRect();
-    if (::IsRectEmpty(&client) || image.GetWidth() == 0 || image.GetHeight() == 0)
+    if (::IsRectEmpty(&client) || image.GetWidth() == 0 || image.GetHeight() == 0) {
         return;
+    }
     Bitmap bitmap(client.right, client.bottom);
     Graphics offScreen(&bitmap);
     FillFromImage(offScreen, window, image, client);
-    if (opacity < 1.0f)
+    if (opacity < 1.0f) {
         Darken(offScreen, client, opacity);
+    }
     Graphics(dc).DrawImage(&bitmap, 0, 0);
 }

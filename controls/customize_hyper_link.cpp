@@ -14,8 +14,9 @@ static_assert(PAGE_LINK_STYLE == 117);
 
 void CCustomizeHyperLink::SetUp(HWND control, const wchar_t* target)
 {
-    if (!control || !target || !*target)
+    if (!control || !target || !*target) {
         return;
+    }
     SetLinkFont(MakeLinkFont());
     SetHyperLinkExtendedStyle(PAGE_LINK_STYLE);
     SetHyperLink(target);
@@ -29,8 +30,9 @@ void CCustomizeHyperLink::SetUp(HWND control, const wchar_t* target)
 CFontOwner CCustomizeHyperLink::MakeLinkFont() const
 {
     LOGFONTW font = {};
-    if (GetLinkFont())
+    if (GetLinkFont()) {
         ::GetObjectW(GetLinkFont(), sizeof font, &font);
+    }
     const CWindowDC screen(nullptr);
     font.lfHeight = -::MulDiv(LINK_POINTS, ::GetDeviceCaps(screen.get(), LOGPIXELSY), POINTS_PER_INCH);
     font.lfWeight = FW_NORMAL;

@@ -24,10 +24,11 @@ public:
 
     void DoEraseBackground(HDC dc)
     {
-        if (m_pBackground)
+        if (m_pBackground) {
             PaintBackgroundImage(this->m_hWnd, dc, *m_pBackground, m_opacity);
-        else
+        } else {
             Base::DoEraseBackground(dc);
+        }
     }
 
     void DrawFocus(HDC dc)

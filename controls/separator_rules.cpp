@@ -10,10 +10,12 @@ int Inset(int extent, float lengthRatio)
 // The middle of a pen that touches the near edge, the far edge, or neither.
 int LinePosition(int extent, bool atStart, bool atEnd, int penWidth)
 {
-    if (atStart)
+    if (atStart) {
         return penWidth / 2;
-    if (atEnd)
+    }
+    if (atEnd) {
         return extent - (penWidth + 1) / 2;
+    }
     return extent / 2;
 }
 

@@ -17,10 +17,12 @@ LRESULT CSeparatorStatic::OnPaint(UINT, WPARAM, LPARAM, BOOL&)
 {
     const CPaintDC paint(m_hWnd);
     const RECT client = GetClientRect();
-    if (::IsRectEmpty(&client))
+    if (::IsRectEmpty(&client)) {
         return 0;
-    if (m_pBackground)
+    }
+    if (m_pBackground) {
         PaintBackgroundImage(m_hWnd, paint.get(), *m_pBackground, m_opacity);
+    }
     DrawLines(paint.get(), client);
     return 0;
 }
@@ -29,8 +31,10 @@ void CSeparatorStatic::DrawLines(HDC dc, const RECT& client) const
 {
     const CPenOwner pen(::CreatePen(PS_SOLID, m_penWidth, m_penColor));
     const CSelectObject selected(dc, pen.get());
-    if (m_orientation & SEPARATOR_VERTICAL)
+    if (m_orientation & SEPARATOR_VERTICAL) {
         DrawLine(dc, VerticalLine(client.right, client.bottom, m_alignment, m_penWidth, m_lengthRatio));
-    if (m_orientation & SEPARATOR_HORIZONTAL)
+    }
+    if (m_orientation & SEPARATOR_HORIZONTAL) {
         DrawLine(dc, HorizontalLine(client.right, client.bottom, m_alignment, m_penWidth, m_lengthRatio));
+    }
 }

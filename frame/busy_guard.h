@@ -21,8 +21,9 @@ public:
 
     void Release()
     {
-        if (m_entered)
+        if (m_entered) {
             m_busy.store(0);
+        }
         m_entered = false;
     }
 

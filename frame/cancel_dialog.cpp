@@ -9,7 +9,8 @@ LRESULT CCancelDialog::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&)
         GetResourceLibraryPath()); // a failure was told; the texts then come from the module in use
     SetDlgItemText(IDC_CANCEL_QUESTION, QuestionText());
     CenterWindow();
-    GotoDlgCtrl(GetDlgItem(LOWORD(SendMessage(DM_GETDEFID)))); // Enter answers what the template makes the default
+    GotoDlgCtrl(
+        GetDlgItem(LOWORD(SendMessage(DM_GETDEFID)))); // Enter answers what the template makes the default
     return FALSE;
 }
 

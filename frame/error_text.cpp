@@ -25,8 +25,9 @@ CString FindSystemText(DWORD code, DWORD language)
 
 CString FindSetupText(DWORD code, HMODULE resources)
 {
-    if (!resources)
+    if (!resources) {
         return CString();
+    }
     CString text;
     const int length = ::LoadStringW(resources, code | IDS_EXIT_CODE_FIRST,
                                      text.GetBuffer(RESOURCE_TEXT_CAPACITY), RESOURCE_TEXT_CAPACITY);
@@ -45,10 +46,12 @@ template <class FindText>
 CString FindMessage(DWORD code, FindText findSetupText)
 {
     CString text = FindSystemText(code, SetupLanguage());
-    if (text.IsEmpty())
+    if (text.IsEmpty()) {
         text = findSetupText();
-    if (text.IsEmpty())
+    }
+    if (text.IsEmpty()) {
         text = FindSystemText(code, USER_LANGUAGE);
+    }
     return text;
 }
 

@@ -18,8 +18,9 @@ public:
     OleScope() : m_hResult(::OleInitialize(nullptr)) {}
     ~OleScope()
     {
-        if (SUCCEEDED(m_hResult))
+        if (SUCCEEDED(m_hResult)) {
             ::OleUninitialize();
+        }
     }
     OleScope(const OleScope&) = delete;
     OleScope& operator=(const OleScope&) = delete;
@@ -41,8 +42,9 @@ struct Release
 
 int CALLBACK SelectInitialFolder(HWND dialog, UINT message, LPARAM, LPARAM path)
 {
-    if (message == BFFM_INITIALIZED)
+    if (message == BFFM_INITIALIZED) {
         ::SendMessageW(dialog, BFFM_SETSELECTIONW, TRUE, path);
+    }
     return 0;
 }
 
@@ -58,14 +60,16 @@ CString ParsingName(const ITEMIDLIST* item)
 {
     IShellFolder* parent = nullptr;
     const ITEMIDLIST* child = nullptr;
-    if (FAILED(::SHBindToParent(item, IID_IShellFolder, reinterpret_cast<void**>(&parent), &child)))
+    if (FAILED(::SHBindToParent(item, IID_IShellFolder, reinterpret_cast<void**>(&parent), &child))) {
         return CString();
+    }
     const std::unique_ptr<IShellFolder, Release> owner(parent);
     STRRET name = {};
     wchar_t* text = nullptr;
     if (FAILED(parent->GetDisplayNameOf(child, SHGDN_FORPARSING, &name)) ||
-        FAILED(::StrRetToStrW(&name, child, &text)))
+        FAILED(::StrRetToStrW(&name, child, &text))) {
         return CString();
+    }
     const std::unique_ptr<wchar_t, CoTaskMemDelete> textOwner(text);
     return CString(text);
 }
@@ -93,13 +97,16 @@ bool BrowseForFolder(HWND owner, CString& path, const wchar_t* title, bool netwo
     browse.lpfn = SelectInitialFolder;
     browse.lParam = reinterpret_cast<LPARAM>(selection.GetString());
     const ItemIdList item(::SHBrowseForFolderW(&browse));
-    if (!item)
+    if (!item) {
         return false;
+    }
     CString picked = FileSystemPath(item.get());
-    if (picked.IsEmpty())
+    if (picked.IsEmpty()) {
         picked = ParsingName(item.get());
-    if (picked.IsEmpty())
+    }
+    if (picked.IsEmpty()) {
         return false;
+    }
     path = picked;
     return true;
 }

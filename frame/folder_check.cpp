@@ -34,8 +34,9 @@ bool Normalize(CString& path)
 {
     CString text = UnquotePath(path);
     text.Trim(L" \t");
-    if (text.IsEmpty())
+    if (text.IsEmpty()) {
         return false;
+    }
     path = Canonicalize(WithBackslash(text));
     return true;
 }
@@ -69,10 +70,12 @@ bool ConnectShare(const CString& path)
 PathCheckResult ProbeExistingFolder(const CString& path, bool network)
 {
     const PathCheckResult written = TestWrite(path);
-    if (written == PCR_FAILED && network)
+    if (written == PCR_FAILED && network) {
         return PCR_NETWORK_FAILED;
-    if (written != PCR_OK)
+    }
+    if (written != PCR_OK) {
         return written;
+    }
     return ::PathIsDirectoryEmptyW(path) ? PCR_OK : PCR_NOT_EMPTY;
 }
 
@@ -81,43 +84,52 @@ PathCheckResult ProbeExistingFolder(const CString& path, bool network)
 void RemoveProbedFolders(const CString& path)
 {
     for (CString folder(path); !folder.IsEmpty() && ::PathIsDirectoryEmptyW(folder);
-         folder = ParentFolder(folder))
+         folder = ParentFolder(folder)) {
         ::RemoveDirectoryW(folder);
+    }
 }
 
 PathCheckResult ProbeNewFolder(const CString& path, bool network)
 {
     const int error = ::SHCreateDirectoryExW(nullptr, path, nullptr);
-    if (error == ERROR_ACCESS_DENIED || error == ERROR_PATH_NOT_FOUND)
+    if (error == ERROR_ACCESS_DENIED || error == ERROR_PATH_NOT_FOUND) {
         return PCR_ACCESS_DENIED;
-    if (error != ERROR_SUCCESS)
+    }
+    if (error != ERROR_SUCCESS) {
         return network ? PCR_NETWORK_FAILED : PCR_FAILED;
+    }
     RemoveProbedFolders(path);
     return PCR_OK;
 }
 
 PathCheckResult ValidateNetworkFolder(const CString& path)
 {
-    if (!::PathIsUNCW(path))
+    if (!::PathIsUNCW(path)) {
         return PCR_NOT_UNC;
+    }
     return ConnectShare(path) ? ProbeFolder(path, true) : PCR_NETWORK_FAILED;
 }
 
 PathCheckResult ValidateLocalFolder(CString& path)
 {
-    if (!Normalize(path))
+    if (!Normalize(path)) {
         return PCR_EMPTY;
+    }
     path = RebuildPath(path);
     const CString root = RootOf(path);
-    if (root.GetLength() < SHORTEST_ROOT)
+    if (root.GetLength() < SHORTEST_ROOT) {
         return PCR_FAILED;
-    if (path.GetLength() >= LOCAL_PATH_LIMIT)
+    }
+    if (path.GetLength() >= LOCAL_PATH_LIMIT) {
         return PCR_TOO_LONG;
-    if (::PathGetDriveNumberW(path) < 0)
+    }
+    if (::PathGetDriveNumberW(path) < 0) {
         return PCR_NO_DRIVE;
+    }
     const UINT drive = ::GetDriveTypeW(root);
-    if ((drive != DRIVE_FIXED && drive != DRIVE_REMOVABLE) || IsSubstitutedDrive(root))
+    if ((drive != DRIVE_FIXED && drive != DRIVE_REMOVABLE) || IsSubstitutedDrive(root)) {
         return PCR_BAD_DRIVE_KIND;
+    }
     return ProbeFolder(path, false);
 }
 
@@ -125,18 +137,21 @@ PathCheckResult ValidateLocalFolder(CString& path)
 
 PathCheckResult ValidateFolder(CString& path, bool requireNetwork)
 {
-    if (!Normalize(path))
+    if (!Normalize(path)) {
         return PCR_EMPTY;
+    }
     return requireNetwork ? ValidateNetworkFolder(path) : ValidateLocalFolder(path);
 }
 
 PathCheckResult ProbeFolder(const CString& path, bool network)
 {
     if (!network) {
-        if (::PathIsRelativeW(path))
+        if (::PathIsRelativeW(path)) {
             return PCR_FAILED;
-        if (::PathIsRootW(path))
+        }
+        if (::PathIsRootW(path)) {
             return PCR_IS_ROOT;
+        }
     }
     return ::PathIsDirectoryW(path) ? ProbeExistingFolder(path, network) : ProbeNewFolder(path, network);
 }
@@ -147,8 +162,9 @@ PathCheckResult TestWrite(const CString& folder)
     const UINT made = ::GetTempFileNameW(folder, L"_AIA", 0, file.GetBuffer(MAX_PATH));
     const DWORD error = ::GetLastError();
     file.ReleaseBuffer(made ? -1 : 0);
-    if (!made)
+    if (!made) {
         return error == ERROR_ACCESS_DENIED ? PCR_ACCESS_DENIED : PCR_FAILED;
+    }
     const BOOL exists = ::PathFileExistsW(file);
     ::DeleteFileW(file);
     return exists ? PCR_OK : PCR_ACCESS_DENIED;
@@ -156,10 +172,12 @@ PathCheckResult TestWrite(const CString& folder)
 
 bool IsLocalOrNetworkPath(const CString& path)
 {
-    if (::PathIsRelativeW(path))
+    if (::PathIsRelativeW(path)) {
         return false;
-    if (::PathIsNetworkPathW(path))
+    }
+    if (::PathIsNetworkPathW(path)) {
         return true;
+    }
     const CString root = RootOf(path);
     return ::GetDriveTypeW(root) == DRIVE_FIXED && !IsSubstitutedDrive(root);
 }

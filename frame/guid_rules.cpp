@@ -23,20 +23,23 @@ CString StripGuidBraces(const CString& text)
 bool IsUuidForm(const CString& text)
 {
     const CString form(L"XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX");
-    if (text.GetLength() != form.GetLength())
+    if (text.GetLength() != form.GetLength()) {
         return false;
+    }
     for (int index = 0; index < form.GetLength(); ++index) {
         const bool fits = form[index] == L'X' ? IsHexDigit(text[index]) : text[index] == form[index];
-        if (!fits)
+        if (!fits) {
             return false;
+        }
     }
     return true;
 }
 
 bool GetTarnKeyGuid(const CString& text, CString& guid)
 {
-    if (text.Find(TARN_KEY_PREFIX) != 0)
+    if (text.Find(TARN_KEY_PREFIX) != 0) {
         return false;
+    }
     guid = text.Mid(TextLength(TARN_KEY_PREFIX));
     guid.Replace(L'_', L'-');
     return true;

@@ -31,16 +31,18 @@ CString NewGuidText()
 {
     UUID uuid = {};
     RPC_WSTR text = nullptr;
-    if (!IsUuidSuccess(::UuidCreate(&uuid)) || !IsUuidSuccess(::UuidToStringW(&uuid, &text)))
+    if (!IsUuidSuccess(::UuidCreate(&uuid)) || !IsUuidSuccess(::UuidToStringW(&uuid, &text))) {
         return CString();
+    }
     const std::unique_ptr<wchar_t, FreeRpcString> owner(reinterpret_cast<wchar_t*>(text));
     return CString(owner.get()).MakeUpper();
 }
 
 bool IsGuidText(const wchar_t* text)
 {
-    if (!text)
+    if (!text) {
         return false;
+    }
     CString stripped = StripGuidBraces(text);
     UUID uuid = {};
     const int length = stripped.GetLength();

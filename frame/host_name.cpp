@@ -32,8 +32,9 @@ bool ResolveHost(HMODULE sockets, const char* name)
     const auto freeAddresses = FindProcedure<decltype(&::freeaddrinfo)>(sockets, "freeaddrinfo");
     if (getAddresses && freeAddresses) {
         addrinfo* addresses = nullptr;
-        if (getAddresses(name, nullptr, nullptr, &addresses) != 0)
+        if (getAddresses(name, nullptr, nullptr, &addresses) != 0) {
             return false;
+        }
         freeAddresses(addresses);
         return true;
     }
@@ -46,14 +47,16 @@ bool ResolveHost(HMODULE sockets, const char* name)
 bool IsHostResolvable(const wchar_t* host)
 {
     CResourceLibrary library;
-    if (!host || !library.Load(L"ws2_32.dll"))
+    if (!host || !library.Load(L"ws2_32.dll")) {
         return false;
+    }
     const HMODULE sockets = library.GetModule();
     const auto start = FindProcedure<decltype(&::WSAStartup)>(sockets, "WSAStartup");
     const auto cleanUp = FindProcedure<decltype(&::WSACleanup)>(sockets, "WSACleanup");
     WSADATA data = {};
-    if (!start || !cleanUp || start(SOCKETS_VERSION, &data) != 0)
+    if (!start || !cleanUp || start(SOCKETS_VERSION, &data) != 0) {
         return false;
+    }
     char name[HOST_CAPACITY] = {};
     ToHostName(host, name);
     const bool resolved = ResolveHost(sockets, name);

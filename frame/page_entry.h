@@ -39,8 +39,9 @@ public:
     void OnFinalMessage(HWND window) override
     {
         T::OnFinalMessage(window);
-        if (m_bOwnsItself)
+        if (m_bOwnsItself) {
             delete this;
+        }
     }
 
     void OwnItself() { m_bOwnsItself = true; }
@@ -85,8 +86,9 @@ template <class T>
 int ShowWizardPage(PageContext* context) noexcept
 try {
     CResourceLibrary library;
-    if (!library.Load(GetResourceLibraryPath()))
+    if (!library.Load(GetResourceLibraryPath())) {
         return NAVIGATION_LOAD_FAILED;
+    }
     const CResourceInstanceSwap resources(library.GetModule());
     context->hResource = library.GetModule();
     return RunWizardPage<T>(context);
@@ -101,8 +103,9 @@ CTabPage CreateTabPage(PageContext* context) noexcept
 try {
     const CString path = GetResourceLibraryPath();
     CResourceLibrary library;
-    if (!library.Load(path))
+    if (!library.Load(path)) {
         return CTabPage();
+    }
     const CResourceInstanceSwap resources(library.GetModule());
     context->pszResourcePath = path;
     return MakeTabPage<T>(context);

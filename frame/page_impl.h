@@ -71,8 +71,9 @@ protected:
     {
         const CWindow banner(this->GetDlgItem(IDC_BANNER));
         CString text = banner.GetText();
-        if (text.IsEmpty())
+        if (text.IsEmpty()) {
             return;
+        }
         m_banner.SubclassWindow(banner);
         m_banner.SetRenderFormat(BannerFormat());
         text = LoadResourceString(IDS_BANNER_PREFIX) + text;
@@ -84,8 +85,9 @@ protected:
     void KeepDialogFont()
     {
         const HFONT font = this->GetFont();
-        if (m_hDialogFont && m_hDialogFont != font)
+        if (m_hDialogFont && m_hDialogFont != font) {
             ::DeleteObject(m_hDialogFont);
+        }
         m_hDialogFont = font;
     }
 

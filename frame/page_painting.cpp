@@ -26,11 +26,13 @@ void PaintBackground(HDC dc, const RECT& client, PageColor color, void* image)
 // The control only marks the panel's place.
 void PaintPanel(HDC dc, const CWindow& mark)
 {
-    if (!mark.IsWindow())
+    if (!mark.IsWindow()) {
         return;
+    }
     const RECT panel = mark.GetRectInParent();
-    if (mark.IsWindowVisible())
+    if (mark.IsWindowVisible()) {
         mark.ShowWindow(SW_HIDE);
+    }
     const CBrushOwner brush(::CreateSolidBrush(PANEL_COLOR));
     const CPenOwner pen(::CreatePen(PS_SOLID, 1, PANEL_OUTLINE));
     const CSelectObject selectedBrush(dc, brush.get());
@@ -41,8 +43,9 @@ void PaintPanel(HDC dc, const CWindow& mark)
 void RepaintFrames(HWND page)
 {
     for (HWND child = ::GetWindow(page, GW_CHILD); child; child = ::GetWindow(child, GW_HWNDNEXT)) {
-        if (::IsWindowVisible(child))
+        if (::IsWindowVisible(child)) {
             ::SendMessageW(child, WM_NCPAINT, 1, 0);
+        }
     }
 }
 

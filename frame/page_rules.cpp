@@ -55,8 +55,9 @@ CString PageCounterText(const CString& text, int index, int total)
 
 TabButtons ButtonsToDisable(int index, int total)
 {
-    if (total == 1)
+    if (total == 1) {
         return {true, true};
+    }
     return {index == 0, index == total - 1};
 }
 
@@ -73,10 +74,12 @@ CString LinkFile(const wchar_t* target)
 LinkKind KindOfLink(const wchar_t* extension)
 {
     const CString text(extension);
-    if (text.CompareNoCase(L".pdf") == 0)
+    if (text.CompareNoCase(L".pdf") == 0) {
         return LinkKind::Document;
-    if (text.CompareNoCase(L".html") == 0 || text.CompareNoCase(L".htm") == 0)
+    }
+    if (text.CompareNoCase(L".html") == 0 || text.CompareNoCase(L".htm") == 0) {
         return LinkKind::Html;
+    }
     return LinkKind::Unknown;
 }
 

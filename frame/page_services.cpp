@@ -43,8 +43,9 @@ PageRectangle ToPageRectangle(const RECT& rectangle)
 
 void MoveAndStore(HWND window, CUiManager* uiManager, const RECT& rectangle)
 {
-    if (uiManager)
+    if (uiManager) {
         uiManager->SetWindowPos(rectangle);
+    }
     ::SetWindowPos(window, nullptr, rectangle.left, rectangle.top, rectangle.right - rectangle.left,
                    rectangle.bottom - rectangle.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
@@ -54,8 +55,9 @@ void MoveAndStore(HWND window, CUiManager* uiManager, const RECT& rectangle)
 HICON LoadPageIcon(const CString& file, CIconOwner& owner)
 {
     constexpr int ICON_SIZE = 16;
-    if (file.IsEmpty())
+    if (file.IsEmpty()) {
         return ::LoadIconW(_Module.GetResourceInstance(), MAKEINTRESOURCEW(IDI_SETUP));
+    }
     owner.reset(
         static_cast<HICON>(::LoadImageW(nullptr, file, IMAGE_ICON, ICON_SIZE, ICON_SIZE, LR_LOADFROMFILE)));
     return owner.get();
@@ -63,8 +65,9 @@ HICON LoadPageIcon(const CString& file, CIconOwner& owner)
 
 void TrackWindowPlace(HWND window, CUiManager* uiManager, bool& placed)
 {
-    if (::IsIconic(window))
+    if (::IsIconic(window)) {
         return;
+    }
     const RECT now = CWindow(window).GetWindowRect();
     if (placed) {
         MoveAndStore(window, uiManager, now);
@@ -83,13 +86,16 @@ void TrackWindowPlace(HWND window, CUiManager* uiManager, bool& placed)
 void OpenLinkTarget(CSetupManager& manager, const wchar_t* target)
 {
     const CString file = LinkFile(target);
-    if (file.IsEmpty())
+    if (file.IsEmpty()) {
         return; // the folder itself is no target
+    }
     CString path = JoinPath(manager.GetWizTextPath(), file);
-    if (!::PathFileExistsW(path))
+    if (!::PathFileExistsW(path)) {
         path = JoinPath(manager.GetSrcWizTextPath(), file);
-    if (::PathFileExistsW(path))
+    }
+    if (::PathFileExistsW(path)) {
         ::ShellExecuteW(nullptr, L"open", path, nullptr, nullptr, SW_SHOWNORMAL);
+    }
 }
 
 CString FindHtmlFile(CSetupManager& manager, const wchar_t* target)
@@ -103,8 +109,9 @@ void OpenDocument(const wchar_t* target)
     INT_PTR result = 0;
     if (!OpenByShell(target, result) && result != SE_ERR_NOASSOC) {
         const CString path = FileBesideProgram(target);
-        if (!path.IsEmpty())
+        if (!path.IsEmpty()) {
             OpenByShell(path, result);
+        }
     }
     if (result == SE_ERR_NOASSOC) {
         ::MessageBoxW(nullptr, LoadResourceString(IDS_PDF_NO_VIEWER),
@@ -116,12 +123,14 @@ bool AskToCancel(HWND owner, CSetupManager& manager)
 {
     CResourceLibrary library;
     std::optional<CResourceInstanceSwap> resources;
-    if (library.Load(GetResourceLibraryPath()))
+    if (library.Load(GetResourceLibraryPath())) {
         resources.emplace(library.GetModule()); // otherwise the page's own serve
+    }
     manager.EnableCancelling(false);
     const bool leave = CCancelDialog(manager.m_setupMode).DoModal(owner) == IDYES;
-    if (!leave)
+    if (!leave) {
         manager.EnableCancelling(true);
+    }
     return leave;
 }
 
@@ -130,8 +139,9 @@ int CallHooks(const PageHookList& hooks, PageContext& context, bool stopAtVeto)
     int result = 0;
     for (const PageHook hook : hooks) {
         result = hook(&context);
-        if (stopAtVeto && result == HOOK_VETO)
+        if (stopAtVeto && result == HOOK_VETO) {
             break;
+        }
     }
     return result;
 }

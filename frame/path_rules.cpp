@@ -19,10 +19,12 @@ bool AreColonsValid(const CString& text)
 
 bool IsUncForm(const CString& text)
 {
-    if (text[0] != L'\\' || text[1] != L'\\')
+    if (text[0] != L'\\' || text[1] != L'\\') {
         return false;
-    if (text[2] != L'?')
+    }
+    if (text[2] != L'?') {
         return true;
+    }
     return text.Left(8).CompareNoCase(L"\\\\?\\UNC\\") == 0;
 }
 
@@ -35,12 +37,15 @@ bool IsValidPath(const CString& text)
 {
     CString path(text);
     path.Trim();
-    if (path == L"\\" || path == L"\\\\")
+    if (path == L"\\" || path == L"\\\\") {
         return false;
-    if (path.FindOneOf(L"*?<>|\"") >= 0 || !AreColonsValid(path))
+    }
+    if (path.FindOneOf(L"*?<>|\"") >= 0 || !AreColonsValid(path)) {
         return false;
-    if (path.Find(L"\\\\", 1) >= 0)
+    }
+    if (path.Find(L"\\\\", 1) >= 0) {
         return false;
+    }
     std::vector<CString> pieces;
     SplitText(path, L"\\", pieces, 0, false);
     return std::none_of(pieces.begin(), pieces.end(), [](CString piece) {
@@ -52,8 +57,9 @@ bool IsValidPath(const CString& text)
 
 bool IsValidUncPath(const CString& text)
 {
-    if (!IsUncForm(text))
+    if (!IsUncForm(text)) {
         return false;
+    }
     CString path(text);
     TrimLeft(path, L"\\ ");
     std::vector<CString> pieces;
@@ -69,8 +75,9 @@ CString RebuildPath(const CString& path)
     std::vector<CString> pieces;
     SplitText(path, L"\\", pieces, 0, true);
     CString rebuilt;
-    for (const CString& piece : pieces)
+    for (const CString& piece : pieces) {
         rebuilt += piece + L'\\';
+    }
     return rebuilt;
 }
 

@@ -18,13 +18,15 @@ bool IsSameCharacter(wchar_t left, wchar_t right, bool ignoreCase)
 bool MatchSet(wchar_t character, const wchar_t*& pattern, const wchar_t* patternEnd, bool ignoreCase)
 {
     const bool negated = pattern != patternEnd && *pattern == L'~';
-    if (negated)
+    if (negated) {
         ++pattern;
+    }
     bool found = false;
     for (bool first = true; pattern != patternEnd; first = false) {
         const wchar_t low = *pattern++;
-        if (low == L']' && !first)
+        if (low == L']' && !first) {
             return found != negated;
+        }
         const bool isRange = patternEnd - pattern >= 2 && pattern[0] == L'-' && pattern[1] != L']';
         if (isRange) {
             // Ranges go by code unit even where case is ignored; the lists in use rely on it.
@@ -52,10 +54,12 @@ bool MatchElement(const wchar_t*& text, const wchar_t*& pattern, const wchar_t* 
     case L'.':
         return !IsLetterOrDigit(character);
     case L' ':
-        if (character != L' ')
+        if (character != L' ') {
             return false;
-        while (*text == L' ')
+        }
+        while (*text == L' ') {
             ++text;
+        }
         return true;
     case L'[':
         return MatchSet(character, pattern, patternEnd, ignoreCase);
@@ -78,12 +82,15 @@ bool MatchElements(const wchar_t* text, const wchar_t* pattern, const wchar_t* p
             retry = text;
             continue;
         }
-        if (*text == 0 && pattern == patternEnd)
+        if (*text == 0 && pattern == patternEnd) {
             return true;
-        if (*text != 0 && pattern != patternEnd && MatchElement(text, pattern, patternEnd, ignoreCase))
+        }
+        if (*text != 0 && pattern != patternEnd && MatchElement(text, pattern, patternEnd, ignoreCase)) {
             continue;
-        if (!afterStar || *retry == 0)
+        }
+        if (!afterStar || *retry == 0) {
             return false;
+        }
         text = ++retry;
         pattern = afterStar;
     }
@@ -94,27 +101,32 @@ bool MatchElements(const wchar_t* text, const wchar_t* pattern, const wchar_t* p
 bool MatchPattern(const wchar_t* text, const wchar_t* pattern, const wchar_t* patternEnd, bool ignoreCase,
                   bool allowNegation)
 {
-    if (!text)
+    if (!text) {
         text = L"";
+    }
     const bool negated = allowNegation && pattern != patternEnd && *pattern == L'~';
-    if (negated)
+    if (negated) {
         ++pattern;
+    }
     return MatchElements(text, pattern, patternEnd, ignoreCase) != negated;
 }
 
 bool MatchPatternList(const wchar_t* text, const wchar_t* list)
 {
-    if (!list)
+    if (!list) {
         return false;
+    }
     const wchar_t* pattern = list;
     int backquotes = 0;
     for (const wchar_t* place = list;; ++place) {
         const bool atEnd = *place == 0;
         if (atEnd || (*place == L',' && backquotes % 2 == 0)) {
-            if (MatchPattern(text, pattern, place, false, true))
+            if (MatchPattern(text, pattern, place, false, true)) {
                 return true;
-            if (atEnd)
+            }
+            if (atEnd) {
                 return false;
+            }
             pattern = place + 1;
         }
         backquotes = *place == L'`' ? backquotes + 1 : 0;

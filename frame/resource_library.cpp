@@ -12,8 +12,9 @@ constexpr wchar_t RESOURCE_LIBRARY_NAME[] = L"WizText.dll";
 
 bool CResourceLibrary::Load(const CString& path)
 {
-    if (m_module && m_strPath.CompareNoCase(path) == 0)
+    if (m_module && m_strPath.CompareNoCase(path) == 0) {
         return true;
+    }
     m_strPath.Empty();
     m_module.reset(); // before the other is loaded: both may be versions of one library
     m_module.reset(::LoadLibraryW(path));

@@ -11,7 +11,8 @@ CString LoadResourceString(unsigned int id)
             ::LoadStringW(_Module.GetResourceInstance(), id, text.GetBuffer(capacity), capacity);
         text.ReleaseBuffer(length);
         // A text that fills the buffer to the last place may have been cut.
-        if (length < capacity - 1)
+        if (length < capacity - 1) {
             return text;
+        }
     }
 }

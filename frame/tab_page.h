@@ -30,8 +30,9 @@ public:
 
     int RunHooks(const PageHookList& hooks) override
     {
-        if (hooks.empty())
+        if (hooks.empty()) {
             return 0;
+        }
         PageContext context = HookContext();
         return CallHooks(hooks, context, false);
     }
@@ -39,8 +40,9 @@ public:
     // All hooks are asked and the last one's word counts. (A wizard page stops at the first veto.)
     int RunLeaveHooks() override
     {
-        if (this->m_leaveHooks.empty())
+        if (this->m_leaveHooks.empty()) {
             return 1;
+        }
         PageContext context = HookContext();
         return CallHooks(this->m_leaveHooks, context, false);
     }
@@ -95,18 +97,21 @@ private:
     void GoNext()
     {
         const CBusyGuard guard(this->m_busy);
-        if (!guard)
+        if (!guard) {
             return;
+        }
         const CPersistentWaitCursor waitCursor;
-        if (this->RunLeaveHooks() != HOOK_VETO && this->Page().ValidateAndStore())
+        if (this->RunLeaveHooks() != HOOK_VETO && this->Page().ValidateAndStore()) {
             ::SendMessageW(m_hParent, PAGE_MESSAGE_NEXT_TAB, 0, 0);
+        }
     }
 
     void GoPrevious()
     {
         const CBusyGuard guard(this->m_busy);
-        if (!guard)
+        if (!guard) {
             return;
+        }
         const CPersistentWaitCursor waitCursor;
         this->Page().StoreWithoutValidation();
         ::SendMessageW(m_hParent, PAGE_MESSAGE_PREVIOUS_TAB, 0, 0);
@@ -116,11 +121,13 @@ private:
     bool Store()
     {
         const CBusyGuard guard(this->m_busy);
-        if (!guard)
+        if (!guard) {
             return false;
+        }
         const CPersistentWaitCursor waitCursor;
-        if (this->RunLeaveHooks() == HOOK_VETO)
+        if (this->RunLeaveHooks() == HOOK_VETO) {
             return false;
+        }
         this->Page().ValidateAndStore();
         return true;
     }
@@ -135,8 +142,9 @@ private:
 
     LRESULT OnMouseMove(UINT, WPARAM, LPARAM, BOOL& handled)
     {
-        if (m_hFrame && !::IsWindowEnabled(m_hFrame))
+        if (m_hFrame && !::IsWindowEnabled(m_hFrame)) {
             ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
+        }
         handled = FALSE;
         return 0;
     }
@@ -149,10 +157,12 @@ private:
         const int index = LOWORD(wParam);
         const int total = HIWORD(wParam);
         const TabButtons buttons = ButtonsToDisable(index, total);
-        if (buttons.bDisablePrevious)
+        if (buttons.bDisablePrevious) {
             ::EnableWindow(m_hPrevButton, FALSE);
-        if (buttons.bDisableNext)
+        }
+        if (buttons.bDisableNext) {
             ::EnableWindow(m_hNextButton, FALSE);
+        }
         const CWindow counter(this->GetDlgItem(IDC_PAGE_COUNTER));
         if (counter.IsWindow()) {
             const CResourceInstanceSwap resources(m_resource.GetModule());

@@ -38,10 +38,12 @@ void SplitText(const CString& text, const wchar_t* separator, std::vector<CStrin
         const int found = separatorLength > 0 ? source.Find(separator, start) : -1;
         const int end = found < 0 ? source.GetLength() : found;
         CString piece = source.Mid(start, end - start);
-        if (trim)
+        if (trim) {
             piece.Trim();
-        if (!trim || !piece.IsEmpty())
+        }
+        if (!trim || !piece.IsEmpty()) {
             list.push_back(piece);
+        }
         start = found < 0 ? end : found + separatorLength;
     }
 }

@@ -14,8 +14,9 @@ CPersistentWaitCursor::~CPersistentWaitCursor()
 
 bool AnswerSetCursor()
 {
-    if (g_waitCursorCount.load() < 1)
+    if (g_waitCursorCount.load() < 1) {
         return false;
+    }
     ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
     return true;
 }

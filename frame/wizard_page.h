@@ -38,30 +38,35 @@ public:
 
     int RunHooks(const PageHookList& hooks) override
     {
-        if (hooks.empty())
+        if (hooks.empty()) {
             return 0;
+        }
         PageContext context = HookContext();
         context.hParent = this->m_hWnd;
-        if (CUiManager* uiManager = UiManager())
+        if (CUiManager* uiManager = UiManager()) {
             context.rcDisplay = *uiManager->GetWindowPos();
+        }
         return CallHooks(hooks, context, false);
     }
 
     // The first veto counts; the hooks behind it aren't asked. (A tab page asks them all and honours the last.)
     int RunLeaveHooks() override
     {
-        if (this->m_leaveHooks.empty())
+        if (this->m_leaveHooks.empty()) {
             return 1;
+        }
         PageContext context = HookContext();
         return CallHooks(this->m_leaveHooks, context, true);
     }
 
     BOOL PreTranslateMessage(MSG* message) override
     {
-        if (m_sidePane.PreTranslateMessage(message))
+        if (m_sidePane.PreTranslateMessage(message)) {
             return TRUE;
-        if (message->message == WM_KEYDOWN && message->wParam == VK_RETURN && OnEnterKey(message->hwnd))
+        }
+        if (message->message == WM_KEYDOWN && message->wParam == VK_RETURN && OnEnterKey(message->hwnd)) {
             return TRUE;
+        }
         return ::IsDialogMessageW(this->m_hWnd, message);
     }
 
@@ -78,8 +83,9 @@ public:
     int OnReserved2(HWND, const wchar_t*) override { return 0; }
     int OnKeyHandled(HWND control, int, bool* handled) override
     {
-        if (control != m_sidePane.GetWindow() || *handled)
+        if (control != m_sidePane.GetWindow() || *handled) {
             return 0;
+        }
         *handled = true;
         return 1;
     }
@@ -113,10 +119,12 @@ protected:
         InitSeparator();
         InitResetButton();
         this->RunHooks(this->m_preInitHooks);
-        if (const HWND hidden = this->GetDlgItem(IDC_HIDDEN_AT_START))
+        if (const HWND hidden = this->GetDlgItem(IDC_HIDDEN_AT_START)) {
             ::ShowWindow(hidden, SW_HIDE);
-        if (!this->m_bCanGoBack)
+        }
+        if (!this->m_bCanGoBack) {
             ::EnableWindow(m_hBackButton, FALSE);
+        }
     }
 
     // The page is left with that result.
@@ -165,8 +173,9 @@ private:
     void AddToMessageLoop()
     {
         CMessageLoop* loop = _Module.GetMessageLoop();
-        if (!loop)
+        if (!loop) {
             throw std::bad_alloc(); // the table had no room for it
+        }
         loop->AddMessageFilter(this);
     }
 
@@ -179,23 +188,27 @@ private:
     void InitStepLabel()
     {
         const HWND control = this->GetDlgItem(IDC_STEP_LABEL);
-        if (!control)
+        if (!control) {
             return;
+        }
         BindLabel(m_stepLabel, control);
-        if (UiManager())
+        if (UiManager()) {
             m_stepLabel.LoadText(FormatResource(IDS_STEP, CString(UiManager()->m_strStepArgument)));
+        }
     }
 
     void InitSidePane()
     {
         const CWindow control(this->GetDlgItem(IDC_SIDE_PANE));
-        if (!control.IsWindow())
+        if (!control.IsWindow()) {
             return;
+        }
         BindLabel(m_sidePane, control);
         control.ModifyStyle(0, SS_NOTIFY);
         control.EnableWindow();
-        if (!this->m_strHelpFile.IsEmpty())
+        if (!this->m_strHelpFile.IsEmpty()) {
             m_sidePane.LoadFile(JoinPath(this->m_pSetupManager->GetWizTextPath(), this->m_strHelpFile));
+        }
         control.ShowWindow(SW_SHOW);
         m_sidePane.SetNotify(this);
     }
@@ -203,22 +216,25 @@ private:
     void InitFooter()
     {
         const HWND control = this->GetDlgItem(IDC_FOOTER);
-        if (!control)
+        if (!control) {
             return;
+        }
         BindLabel(m_footer, control);
         ::ShowWindow(control, SW_SHOW);
     }
 
     void InitSeparator()
     {
-        if (m_separator.SubclassWindow(this->GetDlgItem(IDC_SEPARATOR)))
+        if (m_separator.SubclassWindow(this->GetDlgItem(IDC_SEPARATOR))) {
             m_separator.ShowWindow(SW_SHOW);
+        }
     }
 
     void InitResetButton()
     {
-        if (!m_hResetButton)
+        if (!m_hResetButton) {
             return;
+        }
         const bool allowed = UiManager() && UiManager()->m_bResetAllowed1 && UiManager()->m_bResetAllowed2;
         ::ShowWindow(m_hResetButton, allowed ? SW_SHOW : SW_HIDE);
         ::EnableWindow(m_hResetButton, allowed);
@@ -229,18 +245,21 @@ private:
     void GoNext()
     {
         const CBusyGuard guard(this->m_busy);
-        if (!guard)
+        if (!guard) {
             return;
+        }
         const CPersistentWaitCursor waitCursor;
-        if (this->RunLeaveHooks() != HOOK_VETO && this->Page().ValidateAndStore())
+        if (this->RunLeaveHooks() != HOOK_VETO && this->Page().ValidateAndStore()) {
             Close(NAVIGATION_NEXT);
+        }
     }
 
     void GoBack()
     {
         const CBusyGuard guard(this->m_busy);
-        if (!guard)
+        if (!guard) {
             return;
+        }
         const CPersistentWaitCursor waitCursor;
         this->Page().StoreWithoutValidation();
         Close(NAVIGATION_BACK);
@@ -249,19 +268,22 @@ private:
     void Reset()
     {
         const CBusyGuard guard(this->m_busy);
-        if (!guard)
+        if (!guard) {
             return;
+        }
         const CPersistentWaitCursor waitCursor;
-        if (this->m_pSetupManager->ResetSetupMode() == 0)
+        if (this->m_pSetupManager->ResetSetupMode() == 0) {
             Close(NAVIGATION_RESET);
+        }
     }
 
     // `source` is the window from which the command came.
     void Cancel(HWND source)
     {
         CBusyGuard guard(this->m_busy);
-        if (!guard)
+        if (!guard) {
             return;
+        }
         if (this->m_pSetupManager->m_uiStage == STAGE_CANCEL_IS_NEXT) {
             guard.Release(); // Next takes it anew
             GoNext();
@@ -281,8 +303,9 @@ private:
     void OpenLink(UINT id)
     {
         const CBusyGuard guard(this->m_busy);
-        if (!guard)
+        if (!guard) {
             return;
+        }
         const CPersistentWaitCursor waitCursor;
         OpenLinkTarget(*this->m_pSetupManager, id == IDC_LINK1 ? this->m_pSetupManager->m_strLinkTarget1
                                                                : this->m_pSetupManager->m_strLinkTarget2);
@@ -291,8 +314,9 @@ private:
     // Enter on these presses them; on every other control it presses the default button.
     bool OnEnterKey(HWND focus)
     {
-        if (!::IsWindowEnabled(focus) || ::GetParent(focus) != this->m_hWnd)
+        if (!::IsWindowEnabled(focus) || ::GetParent(focus) != this->m_hWnd) {
             return false;
+        }
         switch (const int id = ::GetDlgCtrlID(focus)) {
         case IDC_LINK1:
         case IDC_LINK2:
@@ -332,8 +356,9 @@ private:
 
     LRESULT OnDestroy(UINT, WPARAM, LPARAM, BOOL& handled)
     {
-        if (CMessageLoop* loop = _Module.GetMessageLoop())
+        if (CMessageLoop* loop = _Module.GetMessageLoop()) {
             loop->RemoveMessageFilter(this);
+        }
         ::PostQuitMessage(this->m_result);
         handled = FALSE;
         return 0;
@@ -364,8 +389,9 @@ private:
     LRESULT OnSidePaneText(UINT, WPARAM, LPARAM lParam, BOOL&)
     {
         const auto text = reinterpret_cast<const wchar_t*>(lParam);
-        if (!IsEmptyText(text))
+        if (!IsEmptyText(text)) {
             m_sidePane.LoadText(text);
+        }
         return 0;
     }
 
@@ -382,8 +408,9 @@ private:
     LRESULT OnCancel(WORD, WORD, HWND control, BOOL&)
     {
         // Escape and the close box come here whatever state the button has.
-        if (!m_hCancelButton || ::IsWindowEnabled(m_hCancelButton))
+        if (!m_hCancelButton || ::IsWindowEnabled(m_hCancelButton)) {
             Cancel(control);
+        }
         return 0;
     }
     LRESULT OnReset(WORD, WORD, HWND, BOOL&)

@@ -5,20 +5,25 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const CString text = WideInput(data, size);
-    if (IsValidPath(text) && text.FindOneOf(L"*?<>|\"") >= 0)
+    if (IsValidPath(text) && text.FindOneOf(L"*?<>|\"") >= 0) {
         __builtin_trap();
-    if (IsValidUncPath(text) && !IsUncForm(text))
+    }
+    if (IsValidUncPath(text) && !IsUncForm(text)) {
         __builtin_trap();
-    if (IsValidFileName(text) && text.Find(L'\\') >= 0)
+    }
+    if (IsValidFileName(text) && text.Find(L'\\') >= 0) {
         __builtin_trap();
+    }
     const CString rebuilt = RebuildPath(text);
-    if (RebuildPath(rebuilt) != rebuilt)
+    if (RebuildPath(rebuilt) != rebuilt) {
         __builtin_trap(); // a rebuilt path stays as it is
+    }
     CString folder(text);
     while (!folder.IsEmpty()) {
         const CString parent = ParentFolder(folder);
-        if (parent.GetLength() >= folder.GetLength())
+        if (parent.GetLength() >= folder.GetLength()) {
             __builtin_trap(); // the walk to the top must end
+        }
         folder = parent;
     }
     CString guid;

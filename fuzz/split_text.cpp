@@ -11,17 +11,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     SplitText(text, separator, pieces, 0, false);
     CString joined;
     for (std::size_t index = 0; index < pieces.size(); ++index) {
-        if (index > 0)
+        if (index > 0) {
             joined += separator;
+        }
         joined += pieces[index];
     }
     // Only a separator at the very end is lost.
-    if (joined != text && joined + separator != text)
+    if (joined != text && joined + separator != text) {
         __builtin_trap();
+    }
     SplitText(text, separator, pieces, 0, true);
     for (const CString& piece : pieces) {
-        if (piece.IsEmpty())
+        if (piece.IsEmpty()) {
             __builtin_trap();
+        }
     }
     CString replaced(text);
     ReplaceAll(replaced, separator, L"&");

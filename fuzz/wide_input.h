@@ -9,8 +9,9 @@
 inline CString WideInput(const std::uint8_t* data, std::size_t size)
 {
     CString text;
-    for (std::size_t index = 0; index + 1 < size; index += 2)
+    for (std::size_t index = 0; index + 1 < size; index += 2) {
         text += static_cast<wchar_t>(data[index] | data[index + 1] << 8);
+    }
     return text;
 }
 

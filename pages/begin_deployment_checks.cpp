@@ -7,19 +7,22 @@
 bool CBeginDeploymentDialog::ValidateAndStore()
 {
     const bool wasBackEnabled = ::IsWindowEnabled(m_hBackButton);
-    for (const HWND button : {m_hBackButton, m_hNextButton, m_hCancelButton})
+    for (const HWND button : {m_hBackButton, m_hNextButton, m_hCancelButton}) {
         ::EnableWindow(button, FALSE);
+    }
     const Verdict verdict = CheckChoice();
     if (verdict != Verdict::Passed) {
         RestoreButtons(wasBackEnabled, verdict == Verdict::Declined);
         return false;
     }
     StoreChoice();
-    if (m_strBaseName.CompareNoCase(m_strOriginalBaseName) != 0)
+    if (m_strBaseName.CompareNoCase(m_strOriginalBaseName) != 0) {
         LoadBaseDeployment();
+    }
     // The host is between two modes then: no button leads on from here, and only the host can close the page.
-    if (!m_pSetupManager->SetSetupMode(m_mode))
+    if (!m_pSetupManager->SetSetupMode(m_mode)) {
         return false;
+    }
     ::EnableWindow(m_hNextButton, TRUE);
     ::EnableWindow(m_hCancelButton, TRUE);
     return true;
@@ -27,15 +30,19 @@ bool CBeginDeploymentDialog::ValidateAndStore()
 
 CBeginDeploymentDialog::Verdict CBeginDeploymentDialog::CheckChoice()
 {
-    if (IsOtherProductsLocation())
+    if (IsOtherProductsLocation()) {
         return Refuse(LoadResourceString(IDS_OTHER_PRODUCTS_DEPLOYMENT));
-    if (!AreDeploymentPathsShortEnough())
+    }
+    if (!AreDeploymentPathsShortEnough()) {
         return Refuse(LoadResourceString(IDS_PATH_TOO_LONG));
+    }
     bool asked = false;
-    if (!CheckLocation(asked) || !CheckName(asked))
+    if (!CheckLocation(asked) || !CheckName(asked)) {
         return asked ? Verdict::Declined : Verdict::Refused;
-    if (!m_pSetupManager->IsTargetPlatformAllowed(m_platform))
+    }
+    if (!m_pSetupManager->IsTargetPlatformAllowed(m_platform)) {
         return Refuse(FormatResource(IDS_PLATFORM_NOT_ALLOWED, m_strName));
+    }
     return Verdict::Passed;
 }
 
@@ -52,17 +59,20 @@ void CBeginDeploymentDialog::RestoreButtons(bool backEnabled, bool nextEnabled)
     ::EnableWindow(m_hCancelButton, TRUE);
     ::EnableWindow(m_hNextButton, nextEnabled);
     const HWND focus = ::GetFocus();
-    if (!focus || focus == m_hWnd || !::IsWindowEnabled(focus))
+    if (!focus || focus == m_hWnd || !::IsWindowEnabled(focus)) {
         GotoDlgCtrl(nextEnabled ? m_hNextButton : m_location.m_hWnd); // it was on a button that is off now
+    }
 }
 
 bool CBeginDeploymentDialog::IsOtherProductsLocation()
 {
-    if (m_pSetupManager->m_bHasDeployments)
+    if (m_pSetupManager->m_bHasDeployments) {
         return false;
+    }
     m_pDeployments = m_pSetupManager->GetDeploymentList(m_strLocation);
-    if (m_pDeployments->empty())
+    if (m_pDeployments->empty()) {
         return false;
+    }
     const CString code = m_pSetupManager->GetSetupCode(m_pDeployments->front());
     return code.CompareNoCase(CString(m_pSetupManager->m_strSetupCode)) != 0;
 }
@@ -78,8 +88,9 @@ bool CBeginDeploymentDialog::AreDeploymentPathsShortEnough()
     lengths.resourceFolder = TextLength(m_pSetupManager->m_strResourceFolder);
     std::vector<ProductPathLengths> products;
     if (m_pSetupManager->m_pProducts) {
-        for (const CProduct* product : *m_pSetupManager->m_pProducts)
+        for (const CProduct* product : *m_pSetupManager->m_pProducts) {
             products.push_back({TextLength(product->m_strMsiFile), TextLength(product->m_strFolder)});
+        }
     }
     return ArePathsShortEnough(lengths, products);
 }
@@ -89,14 +100,16 @@ bool CBeginDeploymentDialog::CheckLocation(bool& asked)
     asked = false;
     PathCheckResult result = ValidateFolder(m_strLocation, true);
     const bool isLocal = result == PCR_NOT_UNC;
-    if (isLocal)
+    if (isLocal) {
         result = ValidateFolder(m_strLocation, false);
+    }
     if (!IsLocationUsable(result)) {
         Refuse(FormatResource(LocationErrorId(result), m_strLocation));
         return false;
     }
-    if (!isLocal || m_pSetupManager->m_bHasDeployments)
+    if (!isLocal || m_pSetupManager->m_bHasDeployments) {
         return true;
+    }
     asked = true;
     return ShowPageBox(LoadResourceString(IDS_LOCATION_NOT_NETWORK), MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
@@ -106,19 +119,22 @@ bool CBeginDeploymentDialog::CheckName(bool& asked)
     asked = false;
     m_strName.Trim();
     bool passed = IsDeploymentNameValid(m_strName);
-    if (!passed)
+    if (!passed) {
         ShowPageBox(LoadResourceString(IDS_NAME_INVALID), MB_OK | MB_ICONWARNING);
+    }
     if (m_mode == Setup::SETUPMODE_CREATE_DEPLOYMENT || m_mode == Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT) {
         for (const CString& name : DeploymentNames()) {
-            if (name.CompareNoCase(m_strName) != 0)
+            if (name.CompareNoCase(m_strName) != 0) {
                 continue;
+            }
             asked = true;
             // The answer stands for the whole check: a name that already exists on disk can exist again.
             passed = ShowPageBox(FormatResource(IDS_REPLACE_DEPLOYMENT, m_strName), MB_YESNO) == IDYES;
         }
     }
-    if (!passed)
+    if (!passed) {
         FocusName();
+    }
     return passed;
 }
 
@@ -137,8 +153,9 @@ void CBeginDeploymentDialog::TakeBrowsedFolder()
         m_location.SetText(m_strLocation);
         break;
     case Setup::DEPLOYMENTLOCATION_HAS_OTHER_FILES:
-        if (ShowPageBox(LoadResourceString(IDS_CONFIRM_FOLDER), MB_YESNO | MB_ICONQUESTION) == IDYES)
+        if (ShowPageBox(LoadResourceString(IDS_CONFIRM_FOLDER), MB_YESNO | MB_ICONQUESTION) == IDYES) {
             m_location.SetText(m_strLocation);
+        }
         break;
     default:
         m_location.SetText(L"");

@@ -58,8 +58,9 @@ void CBeginDeploymentDialog::FocusFirstControl()
 // The system also sends a click when a checked radio takes the focus; only a change of the mode counts.
 bool CBeginDeploymentDialog::ChangeMode(int radio, Setup::tagSETUPMODE mode)
 {
-    if (::IsDlgButtonChecked(m_hWnd, radio) != BST_CHECKED || m_mode == mode)
+    if (::IsDlgButtonChecked(m_hWnd, radio) != BST_CHECKED || m_mode == mode) {
         return false;
+    }
     m_mode = mode;
     return true;
 }
@@ -89,8 +90,9 @@ LRESULT CBeginDeploymentDialog::OnModeCreateFrom(WORD, WORD id, HWND, BOOL&)
 LRESULT CBeginDeploymentDialog::OnModeModify(WORD, WORD id, HWND, BOOL&)
 {
     if (ChangeMode(id, Setup::SETUPMODE_MODIFY_DEPLOYMENT)) {
-        if (m_strBaseName.IsEmpty())
+        if (m_strBaseName.IsEmpty()) {
             m_strBaseName = FindDeploymentName(DeploymentNames(), CString());
+        }
         m_strName = m_strBaseName;
         ShowLayout();
         UpdateNext();
@@ -103,8 +105,9 @@ LRESULT CBeginDeploymentDialog::OnDeploymentSelected(WORD, WORD, HWND, BOOL&)
     const int selected = m_deployments.GetCurSel();
     if (selected >= 0) {
         m_strBaseName = m_deployments.GetText(selected);
-        if (m_mode == Setup::SETUPMODE_MODIFY_DEPLOYMENT)
+        if (m_mode == Setup::SETUPMODE_MODIFY_DEPLOYMENT) {
             m_strName = m_strBaseName;
+        }
     }
     ShowPlatforms();
     UpdateNext();
@@ -121,13 +124,15 @@ LRESULT CBeginDeploymentDialog::OnLocationEdited(WORD, WORD, HWND, BOOL&)
 LRESULT CBeginDeploymentDialog::OnBrowse(WORD, WORD, HWND, BOOL&)
 {
     CString folder = m_location.GetText();
-    if (!BrowseForFolder(m_hWnd, folder, LoadResourceString(IDS_BROWSE_LOCATION), true))
+    if (!BrowseForFolder(m_hWnd, folder, LoadResourceString(IDS_BROWSE_LOCATION), true)) {
         return 0;
+    }
     m_strLocation = folder;
     m_location.SetText(m_strLocation);
     bool asked = false;
-    if (CheckLocation(asked))
+    if (CheckLocation(asked)) {
         TakeBrowsedFolder();
+    }
     UpdateNext();
     return 0;
 }
@@ -172,8 +177,9 @@ void CBeginDeploymentDialog::ShowLayout()
         HideName();
         break;
     }
-    for (const int id : {IDC_MODE_HEADING, IDC_MODE_CREATE, IDC_MODE_CREATE_FROM, IDC_MODE_MODIFY})
+    for (const int id : {IDC_MODE_HEADING, IDC_MODE_CREATE, IDC_MODE_CREATE_FROM, IDC_MODE_MODIFY}) {
         ShowControl(id, layout != BeginLayout::Plain);
+    }
     ShowLocation(layout == BeginLayout::Plain);
     ShowDeployments(layout == BeginLayout::CreateFrom || layout == BeginLayout::Modify);
     ShowPlatforms();
@@ -216,18 +222,21 @@ void CBeginDeploymentDialog::ShowDeployments(bool shown)
 {
     ShowControl(IDC_DEPLOYMENTS_HEADING, shown);
     ShowControl(IDC_DEPLOYMENTS, shown);
-    if (!shown)
+    if (!shown) {
         return;
-    if (m_deployments.GetCount() == 0)
+    }
+    if (m_deployments.GetCount() == 0) {
         FillDeployments();
+    }
     SelectDeployment(m_strBaseName);
 }
 
 void CBeginDeploymentDialog::FillDeployments()
 {
     const std::vector<CString> names = DeploymentNames();
-    for (const CString& name : names)
+    for (const CString& name : names) {
         m_deployments.AddString(name);
+    }
     m_strBaseName = FindDeploymentName(names, m_strName);
 }
 
@@ -235,8 +244,9 @@ void CBeginDeploymentDialog::SelectDeployment(const CString& name)
 {
     // By hand: the list box's own search takes "OFFICE" for "Office".
     int line = m_deployments.GetCount() - 1;
-    while (line >= 0 && m_deployments.GetText(line) != name)
+    while (line >= 0 && m_deployments.GetText(line) != name) {
         --line;
+    }
     m_deployments.SetCurSel(line);
 }
 
@@ -271,15 +281,17 @@ void CBeginDeploymentDialog::ShowControl(int id, bool shown)
 void CBeginDeploymentDialog::MoveToAnchor(int id, int anchor)
 {
     const CWindow mark(GetDlgItem(anchor));
-    if (mark.IsWindow())
+    if (mark.IsWindow()) {
         CWindow(GetDlgItem(id)).MoveWindow(mark.GetRectInParent());
+    }
 }
 
 std::vector<CString> CBeginDeploymentDialog::DeploymentNames()
 {
     std::vector<CString> names;
-    for (const CString& entry : *m_pDeployments)
+    for (const CString& entry : *m_pDeployments) {
         names.push_back(m_pSetupManager->GetDeploymentName(entry));
+    }
     return names;
 }
 

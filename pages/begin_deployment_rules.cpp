@@ -14,8 +14,9 @@ constexpr int PATH_LIMIT = 259;
 bool ArePathsShortEnough(const PathLengths& lengths, const std::vector<ProductPathLengths>& products)
 {
     const int base = lengths.location + lengths.name + lengths.imageFolder + lengths.imageSuffix + 4;
-    if (lengths.mediaFile + base - lengths.resourceFolder + 1 >= PATH_LIMIT)
+    if (lengths.mediaFile + base - lengths.resourceFolder + 1 >= PATH_LIMIT) {
         return false;
+    }
     return std::all_of(products.begin(), products.end(), [base](const ProductPathLengths& product) {
         return product.msiFile + base + product.folder + 1 < PATH_LIMIT;
     });
@@ -23,8 +24,9 @@ bool ArePathsShortEnough(const PathLengths& lengths, const std::vector<ProductPa
 
 BeginLayout LayoutFor(bool hasDeployments, Setup::tagSETUPMODE mode)
 {
-    if (!hasDeployments)
+    if (!hasDeployments) {
         return BeginLayout::Plain;
+    }
     switch (mode) {
     case Setup::SETUPMODE_CREATE_DEPLOYMENT:
         return BeginLayout::Create;
@@ -45,8 +47,9 @@ bool IsChoiceComplete(BeginLayout layout, bool hasSelection, const CString& loca
 
 CString FindDeploymentName(const std::vector<CString>& names, const CString& name)
 {
-    if (names.empty())
+    if (names.empty()) {
         return CString();
+    }
     const auto found = std::find_if(names.begin(), names.end(),
                                     [&name](const CString& other) { return other.CompareNoCase(name) == 0; });
     return name.IsEmpty() || found == names.end() ? names.front() : *found;

@@ -37,8 +37,9 @@ public:
 
     BOOL PreTranslateMessage(MSG* message) override
     {
-        if (m_resultLabel.GetWindow() && m_resultLabel.PreTranslateMessage(message))
+        if (m_resultLabel.GetWindow() && m_resultLabel.PreTranslateMessage(message)) {
             return TRUE;
+        }
         return CWizardPageImpl::PreTranslateMessage(message);
     }
 
@@ -51,8 +52,9 @@ private:
     void InitResultLabel()
     {
         const CWindow control(GetDlgItem(IDC_RESULT_LABEL));
-        if (!m_resultLabel.SubclassWindow(control))
+        if (!m_resultLabel.SubclassWindow(control)) {
             return;
+        }
         m_resultLabel.SetRenderFormat(ResultFormat());
         control.ModifyStyle(0, SS_NOTIFY);
         m_resultLabel.LoadText(LoadResourceString(IDS_COMPLETE_TEXT));

@@ -69,8 +69,9 @@ TEST(FolderCheckTest, AFileInPlaceOfTheFolderFails)
 
 TEST(FolderCheckTest, NothingLeftAfterTrimmingIsEmpty)
 {
-    for (const wchar_t* path : {L"", L"  \t ", L"\"\"", L"\"  \""})
+    for (const wchar_t* path : {L"", L"  \t ", L"\"\"", L"\"  \""}) {
         EXPECT_EQ(Validate(path), PCR_EMPTY) << Utf8(path);
+    }
 }
 
 TEST(FolderCheckTest, QuotesBlanksAndDotsAreTakenOffThePath)
@@ -100,8 +101,9 @@ TEST(FolderCheckTest, APathOf259CharactersIsTooLong)
     // With its backslash at the end; short parts, so that the system has nothing else to refuse.
     const auto longPath = [](int length) {
         CString path(L"C:\\");
-        while (path.GetLength() < length - 1)
+        while (path.GetLength() < length - 1) {
             path += (path.GetLength() % 50 == 0) ? L"\\" : L"a";
+        }
         return path + L'\\';
     };
     EXPECT_EQ(Validate(longPath(259)), PCR_TOO_LONG);

@@ -37,16 +37,18 @@ public:
     LRESULT OnInitDialog()
     {
         this->InitFrame();
-        if (g_record.onInit)
+        if (g_record.onInit) {
             g_record.onInit(this->m_hWnd);
+        }
         this->RunHooks(this->m_postInitHooks);
         return TRUE;
     }
     bool ValidateAndStore()
     {
         ++g_record.stored;
-        if (g_record.onStore)
+        if (g_record.onStore) {
             g_record.onStore(this->m_hWnd);
+        }
         return g_record.accepts;
     }
     void StoreWithoutValidation() { ++g_record.storedWithoutValidation; }
@@ -84,8 +86,9 @@ public:
     LRESULT OnInitDialog()
     {
         InitFrame();
-        if (g_record.onInit)
+        if (g_record.onInit) {
             g_record.onInit(m_hWnd);
+        }
         return TRUE;
     }
 };
@@ -132,8 +135,9 @@ protected:
     {
         Step(L"act on the page", [act = std::move(act)] {
             const HWND page = FindWindowOfClass(L"#32770");
-            if (!page || FindMessageBox() || !::IsWindowEnabled(page))
+            if (!page || FindMessageBox() || !::IsWindowEnabled(page)) {
                 return StepOutcome::NotYet(L"no page is up");
+            }
             act(page);
             return StepOutcome::Done();
         });
@@ -149,8 +153,9 @@ protected:
     {
         Step(L"answer a box", [button, text] {
             const std::optional<MessageBoxView> box = FindMessageBox();
-            if (!box)
+            if (!box) {
                 return StepOutcome::NotYet(L"no box is up");
+            }
             EXPECT_EQ(box->text, CString(text));
             return AnswerMessageBox(*box, button);
         });
@@ -160,8 +165,9 @@ protected:
     {
         Step(L"answer the question", [button, text] {
             const HWND question = FindWindowWithControls({IDC_CANCEL_QUESTION});
-            if (!question)
+            if (!question) {
                 return StepOutcome::NotYet(L"no question is up");
+            }
             EXPECT_EQ(WindowText(::GetDlgItem(question, IDC_CANCEL_QUESTION)), CString(text));
             ::PostMessageW(::GetDlgItem(question, button), BM_CLICK, 0, 0);
             return StepOutcome::Done();

@@ -85,8 +85,9 @@ TEST_F(SharedHelpersTest, TheErrorBoxJoinsTheCodesTextAndTheText)
     const CString expected = MessageForCode(5) + L"details";
     Step(L"answer the box", [expected] {
         const std::optional<MessageBoxView> box = FindMessageBox();
-        if (!box)
+        if (!box) {
             return StepOutcome::NotYet(L"no box is up");
+        }
         EXPECT_EQ(box->text.Left(12), expected.Left(12));
         EXPECT_EQ(box->text.Right(7), CString(L"details"));
         EXPECT_EQ(box->title, CString(L"Setup error"));
@@ -144,8 +145,9 @@ TEST_F(SharedHelpersTest, TheRuleOfUuidsAnswersAsTheSystemDoes)
 TEST_F(SharedHelpersTest, TheRuleOfUncFormsAnswersAsTheSystemDoes)
 {
     for (const wchar_t* text : {L"\\\\server\\share", L"\\\\server", L"\\\\", L"\\server", L"C:\\a", L"",
-                                L"a", L"\\\\?\\UNC\\server\\share"})
+                                L"a", L"\\\\?\\UNC\\server\\share"}) {
         EXPECT_EQ(IsUncForm(text), ::PathIsUNCW(text) != FALSE) << Utf8(text);
+    }
 }
 
 TEST_F(SharedHelpersTest, AHostOnThisMachineResolvesAndAnInventedOneDoesNot)

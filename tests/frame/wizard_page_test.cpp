@@ -67,8 +67,9 @@ TEST_F(WizardPageTest, BackCancelAndResetDoNothingWhileNextRuns)
 {
     g_record.accepts = false;
     g_record.onStore = [](HWND page) {
-        for (const int id : {IDC_BACK, IDC_CANCEL, IDC_RESET, IDC_LINK1})
+        for (const int id : {IDC_BACK, IDC_CANCEL, IDC_RESET, IDC_LINK1}) {
             Command(page, id);
+        }
     };
     Press(IDC_NEXT);
     Press(IDC_BACK);
@@ -253,8 +254,9 @@ TEST_F(WizardPageTest, ControlsStandOnWhite)
         const auto white = reinterpret_cast<LRESULT>(::GetStockObject(WHITE_BRUSH));
         const CWindowDC dc(page);
         for (const UINT message :
-             {WM_CTLCOLOREDIT, WM_CTLCOLORLISTBOX, WM_CTLCOLORBTN, WM_CTLCOLORDLG, WM_CTLCOLORSTATIC})
+             {WM_CTLCOLOREDIT, WM_CTLCOLORLISTBOX, WM_CTLCOLORBTN, WM_CTLCOLORDLG, WM_CTLCOLORSTATIC}) {
             EXPECT_EQ(::SendMessageW(page, message, reinterpret_cast<WPARAM>(dc.get()), 0), white) << message;
+        }
         EXPECT_NE(::SendMessageW(page, WM_CTLCOLORSCROLLBAR, reinterpret_cast<WPARAM>(dc.get()), 0), white);
         EXPECT_EQ(::SendMessageW(page, WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc.get()), 0), 1);
     });

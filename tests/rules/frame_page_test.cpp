@@ -26,8 +26,9 @@ TEST(PlaceTest, ASmallerPageOpensCentredOnTheFormerOne)
 TEST(TitleTest, TheDeploymentsNameFollowsInDeploymentModes)
 {
     for (const auto mode : {Setup::SETUPMODE_CREATE_DEPLOYMENT, Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT,
-                            Setup::SETUPMODE_MODIFY_DEPLOYMENT})
+                            Setup::SETUPMODE_MODIFY_DEPLOYMENT}) {
         EXPECT_EQ(PageTitle(L"Zolt", mode, L"Office"), CString(L"Zolt - Office"));
+    }
 }
 
 TEST(TitleTest, TheProductStandsAloneOtherwise)

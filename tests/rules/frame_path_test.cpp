@@ -6,16 +6,18 @@
 TEST(FileNameTest, NoneOfTheNineCharactersMayStandInAName)
 {
     const CString forbidden(L"\\/:*?\"<>|");
-    for (int index = 0; index < forbidden.GetLength(); ++index)
+    for (int index = 0; index < forbidden.GetLength(); ++index) {
         EXPECT_FALSE(IsValidFileName(CString(L"a") + forbidden[index])) << Utf8(forbidden.Mid(index, 1));
+    }
     EXPECT_TRUE(IsValidFileName(L"a;b [c] 'd'"));
 }
 
 TEST(PathTest, DrivesServersAndRelativePathsPass)
 {
     for (const wchar_t* path :
-         {L"C:\\a\\b", L"C:", L"\\\\server\\share\\a", L"a\\b", L"\\a", L"a\\", L" C:\\a "})
+         {L"C:\\a\\b", L"C:", L"\\\\server\\share\\a", L"a\\b", L"\\a", L"a\\", L" C:\\a "}) {
         EXPECT_TRUE(IsValidPath(path)) << Utf8(path);
+    }
 }
 
 TEST(PathTest, TheEmptyTextPasses)
@@ -33,15 +35,17 @@ TEST(PathTest, OneOrTwoBackslashesAloneAreRefused)
 
 TEST(PathTest, ForbiddenCharactersAreRefused)
 {
-    for (const wchar_t* path : {L"C:\\a*", L"C:\\a?", L"C:\\<a", L"C:\\a>", L"C:\\a|b", L"\"C:\\a\""})
+    for (const wchar_t* path : {L"C:\\a*", L"C:\\a?", L"C:\\<a", L"C:\\a>", L"C:\\a|b", L"\"C:\\a\""}) {
         EXPECT_FALSE(IsValidPath(path)) << Utf8(path);
+    }
     EXPECT_TRUE(IsValidPath(L"C:/a"));
 }
 
 TEST(PathTest, TheOnlyColonIsTheDrives)
 {
-    for (const wchar_t* path : {L"C:\\a:b", L"1:\\a", L":a", L"ab:c", L"C::"})
+    for (const wchar_t* path : {L"C:\\a:b", L"1:\\a", L":a", L"ab:c", L"C::"}) {
         EXPECT_FALSE(IsValidPath(path)) << Utf8(path);
+    }
 }
 
 TEST(PathTest, TwoBackslashesTogetherOnlyLead)

@@ -81,8 +81,9 @@ TEST(PatternTest, AStarTriesEveryLaterPlace)
 TEST(PatternTest, ManyStarsStayFast)
 {
     CString pattern;
-    for (int count = 0; count < 40; ++count)
+    for (int count = 0; count < 40; ++count) {
         pattern += L"*a";
+    }
     EXPECT_FALSE(Match(CString(L'a', 2000) + L"b", pattern + L"*c"));
 }
 

@@ -44,8 +44,9 @@ TEST(PathLengthTest, EachProductsInstallerFileCounts)
 
 TEST(LayoutTest, WithoutDeploymentsTheLayoutIsPlainInEveryMode)
 {
-    for (int mode = 0; mode < 8; ++mode)
+    for (int mode = 0; mode < 8; ++mode) {
         EXPECT_EQ(LayoutFor(false, static_cast<Setup::tagSETUPMODE>(mode)), BeginLayout::Plain);
+    }
 }
 
 TEST(LayoutTest, WithDeploymentsTheModeTells)
@@ -99,6 +100,8 @@ TEST(LocationTest, TheResultPicksTheError)
 {
     EXPECT_EQ(LocationErrorId(PCR_EMPTY), 27u);
     EXPECT_EQ(LocationErrorId(PCR_ACCESS_DENIED), 524u);
-    for (const auto result : {PCR_TOO_LONG, PCR_NO_DRIVE, PCR_BAD_DRIVE_KIND, PCR_FAILED, PCR_NETWORK_FAILED})
+    for (const auto result :
+         {PCR_TOO_LONG, PCR_NO_DRIVE, PCR_BAD_DRIVE_KIND, PCR_FAILED, PCR_NETWORK_FAILED}) {
         EXPECT_EQ(LocationErrorId(result), 373u) << result;
+    }
 }
