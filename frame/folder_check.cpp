@@ -64,7 +64,11 @@ bool ConnectShare(const CString& path)
     NETRESOURCEW resource = {};
     resource.lpRemoteName = root.GetBuffer(root.GetLength());
     // The connection stays: the deployment is written over it later.
-    return ::WNetAddConnection3W(nullptr, &resource, nullptr, nullptr, CONNECT_INTERACTIVE) == NO_ERROR;
+    DWORD error = ::WNetAddConnection3W(nullptr, &resource, nullptr, nullptr, CONNECT_INTERACTIVE);
+    // Wine answers so whenever it would be allowed to ask; on Windows a share with a bad name fails once more.
+    if (error == ERROR_BAD_NET_NAME)
+        error = ::WNetAddConnection3W(nullptr, &resource, nullptr, nullptr, 0);
+    return error == NO_ERROR;
 }
 
 PathCheckResult ProbeExistingFolder(const CString& path, bool network)

@@ -5,7 +5,6 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <intrin.h>
 #include <vector>
 
 namespace {
@@ -67,9 +66,11 @@ int CountGdiObjects()
     if (answered)
         return static_cast<int>(answered);
     constexpr int tableSize = 65536;
-    constexpr unsigned long pebField = 0x60;    // of the thread's block
     constexpr std::size_t gdiTableField = 0xF8; // of the process's block
-    const auto* peb = reinterpret_cast<const char*>(__readgsqword(pebField));
+    using CurrentBlock = const char*(WINAPI*)();
+    const auto currentBlock = reinterpret_cast<CurrentBlock>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetCurrentPeb")));
+    const char* peb = currentBlock();
     const auto* table = *reinterpret_cast<const GdiEntry* const*>(peb + gdiTableField);
     int count = 0;
     for (int index = 0; index < tableSize; ++index)

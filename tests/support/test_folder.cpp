@@ -62,14 +62,19 @@ CTestFolder::CTestFolder()
     static int count = 0;
     wchar_t temporary[MAX_PATH] = {};
     GetTempPathW(MAX_PATH, temporary);
-    m_path = CString(temporary) + L"rollout test " + NumberText(GetCurrentProcessId()) + L" " +
-             NumberText(++count) + L"\\";
+    CreateDirectoryW(temporary, nullptr);
+    m_root = CString(temporary) + L"rollout test " + NumberText(GetCurrentProcessId()) + L" " +
+             NumberText(++count);
+    EXPECT_TRUE(CreateDirectoryW(m_root, nullptr)) << Utf8(m_root) << ", error " << GetLastError();
+    // The probe of a new folder removes empty parents, %TEMP% included; it stops at this file.
+    WriteFileBytes(m_root + L"\\stays.txt", "A test is running.");
+    m_path = m_root + L"\\folder\\";
     EXPECT_TRUE(CreateDirectoryW(m_path, nullptr)) << Utf8(m_path) << ", error " << GetLastError();
 }
 
 CTestFolder::~CTestFolder()
 {
-    RemoveFolder(m_path.Left(m_path.GetLength() - 1));
+    RemoveFolder(m_root);
 }
 
 CString CTestFolder::AddFolder(const wchar_t* name) const

@@ -32,5 +32,6 @@ public:
     CString AddFile(const wchar_t* name, const char* bytes) const;
 
 private:
+    CString m_root;
     CString m_path;
 };
