@@ -157,7 +157,7 @@ def main():
     pattern = next((word for word in arguments if not word.startswith("--")), "")
     os.makedirs(LOGS, exist_ok=True)
     native = sorted(glob.glob(os.path.join(BUILD, "native", "tests", "**", "*_test"), recursive=True))
-    windows = sorted(glob.glob(os.path.join(BUILD, "windows", "bin", "*_test.exe")))
+    windows = sorted(glob.glob(os.path.join(BUILD, "windows", "bin", "**", "*_test.exe"), recursive=True))
     checks = [test for test in load_checks("checks") if pattern in test.id()]
     scenarios = [test for test in load_checks("end_to_end") if pattern in test.id()]
     if listing:
