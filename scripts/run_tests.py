@@ -56,8 +56,8 @@ def run_gtest(tally, label, command, pattern, environment):
         for raw in process.stdout:
             log.write(raw)
             line = raw.decode("utf-8", "replace").rstrip()
-            match = re.match(r"\[ (RUN     |      OK|  FAILED |  SKIPPED) \] ([\w/.]+)", line)
-            kind = match.group(1).strip() if match else ""
+            match = re.match(r"\[ +(RUN|OK|FAILED|SKIPPED) +\] ([\w/.]+)", line)
+            kind = match.group(1) if match else ""
             if kind == "RUN":
                 running, lines = match.group(2), []
             elif kind and running == match.group(2):
