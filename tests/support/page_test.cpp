@@ -12,23 +12,27 @@ void CALLBACK CloseOneWindow(HWND, UINT, UINT_PTR timer, DWORD)
         KillTimer(nullptr, timer);
 }
 
-// Windows of the system's own that come with the first window of a thread, icons of boxes, fonts, themes: made once
-// for a process and kept. They must be there before anything is counted.
-void WarmUp()
+void CloseNextBox(CScript& script)
 {
-    static bool done = false;
-    if (done)
-        return;
-    done = true;
-    for (const UINT icon : {MB_ICONERROR, MB_ICONQUESTION, MB_ICONWARNING, MB_ICONINFORMATION}) {
-        CScript script;
-        script.Add(L"close the box", [] {
-            const std::optional<MessageBoxView> box = FindMessageBox();
-            return box ? AnswerMessageBox(*box, IDOK) : StepOutcome::NotYet(L"no box is up");
-        });
-        script.Start();
-        MessageBoxW(nullptr, L"Text", L"Title", MB_OK | icon);
-    }
+    script.Add(L"close the box", [] {
+        const std::optional<MessageBoxView> box = FindMessageBox();
+        return box ? AnswerMessageBox(*box, IDOK) : StepOutcome::NotYet(L"no box is up");
+    });
+    script.Start();
+}
+
+StepOutcome PressOn(std::initializer_list<int> controls, int button)
+{
+    HWND window = FindWindowWithControls(controls);
+    return window ? CControl(window, button).Click() : StepOutcome::NotYet(L"no such window is up");
+}
+
+void AskAndLeaveNextPage(CScript& script)
+{
+    script.Add(L"cancel", [] { return PressOn({IDC_NEXT, IDC_CANCEL, IDC_BACK}, IDC_CANCEL); });
+    script.Add(L"stay", [] { return PressOn({IDC_CANCEL_QUESTION}, IDNO); });
+    script.Add(L"leave", [] { return PressOn({IDC_NEXT, IDC_CANCEL, IDC_BACK}, IDC_BACK); });
+    script.Start();
 }
 
 } // namespace
@@ -74,14 +78,38 @@ ExpectedBox PlainBox(const CString& text)
 
 PageTest::PageTest()
 {
-    WarmUp();
     host.language.wizTextPath = BuiltLanguageFolder();
     host.manager.resourceFolder = BuiltLanguageFolder();
     host.manager.m_strResourceFolder = host.Keep(BuiltLanguageFolder());
     host.manager.sourceResourceFolder = BuiltLanguageFolder();
     context.pSetupManager = &host.manager;
     script.SetFailureHandler([] { SetTimer(nullptr, 0, USER_TIMER_MINIMUM, CloseOneWindow); });
+    WarmUp();
     m_before = ReadProcessState();
+}
+
+// Icons of boxes, shared cursors, fonts and the like are made once for a process and kept. They must be there before
+// anything is counted.
+void PageTest::WarmUp()
+{
+    static bool done = false;
+    if (done)
+        return;
+    done = true;
+    for (const UINT icon : {MB_ICONERROR, MB_ICONQUESTION, MB_ICONWARNING, MB_ICONINFORMATION}) {
+        CScript closing;
+        CloseNextBox(closing);
+        MessageBoxW(nullptr, CString(L'w', 40) + L" \x00E4\n" + CString(L'w', 400), L"Title", MB_OK | icon);
+    }
+    for (PageFunction page : {BeginDeploymentDialog, ProductContactDialog, DeploymentCompleteDialog}) {
+        CScript leaving;
+        AskAndLeaveNextPage(leaving);
+        PageContext copy = context;
+        (void)page(&copy);
+    }
+    host.log.Clear();
+    host.ui.saved = false;
+    host.ui.stored.clear();
 }
 
 PageTest::~PageTest() = default;
@@ -161,6 +189,18 @@ void PageTest::Answer(const ExpectedBox& box, int button, std::function<void()> 
 {
     script.Add(L"answer the box \"" + box.text + L"\" with " + NumberText(button),
                [this, box, button, look = std::move(look)] { return MeetBox(box, button, look); });
+}
+
+void PageTest::AnswerCancelQuestion(int button, std::function<void(HWND)> look)
+{
+    script.Add(L"answer whether to leave the setup", [button, look = std::move(look)] {
+        HWND question = FindWindowWithControls({IDC_CANCEL_QUESTION, IDYES, IDNO});
+        if (!question)
+            return StepOutcome::NotYet(L"the cancel question isn't up");
+        if (look)
+            look(question);
+        return CControl(question, button).Click();
+    });
 }
 
 CString PageTest::ExpectedBoxText(const ExpectedBox& expected) const

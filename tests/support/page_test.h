@@ -73,6 +73,8 @@ protected:
     void Await(const wchar_t* what, std::function<bool()> condition);
     // Waits for the box, fails on another one, runs the look while it is up, presses the button.
     void Answer(const ExpectedBox& box, int button, std::function<void()> look = nullptr);
+    // Waits for the question whether to leave the setup, runs the look with its window, presses IDYES or IDNO.
+    void AnswerCancelQuestion(int button, std::function<void(HWND)> look = nullptr);
     // A step of any other make; it must deal with boxes itself.
     void Step(const wchar_t* name, CScript::Step step);
 
@@ -101,6 +103,7 @@ private:
     StepOutcome MeetBox(const ExpectedBox& expected, int button, const std::function<void()>& look);
     CString ExpectedBoxText(const ExpectedBox& expected) const;
     void ReportFailure() const;
+    void WarmUp();
 
     ProcessState m_before;
 };
