@@ -19,6 +19,19 @@ HWND FindTree(HWND window)
     return nullptr;
 }
 
+// The text of the tree's selected line; empty when none is.
+CString SelectedLine(HWND tree)
+{
+    const HTREEITEM selected = TreeView_GetSelection(tree);
+    wchar_t text[MAX_PATH] = {};
+    TVITEMW item = {};
+    item.mask = TVIF_TEXT;
+    item.hItem = selected;
+    item.pszText = text;
+    item.cchTextMax = MAX_PATH;
+    return selected && TreeView_GetItem(tree, &item) ? CString(text) : CString();
+}
+
 StepOutcome NoPicker()
 {
     return StepOutcome::NotYet(L"the folder picker isn't up");
@@ -43,7 +56,9 @@ StepOutcome SelectPickerFolder(const CString& folder)
         return NoPicker();
     SendMessageW(picker, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(folder.GetString()));
     const CControl accept(picker, IDOK);
-    if (!accept.IsUsable())
+    // The picker fills its tree bit by bit: until the folder is in it, another line is selected.
+    const CString name = folder.Mid(folder.ReverseFind(L'\\') + 1);
+    if (!accept.IsUsable() || SelectedLine(FindTree(picker)).CompareNoCase(name) != 0)
         return StepOutcome::NotYet(L"the folder picker does not offer \"" + folder + L"\"");
     return StepOutcome::Done();
 }

@@ -3,6 +3,7 @@
 #include "host/build/deployment_builder.h"
 #include "host/files.h"
 #include "host/made_up_media.h"
+#include "include/version.h"
 
 #include <algorithm>
 
@@ -51,6 +52,7 @@ public:
         m_plan.strName = m_manager.m_strDeploymentName;
         // The begin page asked before it let the name pass.
         m_plan.bReplaceExisting = true;
+        m_plan.strBuiltBy = L"the deployment wizard " ROLLOUT_VERSION_TEXT;
         m_plan.strMediaName = m_media.description.strName;
         m_plan.commands.strLogFolder = m_manager.m_bNetworkLog ? m_manager.m_strNetworkLogFolder : CString();
         for (const std::unique_ptr<ProductObject>& product : m_manager.GetProductObjects()) {

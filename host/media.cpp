@@ -28,6 +28,42 @@ HostError ReadDescribed(const CString& file, IXmlEvents& events)
                                                : HostSentence(HostText::FileOnly, {file, fault.message})};
 }
 
+// The first package that the description names for a platform and that isn't there; empty when all are.
+CString FindMissingPackage(const Media& media, const std::vector<ProductDescription>& products, int platform)
+{
+    for (const ProductDescription& product : products) {
+        if (const PackageDescription* package = product.FindPackage(platform)) {
+            const CString file =
+                media.strRoot + PackageFolder(media.description, product, platform) + package->strFile;
+            if (!IsFile(file)) {
+                return file;
+            }
+        }
+        const CString pack = FindMissingPackage(media, product.languagePacks, platform);
+        if (!pack.IsEmpty()) {
+            return pack;
+        }
+    }
+    return {};
+}
+
+// Media may come without a platform: then its whole folder is absent, as in a deployment's image. A platform of which
+// only a part is there is a broken copy; going on with the other platform would look like success.
+HostError CheckPackages(const Media& media)
+{
+    for (const PlatformDescription& platform : media.description.platforms) {
+        if (!platform.strFolder.IsEmpty() && !IsFolder(media.strRoot + platform.strFolder)) {
+            continue;
+        }
+        const CString missing = FindMissingPackage(media, media.description.products, platform.id);
+        if (!missing.IsEmpty() && (!platform.strFolder.IsEmpty() || HasPackageFile(media, platform.id))) {
+            return {ERROR_FILE_NOT_FOUND, HostSentence(HostText::MediaPackageMissing,
+                                                       {missing, SystemReason(ERROR_FILE_NOT_FOUND)})};
+        }
+    }
+    return {};
+}
+
 HostError OpenFolder(const CString& folder, Media& media)
 {
     media.strRoot = folder;
@@ -41,7 +77,8 @@ HostError OpenFolder(const CString& folder, Media& media)
     if (!IsFile(media.strRoot + SETUP_FILE)) {
         return {ERROR_FILE_NOT_FOUND, HostSentence(HostText::MediaNotRecognised, {folder})};
     }
-    return ReadSetupFile(media.strRoot + SETUP_FILE, media.description);
+    const HostError error = ReadSetupFile(media.strRoot + SETUP_FILE, media.description);
+    return error ? error : CheckPackages(media);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "host/product_object.h"
 
+#include "host/build/database_signature.h"
 #include "host/database.h"
 #include "host/files.h"
 #include "host/host_messages.h"
@@ -121,6 +122,11 @@ HostError ProductObject::CopyPackage()
     }
     // Media are often read-only; the copy is for writing.
     SetFileAttributesW(FilePath(m_strWorkFile), FILE_ATTRIBUTE_NORMAL);
+    error = RemoveSignature(m_strWorkFile);
+    if (error != ERROR_SUCCESS) {
+        return {error, HostSentence(HostText::WorkCopyFailed,
+                                    {m_strOriginalFile, m_strWorkFile, SystemReason(error)})};
+    }
     return {};
 }
 

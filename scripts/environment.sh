@@ -54,7 +54,8 @@ rollout_wine() {
 }
 
 rollout_prefix() {
-    export WINEPREFIX=${1:-$ROLLOUT_BUILD/prefix}
+    WINEPREFIX=$(realpath -m "${1:-$ROLLOUT_BUILD/prefix}")
+    export WINEPREFIX
     export WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all}
     export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
     local made_by=3 # raise it when the settings below change
@@ -62,6 +63,7 @@ rollout_prefix() {
     rm -rf "$WINEPREFIX"
     mkdir -p "$WINEPREFIX"
     DISPLAY='' rollout_wine wineboot --init >/dev/null 2>&1
+    [ -d "$WINEPREFIX/drive_c/windows" ] || { rollout_say "Wine made no prefix in $WINEPREFIX."; return 1; }
     # No crash dialog would ever be answered; an unmanaged window goes at once instead of after two seconds.
     cat >"$WINEPREFIX/settings.reg" <<'REG'
 REGEDIT4
@@ -85,6 +87,9 @@ REG
 
 # The Windows path of a Linux path, by the drive that Wine gives to the root.
 rollout_windows_path() { printf 'Z:%s' "$(realpath -m "$1" | tr / '\\')"; }
+
+# The Linux path of a Windows path on the drive of the root.
+rollout_linux_path() { printf '%s' "${1#[Zz]:}" | tr '\\' /; }
 
 rollout_display() {
     if [ "${ROLLOUT_INTERACTIVE:-0}" = 1 ] && [ -n "${DISPLAY:-}" ]; then

@@ -56,8 +56,8 @@ def run_gtest(tally, label, command, pattern, environment):
         for raw in process.stdout:
             log.write(raw)
             line = raw.decode("utf-8", "replace").rstrip()
-            match = re.match(r"\[ (RUN     |      OK|  FAILED |  SKIPPED) \] ([\w/.]+)", line)
-            kind = match.group(1).strip() if match else ""
+            match = re.match(r"\[ +(RUN|OK|FAILED|SKIPPED) +\] ([\w/.]+)", line)
+            kind = match.group(1) if match else ""
             if kind == "RUN":
                 running, lines = match.group(2), []
             elif kind and running == match.group(2):
@@ -157,7 +157,7 @@ def main():
     pattern = next((word for word in arguments if not word.startswith("--")), "")
     os.makedirs(LOGS, exist_ok=True)
     native = sorted(glob.glob(os.path.join(BUILD, "native", "tests", "**", "*_test"), recursive=True))
-    windows = sorted(glob.glob(os.path.join(BUILD, "windows", "bin", "*_test.exe")))
+    windows = sorted(glob.glob(os.path.join(BUILD, "windows", "bin", "**", "*_test.exe"), recursive=True))
     checks = [test for test in load_checks("checks") if pattern in test.id()]
     scenarios = [test for test in load_checks("end_to_end") if pattern in test.id()]
     if listing:

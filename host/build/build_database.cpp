@@ -112,7 +112,8 @@ DatabaseChanges BuildOne(BuildRun& run, const BuildDatabase& database)
 
     const BuiltCopy built(database.strWorkingCopy);
     CopyForReadingBack(run, database.strWorkingCopy, built.Path());
-    changes.bSignatureLost = RemoveSignature(built.Path());
+    CheckInstaller(RemoveSignature(built.Path()), L"Removing the old signature of", built.Path());
+    changes.bSignatureLost = HasSignature(database.strOriginal);
     VerifyBuilt(built.Path(), current, changes.strNewPackageCode, poll);
     CopyIntoStaging(run, built.Path(), database.strTarget);
     return changes;

@@ -1,7 +1,6 @@
 #include "host/build/database_signature.h"
 
 #include "host/build/build_failure.h"
-#include "host/build/system_text.h"
 
 #include <windows.h>
 
@@ -11,14 +10,18 @@
 
 namespace {
 
+const wchar_t* const g_signatures[] = {L"\x05"
+                                       L"DigitalSignature",
+                                       L"\x05"
+                                       L"MsiDigitalSignatureEx"};
+
 // Owns a storage.
 class Storage
 {
 public:
-    explicit Storage(const CString& path)
+    Storage(const CString& path, DWORD mode)
     {
-        m_result = StgOpenStorage(path, nullptr, STGM_TRANSACTED | STGM_READWRITE | STGM_SHARE_EXCLUSIVE,
-                                  nullptr, 0, &m_storage);
+        m_result = StgOpenStorage(path, nullptr, mode, nullptr, 0, &m_storage);
     }
     Storage(const Storage&) = delete;
     Storage& operator=(const Storage&) = delete;
@@ -36,36 +39,40 @@ private:
     HRESULT m_result;
 };
 
-void Require(HRESULT result, const CString& path)
+unsigned int CodeOf(HRESULT result)
 {
-    if (FAILED(result)) {
-        const unsigned int code = HRESULT_FACILITY(result) == FACILITY_WIN32
-                                      ? static_cast<unsigned int>(HRESULT_CODE(result))
-                                      : static_cast<unsigned int>(BUILD_DATABASE_DAMAGED);
-        throw BuildFailure{code,
-                           DescribeFailure(L"Removing the old signature of", path, code, SystemText(code))};
+    if (SUCCEEDED(result)) {
+        return ERROR_SUCCESS;
     }
+    return HRESULT_FACILITY(result) == FACILITY_WIN32 ? static_cast<unsigned int>(HRESULT_CODE(result))
+                                                      : static_cast<unsigned int>(BUILD_DATABASE_DAMAGED);
 }
 
 } // namespace
 
-bool RemoveSignature(const CString& path)
+bool HasSignature(const CString& path)
 {
-    Storage storage(path);
-    Require(storage.Result(), path);
-    bool found = false;
-    for (const wchar_t* name : {L"\x05"
-                                L"DigitalSignature",
-                                L"\x05"
-                                L"MsiDigitalSignatureEx"}) {
-        const HRESULT result = storage->DestroyElement(name);
-        if (result != STG_E_FILENOTFOUND) {
-            Require(result, path);
-            found = true;
-        }
-    }
+    Storage storage(path, STGM_READ | STGM_SHARE_DENY_WRITE);
+    IStream* stream = nullptr;
+    const bool found = SUCCEEDED(storage.Result()) &&
+                       SUCCEEDED(storage->OpenStream(g_signatures[0], nullptr,
+                                                     STGM_READ | STGM_SHARE_EXCLUSIVE, 0, &stream));
     if (found) {
-        Require(storage->Commit(STGC_DEFAULT), path);
+        stream->Release();
     }
     return found;
+}
+
+unsigned int RemoveSignature(const CString& path)
+{
+    if (!HasSignature(path)) {
+        return ERROR_SUCCESS;
+    }
+    Storage storage(path, STGM_TRANSACTED | STGM_READWRITE | STGM_SHARE_EXCLUSIVE);
+    HRESULT result = storage.Result();
+    for (const wchar_t* name : g_signatures) {
+        const HRESULT removed = SUCCEEDED(result) ? storage->DestroyElement(name) : result;
+        result = removed == STG_E_FILENOTFOUND ? result : removed;
+    }
+    return CodeOf(SUCCEEDED(result) ? storage->Commit(STGC_DEFAULT) : result);
 }

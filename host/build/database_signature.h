@@ -3,5 +3,9 @@
 
 #include "window/string.h"
 
-// Removes a signature that no longer fits. False when there was none.
-bool RemoveSignature(const CString& path);
+// True for a signed file; a file that is no storage has no signature.
+bool HasSignature(const CString& path);
+
+// Removes a signature that no longer fits, if there is one, from a file that nobody has open. 0, or why it could not be
+// removed. A working copy loses it before it is opened: Wine commits no database that has one.
+[[nodiscard]] unsigned int RemoveSignature(const CString& path);

@@ -6,6 +6,8 @@
 
 #include <windows.h>
 
+#include <objbase.h>
+
 namespace {
 
 const CString g_changeDatabase = L"UPDATE `Property` SET `Value` = 'Other' WHERE `Property` = 'Manufacturer'";
@@ -177,6 +179,68 @@ TEST(BuildDeployment, KeepsEveryRowOfALargeDatabase)
     EXPECT_EQ(QueryText(build.Database(), L"SELECT `Value` FROM `Property` WHERE `Property` = 'P65998'"),
               L"v65999");
     EXPECT_EQ(QueryText(build.Database(), L"SELECT `FileName` FROM `File`"), L"readme.txt");
+}
+
+// A stream of that name is what makes a package signed.
+void Sign(const CString& path)
+{
+    IStorage* storage = nullptr;
+    IStream* stream = nullptr;
+    ASSERT_EQ(StgOpenStorage(path, nullptr, STGM_TRANSACTED | STGM_READWRITE | STGM_SHARE_EXCLUSIVE, nullptr,
+                             0, &storage),
+              S_OK);
+    ASSERT_EQ(storage->CreateStream(L"\x05"
+                                    L"DigitalSignature",
+                                    STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE, 0, 0, &stream),
+              S_OK);
+    stream->Write("signed", 6, nullptr);
+    stream->Release();
+    storage->Commit(STGC_DEFAULT);
+    storage->Release();
+}
+
+bool IsSigned(const CString& path)
+{
+    IStorage* storage = nullptr;
+    IStream* stream = nullptr;
+    if (FAILED(StgOpenStorage(path, nullptr, STGM_READ | STGM_SHARE_DENY_WRITE, nullptr, 0, &storage))) {
+        ADD_FAILURE() << "can't open " << Utf8(path);
+        return false;
+    }
+    const bool found = SUCCEEDED(storage->OpenStream(L"\x05"
+                                                     L"DigitalSignature",
+                                                     nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0, &stream));
+    if (found) {
+        stream->Release();
+    }
+    storage->Release();
+    return found;
+}
+
+TEST(BuildDeployment, ASignatureThatNoLongerFitsIsRemovedAndTold)
+{
+    ProductOptions options;
+    options.prepare = Sign;
+    TestBuild build(options);
+    ASSERT_TRUE(IsSigned(build.plan.databases[0].strOriginal));
+    build.Change(g_changeDatabase);
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    EXPECT_FALSE(IsSigned(build.Database()));
+    ASSERT_EQ(result.warnings.size(), 1u);
+    EXPECT_HOLDS(result.warnings[0], L"digital signature is lost");
+    EXPECT_HOLDS(ReadText(build.Target() + L"\\Changes.json"), L"\"signatureLost\": true");
+}
+
+TEST(BuildDeployment, AnUnchangedDatabaseKeepsItsSignature)
+{
+    ProductOptions options;
+    options.prepare = Sign;
+    TestBuild build(options);
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    EXPECT_TRUE(IsSigned(build.Database()));
+    EXPECT_EQ(result.warnings.size(), 0u);
 }
 
 TEST(BuildDeployment, ListsEveryFileButItselfInTheManifestWithItsHash)

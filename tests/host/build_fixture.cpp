@@ -1,6 +1,7 @@
 #include "tests/host/build_fixture.h"
 
 #include "host/build/build_names.h"
+#include "host/build/database_signature.h"
 
 #include <windows.h>
 
@@ -325,6 +326,9 @@ void MakeMedia(const CString& folder, const ProductOptions& options)
     MakeFolders(product + L"\\Data\\Deep");
     MakeFolders(product + L"\\Empty");
     MakeDatabase(product + L"\\" + options.strDatabase, options);
+    if (options.prepare) {
+        options.prepare(product + L"\\" + options.strDatabase);
+    }
     WriteBytes(product + L"\\readme.txt", "hello\n");
     WriteBytes(product + L"\\Data\\zero.bin", "");
     std::string large(options.bytesOfLargeFile, 'x');
@@ -362,6 +366,7 @@ TestBuild::TestBuild(const ProductOptions& options) : m_options(options)
     const CString original = Media() + L"\\x64\\Zolt\\" + options.strDatabase;
     const CString work = m_folder / L"work.msi";
     CopyFileW(original, work, TRUE);
+    Require(RemoveSignature(work), L"signature");
     Require(MsiOpenDatabaseW(work, MSIDBOPEN_TRANSACT, &m_database), work);
     plan.strLocation = Location();
     plan.strName = L"Office";

@@ -48,6 +48,7 @@ struct ProductOptions
     int codePage = 1252;
     bool bFails = false; // a launch condition that no computer meets: the installer answers 1603
     std::size_t bytesOfLargeFile = 3 << 20;
+    std::function<void(const CString& database)> prepare; // run on the vendor's file before it is used
 };
 
 // Media with one 64-bit product in `x64\Zolt`: a database, its file readme.txt, a large file, a read-only file, an

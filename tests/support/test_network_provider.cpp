@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr DWORD specificationVersion = 0x00050001;
+constexpr DWORD interfaceVersion = 0x00050001;
 constexpr DWORD networkType = 0x00370000; // one that no known network has
 
 bool HasServer(const wchar_t* name, const wchar_t* server)
@@ -35,7 +35,7 @@ extern "C" __declspec(dllexport) DWORD APIENTRY NPGetCaps(DWORD index)
 {
     switch (index) {
     case WNNC_SPEC_VERSION:
-        return specificationVersion;
+        return interfaceVersion;
     case WNNC_NET_TYPE:
         return networkType;
     case WNNC_START:

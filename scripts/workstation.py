@@ -1,0 +1,165 @@
+#!/usr/bin/env python3
+"""Installs a deployment as a workstation would, looks at what arrived, and removes it again.
+
+    workstation.py DEPLOYMENT --prefix FOLDER --logs FOLDER
+
+DEPLOYMENT is the folder that the wizard made. It is reached over a network path in a Wine prefix of its own, through
+its own Install.cmd and Uninstall.cmd. Every file that the databases name must be there with its size after installing,
+and gone after uninstalling. Prints what it found; the exit code is 0 when all was well, otherwise 1.
+"""
+
+import argparse
+import glob
+import os
+import shutil
+import subprocess
+import sys
+
+# Where the installer's own folders lie in the prefix; others have no fixed place.
+SYSTEM_FOLDERS = {
+    "ProgramFilesFolder": "Program Files (x86)", "ProgramFiles64Folder": "Program Files",
+    "CommonAppDataFolder": "ProgramData", "WindowsFolder": "windows", "CommonFilesFolder":
+    "Program Files (x86)/Common Files", "CommonFiles64Folder": "Program Files/Common Files", "TARGETDIR": "",
+    "SystemFolder": "windows/syswow64", "System64Folder": "windows/system32", "FontsFolder": "windows/Fonts",
+}
+COMMAND_SECONDS = 600
+
+
+def read_table(database, table):
+    """The rows of a table as dictionaries; empty when there is no such table."""
+    result = subprocess.run(["msiinfo", "export", database, table], capture_output=True)
+    lines = [line.rstrip("\r\n").split("\t") for line in result.stdout.decode("utf-8").splitlines()]
+    return [dict(zip(lines[0], line)) for line in lines[3:]] if result.returncode == 0 and len(lines) > 3 else []
+
+
+class Package:
+    """What an installer database promises to put on the disk."""
+
+    def __init__(self, path):
+        self.path = path
+        self.directories = {row["Directory"]: row for row in read_table(path, "Directory")}
+        self.components = {row["Component"]: row for row in read_table(path, "Component")}
+        self.properties = {row["Property"]: row["Value"] for row in read_table(path, "Property")}
+        level = int(self.properties.get("INSTALLLEVEL", "1"))
+        features = {row["Feature"] for row in read_table(path, "Feature") if 0 < int(row["Level"] or 0) <= level}
+        self.wanted = {row["Component_"] for row in read_table(path, "FeatureComponents") if row["Feature_"] in features}
+
+    def folder(self, key):
+        """Where a directory key points to, from the drive's root; None when that can't be told beforehand."""
+        if key in SYSTEM_FOLDERS:
+            return SYSTEM_FOLDERS[key]
+        row = self.directories.get(key)
+        if not row or not row["Directory_Parent"] or row["Directory_Parent"] == key:
+            return None
+        above = self.folder(row["Directory_Parent"])
+        name = row["DefaultDir"].split(":")[0].split("|")[-1]
+        return None if above is None else os.path.join(above, "" if name == "." else name)
+
+    def files(self):
+        """Path and size of each file that a plain installation brings."""
+        for row in read_table(self.path, "File"):
+            component = self.components.get(row["Component_"])
+            if component and row["Component_"] in self.wanted and not component["Condition"]:
+                folder = self.folder(component["Directory_"])
+                if folder is not None:
+                    yield os.path.join(folder, row["FileName"].split("|")[-1]), int(row["FileSize"])
+
+
+def find_without_case(root, path):
+    """The real path of a file, whatever the case of its parts; None when it isn't there."""
+    current = root
+    for part in path.split("/"):
+        if not part:
+            continue
+        match = next((name for name in os.listdir(current) if name.lower() == part.lower()), None) \
+            if os.path.isdir(current) else None
+        if match is None:
+            return None
+        current = os.path.join(current, match)
+    return current
+
+
+class Workstation:
+    def __init__(self, prefix, deployment, logs):
+        self.drive = os.path.join(prefix, "drive_c")
+        self.logs = logs
+        # The deployment's parent is shared under a name, as on a server.
+        share = os.path.join(prefix, "dosdevices", "unc", "server", "deployments")
+        os.makedirs(os.path.dirname(share), exist_ok=True)
+        if os.path.islink(share):
+            os.remove(share)
+        os.symlink(os.path.dirname(deployment), share)
+        self.folder = "\\\\server\\deployments\\" + os.path.basename(deployment)
+
+    def run(self, script):
+        """Runs one of the deployment's commands and gives its exit code, whole."""
+        wrapper = os.path.join(self.drive, "workstation.cmd")
+        with open(wrapper, "w", encoding="ascii", newline="\r\n") as file:
+            file.write("@echo off\ncall \"%%WORKSTATION_FOLDER%%\\%s\"\necho ExitCode=%%ERRORLEVEL%%\n" % script)
+        environment = dict(os.environ, WORKSTATION_FOLDER=self.folder)
+        core = os.environ.get("ROLLOUT_CORE", "0")
+        result = subprocess.run(["taskset", "-c", core, "wine", "cmd", "/c", "C:\\workstation.cmd"], env=environment,
+                                capture_output=True, timeout=COMMAND_SECONDS)
+        output = result.stdout.decode("utf-8", "replace")
+        codes = [line.split("=")[1].strip() for line in output.splitlines() if line.startswith("ExitCode=")]
+        if not codes:
+            print("%s said no exit code:\n%s" % (script, output))
+        return int(codes[-1]) if codes else -1
+
+    def keep_logs(self):
+        os.makedirs(self.logs, exist_ok=True)
+        kept = []
+        for pattern in ("windows/[Ll]ogs/Software/*.log", "users/*/Temp/*.log", "users/*/AppData/Local/Temp/*.log"):
+            for log in glob.glob(os.path.join(self.drive, pattern)):
+                shutil.copy(log, self.logs)
+                kept.append(os.path.basename(log))
+        return sorted(kept)
+
+
+def check(workstation, packages):
+    troubles = []
+    expected = [(path, size) for package in packages for path, size in package.files()]
+    code = workstation.run("Install.cmd")
+    print("Install.cmd ended with %d." % code)
+    if code not in (0, 3010):
+        troubles.append("Install.cmd ended with %d" % code)
+    good = 0
+    for path, size in expected:
+        found = find_without_case(workstation.drive, path)
+        if found is None:
+            troubles.append("not installed: " + path)
+        elif os.path.getsize(found) != size:
+            troubles.append("%s has %d bytes instead of %d" % (path, os.path.getsize(found), size))
+        else:
+            good += 1
+    print("%d of %d files are there, each with its size." % (good, len(expected)))
+    code = workstation.run("Uninstall.cmd")
+    print("Uninstall.cmd ended with %d." % code)
+    if code not in (0, 3010):
+        troubles.append("Uninstall.cmd ended with %d" % code)
+    left = [path for path, _ in expected if find_without_case(workstation.drive, path)]
+    troubles += ["left behind: " + path for path in left]
+    print("%d files were left behind." % len(left))
+    print("Logs: %s" % (", ".join(workstation.keep_logs()) or "none"))
+    return troubles
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("deployment")
+    parser.add_argument("--prefix", required=True, help="the Wine prefix that stands for the workstation")
+    parser.add_argument("--logs", required=True, help="folder for the workstation's logs")
+    arguments = parser.parse_args()
+    deployment = os.path.abspath(arguments.deployment)
+    databases = sorted(glob.glob(os.path.join(deployment, "Image", "**", "*.[mM][sS][iI]"), recursive=True))
+    if not databases:
+        print("There is no installer database in %s." % os.path.join(deployment, "Image"))
+        return 1
+    troubles = check(Workstation(arguments.prefix, deployment, arguments.logs), [Package(path) for path in databases])
+    for trouble in troubles[:20]:
+        print("TROUBLE: " + trouble)
+    return 1 if troubles else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

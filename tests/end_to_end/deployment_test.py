@@ -1,0 +1,232 @@
+"""From the wizard's first page to a workstation that has the product."""
+
+import os
+import re
+import shutil
+import subprocess
+import sys
+
+from wizard import BUILD, MEDIA, PROGRAM_FOLDER, ROOT, WizardTest, text_of, tree_of, windows_path
+
+
+class DeploymentTest(WizardTest):
+    def workstation(self, deployment):
+        """Installs and removes the deployment in the prefix of the tests."""
+        return subprocess.run([sys.executable, os.path.join(ROOT, "scripts", "workstation.py"), deployment, "--prefix",
+                               os.environ["WINEPREFIX"], "--logs", os.path.join(self.folder, "logs")],
+                              capture_output=True, text=True)
+
+    def assert_installs(self, deployment):
+        result = self.workstation(deployment)
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
+        return result.stdout
+
+    def test_the_64_bit_sample_installs_and_leaves_nothing_behind(self):
+        told = self.assert_installs(self.build("Office", platform="x64"))
+        self.assertRegex(told, r"(\d+) of \1 files are there")
+        self.assertIn("0 files were left behind", told)
+
+    def test_the_32_bit_sample_with_loose_files_installs(self):
+        self.assert_installs(self.build("Office32", platform="x86"))
+
+    def test_a_deployment_installs_from_where_it_was_moved(self):
+        moved = os.path.join(self.folder, "Elsewhere", "Renamed folder")
+        os.makedirs(os.path.dirname(moved))
+        os.rename(self.build("Moved"), moved)
+        self.assert_installs(moved)
+
+    def test_each_workstation_writes_a_log_of_its_name(self):
+        self.assert_installs(self.build("Logged"))
+        logs = os.listdir(os.path.join(self.folder, "logs"))
+        self.assertTrue([name for name in logs if re.match(r"Zolt 2027_27\.0\.0_Install_\w+\.log", name)], logs)
+
+    def test_the_folder_holds_nothing_but_the_deployment(self):
+        deployment = self.build("Tidy")
+        self.assertEqual(sorted(os.listdir(self.out)), ["Tidy"])
+        self.assertEqual(sorted(os.listdir(deployment)), [
+            "Build.log", "Changes.json", "Changes.txt", "Deployment.xml", "Image", "Install.cmd", "Manifest.txt",
+            "ReadMe.txt", "Uninstall.cmd"])
+
+    def test_the_manifest_names_every_file_with_its_hash(self):
+        deployment = self.build("Manifest")
+        listed = {}
+        for line in text_of(os.path.join(deployment, "Manifest.txt")).splitlines():
+            if not line.startswith("#"):
+                digest, _, path = line.split(" ", 2)
+                listed[path.replace("\\", "/")] = digest
+        found = tree_of(deployment)
+        del found["Manifest.txt"]
+        self.assertEqual(listed, found)
+
+    def test_unchanged_databases_are_the_vendors_to_the_byte(self):
+        deployment = self.build("Vendor")
+        for package in ("x64/Zolt/Zolt2027.msi", "x64/ZoltdeDE/ZoltdeDE.msi"):
+            with open(os.path.join(MEDIA, package), "rb") as media:
+                with open(os.path.join(deployment, "Image", package), "rb") as image:
+                    self.assertEqual(media.read() == image.read(), True, package)
+
+    def test_the_readme_has_the_product_code_and_the_lines_to_paste(self):
+        text = text_of(os.path.join(self.build("ReadMe"), "ReadMe.txt"))
+        properties = subprocess.run(["msiinfo", "export", os.path.join(MEDIA, "x64/Zolt/Zolt2027.msi"), "Property"],
+                                    capture_output=True, text=True).stdout
+        code = re.search(r"ProductCode\t(\{.*?\})", properties).group(1)
+        for line in (code, "27.0.0", "msiexec /i ", "/qn /norestart", "msiexec /x " + code, "Group policy"):
+            self.assertIn(line, text)
+
+    def test_no_file_of_the_deployment_knows_where_it_was_built_but_the_notes(self):
+        deployment = self.build("Portable")
+        place = windows_path(self.out)
+        knowing = []
+        for parent, _, names in os.walk(deployment):
+            for name in names:
+                with open(os.path.join(parent, name), "rb") as file:
+                    data = file.read()
+                if place.encode() in data or place.encode("utf-16-le") in data:
+                    knowing.append(name)
+        self.assertEqual(sorted(set(knowing) - {"ReadMe.txt", "Build.log"}), [])
+
+    def test_a_lone_package_becomes_a_deployment(self):
+        lone = os.path.join(self.folder, "media", "Lone product.msi")
+        os.makedirs(os.path.dirname(lone))
+        shutil.copy(os.path.join(MEDIA, "x64/ZoltdeDE/ZoltdeDE.msi"), lone)
+        run = self.wizard(self.begin("Lone"), media=lone)
+        self.assertEqual(run.code, 0, run.output)
+        self.assert_installs(os.path.join(self.out, "Lone"))
+
+    def test_blanks_and_foreign_letters_in_every_path(self):
+        media = os.path.join(self.folder, "Medien für Büro")
+        shutil.copytree(MEDIA, media)
+        self.out = os.path.join(self.folder, "Déploiements à Łódź")
+        os.makedirs(self.out)
+        run = self.wizard(self.begin("Büro 1"), media=media)
+        self.assertEqual(run.code, 0, run.output)
+        self.assert_installs(os.path.join(self.out, "Büro 1"))
+
+    def test_replacing_asks_and_leaves_the_old_one_on_no(self):
+        deployment = self.build("Twice")
+        with open(os.path.join(deployment, "mark.txt"), "w", encoding="ascii") as file:
+            file.write("old")
+        run = self.wizard(self.begin("Twice", **{"on_question.replace": "no"}))
+        self.assertEqual(run.code, 22, run.output)
+        self.assertTrue(os.path.exists(os.path.join(deployment, "mark.txt")))
+        run = self.wizard(self.begin("Twice", **{"on_question.replace": "yes"}))
+        self.assertEqual(run.code, 0, run.output)
+        self.assertFalse(os.path.exists(os.path.join(deployment, "mark.txt")))
+
+    def test_basing_on_a_deployment_makes_a_second_one(self):
+        base = self.build("Base")
+        run = self.wizard(self.begin("Second", mode="create_from", base="Base"), media=os.path.join(base, "Image"))
+        self.assertEqual(run.code, 0, run.output)
+        self.assertEqual(sorted(os.listdir(self.out)), ["Base", "Second"])
+        self.assert_installs(os.path.join(self.out, "Second"))
+
+    def test_modifying_keeps_the_name_and_the_rest_of_the_location(self):
+        base = self.build("Changed")
+        answers = self.answers("[begin]\nmode = modify\nbase = Changed\non_question.replace = yes\n")
+        run = self.wizard(answers, media=os.path.join(base, "Image"))
+        self.assertEqual(run.code, 0, run.output)
+        self.assertEqual(os.listdir(self.out), ["Changed"])
+        self.assert_installs(base)
+
+
+class RefusalTest(WizardTest):
+    def assert_refused(self, run, code, *words):
+        self.assertEqual(run.code, code, run.output)
+        for word in words:
+            self.assertIn(word, run.output)
+        self.assertEqual(os.listdir(self.out), [])
+
+    def test_a_cancel_is_1602_and_builds_nothing(self):
+        run = self.wizard(self.answers("[begin]\nname = Never\nleave = cancel\n"))
+        self.assert_refused(run, 1602)
+
+    def test_names_that_no_folder_can_bear_are_refused(self):
+        for name in ("a;b", "a/b", "a:b", "a*b", "a?b", "a|b"):
+            with self.subTest(name=name):
+                self.assert_refused(self.wizard(self.begin(name)), 22, "name")
+
+    def test_reserved_device_names_and_trailing_dots_build_nothing(self):
+        for name in ("CON", "nul.txt", "Office."):
+            with self.subTest(name=name):
+                run = self.wizard(self.begin(name))
+                self.assertNotEqual(run.code, 0, run.output)
+                self.assertEqual([entry for entry in os.listdir(self.out) if not entry.endswith(".log")], [])
+
+    def test_a_location_that_is_a_file_is_refused(self):
+        path = os.path.join(self.folder, "file")
+        with open(path, "w", encoding="ascii"):
+            pass
+        self.assert_refused(self.wizard(self.begin("Office"), out=windows_path(path)), 22)
+
+    def test_an_unknown_key_is_an_error_with_file_and_line(self):
+        run = self.wizard(self.answers("[begin]\nname = Office\ncolour = red\n"))
+        self.assert_refused(run, 21, "answers.txt(4)", "colour")
+
+    def test_a_question_without_an_answer_ends_the_run_with_its_text(self):
+        run = self.wizard(self.answers("[begin]\nname = Office\n"))
+        self.assert_refused(run, 23, "lies on this computer")
+
+    def test_answers_for_a_page_that_is_not_reached_are_an_error(self):
+        media = os.path.join(self.folder, "media")
+        shutil.copytree(MEDIA, media)
+        setup = os.path.join(media, "Setup.xml")
+        text = text_of(setup)
+        with open(setup, "w", encoding="utf-8") as file:
+            file.write(re.sub(r".*ProductContactDialog.*\n", "", text))
+        run = self.wizard(self.answers("[begin]\nname = Office\non_question.local_location = yes\n"
+                                       "[contact]\nleave = next\n"), media=media)
+        self.assert_refused(run, 24, "answers.txt(5)", "contact")
+
+    def test_check_gives_the_verdict_and_builds_nothing(self):
+        self.assert_refused(self.wizard(self.begin("Office"), "--check"), 0)
+        self.assert_refused(self.wizard(self.begin("a;b"), "--check"), 22)
+
+    def test_media_without_the_package_are_refused_by_name(self):
+        media = os.path.join(self.folder, "media")
+        shutil.copytree(MEDIA, media)
+        os.remove(os.path.join(media, "x64", "Zolt", "Zolt2027.msi"))
+        self.assert_refused(self.wizard(self.begin("Office", platform="x64"), media=media), 1603, "Zolt2027.msi")
+
+    def test_a_cut_off_package_is_refused_by_name(self):
+        media = os.path.join(self.folder, "media")
+        shutil.copytree(MEDIA, media)
+        path = os.path.join(media, "x64", "Zolt", "Zolt2027.msi")
+        with open(path, "r+b") as file:
+            file.truncate(os.path.getsize(path) // 2)
+        self.assert_refused(self.wizard(self.begin("Office", platform="x64"), media=media), 1603, "Zolt2027.msi")
+
+    def test_a_description_that_is_cut_off_is_refused_with_its_line(self):
+        media = os.path.join(self.folder, "media")
+        os.makedirs(media)
+        whole = text_of(os.path.join(MEDIA, "Setup.xml"))
+        with open(os.path.join(media, "Setup.xml"), "w", encoding="utf-8") as file:
+            file.write(whole[:len(whole) // 2])
+        self.assert_refused(self.wizard(self.begin("Office"), media=media), 1603, "Setup.xml")
+
+    def test_a_missing_resource_library_ends_with_1603_and_its_path(self):
+        program = os.path.join(self.folder, "program")
+        os.makedirs(program)
+        for name in ("Setup.exe", "RolloutUi.dll", "WizCore.dll", "SlimHtml.dll"):
+            shutil.copy(os.path.join(PROGRAM_FOLDER, name), program)
+        run = self.wizard(self.begin("Office"), program=os.path.join(program, "Setup.exe"))
+        self.assert_refused(run, 1603, "WizText.dll")
+
+
+class CommandTest(WizardTest):
+    def test_the_package_of_a_release_runs_by_itself(self):
+        archive = subprocess.run([os.path.join(ROOT, "package"), self.folder], capture_output=True, text=True)
+        self.assertEqual(archive.returncode, 0, archive.stderr)
+        subprocess.run(["unzip", "-q", archive.stdout.strip(), "-d", self.folder], check=True)
+        folder = next(os.path.join(self.folder, name) for name in os.listdir(self.folder)
+                      if name.startswith("rollout-") and os.path.isdir(os.path.join(self.folder, name)))
+        run = self.wizard(self.begin("Packed"), media=os.path.join(folder, "Media"),
+                          program=os.path.join(folder, "Setup.exe"))
+        self.assertEqual(run.code, 0, run.output)
+
+    def test_no_binary_holds_a_path_of_the_building_machine(self):
+        for name in ("Setup.exe", "RolloutUi.dll", "WizCore.dll", "SlimHtml.dll", "Languages/en-US/WizText.dll"):
+            with open(os.path.join(PROGRAM_FOLDER, name), "rb") as file:
+                data = file.read()
+            with self.subTest(name=name):
+                self.assertNotIn(ROOT.encode(), data)
+                self.assertNotIn(BUILD.encode(), data)

@@ -1,0 +1,80 @@
+"""What the end-to-end tests share: running Setup.exe on media, and a look at what came out."""
+
+import hashlib
+import os
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+BUILD = os.environ.get("ROLLOUT_BUILD", os.path.join(ROOT, "build"))
+PROGRAM_FOLDER = os.path.join(BUILD, "windows", "bin")
+MEDIA = os.path.join(BUILD, "windows", "media")
+RUN_SECONDS = 240
+
+
+def windows_path(path):
+    return "Z:" + os.path.abspath(path).replace("/", "\\")
+
+
+class Run:
+    """One unattended run of the wizard: its exit code, whole, and its output."""
+
+    def __init__(self, code, output):
+        self.code, self.output = code, output
+
+
+class WizardTest(unittest.TestCase):
+    """A test with a scratch folder; self.out is the location of its deployments."""
+
+    def setUp(self):
+        self.folder = tempfile.mkdtemp(prefix="rollout-")
+        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+        self.out = os.path.join(self.folder, "Deployments")
+        os.makedirs(self.out)
+
+    def answers(self, text):
+        path = os.path.join(self.folder, "answers.txt")
+        with open(path, "w", encoding="utf-8") as file:
+            file.write("rollout-answers 1\n" + text)
+        return path
+
+    def begin(self, name, **keys):
+        """The begin page's answers with a local location confirmed."""
+        lines = ["[begin]", "name = " + name, "on_question.local_location = yes"]
+        lines += ["%s = %s" % (key, value) for key, value in keys.items()]
+        return self.answers("\n".join(lines) + "\n")
+
+    def wizard(self, answers, *words, media=MEDIA, out=None, program=None, wine_words=()):
+        program = program or os.path.join(PROGRAM_FOLDER, "Setup.exe")
+        media = media if media.startswith("\\\\") else windows_path(media)
+        out = out or windows_path(self.out)
+        command = ["taskset", "-c", os.environ.get("ROLLOUT_CORE", "0"), "wine", program, "--media", media, "--answers",
+                   windows_path(answers), "--out", out, *words]
+        result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=RUN_SECONDS)
+        output = result.stdout.decode("utf-8", "replace").replace("\r\n", "\n")
+        last = output.strip().splitlines()[-1] if output.strip() else ""
+        self.assertRegex(last, r"^Exit code \d+", "The wizard did not say its exit code:\n" + output)
+        return Run(int(last.split()[2].rstrip(":")), output)
+
+    def build(self, name, **keys):
+        run = self.wizard(self.begin(name, **keys))
+        self.assertEqual(run.code, 0, run.output)
+        return os.path.join(self.out, name)
+
+
+def tree_of(folder):
+    """Every file below a folder with the SHA-256 of its bytes."""
+    found = {}
+    for parent, _, names in os.walk(folder):
+        for name in names:
+            path = os.path.join(parent, name)
+            with open(path, "rb") as file:
+                found[os.path.relpath(path, folder)] = hashlib.sha256(file.read()).hexdigest()
+    return found
+
+
+def text_of(path):
+    with open(path, encoding="utf-8-sig") as file:
+        return file.read()

@@ -1,0 +1,40 @@
+// A resource library of another version may lack what a page asks for. The administrator must learn which thing is
+// missing, and nothing may be left behind.
+#include "tests/frame/frame_fixture.h"
+
+namespace {
+
+class CPageWithoutDialog : public CWizardPageImpl<CPageWithoutDialog>
+{
+public:
+    enum
+    {
+        IDD = 9999
+    };
+    using CWizardPageImpl::CWizardPageImpl;
+    LRESULT OnInitDialog() { return TRUE; }
+};
+
+class LackingResourcesTest : public FrameTest
+{
+};
+
+} // namespace
+
+TEST_F(LackingResourcesTest, AMissingDialogIsNamedAndGives1603)
+{
+    const HINSTANCE before = _Module.GetResourceInstance();
+    CString told;
+    Step(L"close the box", [&told] {
+        const std::optional<MessageBoxView> box = FindMessageBox();
+        if (!box) {
+            return StepOutcome::NotYet(L"no box is up");
+        }
+        told = box->text;
+        return AnswerMessageBox(*box, IDOK);
+    });
+    EXPECT_EQ(Show<CPageWithoutDialog>(), NAVIGATION_LOAD_FAILED);
+    EXPECT_GE(told.Find(L"9999"), 0) << Utf8(told);
+    EXPECT_EQ(_Module.GetResourceInstance(), before);
+    EXPECT_EQ(_Module.GetMessageLoop(), nullptr);
+}
