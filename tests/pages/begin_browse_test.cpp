@@ -5,7 +5,6 @@
 #include "automation/folder_picker.h"
 #include "tests/pages/begin_page.h"
 #include "tests/support/import_redirect.h"
-#include "tests/support/test_network.h"
 #include "window/handle.h"
 
 #include <shlobj.h>
@@ -173,10 +172,15 @@ TEST_F(BeginBrowse, ARefusedFolderEmptiesTheEdit)
 
 TEST_F(BeginBrowse, AFolderThatFailsTheLocationCheckIsToldAndNotShownToTheHost)
 {
-    const CTestDrive drive(L'M', DRIVE_REMOTE, "/tmp");
-    Pick(L"M:\\");
-    Answer(ErrorBox(ResourceText(IDS_LOCATION_UNUSABLE, L"M:\\")), IDOK);
-    ExpectLocation(L"M:\\");
+    Press(IDC_LOCATION_BROWSE);
+    Step(L"select the folder in the picker", [&] { return SelectPickerFolder(picked); });
+    Step(L"put a file in the folder's place", [&] {
+        RemoveFolder(picked);
+        WriteFileBytes(picked, "no folder");
+        return AcceptPicker();
+    });
+    Answer(ErrorBox(ResourceText(IDS_LOCATION_UNUSABLE, Canonical())), IDOK);
+    ExpectLocation(picked);
     ShowAndLeave();
     EXPECT_EQ(host.log.Of(L"CheckForDeploymentLocation"), Calls());
 }
