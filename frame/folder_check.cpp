@@ -14,6 +14,11 @@ namespace {
 constexpr int LOCAL_PATH_LIMIT = 259;
 constexpr int SHORTEST_ROOT = 3; // "C:\"
 
+// Beyond these lengths Windows refuses to make a folder and a temporary file. Wine makes the folder, which none of its
+// calls removes again, and writes the file's name past the end of its buffer.
+constexpr int LONGEST_NEW_FOLDER = 248;
+constexpr int LONGEST_PROBED_FOLDER = MAX_PATH - 14;
+
 CString WithBackslash(const CString& path)
 {
     return path.GetLength() > 0 && path[path.GetLength() - 1] == L'\\' ? path : path + L'\\';
@@ -95,7 +100,8 @@ void RemoveProbedFolders(const CString& path)
 
 PathCheckResult ProbeNewFolder(const CString& path, bool network)
 {
-    const int error = ::SHCreateDirectoryExW(nullptr, path, nullptr);
+    const int error = path.GetLength() > LONGEST_NEW_FOLDER ? ERROR_FILENAME_EXCED_RANGE
+                                                            : ::SHCreateDirectoryExW(nullptr, path, nullptr);
     if (error == ERROR_ACCESS_DENIED || error == ERROR_PATH_NOT_FOUND) {
         return PCR_ACCESS_DENIED;
     }
@@ -162,6 +168,9 @@ PathCheckResult ProbeFolder(const CString& path, bool network)
 
 PathCheckResult TestWrite(const CString& folder)
 {
+    if (folder.GetLength() > LONGEST_PROBED_FOLDER) {
+        return PCR_FAILED;
+    }
     CString file;
     const UINT made = ::GetTempFileNameW(folder, L"_AIA", 0, file.GetBuffer(MAX_PATH));
     const DWORD error = ::GetLastError();

@@ -107,7 +107,24 @@ TEST_F(LocalFolders, APathOf259CharactersIsTooLong)
 TEST_F(LocalFolders, APathOf258CharactersIsNotTooLong)
 {
     ASSERT_EQ(PathOfLength(258).GetLength(), 258);
-    EXPECT_NE(ValidateLocal(PathOfLength(258)), PCR_TOO_LONG);
+    EXPECT_EQ(ValidateLocal(PathOfLength(258)), PCR_FAILED) << "the system makes no folder of that length";
+}
+
+TEST_F(LocalFolders, AFolderThatIsTooLongToMakeLeavesNothingBehind)
+{
+    for (const int length : {247, 248, 249, 250, 257, 258}) {
+        (void)ValidateLocal(PathOfLength(length));
+        EXPECT_FALSE(FolderExists(PathOfLength(60))) << "after a path of " << length << " characters";
+    }
+}
+
+// The system's name for the probe's file doesn't fit its buffer there.
+TEST_F(LocalFolders, AFolderTooLongForATemporaryFileFails)
+{
+    const CString path = folder.GetPath() + CString(L'b', 257 - folder.GetPath().GetLength()) + L"\\";
+    ASSERT_TRUE(CreateDirectoryW(L"\\\\?\\" + path, nullptr)) << "error " << GetLastError();
+    EXPECT_EQ(ValidateLocal(path), PCR_FAILED);
+    EXPECT_TRUE(RemoveDirectoryW(L"\\\\?\\" + path)) << "error " << GetLastError();
 }
 
 TEST_F(LocalFolders, APathLongerThanTheSystemsLimitIsRefused)

@@ -1,15 +1,30 @@
 #include "tests/support/page_test.h"
 
+#include "window/gdi.h"
+
 #include <msi.h>
 
 namespace {
 
+UINT_PTR g_closingTimer = 0;
+
 // Closes what stands open after a failure, one window at a time: the loop of an inner box has to come back before the
 // window that opened it may go.
-void CALLBACK CloseOneWindow(HWND, UINT, UINT_PTR timer, DWORD)
+void CALLBACK CloseOneWindow(HWND, UINT, UINT_PTR, DWORD)
 {
-    if (!CloseFrontWindow())
-        KillTimer(nullptr, timer);
+    CloseFrontWindow();
+}
+
+void StartClosing()
+{
+    g_closingTimer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, CloseOneWindow);
+}
+
+void StopClosing()
+{
+    if (g_closingTimer)
+        KillTimer(nullptr, g_closingTimer);
+    g_closingTimer = 0;
 }
 
 void CloseNextBox(CScript& script)
@@ -83,7 +98,7 @@ PageTest::PageTest()
     host.manager.m_strResourceFolder = host.Keep(BuiltLanguageFolder());
     host.manager.sourceResourceFolder = BuiltLanguageFolder();
     context.pSetupManager = &host.manager;
-    script.SetFailureHandler([] { SetTimer(nullptr, 0, USER_TIMER_MINIMUM, CloseOneWindow); });
+    script.SetFailureHandler(StartClosing);
     WarmUp();
     m_before = ReadProcessState();
 }
@@ -101,12 +116,19 @@ void PageTest::WarmUp()
         CloseNextBox(closing);
         MessageBoxW(nullptr, CString(L'w', 40) + L" \x00E4\n" + CString(L'w', 400), L"Title", MB_OK | icon);
     }
+    host.manager.m_strLinkTarget1 = L"guide.pdf"; // links have a cursor of their own
     for (PageFunction page : {BeginDeploymentDialog, ProductContactDialog, DeploymentCompleteDialog}) {
         CScript leaving;
         AskAndLeaveNextPage(leaving);
         PageContext copy = context;
         (void)page(&copy);
     }
+    HWND bar = CreateWindowW(L"ScrollBar", nullptr, 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+    const CWindowDC screen(nullptr);
+    DefWindowProcW(bar, WM_CTLCOLORSCROLLBAR, reinterpret_cast<WPARAM>(screen.get()),
+                   reinterpret_cast<LPARAM>(bar));
+    DestroyWindow(bar);
+    host.manager.m_strLinkTarget1 = nullptr;
     host.log.Clear();
     host.ui.saved = false;
     host.ui.stored.clear();
@@ -118,6 +140,11 @@ void PageTest::TearDown()
 {
     EXPECT_EQ(DescribeChange(m_before, ReadProcessState()), CString());
     EXPECT_EQ(MsiCloseAllHandles(), 0u) << "installer handles were left open";
+}
+
+void PageTest::CountFromHere()
+{
+    m_before = ReadProcessState();
 }
 
 // ---- steps
@@ -259,6 +286,7 @@ void PageTest::Play()
 
 void PageTest::ReportFailure() const
 {
+    StopClosing();
     if (script.HasFailed())
         ADD_FAILURE() << Utf8(script.GetFailure());
     else if (!script.IsFinished())

@@ -83,6 +83,9 @@ protected:
     // Plays the steps in a loop of the test's own; for windows that are already there. Ends when all are played.
     void Play();
 
+    // Counts what is left over from here on; for a test that has made the system fill another cache of its own.
+    void CountFromHere();
+
     // ---- looks
 
     HWND Page() const { return m_page; }

@@ -63,8 +63,8 @@ CTestFolder::CTestFolder()
     wchar_t temporary[MAX_PATH] = {};
     GetTempPathW(MAX_PATH, temporary);
     CreateDirectoryW(temporary, nullptr);
-    m_root = CString(temporary) + L"rollout test " + NumberText(GetCurrentProcessId()) + L" " +
-             NumberText(++count);
+    m_root = CString(temporary) + L"rollout test " + NumberText(static_cast<long long>(GetTickCount64())) +
+             L" " + NumberText(++count);
     EXPECT_TRUE(CreateDirectoryW(m_root, nullptr)) << Utf8(m_root) << ", error " << GetLastError();
     // The probe of a new folder removes empty parents, %TEMP% included; it stops at this file.
     WriteFileBytes(m_root + L"\\stays.txt", "A test is running.");
@@ -74,7 +74,11 @@ CTestFolder::CTestFolder()
 
 CTestFolder::~CTestFolder()
 {
-    RemoveFolder(m_root);
+    // A program that a test started may still stand in the folder for a moment.
+    const ULONGLONG deadline = GetTickCount64() + 10000;
+    for (RemoveFolder(m_root); FolderExists(m_root) && GetTickCount64() < deadline; RemoveFolder(m_root))
+        SwitchToThread();
+    EXPECT_FALSE(FolderExists(m_root)) << Utf8(m_root) << " can't be removed";
 }
 
 CString CTestFolder::AddFolder(const wchar_t* name) const
