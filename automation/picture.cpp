@@ -58,7 +58,9 @@ bool SaveRectangle(const RECT& rectangle, const wchar_t* path)
 
 bool SaveWindowPicture(HWND window, const wchar_t* path)
 {
-    RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    // All of it anew: what another window covered a moment ago may not have been asked to paint yet.
+    RedrawWindow(window, nullptr, nullptr,
+                 RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_UPDATENOW | RDW_ALLCHILDREN);
     RECT rectangle = {};
     return GetWindowRect(window, &rectangle) && SaveRectangle(rectangle, path);
 }

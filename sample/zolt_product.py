@@ -173,4 +173,4 @@ LANGUAGE_PACKS = {
 }
 
 # The fixed links and help of the media.
-LINKS = ["Installation Guide.html", "System Requirements.html"]
+LINKS = ["Deployment Guide.html", "Release Notes.html"]

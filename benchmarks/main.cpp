@@ -1,0 +1,77 @@
+// bench.exe --media FOLDER --scratch FOLDER [--megabytes N] [--runs N] [--builds N]: measures and prints the table.
+// Exit code 1 when something could not be measured; a goal that isn't met is told in the table alone.
+#include "benchmarks/measurement.h"
+
+#include <windows.h>
+
+#include <cstdio>
+#include <cwchar>
+#include <exception>
+#include <string>
+
+namespace {
+
+CString ProgramFolder()
+{
+    wchar_t path[MAX_PATH] = L"";
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    *(std::wcsrchr(path, L'\\') + 1) = L'\0';
+    return path;
+}
+
+bool ReadOption(const CString& name, const wchar_t* value, BenchOptions& options)
+{
+    const int number = static_cast<int>(std::wcstol(value, nullptr, 10));
+    if (name == L"--media") {
+        options.strMedia = value;
+    } else if (name == L"--scratch") {
+        options.strScratch = value;
+    } else if (name == L"--megabytes" && number > 0) {
+        options.megabytes = number;
+    } else if (name == L"--runs" && number > 0) {
+        options.runs = number;
+    } else if (name == L"--builds" && number > 0) {
+        options.builds = number;
+    } else {
+        return false;
+    }
+    return true;
+}
+
+// True when every figure came.
+bool Run(std::vector<Comparison> (*measure)(const BenchOptions&), const BenchOptions& options)
+{
+    try {
+        for (const Comparison& comparison : measure(options)) {
+            PrintComparison(comparison);
+        }
+        return true;
+    } catch (const CannotMeasure& failure) {
+        std::string why;
+        AppendUtf8(why, failure.strWhy);
+        printf("NOT MEASURED: %s\n", why.c_str());
+    } catch (const std::exception& failure) {
+        printf("NOT MEASURED: %s\n", failure.what());
+    }
+    return false;
+}
+
+} // namespace
+
+int wmain(int count, wchar_t** arguments)
+{
+    BenchOptions options;
+    options.strProgramFolder = ProgramFolder();
+    for (int index = 1; index < count; index += 2) {
+        if (index + 1 == count || !ReadOption(arguments[index], arguments[index + 1], options)) {
+            fprintf(stderr, "bench: an option is unknown or has no good value\n");
+            return 2;
+        }
+    }
+    PrintHeading();
+    bool complete = true;
+    for (auto measure : {MeasurePages, MeasureStart, MeasureDeployment}) {
+        complete = Run(measure, options) && complete;
+    }
+    return complete ? 0 : 1;
+}

@@ -1,0 +1,47 @@
+// Figures of one run of the benchmarks, and the table in which they are shown.
+#pragma once
+
+#include "window/string.h"
+
+#include <optional>
+#include <vector>
+
+// Milliseconds of the system's fine clock; only differences mean something.
+double NowMilliseconds();
+
+// The figures of one kind; never empty when it is shown.
+using Samples = std::vector<double>;
+double Median(Samples samples);
+
+struct Comparison
+{
+    CString strWhat;
+    const char* unit = "ms";
+    Samples ours;
+    Samples bare;
+    std::optional<double> goal = std::nullopt; // the highest ratio of the medians that is good
+};
+
+void PrintHeading();
+void PrintComparison(const Comparison& comparison);
+
+// Carried to main: what could not be measured, and why.
+struct CannotMeasure
+{
+    CString strWhy;
+};
+
+struct BenchOptions
+{
+    CString strMedia;         // folder of the sample media
+    CString strScratch;       // an existing folder for what the benchmarks make
+    CString strProgramFolder; // ends in a backslash
+    int runs = 11;            // of pages and starts, after one that warms up
+    int builds = 5;           // of the deployment
+    int megabytes = 500;
+};
+
+// Each throws CannotMeasure.
+std::vector<Comparison> MeasurePages(const BenchOptions& options);
+std::vector<Comparison> MeasureDeployment(const BenchOptions& options);
+std::vector<Comparison> MeasureStart(const BenchOptions& options);
