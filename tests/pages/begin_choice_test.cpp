@@ -21,7 +21,7 @@ TEST_F(BeginChoice, ANewDeploymentStartsWithoutAName)
     ShowAndLeave();
 }
 
-TEST_F(BeginChoice, ADeploymentFromAnotherStartsWithoutANameAndWithTheOtherSelected)
+TEST_F(BeginChoice, ADeploymentFromAnotherStartsWithoutAName)
 {
     WithName(L"beta");
     WithDeployments(Setup::SETUPMODE_CREATE_DEPLOYMENT, {L"Alpha", L"Beta"});
@@ -30,6 +30,8 @@ TEST_F(BeginChoice, ADeploymentFromAnotherStartsWithoutANameAndWithTheOtherSelec
     Look([&] {
         EXPECT_EQ(Text(IDC_NAME), CString());
         EXPECT_TRUE(Control(IDC_NAME).IsVisible());
+        // The list looks for the name when it is filled, and the name is gone by then.
+        EXPECT_EQ(Control(IDC_DEPLOYMENTS).GetSelectedLine(), CString(L"Alpha"));
     });
     ShowAndLeave();
 }
