@@ -116,6 +116,15 @@ TEST_P(Texts, TheInstallersResultsHaveWordsOfTheSetupsOwn)
     }
 }
 
+// What follows a reason then starts in a new line, whoever gave the reason.
+TEST_P(Texts, EveryFailureEndsInANewLineAsTheSystemsTextsDo)
+{
+    for (const int id : m_library.GetTextIds()) {
+        const CString text = m_library.GetText(id);
+        EXPECT_TRUE(!IsFailureText(id) || text.Right(2) == CString(L"\r\n")) << id << ": " << Utf8(text);
+    }
+}
+
 TEST_P(Texts, TheResultTextIsReadableOnTheWhitePanel)
 {
     const CString text = m_library.GetText(IDS_COMPLETE_TEXT);
