@@ -55,6 +55,8 @@ constexpr Sentence SENTENCES[] = {
                                    L"folder, a deployment's folder or an installer package (.msi)."},
     {HostText::MediaPackageMissing,
      L"The package \"%1\", which the media describes, is missing (%2). Copy the whole media again."},
+    {HostText::MediaSourceMissing,
+     L"The file \"%1\", which the package \"%2\" installs from, is missing. Copy the whole media again."},
     {HostText::MediaPackageBroken, L"The package \"%1\" cannot be opened (%2). It is damaged or no installer "
                                    L"package; copy it from the original media again."},
     {HostText::MediaNoPackages,

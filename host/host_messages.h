@@ -40,6 +40,7 @@ enum class HostText
     MediaMissing,
     MediaNotRecognised,
     MediaPackageMissing,
+    MediaSourceMissing,
     MediaPackageBroken,
     MediaNoPackages,
     MediaFileUnreadable,

@@ -93,7 +93,11 @@ void AddLooseFiles(MSIHANDLE database, const CString& packageFolder, std::vector
                 ResolveSourcePath(directories, RecordText(record, 2), packageFolder, false);
             return true;
         });
-    const bool compressed = (SummaryNumber(database, SUMMARY_WORD_COUNT) & WORD_COUNT_COMPRESSED) != 0;
+    const int wordCount = SummaryNumber(database, SUMMARY_WORD_COUNT);
+    if (wordCount & WORD_COUNT_SHORT_NAMES) {
+        return; // sources under short names are not looked for by their long ones
+    }
+    const bool compressed = (wordCount & WORD_COUNT_COMPRESSED) != 0;
     result = ForEachRow(
         database, L"SELECT `Component_`,`FileName`,`Attributes` FROM `File`", {}, [&](MSIHANDLE record) {
             const int attributes = std::max(MsiRecordGetInteger(record, 3), 0);
@@ -103,7 +107,7 @@ void AddLooseFiles(MSIHANDLE database, const CString& packageFolder, std::vector
             const CString name = RecordText(record, 2);
             const CString path = folders[RecordText(record, 1)] + name.Mid(name.Find(L'|') + 1);
             const CString relative = path.Mid(packageFolder.GetLength());
-            if (!packed && IsSafeRelativePath(relative) && IsFile(path)) {
+            if (!packed && IsSafeRelativePath(relative)) {
                 files.push_back(relative);
             }
             return true;
@@ -153,8 +157,7 @@ std::vector<CString> FindPackageFiles(InstallerHandle database, const CString& p
     const unsigned int result =
         ForEachRow(database, L"SELECT `Cabinet` FROM `Media`", {}, [&](MSIHANDLE record) {
             const CString cabinet = RecordText(record, 1);
-            if (!cabinet.IsEmpty() && cabinet[0] != L'#' && IsSafeRelativePath(cabinet) &&
-                IsFile(packageFolder + cabinet)) {
+            if (!cabinet.IsEmpty() && cabinet[0] != L'#' && IsSafeRelativePath(cabinet)) {
                 files.push_back(cabinet);
             }
             return true;

@@ -207,7 +207,15 @@ bool ManagerObject::DoesImageMatchPlatform(Setup::tagPLATFORM platform)
 
 bool ManagerObject::IsTargetPlatformAllowed(Setup::tagPLATFORM platform)
 {
-    return HasPackageFile(m_media, platform);
+    if (!HasPackageFile(m_media, platform)) {
+        return false;
+    }
+    // Told here the page can still be mended; once it has stored its choice, a failure would leave it without buttons.
+    const HostError error = CheckPlatform(m_media, platform);
+    if (error) {
+        Tell(error.message);
+    }
+    return !error;
 }
 
 void ManagerObject::SetDeploymentPlatform(Setup::tagPLATFORM platform)

@@ -1,8 +1,11 @@
 #include "host/media.h"
 
+#include "host/database.h"
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/made_up_media.h"
+
+#include <msiquery.h>
 
 namespace {
 
@@ -42,6 +45,36 @@ CString FindMissingPackage(const Media& media, const std::vector<ProductDescript
         const CString pack = FindMissingPackage(media, product.languagePacks, platform);
         if (!pack.IsEmpty()) {
             return pack;
+        }
+    }
+    return {};
+}
+
+HostError CheckPackage(const CString& file)
+{
+    const SilentInstaller silent;
+    MsiHandle database;
+    const unsigned int result = OpenDatabase(file, MSIDBOPEN_READONLY, database);
+    if (result != ERROR_SUCCESS) {
+        return {result, HostSentence(HostText::MediaPackageBroken, {file, SystemReason(result)})};
+    }
+    return CheckPackageSources(database.get(), file);
+}
+
+HostError CheckProducts(const Media& media, const std::vector<ProductDescription>& products, int platform)
+{
+    for (const ProductDescription& product : products) {
+        const PackageDescription* package = product.FindPackage(platform);
+        HostError error;
+        if (package) {
+            error = CheckPackage(media.strRoot + PackageFolder(media.description, product, platform) +
+                                 package->strFile);
+        }
+        if (!error) {
+            error = CheckProducts(media, product.languagePacks, platform);
+        }
+        if (error) {
+            return error;
         }
     }
     return {};
@@ -120,6 +153,24 @@ HostError OpenMedia(const CString& path, Media& media)
     media.strRoot = ParentFolder(full);
     media.bSinglePackage = true;
     return DescribePackage(full, media.description);
+}
+
+HostError CheckPlatform(const Media& media, int platform)
+{
+    return CheckProducts(media, media.description.products, platform);
+}
+
+// A deployment without a cabinet would be built without a complaint and fail on every workstation.
+HostError CheckPackageSources(InstallerHandle database, const CString& packageFile)
+{
+    const CString folder = ParentFolder(packageFile);
+    for (const CString& file : FindPackageFiles(database, folder)) {
+        if (!IsFile(folder + file)) {
+            return {ERROR_FILE_NOT_FOUND,
+                    HostSentence(HostText::MediaSourceMissing, {folder + file, packageFile})};
+        }
+    }
+    return {};
 }
 
 std::vector<CString> FindDeployments(const CString& location, std::vector<CString>& warnings)

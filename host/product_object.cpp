@@ -4,6 +4,7 @@
 #include "host/database.h"
 #include "host/files.h"
 #include "host/host_messages.h"
+#include "host/media.h"
 #include "include/shortcut_strings.h"
 
 #include <msiquery.h>
@@ -146,6 +147,9 @@ HostError ProductObject::Open(std::vector<CString>& warnings)
     if (result != ERROR_SUCCESS) {
         return {result,
                 HostSentence(HostText::TableNotMade, {table, m_strOriginalFile, SystemReason(result)})};
+    }
+    if (HostError error = CheckPackageSources(m_database.get(), m_strOriginalFile)) {
+        return error;
     }
     ReadDatabase(warnings);
     const std::lock_guard lock(g_openProductsLock);

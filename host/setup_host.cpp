@@ -8,6 +8,7 @@
 #include "host/manager_object.h"
 #include "host/setup_log.h"
 #include "host/work_folder.h"
+#include "window/handle.h"
 
 #include <exception>
 
@@ -36,6 +37,9 @@ public:
 
 private:
     WorkFolder m_work; // removed after the databases in it are closed
+    // Each page loads the language's texts for its own time; held here, they are mapped once. A missing library is
+    // told by the page that needs it.
+    CModuleOwner m_texts{::LoadLibraryW(LanguageManager::Object().GetWizTextPath() + L"WizText.dll")};
     SetupLog m_log;
     std::unique_ptr<ManagerObject> m_manager;
     std::vector<FlowPage> m_flow;

@@ -187,6 +187,19 @@ class RefusalTest(WizardTest):
         os.remove(os.path.join(media, "x64", "Zolt", "Zolt2027.msi"))
         self.assert_refused(self.wizard(self.begin("Office", platform="x64"), media=media), 1603, "Zolt2027.msi")
 
+    def test_media_without_a_cabinet_or_a_loose_file_are_refused_by_its_name(self):
+        """Such media once made a deployment that said it was complete and failed on every workstation."""
+        for platform, missing, code, told in (
+                ("x64", "Data1.cab", 1603, "Data1.cab"),
+                ("x86", "Velkmora/Zolt 2027/zolt.ini", 22, "cannot be made for the platform")):
+            with self.subTest(platform=platform):
+                media = os.path.join(self.folder, "media " + platform)
+                shutil.copytree(MEDIA, media)
+                os.remove(os.path.join(media, platform, "Zolt", missing))
+                log = os.path.join(self.folder, "setup.log")
+                run = self.wizard(self.begin("Office", platform=platform), "--log", windows_path(log), media=media)
+                self.assert_refused(run, code, told)
+
     def test_a_cut_off_package_is_refused_by_name(self):
         media = os.path.join(self.folder, "media")
         shutil.copytree(MEDIA, media)
