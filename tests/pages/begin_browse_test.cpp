@@ -18,8 +18,28 @@ struct BrowseCall
     HWND owner = nullptr;
     bool fromNetwork = false;
     CString title;
+    CString selection; // what the page asks of a picker that comes up
 };
 BrowseCall browseCall;
+
+LRESULT CALLBACK NoteSelection(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == BFFM_SETSELECTIONW && wParam)
+        browseCall.selection = reinterpret_cast<const wchar_t*>(lParam);
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+// Tells the page's callback that a picker is up, with a window that only takes notes. Wine's own picker fills its tree
+// by and by and may stop above the folder, so what it shows doesn't tell what it was asked for.
+void NoteInitialSelection(const BROWSEINFOW& browse)
+{
+    const HWND note =
+        CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    SetWindowLongPtrW(note, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(NoteSelection));
+    if (browse.lpfn)
+        browse.lpfn(note, BFFM_INITIALIZED, 0, browse.lParam);
+    DestroyWindow(note);
+}
 
 LPITEMIDLIST WINAPI BrowseFromDesktop(BROWSEINFOW* browse)
 {
@@ -32,6 +52,7 @@ LPITEMIDLIST WINAPI BrowseFromDesktop(BROWSEINFOW* browse)
     browseCall.title = browse->lpszTitle;
     browseCall.fromNetwork = browse->pidlRoot && ILIsEqual(browse->pidlRoot, network);
     browse->pidlRoot = nullptr;
+    NoteInitialSelection(*browse);
     return SHBrowseForFolderW(browse);
 }
 
@@ -117,8 +138,8 @@ TEST_F(BeginBrowse, ThePickerBeginsAtTheCurrentLocation)
 {
     WithLocation(picked);
     Press(IDC_LOCATION_BROWSE);
-    Step(L"press OK in the picker", [] { return AcceptPicker(); });
-    ExpectLocation(Canonical());
+    Step(L"cancel", [] { return CancelPicker(); });
+    Look([this] { EXPECT_EQ(browseCall.selection, picked); });
     ShowAndLeave();
 }
 
