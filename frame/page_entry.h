@@ -29,12 +29,26 @@ public:
     CMessageLoopEntry& operator=(const CMessageLoopEntry&) = delete;
 };
 
-// A tab page on the heap that goes with its window.
+// A tab page on the heap that goes with its window. Its export has long returned when the page acts, so whatever it
+// does runs with its own library as the module of all resources.
 template <class T>
 class COwnedTabPage : public T
 {
 public:
     using T::T;
+
+    BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
+                              DWORD map = 0) override
+    {
+        const CResourceInstanceSwap resources(this->m_resource.GetModule());
+        return T::ProcessWindowMessage(window, message, wParam, lParam, result, map);
+    }
+
+    BOOL PreTranslateMessage(MSG* message) override
+    {
+        const CResourceInstanceSwap resources(this->m_resource.GetModule());
+        return T::PreTranslateMessage(message);
+    }
 
     void OnFinalMessage(HWND window) override
     {

@@ -117,7 +117,7 @@ private:
         ::SendMessageW(m_hParent, PAGE_MESSAGE_PREVIOUS_TAB, 0, 0);
     }
 
-    // False when a hook vetoed or the page was busy. What the page's own check says is for the user alone.
+    // False when a hook vetoed, the page was busy or its own check refused: the host then stays with this page.
     bool Store()
     {
         const CBusyGuard guard(this->m_busy);
@@ -125,20 +125,12 @@ private:
             return false;
         }
         const CPersistentWaitCursor waitCursor;
-        if (this->RunLeaveHooks() == HOOK_VETO) {
-            return false;
-        }
-        this->Page().ValidateAndStore();
-        return true;
+        return this->RunLeaveHooks() != HOOK_VETO && this->Page().ValidateAndStore();
     }
 
     // ---- messages ----
 
-    LRESULT OnInitDialogMessage(UINT, WPARAM, LPARAM, BOOL&)
-    {
-        const CResourceInstanceSwap resources(m_resource.GetModule());
-        return this->Page().OnInitDialog();
-    }
+    LRESULT OnInitDialogMessage(UINT, WPARAM, LPARAM, BOOL&) { return this->Page().OnInitDialog(); }
 
     LRESULT OnMouseMove(UINT, WPARAM, LPARAM, BOOL& handled)
     {
@@ -165,7 +157,6 @@ private:
         }
         const CWindow counter(this->GetDlgItem(IDC_PAGE_COUNTER));
         if (counter.IsWindow()) {
-            const CResourceInstanceSwap resources(m_resource.GetModule());
             counter.SetText(PageCounterText(LoadResourceString(IDS_PAGE_COUNTER), index, total));
         }
         return 0;

@@ -21,8 +21,8 @@ constexpr unsigned int EXIT_CODE_FAILED = 1603;
 // From a tab page to its parent window; both parameters 0.
 constexpr unsigned int PAGE_MESSAGE_PREVIOUS_TAB = 1025;
 constexpr unsigned int PAGE_MESSAGE_NEXT_TAB = 1026;
-// From the host to a tab page: validate and store, without moving. The result is 1 unless a hook vetoed or the page
-// was busy.
+// From the host to a tab page: validate and store, without moving. The result is 1 unless a hook vetoed, the page
+// refused what stands in it, or the page was busy.
 constexpr unsigned int PAGE_MESSAGE_STORE = 1027;
 constexpr unsigned int PAGE_MESSAGE_STORE_ALL = 1028;
 // From the host to a tab page: low word of wParam the page's index, high word the number of pages.

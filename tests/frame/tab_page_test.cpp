@@ -123,6 +123,25 @@ TEST_F(TabPageTest, AVetoOfTheLastHookKeepsThePageUnstored)
     EXPECT_TRUE(g_sent.empty());
 }
 
+TEST_F(TabPageTest, APageThatRefusesAnswersZeroToTheHost)
+{
+    g_record.accepts = false;
+    Create();
+    EXPECT_EQ(Send(PAGE_MESSAGE_STORE), 0);
+    EXPECT_EQ(Send(PAGE_MESSAGE_STORE_ALL), 0);
+}
+
+TEST_F(TabPageTest, StoringUsesThePagesOwnLibraryLongAfterTheExport)
+{
+    HINSTANCE during = nullptr;
+    g_record.onStore = [&during](HWND) { during = _Module.GetResourceInstance(); };
+    Create();
+    const HINSTANCE before = _Module.GetResourceInstance();
+    Send(PAGE_MESSAGE_STORE);
+    EXPECT_EQ(during, ::GetModuleHandleW(L"WizText.dll"));
+    EXPECT_EQ(_Module.GetResourceInstance(), before);
+}
+
 TEST_F(TabPageTest, StoringAnswersZeroWhileThePageIsBusy)
 {
     LRESULT inner = 1;
