@@ -134,24 +134,27 @@ void DirectoryManager::ReadRows()
 {
     std::set<CString> seen;
     std::vector<CString> changed;
-    const unsigned int result = ForEachRow(
-        m_database, L"SELECT `Directory`,`Directory_Parent`,`DefaultDir` FROM `Directory`", {},
-        [&](MSIHANDLE record) {
-            const DirectoryData data{RecordText(record, 1), RecordText(record, 2), RecordText(record, 3)};
-            seen.insert(data.Directory);
-            Row& row = m_rows[data.Directory];
-            if (row.data && row.data->Directory_Parent == data.Directory_Parent &&
-                row.data->DefaultDir == data.DefaultDir) {
-                return true;
-            }
-            if (row.data) {
-                changed.push_back(data.Directory);
-                Retire(row);
-            }
-            row.data = std::make_unique<DirectoryData>(data);
-            row.sessionTarget.Empty();
-            return true;
-        });
+    const unsigned int result =
+        ForEachRow(m_database, L"SELECT `Directory`,`Directory_Parent`,`DefaultDir` FROM `Directory`", {},
+                   [&](MSIHANDLE record) {
+                       DirectoryData data;
+                       data.Directory = RecordText(record, 1);
+                       data.Directory_Parent = RecordText(record, 2);
+                       data.DefaultDir = RecordText(record, 3);
+                       seen.insert(data.Directory);
+                       Row& row = m_rows[data.Directory];
+                       if (row.data && row.data->Directory_Parent == data.Directory_Parent &&
+                           row.data->DefaultDir == data.DefaultDir) {
+                           return true;
+                       }
+                       if (row.data) {
+                           changed.push_back(data.Directory);
+                           Retire(row);
+                       }
+                       row.data = std::make_unique<DirectoryData>(data);
+                       row.sessionTarget.Empty();
+                       return true;
+                   });
     if (result != ERROR_SUCCESS) {
         return; // the table can't be read now; what was known stays
     }
@@ -194,7 +197,7 @@ void DirectoryManager::ReadProperties()
     static_cast<void>(result); // a package without custom actions has no such drives
 }
 
-const DirectoryData* DirectoryManager::FindDirectory(const CString& key) const
+const DirectoryColumns* DirectoryManager::FindDirectory(const CString& key) const
 {
     const auto row = m_rows.find(key);
     return row == m_rows.end() ? nullptr : row->second.data.get();

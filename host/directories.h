@@ -4,6 +4,7 @@
 #include "host/directory_rules.h"
 #include "host/setup_host.h"
 #include "include/directory_manager.h"
+#include "msi/msi_rows.h"
 
 #include <memory>
 #include <set>
@@ -47,7 +48,7 @@ private:
         CString sessionTarget;
     };
 
-    const DirectoryData* FindDirectory(const CString& key) const override;
+    const DirectoryColumns* FindDirectory(const CString& key) const override;
     CString GetSettledPath(const CString& key) const override;
     void ReadRows();
     void ReadProperties();

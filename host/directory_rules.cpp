@@ -10,7 +10,7 @@ CString LongName(const CString& name)
     return text == L"." ? CString() : text;
 }
 
-bool IsRoot(const DirectoryData& row)
+bool IsRoot(const DirectoryColumns& row)
 {
     return row.Directory_Parent.IsEmpty() || row.Directory_Parent == row.Directory;
 }
@@ -18,7 +18,7 @@ bool IsRoot(const DirectoryData& row)
 CString ResolveTarget(const IDirectorySource& source, const CString& key, int depth)
 {
     const CString settled = WithBackslash(source.GetSettledPath(key));
-    const DirectoryData* row = source.FindDirectory(key);
+    const DirectoryColumns* row = source.FindDirectory(key);
     if (!row || !settled.IsEmpty()) {
         return row ? settled : CString();
     }
@@ -32,7 +32,7 @@ CString ResolveTarget(const IDirectorySource& source, const CString& key, int de
 CString ResolveSource(const IDirectorySource& source, const CString& key, const CString& packageFolder,
                       int depth)
 {
-    const DirectoryData* row = source.FindDirectory(key);
+    const DirectoryColumns* row = source.FindDirectory(key);
     if (!row || depth >= DEPTH_LIMIT) {
         return CString();
     }

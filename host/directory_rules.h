@@ -1,7 +1,7 @@
 // How a Directory row becomes a path: the installer's own rules, for rows that came after its session was asked.
 #pragma once
 
-#include "include/directory_data.h"
+#include "msi/row_columns.h"
 #include "window/string.h"
 
 #include <map>
@@ -19,7 +19,7 @@ class IDirectorySource
 {
 public:
     // Null for an unknown key.
-    virtual const DirectoryData* FindDirectory(const CString& key) const = 0;
+    virtual const DirectoryColumns* FindDirectory(const CString& key) const = 0;
     // A path that is already settled, for instance by a property of the directory's name; empty when there is none.
     virtual CString GetSettledPath(const CString& key) const = 0;
 

@@ -72,7 +72,7 @@ public:
                            return true;
                        });
     }
-    const DirectoryData* FindDirectory(const CString& key) const override
+    const DirectoryColumns* FindDirectory(const CString& key) const override
     {
         const auto row = m_rows.find(key);
         return row == m_rows.end() ? nullptr : &row->second;
@@ -80,7 +80,7 @@ public:
     CString GetSettledPath(const CString&) const override { return CString(); }
 
 private:
-    std::map<CString, DirectoryData> m_rows;
+    std::map<CString, DirectoryColumns> m_rows;
     unsigned int m_result = 0;
 };
 

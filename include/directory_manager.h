@@ -5,7 +5,7 @@
 
 #include <map>
 
-struct DirectoryData; // a row of the Directory table (msi/)
+struct DirectoryData; // a row of the Directory table (msi/msi_rows.h)
 
 class CFeature
 {

@@ -93,13 +93,13 @@ DeploymentFile ReadBack(const DeploymentFile& file, XmlFault& fault)
 class Directories final : public IDirectorySource
 {
 public:
-    std::map<CString, DirectoryData> rows;
+    std::map<CString, DirectoryColumns> rows;
     std::map<CString, CString> settled;
     void Add(const wchar_t* key, const wchar_t* parent, const wchar_t* name)
     {
         rows[key] = {key, parent, name};
     }
-    const DirectoryData* FindDirectory(const CString& key) const override
+    const DirectoryColumns* FindDirectory(const CString& key) const override
     {
         const auto row = rows.find(key);
         return row == rows.end() ? nullptr : &row->second;

@@ -1,0 +1,23 @@
+// Fills the placeholders of a fixed statement.
+#pragma once
+
+#include "window/string.h"
+
+#include <initializer_list>
+
+// What goes in for one placeholder: a text as it is, up to its first zero, or a number in decimal digits.
+class StatementValue
+{
+public:
+    StatementValue(const CString& text) : m_text(text) {}
+    StatementValue(int number) : m_text(NumberText(number)) {}
+    const wchar_t* GetText() const { return m_text; }
+
+private:
+    CString m_text;
+};
+
+// Replaces each "%s" and "%d" of the template, in their order, by a value of any length. Nothing is quoted or escaped,
+// and values are not searched for placeholders. The value alone decides how it is written: a number behind a "%s" stands
+// there in digits. A placeholder without a value stays empty.
+[[nodiscard]] CString FillStatement(const wchar_t* statement, std::initializer_list<StatementValue> values);
