@@ -132,6 +132,10 @@ void UserFileBuild::Decide(DatabaseSnapshot& snapshot)
         return;
     }
     TellStrays();
+    const CString clash = FindSameTarget(m_additions);
+    if (!clash.IsEmpty()) {
+        throw BuildFailure{BUILD_ALREADY_EXISTS, clash};
+    }
     FindSources();
     m_cabinets = PackUserFiles(m_additions.files);
     const CString refused =

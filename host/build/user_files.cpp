@@ -179,10 +179,25 @@ void HideSourcePaths(const WriteTable& records, const UserAdditions& additions)
     }
 }
 
-// The feature of the additions names INSTALLDIR whether or not the product has such a directory.
+// The pages write the feature of the additions once in a run, into the first product that lacks it; and it names
+// INSTALLDIR whether or not the product has such a directory.
 void FinishFeature(const WriteTable& features, const WriteTable& directories)
 {
-    if (features.Has(g_userFeature) && !directories.Has(L"INSTALLDIR")) {
+    if (!features.Exists()) {
+        return;
+    }
+    if (!features.Has(g_userFeature)) {
+        RowValues row = features.EmptyRow();
+        features.Set(row, L"Feature", g_userFeature);
+        features.Set(row, L"Title", L"User Deployment Files");
+        features.Set(row, L"Description", L"User deployment files.");
+        features.Set(row, L"Display", L"0"); // nobody is asked for it
+        features.Set(row, L"Level", L"1");
+        features.Set(row, L"Directory_", L"INSTALLDIR");
+        features.Set(row, L"Attributes", L"16"); // it can't be left out
+        features.Rows()[{g_userFeature}] = std::move(row);
+    }
+    if (!directories.Has(L"INSTALLDIR")) {
         features.Set(features.Rows().at({g_userFeature}), L"Directory_", CString());
     }
 }
@@ -238,6 +253,7 @@ UserAdditions FindUserAdditions(const DatabaseSnapshot& database)
     UserAdditions additions;
     const ReadTable records = TableToRead(database, L"TarnCustomFile");
     const ReadTable files = TableToRead(database, L"File");
+    const ReadTable components = TableToRead(database, L"Component");
     additions.bBuiltBefore = NamesUserCabinets(TableToRead(database, L"Media"));
     if (!files.Exists()) {
         return additions;
@@ -251,8 +267,11 @@ UserAdditions FindUserAdditions(const DatabaseSnapshot& database)
             continue;
         }
         additions.files.push_back({key.front(), LongName(files.Value(row, L"FileName")),
+                                   components.Has(key.front())
+                                       ? components.Value(components.Rows().at(key), L"Directory_")
+                                       : CString(),
                                    records.Value(records.Rows().at(key), L"SourceFileName"),
-                                   static_cast<std::uint64_t>(NumberOf(files.Value(row, L"FileSize"))), 0,
+                                   static_cast<std::uint32_t>(NumberOf(files.Value(row, L"FileSize"))), 0,
                                    static_cast<int>(NumberOf(files.Value(row, L"Sequence")))});
     }
     std::stable_sort(
@@ -268,6 +287,28 @@ UserAdditions FindUserAdditions(const DatabaseSnapshot& database)
         }
     }
     return additions;
+}
+
+CString FindSameTarget(const UserAdditions& additions)
+{
+    struct TargetLess
+    {
+        bool operator()(const UserFile* left, const UserFile* right) const
+        {
+            const int folders = left->strFolder.Compare(right->strFolder);
+            return folders ? folders < 0 : left->strName.CompareNoCase(right->strName) < 0;
+        }
+    };
+    std::set<const UserFile*, TargetLess> targets;
+    for (const UserFile& file : additions.files) {
+        const auto [first, isNew] = targets.insert(&file);
+        if (!isNew) {
+            return L"Both \"" + (*first)->strSource + L"\" and \"" + file.strSource +
+                   L"\" were added to one folder under the name \"" + file.strName +
+                   L"\". Remove one of them.";
+        }
+    }
+    return {};
 }
 
 std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files)

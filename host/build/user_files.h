@@ -15,6 +15,7 @@ struct UserFile
 {
     CString strKey;
     CString strName;              // as it is installed
+    CString strFolder;            // key of its directory
     CString strSource;            // full path; or the name alone, in a database that came with a deployment
     std::uint64_t storedSize = 0; // when it was added, or built before
     std::uint64_t size = 0;       // now, in bytes; the caller's to fill
@@ -53,6 +54,9 @@ constexpr std::uint64_t MAX_USER_FILE_BYTES = (1ull << 31) - (16u << 20);
 [[nodiscard]] bool IsUserCabinet(const CString& fileName);
 
 [[nodiscard]] UserAdditions FindUserAdditions(const DatabaseSnapshot& database);
+
+// Two added files that would become one on the workstation, as a sentence; empty when there are none.
+[[nodiscard]] CString FindSameTarget(const UserAdditions& additions);
 
 // Cuts the files, in their order, into cabinets of bounded size.
 [[nodiscard]] std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files);

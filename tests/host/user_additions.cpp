@@ -1,43 +1,64 @@
 #include "tests/host/user_additions.h"
 
-#include "host/build/build_names.h"
+#include "msi/msi_property.h"
+#include "tests/support/text.h"
+
+#include <gtest/gtest.h>
 
 #include <windows.h>
 
 #include <msi.h>
 #include <msiquery.h>
-#include <objbase.h>
 
 namespace {
 
-CString NewKey()
+// A product with nothing but an open database.
+class BareProduct final : public CProduct
 {
-    GUID guid = {};
-    wchar_t text[40] = L"";
-    EXPECT_EQ(CoCreateGuid(&guid), S_OK);
-    StringFromGUID2(guid, text, ARRAYSIZE(text));
-    CString key = L"TARN_" + CString(text + 1, 36).MakeUpper();
-    key.Replace(L"-", L"_");
-    return key;
-}
+public:
+    BareProduct(InstallerHandle database, int lastSequence) : m_database(database)
+    {
+        m_fileSequence = lastSequence;
+        m_x64Marker = 1;
+    }
+    InstallerHandle GetMsiHandle() override { return m_database; }
+    bool GetMsiProperty(const wchar_t*, wchar_t*, int*) override { return false; }
+    bool SetMsiProperty(const wchar_t* name, const wchar_t* value, bool) override
+    {
+        return WriteProperty(m_database, name, value);
+    }
+    bool GetProperty(const wchar_t*, wchar_t*, int*) override { return false; }
+    void SetProperty(const wchar_t*, const wchar_t*) override {}
+    Setup::tagPATCHSTATE GetMsiPatchState() override { return Setup::PATCHSTATE_0; }
+    Setup::tagPATCHSTATE GetPatchState() override { return Setup::PATCHSTATE_0; }
+    void SetPatchState(Setup::tagPATCHSTATE) override {}
+    bool IsPatchMerged(const CString&) override { return false; }
+    void SetDownloadedMSPPath(const CString&) override {}
+    void SetDownloadedPatchName(const CString&) override {}
+    void SetDownloadedPatchReadmeURL(const CString&) override {}
+    void SetDownloadedPatchSize(const CString&) override {}
+    CString GetDownloadedMSPPath() override { return {}; }
+    CString GetDownloadedPatchName() override { return {}; }
+    CString GetDownloadedPatchReadmeURL() override { return {}; }
+    CString GetDownloadedPatchSize() override { return {}; }
+    void SetIncludeSP(int) override {}
+    std::vector<CProduct*>& GetLPChildren() override { return m_packs; }
+    bool GetCustomShortcuts(std::vector<ShortcutStrings>&) override { return false; }
 
-CString GuidOf(const CString& key)
-{
-    CString guid = key.Mid(5);
-    guid.Replace(L"_", L"-");
-    return L"{" + guid + L"}";
-}
+private:
+    InstallerHandle m_database;
+    std::vector<CProduct*> m_packs;
+};
 
-CString Quoted(const CString& text)
+unsigned int Run(MSIHANDLE database, const wchar_t* statement)
 {
-    return L"'" + text + L"'";
-}
-
-long long SizeOf(const CString& path)
-{
-    WIN32_FILE_ATTRIBUTE_DATA data = {};
-    GetFileAttributesExW(UnlimitedPath(path), GetFileExInfoStandard, &data);
-    return data.nFileSizeLow;
+    MSIHANDLE view = 0;
+    unsigned int code = MsiDatabaseOpenViewW(database, statement, &view);
+    if (code == ERROR_SUCCESS) {
+        code = MsiViewExecute(view, 0);
+        MsiCloseHandle(view);
+    }
+    return code;
 }
 
 } // namespace
@@ -55,101 +76,46 @@ void MakeAdditionTables(const CString& path)
                                      L"CREATE TABLE `TarnCustomFile` (`Component_` CHAR(72) NOT NULL, "
                                      L"`SourceFileName` LONGCHAR, `Flags` "
                                      L"LONG PRIMARY KEY `Component_`)"}) {
-        EXPECT_EQ(RunSql(database, statement), 0u) << Utf8(statement);
+        EXPECT_EQ(Run(database, statement), 0u) << Utf8(statement);
     }
     EXPECT_EQ(MsiDatabaseCommit(database), 0u);
     MsiCloseHandle(database);
 }
 
-void UserAdditionRows::Run(const CString& statement, const CString* bound)
+AddedRows::AddedRows(InstallerHandle database, int lastSequence)
+    : m_product(std::make_unique<BareProduct>(database, lastSequence)), m_writer(m_product.get(), database)
 {
-    MSIHANDLE view = 0;
-    const MSIHANDLE record = bound ? MsiCreateRecord(1) : 0;
-    if (bound) {
-        MsiRecordSetStringW(record, 1, *bound);
-    }
-    EXPECT_EQ(MsiDatabaseOpenViewW(m_database, statement, &view), 0u) << Utf8(statement);
-    EXPECT_EQ(MsiViewExecute(view, record), 0u) << Utf8(statement);
-    MsiCloseHandle(view);
-    MsiCloseHandle(record);
+    g_bUserFeatureExists = false; // as at the start of a program
 }
 
-void UserAdditionRows::EnsureFeature()
+AddedRows::AddedRows(CProduct& product) : m_writer(&product, product.GetMsiHandle())
 {
-    if (!m_featureWritten) {
-        m_featureWritten = true;
-        Run(L"INSERT INTO `Feature` (`Feature`, `Feature_Parent`,`Title`,`Description`,`Display`,`Level`,"
-            L"`Directory_`,`Attributes`) VALUES( '_UserDeploymentFile', '', 'User Deployment Files', 'User "
-            L"deployment files.', '0', '1', 'INSTALLDIR', '16') ");
-    }
 }
 
-void UserAdditionRows::AddComponent(const CString& key, const CString& directory)
-{
-    Run(L"INSERT INTO `Component` "
-        L"(`Component`,`ComponentId`,`Directory_`,`Attributes`,`Condition`,`KeyPath`) "
-        L"VALUES (" +
-        Quoted(key) + L"," + Quoted(GuidOf(key)) + L"," + Quoted(directory) + L",'256','','')");
-    Run(L"INSERT INTO `FeatureComponents` (`Feature_`,`Component_`) VALUES ('_UserDeploymentFile'," +
-        Quoted(key) + L")");
-    Run(L"INSERT INTO `CreateFolder` (`Directory_`,`Component_`) VALUES (" + Quoted(directory) + L"," +
-        Quoted(key) + L")");
-}
+AddedRows::~AddedRows() = default;
 
-CString UserAdditionRows::AddFile(const CString& source, const CString& parent)
+CString AddedRows::AddFile(const CString& source, const CString& parent)
 {
-    EnsureFeature();
-    const CString key = NewKey();
-    const CString name = LastName(source) + L"|" + LastName(source);
-    Run(L"INSERT INTO `File` (`FileName`,`File`,`Component_`,`FileSize`,`Version`,`Language`,`Attributes`,"
-        L"`Sequence`) VALUES (?, " +
-            Quoted(key) + L"," + Quoted(key) + L",'" + NumberText(SizeOf(source)) + L"','','','0','" +
-            NumberText(++m_sequence) + L"')",
-        &name);
-    AddComponent(key, parent);
-    Run(L"INSERT INTO `TarnCustomFile` (`SourceFileName`,`Component_`,`Flags`) VALUES (?," + Quoted(key) +
-            L",'0')",
-        &source);
+    CString key;
+    EXPECT_TRUE(m_writer.AddUserFile(source, parent, key)) << Utf8(source);
     return key;
 }
 
-CString UserAdditionRows::AddFolder(const CString& name, const CString& parent)
+CString AddedRows::AddFolder(const CString& name, const CString& parent)
 {
-    EnsureFeature();
-    const CString key = NewKey();
-    Run(L"INSERT INTO `Directory` (`DefaultDir`,`Directory`,`Directory_Parent`) VALUES (?," + Quoted(key) +
-            L"," + Quoted(parent) + L")",
-        &name);
-    AddComponent(key, key);
-    Run(L"INSERT INTO `TarnCustomFile` (`SourceFileName`,`Component_`,`Flags`) VALUES (?," + Quoted(key) +
-            L",'2')",
-        &name);
+    CString key;
+    EXPECT_TRUE(m_writer.AddUserFolder(name, parent, key)) << Utf8(name);
     return key;
 }
 
-CString UserAdditionRows::AddDrive(const CString& drive)
+CString AddedRows::AddDrive(const CString& drive)
 {
-    const CString key = NewKey();
-    const CString name = L"DRIVE_" + drive.Left(1);
-    Run(L"INSERT INTO `Directory` (`DefaultDir`,`Directory`,`Directory_Parent`) VALUES (?," + Quoted(key) +
-            L",'TARGETDIR')",
-        &name);
-    Run(L"INSERT INTO `CustomAction` (`Action`,`Type`,`Source`,`Target`) VALUES (" + Quoted(key) + L",'51'," +
-        Quoted(key) + L"," + Quoted(drive) + L")");
-    Run(L"INSERT INTO `InstallExecuteSequence` (`Action`,`Condition`,`Sequence`) VALUES (" + Quoted(key) +
-        L",'','1')");
-    Run(L"INSERT INTO `Property` (`Property`,`Value`) VALUES ('" + key + L"_SUBST'," + Quoted(drive) + L")");
+    CString key;
+    EXPECT_TRUE(m_writer.AddUserDrive(drive, key)) << Utf8(drive);
     return key;
 }
 
-void UserAdditionRows::RemoveFile(const CString& parent, const CString& key)
+void AddedRows::RemoveFile(const CString& parent, const CString& key)
 {
-    --m_sequence;
-    Run(L"DELETE FROM `File` WHERE `File`=" + Quoted(key));
-    Run(L"DELETE FROM `Component` WHERE `Component`=" + Quoted(key));
-    Run(L"DELETE FROM `FeatureComponents` WHERE `Feature_`='_UserDeploymentFile' AND `Component_`=" +
-        Quoted(key));
-    Run(L"DELETE FROM `CreateFolder` WHERE `Directory_`=" + Quoted(parent) + L" AND `Component_`=" +
-        Quoted(key));
-    Run(L"DELETE FROM `TarnCustomFile` WHERE `Component_`=" + Quoted(key));
+    EXPECT_TRUE(m_writer.RemoveUserFile(parent, key)) << Utf8(key);
 }

@@ -1,19 +1,22 @@
-// Additions as the pages write them: the same rows in the same tables, on an open database.
+// What an administrator adds to a product, written by the pages' own writer on an open database.
 #pragma once
 
-#include "tests/host/build_fixture.h"
+#include "msi/user_file_writer.h"
 
-// Tables that additions need and the fixture's product lacks, as the host makes them when it opens a package.
+#include <memory>
+
+// Tables that additions need and a bare package lacks, as the host makes them when it opens one.
 void MakeAdditionTables(const CString& database);
 
-class UserAdditionRows
+// Each call fails the test when the writer refuses.
+class AddedRows
 {
 public:
-    // `lastSequence`: the highest number of the product's files. The database stays the caller's.
-    UserAdditionRows(InstallerHandle database, int lastSequence)
-        : m_database(database), m_sequence(lastSequence)
-    {
-    }
+    // For a database without a host around it, whose files have numbers up to `lastSequence`.
+    AddedRows(InstallerHandle database, int lastSequence);
+    // For a product of a host's.
+    explicit AddedRows(CProduct& product);
+    ~AddedRows();
 
     // Each answers the new key.
     CString AddFile(const CString& source, const CString& parent);
@@ -22,11 +25,6 @@ public:
     void RemoveFile(const CString& parent, const CString& key);
 
 private:
-    void EnsureFeature();
-    void AddComponent(const CString& key, const CString& directory);
-    void Run(const CString& statement, const CString* bound = nullptr);
-
-    InstallerHandle m_database;
-    int m_sequence;
-    bool m_featureWritten = false;
+    std::unique_ptr<CProduct> m_product; // a stand-in when there is no host
+    UserFileWriter m_writer;
 };
