@@ -217,6 +217,7 @@ INSTANTIATE_TEST_SUITE_P(ByTab, Walks,
                                          Walk{L"begin, create", BeginDeploymentDialog, 4, true, false},
                                          Walk{L"begin, create from", BeginDeploymentDialog, 5, true, true},
                                          Walk{L"begin, modify", BeginDeploymentDialog, 6, true, false},
+                                         Walk{L"settings", DeploymentSettingsDialog, 4, false, true},
                                          Walk{L"contact", ProductContactDialog, 4, false, true},
                                          Walk{L"complete", DeploymentCompleteDialog, 4, false, false},
                                          Walk{L"failed", DeploymentFailedDialog, 4, false, false}));
