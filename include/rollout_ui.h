@@ -14,6 +14,7 @@
 
 ROLLOUTUI_PAGE int BeginDeploymentDialog(PageContext* context);
 ROLLOUTUI_PAGE int ProductContactDialog(PageContext* context);
+ROLLOUTUI_PAGE int DeploymentSettingsDialog(PageContext* context);
 ROLLOUTUI_PAGE int DeploymentCompleteDialog(PageContext* context);
 ROLLOUTUI_PAGE int DeploymentFailedDialog(PageContext* context);
 

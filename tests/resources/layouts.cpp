@@ -48,9 +48,9 @@ const BeginLayout beginLayouts[] = {
 
 const std::vector<int>& PageDialogs()
 {
-    static const std::vector<int> dialogs = {IDD_BEGIN_DEPLOYMENT,       IDD_PRODUCT_CONTACT,
-                                             IDD_NOTICE_DESK_FEED_BOARD, IDD_ONLINE_RESOURCES,
-                                             IDD_DEPLOYMENT_COMPLETE,    IDD_DEPLOYMENT_FAILED};
+    static const std::vector<int> dialogs = {
+        IDD_BEGIN_DEPLOYMENT, IDD_PRODUCT_CONTACT,     IDD_DEPLOYMENT_SETTINGS, IDD_NOTICE_DESK_FEED_BOARD,
+        IDD_ONLINE_RESOURCES, IDD_DEPLOYMENT_COMPLETE, IDD_DEPLOYMENT_FAILED};
     return dialogs;
 }
 
@@ -75,11 +75,10 @@ std::vector<DialogLayout> AllLayouts(const CLanguageLibrary& library)
         }
         layouts.push_back({begin.name, IDD_BEGIN_DEPLOYMENT, std::move(dialog)});
     }
-    const std::pair<const char*, int> others[] = {{"contact", IDD_PRODUCT_CONTACT},
-                                                  {"notices", IDD_NOTICE_DESK_FEED_BOARD},
-                                                  {"online resources", IDD_ONLINE_RESOURCES},
-                                                  {"complete", IDD_DEPLOYMENT_COMPLETE},
-                                                  {"failed", IDD_DEPLOYMENT_FAILED}};
+    const std::pair<const char*, int> others[] = {
+        {"contact", IDD_PRODUCT_CONTACT},        {"settings", IDD_DEPLOYMENT_SETTINGS},
+        {"notices", IDD_NOTICE_DESK_FEED_BOARD}, {"online resources", IDD_ONLINE_RESOURCES},
+        {"complete", IDD_DEPLOYMENT_COMPLETE},   {"failed", IDD_DEPLOYMENT_FAILED}};
     for (const auto& [name, id] : others) {
         CDialogModel dialog(library.GetModule(), id);
         ShowFrame(dialog);

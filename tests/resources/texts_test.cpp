@@ -28,6 +28,7 @@ const std::map<int, Placeholders> expectedPlaceholders = {
     {IDS_CANCEL_TEMPLATE, {"%1"}},
     {IDS_FAILURE, {"[LogPath]", "[Reason]"}},
     {IDS_LOCATION_UNUSABLE, {"%s"}},
+    {IDS_LOG_FOLDER_UNUSABLE, {"%s"}},
     {IDS_REPLACE_DEPLOYMENT, {"%s"}},
     {IDS_STEP, {"%s"}},
     {IDS_LOCATION_ACCESS_DENIED, {"%s"}},
