@@ -123,6 +123,16 @@ void PageTest::WarmUp()
         PageContext copy = context;
         (void)page(&copy);
     }
+    {
+        PageContext copy = context;
+        CTabHost tabs;
+        tabs.Open(OnlineResourcesPage, copy);
+        for (const UINT icon : {MB_ICONERROR, MB_ICONWARNING}) {
+            CScript closing;
+            CloseNextBox(closing);
+            MessageBoxW(tabs.GetWindow(), L"w", L"Title", MB_OK | icon);
+        }
+    }
     HWND bar = CreateWindowW(L"ScrollBar", nullptr, 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
     const CWindowDC screen(nullptr);
     DefWindowProcW(bar, WM_CTLCOLORSCROLLBAR, reinterpret_cast<WPARAM>(screen.get()),
