@@ -19,11 +19,6 @@ constexpr int SHORTEST_ROOT = 3; // "C:\"
 constexpr int LONGEST_NEW_FOLDER = 248;
 constexpr int LONGEST_PROBED_FOLDER = MAX_PATH - 14;
 
-CString WithBackslash(const CString& path)
-{
-    return path.GetLength() > 0 && path[path.GetLength() - 1] == L'\\' ? path : path + L'\\';
-}
-
 // Without "." and ".." parts. A path that is too long for the system's buffer stays as it is, for the checks that
 // follow to refuse.
 CString Canonicalize(const CString& path)
@@ -42,7 +37,7 @@ bool Normalize(CString& path)
     if (text.IsEmpty()) {
         return false;
     }
-    path = Canonicalize(WithBackslash(text));
+    path = Canonicalize(WithEndingBackslash(text));
     return true;
 }
 

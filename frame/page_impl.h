@@ -66,6 +66,15 @@ protected:
     // A box of the page, with the product as title.
     int ShowPageBox(const CString& text, UINT type) { return this->MessageBox(text, ProductName(), type); }
 
+    // Puts an edit's whole text under the user's hands, to be typed over.
+    void FocusWholeText(int edit)
+    {
+        const HWND control = this->GetDlgItem(edit);
+        ::SendMessageW(control, EM_SETSEL, 0, -1);
+        ::SendMessageW(control, EM_SCROLLCARET, 0, 0);
+        ::SetFocus(control);
+    }
+
     // The banner shows its own text from the template. Without one it stays a static.
     void InitBanner()
     {

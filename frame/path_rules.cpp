@@ -81,6 +81,11 @@ CString RebuildPath(const CString& path)
     return rebuilt;
 }
 
+CString WithEndingBackslash(const CString& path)
+{
+    return path.GetLength() > 0 && path[path.GetLength() - 1] == L'\\' ? path : path + L'\\';
+}
+
 CString ParentFolder(const CString& folder)
 {
     CString path(folder);

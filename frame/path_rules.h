@@ -19,6 +19,9 @@
 // "C:\a\b\".
 [[nodiscard]] CString RebuildPath(const CString& path);
 
+// The path with a backslash at its end; the empty text gets one too.
+[[nodiscard]] CString WithEndingBackslash(const CString& path);
+
 // The folder above, with its backslash ("C:\a\" for "C:\a\b\"); empty at "C:\", "\\server\" and above.
 [[nodiscard]] CString ParentFolder(const CString& folder);
 

@@ -13,5 +13,6 @@
 
 ROLLOUTUI_PAGE int BeginDeploymentDialog(PageContext* context);
 ROLLOUTUI_PAGE int ProductContactDialog(PageContext* context);
+ROLLOUTUI_PAGE int DeploymentSettingsDialog(PageContext* context);
 ROLLOUTUI_PAGE int DeploymentCompleteDialog(PageContext* context);
 ROLLOUTUI_PAGE int DeploymentFailedDialog(PageContext* context);

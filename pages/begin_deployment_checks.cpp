@@ -133,16 +133,9 @@ bool CBeginDeploymentDialog::CheckName(bool& asked)
         }
     }
     if (!passed) {
-        FocusName();
+        FocusWholeText(IDC_NAME);
     }
     return passed;
-}
-
-void CBeginDeploymentDialog::FocusName()
-{
-    m_name.SetSelAll();
-    m_name.SendMessage(EM_SCROLLCARET);
-    m_name.SetFocus();
 }
 
 void CBeginDeploymentDialog::TakeBrowsedFolder()

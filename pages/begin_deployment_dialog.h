@@ -80,7 +80,6 @@ private:
     bool AreDeploymentPathsShortEnough();
     bool CheckLocation(bool& asked); // `asked`: a question was put
     bool CheckName(bool& asked);
-    void FocusName();
     void TakeBrowsedFolder();
     void StoreChoice();
     void LoadBaseDeployment();

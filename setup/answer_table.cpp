@@ -7,9 +7,8 @@
 namespace {
 
 constexpr AnswerPage PAGES[] = {
-    {L"begin", L"BeginDeploymentDialog", false},
-    {L"contact", L"ProductContactDialog", false},
-    {L"complete", L"DeploymentCompleteDialog", true},
+    {L"begin", L"BeginDeploymentDialog", false},  {L"settings", L"DeploymentSettingsDialog", false},
+    {L"contact", L"ProductContactDialog", false}, {L"complete", L"DeploymentCompleteDialog", true},
     {L"failed", L"DeploymentFailedDialog", true},
 };
 
@@ -23,6 +22,12 @@ constexpr AnswerKey KEYS[] = {
     {L"begin", L"name", AnswerKind::Text, IDC_NAME, nullptr, false},
     {L"begin", L"platform", AnswerKind::Radio, IDC_PLATFORM_X86, L"x86", false},
     {L"begin", L"platform", AnswerKind::Radio, IDC_PLATFORM_X64, L"x64", false},
+    {L"settings", L"network_log", AnswerKind::Check, IDC_NETWORK_LOG, nullptr, false},
+    {L"settings", L"log_folder", AnswerKind::Path, IDC_LOG_FOLDER, nullptr, false},
+    {L"settings", L"keep_copy", AnswerKind::Check, IDC_SETTINGS_OPTION, nullptr, false},
+    {L"settings", L"install_mode", AnswerKind::Radio, IDC_INSTALL_SILENT, L"silent", false},
+    {L"settings", L"install_mode", AnswerKind::Radio, IDC_INSTALL_PROGRESS, L"progress", false},
+    {L"settings", L"mc3", AnswerKind::Check, IDC_MC3, nullptr, false},
 };
 
 constexpr AnswerBox BOXES[] = {
@@ -36,6 +41,8 @@ constexpr AnswerBox BOXES[] = {
     {L"begin", BoxKind::Refusal, nullptr, L"location", IDS_PATH_TOO_LONG},
     {L"begin", BoxKind::Refusal, nullptr, L"name", IDS_NAME_INVALID},
     {L"begin", BoxKind::Refusal, nullptr, L"platform", IDS_PLATFORM_NOT_ALLOWED},
+    {L"settings", BoxKind::Question, L"doubtful_log_folder", L"log_folder", IDS_LOG_FOLDER_UNUSABLE},
+    {L"settings", BoxKind::Refusal, nullptr, L"log_folder", IDS_LOG_FOLDER_NOT_NETWORK},
 };
 
 template <class Row, std::size_t COUNT>

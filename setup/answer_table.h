@@ -17,6 +17,7 @@ enum class AnswerKind
     Text,     // an edit
     Path,     // an edit with a path; a relative one counts from the folder of the answers file
     Radio,    // one of several buttons: a row a choice, all of one word
+    Check,    // a check box: "yes" or "no"
     ListLine, // a line of a list box, by its text
 };
 

@@ -6,6 +6,9 @@ namespace {
 
 CString Choices(const AnswerKey& key)
 {
+    if (key.kind == AnswerKind::Check) {
+        return L"yes, no";
+    }
     CString list;
     for (const AnswerKey& row : AnswerKeys()) {
         if (CString(row.section) == key.section && CString(row.word) == key.word) {
@@ -43,9 +46,17 @@ CString KnownKeys(const AnswerPage& page)
     return list + LEAVE_KEY;
 }
 
-bool IsYes(const CString& value)
+// What a row of a word says to a value: any text, one choice, or yes and no.
+bool TakesValue(const AnswerKey& row, const CString& value)
 {
-    return value == L"yes";
+    switch (row.kind) {
+    case AnswerKind::Radio:
+        return value == row.choice;
+    case AnswerKind::Check:
+        return value == L"yes" || value == L"no";
+    default:
+        return true;
+    }
 }
 
 // Joins one answer after the other; a later one of the same key wins over an earlier one.
@@ -141,7 +152,7 @@ private:
         for (const AnswerKey& row : AnswerKeys()) {
             if (CString(row.section) == page.pPage->section && key == row.word) {
                 known = &row;
-                if (row.kind != AnswerKind::Radio || value == row.choice) {
+                if (TakesValue(row, value)) {
                     picked = &row;
                 }
             }
@@ -220,6 +231,11 @@ CString CollapseDots(const CString& path)
 }
 
 } // namespace
+
+bool IsYes(const CString& value)
+{
+    return value == L"yes";
+}
 
 const PageAnswers* Answers::Find(const CString& section) const
 {

@@ -15,6 +15,9 @@ struct AnswerOrigin
     int nLine = 0;     // 0: no line
 };
 
+// "yes", of the two words that a check box or a question takes.
+bool IsYes(const CString& value);
+
 struct PageAnswer
 {
     const AnswerKey* pKey = nullptr;

@@ -148,6 +148,9 @@ StepOutcome CUnattendedPages::Enter(const PageAnswer& answer)
     case AnswerKind::Radio:
         entered = control.Click();
         break;
+    case AnswerKind::Check:
+        entered = control.SetChecked(IsYes(answer.strValue));
+        break;
     case AnswerKind::ListLine: {
         const CListControl list(m_hPage, id);
         entered = list.Select(answer.strValue);
@@ -163,10 +166,12 @@ StepOutcome CUnattendedPages::Enter(const PageAnswer& answer)
 StepOutcome CUnattendedPages::CheckEntered(const PageAnswer& answer)
 {
     const CControl control(m_hPage, static_cast<int>(answer.pKey->control));
-    if (m_failure || answer.pKey->kind != AnswerKind::Radio || !control.IsVisible()) {
+    const AnswerKind kind = answer.pKey->kind;
+    if (m_failure || (kind != AnswerKind::Radio && kind != AnswerKind::Check) || !control.IsVisible()) {
         return StepOutcome::Done();
     }
-    return Until(control.IsChecked(), L"the click has no effect yet");
+    const bool wanted = kind == AnswerKind::Radio || IsYes(answer.strValue);
+    return Until(control.IsChecked() == wanted, L"the click has no effect yet");
 }
 
 StepOutcome CUnattendedPages::PressLeave()

@@ -39,7 +39,8 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Languages, SidePanes, testing::ValuesIn(BuiltLanguages()), TestNameOfLanguage);
 
 const std::set<std::string> pageFiles = {"BeginDeployment.html", "DeploymentComplete.html",
-                                         "DeploymentFailed.html", "ProductContact.html"};
+                                         "DeploymentFailed.html", "DeploymentSettings.html",
+                                         "ProductContact.html"};
 
 CString Wide(const std::string& ascii)
 {

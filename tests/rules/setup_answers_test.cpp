@@ -224,6 +224,19 @@ TEST(SetupFormats, OtherTextsDoNotMatch)
     EXPECT_FALSE(MatchesFormat(L"", L"x"));
 }
 
+TEST(SetupAnswers, CheckBoxesTakeYesAndNoAndNothingElse)
+{
+    for (const wchar_t* value : {L"yes", L"no"}) {
+        const Answers answers = Joined(Sources().Set(L"settings", L"network_log", value));
+        ASSERT_EQ(answers.Find(L"settings")->entries.size(), 1u);
+        EXPECT_EQ(IsYes(answers.Find(L"settings")->entries[0].strValue), CString(value) == L"yes");
+    }
+    for (const wchar_t* value : {L"", L"Yes", L"on", L"1"}) {
+        const CString error = Refused(Sources().Set(L"settings", L"network_log", value));
+        EXPECT_NE(error.Find(L"Known are: yes, no."), -1) << Utf8(error);
+    }
+}
+
 TEST(SetupAnswerTable, EveryRowBelongsToAKnownPage)
 {
     for (const AnswerKey& key : AnswerKeys()) {
