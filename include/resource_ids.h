@@ -101,7 +101,7 @@
 #define IDS_CANCEL_DEPLOYMENT 420
 #define IDS_COMPLETE_LINE2 430
 #define IDS_LOG_FOLDER_NOT_NETWORK 432
-#define IDS_LOG_FOLDER_UNUSABLE 433 // %s: folder
+#define IDS_LOG_FOLDER_UNUSABLE 433    // %s: folder
 #define IDS_COMPLETE_TEXT 507          // HTML
 #define IDS_REPLACE_DEPLOYMENT 521     // %s: name
 #define IDS_LOCATION_ACCESS_DENIED 524 // %s: location

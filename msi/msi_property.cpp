@@ -35,7 +35,11 @@ bool ReadTableValue(InstallerHandle database, const wchar_t* table, const wchar_
         return false;
     }
     DWORD size = capacity;
-    return MsiRecordGetStringW(record.get(), 1, buffer, &size) == ERROR_SUCCESS;
+    const UINT result = MsiRecordGetStringW(record.get(), 1, buffer, &size);
+    if (result == ERROR_MORE_DATA && capacity > 0) {
+        buffer[capacity - 1] = L'\0'; // not every version of the service ends what it cuts
+    }
+    return result == ERROR_SUCCESS;
 }
 
 CString ReadProperty(InstallerHandle database, const wchar_t* name)

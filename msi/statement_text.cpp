@@ -1,5 +1,8 @@
 #include "msi/statement_text.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 bool IsPlaceholder(const wchar_t* text)
@@ -9,24 +12,46 @@ bool IsPlaceholder(const wchar_t* text)
 
 } // namespace
 
+StatementValue::StatementValue(int number)
+{
+    wchar_t* digit = std::end(m_digits) - 1;
+    const bool isNegative = number < 0;
+    unsigned int rest =
+        isNegative ? 0u - static_cast<unsigned int>(number) : static_cast<unsigned int>(number);
+    do {
+        *--digit = static_cast<wchar_t>(L'0' + rest % 10);
+        rest /= 10;
+    } while (rest > 0);
+    if (isNegative) {
+        *--digit = L'-';
+    }
+    m_length = static_cast<int>(std::end(m_digits) - 1 - digit);
+    std::copy_n(digit, m_length, m_digits);
+    m_digits[m_length] = L'\0';
+}
+
 CString FillStatement(const wchar_t* statement, std::initializer_list<StatementValue> values)
 {
+    int longest = TextLength(statement);
+    for (const StatementValue& value : values) {
+        longest += value.GetLength();
+    }
+    // One buffer for the whole: statements are built by the ten thousand.
     CString filled;
+    wchar_t* end = filled.GetBuffer(longest);
+    const wchar_t* const start = end;
     auto value = values.begin();
     while (*statement) {
-        if (IsPlaceholder(statement)) {
-            if (value != values.end()) {
-                filled += (value++)->GetText();
-            }
-            statement += 2;
+        if (!IsPlaceholder(statement)) {
+            *end++ = *statement++;
             continue;
         }
-        int plain = 1;
-        while (statement[plain] && !IsPlaceholder(statement + plain)) {
-            ++plain;
+        if (value != values.end()) {
+            end = std::copy_n(value->GetText(), value->GetLength(), end);
+            ++value;
         }
-        filled.Append(statement, plain);
-        statement += plain;
+        statement += 2;
     }
+    filled.ReleaseBuffer(static_cast<int>(end - start));
     return filled;
 }

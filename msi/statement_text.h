@@ -5,16 +5,21 @@
 
 #include <initializer_list>
 
-// What goes in for one placeholder: a text as it is, up to its first zero, or a number in decimal digits.
+// What goes in for one placeholder: a text as it is, up to its first zero, or a number in decimal digits. Borrows the
+// text, and so lives no longer than the call that it is made for.
 class StatementValue
 {
 public:
-    StatementValue(const CString& text) : m_text(text) {}
-    StatementValue(int number) : m_text(NumberText(number)) {}
-    const wchar_t* GetText() const { return m_text; }
+    StatementValue(const CString& text) : m_text(text), m_length(TextLength(text)) {}
+    StatementValue(int number);
+
+    const wchar_t* GetText() const { return m_text ? m_text : m_digits; }
+    int GetLength() const { return m_length; }
 
 private:
-    CString m_text;
+    const wchar_t* m_text = nullptr; // null for a number
+    int m_length = 0;
+    wchar_t m_digits[12] = L""; // room for the least number of 32 bits
 };
 
 // Replaces each "%s" and "%d" of the template, in their order, by a value of any length. Nothing is quoted or escaped,

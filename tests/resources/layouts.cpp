@@ -49,7 +49,8 @@ const BeginLayout beginLayouts[] = {
 const std::vector<int>& PageDialogs()
 {
     static const std::vector<int> dialogs = {IDD_BEGIN_DEPLOYMENT, IDD_PRODUCT_CONTACT,
-                                             IDD_DEPLOYMENT_COMPLETE, IDD_DEPLOYMENT_FAILED};
+                                             IDD_DEPLOYMENT_SETTINGS, IDD_DEPLOYMENT_COMPLETE,
+                                             IDD_DEPLOYMENT_FAILED};
     return dialogs;
 }
 
@@ -69,6 +70,7 @@ std::vector<DialogLayout> AllLayouts(const CLanguageLibrary& library)
         layouts.push_back({begin.name, IDD_BEGIN_DEPLOYMENT, std::move(dialog)});
     }
     const std::pair<const char*, int> others[] = {{"contact", IDD_PRODUCT_CONTACT},
+                                                  {"settings", IDD_DEPLOYMENT_SETTINGS},
                                                   {"complete", IDD_DEPLOYMENT_COMPLETE},
                                                   {"failed", IDD_DEPLOYMENT_FAILED}};
     for (const auto& [name, id] : others) {

@@ -1,0 +1,367 @@
+// What the service can refuse, for rows and properties: each failure is plain false, and no handle stays open. Each test
+// of this file ends with the fixture's count of open handles.
+#include "host/database.h"
+#include "msi/msi_property.h"
+#include "msi/msi_rows.h"
+#include "tests/msi/database_fixture.h"
+
+#include <memory>
+#include <string>
+
+namespace {
+
+struct RowKind
+{
+    const char* name;
+    const wchar_t* table;
+    std::unique_ptr<IMsiWriter> (*make)(const wchar_t* key);
+};
+
+std::unique_ptr<IMsiWriter> MakeComponent(const wchar_t* key)
+{
+    auto row = std::make_unique<ComponentData>();
+    row->Component = key;
+    row->Directory_ = L"dir";
+    return row;
+}
+std::unique_ptr<IMsiWriter> MakeDirectory(const wchar_t* key)
+{
+    auto row = std::make_unique<DirectoryData>();
+    row->Directory = key;
+    row->DefaultDir = L"name";
+    return row;
+}
+std::unique_ptr<IMsiWriter> MakeCreateFolder(const wchar_t* key)
+{
+    auto row = std::make_unique<CreateFolderData>();
+    row->Directory_ = key;
+    row->Component_ = L"comp";
+    return row;
+}
+std::unique_ptr<IMsiWriter> MakeFeature(const wchar_t* key)
+{
+    auto row = std::make_unique<FeatureData>();
+    row->Feature = key;
+    return row;
+}
+std::unique_ptr<IMsiWriter> MakeFeatureComponents(const wchar_t* key)
+{
+    auto row = std::make_unique<FeatureComponentsData>();
+    row->Feature_ = key;
+    row->Component_ = L"comp";
+    return row;
+}
+std::unique_ptr<IMsiWriter> MakeFile(const wchar_t* key)
+{
+    auto row = std::make_unique<FileData>();
+    row->File = key;
+    row->Component_ = L"comp";
+    row->FileName = L"name";
+    return row;
+}
+std::unique_ptr<IMsiWriter> MakeShortcut(const wchar_t* key)
+{
+    auto row = std::make_unique<ShortcutData>();
+    row->Shortcut = key;
+    row->Directory_ = L"dir";
+    row->Component_ = L"comp";
+    row->Target = L"target";
+    row->Name = L"name";
+    return row;
+}
+std::unique_ptr<IMsiWriter> MakeCustomFile(const wchar_t* key)
+{
+    auto row = std::make_unique<CustomFileData>();
+    row->Component_ = key;
+    row->SourceFileName = L"name";
+    return row;
+}
+std::unique_ptr<IMsiWriter> MakeCustomAction(const wchar_t* key)
+{
+    auto row = std::make_unique<CustomActionData>();
+    row->Action = key;
+    return row;
+}
+std::unique_ptr<IMsiWriter> MakeSequence(const wchar_t* key)
+{
+    auto row = std::make_unique<InstallExecuteSequenceData>();
+    row->Action = key;
+    return row;
+}
+
+const RowKind KINDS[] = {
+    {"Component", L"Component", MakeComponent},
+    {"Directory", L"Directory", MakeDirectory},
+    {"CreateFolder", L"CreateFolder", MakeCreateFolder},
+    {"Feature", L"Feature", MakeFeature},
+    {"FeatureComponents", L"FeatureComponents", MakeFeatureComponents},
+    {"File", L"File", MakeFile},
+    {"Shortcut", L"Shortcut", MakeShortcut},
+    {"TarnCustomFile", L"TarnCustomFile", MakeCustomFile},
+    {"CustomAction", L"CustomAction", MakeCustomAction},
+    {"InstallExecuteSequence", L"InstallExecuteSequence", MakeSequence},
+};
+
+void PrintTo(const RowKind& kind, std::ostream* stream)
+{
+    *stream << kind.name;
+}
+
+constexpr MsiRowAction ACTIONS[] = {MsiRowAction::Insert, MsiRowAction::Update, MsiRowAction::Delete};
+
+class RowFailureTest : public DatabaseTest, public testing::WithParamInterface<RowKind>
+{
+protected:
+    // The actions that come out true, of a fresh row each.
+    std::string Successes(InstallerHandle database, const wchar_t* key = L"key")
+    {
+        std::string names;
+        for (const MsiRowAction action : ACTIONS) {
+            const auto row = GetParam().make(key);
+            row->m_action = action;
+            if (row->Execute(database)) {
+                names += action == MsiRowAction::Insert   ? "insert "
+                         : action == MsiRowAction::Update ? "update "
+                                                          : "delete ";
+            }
+        }
+        return names;
+    }
+    CString Table() const { return GetParam().table; }
+};
+
+INSTANTIATE_TEST_SUITE_P(Rows, RowFailureTest, testing::ValuesIn(KINDS),
+                         [](const auto& information) { return std::string(information.param.name); });
+
+} // namespace
+
+// The other tests would prove nothing if this one failed.
+TEST_P(RowFailureTest, OnAGoodDatabaseAnInsertSucceeds)
+{
+    EXPECT_NE(Successes(Database()).find("insert"), std::string::npos);
+}
+
+TEST_P(RowFailureTest, NoActionSucceedsOnHandleZero)
+{
+    EXPECT_EQ(Successes(0), "");
+}
+
+TEST_P(RowFailureTest, NoActionSucceedsOnAClosedDatabase)
+{
+    MsiHandle database;
+    const ScratchFolder folder(L"closed");
+    ASSERT_EQ(MsiOpenDatabaseW(folder + L"Zolt.msi", MSIDBOPEN_CREATE, database.Receive()), 0u);
+    const InstallerHandle closed = database.get();
+    database.Close();
+    EXPECT_EQ(Successes(closed), "");
+}
+
+TEST_P(RowFailureTest, NoActionSucceedsOnAHandleThatIsNoDatabase)
+{
+    const CInstallerHandle record(MsiCreateRecord(1));
+    EXPECT_EQ(Successes(record.get()), "");
+}
+
+TEST_P(RowFailureTest, NoActionSucceedsWithoutTheTable)
+{
+    Run(L"DROP TABLE `" + Table() + L"`");
+    EXPECT_EQ(Successes(Database()), "");
+}
+
+TEST_P(RowFailureTest, NoActionSucceedsWithoutTheColumn)
+{
+    Run(L"DROP TABLE `" + Table() + L"`");
+    Run(L"CREATE TABLE `" + Table() + L"` (`Other` CHAR(72) NOT NULL PRIMARY KEY `Other`)");
+    EXPECT_EQ(Successes(Database()), "");
+    EXPECT_EQ(Select(L"SELECT * FROM `" + Table() + L"`"), ::Rows());
+}
+
+TEST_P(RowFailureTest, NoActionSucceedsWithAnApostropheInTheKey)
+{
+    EXPECT_EQ(Successes(Database(), L"it's"), "");
+    EXPECT_EQ(Select(L"SELECT * FROM `" + Table() + L"`"), ::Rows());
+}
+
+// Wine takes the row into its memory and says so; Windows refuses it.
+TEST_P(RowFailureTest, OnAReadOnlyDatabaseAnInsertGivesWhatTheServiceGives)
+{
+    ReopenReadOnly();
+    const bool serviceTakesIt =
+        RunSql(Database(), L"INSERT INTO `TarnDirectoryMap` (`Directory_`) VALUES ('x')") == 0;
+    EXPECT_EQ(Successes(Database()).find("insert") == 0, serviceTakesIt);
+}
+
+TEST_P(RowFailureTest, NothingThatWasDoneToAReadOnlyDatabaseIsInItsFile)
+{
+    ReopenReadOnly();
+    static_cast<void>(Successes(Database()));
+    ReopenFile();
+    EXPECT_EQ(Select(L"SELECT * FROM `" + Table() + L"`"), ::Rows());
+}
+
+// ---- walking -----------------------------------------------------------------------------------------------------
+
+namespace {
+
+class CursorFailureTest : public DatabaseTest
+{
+protected:
+    bool Walks(InstallerHandle database, const wchar_t* query)
+    {
+        MsiRowCursor cursor(database, query, 7);
+        TarnDirectoryMapData row;
+        return cursor.Next(row) || cursor.Next(row); // the second must be harmless
+    }
+};
+
+constexpr const wchar_t* MAP_QUERY = L"SELECT * FROM `TarnDirectoryMap`";
+
+} // namespace
+
+TEST_F(CursorFailureTest, AQueryOnHandleZeroHasNoRows)
+{
+    EXPECT_FALSE(Walks(0, MAP_QUERY));
+}
+
+TEST_F(CursorFailureTest, AQueryOnAMissingTableHasNoRows)
+{
+    Run(L"DROP TABLE `TarnDirectoryMap`");
+    EXPECT_FALSE(Walks(Database(), MAP_QUERY));
+}
+
+TEST_F(CursorFailureTest, AQueryOfABadColumnHasNoRows)
+{
+    EXPECT_FALSE(Walks(Database(), L"SELECT `Nothing` FROM `TarnDirectoryMap`"));
+}
+
+TEST_F(CursorFailureTest, AQueryThatIsNoneHasNoRows)
+{
+    EXPECT_FALSE(Walks(Database(), L"SELEKT"));
+}
+
+TEST_F(CursorFailureTest, AWalkThatIsLeftEarlyClosesItsViewAndRecord)
+{
+    Run(L"INSERT INTO `TarnDirectoryMap` (`Directory_`,`Flags`) VALUES ('a',0)");
+    Run(L"INSERT INTO `TarnDirectoryMap` (`Directory_`,`Flags`) VALUES ('b',0)");
+    MsiRowCursor cursor(Database(), MAP_QUERY, 7);
+    TarnDirectoryMapData row;
+    EXPECT_TRUE(cursor.Next(row));
+}
+
+// ---- properties --------------------------------------------------------------------------------------------------
+
+namespace {
+
+class PropertyFailureTest : public DatabaseTest
+{
+protected:
+    bool ReadsTable(InstallerHandle database, const wchar_t* table, const wchar_t* key)
+    {
+        wchar_t buffer[100] = L"";
+        return ReadTableValue(database, table, key, buffer, 100);
+    }
+    // All three at once: none may succeed or give anything.
+    void ExpectNothing(InstallerHandle database, const wchar_t* name)
+    {
+        EXPECT_FALSE(ReadsTable(database, L"Property", name));
+        EXPECT_EQ(ReadProperty(database, name), CString());
+        EXPECT_FALSE(WriteProperty(database, name, L"value"));
+    }
+};
+
+} // namespace
+
+TEST_F(PropertyFailureTest, HandleZeroGivesNothing)
+{
+    ExpectNothing(0, L"A");
+}
+
+TEST_F(PropertyFailureTest, AClosedDatabaseGivesNothing)
+{
+    MsiHandle database;
+    const ScratchFolder folder(L"closed");
+    ASSERT_EQ(MsiOpenDatabaseW(folder + L"Zolt.msi", MSIDBOPEN_CREATE, database.Receive()), 0u);
+    const InstallerHandle closed = database.get();
+    database.Close();
+    ExpectNothing(closed, L"A");
+}
+
+TEST_F(PropertyFailureTest, AHandleThatIsNoDatabaseGivesNothing)
+{
+    const CInstallerHandle record(MsiCreateRecord(1));
+    ExpectNothing(record.get(), L"A");
+}
+
+TEST_F(PropertyFailureTest, ADatabaseWithoutTheTableGivesNothing)
+{
+    Run(L"DROP TABLE `Property`");
+    ExpectNothing(Database(), L"A");
+}
+
+TEST_F(PropertyFailureTest, ATableWithoutTheColumnGivesNothing)
+{
+    Run(L"DROP TABLE `Property`");
+    Run(L"CREATE TABLE `Property` (`Property` CHAR(72) NOT NULL, `Other` CHAR(72) PRIMARY KEY `Property`)");
+    Run(L"INSERT INTO `Property` (`Property`,`Other`) VALUES ('A','x')");
+    EXPECT_FALSE(ReadsTable(Database(), L"Property", L"A"));
+    EXPECT_EQ(ReadProperty(Database(), L"A"), CString());
+    EXPECT_FALSE(WriteProperty(Database(), L"A", L"value"));
+}
+
+TEST_F(PropertyFailureTest, ANameWithAnApostropheGivesNothing)
+{
+    ExpectNothing(Database(), L"it's");
+    EXPECT_EQ(Select(L"SELECT * FROM `Property`"), Rows());
+}
+
+TEST_F(PropertyFailureTest, ATableNameWithABackquoteGivesNothing)
+{
+    EXPECT_FALSE(ReadsTable(Database(), L"Property`", L"A"));
+}
+
+TEST_F(PropertyFailureTest, AReadOnlyDatabaseIsReadAndItsFileIsNotWritten)
+{
+    ASSERT_TRUE(WriteProperty(Database(), L"A", L"1"));
+    ReopenReadOnly();
+    EXPECT_EQ(ReadProperty(Database(), L"A"), CString(L"1"));
+    const bool serviceTakesIt =
+        RunSql(Database(), L"INSERT INTO `Property` (`Property`,`Value`) VALUES ('C','3')") == 0;
+    EXPECT_EQ(WriteProperty(Database(), L"B", L"2"), serviceTakesIt); // in memory, on Wine
+    ReopenFile();
+    EXPECT_EQ(Select(L"SELECT * FROM `Property`"), (Rows{{L"A", L"1"}}));
+}
+
+// There is no way back once the old row is deleted.
+TEST_F(PropertyFailureTest, AWriteThatFailsHasDeletedTheOldValue)
+{
+    ASSERT_TRUE(WriteProperty(Database(), L"A", L"1"));
+    EXPECT_FALSE(WriteProperty(Database(), L"A", CString()));
+    EXPECT_EQ(Select(L"SELECT * FROM `Property`"), Rows());
+}
+
+TEST_F(PropertyFailureTest, AClosedRecordLeavesTheTargetAlone)
+{
+    CInstallerHandle record(MsiCreateRecord(1));
+    ASSERT_EQ(MsiRecordSetStringW(record.get(), 1, L"text"), 0u);
+    const InstallerHandle closed = record.get();
+    record.reset();
+    CString text = L"kept";
+    EXPECT_TRUE(ReadRecordText(closed, 1, text)); // it has no data, as a null column has none
+    EXPECT_EQ(text, CString(L"kept"));
+}
+
+// A stream has a size and is no text. Wine reads it as an empty one without a failure.
+TEST_F(PropertyFailureTest, AStreamIsReadAsTheServiceAnswersAndEmpty)
+{
+    const ScratchFolder folder(L"stream");
+    WriteFileBytes(folder + L"stream.bin", "12345678");
+    const CInstallerHandle record(MsiCreateRecord(1));
+    ASSERT_EQ(MsiRecordSetStreamW(record.get(), 1, folder + L"stream.bin"), 0u);
+    ASSERT_GT(MsiRecordDataSize(record.get(), 1), 0u);
+    wchar_t buffer[20] = L"";
+    DWORD size = 20;
+    const UINT answer = MsiRecordGetStringW(record.get(), 1, buffer, &size);
+    CString text;
+    EXPECT_EQ(ReadRecordText(record.get(), 1, text), answer == ERROR_SUCCESS);
+    EXPECT_EQ(text, CString());
+}

@@ -1,0 +1,542 @@
+// What a user adds, on a product of opened media: real rows, real properties.
+#include "host/database.h"
+#include "include/product.h"
+#include "msi/msi_property.h"
+#include "msi/user_file_writer.h"
+#include "tests/msi/database_fixture.h"
+#include "window/handle.h"
+
+#include <winioctl.h>
+
+namespace {
+
+class UserFileTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        g_bUserFeatureExists = false; // as in a module that was just loaded
+        MakeMedia(media);
+        host = OpenHost(media, work);
+        ASSERT_TRUE(host);
+        product = host->GetSetupManager().m_pProducts->at(0);
+        writer = UserFileWriter(product, product->GetMsiHandle());
+        Run(L"DELETE FROM `File` WHERE `File`='a'"); // the package's own
+        Run(L"DELETE FROM `File` WHERE `File`='b'");
+    }
+    void TearDown() override
+    {
+        host.reset();
+        EXPECT_EQ(MsiCloseAllHandles(), 0u) << "installer handles were left open";
+    }
+
+    MSIHANDLE Database() const { return writer.Database; }
+    Rows Select(const CString& query) { return ::Select(Database(), query); }
+    void Run(const CString& statement) { ASSERT_EQ(RunSql(Database(), statement), 0u) << Utf8(statement); }
+    void Drop(const wchar_t* table) { Run(CString(L"DROP TABLE `") + table + L"`"); }
+
+    CString Source(const wchar_t* name, const std::string& bytes = "12345")
+    {
+        const CString path = static_cast<const CString&>(sources) + name;
+        WriteFileBytes(path, bytes);
+        return path;
+    }
+    CString AddFile(const wchar_t* name)
+    {
+        CString key;
+        EXPECT_TRUE(writer.AddUserFile(Source(name), L"INSTALLDIR", key));
+        return key;
+    }
+    CString AddFolder(const wchar_t* name, const wchar_t* parent = L"INSTALLDIR")
+    {
+        CString key;
+        EXPECT_TRUE(writer.AddUserFolder(name, parent, key));
+        return key;
+    }
+    CString AddDrive(const wchar_t* drive)
+    {
+        CString key;
+        EXPECT_TRUE(writer.AddUserDrive(drive, key));
+        return key;
+    }
+    // The tables of the user's rows that hold something, in the order of writing.
+    CString FilledTables()
+    {
+        CString names;
+        for (const wchar_t* table : {L"File", L"Component", L"FeatureComponents", L"CreateFolder",
+                                     L"CustomAction", L"InstallExecuteSequence", L"TarnCustomFile"}) {
+            if (HasTable(Database(), table) && !Select(CString(L"SELECT * FROM `") + table + L"`").empty()) {
+                names += CString(table) + L" ";
+            }
+        }
+        const Rows folders = Select(L"SELECT `Directory` FROM `Directory`");
+        for (const Row& row : folders) {
+            if (row[0].Left(5) == L"TARN_") {
+                names = L"Directory " + names;
+                break;
+            }
+        }
+        return names;
+    }
+    CString SequenceOf(const CString& key)
+    {
+        const Rows rows = Select(L"SELECT `Sequence` FROM `File` WHERE `File`='" + key + L"'");
+        return rows.size() == 1 ? rows[0][0] : CString(L"(none)");
+    }
+
+    ScratchFolder work{L"work"};
+    ScratchFolder media{L"media"};
+    ScratchFolder sources{L"sources"};
+    HostOwner host;
+    CProduct* product = nullptr;
+    UserFileWriter writer;
+};
+
+CString WithHyphens(const CString& key)
+{
+    CString guid = key.Mid(5);
+    guid.Replace(L'_', L'-');
+    return guid;
+}
+
+} // namespace
+
+// ---- the feature -------------------------------------------------------------------------------------------------
+
+TEST_F(UserFileTest, TheFirstFileWritesTheFeatureAndTheNextWritesNone)
+{
+    AddFile(L"a.txt");
+    const Rows one = {{L"_UserDeploymentFile", NULL_VALUE, L"User Deployment Files",
+                       L"User deployment files.", L"0", L"1", L"INSTALLDIR", L"16"}};
+    const CString query = L"SELECT * FROM `Feature` WHERE `Feature`='_UserDeploymentFile'";
+    EXPECT_EQ(Select(query), one);
+    AddFile(L"b.txt");
+    EXPECT_EQ(Select(query), one);
+}
+
+TEST_F(UserFileTest, AFeatureThatIsThereIsFoundAndNotChanged)
+{
+    Run(L"INSERT INTO `Feature` (`Feature`,`Level`,`Attributes`) VALUES ('_UserDeploymentFile',5,0)");
+    AddFolder(L"folder");
+    EXPECT_TRUE(g_bUserFeatureExists);
+    EXPECT_EQ(Select(L"SELECT `Level`,`Title` FROM `Feature` WHERE `Feature`='_UserDeploymentFile'"),
+              (Rows{{L"5", NULL_VALUE}}));
+}
+
+// On purpose: the flag is the module's, the database the product's.
+TEST_F(UserFileTest, ASecondProductGetsNoFeatureInTheSameRun)
+{
+    AddFile(L"a.txt");
+    CProduct* pack = product->GetLPChildren().at(0);
+    UserFileWriter second(pack, pack->GetMsiHandle());
+    CString key;
+    EXPECT_TRUE(second.AddUserFile(Source(L"b.txt"), L"INSTALLDIR", key));
+    EXPECT_EQ(::Select(pack->GetMsiHandle(), L"SELECT `Feature` FROM `Feature` WHERE `Level`=1"),
+              (Rows{{L"Main"}}));
+    EXPECT_EQ(::Select(pack->GetMsiHandle(), L"SELECT `Feature_` FROM `FeatureComponents`"),
+              (Rows{{L"_UserDeploymentFile"}}));
+}
+
+TEST_F(UserFileTest, AProductWithoutAFeatureManagerGetsTheFeatureToo)
+{
+    CFeatureManager* manager = std::exchange(product->m_pFeatureManager, nullptr);
+    AddFile(L"a.txt");
+    product->m_pFeatureManager = manager;
+    EXPECT_EQ(Select(L"SELECT `Level` FROM `Feature` WHERE `Feature`='_UserDeploymentFile'"), (Rows{{L"1"}}));
+}
+
+TEST_F(UserFileTest, WithoutAFeatureNothingIsAddedAndTheNextTryTriesAgain)
+{
+    Drop(L"Feature");
+    CString key = L"kept";
+    EXPECT_FALSE(writer.AddUserFile(Source(L"a.txt"), L"INSTALLDIR", key));
+    EXPECT_FALSE(writer.AddUserFolder(L"folder", L"INSTALLDIR", key));
+    EXPECT_FALSE(g_bUserFeatureExists);
+    EXPECT_EQ(key, CString(L"kept"));
+    EXPECT_EQ(FilledTables(), CString());
+}
+
+// ---- keys --------------------------------------------------------------------------------------------------------
+
+TEST_F(UserFileTest, AKeyHas41CharactersAndNoHyphenAndTheComponentItsGuidInBraces)
+{
+    const CString key = AddFile(L"a.txt");
+    EXPECT_EQ(key.GetLength(), 41) << Utf8(key);
+    EXPECT_EQ(key.Left(5), CString(L"TARN_"));
+    EXPECT_EQ(key.Find(L'-'), -1) << Utf8(key);
+    EXPECT_EQ(key, CString(key).MakeUpper());
+    EXPECT_EQ(Select(L"SELECT `ComponentId` FROM `Component`"), (Rows{{L"{" + WithHyphens(key) + L"}"}}));
+}
+
+TEST_F(UserFileTest, TheKeyOfAParentMayLieInTheTextThatTakesTheNewOne)
+{
+    CString key = AddFolder(L"folder");
+    const CString parent = key;
+    EXPECT_TRUE(writer.AddUserFile(Source(L"a.txt"), key, key));
+    EXPECT_EQ(Select(L"SELECT `Directory_` FROM `CreateFolder` WHERE `Component_`='" + key + L"'"),
+              (Rows{{parent}}));
+}
+
+// ---- files -------------------------------------------------------------------------------------------------------
+
+TEST_F(UserFileTest, AFileIsARowInEachOfFiveTables)
+{
+    product->m_fileSequence = 7;
+    product->m_x64Marker = 0;
+    const CString source = Source(L"It's a file.txt", "12345");
+    CString key;
+    ASSERT_TRUE(writer.AddUserFile(source, L"INSTALLDIR", key));
+    EXPECT_EQ(Select(L"SELECT * FROM `File`"), (Rows{{key, key, L"It's a file.txt|It's a file.txt", L"5",
+                                                      NULL_VALUE, NULL_VALUE, L"0", L"8"}}));
+    EXPECT_EQ(Select(L"SELECT * FROM `Component`"),
+              (Rows{{key, L"{" + WithHyphens(key) + L"}", L"INSTALLDIR", L"0", NULL_VALUE, NULL_VALUE}}));
+    EXPECT_EQ(Select(L"SELECT * FROM `FeatureComponents`"), (Rows{{L"_UserDeploymentFile", key}}));
+    EXPECT_EQ(Select(L"SELECT * FROM `CreateFolder`"), (Rows{{L"INSTALLDIR", key}}));
+    EXPECT_EQ(Select(L"SELECT * FROM `TarnCustomFile`"), (Rows{{key, source, L"0"}}));
+}
+
+TEST_F(UserFileTest, ComponentsAre64BitExactlyWhenTheMarkerIsAboveZero)
+{
+    for (const int marker : {-1, 0, 1, 2}) {
+        product->m_x64Marker = marker;
+        const CString key = AddFile(L"a.txt");
+        EXPECT_EQ(Select(L"SELECT `Attributes` FROM `Component` WHERE `Component`='" + key + L"'"),
+                  (Rows{{marker > 0 ? L"256" : L"0"}}))
+            << marker;
+    }
+}
+
+TEST_F(UserFileTest, AFileInTheCurrentFolderGetsItsShortName)
+{
+    wchar_t before[MAX_PATH] = L"";
+    GetCurrentDirectoryW(MAX_PATH, before);
+    const CString source = Source(L"A long file name.text");
+    SetCurrentDirectoryW(static_cast<const CString&>(sources));
+    wchar_t shortName[MAX_PATH] = L"";
+    const DWORD length = GetShortPathNameW(L"A long file name.text", shortName, MAX_PATH);
+    CString key;
+    EXPECT_TRUE(writer.AddUserFile(source, L"INSTALLDIR", key));
+    SetCurrentDirectoryW(before);
+    ASSERT_LT(length, 21u);
+    EXPECT_EQ(Select(L"SELECT `FileName` FROM `File`"),
+              (Rows{{CString(shortName) + L"|A long file name.text"}}));
+}
+
+TEST_F(UserFileTest, ASourceThatCanNotBeOpenedHasTheSize0AndIsStillWritten)
+{
+    CString key;
+    EXPECT_TRUE(writer.AddUserFile(L"Q:\\gone\\a.txt", L"INSTALLDIR", key));
+    EXPECT_EQ(Select(L"SELECT `FileName`,`FileSize` FROM `File`"), (Rows{{L"a.txt|a.txt", L"0"}}));
+    EXPECT_EQ(Select(L"SELECT `SourceFileName` FROM `TarnCustomFile`"), (Rows{{L"Q:\\gone\\a.txt"}}));
+}
+
+TEST_F(UserFileTest, ASourceThatIsOpenForReadingElsewhereStillTellsItsSize)
+{
+    const CString source = Source(L"a.txt", "123");
+    const CFileOwner reader(
+        CreateFileW(source, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(reader);
+    CString key;
+    EXPECT_TRUE(writer.AddUserFile(source, L"INSTALLDIR", key));
+    EXPECT_EQ(Select(L"SELECT `FileSize` FROM `File`"), (Rows{{L"3"}}));
+}
+
+namespace {
+
+void MakeSparseFile(const CString& path, long long size)
+{
+    const CFileOwner file(CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    ASSERT_TRUE(file) << GetLastError();
+    DWORD returned = 0;
+    // Where sparse files need no asking for, the call may fail.
+    DeviceIoControl(file.get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &returned, nullptr);
+    LARGE_INTEGER end = {};
+    end.QuadPart = size;
+    ASSERT_TRUE(SetFilePointerEx(file.get(), end, nullptr, FILE_BEGIN) && SetEndOfFile(file.get()))
+        << GetLastError();
+}
+
+constexpr long long GIGABYTE = 1LL << 30;
+
+} // namespace
+
+TEST_F(UserFileTest, AFileAbove4GigabytesStoresTheLow32Bits)
+{
+    const CString source = static_cast<const CString&>(sources) + L"large.bin";
+    MakeSparseFile(source, 4 * GIGABYTE + 5);
+    CString key;
+    EXPECT_TRUE(writer.AddUserFile(source, L"INSTALLDIR", key));
+    EXPECT_EQ(Select(L"SELECT `FileSize` FROM `File`"), (Rows{{L"5"}}));
+}
+
+// The column holds signed numbers.
+TEST_F(UserFileTest, AFileOf3GigabytesStoresItsBitsAsANegativeNumber)
+{
+    const CString source = static_cast<const CString&>(sources) + L"large.bin";
+    MakeSparseFile(source, 3 * GIGABYTE);
+    CString key;
+    EXPECT_TRUE(writer.AddUserFile(source, L"INSTALLDIR", key));
+    EXPECT_EQ(Select(L"SELECT `FileSize` FROM `File`"), (Rows{{NumberText(-GIGABYTE)}}));
+}
+
+TEST_F(UserFileTest, AfterARemovalTheThirdFileGetsTheNumberOfTheSecond)
+{
+    const CString first = AddFile(L"a.txt");
+    const CString second = AddFile(L"b.txt");
+    EXPECT_TRUE(writer.RemoveUserFile(L"INSTALLDIR", first));
+    const CString third = AddFile(L"c.txt");
+    EXPECT_EQ(SequenceOf(third), SequenceOf(second));
+}
+
+TEST_F(UserFileTest, AFileThatCanNotBeWrittenStillCounts)
+{
+    product->m_fileSequence = 7;
+    Drop(L"File");
+    CString key;
+    EXPECT_FALSE(writer.AddUserFile(Source(L"a.txt"), L"INSTALLDIR", key));
+    EXPECT_EQ(product->m_fileSequence, 8);
+}
+
+TEST_F(UserFileTest, ARemovedFileIsGoneFromAllTablesAndOthersStay)
+{
+    const CString first = AddFile(L"a.txt");
+    const CString second = AddFile(L"a.txt");
+    EXPECT_TRUE(writer.RemoveUserFile(L"INSTALLDIR", first));
+    EXPECT_EQ(Select(L"SELECT `File` FROM `File`"), (Rows{{second}}));
+    EXPECT_EQ(Select(L"SELECT `Component` FROM `Component`"), (Rows{{second}}));
+    EXPECT_EQ(Select(L"SELECT `Component_` FROM `FeatureComponents`"), (Rows{{second}}));
+    EXPECT_EQ(Select(L"SELECT `Component_` FROM `CreateFolder`"), (Rows{{second}}));
+    EXPECT_EQ(Select(L"SELECT `Component_` FROM `TarnCustomFile`"), (Rows{{second}}));
+}
+
+// ---- folders -----------------------------------------------------------------------------------------------------
+
+TEST_F(UserFileTest, AFolderIsARowInEachOfFiveTablesAndCreatesItself)
+{
+    product->m_x64Marker = 1;
+    const CString key = AddFolder(L"Tom's folder");
+    EXPECT_EQ(Select(L"SELECT * FROM `Directory` WHERE `Directory`='" + key + L"'"),
+              (Rows{{key, L"INSTALLDIR", L"Tom's folder"}}));
+    EXPECT_EQ(Select(L"SELECT * FROM `Component`"),
+              (Rows{{key, L"{" + WithHyphens(key) + L"}", key, L"256", NULL_VALUE, NULL_VALUE}}));
+    EXPECT_EQ(Select(L"SELECT * FROM `FeatureComponents`"), (Rows{{L"_UserDeploymentFile", key}}));
+    EXPECT_EQ(Select(L"SELECT * FROM `CreateFolder`"), (Rows{{key, key}}));
+    EXPECT_EQ(Select(L"SELECT * FROM `TarnCustomFile`"), (Rows{{key, L"Tom's folder", L"2"}}));
+}
+
+TEST_F(UserFileTest, AFolderDoesNotCountAsAFile)
+{
+    const int before = product->m_fileSequence;
+    AddFolder(L"folder");
+    EXPECT_EQ(product->m_fileSequence, before);
+}
+
+TEST_F(UserFileTest, ANewNameOfAFolderChangesDefaultDirAndSourceFileNameAndKeepsTheKey)
+{
+    const CString key = AddFolder(L"before");
+    EXPECT_TRUE(writer.UpdateUserItem(L"INSTALLDIR", key, L"after", false));
+    EXPECT_EQ(Select(L"SELECT * FROM `Directory` WHERE `Directory`='" + key + L"'"),
+              (Rows{{key, L"INSTALLDIR", L"after"}}));
+    EXPECT_EQ(Select(L"SELECT * FROM `TarnCustomFile`"), (Rows{{key, L"after", L"2"}}));
+}
+
+TEST_F(UserFileTest, ARemovedFolderIsGoneFromAllTables)
+{
+    const CString key = AddFolder(L"folder");
+    EXPECT_TRUE(writer.RemoveUserFolder(key));
+    EXPECT_EQ(FilledTables(), CString());
+}
+
+TEST_F(UserFileTest, AFolderMayLieInAFolder)
+{
+    const CString outer = AddFolder(L"outer");
+    const CString inner = AddFolder(L"inner", outer);
+    EXPECT_EQ(Select(L"SELECT `Directory_Parent` FROM `Directory` WHERE `Directory`='" + inner + L"'"),
+              (Rows{{outer}}));
+}
+
+// ---- drives ------------------------------------------------------------------------------------------------------
+
+TEST_F(UserFileTest, ALowerCaseDriveIsWrittenInUpperCaseEverywhere)
+{
+    const CString key = AddDrive(L"d:");
+    EXPECT_EQ(Select(L"SELECT * FROM `Directory` WHERE `Directory`='" + key + L"'"),
+              (Rows{{key, L"TARGETDIR", L"DRIVE_D"}}));
+    EXPECT_EQ(Select(L"SELECT * FROM `CustomAction`"), (Rows{{key, L"51", key, L"D:"}}));
+    EXPECT_EQ(Select(L"SELECT * FROM `InstallExecuteSequence`"), (Rows{{key, NULL_VALUE, L"1"}}));
+    EXPECT_EQ(ReadProperty(Database(), key + L"_SUBST"), CString(L"D:"));
+}
+
+TEST_F(UserFileTest, ADriveNeedsNeitherFeatureNorComponent)
+{
+    AddDrive(L"D:");
+    EXPECT_FALSE(g_bUserFeatureExists);
+    EXPECT_EQ(FilledTables(), CString(L"Directory CustomAction InstallExecuteSequence "));
+}
+
+TEST_F(UserFileTest, ARemovedDriveIsGoneFromAllTablesAndBothItsPropertiesToo)
+{
+    const CString key = AddDrive(L"D:");
+    ASSERT_TRUE(product->SetMsiProperty(key, L"D:\\", false));
+    EXPECT_TRUE(writer.RemoveUserDrive(key));
+    EXPECT_EQ(FilledTables(), CString());
+    EXPECT_EQ(Select(L"SELECT * FROM `Property` WHERE `Property`='" + key + L"'"), Rows());
+    EXPECT_EQ(Select(L"SELECT * FROM `Property` WHERE `Property`='" + key + L"_SUBST'"), Rows());
+}
+
+TEST_F(UserFileTest, AnotherLetterOfADriveChangesDirectoryActionAndProperty)
+{
+    const CString key = AddDrive(L"D:");
+    EXPECT_TRUE(writer.UpdateUserItem(L"TARGETDIR", key, L"E:", true));
+    EXPECT_EQ(Select(L"SELECT * FROM `Directory` WHERE `Directory`='" + key + L"'"),
+              (Rows{{key, L"TARGETDIR", L"DRIVE_E"}}));
+    EXPECT_EQ(Select(L"SELECT * FROM `CustomAction`"), (Rows{{key, L"51", key, L"E:"}}));
+    EXPECT_EQ(ReadProperty(Database(), key + L"_SUBST"), CString(L"E:"));
+}
+
+// Only the folder's name is made upper case here.
+TEST_F(UserFileTest, ALowerCaseLetterOfAnUpdateStaysInActionAndProperty)
+{
+    const CString key = AddDrive(L"D:");
+    EXPECT_TRUE(writer.UpdateUserItem(L"TARGETDIR", key, L"e:", true));
+    EXPECT_EQ(Select(L"SELECT `DefaultDir` FROM `Directory` WHERE `Directory`='" + key + L"'"),
+              (Rows{{L"DRIVE_E"}}));
+    EXPECT_EQ(Select(L"SELECT `Target` FROM `CustomAction`"), (Rows{{L"e:"}}));
+    EXPECT_EQ(ReadProperty(Database(), key + L"_SUBST"), CString(L"e:"));
+}
+
+// ---- refused updates ---------------------------------------------------------------------------------------------
+
+TEST_F(UserFileTest, AnUpdateWithoutKeyOrNameIsRefused)
+{
+    for (const bool isDrive : {false, true}) {
+        EXPECT_FALSE(writer.UpdateUserItem(L"INSTALLDIR", nullptr, L"name", isDrive));
+        EXPECT_FALSE(writer.UpdateUserItem(L"INSTALLDIR", L"", L"name", isDrive));
+        EXPECT_FALSE(writer.UpdateUserItem(L"INSTALLDIR", L"key", nullptr, isDrive));
+        EXPECT_FALSE(writer.UpdateUserItem(L"INSTALLDIR", L"key", L"", isDrive));
+    }
+}
+
+TEST_F(UserFileTest, AnUpdateOfAFolderWithoutAParentIsRefusedAndChangesNothing)
+{
+    const CString key = AddFolder(L"before");
+    EXPECT_FALSE(writer.UpdateUserItem(nullptr, key, L"after", false));
+    EXPECT_EQ(Select(L"SELECT * FROM `Directory` WHERE `Directory`='" + key + L"'"),
+              (Rows{{key, L"INSTALLDIR", L"before"}}));
+}
+
+// ---- stops half way: what was written stays, and what follows isn't tried -----------------------------------------
+
+namespace {
+
+struct Stop
+{
+    const wchar_t* missingTable;
+    const wchar_t* written;
+};
+
+class AddFileStopTest : public UserFileTest, public testing::WithParamInterface<Stop>
+{
+};
+class AddFolderStopTest : public UserFileTest, public testing::WithParamInterface<Stop>
+{
+};
+class AddDriveStopTest : public UserFileTest, public testing::WithParamInterface<Stop>
+{
+};
+class RemoveStopTest : public UserFileTest, public testing::WithParamInterface<Stop>
+{
+};
+class RemoveDriveStopTest : public UserFileTest, public testing::WithParamInterface<Stop>
+{
+};
+
+std::string StopName(const testing::TestParamInfo<Stop>& information)
+{
+    return "Without" + Utf8(information.param.missingTable);
+}
+
+void PrintTo(const Stop& stop, std::ostream* stream)
+{
+    *stream << "without " << Utf8(stop.missingTable);
+}
+
+INSTANTIATE_TEST_SUITE_P(Tables, AddFileStopTest,
+                         testing::Values(Stop{L"File", L""}, Stop{L"Component", L"File "},
+                                         Stop{L"FeatureComponents", L"File Component "},
+                                         Stop{L"CreateFolder", L"File Component FeatureComponents "},
+                                         Stop{L"TarnCustomFile",
+                                              L"File Component FeatureComponents CreateFolder "}),
+                         StopName);
+INSTANTIATE_TEST_SUITE_P(
+    Tables, AddFolderStopTest,
+    testing::Values(Stop{L"Component", L"Directory "}, Stop{L"FeatureComponents", L"Directory Component "},
+                    Stop{L"CreateFolder", L"Directory Component FeatureComponents "},
+                    Stop{L"TarnCustomFile", L"Directory Component FeatureComponents CreateFolder "}),
+    StopName);
+INSTANTIATE_TEST_SUITE_P(Tables, AddDriveStopTest,
+                         testing::Values(Stop{L"CustomAction", L"Directory "},
+                                         Stop{L"InstallExecuteSequence", L"Directory CustomAction "}),
+                         StopName);
+INSTANTIATE_TEST_SUITE_P(
+    Tables, RemoveStopTest,
+    testing::Values(Stop{L"Component", L"FeatureComponents CreateFolder TarnCustomFile "},
+                    Stop{L"FeatureComponents", L"CreateFolder TarnCustomFile "},
+                    Stop{L"CreateFolder", L"TarnCustomFile "}, Stop{L"TarnCustomFile", L""}),
+    StopName);
+INSTANTIATE_TEST_SUITE_P(Tables, RemoveDriveStopTest,
+                         testing::Values(Stop{L"CustomAction", L"InstallExecuteSequence "},
+                                         Stop{L"InstallExecuteSequence", L""}),
+                         StopName);
+
+} // namespace
+
+TEST_P(AddFileStopTest, TheRowsBeforeAMissingTableStay)
+{
+    Drop(GetParam().missingTable);
+    CString key;
+    EXPECT_FALSE(writer.AddUserFile(Source(L"a.txt"), L"INSTALLDIR", key));
+    EXPECT_EQ(FilledTables(), CString(GetParam().written));
+}
+
+TEST_P(AddFolderStopTest, TheRowsBeforeAMissingTableStay)
+{
+    Drop(GetParam().missingTable);
+    CString key;
+    EXPECT_FALSE(writer.AddUserFolder(L"folder", L"INSTALLDIR", key));
+    EXPECT_EQ(FilledTables(), CString(GetParam().written));
+}
+
+TEST_P(AddDriveStopTest, TheRowsBeforeAMissingTableStayAndThePropertyIsNotSet)
+{
+    Drop(GetParam().missingTable);
+    CString key;
+    EXPECT_FALSE(writer.AddUserDrive(L"D:", key));
+    EXPECT_EQ(FilledTables(), CString(GetParam().written));
+    EXPECT_EQ(ReadProperty(Database(), key + L"_SUBST"), CString());
+}
+
+TEST_P(RemoveStopTest, OfAFileTheRowsBehindAMissingTableStay)
+{
+    const CString key = AddFile(L"a.txt");
+    Drop(GetParam().missingTable);
+    EXPECT_FALSE(writer.RemoveUserFile(L"INSTALLDIR", key));
+    EXPECT_EQ(FilledTables(), CString(GetParam().written));
+}
+
+TEST_P(RemoveStopTest, OfAFolderTheRowsBehindAMissingTableStay)
+{
+    const CString key = AddFolder(L"folder");
+    Drop(GetParam().missingTable);
+    EXPECT_FALSE(writer.RemoveUserFolder(key));
+    EXPECT_EQ(FilledTables(), CString(GetParam().written));
+}
+
+TEST_P(RemoveDriveStopTest, TheRowsBehindAMissingTableStayAndThePropertyToo)
+{
+    const CString key = AddDrive(L"D:");
+    Drop(GetParam().missingTable);
+    EXPECT_FALSE(writer.RemoveUserDrive(key));
+    EXPECT_EQ(FilledTables(), CString(GetParam().written));
+    EXPECT_EQ(ReadProperty(Database(), key + L"_SUBST"), CString(L"D:"));
+}
