@@ -263,7 +263,7 @@ void CConfigureDialog::AddTabs()
         TCITEMW item = {};
         item.mask = TCIF_TEXT;
         item.pszText = caption.GetBuffer(caption.GetLength());
-        SendMessageW(tabs, TCM_INSERTITEMW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+        ::SendMessageW(tabs, TCM_INSERTITEMW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
     }
 }
 
@@ -376,7 +376,7 @@ void CConfigureDialog::MakeSubstitute(Tab& tab, const CString& reason)
     CString lines = reason;
     lines.Replace(L"\r\n", L"\n");
     lines.Replace(L"\n", L"\r\n"); // as an edit wants them
-    SetDlgItemTextW(tab.substitute, IDC_CONFIGURE_REASON, lines);
+    ::SetDlgItemTextW(tab.substitute, IDC_CONFIGURE_REASON, lines);
     tab.size = SIZE{};
     if (tab.substitute) {
         EnableThemeDialogTexture(tab.substitute, ETDT_ENABLETAB);

@@ -11,6 +11,7 @@
 
 #include "include/page_context.h"
 #include "setup/page_view.h"
+#include "setup/program_libraries.h"
 #include "setup/resource.h"
 #include "window/dialog_impl.h"
 #include "window/message_loop.h"
@@ -21,8 +22,6 @@
 #include <functional>
 #include <set>
 #include <vector>
-
-using TabPageFunction = CTabPage (*)(PageContext* context);
 
 // A tab: what to call with what.
 struct ConfigureTab
@@ -63,6 +62,7 @@ public:
     [[nodiscard]] bool HasChanges() const;
 
     // For who drives the dialog without a person.
+    [[nodiscard]] CSetupManager& GetManager() const { return m_manager; }
     [[nodiscard]] int GetTabCount() const { return static_cast<int>(m_tabs.size()); }
     [[nodiscard]] const ConfigureTab& GetTab(int index) const { return At(index).described; }
     [[nodiscard]] int GetFront() const { return m_front; }

@@ -26,7 +26,8 @@ unsigned int ExitCodeOfBuild(unsigned int code)
 
 } // namespace
 
-WizardFlow::WizardFlow(std::vector<FlowStep> pages, bool builds) : m_pages(std::move(pages)), m_bBuilds(builds)
+WizardFlow::WizardFlow(std::vector<FlowStep> pages, bool builds)
+    : m_pages(std::move(pages)), m_bBuilds(builds)
 {
     for (std::size_t index = 0; index < m_pages.size(); ++index) {
         if (!IsOutcomePage(m_pages[index].strPage)) {

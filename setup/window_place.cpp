@@ -41,9 +41,9 @@ RECT RectOf(const ScreenRectangle& rectangle) noexcept
 
 ScreenRectangle WorkAreaNear(const ScreenRectangle& rectangle) noexcept
 {
-    const RECT near = RectOf(rectangle);
+    const RECT wanted = RectOf(rectangle);
     MONITORINFO monitor = {};
     monitor.cbSize = sizeof monitor;
-    GetMonitorInfoW(MonitorFromRect(&near, MONITOR_DEFAULTTONEAREST), &monitor);
+    GetMonitorInfoW(MonitorFromRect(&wanted, MONITOR_DEFAULTTONEAREST), &monitor);
     return ScreenRectangleOf(monitor.rcWork);
 }
