@@ -77,6 +77,7 @@ int CConfigureDialog::Run()
 {
     m_loop.AddMessageFilter(&m_keysBehind);
     m_loop.AddMessageFilter(&m_keysBefore);
+    m_loop.AddIdleHandler(this);
     if (!Create(nullptr) || !m_view.IsWindow()) {
         const CString why = SystemErrorText(GetLastError());
         m_result = NAVIGATION_LOAD_FAILED;
@@ -135,6 +136,9 @@ LRESULT CConfigureDialog::OnDestroy(UINT, WPARAM, LPARAM, BOOL&)
     m_bChanged = HasChanges();
     RememberPlace();
     UseFilterOf(nullptr);
+    for (Tab& tab : m_tabs) { // they go with the dialog
+        tab.page = CTabPage();
+    }
     PostQuitMessage(m_result);
     return 0;
 }
@@ -216,6 +220,7 @@ void CConfigureDialog::OnPageGone(HWND page)
         if (tab.page.hWnd == page) {
             if (m_pPageFilter == &tab.page) {
                 UseFilterOf(nullptr);
+                GotoDlgCtrl(GetDlgItem(IDC_CONFIGURE_TABS)); // without a focus no key would come
             }
             tab.page = CTabPage();
         }
@@ -223,6 +228,16 @@ void CConfigureDialog::OnPageGone(HWND page)
 }
 
 // ---- keys
+
+BOOL CConfigureDialog::OnIdle()
+{
+    const HWND focus = GetFocus();
+    if (focus != m_seen) {
+        m_seen = focus;
+        m_view.ScrollTo(focus);
+    }
+    return FALSE;
+}
 
 bool CConfigureDialog::IsMine(const MSG& message) const
 {
@@ -402,6 +417,9 @@ void CConfigureDialog::FocusOnPage(const Tab& tab)
     }
     const HWND first = GetNextDlgTabItem(page, nullptr, FALSE);
     GotoDlgCtrl(first ? first : GetDlgItem(IDC_CONFIGURE_TABS));
+    if (first && page == tab.substitute) {
+        ::SendMessageW(first, EM_SETSEL, 0, 0); // the words aren't there to be replaced
+    }
 }
 
 // ---- leaving

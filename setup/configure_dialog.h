@@ -42,7 +42,9 @@ struct ConfigureOptions
     std::function<CString(CProduct& product)> checkDatabase;
 };
 
-class CConfigureDialog final : public CDialogImpl<CConfigureDialog>, private IPageViewEvents
+class CConfigureDialog final : public CDialogImpl<CConfigureDialog>,
+                               private IPageViewEvents,
+                               private CIdleHandler
 {
 public:
     enum
@@ -120,6 +122,9 @@ private:
     void OnNextTab() override;
     void OnPageGone(HWND page) override;
 
+    // Follows the focus on a page that is larger than its place.
+    BOOL OnIdle() override;
+
     BOOL OnKeyBeforePage(MSG* message);
     BOOL OnKeyBehindPage(MSG* message);
     bool IsMine(const MSG& message) const;
@@ -164,6 +169,7 @@ private:
     bool m_bEntering = false;           // a page is being made
     bool m_bLeaving = false;            // the page in front stores for Back
     bool m_bChanged = false;            // told when the window went
+    HWND m_seen = nullptr;              // the control that had the focus last
     std::set<const CProduct*> m_silent; // whose database doesn't answer, as the user was told
     int m_result = 0;
 };

@@ -9,6 +9,7 @@
 #include <msiquery.h>
 
 #include <algorithm>
+#include <utility>
 
 CAppModule _Module;
 
@@ -56,33 +57,45 @@ ConfigureTest::ConfigureTest() : record(GetPagesRecord())
         while (CloseFrontWindow()) {
         }
     });
-    // The system fills caches of its own at the first of each kind of window.
     static bool warm = false;
-    if (!warm) {
-        warm = true;
-        AddProduct(L"Warm");
-        AddTabs(1);
-        GetPagesRecord() = PagesRecord();
-        Do([this] { MessageBoxW(Dialog(), L"warm", L"warm", MB_OK); });
-        script.Add(L"answer", [] {
-            const auto box = FindMessageBox();
-            return box ? AnswerMessageBox(*box, IDOK) : StepOutcome::NotYet(L"no box");
-        });
-        Press(IDC_CONFIGURE_CANCEL);
-        (void)Run();
-        m_tabs.clear();
-        m_products.clear();
-        host.products.clear();
-        for (const MSIHANDLE database : m_databases) {
-            MsiCloseHandle(database);
-        }
-        m_databases.clear();
-        record = PagesRecord();
-        host.log.Clear();
-        host.ui.stored.clear();
+    if (!std::exchange(warm, true)) {
+        WarmUp();
     }
     RegDeleteTreeW(HKEY_CURRENT_USER, TEST_PLACE_KEY);
     m_before = ReadProcessState();
+}
+
+// The system fills caches of its own at the first window, box and scroll bar of each kind.
+void ConfigureTest::WarmUp()
+{
+    AddProduct(L"Warm");
+    AddTabs(1);
+    AddTab(TEST_PAGES, *m_products.front());
+    for (const UINT icon : {MB_ICONERROR, MB_ICONQUESTION, MB_ICONWARNING, MB_ICONINFORMATION}) {
+        Do([this, icon] { MessageBoxW(Dialog(), L"warm", L"warm", MB_YESNO | icon); });
+        Step(L"answer", [] {
+            const auto box = FindMessageBox();
+            return box ? AnswerMessageBox(*box, IDYES) : StepOutcome::NotYet(L"no box");
+        });
+        Step(L"wait for its end", [] { return Until(!FindMessageBox(), L"the box is still there"); });
+    }
+    GoTo(1);
+    GoTo(0);
+    Press(IDC_CONFIGURE_CANCEL);
+    (void)Run();
+    m_dialog.reset();
+    m_tabs.clear();
+    m_products.clear();
+    host.products.clear();
+    for (const MSIHANDLE database : m_databases) {
+        MsiCloseHandle(database);
+    }
+    m_databases.clear();
+    record = PagesRecord();
+    host.log.Clear();
+    host.ui.stored.clear();
+    host.ui.saved = false;
+    host.manager.m_exitCode = 0;
 }
 
 ConfigureTest::~ConfigureTest()
@@ -175,6 +188,11 @@ void ConfigureTest::Press(int button)
 void ConfigureTest::PressOnPage(int button)
 {
     Step(L"press a button of the page", [this, button] { return OnPage(button).Click(); });
+}
+
+void ConfigureTest::LastKey(WORD virtualKey)
+{
+    Step(L"press the last key", [virtualKey] { return PressKey(virtualKey); });
 }
 
 void ConfigureTest::Key(WORD virtualKey, KeyModifier modifier)

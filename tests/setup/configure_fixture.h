@@ -67,6 +67,8 @@ protected:
     void Press(int button);
     void PressOnPage(int button);
     void Key(WORD virtualKey, KeyModifier modifier = KeyModifier::None);
+    // A key that closes the dialog.
+    void LastKey(WORD virtualKey);
     void Answer(int button, const CString& text);
 
     // Shows the dialog and plays the steps; its result.
@@ -90,6 +92,8 @@ protected:
     CScript script;
 
 private:
+    void WarmUp();
+
     ProcessState m_before;
     CTestFolder m_folder;
     std::vector<MSIHANDLE> m_databases;

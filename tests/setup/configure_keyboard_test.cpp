@@ -14,7 +14,11 @@ protected:
     }
     void ExpectFocusOnPage(int control)
     {
-        Await(L"the focus on the page's control", [this, control] { return OnPage(control).HasFocus(); });
+        Step(L"the focus on the page's control", [this, control] {
+            return OnPage(control).HasFocus() ? StepOutcome::Done()
+                                              : StepOutcome::NotYet(L"not " + NumberText(control) + L" but " +
+                                                                    DescribeWindow(GetFocus()) + L" has it");
+        });
     }
     void ExpectFocus(int control)
     {
@@ -134,7 +138,7 @@ TEST_F(ConfigureKeyboard, EnterOnTheLastPageComesToContinueAndASecondGoesOn)
     ExpectFocusOnPage(IDC_TEST_EDIT);
     Key(VK_RETURN);
     ExpectFocus(IDC_CONFIGURE_NEXT);
-    Key(VK_RETURN);
+    LastKey(VK_RETURN);
     EXPECT_EQ(Run(), NAVIGATION_NEXT);
 }
 
@@ -143,7 +147,7 @@ TEST_F(ConfigureKeyboard, EnterOnTheTabsIsContinue)
     AddTabs(2);
     Key(VK_TAB, KeyModifier::Shift);
     ExpectFocus(IDC_CONFIGURE_TABS);
-    Key(VK_RETURN);
+    LastKey(VK_RETURN);
     EXPECT_EQ(Run(), NAVIGATION_NEXT);
 }
 
@@ -151,7 +155,7 @@ TEST_F(ConfigureKeyboard, EscapeIsCancel)
 {
     AddTabs(2);
     ExpectFocusOnPage(IDC_TEST_EDIT);
-    Key(VK_ESCAPE);
+    LastKey(VK_ESCAPE);
     EXPECT_EQ(Run(), NAVIGATION_CANCEL);
 }
 

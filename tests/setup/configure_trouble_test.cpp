@@ -103,7 +103,7 @@ TEST_F(ConfigureTrouble, KeysWorkWhereAPageCouldNotBeMade)
     Do([this] { host.language.wizTextPath = ProgramFolder(); });
     Key(VK_TAB, KeyModifier::Control);
     Await(L"the next tab", [this] { return Dialog().GetFront() == 2; });
-    Key(VK_ESCAPE);
+    LastKey(VK_ESCAPE);
     EXPECT_EQ(Run(), NAVIGATION_CANCEL);
 }
 
@@ -114,7 +114,7 @@ TEST_F(ConfigureTrouble, EscapeWhereAPageCouldNotBeMadeIsCancel)
     Do([this] { host.language.wizTextPath = L"C:\\no such folder\\"; });
     GoTo(1);
     AnswerLoadBox();
-    Key(VK_ESCAPE);
+    LastKey(VK_ESCAPE);
     EXPECT_EQ(Run(), NAVIGATION_CANCEL);
 }
 

@@ -62,6 +62,7 @@ public:
         for (const wchar_t* line : {L"first", L"second"}) {
             combo.SendMessage(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line));
         }
+        CheckRadioButton(this->m_hWnd, IDC_TEST_CHOICE1, IDC_TEST_CHOICE2, IDC_TEST_CHOICE1);
         this->SetDlgItemText(IDC_TEST_EDIT, ReadProperty(this->m_hDatabase, PropertyName()));
         this->RunHooks(this->m_postInitHooks);
         return FALSE;
