@@ -9,6 +9,7 @@
 
 namespace {
 
+constexpr unsigned int INSTALL_WITH_PROGRESS = 3; // the settings page's second mode; the first is silent
 constexpr const wchar_t* PATCH_FOLDER = L"ServicePacks\\";
 
 CString InImage(const CString& relative)
@@ -55,6 +56,8 @@ public:
         m_plan.strBuiltBy = L"the deployment wizard " ROLLOUT_VERSION_TEXT;
         m_plan.strMediaName = m_media.description.strName;
         m_plan.commands.strLogFolder = m_manager.m_bNetworkLog ? m_manager.m_strNetworkLogFolder : CString();
+        m_plan.commands.bKeepLocalLog = m_manager.m_bSettingsOption;
+        m_plan.commands.strDisplay = m_manager.m_installMode == INSTALL_WITH_PROGRESS ? L"/qb-!" : L"/qn";
         for (const std::unique_ptr<ProductObject>& product : m_manager.GetProductObjects()) {
             AddProduct(*product);
             for (const std::unique_ptr<ProductObject>& pack : product->GetPackObjects()) {

@@ -9,6 +9,7 @@ namespace {
 constexpr int DEPLOYMENT_VERSION = 1;
 constexpr std::size_t PROPERTY_LIMIT = 20000;
 constexpr std::size_t PRODUCT_LIMIT = 1000;
+constexpr std::size_t ADDED_FILE_LIMIT = 40000; // more than an installer database can number
 
 bool IsKnownPlace(const CString& name, const CString& parent)
 {
@@ -17,13 +18,9 @@ bool IsKnownPlace(const CString& name, const CString& parent)
         const wchar_t* name;
         const wchar_t* parent;
     } PLACES[] = {
-        {L"Deployment", L""},
-        {L"Settings", L"Deployment"},
-        {L"Property", L"Deployment"},
-        {L"Product", L"Deployment"},
-        {L"Property", L"Product"},
-        {L"Patch", L"Product"},
-        {L"DownloadedPatch", L"Product"},
+        {L"Deployment", L""},        {L"Settings", L"Deployment"},     {L"Property", L"Deployment"},
+        {L"Product", L"Deployment"}, {L"Property", L"Product"},        {L"Patch", L"Product"},
+        {L"AddedFile", L"Product"},  {L"DownloadedPatch", L"Product"},
     };
     for (const auto& place : PLACES) {
         if (name == place.name && parent == place.parent) {
@@ -55,6 +52,12 @@ void WriteProduct(XmlText& xml, const StoredProduct& product)
         xml.OpenElement(L"Patch");
         xml.AddAttribute(L"file", patch.file);
         xml.AddAttribute(L"merged", NumberText(patch.merged));
+        xml.CloseElement();
+    }
+    for (const StoredAddedFile& file : product.addedFiles) {
+        xml.OpenElement(L"AddedFile");
+        xml.AddAttribute(L"component", file.component);
+        xml.AddAnyValue(L"source", file.source);
         xml.CloseElement();
     }
     const CString* const texts[] = {&product.strPatchPath, &product.strPatchName, &product.strPatchReadme,
@@ -161,6 +164,8 @@ void DeploymentFileReader::ReadElement(const CString& name, const CString& paren
         ReadProperty(parent == L"Product" ? m_file.products.back().properties : m_file.properties, values);
     } else if (name == L"Patch") {
         ReadPatch(values);
+    } else if (name == L"AddedFile") {
+        ReadAddedFile(values);
     } else {
         StoredProduct& product = m_file.products.back();
         product.strPatchPath = values.TakeOptionalText(L"path", 32767);
@@ -220,6 +225,19 @@ void DeploymentFileReader::ReadPatch(XmlValues& values)
     patch.file = values.TakeText(L"file", 32767);
     patch.merged = values.TakeNumber(L"merged", 0, 1) == 1;
     m_file.products.back().patches.push_back(patch);
+}
+
+void DeploymentFileReader::ReadAddedFile(XmlValues& values)
+{
+    StoredAddedFile file;
+    file.component = values.TakeText(L"component", 72);
+    file.source = values.TakeAnyValue(L"source");
+    std::vector<StoredAddedFile>& files = m_file.products.back().addedFiles;
+    if (files.size() >= ADDED_FILE_LIMIT) {
+        values.Fail(HostSentence(HostText::XmlTooMany, {L"AddedFile", NumberText(ADDED_FILE_LIMIT)}));
+        return;
+    }
+    files.push_back(file);
 }
 
 void DeploymentFileReader::ReadProperty(PropertyStore& store, XmlValues& values)

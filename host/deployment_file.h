@@ -24,12 +24,20 @@ struct StoredPatch
     bool merged = false;
 };
 
+// Where an added file was chosen. It stands here and not in the database, which workstations get to see.
+struct StoredAddedFile
+{
+    CString component; // key of its rows
+    CString source;    // full path
+};
+
 struct StoredProduct
 {
     CString strProductCode; // with braces, upper case
     CString strName;
     PropertyStore properties;
     std::vector<StoredPatch> patches;
+    std::vector<StoredAddedFile> addedFiles;
     int patchState = 0;
     int includePatch = -1;
     CString strPatchPath; // the four texts of a downloaded patch
@@ -73,6 +81,7 @@ private:
     void ReadSettings(XmlValues& values);
     void ReadProduct(XmlValues& values);
     void ReadPatch(XmlValues& values);
+    void ReadAddedFile(XmlValues& values);
     void ReadProperty(PropertyStore& store, XmlValues& values);
 
     DeploymentFile m_file;

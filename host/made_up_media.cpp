@@ -1,5 +1,6 @@
 #include "host/made_up_media.h"
 
+#include "host/build/user_files.h"
 #include "host/database.h"
 #include "host/directory_rules.h"
 #include "host/files.h"
@@ -98,20 +99,24 @@ void AddLooseFiles(MSIHANDLE database, const CString& packageFolder, std::vector
         return; // sources under short names are not looked for by their long ones
     }
     const bool compressed = (wordCount & WORD_COUNT_COMPRESSED) != 0;
-    result = ForEachRow(
-        database, L"SELECT `Component_`,`FileName`,`Attributes` FROM `File`", {}, [&](MSIHANDLE record) {
-            const int attributes = std::max(MsiRecordGetInteger(record, 3), 0);
-            const bool packed = (attributes & FILE_NONCOMPRESSED) ? false
-                                : (attributes & FILE_COMPRESSED)  ? true
-                                                                  : compressed;
-            const CString name = RecordText(record, 2);
-            const CString path = folders[RecordText(record, 1)] + name.Mid(name.Find(L'|') + 1);
-            const CString relative = path.Mid(packageFolder.GetLength());
-            if (!packed && IsSafeRelativePath(relative)) {
-                files.push_back(relative);
-            }
-            return true;
-        });
+    result = ForEachRow(database, L"SELECT `Component_`,`FileName`,`Attributes`,`File` FROM `File`", {},
+                        [&](MSIHANDLE record) {
+                            if (IsUserKey(RecordText(record, 4))) {
+                                return true; // comes from elsewhere, and goes into a cabinet
+                            }
+                            const int attributes = std::max(MsiRecordGetInteger(record, 3), 0);
+                            const bool packed = (attributes & FILE_NONCOMPRESSED) ? false
+                                                : (attributes & FILE_COMPRESSED)  ? true
+                                                                                  : compressed;
+                            const CString name = RecordText(record, 2);
+                            const CString path =
+                                folders[RecordText(record, 1)] + name.Mid(name.Find(L'|') + 1);
+                            const CString relative = path.Mid(packageFolder.GetLength());
+                            if (!packed && IsSafeRelativePath(relative)) {
+                                files.push_back(relative);
+                            }
+                            return true;
+                        });
     static_cast<void>(result); // without these tables a package has no loose files
 }
 
@@ -157,7 +162,9 @@ std::vector<CString> FindPackageFiles(InstallerHandle database, const CString& p
     const unsigned int result =
         ForEachRow(database, L"SELECT `Cabinet` FROM `Media`", {}, [&](MSIHANDLE record) {
             const CString cabinet = RecordText(record, 1);
-            if (!cabinet.IsEmpty() && cabinet[0] != L'#' && IsSafeRelativePath(cabinet)) {
+            // The cabinets of added files are made anew by each build.
+            if (!cabinet.IsEmpty() && cabinet[0] != L'#' && !IsUserCabinet(cabinet) &&
+                IsSafeRelativePath(cabinet)) {
                 files.push_back(cabinet);
             }
             return true;

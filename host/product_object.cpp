@@ -240,12 +240,38 @@ void ProductObject::AddLanguagePack(std::unique_ptr<ProductObject> pack)
     m_packObjects.push_back(std::move(pack));
 }
 
+std::vector<StoredAddedFile> ProductObject::ReadAddedFiles() const
+{
+    std::vector<StoredAddedFile> files;
+    const unsigned int result = ForEachRow(
+        m_database.get(), L"SELECT `Component_`,`SourceFileName` FROM `TarnCustomFile` WHERE `Flags`=0", {},
+        [&](MSIHANDLE record) {
+            files.push_back({RecordText(record, 1), RecordText(record, 2)});
+            return true;
+        });
+    // A table that can't be read is told by the build, which reads them all.
+    return result == ERROR_SUCCESS ? files : std::vector<StoredAddedFile>();
+}
+
+// The database of a deployment has the names alone; pages and builds go by the paths.
+void ProductObject::RestoreSources(const std::vector<StoredAddedFile>& files)
+{
+    for (const StoredAddedFile& file : files) {
+        const unsigned int result =
+            RunStatement(m_database.get(),
+                         L"UPDATE `TarnCustomFile` SET `SourceFileName`=? WHERE `Component_`=? AND `Flags`=0",
+                         {file.source, file.component});
+        static_cast<void>(result); // with the name alone the build takes the deployment's own copy
+    }
+}
+
 StoredProduct ProductObject::Store() const
 {
     StoredProduct stored;
     stored.strProductCode = m_package.strProductCode;
     stored.strName = m_product.strName;
     stored.properties = m_properties;
+    stored.addedFiles = ReadAddedFiles();
     stored.patchState = m_patchState;
     stored.includePatch = std::clamp(m_patchFlag, -1, 2);
     for (const CString& file : m_patchFiles) {
@@ -265,6 +291,7 @@ StoredProduct ProductObject::Store() const
 void ProductObject::Load(const StoredProduct& stored, const CString& imageRoot)
 {
     m_properties = stored.properties;
+    RestoreSources(stored.addedFiles);
     m_storedPatches = stored.patches;
     m_patchState = static_cast<Setup::tagPATCHSTATE>(stored.patchState);
     // What was chosen then is done now: appended or merged patches are part of the image.

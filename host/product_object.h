@@ -66,6 +66,8 @@ public:
 private:
     HostError CopyPackage();
     void ReadDatabase(std::vector<CString>& warnings);
+    std::vector<StoredAddedFile> ReadAddedFiles() const;
+    void RestoreSources(const std::vector<StoredAddedFile>& files);
 
     const ProductDescription m_product;
     const PackageDescription m_package;

@@ -35,7 +35,8 @@ protected:
     ~IXmlEvents() = default;
 };
 
-constexpr std::size_t XML_BYTES_LIMIT = 4u << 20; // ours are a hundredth of it
+constexpr std::size_t XML_BYTES_LIMIT = 24u
+                                        << 20; // of ours the largest names tens of thousands of added files
 constexpr int XML_DEPTH_LIMIT = 16;
 constexpr int XML_TEXT_LIMIT = 1 << 20; // units of one attribute
 

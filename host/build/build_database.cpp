@@ -5,10 +5,12 @@
 
 #include "host/build/build_failure.h"
 #include "host/build/build_names.h"
+#include "host/build/build_user_files.h"
 #include "host/build/code_page.h"
+#include "host/build/database_edit.h"
 #include "host/build/database_signature.h"
 #include "host/build/database_snapshot.h"
-#include "host/build/file_operations.h"
+#include "host/build/scratch_file.h"
 
 #include <objbase.h>
 
@@ -24,34 +26,6 @@ CString NewPackageCode()
     }
     return CString(text).MakeUpper();
 }
-
-// A copy of the committed database beside the working copy. The installer service holds the working copy open, and
-// opens no path beyond 260 characters, so the copy is what is read back.
-class BuiltCopy
-{
-public:
-    explicit BuiltCopy(const CString& workingCopy) : m_path(workingCopy + L".built") { Remove(); }
-    BuiltCopy(const BuiltCopy&) = delete;
-    BuiltCopy& operator=(const BuiltCopy&) = delete;
-    ~BuiltCopy()
-    {
-        try {
-            Remove();
-        } catch (const BuildFailure&) {
-            // It lies in the work folder, which goes as a whole.
-        }
-    }
-    const CString& Path() const { return m_path; }
-
-private:
-    void Remove()
-    {
-        if (KindOfPath(m_path) == PathKind::File) {
-            DeleteOneFile(m_path);
-        }
-    }
-    CString m_path;
-};
 
 void CopyForReadingBack(BuildRun& run, const CString& source, const CString& target)
 {
@@ -87,34 +61,54 @@ void VerifyBuilt(const CString& path, const DatabaseSnapshot& expected, const CS
     }
 }
 
+// What the pages' rows lack for an installation is put into the copy, so that the open database stays as they left it.
+void FinishCopy(const CString& path, const DatabaseSnapshot& finished, const std::function<void()>& poll)
+{
+    InstallerObject copy;
+    CheckInstaller(MsiOpenDatabaseW(path, MSIDBOPEN_TRANSACT, copy.Put()), L"Opening the database", path);
+    ApplyDifferences(copy.Get(), path, ReadSnapshot(copy.Get(), path, poll), finished, poll);
+    CheckInstaller(MsiDatabaseCommit(copy.Get()), L"Writing the database", path);
+}
+
 DatabaseChanges BuildOne(BuildRun& run, const BuildDatabase& database)
 {
     const std::function<void()> poll = [&run] { run.meter.Poll(); };
     DatabaseChanges changes;
     changes.strTarget = database.strTarget;
     changes.strProductName = database.strProductName;
-    const InstallerObject original = OpenDatabaseToRead(database.strOriginal);
-    changes.strOldPackageCode = ReadPackageCode(original.Get(), database.strOriginal);
+    const InstallerObject vendors = OpenDatabaseToRead(database.strOriginal);
+    changes.strOldPackageCode = ReadPackageCode(vendors.Get(), database.strOriginal);
     changes.strNewPackageCode = changes.strOldPackageCode;
     if (database.hDatabase == 0) {
         return changes;
     }
     // This reads every table of the handle, which a commit under Wine depends on (docs/building-deployments.md).
-    const DatabaseSnapshot current = ReadSnapshot(database.hDatabase, database.strWorkingCopy, poll);
-    changes.rows = CompareSnapshots(ReadSnapshot(original.Get(), database.strOriginal, poll), current);
-    if (!changes.IsChanged()) {
+    DatabaseSnapshot wanted = ReadSnapshot(database.hDatabase, database.strWorkingCopy, poll);
+    const DatabaseSnapshot original = ReadSnapshot(vendors.Get(), database.strOriginal, poll);
+    UserFileBuild userFiles(run, database, wanted);
+    userFiles.Decide(wanted);
+    changes.rows = CompareSnapshots(original, wanted);
+    if (changes.rows.empty() && !userFiles.IsNeeded()) {
         return changes;
     }
     RequireCodePageHolds(database, changes.rows);
+    if (userFiles.IsNeeded()) {
+        userFiles.Pack(wanted);
+        changes.rows = CompareSnapshots(original, wanted);
+    }
     changes.strNewPackageCode = NewPackageCode();
     WritePackageCode(database.hDatabase, changes.strNewPackageCode, database.strWorkingCopy);
     CheckInstaller(MsiDatabaseCommit(database.hDatabase), L"Writing the database", database.strWorkingCopy);
 
-    const BuiltCopy built(database.strWorkingCopy);
+    // The installer service holds the working copy open, and opens no path beyond 260 characters.
+    const ScratchFile built(database.strWorkingCopy + L".built");
     CopyForReadingBack(run, database.strWorkingCopy, built.Path());
     CheckInstaller(RemoveSignature(built.Path()), L"Removing the old signature of", built.Path());
     changes.bSignatureLost = HasSignature(database.strOriginal);
-    VerifyBuilt(built.Path(), current, changes.strNewPackageCode, poll);
+    if (userFiles.IsNeeded()) {
+        FinishCopy(built.Path(), wanted, poll);
+    }
+    VerifyBuilt(built.Path(), wanted, changes.strNewPackageCode, poll);
     CopyIntoStaging(run, built.Path(), database.strTarget);
     return changes;
 }

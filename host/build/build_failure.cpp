@@ -36,6 +36,7 @@ const Remedy g_remedies[] = {
     {170, L"Wait until the other build is done, or end it on the computer where it runs."},
     {183, L"Choose another name, or modify the deployment that is there."},
     {206, L"Choose a location with a shorter path, or a shorter name."},
+    {223, L"Remove the file from the additional files, or add it in smaller parts."},
     {267, L"Choose a folder as location."},
     {1113, L"Choose names in letters of that code page."},
     {1117, L"The disk could not do this. Check it, and start the build again."},

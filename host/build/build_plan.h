@@ -59,8 +59,10 @@ struct BuildDatabase
 // What the workstations' commands do. Kept apart from the builder's own settings (Deployment.xml).
 struct WorkstationCommands
 {
-    CString strLogFolder;        // where workstations write their logs; empty: locally only
-    CString strDisplay = L"/qn"; // the installer's display option: /qn silent, /qb with a progress bar
+    CString strLogFolder;       // where workstations write their logs; empty: locally only
+    bool bKeepLocalLog = false; // a log in that folder is copied to the workstation's own as well
+    CString strDisplay =
+        L"/qn"; // the installer's display option: /qn silent, /qb-! a progress bar without questions
 };
 
 struct BuildPlan

@@ -51,7 +51,8 @@ struct DatabaseChanges
     CString strNewPackageCode; // equal to the old one when nothing changed
     bool bSignatureLost = false;
     std::vector<RowDifference> rows;
-    bool IsChanged() const { return !rows.empty(); }
+    // With added files the database is made anew even when all its rows come out as they were.
+    bool IsChanged() const { return !rows.empty() || !(strOldPackageCode == strNewPackageCode); }
 };
 
 // Differences in the order of tables and keys; one pass over both sides.

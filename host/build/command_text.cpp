@@ -60,7 +60,9 @@ void Open(Script& script, const BuildPlan& plan, const CString& purpose)
     script.Line(
         L"rem folder is empty or can't be written to, the log goes to the computer's own Windows folder.");
     script.Set(L"LOG_FOLDER", QuotedBatchText(plan.commands.strLogFolder));
-    script.Line(L"rem /qn shows nothing, /qb a progress bar.");
+    script.Line(L"rem 1: each log in that folder is copied to the computer's own Windows folder as well.");
+    script.Set(L"KEEP_LOCAL_LOG", plan.commands.bKeepLocalLog ? L"1" : L"0");
+    script.Line(L"rem /qn shows nothing, /qb-! a progress bar without buttons and questions.");
     script.Set(L"DISPLAY_OPTION", QuotedBatchText(plan.commands.strDisplay));
     script.Line(
         L"rem "
@@ -81,10 +83,11 @@ void SwitchCodePage(Script& script, bool ascii)
 
 void ChooseLogFolder(Script& script)
 {
+    script.Line(L"set \"LOCAL_LOGS=%windir%\\Logs\\Software\"");
     script.Line(L"set \"LOGS=%LOG_FOLDER%\"");
     script.Line(L"call :probe_log_folder");
     script.Line(L"if not errorlevel 1 goto log_folder_chosen");
-    script.Line(L"set \"LOGS=%windir%\\Logs\\Software\"");
+    script.Line(L"set \"LOGS=%LOCAL_LOGS%\"");
     script.Line(L"call :probe_log_folder");
     script.Line(L"if not errorlevel 1 goto log_folder_chosen");
     script.Line(L"set \"LOGS=%TEMP%\"");
@@ -98,6 +101,7 @@ void Run(Script& script, const CString& arguments)
     script.Line(L"start \"\" /wait \"%windir%\\System32\\msiexec.exe\" " + arguments +
                 L" %DISPLAY_OPTION% /norestart /L*V \"%LOGS%\\%LOG%\"");
     script.Line(L"set \"CODE=%ERRORLEVEL%\"");
+    script.Line(L"call :keep_local_log");
     script.Line(L"call :judge");
     script.Line(L"if errorlevel 1 goto finish");
     script.Line(L"");
@@ -128,6 +132,17 @@ void Close(Script& script, bool uninstalls, bool ascii)
     script.Line(L"rem A restart that has begun outweighs one that is only needed.");
     script.Line(L":restart");
     script.Line(L"if not \"%RESULT%\"==\"1641\" set \"RESULT=%CODE%\"");
+    script.Line(L"exit /b 0");
+    script.Line(L"");
+    script.Line(L"rem A copy of the log for whoever sits before the computer. That it can't be made changes "
+                L"nothing.");
+    script.Line(L":keep_local_log");
+    script.Line(L"if not \"%KEEP_LOCAL_LOG%\"==\"1\" exit /b 0");
+    script.Line(L"if /i \"%LOGS%\"==\"%LOCAL_LOGS%\" exit /b 0");
+    script.Line(L"if /i \"%LOGS%\"==\"%TEMP%\" exit /b 0");
+    script.Line(L"if not exist \"%LOCAL_LOGS%\\\" md \"%LOCAL_LOGS%\" >nul 2>&1");
+    script.Line(L"copy /y \"%LOGS%\\%LOG%\" \"%LOCAL_LOGS%\\%LOG%\" >nul 2>&1");
+    script.Line(L"if errorlevel 1 copy /y \"%LOGS%\\%LOG%\" \"%TEMP%\\%LOG%\" >nul 2>&1");
     script.Line(L"exit /b 0");
     script.Line(L"");
     script.Line(

@@ -2,6 +2,7 @@
 
 #include "host/build/build_failure.h"
 #include "host/build/build_names.h"
+#include "host/build/build_user_files.h"
 #include "host/build/file_operations.h"
 
 #include <set>
@@ -16,6 +17,11 @@ public:
         for (const BuildFile& file : plan.files) {
             m_named[file.strTarget] = file.strSource;
         }
+        for (const BuildDatabase& database : plan.databases) {
+            if (database.hDatabase != 0) {
+                m_packageFolders.insert(FolderAbove(database.strTarget));
+            }
+        }
     }
 
     CopyList Scan()
@@ -29,10 +35,12 @@ public:
         for (const BuildDatabase& database : m_plan.databases) {
             AddParents(database.strTarget);
             m_list.bytes += SizeOfFile(database.hDatabase ? database.strWorkingCopy : database.strOriginal);
+            m_list.userBytes += MeasureUserFiles(database);
         }
         for (const BuildText& text : m_plan.texts) {
             AddParents(text.strTarget);
         }
+        m_list.bytes += m_list.userBytes;
         return std::move(m_list);
     }
 
@@ -61,7 +69,8 @@ private:
             const CString path = JoinFolder(inner, entry.strName);
             const CString entrySource = JoinFolder(source, entry.strName);
             const CString entryTarget = JoinFolder(target, entry.strName);
-            if (m_excluded.count(path) != 0 || m_named.count(entryTarget) != 0) {
+            if (m_excluded.count(path) != 0 || m_named.count(entryTarget) != 0 ||
+                IsEarlierCabinet(entry.strName, target)) {
                 continue;
             }
             if (!entry.IsFolder()) {
@@ -73,6 +82,12 @@ private:
                 ScanFolder(entrySource, path, entryTarget);
             }
         }
+    }
+
+    // The cabinets of added files are made anew with the database beside them.
+    bool IsEarlierCabinet(const CString& name, const CString& targetFolder) const
+    {
+        return IsUserCabinet(name) && m_packageFolders.count(targetFolder) != 0;
     }
 
     void AddFile(CopyItem file)
@@ -105,6 +120,7 @@ private:
     TargetNames m_named; // what a folder's own file of that name gives way to
     NameSet m_excluded;
     NameSet m_folders;
+    NameSet m_packageFolders; // targets of the databases that are written anew
     CopyList m_list;
 };
 

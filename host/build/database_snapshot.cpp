@@ -7,6 +7,8 @@
 namespace {
 
 constexpr UINT PROPERTY_REVISION_NUMBER = 9;
+constexpr UINT PROPERTY_WORD_COUNT = 15;
+constexpr INT WORD_COUNT_COMPRESSED = 2;
 const wchar_t g_streams[] = L"_Streams";
 
 bool IsStreamType(const CString& type)
@@ -188,6 +190,34 @@ InstallerObject OpenDatabaseToRead(const CString& path)
 DatabaseSnapshot ReadSnapshot(MSIHANDLE database, const CString& path, const std::function<void()>& poll)
 {
     return SnapshotReader(database, path, poll).Read();
+}
+
+CString ReadRecordField(MSIHANDLE record, UINT field)
+{
+    DWORD length = 0;
+    wchar_t none[1] = L"";
+    UINT code = MsiRecordGetStringW(record, field, none, &length);
+    CString text;
+    if (code == ERROR_MORE_DATA) {
+        DWORD capacity = ++length;
+        code = MsiRecordGetStringW(record, field, text.GetBuffer(static_cast<int>(length)), &capacity);
+        text.ReleaseBuffer(code == ERROR_SUCCESS ? static_cast<int>(capacity) : 0);
+    }
+    return text;
+}
+
+bool IsPackageCompressed(MSIHANDLE database, const CString& path)
+{
+    InstallerObject summary;
+    CheckInstaller(MsiGetSummaryInformationW(database, nullptr, 0, summary.Put()),
+                   L"Reading the summary information of", path);
+    UINT type = 0;
+    INT words = 0;
+    FILETIME time = {};
+    DWORD length = 0;
+    const UINT code = MsiSummaryInfoGetPropertyW(summary.Get(), PROPERTY_WORD_COUNT, &type, &words, &time,
+                                                 nullptr, &length);
+    return code == ERROR_SUCCESS && (words & WORD_COUNT_COMPRESSED) != 0;
 }
 
 CString ReadPackageCode(MSIHANDLE database, const CString& path)

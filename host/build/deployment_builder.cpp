@@ -103,7 +103,7 @@ void RunPhases(BuildRun& run)
     MadeLocation location(run.plan.strLocation);
     BuildLock lock(run.plan.strLocation, run.plan.strName, run.id);
     try {
-        run.meter.Start(run.list.bytes);
+        run.meter.Start(run.list.bytes + run.list.userBytes);
         StageFolders(run);
         CopyFiles(run);
         BuildDatabases(run);

@@ -110,6 +110,13 @@ FileHandle CreateForWriting(const CString& path)
     return file;
 }
 
+FileHandle CreateForBoth(const CString& path)
+{
+    FileHandle file = Open(path, GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL);
+    Check(file.IsOpen(), L"Creating", path);
+    return file;
+}
+
 DWORD ReadChunk(const FileHandle& file, void* bytes, DWORD size, const CString& path)
 {
     DWORD read = 0;
@@ -125,6 +132,15 @@ void WriteChunk(const FileHandle& file, const void* bytes, DWORD size, const CSt
         SetLastError(ERROR_DISK_FULL);
         Fail(L"Writing", path);
     }
+}
+
+std::uint64_t SeekInFile(const FileHandle& file, long long distance, DWORD origin, const CString& path)
+{
+    LARGE_INTEGER wanted = {};
+    LARGE_INTEGER place = {};
+    wanted.QuadPart = distance;
+    Check(!IsFaultDue() && SetFilePointerEx(file.Get(), wanted, &place, origin), L"Reading", path);
+    return static_cast<std::uint64_t>(place.QuadPart);
 }
 
 void FlushToDisk(const FileHandle& file, const CString& path)
@@ -146,6 +162,13 @@ void CopyTimesAndAttributes(const FileHandle& from, const FileHandle& to, const 
     basic.ChangeTime.QuadPart = 0; // the system's own
     Check(!IsFaultDue() && SetFileInformationByHandle(to.Get(), FileBasicInfo, &basic, sizeof(basic)),
           L"Setting times and attributes of", path);
+}
+
+FILETIME LastWriteTime(const FileHandle& file, const CString& path)
+{
+    FILETIME written = {};
+    Check(!IsFaultDue() && GetFileTime(file.Get(), nullptr, nullptr, &written), L"Reading the time of", path);
+    return written;
 }
 
 std::uint64_t SizeOfFile(const CString& path)

@@ -51,13 +51,18 @@ enum class PathKind
 
 FileHandle OpenForReading(const CString& path);   // others may go on reading and writing
 FileHandle CreateForWriting(const CString& path); // fails when the file is there; nobody else may open it
+FileHandle CreateForBoth(const CString& path);    // for reading and writing; empties a file that is there
 [[nodiscard]] DWORD ReadChunk(const FileHandle& file, void* bytes, DWORD size,
                               const CString& path); // 0 at the end
 void WriteChunk(const FileHandle& file, const void* bytes, DWORD size, const CString& path);
+// `origin` is FILE_BEGIN, FILE_CURRENT or FILE_END; the new place from the begin.
+[[nodiscard]] std::uint64_t SeekInFile(const FileHandle& file, long long distance, DWORD origin,
+                                       const CString& path);
 // On a share the system reports data that it could not deliver only when asked to flush.
 void FlushToDisk(const FileHandle& file, const CString& path);
 // Times and attributes; call after the last write.
 void CopyTimesAndAttributes(const FileHandle& from, const FileHandle& to, const CString& path);
+[[nodiscard]] FILETIME LastWriteTime(const FileHandle& file, const CString& path);
 [[nodiscard]] std::uint64_t SizeOfFile(const CString& path);
 
 // Without "." and "..", in no order.

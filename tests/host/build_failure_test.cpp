@@ -1,5 +1,6 @@
 // Whatever goes wrong, the old deployment stays whole, or there is none.
 #include "tests/host/build_fixture.h"
+#include "tests/host/user_additions.h"
 
 #include "host/build/build_names.h"
 #include "host/build/file_operations.h"
@@ -22,12 +23,15 @@ public:
     ~FaultScope() { SetFileFault({}); }
 };
 
-// A build with an old deployment in place, known to the last byte.
+// A build with added files and with an old deployment in place, known to the last byte.
 class RebuildTest : public testing::Test
 {
 protected:
     RebuildTest() : m_build(SmallProduct())
     {
+        AddedRows added(m_build.plan.databases[0].hDatabase, 1);
+        WriteBytes(m_sources / L"added.txt", std::string(5000, 'a'));
+        added.AddFile(m_sources / L"added.txt", L"INSTALLDIR");
         EXPECT_EQ(m_build.Build().error.code, 0u);
         WriteBytes(m_build.Target() + L"\\Image\\x64\\Zolt\\only-old.txt", "old");
         m_old = ReadTree(m_build.Target());
@@ -39,6 +43,7 @@ protected:
     {
         ProductOptions options;
         options.bytesOfLargeFile = 100 * 1024;
+        options.prepare = MakeAdditionTables;
         return options;
     }
 
@@ -77,6 +82,7 @@ protected:
         EXPECT_EQ(now.count(L"Manifest.txt"), 1u) << when << "\n" << NamesOf(now);
     }
 
+    TestFolder m_sources{L"sources"};
     TestBuild m_build;
     Tree m_old;
     std::string m_messages;

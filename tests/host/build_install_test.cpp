@@ -149,6 +149,42 @@ TEST_F(InstallTest, WithoutALogFolderTheLogStaysOnTheComputer)
     EXPECT_EQ(LogIn(LocalLogs(), L"Install"), L"there");
 }
 
+TEST_F(InstallTest, ALogOnTheNetworkStaysThereAloneUnlessACopyIsAskedFor)
+{
+    DeleteFileW(LocalLogs() + L"\\" + LogName(L"Install"));
+    Deploy(L"network log");
+    EXPECT_EQ(Run(L"Install.cmd"), 0u);
+    EXPECT_EQ(LogIn(m_folder / L"logs", L"Install"), L"there");
+    EXPECT_EQ(LogIn(LocalLogs(), L"Install"), L"missing");
+}
+
+TEST_F(InstallTest, ACopyOfTheNetworkLogIsKeptOnTheComputer)
+{
+    DeleteFileW(LocalLogs() + L"\\" + LogName(L"Install"));
+    Deploy(L"both logs", {}, [](TestBuild& build) { build.plan.commands.bKeepLocalLog = true; });
+    EXPECT_EQ(Run(L"Install.cmd"), 0u);
+    EXPECT_EQ(LogIn(m_folder / L"logs", L"Install"), L"there");
+    EXPECT_EQ(LogIn(LocalLogs(), L"Install"), L"there");
+}
+
+TEST_F(InstallTest, AFailureKeepsItsExitCodeWhenALogIsCopied)
+{
+    ProductOptions options;
+    options.bFails = true;
+    Deploy(L"failing copy", options, [](TestBuild& build) { build.plan.commands.bKeepLocalLog = true; });
+    EXPECT_EQ(Run(L"Install.cmd"), 1603u);
+}
+
+// Only a progress bar is shown; nobody is there to press a button.
+TEST_F(InstallTest, WithAProgressBarTheInstallationEndsByItself)
+{
+    Deploy(L"progress", {}, [](TestBuild& build) { build.plan.commands.strDisplay = L"/qb-!"; });
+    EXPECT_EQ(Run(L"Install.cmd"), 0u);
+    EXPECT_TRUE(IsInstalled());
+    EXPECT_EQ(Run(L"Uninstall.cmd"), 0u);
+    EXPECT_FALSE(IsInstalled());
+}
+
 // msiexec is what the script starts; a stand-in by that name tells how each of its codes is handed on.
 class ExitCodeTest : public InstallTest
 {

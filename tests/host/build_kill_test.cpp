@@ -1,11 +1,15 @@
 // A build that is killed, at every file operation and at random moments: a child process builds, dies, and the next
 // start looks at what it left.
 #include "tests/host/build_fixture.h"
+#include "tests/host/user_additions.h"
 
 #include "host/build/build_names.h"
 #include "host/build/file_operations.h"
 
 #include <windows.h>
+
+#include <msi.h>
+#include <msiquery.h>
 
 #include <random>
 
@@ -55,10 +59,23 @@ BuildPlan PlanOf(const CString& media, const CString& location)
     return plan;
 }
 
+// A working copy with an added file. A killed process leaves it to the test's folder.
+void OpenWorkingCopy(const CString& media, BuildDatabase& database)
+{
+    const CString readme = media + L"\\x64\\Zolt\\readme.txt";
+    database.strWorkingCopy = FolderAbove(media) + L"\\work-" + NumberText(GetCurrentProcessId()) + L".msi";
+    EXPECT_TRUE(CopyFileW(database.strOriginal, database.strWorkingCopy, FALSE)) << GetLastError();
+    MSIHANDLE handle = 0;
+    EXPECT_EQ(MsiOpenDatabaseW(database.strWorkingCopy, MSIDBOPEN_TRANSACT, &handle), 0u);
+    AddedRows(handle, 1).AddFile(readme, L"TARGETDIR");
+    database.hDatabase = handle;
+}
+
 // Not a test of its own: what the child process runs.
 TEST(KilledBuild, DISABLED_Child)
 {
-    const BuildPlan plan = PlanOf(Variable(L"BUILD_TEST_MEDIA"), Variable(L"BUILD_TEST_LOCATION"));
+    BuildPlan plan = PlanOf(Variable(L"BUILD_TEST_MEDIA"), Variable(L"BUILD_TEST_LOCATION"));
+    OpenWorkingCopy(Variable(L"BUILD_TEST_MEDIA"), plan.databases[0]);
     SetFileFault({NumberOf(Variable(L"BUILD_TEST_KILL_AT")), 0, false});
     Quiet quiet;
     const BuildResult result = BuildDeployment(plan, quiet);
@@ -73,6 +90,7 @@ protected:
     {
         ProductOptions options;
         options.bytesOfLargeFile = 100 * 1024;
+        options.prepare = MakeAdditionTables;
         MakeMedia(m_folder / L"media", options);
         m_location = m_folder / L"shares";
         MakeFolders(m_location);
@@ -135,7 +153,7 @@ protected:
         const Tree now = ReadTree(m_location + L"\\Office");
         const bool isNew = now.count(L"Manifest.txt") != 0;
         if (isNew) {
-            EXPECT_EQ(now.size(), 19u) << when << "\n" << NamesOf(now);
+            EXPECT_EQ(now.size(), 20u) << when << "\n" << NamesOf(now);
         } else {
             EXPECT_TRUE(now == m_old) << when << "\n" << told << NamesOf(now);
         }

@@ -1,79 +1,20 @@
 // From media to a deployment and on: create, base on, modify, as the wizard does it.
-#include "include/product.h"
-#include "tests/host/package_maker.h"
+#include "tests/host/through_host.h"
 
-#include <gtest/gtest.h>
+#include "msi/msi_property.h"
+
 #include <msiquery.h>
 
 namespace {
 
-class SilentProgress final : public IBuildProgress
-{
-public:
-    void OnStep(const CString&) override {}
-    bool OnProgress(std::uint64_t, std::uint64_t, const CString&) override { return !cancel; }
-    bool cancel = false;
-};
-
-class BuildThroughHostTest : public testing::Test
+class BuildThroughHostTest : public ThroughHostTest
 {
 protected:
     void SetUp() override
     {
         MakeMedia(scratch + L"media\\");
-        ASSERT_EQ(MakeFolders(location), 0u);
+        ThroughHostTest::SetUp();
     }
-    void TearDown() override
-    {
-        host.reset();
-        EXPECT_EQ(MsiCloseAllHandles(), 0u) << "installer handles were left open";
-    }
-
-    CSetupManager& Open(const CString& path)
-    {
-        host.reset();
-        host = OpenHost(path, work);
-        return host->GetSetupManager();
-    }
-
-    // The begin page's steps, with its answers.
-    void Begin(CSetupManager& manager, Setup::tagSETUPMODE mode, const CString& base, const CString& name)
-    {
-        const CString before = manager.m_strBaseDeploymentName;
-        manager.SetDeploymentPlatform(manager.m_platform);
-        manager.SetDeploymentLocation(location);
-        manager.SetBaseDeploymentName(base);
-        manager.SetDeploymentName(name);
-        if (before.CompareNoCase(base) != 0) {
-            manager.ReloadProductData();
-            manager.LoadDeploymentInfo(base);
-            manager.DeleteProductList();
-            CLangMgr::Instance().Init(manager.m_pConfigReader);
-            CLangMgr::Instance().Reset();
-        }
-        ASSERT_TRUE(manager.SetSetupMode(mode));
-    }
-
-    void Build()
-    {
-        SilentProgress progress;
-        const BuildResult result = host->Build(progress);
-        EXPECT_EQ(result.error.code, 0u) << Utf8(result.error.message);
-        EXPECT_EQ(result.strDeploymentFolder, host->GetSetupManager().m_strDeploymentFolder);
-    }
-
-    static CString Stored(CSetupManager& manager, const wchar_t* name)
-    {
-        wchar_t buffer[300] = {};
-        int size = 300;
-        return manager.m_pProducts->at(0)->GetMsiProperty(name, buffer, &size) ? CString(buffer)
-                                                                               : CString(L"(none)");
-    }
-
-    ScratchFolder work{L"work"};
-    ScratchFolder scratch{L"build \u00E4 \u4E2D"};
-    CString location = scratch + L"shared deployments\\";
-    HostOwner host;
 };
 
 } // namespace
@@ -187,4 +128,51 @@ TEST_F(BuildThroughHostTest, ALocationAsLongAsTheLengthRuleAllowsIsBuilt)
     Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), name);
     Build();
     EXPECT_EQ(CString(Open(location + name).m_strDeploymentName), name);
+}
+
+TEST_F(BuildThroughHostTest, TheSettingsReachTheCommandsAndComeBack)
+{
+    CSetupManager& manager = Open(scratch + L"media");
+    Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), L"North");
+    manager.m_bNetworkLog = true;
+    manager.m_strNetworkLogFolder = L"\\\\server\\logs\\";
+    manager.m_bSettingsOption = true;
+    manager.m_installMode = 3;
+    Build();
+    const CString script = ReadText(location + L"North\\Install.cmd");
+    for (const wchar_t* line : {L"set \"LOG_FOLDER=\\\\server\\logs\\\"", L"set \"KEEP_LOCAL_LOG=1\"",
+                                L"set \"DISPLAY_OPTION=/qb-!\""}) {
+        EXPECT_GE(script.Find(line), 0) << Utf8(line) << " is missing in\n" << Utf8(script);
+    }
+    CSetupManager& again = Open(location + L"North");
+    EXPECT_TRUE(again.m_bNetworkLog);
+    EXPECT_EQ(again.m_strNetworkLogFolder, CString(L"\\\\server\\logs\\"));
+    EXPECT_TRUE(again.m_bSettingsOption);
+    EXPECT_EQ(again.m_installMode, 3);
+}
+
+TEST_F(BuildThroughHostTest, WithoutANetworkLogItsFolderIsNotUsed)
+{
+    CSetupManager& manager = Open(scratch + L"media");
+    Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), L"North");
+    manager.m_bNetworkLog = false;
+    manager.m_strNetworkLogFolder = L"\\\\server\\logs\\";
+    manager.m_installMode = 2;
+    Build();
+    const CString script = ReadText(location + L"North\\Install.cmd");
+    EXPECT_GE(script.Find(L"set \"LOG_FOLDER=\""), 0) << Utf8(script);
+    EXPECT_GE(script.Find(L"set \"DISPLAY_OPTION=/qn\""), 0) << Utf8(script);
+}
+
+TEST_F(BuildThroughHostTest, APropertyThatAPageWroteOnTheHandleIsInTheBuiltDatabase)
+{
+    CSetupManager& manager = Open(scratch + L"media");
+    Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), L"North");
+    ASSERT_TRUE(WriteProperty(manager.m_pProducts->at(0)->GetMsiHandle(), L"MC3_ENABLED", L"#1"));
+    Build();
+    MsiHandle built;
+    ASSERT_EQ(MsiOpenDatabaseW(location + L"North\\Image\\x64\\Zolt\\Zolt.msi", MSIDBOPEN_READONLY,
+                               built.Receive()),
+              0u);
+    EXPECT_EQ(ReadProperty(built.get(), L"MC3_ENABLED"), CString(L"#1"));
 }

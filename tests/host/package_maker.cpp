@@ -20,61 +20,6 @@ ScratchFolder::~ScratchFolder()
     RemoveFolder(m_path);
 }
 
-namespace {
-
-CString PathOfSystem(const CString& path)
-{
-    using NameCall = char*(CDECL*)(const wchar_t*);
-    // kernel32 of the prefix tells what a path is outside of it.
-    const auto call = reinterpret_cast<NameCall>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32"), "wine_get_unix_file_name")));
-    char* name = call ? call(path) : nullptr;
-    if (!name) {
-        return CString();
-    }
-    const CString text = TextFromUtf8(name, strlen(name));
-    HeapFree(GetProcessHeap(), 0, name);
-    return text;
-}
-
-bool RunOutside(CString command)
-{
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process = {};
-    const CString program = command.Left(command.Find(L' '));
-    if (!CreateProcessW(program, command.GetBuffer(command.GetLength()), nullptr, nullptr, FALSE, 0, nullptr,
-                        nullptr, &startup, &process)) {
-        return false;
-    }
-    WaitForSingleObject(process.hProcess, 20000);
-    CloseHandle(process.hProcess);
-    CloseHandle(process.hThread);
-    return true;
-}
-
-} // namespace
-
-CString ShareFolder(const CString& folder, const wchar_t* name)
-{
-    CString target = PathOfSystem(folder);
-    CString drive = PathOfSystem(L"C:\\"); // .../dosdevices/c:/
-    drive = drive.Left(drive.Find(L"/dosdevices/"));
-    if (target.IsEmpty() || drive.IsEmpty()) {
-        return CString();
-    }
-    const CString shares = drive + L"/dosdevices/unc/HOSTTEST";
-    EXPECT_TRUE(RunOutside(L"Z:\\bin\\mkdir -p \"" + shares + L"\""));
-    EXPECT_TRUE(RunOutside(L"Z:\\bin\\ln -sfn \"" + target + L"\" \"" + shares + L"/" + name + L"\""));
-    const CString share = CString(L"\\\\HOSTTEST\\") + name + L"\\";
-    const ULONGLONG deadline = GetTickCount64() + 20000; // a program outside is not waited for
-    while (!IsFolder(share) && GetTickCount64() < deadline) {
-        SwitchToThread();
-    }
-    EXPECT_TRUE(IsFolder(share)) << Utf8(target) << " as " << Utf8(share);
-    return share;
-}
-
 void WriteFileBytes(const CString& path, const std::string& bytes)
 {
     ASSERT_EQ(MakeFolders(ParentFolder(path)), 0u) << Utf8(path);

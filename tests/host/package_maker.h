@@ -5,6 +5,7 @@
 #include "host/handles.h"
 #include "host/media.h"
 #include "host/setup_host.h"
+#include "tests/host/outside_links.h"
 #include "tests/support/text.h"
 
 #include <memory>
@@ -22,10 +23,6 @@ public:
 private:
     CString m_path;
 };
-
-// Makes \\HOSTTEST\\<name>\\ another name of a folder, by the link that the prefix takes for a share. The path has a
-// backslash at its end; empty where there is no such prefix (on Windows itself).
-CString ShareFolder(const CString& folder, const wchar_t* name);
 
 void WriteFileBytes(const CString& path, const std::string& bytes);
 void WriteText(const CString& path, const CString& text);

@@ -212,3 +212,15 @@ TEST(BuildTargets, TheLongestPathIsThatOfTheWorkstations)
     list.files = {{L"C:\\a", CString(L'a', 40), 1}};
     EXPECT_EQ(LongestPath(TwoProducts(), list, L"\\\\s\\x"), CString(L"\\\\s\\x\\") + CString(L'a', 40));
 }
+
+TEST(BuildCommands, ALogOnTheNetworkIsCopiedToTheComputerOnlyWhenAsked)
+{
+    BuildPlan plan = TwoProducts();
+    plan.commands.strLogFolder = L"\\\\server\\logs\\";
+    EXPECT_HOLDS(ComposeInstallScript(plan), L"set \"KEEP_LOCAL_LOG=0\"\r\n");
+    plan.commands.bKeepLocalLog = true;
+    const CString script = ComposeInstallScript(plan);
+    EXPECT_HOLDS(script, L"set \"KEEP_LOCAL_LOG=1\"\r\n");
+    EXPECT_LT(script.Find(L"set \"CODE=%ERRORLEVEL%\""), script.Find(L"call :keep_local_log"))
+        << "the copy's own result would be taken for the installer's";
+}

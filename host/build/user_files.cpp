@@ -1,0 +1,368 @@
+#include "host/build/user_files.h"
+
+#include "host/build/build_names.h"
+
+#include <algorithm>
+#include <set>
+
+namespace {
+
+constexpr std::uint64_t CABINET_BYTES = 1ull << 30; // of content; half of what a cabinet can hold
+constexpr std::size_t CABINET_FILES = 30000;        // less than half of what a cabinet can list
+constexpr long long MAX_SHORT = 32767;              // the largest value of a column of type i2
+constexpr int FILE_COMPRESSED = 0x4000;
+constexpr int CUSTOM_FILE = 0; // TarnCustomFile.Flags
+constexpr int CUSTOM_FOLDER = 2;
+const wchar_t g_userFeature[] = L"_UserDeploymentFile";
+
+// The installer's standard actions that bring and remove additions, with the numbers that its documentation suggests.
+const struct
+{
+    const wchar_t* name;
+    int sequence;
+} g_actions[] = {
+    {L"RemoveFiles", 3500}, {L"RemoveFolders", 3600}, {L"CreateFolders", 3700}, {L"InstallFiles", 4000}};
+
+long long NumberOf(const CString& text)
+{
+    const bool negative = text.Left(1) == L"-";
+    long long number = 0;
+    for (int index = negative ? 1 : 0; index < text.GetLength() && number < (1ll << 40); ++index) {
+        if (text[index] < L'0' || text[index] > L'9') {
+            return 0;
+        }
+        number = number * 10 + (text[index] - L'0');
+    }
+    return negative ? -number : number;
+}
+
+bool IsHexDigit(wchar_t character)
+{
+    return (character >= L'0' && character <= L'9') || (character >= L'A' && character <= L'F') ||
+           (character >= L'a' && character <= L'f');
+}
+
+// A table of a snapshot with its columns by name. A table that isn't there has no rows.
+template <class Table>
+class NamedTable
+{
+public:
+    explicit NamedTable(Table* table) : m_table(table) {}
+
+    bool Exists() const { return m_table != nullptr; }
+    auto& Rows() const { return m_table->rows; }
+    bool Has(const CString& key) const { return m_table && m_table->rows.count({key}) != 0; }
+    int ColumnOf(const wchar_t* name) const
+    {
+        const auto found = std::find(m_table->columns.begin(), m_table->columns.end(), CString(name));
+        return found == m_table->columns.end() ? -1 : static_cast<int>(found - m_table->columns.begin());
+    }
+    CString Value(const RowValues& row, const wchar_t* column) const
+    {
+        const int index = ColumnOf(column);
+        return index < 0 ? CString() : row[static_cast<std::size_t>(index)];
+    }
+    void Set(RowValues& row, const wchar_t* column, const CString& value) const
+    {
+        const int index = ColumnOf(column);
+        if (index >= 0) {
+            row[static_cast<std::size_t>(index)] = value;
+        }
+    }
+    bool HoldsOnlyShortNumbers(const wchar_t* column) const
+    {
+        const int index = ColumnOf(column);
+        return index >= 0 && m_table->columnTypes[static_cast<std::size_t>(index)].Right(1) == L"2"; // i2, I2
+    }
+    RowValues EmptyRow() const { return RowValues(m_table->columns.size()); }
+
+private:
+    Table* m_table;
+};
+
+using ReadTable = NamedTable<const TableSnapshot>;
+using WriteTable = NamedTable<TableSnapshot>;
+
+ReadTable TableToRead(const DatabaseSnapshot& database, const wchar_t* name)
+{
+    const auto found = database.find(name);
+    return ReadTable(found == database.end() ? nullptr : &found->second);
+}
+
+WriteTable TableToWrite(DatabaseSnapshot& database, const wchar_t* name)
+{
+    const auto found = database.find(name);
+    return WriteTable(found == database.end() ? nullptr : &found->second);
+}
+
+CString LongName(const CString& fileName)
+{
+    return fileName.Mid(fileName.Find(L'|') + 1);
+}
+
+CString CabinetName(std::size_t number)
+{
+    CString digits = NumberText(static_cast<long long>(number));
+    while (digits.GetLength() < 4) {
+        digits = L"0" + digits;
+    }
+    return L"TARN" + digits + L".cab";
+}
+
+bool NamesUserCabinets(const ReadTable& media)
+{
+    if (!media.Exists()) {
+        return false;
+    }
+    return std::any_of(media.Rows().begin(), media.Rows().end(),
+                       [&](const auto& row) { return IsUserCabinet(media.Value(row.second, L"Cabinet")); });
+}
+
+void RemoveOldCabinets(const WriteTable& media)
+{
+    if (media.Exists()) {
+        std::erase_if(media.Rows(),
+                      [&](const auto& row) { return IsUserCabinet(media.Value(row.second, L"Cabinet")); });
+    }
+}
+
+long long HighestNumber(const WriteTable& table, const wchar_t* column, const std::set<CString>& exceptKeys)
+{
+    long long highest = 0;
+    for (const auto& [key, row] : table.Rows()) {
+        if (exceptKeys.count(key.front()) == 0) {
+            highest = std::max(highest, NumberOf(table.Value(row, column)));
+        }
+    }
+    return highest;
+}
+
+// Numbers and attributes of the File rows; the first number is returned.
+long long FinishFileRows(const WriteTable& files, const WriteTable& media, const UserAdditions& additions,
+                         bool packageIsCompressed)
+{
+    std::set<CString> added;
+    for (const UserFile& file : additions.files) {
+        added.insert(file.strKey);
+    }
+    const long long last =
+        std::max(HighestNumber(files, L"Sequence", added), HighestNumber(media, L"LastSequence", {}));
+    long long sequence = last;
+    for (const UserFile& file : additions.files) {
+        RowValues& row = files.Rows().at({file.strKey});
+        files.Set(row, L"Sequence", NumberText(++sequence));
+        // A compressed package takes every file for compressed; any other has to be told.
+        files.Set(row, L"Attributes", NumberText(packageIsCompressed ? 0 : FILE_COMPRESSED));
+    }
+    return last + 1;
+}
+
+void AddMediaRows(const WriteTable& media, const std::vector<UserCabinet>& cabinets, long long firstSequence)
+{
+    long long disk = HighestNumber(media, L"DiskId", {});
+    for (const UserCabinet& cabinet : cabinets) {
+        RowValues row = media.EmptyRow();
+        const CString id = NumberText(++disk);
+        media.Set(row, L"DiskId", id);
+        media.Set(row, L"LastSequence",
+                  NumberText(firstSequence + static_cast<long long>(cabinet.first + cabinet.count) - 1));
+        media.Set(row, L"Cabinet", cabinet.strName);
+        media.Rows()[{id}] = std::move(row);
+    }
+}
+
+// Neither workstations nor whoever gets the deployment need to know where a file was chosen.
+void HideSourcePaths(const WriteTable& records, const UserAdditions& additions)
+{
+    for (const UserFile& file : additions.files) {
+        records.Set(records.Rows().at({file.strKey}), L"SourceFileName", file.strName);
+    }
+}
+
+// The pages write the feature of the additions once in a run, into the first product that lacks it; and it names
+// INSTALLDIR whether or not the product has such a directory.
+void FinishFeature(const WriteTable& features, const WriteTable& directories)
+{
+    if (!features.Exists()) {
+        return;
+    }
+    if (!features.Has(g_userFeature)) {
+        RowValues row = features.EmptyRow();
+        features.Set(row, L"Feature", g_userFeature);
+        features.Set(row, L"Title", L"User Deployment Files");
+        features.Set(row, L"Description", L"User deployment files.");
+        features.Set(row, L"Display", L"0"); // nobody is asked for it
+        features.Set(row, L"Level", L"1");
+        features.Set(row, L"Directory_", L"INSTALLDIR");
+        features.Set(row, L"Attributes", L"16"); // it can't be left out
+        features.Rows()[{g_userFeature}] = std::move(row);
+    }
+    if (!directories.Has(L"INSTALLDIR")) {
+        features.Set(features.Rows().at({g_userFeature}), L"Directory_", CString());
+    }
+}
+
+void AddMissingActions(const WriteTable& sequence)
+{
+    if (!sequence.Exists()) {
+        return;
+    }
+    for (const auto& action : g_actions) {
+        if (!sequence.Has(action.name)) {
+            RowValues row = sequence.EmptyRow();
+            sequence.Set(row, L"Action", action.name);
+            sequence.Set(row, L"Sequence", NumberText(action.sequence));
+            sequence.Rows()[{action.name}] = std::move(row);
+        }
+    }
+}
+
+} // namespace
+
+bool IsUserKey(const CString& key)
+{
+    if (key.GetLength() != 41 || !(key.Left(5) == L"TARN_")) {
+        return false;
+    }
+    for (int index = 0; index < 36; ++index) {
+        const bool dash = index == 8 || index == 13 || index == 18 || index == 23;
+        const wchar_t character = key[index + 5];
+        if (dash ? character != L'_' : !IsHexDigit(character)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool IsUserCabinet(const CString& fileName)
+{
+    if (fileName.GetLength() != 12 || fileName.Left(4).CompareNoCase(L"TARN") != 0 ||
+        fileName.Right(4).CompareNoCase(L".cab") != 0) {
+        return false;
+    }
+    for (int index = 4; index < 8; ++index) {
+        if (fileName[index] < L'0' || fileName[index] > L'9') {
+            return false;
+        }
+    }
+    return true;
+}
+
+UserAdditions FindUserAdditions(const DatabaseSnapshot& database)
+{
+    UserAdditions additions;
+    const ReadTable records = TableToRead(database, L"TarnCustomFile");
+    const ReadTable files = TableToRead(database, L"File");
+    const ReadTable components = TableToRead(database, L"Component");
+    additions.bBuiltBefore = NamesUserCabinets(TableToRead(database, L"Media"));
+    if (!files.Exists()) {
+        return additions;
+    }
+    for (const auto& [key, row] : files.Rows()) {
+        if (!IsUserKey(key.front())) {
+            continue;
+        }
+        if (!records.Has(key.front())) {
+            additions.strayFiles.push_back(key.front());
+            continue;
+        }
+        additions.files.push_back({key.front(), LongName(files.Value(row, L"FileName")),
+                                   components.Has(key.front())
+                                       ? components.Value(components.Rows().at(key), L"Directory_")
+                                       : CString(),
+                                   records.Value(records.Rows().at(key), L"SourceFileName"),
+                                   static_cast<std::uint32_t>(NumberOf(files.Value(row, L"FileSize"))), 0,
+                                   static_cast<int>(NumberOf(files.Value(row, L"Sequence")))});
+    }
+    std::stable_sort(
+        additions.files.begin(), additions.files.end(),
+        [](const UserFile& left, const UserFile& right) { return left.sequence < right.sequence; });
+    if (records.Exists()) {
+        for (const auto& [key, row] : records.Rows()) {
+            const long long flags = NumberOf(records.Value(row, L"Flags"));
+            additions.bFolders = additions.bFolders || flags == CUSTOM_FOLDER;
+            if (flags == CUSTOM_FILE && IsUserKey(key.front()) && !files.Has(key.front())) {
+                additions.strayRecords.push_back(key.front());
+            }
+        }
+    }
+    return additions;
+}
+
+CString FindSameTarget(const UserAdditions& additions)
+{
+    struct TargetLess
+    {
+        bool operator()(const UserFile* left, const UserFile* right) const
+        {
+            const int folders = left->strFolder.Compare(right->strFolder);
+            return folders ? folders < 0 : left->strName.CompareNoCase(right->strName) < 0;
+        }
+    };
+    std::set<const UserFile*, TargetLess> targets;
+    for (const UserFile& file : additions.files) {
+        const auto [first, isNew] = targets.insert(&file);
+        if (!isNew) {
+            return L"Both \"" + (*first)->strSource + L"\" and \"" + file.strSource +
+                   L"\" were added to one folder under the name \"" + file.strName +
+                   L"\". Remove one of them.";
+        }
+    }
+    return {};
+}
+
+std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files)
+{
+    std::vector<UserCabinet> cabinets;
+    std::uint64_t bytes = 0;
+    for (std::size_t index = 0; index < files.size(); ++index) {
+        const bool full = !cabinets.empty() && (cabinets.back().count >= CABINET_FILES ||
+                                                bytes + files[index].size > CABINET_BYTES);
+        if (cabinets.empty() || full) {
+            cabinets.push_back({CabinetName(cabinets.size() + 1), index, 0});
+            bytes = 0;
+        }
+        ++cabinets.back().count;
+        bytes += files[index].size;
+    }
+    return cabinets;
+}
+
+CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& additions,
+                            const std::vector<UserCabinet>& cabinets, bool packageIsCompressed)
+{
+    const WriteTable files = TableToWrite(database, L"File");
+    const WriteTable media = TableToWrite(database, L"Media");
+    RemoveOldCabinets(media);
+    for (const CString& key : additions.strayFiles) {
+        files.Rows().erase({key});
+    }
+    if (!additions.files.empty()) {
+        if (!media.Exists()) {
+            return L"its database has no table Media";
+        }
+        const long long first = FinishFileRows(files, media, additions, packageIsCompressed);
+        const long long last = first + static_cast<long long>(additions.files.size()) - 1;
+        if (last > MAX_SHORT &&
+            (files.HoldsOnlyShortNumbers(L"Sequence") || media.HoldsOnlyShortNumbers(L"LastSequence"))) {
+            return L"its database can number " + NumberText(MAX_SHORT) +
+                   L" files, but with the additions the last one would have the number " + NumberText(last);
+        }
+        SetUserFileSizes(database, additions);
+        AddMediaRows(media, cabinets, first);
+        HideSourcePaths(TableToWrite(database, L"TarnCustomFile"), additions);
+    }
+    if (!additions.files.empty() || additions.bFolders) {
+        FinishFeature(TableToWrite(database, L"Feature"), TableToWrite(database, L"Directory"));
+        AddMissingActions(TableToWrite(database, L"InstallExecuteSequence"));
+    }
+    return {};
+}
+
+void SetUserFileSizes(DatabaseSnapshot& database, const UserAdditions& additions)
+{
+    const WriteTable files = TableToWrite(database, L"File");
+    for (const UserFile& file : additions.files) {
+        files.Set(files.Rows().at({file.strKey}), L"FileSize", NumberText(static_cast<long long>(file.size)));
+    }
+}

@@ -1,0 +1,279 @@
+// What is added to the sample product, from the pages' writer to a workstation that has it, for the 64-bit media, whose
+// files lie in a cabinet, and the 32-bit media, whose files lie loose.
+#include "host/build/build_names.h"
+#include "msi/msi_property.h"
+#include "tests/host/through_host.h"
+#include "tests/host/user_additions.h"
+
+#include <msiquery.h>
+
+namespace {
+
+constexpr const wchar_t* SAMPLE_FOLDER = L"Velkmora\\Zolt 2027\\";
+constexpr const wchar_t* REGISTRY_KEY = L"Software\\Velkmora\\Zolt\\27.0";
+
+CString SampleMedia()
+{
+    wchar_t program[MAX_PATH] = L"";
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    return ParentFolder(ParentFolder(program)) + L"media";
+}
+
+unsigned long RunAndWait(CString command)
+{
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessW(nullptr, command.GetBuffer(command.GetLength()), nullptr, nullptr, FALSE,
+                        CREATE_NO_WINDOW, nullptr, nullptr, &startup, &process)) {
+        ADD_FAILURE() << Utf8(command) << ": " << GetLastError();
+        return ~0ul;
+    }
+    EXPECT_EQ(WaitForSingleObject(process.hProcess, 120000), DWORD{WAIT_OBJECT_0}) << Utf8(command);
+    DWORD code = ~0ul;
+    GetExitCodeProcess(process.hProcess, &code);
+    CloseHandle(process.hProcess);
+    CloseHandle(process.hThread);
+    return code;
+}
+
+class AddedFilesTest : public ThroughHostTest
+{
+protected:
+    // The installer here takes cabinets from paths of the computer's own code page alone.
+    AddedFilesTest() { location = plain + L"shared deployments\\"; }
+    ~AddedFilesTest() override
+    {
+        if (m_installed) {
+            Uninstall();
+        }
+    }
+
+    CString Source(const CString& name, const std::string& bytes)
+    {
+        const CString path = scratch + L"sources\\" + name;
+        WriteFileBytes(path, bytes);
+        return path;
+    }
+
+    CProduct& OpenSample(Setup::tagPLATFORM platform)
+    {
+        CSetupManager& manager = Open(SampleMedia());
+        manager.SetDeploymentPlatform(platform);
+        Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), L"Added");
+        return *manager.m_pProducts->at(0);
+    }
+
+    CProduct& OpenAgain(Setup::tagSETUPMODE mode, const wchar_t* name)
+    {
+        CSetupManager& manager = Open(location + L"Added");
+        Begin(manager, mode, L"Added", name);
+        return *manager.m_pProducts->at(0);
+    }
+
+    void Install(const wchar_t* name = L"Added")
+    {
+        m_script = location + name;
+        m_installed = true;
+        ASSERT_EQ(RunAndWait(L"cmd.exe /d /c \"\"" + m_script + L"\\Install.cmd\"\""), 0u);
+    }
+    void Uninstall()
+    {
+        m_installed = false;
+        EXPECT_EQ(RunAndWait(L"cmd.exe /d /c \"\"" + m_script + L"\\Uninstall.cmd\"\""), 0u);
+    }
+
+    CString Installed(const wchar_t* path, Setup::tagPLATFORM platform = Setup::PLATFORM_X64) const
+    {
+        wchar_t programs[MAX_PATH] = L"";
+        GetEnvironmentVariableW(platform == Setup::PLATFORM_X64 ? L"ProgramW6432" : L"ProgramFiles(x86)",
+                                programs, MAX_PATH);
+        return CString(programs) + L"\\" + SAMPLE_FOLDER + path;
+    }
+
+    static std::string BytesOf(const CString& path)
+    {
+        std::string bytes;
+        return ReadWholeFile(path, 1u << 28, bytes) == ERROR_SUCCESS ? bytes : "(not there)";
+    }
+
+    static int CountRows(CProduct& product, const wchar_t* query)
+    {
+        MsiHandle view;
+        EXPECT_EQ(MsiDatabaseOpenViewW(product.GetMsiHandle(), query, view.Receive()), 0u);
+        EXPECT_EQ(MsiViewExecute(view.get(), 0), 0u);
+        int count = 0;
+        for (MsiHandle record; MsiViewFetch(view.get(), record.Receive()) == ERROR_SUCCESS;) {
+            ++count;
+        }
+        return count;
+    }
+
+    static CString SourceOf(CProduct& product, const CString& key)
+    {
+        MsiHandle view;
+        const CString query =
+            L"SELECT `SourceFileName` FROM `TarnCustomFile` WHERE `Component_`='" + key + L"'";
+        EXPECT_EQ(MsiDatabaseOpenViewW(product.GetMsiHandle(), query, view.Receive()), 0u);
+        EXPECT_EQ(MsiViewExecute(view.get(), 0), 0u);
+        MsiHandle record;
+        CString source = L"(none)";
+        if (MsiViewFetch(view.get(), record.Receive()) == ERROR_SUCCESS) {
+            EXPECT_TRUE(ReadRecordText(record.get(), 1, source));
+        }
+        return source;
+    }
+
+    CString CabinetOf(const wchar_t* name) const
+    {
+        return location + name + CString(L"\\Image\\x64\\Zolt\\TARN0001.cab");
+    }
+
+    ScratchFolder plain{L"added"};
+    CString m_script;
+    bool m_installed = false;
+};
+
+class AddedFilesOfBothMedia : public AddedFilesTest, public testing::WithParamInterface<Setup::tagPLATFORM>
+{
+};
+
+INSTANTIATE_TEST_SUITE_P(Media, AddedFilesOfBothMedia,
+                         testing::Values(Setup::PLATFORM_X64, Setup::PLATFORM_X86), [](const auto& platform) {
+                             return std::string(platform.param == Setup::PLATFORM_X64 ? "Compressed"
+                                                                                      : "Loose");
+                         });
+
+} // namespace
+
+TEST_P(AddedFilesOfBothMedia, FilesFoldersAndADriveArriveAndGo)
+{
+    const CString driveFolder = scratch + L"drive of the workstation\\";
+    ASSERT_EQ(MakeFolders(driveFolder), 0u);
+    const LinkedDrive letter(L"X:", driveFolder);
+    if (!letter.IsThere()) {
+        GTEST_SKIP() << "drives are made by a link of the prefix, which this system doesn't have";
+    }
+    AddedRows rows(OpenSample(GetParam()));
+    const CString outer = rows.AddFolder(L"Company files", L"INSTALLDIR");
+    const CString inner = rows.AddFolder(L"It's inside", outer);
+    rows.AddFolder(L"Empty", L"SUPPORTDIR");
+    const CString drive = rows.AddDrive(L"x:");
+    rows.AddFile(Source(L"1\\logo.txt", "first"), L"INSTALLDIR");
+    rows.AddFile(Source(L"2\\logo.txt", std::string(70000, '2')), L"SUPPORTDIR");
+    const CString removed = rows.AddFile(Source(L"removed.txt", "removed"), L"INSTALLDIR");
+    rows.AddFile(Source(L"3\\logo.txt", std::string("\0\1\2\xFF", 4)), inner);
+    rows.AddFile(Source(L"4\\on the drive.txt", "drive"), drive);
+    rows.RemoveFile(L"INSTALLDIR", removed);
+    Build();
+    host.reset();
+    Install();
+    const auto installed = [&](const wchar_t* path) { return Installed(path, GetParam()); };
+    EXPECT_EQ(BytesOf(installed(L"logo.txt")), "first");
+    EXPECT_TRUE(BytesOf(installed(L"Support\\logo.txt")) == std::string(70000, '2'));
+    EXPECT_EQ(BytesOf(installed(L"Company files\\It's inside\\logo.txt")), std::string("\0\1\2\xFF", 4));
+    EXPECT_EQ(BytesOf(L"X:\\on the drive.txt"), "drive");
+    EXPECT_TRUE(IsFolder(installed(L"Support\\Empty")));
+    EXPECT_FALSE(IsFile(installed(L"removed.txt")));
+    EXPECT_TRUE(IsFile(installed(L"zolt.exe"))) << "the product itself is missing";
+    Uninstall();
+    EXPECT_FALSE(IsFolder(installed(L"")));
+    EXPECT_FALSE(IsFile(L"X:\\on the drive.txt"));
+}
+
+TEST_F(AddedFilesTest, AModifiedDeploymentKnowsWhereItsFilesCameFrom)
+{
+    const CString source = Source(L"logo.txt", "first");
+    const CString key = AddedRows(OpenSample(Setup::PLATFORM_X64)).AddFile(source, L"INSTALLDIR");
+    Build();
+    const std::string built = BytesOf(location + L"Added\\Image\\x64\\Zolt\\Zolt2027.msi");
+    EXPECT_NE(built.find("logo.txt"), std::string::npos);
+    EXPECT_EQ(built.find("sources\\logo.txt"), std::string::npos)
+        << "the database tells a path of this computer";
+    EXPECT_EQ(SourceOf(OpenAgain(Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"Added"), key), source);
+}
+
+TEST_F(AddedFilesTest, ModifyingTakesAFileWhoseSourceIsGoneFromTheDeployment)
+{
+    const CString source = Source(L"logo.txt", std::string(200000, 'l'));
+    AddedRows(OpenSample(Setup::PLATFORM_X64)).AddFile(source, L"INSTALLDIR");
+    Build();
+    ASSERT_TRUE(DeleteFileW(source));
+    AddedRows(OpenAgain(Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"Added"))
+        .AddFile(Source(L"new.txt", "new"), L"SUPPORTDIR");
+    Build();
+    host.reset();
+    Install();
+    EXPECT_TRUE(BytesOf(Installed(L"logo.txt")) == std::string(200000, 'l'));
+    EXPECT_EQ(BytesOf(Installed(L"Support\\new.txt")), "new");
+}
+
+TEST_F(AddedFilesTest, BasingOnADeploymentTakesItsFilesAlong)
+{
+    const CString source = Source(L"logo.txt", "first");
+    AddedRows(OpenSample(Setup::PLATFORM_X64)).AddFile(source, L"INSTALLDIR");
+    Build();
+    ASSERT_TRUE(DeleteFileW(source));
+    OpenAgain(Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT, L"Second");
+    Build();
+    host.reset();
+    Install(L"Second");
+    EXPECT_EQ(BytesOf(Installed(L"logo.txt")), "first");
+}
+
+TEST_F(AddedFilesTest, ModifyingAgainAndAgainPilesNothingUp)
+{
+    AddedRows(OpenSample(Setup::PLATFORM_X64)).AddFile(Source(L"logo.txt", "first"), L"INSTALLDIR");
+    Build();
+    for (int round = 0; round < 2; ++round) {
+        CProduct& product = OpenAgain(Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"Added");
+        EXPECT_EQ(CountRows(product, L"SELECT `DiskId` FROM `Media`"), 2);
+        EXPECT_EQ(CountRows(product, L"SELECT `Cabinet` FROM `Media` WHERE `Cabinet`='TARN0001.cab'"), 1);
+        Build();
+    }
+    EXPECT_TRUE(IsFile(CabinetOf(L"Added")));
+}
+
+TEST_F(AddedFilesTest, WithTheLastAdditionItsCabinetGoes)
+{
+    const CString key =
+        AddedRows(OpenSample(Setup::PLATFORM_X64)).AddFile(Source(L"logo.txt", "first"), L"INSTALLDIR");
+    Build();
+    EXPECT_TRUE(IsFile(CabinetOf(L"Added")));
+    AddedRows(OpenAgain(Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"Added")).RemoveFile(L"INSTALLDIR", key);
+    Build();
+    EXPECT_FALSE(IsFile(CabinetOf(L"Added")));
+    CProduct& product = OpenAgain(Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"Added");
+    EXPECT_EQ(CountRows(product, L"SELECT `DiskId` FROM `Media`"), 1);
+}
+
+TEST_F(AddedFilesTest, ALonePackageAtTheRootOfItsMediaGetsACabinetBesideIt)
+{
+    MakePackage(scratch + L"downloads\\Tool.msi");
+    CSetupManager& manager = Open(scratch + L"downloads\\Tool.msi");
+    Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), L"Added");
+    AddedRows(*manager.m_pProducts->at(0)).AddFile(Source(L"logo.txt", "first"), L"INSTALLDIR");
+    Build();
+    EXPECT_TRUE(IsFile(location + L"Added\\Image\\TARN0001.cab"));
+    OpenAgain(Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"Added");
+    Build();
+    EXPECT_TRUE(IsFile(location + L"Added\\Image\\TARN0001.cab"));
+}
+
+TEST_F(AddedFilesTest, APropertyThatAPageWroteIsInTheInstalledProductsRegistry)
+{
+    for (const wchar_t* value : {L"#0", L"#1"}) {
+        CProduct& product = OpenSample(Setup::PLATFORM_X64);
+        ASSERT_TRUE(WriteProperty(product.GetMsiHandle(), L"MC3_ENABLED", value));
+        Build();
+        host.reset();
+        Install();
+        DWORD carrier = 99;
+        DWORD size = sizeof(carrier);
+        EXPECT_EQ(RegGetValueW(HKEY_LOCAL_MACHINE, REGISTRY_KEY, L"Carrier", RRF_RT_REG_DWORD, nullptr,
+                               &carrier, &size),
+                  ERROR_SUCCESS);
+        EXPECT_EQ(carrier, static_cast<DWORD>(value[1] - L'0'));
+        Uninstall();
+    }
+}

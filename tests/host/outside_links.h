@@ -1,0 +1,23 @@
+// Shares and drives for the tests, made by the links that the prefix takes for them. There are none on Windows itself.
+#pragma once
+
+#include "window/string.h"
+
+// Makes \\HOSTTEST\<name>\ another name of a folder. The path has a backslash at its end; empty where there is no such
+// prefix.
+CString ShareFolder(const CString& folder, const wchar_t* name);
+
+// Makes a drive letter (`X:`) another name of a folder for as long as the object lives.
+class LinkedDrive
+{
+public:
+    LinkedDrive(const wchar_t* letter, const CString& folder);
+    LinkedDrive(const LinkedDrive&) = delete;
+    LinkedDrive& operator=(const LinkedDrive&) = delete;
+    ~LinkedDrive();
+    bool IsThere() const { return !m_link.IsEmpty(); }
+
+private:
+    CString m_letter;
+    CString m_link; // outside of the prefix
+};

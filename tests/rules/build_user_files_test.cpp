@@ -1,0 +1,216 @@
+// What becomes of added files in the database that is built, decided on snapshots.
+#include "host/build/user_files.h"
+#include "tests/support/text.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+CString KeyOf(int number)
+{
+    CString digits = NumberText(number);
+    while (digits.GetLength() < 12) {
+        digits = L"0" + digits;
+    }
+    return L"TARN_0D7A5C1E_0000_4000_8000_" + digits;
+}
+
+// A product with one file of its own, sequence 7, on one medium that says it ends at 9.
+class FinishedFiles : public testing::Test
+{
+protected:
+    FinishedFiles()
+    {
+        database[L"File"] = {{L"File", L"Component_", L"FileName", L"FileSize", L"Attributes", L"Sequence"},
+                             {L"s72", L"s72", L"l255", L"i4", L"I2", L"i2"},
+                             1,
+                             {}};
+        database[L"Component"] = {{L"Component", L"Directory_"}, {L"s72", L"s72"}, 1, {}};
+        database[L"Media"] = {{L"DiskId", L"LastSequence", L"Cabinet"}, {L"i2", L"i2", L"S255"}, 1, {}};
+        database[L"TarnCustomFile"] = {
+            {L"Component_", L"SourceFileName", L"Flags"}, {L"s72", L"S0", L"I4"}, 1, {}};
+        database[L"Feature"] = {{L"Feature", L"Directory_"}, {L"s38", L"S72"}, 1, {}};
+        database[L"Directory"] = {{L"Directory"}, {L"s72"}, 1, {}};
+        database[L"InstallExecuteSequence"] = {{L"Action", L"Sequence"}, {L"s72", L"I2"}, 1, {}};
+        Row(L"File", {L"Own", L"Own", L"own.txt", L"1", L"8192", L"7"});
+        Row(L"Media", {L"3", L"9", L""});
+        Row(L"Directory", {L"INSTALLDIR"});
+    }
+
+    void Row(const wchar_t* table, const RowValues& values)
+    {
+        database[table].rows[{values.front()}] = values;
+    }
+
+    void AddFile(int number, const CString& name, int sequence, const CString& folder = L"INSTALLDIR")
+    {
+        const CString key = KeyOf(number);
+        Row(L"File", {key, key, name + L"|" + name, L"5", L"0", NumberText(sequence)});
+        Row(L"Component", {key, folder});
+        Row(L"TarnCustomFile", {key, L"C:\\Private\\" + name, L"0"});
+    }
+
+    CString Finish(bool compressed = false)
+    {
+        UserAdditions additions = FindUserAdditions(database);
+        for (UserFile& file : additions.files) {
+            file.size = file.storedSize;
+        }
+        return FinishUserAdditions(database, additions, PackUserFiles(additions.files), compressed);
+    }
+
+    CString Value(const wchar_t* table, const CString& key, std::size_t column) const
+    {
+        const auto& rows = database.at(table).rows;
+        const auto row = rows.find({key});
+        return row == rows.end() ? CString(L"(none)") : row->second[column];
+    }
+
+    DatabaseSnapshot database;
+};
+
+} // namespace
+
+TEST_F(FinishedFiles, NumbersFollowThoseOfTheProductAndOfItsMedia)
+{
+    AddFile(1, L"a.txt", 8);
+    AddFile(2, L"b.txt", 8);
+    EXPECT_EQ(Finish(), L"");
+    EXPECT_EQ(Value(L"File", L"Own", 5), L"7");
+    EXPECT_EQ(Value(L"File", KeyOf(1), 5), L"10");
+    EXPECT_EQ(Value(L"File", KeyOf(2), 5), L"11");
+    EXPECT_EQ(Value(L"Media", L"4", 1), L"11");
+    EXPECT_EQ(Value(L"Media", L"4", 2), L"TARN0001.cab");
+    EXPECT_EQ(Value(L"Media", L"3", 1), L"9");
+}
+
+TEST_F(FinishedFiles, OnlyAPackageThatIsNotCompressedNeedsTheAttribute)
+{
+    AddFile(1, L"a.txt", 8);
+    const DatabaseSnapshot before = database;
+    EXPECT_EQ(Finish(true), L"");
+    EXPECT_EQ(Value(L"File", KeyOf(1), 4), L"0");
+    database = before;
+    EXPECT_EQ(Finish(false), L"");
+    EXPECT_EQ(Value(L"File", KeyOf(1), 4), L"16384");
+    EXPECT_EQ(Value(L"File", L"Own", 4), L"8192");
+}
+
+TEST_F(FinishedFiles, FinishingTwiceComesToTheSame)
+{
+    AddFile(1, L"a.txt", 8);
+    EXPECT_EQ(Finish(), L"");
+    const DatabaseSnapshot once = database;
+    EXPECT_EQ(Finish(), L"");
+    EXPECT_TRUE(CompareSnapshots(once, database).empty());
+}
+
+TEST_F(FinishedFiles, WhenAllAdditionsAreGoneTheirMediumGoesToo)
+{
+    AddFile(1, L"a.txt", 8);
+    const DatabaseSnapshot before = database;
+    EXPECT_EQ(Finish(), L"");
+    for (const wchar_t* table : {L"File", L"Component", L"TarnCustomFile"}) {
+        database[table].rows.erase({KeyOf(1)});
+    }
+    EXPECT_FALSE(FindUserAdditions(database).IsEmpty());
+    EXPECT_EQ(Finish(), L"");
+    EXPECT_EQ(Value(L"Media", L"4", 2), L"(none)");
+    EXPECT_TRUE(FindUserAdditions(database).IsEmpty());
+}
+
+TEST_F(FinishedFiles, AProductWithoutAdditionsHasNothingToFinish)
+{
+    EXPECT_TRUE(FindUserAdditions(database).IsEmpty());
+}
+
+TEST_F(FinishedFiles, TheSourcePathGivesWayToTheName)
+{
+    AddFile(1, L"a.txt", 8);
+    EXPECT_EQ(Finish(), L"");
+    EXPECT_EQ(Value(L"TarnCustomFile", KeyOf(1), 1), L"a.txt");
+}
+
+TEST_F(FinishedFiles, MoreFilesThanTheColumnsCanNumberAreRefused)
+{
+    AddFile(1, L"a.txt", 8);
+    Row(L"Media", {L"3", L"32766", L""});
+    EXPECT_EQ(Finish(), L"");
+    AddFile(2, L"b.txt", 9);
+    EXPECT_GE(Finish().Find(L"32768"), 0);
+}
+
+TEST_F(FinishedFiles, AFeatureNamesNoDirectoryThatTheProductLacks)
+{
+    AddFile(1, L"a.txt", 8, L"TARGETDIR");
+    EXPECT_EQ(Finish(), L"");
+    EXPECT_EQ(Value(L"Feature", L"_UserDeploymentFile", 1), L"INSTALLDIR");
+    database[L"Directory"].rows.clear();
+    EXPECT_EQ(Finish(), L"");
+    EXPECT_EQ(Value(L"Feature", L"_UserDeploymentFile", 1), L"");
+}
+
+TEST_F(FinishedFiles, StandardActionsThatThePackageHasKeepTheirNumbers)
+{
+    AddFile(1, L"a.txt", 8);
+    Row(L"InstallExecuteSequence", {L"InstallFiles", L"5000"});
+    EXPECT_EQ(Finish(), L"");
+    EXPECT_EQ(Value(L"InstallExecuteSequence", L"InstallFiles", 1), L"5000");
+    EXPECT_EQ(Value(L"InstallExecuteSequence", L"CreateFolders", 1), L"3700");
+}
+
+TEST_F(FinishedFiles, OneNameInTwoFoldersIsNoClashButInOneFolderInAnyCase)
+{
+    AddFile(1, L"a.txt", 8);
+    AddFile(2, L"A.TXT", 9, L"OTHER");
+    EXPECT_EQ(FindSameTarget(FindUserAdditions(database)), L"");
+    AddFile(3, L"A.txt", 10);
+    EXPECT_GE(FindSameTarget(FindUserAdditions(database)).Find(L"C:\\Private\\A.txt"), 0);
+}
+
+TEST_F(FinishedFiles, AVendorsRowOfThePrivateTableIsNoAddition)
+{
+    Row(L"TarnCustomFile", {L"Own", L"own.txt", L"0"});
+    EXPECT_TRUE(FindUserAdditions(database).files.empty());
+}
+
+TEST(UserFiles, KeysAreTheMarkAndAGuidWithUnderscores)
+{
+    EXPECT_TRUE(IsUserKey(KeyOf(1)));
+    EXPECT_FALSE(IsUserKey(KeyOf(1).Left(40)));
+    EXPECT_FALSE(IsUserKey(KeyOf(1) + L"0"));
+    EXPECT_FALSE(IsUserKey(L"TARN_0D7A5C1E-0000_4000_8000_000000000001"));
+    EXPECT_FALSE(IsUserKey(L"TARN_0D7A5C1G_0000_4000_8000_000000000001"));
+    EXPECT_FALSE(IsUserKey(L"BARN_0D7A5C1E_0000_4000_8000_000000000001"));
+}
+
+TEST(UserFiles, CabinetsAreKnownByTheirNamesInAnyCase)
+{
+    EXPECT_TRUE(IsUserCabinet(L"TARN0001.cab"));
+    EXPECT_TRUE(IsUserCabinet(L"tarn9999.CAB"));
+    for (const wchar_t* name : {L"TARN001.cab", L"TARNxxxx.cab", L"TARN0001.cab2", L"#TARN0001.cab", L""}) {
+        EXPECT_FALSE(IsUserCabinet(name)) << Utf8(name);
+    }
+}
+
+TEST(UserFiles, ACabinetEndsBeforeItsContentPassesOneGigabyte)
+{
+    std::vector<UserFile> files(4);
+    files[0].size = 1 << 30;
+    files[1].size = 1;
+    files[2].size = (1 << 30) - 1;
+    files[3].size = 1;
+    const std::vector<UserCabinet> cabinets = PackUserFiles(files);
+    ASSERT_EQ(cabinets.size(), 3u);
+    EXPECT_EQ(cabinets[0].count, 1u);
+    EXPECT_EQ(cabinets[1].count, 2u);
+    EXPECT_EQ(cabinets[2].first, 3u);
+    EXPECT_EQ(cabinets[2].strName, L"TARN0003.cab");
+}
+
+TEST(UserFiles, ThirtyThousandFilesFillACabinet)
+{
+    const std::vector<UserCabinet> cabinets = PackUserFiles(std::vector<UserFile>(30001));
+    ASSERT_EQ(cabinets.size(), 2u);
+    EXPECT_EQ(cabinets[1].first, 30000u);
+}
