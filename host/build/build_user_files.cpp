@@ -132,6 +132,9 @@ void UserFileBuild::Decide(DatabaseSnapshot& snapshot)
         return;
     }
     TellStrays();
+    if (!m_additions.files.empty()) {
+        TellProductNames(snapshot);
+    }
     const CString clash = FindSameTarget(m_additions);
     if (!clash.IsEmpty()) {
         throw BuildFailure{BUILD_ALREADY_EXISTS, clash};
@@ -159,6 +162,9 @@ void UserFileBuild::Pack(DatabaseSnapshot& snapshot)
         PackCabinet(cabinet);
     }
     SetUserFileSizes(snapshot, m_additions);
+    m_run.log.Write(L"Added files: " + NumberText(static_cast<long long>(m_additions.files.size())) +
+                    L", packed into " + NumberText(static_cast<long long>(m_cabinets.size())) +
+                    (m_cabinets.size() == 1 ? L" cabinet" : L" cabinets"));
 }
 
 void UserFileBuild::FindSources()
@@ -231,6 +237,14 @@ void UserFileBuild::TellStrays()
         m_run.Warn(L"An added file of " + m_database.strProductName + L" (" + key +
                    L") lost its row in the table File and is not installed. Remove it from the additional "
                    L"files and add it again.");
+    }
+}
+
+void UserFileBuild::TellProductNames(const DatabaseSnapshot& snapshot)
+{
+    for (const CString& source : FindProductNames(snapshot, m_additions)) {
+        m_run.Warn(L"The added file \"" + source + L"\" takes the place of one of " +
+                   m_database.strProductName + L": the product has a file of that name in the same folder.");
     }
 }
 

@@ -33,6 +33,7 @@ private:
     void RescueMissing();
     void PackCabinet(const UserCabinet& cabinet);
     void TellStrays();
+    void TellProductNames(const DatabaseSnapshot& snapshot);
     void TellChange(const UserFile& file);
     const ScratchFile* RescuedCopy(const UserFile& file) const;
 
