@@ -235,6 +235,7 @@ BOOL CConfigureDialog::OnIdle()
     if (focus != m_seen) {
         m_seen = focus;
         m_view.ScrollTo(focus);
+        ShowDefaultButton(focus);
     }
     return FALSE;
 }
@@ -419,6 +420,26 @@ void CConfigureDialog::FocusOnPage(const Tab& tab)
     GotoDlgCtrl(first ? first : GetDlgItem(IDC_CONFIGURE_TABS));
     if (first && page == tab.substitute) {
         ::SendMessageW(first, EM_SETSEL, 0, 0); // the words aren't there to be replaced
+    }
+}
+
+// Enter on a page is the page's own way on, elsewhere it is Continue: one of the two looks like it.
+void CConfigureDialog::ShowDefaultButton(HWND focus)
+{
+    const HWND page = m_view.GetPage();
+    const auto pageDefault = static_cast<DWORD>(page ? ::SendMessageW(page, DM_GETDEFID, 0, 0) : 0);
+    const HWND onward =
+        HIWORD(pageDefault) == DC_HASDEFID ? ::GetDlgItem(page, LOWORD(pageDefault)) : nullptr;
+    const bool pageTakesEnter = onward && ::IsWindowEnabled(onward) && IsChild(page, focus);
+    const auto look = [](HWND button, bool isDefault) {
+        ::SendMessageW(button, BM_SETSTYLE, isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON, TRUE);
+    };
+    if (onward) {
+        look(onward, pageTakesEnter);
+    }
+    const int id = ::GetDlgCtrlID(focus);
+    if (pageTakesEnter || (id != IDC_CONFIGURE_BACK && id != IDC_CONFIGURE_CANCEL)) {
+        look(GetDlgItem(IDC_CONFIGURE_NEXT), !pageTakesEnter);
     }
 }
 

@@ -144,6 +144,7 @@ private:
     void MakeSubstitute(Tab& tab, const CString& reason);
     void UseFilterOf(Tab* tab);
     void FocusOnPage(const Tab& tab);
+    void ShowDefaultButton(HWND focus);
 
     bool LeaveFront();
     bool Ask(int index, UINT message);

@@ -79,6 +79,9 @@ void ConfigureTest::WarmUp()
         });
         Step(L"wait for its end", [] { return Until(!FindMessageBox(), L"the box is still there"); });
     }
+    for (int stop = 0; stop < 10; ++stop) { // the focus on each kind of control
+        Key(VK_TAB);
+    }
     GoTo(1);
     GoTo(0);
     Press(IDC_CONFIGURE_CANCEL);

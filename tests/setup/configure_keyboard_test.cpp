@@ -189,6 +189,24 @@ TEST_F(ConfigureKeyboard, OnlyThePageInFrontSeesKeys)
     }
 }
 
+TEST_F(ConfigureKeyboard, TheButtonThatEnterPressesIsTheOneThatLooksLikeIt)
+{
+    AddTabs(2);
+    ExpectFocusOnPage(IDC_TEST_EDIT);
+    Await(L"the page's own way on", [this] {
+        return OnPage(IDC_NEXT_TAB).IsDefaultButton() && !InDialog(IDC_CONFIGURE_NEXT).IsDefaultButton();
+    });
+    Key(VK_TAB, KeyModifier::Shift);
+    ExpectFocus(IDC_CONFIGURE_TABS);
+    Await(L"Continue", [this] {
+        return !OnPage(IDC_NEXT_TAB).IsDefaultButton() && InDialog(IDC_CONFIGURE_NEXT).IsDefaultButton();
+    });
+    GoTo(1); // the last page has no way on
+    Await(L"Continue again", [this] { return InDialog(IDC_CONFIGURE_NEXT).IsDefaultButton(); });
+    Press(IDC_CONFIGURE_NEXT);
+    (void)Run();
+}
+
 TEST_F(ConfigureKeyboard, ContinueIsTheDefaultButton)
 {
     AddTabs(2);
