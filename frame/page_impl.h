@@ -7,6 +7,9 @@
 //   void LookupControls()            caches handles of controls; calls the base's
 //   bool ValidateAndStore()          the Next handler: true when the page may be left
 //   void StoreWithoutValidation()    the Back handler
+//   using BackCursor = ...           the wait cursor that shows while the Back handler runs
+//
+// What a page of both shapes calls here means the same in each: InitFrame, FocusAtStart, ShowPageBox.
 #pragma once
 
 #include "frame/busy_guard.h"
@@ -55,6 +58,7 @@ public:
     END_MSG_MAP()
 
     // The page's part when it has none of its own.
+    using BackCursor = CPersistentWaitCursor;
     bool ValidateAndStore() { return true; }
     void StoreWithoutValidation() {}
 

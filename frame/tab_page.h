@@ -72,6 +72,9 @@ protected:
         this->RunHooks(this->m_preInitHooks);
     }
 
+    // A tab page leaves the focus where the host has it.
+    void FocusAtStart(int) {}
+
     HWND m_hParent; // the host's
     HWND m_hFrame;  // the host's
     RECT m_rcDisplay;
@@ -112,7 +115,7 @@ private:
         if (!guard) {
             return;
         }
-        const CPersistentWaitCursor waitCursor;
+        const typename T::BackCursor waitCursor;
         this->Page().StoreWithoutValidation();
         ::SendMessageW(m_hParent, PAGE_MESSAGE_PREVIOUS_TAB, 0, 0);
     }

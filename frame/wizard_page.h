@@ -127,6 +127,9 @@ protected:
         }
     }
 
+    // The control that has the focus when the page opens.
+    void FocusAtStart(int id) { ::SetFocus(this->GetDlgItem(id)); }
+
     // The page is left with that result.
     void Close(int result)
     {
@@ -260,7 +263,7 @@ private:
         if (!guard) {
             return;
         }
-        const CPersistentWaitCursor waitCursor;
+        const typename T::BackCursor waitCursor;
         this->Page().StoreWithoutValidation();
         Close(NAVIGATION_BACK);
     }

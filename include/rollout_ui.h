@@ -1,5 +1,6 @@
-// The page functions that RolloutUi.dll exports. Each shows one page of the wizard on the calling thread and comes
-// back with a NavigationResult.
+// The page functions that RolloutUi.dll exports. A ...Dialog function shows one page of the wizard on the calling thread
+// and comes back with a NavigationResult. A ...Page function makes the page as a child of the context's parent window
+// and comes back at once; the host shows it and drives it by the messages of include/navigation.h.
 #pragma once
 
 #include "include/navigation.h"
@@ -16,3 +17,8 @@ ROLLOUTUI_PAGE int ProductContactDialog(PageContext* context);
 ROLLOUTUI_PAGE int DeploymentSettingsDialog(PageContext* context);
 ROLLOUTUI_PAGE int DeploymentCompleteDialog(PageContext* context);
 ROLLOUTUI_PAGE int DeploymentFailedDialog(PageContext* context);
+
+ROLLOUTUI_PAGE int NoticeDeskFeedBoardDialog(PageContext* context);
+ROLLOUTUI_PAGE CTabPage NoticeDeskFeedBoardPage(PageContext* context);
+ROLLOUTUI_PAGE int OnlineResourcesDialog(PageContext* context);
+ROLLOUTUI_PAGE CTabPage OnlineResourcesPage(PageContext* context);

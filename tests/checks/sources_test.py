@@ -16,6 +16,7 @@ LAYERS = {
     "frame": {"window", "include", "controls", "slimhtml"},
     "msi": {"window", "include", "frame", "controls"},
     "pages": {"window", "include", "controls", "slimhtml", "frame", "msi"},
+    "online": {"window", "include", "controls", "slimhtml", "frame", "msi"},
     "host": {"window", "include", "msi"},
     "automation": {"window"},
     "setup": {"window", "include", "host", "automation", "slimhtml"},

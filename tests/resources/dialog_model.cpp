@@ -64,6 +64,11 @@ bool DialogControl::IsRadio() const
     return IsButton() && (style & BS_TYPEMASK) == BS_AUTORADIOBUTTON;
 }
 
+bool DialogControl::HasMark() const
+{
+    return IsRadio() || (IsButton() && (style & BS_TYPEMASK) == BS_AUTOCHECKBOX);
+}
+
 bool DialogControl::IsDefaultButton() const
 {
     return IsButton() && (style & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
@@ -103,7 +108,9 @@ std::string DialogControl::Describe() const
 
 CDialogModel::CDialogModel(HMODULE library, int dialogId)
 {
-    const HWND dialog = CreateDialogParamW(library, MAKEINTRESOURCEW(dialogId), nullptr, PlainDialog, 0);
+    // A tab page is a child and needs a parent.
+    const HWND dialog =
+        CreateDialogParamW(library, MAKEINTRESOURCEW(dialogId), GetDesktopWindow(), PlainDialog, 0);
     EXPECT_NE(dialog, nullptr) << "dialog " << dialogId << " can't be created, error " << GetLastError();
     const WindowCloser closer = {dialog};
     RECT place = {};

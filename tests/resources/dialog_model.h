@@ -20,6 +20,7 @@ struct DialogControl
     bool IsStatic() const;
     bool IsButton() const;
     bool IsRadio() const;
+    bool HasMark() const; // a radio button or a check box
     bool IsDefaultButton() const;
     // Can take the focus: a tab stop, or a radio button, which the arrow keys reach.
     bool IsReached() const;

@@ -48,9 +48,15 @@ const BeginLayout beginLayouts[] = {
 
 const std::vector<int>& PageDialogs()
 {
-    static const std::vector<int> dialogs = {IDD_BEGIN_DEPLOYMENT, IDD_PRODUCT_CONTACT,
-                                             IDD_DEPLOYMENT_SETTINGS, IDD_DEPLOYMENT_COMPLETE,
-                                             IDD_DEPLOYMENT_FAILED};
+    static const std::vector<int> dialogs = {
+        IDD_BEGIN_DEPLOYMENT, IDD_PRODUCT_CONTACT,     IDD_DEPLOYMENT_SETTINGS, IDD_NOTICE_DESK_FEED_BOARD,
+        IDD_ONLINE_RESOURCES, IDD_DEPLOYMENT_COMPLETE, IDD_DEPLOYMENT_FAILED};
+    return dialogs;
+}
+
+const std::vector<int>& TabDialogs()
+{
+    static const std::vector<int> dialogs = {IDD_NOTICE_DESK_FEED_BOARD_TAB, IDD_ONLINE_RESOURCES_TAB};
     return dialogs;
 }
 
@@ -69,10 +75,10 @@ std::vector<DialogLayout> AllLayouts(const CLanguageLibrary& library)
         }
         layouts.push_back({begin.name, IDD_BEGIN_DEPLOYMENT, std::move(dialog)});
     }
-    const std::pair<const char*, int> others[] = {{"contact", IDD_PRODUCT_CONTACT},
-                                                  {"settings", IDD_DEPLOYMENT_SETTINGS},
-                                                  {"complete", IDD_DEPLOYMENT_COMPLETE},
-                                                  {"failed", IDD_DEPLOYMENT_FAILED}};
+    const std::pair<const char*, int> others[] = {
+        {"contact", IDD_PRODUCT_CONTACT},        {"settings", IDD_DEPLOYMENT_SETTINGS},
+        {"notices", IDD_NOTICE_DESK_FEED_BOARD}, {"online resources", IDD_ONLINE_RESOURCES},
+        {"complete", IDD_DEPLOYMENT_COMPLETE},   {"failed", IDD_DEPLOYMENT_FAILED}};
     for (const auto& [name, id] : others) {
         CDialogModel dialog(library.GetModule(), id);
         ShowFrame(dialog);
@@ -80,6 +86,9 @@ std::vector<DialogLayout> AllLayouts(const CLanguageLibrary& library)
             dialog.Show(IDC_RESULT_LABEL, true);
         }
         layouts.push_back({name, id, std::move(dialog)});
+    }
+    for (const int id : TabDialogs()) {
+        layouts.push_back({"tab " + std::to_string(id), id, CDialogModel(library.GetModule(), id)});
     }
     return layouts;
 }

@@ -17,5 +17,8 @@ struct DialogLayout
 // The dialogs of pages, of which the frame has the same controls in each.
 const std::vector<int>& PageDialogs();
 
+// The dialogs of tab pages.
+const std::vector<int>& TabDialogs();
+
 // All layouts with everything shown that the frame may show.
 std::vector<DialogLayout> AllLayouts(const CLanguageLibrary& library);

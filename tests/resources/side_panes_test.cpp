@@ -38,9 +38,9 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Languages, SidePanes, testing::ValuesIn(BuiltLanguages()), TestNameOfLanguage);
 
-const std::set<std::string> pageFiles = {"BeginDeployment.html", "DeploymentComplete.html",
-                                         "DeploymentFailed.html", "DeploymentSettings.html",
-                                         "ProductContact.html"};
+const std::set<std::string> pageFiles = {
+    "BeginDeployment.html",     "DeploymentComplete.html", "DeploymentFailed.html", "DeploymentSettings.html",
+    "NoticeDeskFeedBoard.html", "OnlineResources.html",    "ProductContact.html"};
 
 CString Wide(const std::string& ascii)
 {

@@ -22,10 +22,15 @@ using Placeholders = std::vector<std::string>;
 
 // What the pages put into which string. All others go to the screen as they stand.
 const std::map<int, Placeholders> expectedPlaceholders = {
-    {IDS_PLATFORM_NOT_ALLOWED, {"%s"}},   {IDS_PAGE_COUNTER, {"[%INDEX]", "[%TOTAL]"}},
-    {IDS_CANCEL_TEMPLATE, {"%1"}},        {IDS_FAILURE, {"[LogPath]", "[Reason]"}},
-    {IDS_LOCATION_UNUSABLE, {"%s"}},      {IDS_LOG_FOLDER_UNUSABLE, {"%s"}},
-    {IDS_REPLACE_DEPLOYMENT, {"%s"}},     {IDS_STEP, {"%s"}},
+    {IDS_PLATFORM_NOT_ALLOWED, {"%s"}},
+    {IDS_BROWSE_FILE_TITLE, {"%s"}},
+    {IDS_PAGE_COUNTER, {"[%INDEX]", "[%TOTAL]"}},
+    {IDS_CANCEL_TEMPLATE, {"%1"}},
+    {IDS_FAILURE, {"[LogPath]", "[Reason]"}},
+    {IDS_LOCATION_UNUSABLE, {"%s"}},
+    {IDS_LOG_FOLDER_UNUSABLE, {"%s"}},
+    {IDS_REPLACE_DEPLOYMENT, {"%s"}},
+    {IDS_STEP, {"%s"}},
     {IDS_LOCATION_ACCESS_DENIED, {"%s"}},
 };
 
