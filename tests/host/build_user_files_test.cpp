@@ -347,6 +347,25 @@ TEST_P(RefusedFilesTest, AChangedSourceIsTakenAsItIsNowAndTold)
     EXPECT_EQ(ReadBytes(ProgramFolder() + L"\\changed.txt"), "now longer");
 }
 
+TEST_P(RefusedFilesTest, AFileThatGrowsDuringTheBuildHasTheSizeThatWentIn)
+{
+    added.AddFile(Source(L"large.bin", std::string(64 << 20, 'x')), L"INSTALLDIR");
+    const CString source = Source(L"growing.txt", "1234");
+    const CString key = added.AddFile(source, L"INSTALLDIR");
+    bool grown = false;
+    build.onProgress = [&](std::uint64_t, std::uint64_t) {
+        if (!grown && !build.steps.empty() && build.steps.back().Find(L"Packing") == 0) {
+            WriteBytes(source, "grown by now");
+            grown = true;
+        }
+        return true;
+    };
+    BuildIt();
+    EXPECT_TRUE(grown);
+    EXPECT_EQ(QueryText(build.Database(), L"SELECT `FileSize` FROM `File` WHERE `File`='" + key + L"'"),
+              CString(L"12"));
+}
+
 TEST_P(RefusedFilesTest, ALockedSourceIsNamedWithTheRemedy)
 {
     const CString source = Source(L"locked.txt", "1234");
