@@ -5,12 +5,14 @@
 
 DEPLOYMENT is the folder that the wizard made. It is reached over a network path in a Wine prefix of its own, through
 its own Install.cmd and Uninstall.cmd. Every file that the databases name must be there with its size after installing,
-and gone after uninstalling. Prints what it found; the exit code is 0 when all was well, otherwise 1.
+and gone after uninstalling. When the deployment names a folder for logs, each product's log must have come there. Prints
+what it found; the exit code is 0 when all was well, otherwise 1.
 """
 
 import argparse
 import glob
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -23,6 +25,9 @@ SYSTEM_FOLDERS = {
     "SystemFolder": "windows/syswow64", "System64Folder": "windows/system32", "FontsFolder": "windows/Fonts",
 }
 COMMAND_SECONDS = 600
+LOG_LINES = 3
+# Of thousands of lines in a log those that tell how it went.
+TELLING_LINE = re.compile(r"^(Action ended|Product: |.*-- (Installation|Configuration) |MSI .*returning|Error )")
 
 
 def read_table(database, table):
@@ -79,9 +84,60 @@ def find_without_case(root, path):
     return current
 
 
+def read_log(path):
+    """The lines of an installer's log, in whichever encoding it was written."""
+    with open(path, "rb") as file:
+        data = file.read()
+    encoding = "utf-16" if data[:2] in (b"\xff\xfe", b"\xfe\xff") else "cp1252"
+    return data.decode(encoding, "replace").splitlines()
+
+
+class NewLogs:
+    """The logs that were written since the object was made, of those that a list of patterns finds."""
+
+    def __init__(self, patterns):
+        self.patterns = patterns
+        self.before = self.stamps()
+
+    def stamps(self):
+        return {log: os.stat(log).st_mtime_ns for pattern in self.patterns for log in glob.glob(pattern)}
+
+    def find(self):
+        return sorted(log for log, stamp in self.stamps().items() if self.before.get(log) != stamp)
+
+
+class LogFolder:
+    """The folder that Install.cmd names for the logs of all workstations; `name` is empty when it names none."""
+
+    def __init__(self, prefix, deployment):
+        with open(os.path.join(deployment, "Install.cmd"), encoding="utf-8") as file:
+            setting = re.search(r'^set "LOG_FOLDER=(.*)"\s*$', file.read(), re.MULTILINE)
+        self.name = setting.group(1).replace("%%", "%") if setting else ""
+        path = self.place(os.path.join(prefix, "dosdevices")) if self.name else ""
+        self.logs = NewLogs([os.path.join(glob.escape(path), "*.log")] if path else [])
+
+    def place(self, devices):
+        """Where the prefix has that folder; a place that isn't there when the prefix has no such share or drive."""
+        parts = [part for part in self.name.split("\\") if part]
+        if self.name.startswith("\\\\"):
+            parts.insert(0, "unc")
+        relative = "/".join(parts)
+        return find_without_case(devices, relative) or os.path.join(devices, relative)
+
+    def tell(self):
+        for log in self.logs.find():
+            print("Network log %s\\%s, %d bytes, ends:" % (self.name.rstrip("\\"), os.path.basename(log),
+                                                           os.path.getsize(log)))
+            for line in [line for line in read_log(log) if TELLING_LINE.match(line)][-LOG_LINES:]:
+                print("    " + line.strip()[:150])
+
+
 class Workstation:
     def __init__(self, prefix, deployment, logs):
         self.drive = os.path.join(prefix, "drive_c")
+        self.network_logs = LogFolder(prefix, deployment)
+        self.local_logs = NewLogs([os.path.join(glob.escape(self.drive), pattern) for pattern in (
+            "windows/[Ll]ogs/Software/*.log", "users/*/Temp/*.log", "users/*/AppData/Local/Temp/*.log")])
         self.logs = logs
         # The deployment's parent is shared under a name, as on a server.
         share = os.path.join(prefix, "dosdevices", "unc", "server", "deployments")
@@ -109,10 +165,9 @@ class Workstation:
     def keep_logs(self):
         os.makedirs(self.logs, exist_ok=True)
         kept = []
-        for pattern in ("windows/[Ll]ogs/Software/*.log", "users/*/Temp/*.log", "users/*/AppData/Local/Temp/*.log"):
-            for log in glob.glob(os.path.join(self.drive, pattern)):
-                shutil.copy(log, self.logs)
-                kept.append(os.path.basename(log))
+        for log in self.local_logs.find():
+            shutil.copy(log, self.logs)
+            kept.append(os.path.basename(log))
         return sorted(kept)
 
 
@@ -123,6 +178,13 @@ def check(workstation, packages):
     print("Install.cmd ended with %d." % code)
     if code not in (0, 3010):
         troubles.append("Install.cmd ended with %d" % code)
+    log_folder = workstation.network_logs
+    if log_folder.name:
+        log_folder.tell()
+        written = len([log for log in log_folder.logs.find() if "_Install_" in log])
+        if written < len(packages):
+            troubles.append("the log folder %s got %d logs of %d installations" % (log_folder.name, written,
+                                                                                  len(packages)))
     good = 0
     for path, size in expected:
         found = find_without_case(workstation.drive, path)
@@ -140,7 +202,7 @@ def check(workstation, packages):
     left = [path for path, _ in expected if find_without_case(workstation.drive, path)]
     troubles += ["left behind: " + path for path in left]
     print("%d files were left behind." % len(left))
-    print("Logs: %s" % (", ".join(workstation.keep_logs()) or "none"))
+    print("Logs on the workstation: %s" % (", ".join(workstation.keep_logs()) or "none"))
     return troubles
 
 

@@ -3,6 +3,7 @@
 #include "host/build/build_names.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 namespace {
@@ -309,6 +310,32 @@ CString FindSameTarget(const UserAdditions& additions)
         }
     }
     return {};
+}
+
+std::vector<CString> FindProductNames(const DatabaseSnapshot& database, const UserAdditions& additions)
+{
+    std::map<CString, std::map<CString, CString, CompareNoCaseLess>> added; // sources by folder and name
+    for (const UserFile& file : additions.files) {
+        added[file.strFolder][file.strName] = file.strSource;
+    }
+    std::vector<CString> sources;
+    const ReadTable files = TableToRead(database, L"File");
+    const ReadTable components = TableToRead(database, L"Component");
+    for (const auto& [key, row] : files.Rows()) {
+        const CString component = files.Value(row, L"Component_");
+        if (IsUserKey(key.front()) || !components.Has(component)) {
+            continue;
+        }
+        const auto folder = added.find(components.Value(components.Rows().at({component}), L"Directory_"));
+        if (folder == added.end()) {
+            continue;
+        }
+        const auto file = folder->second.find(LongName(files.Value(row, L"FileName")));
+        if (file != folder->second.end()) {
+            sources.push_back(file->second);
+        }
+    }
+    return sources;
 }
 
 std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files)

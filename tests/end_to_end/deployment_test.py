@@ -40,6 +40,49 @@ class DeploymentTest(WizardTest):
         logs = os.listdir(os.path.join(self.folder, "logs"))
         self.assertTrue([name for name in logs if re.match(r"Zolt 2027_27\.0\.0_Install_\w+\.log", name)], logs)
 
+    def build_with_settings(self, name, *settings):
+        path = self.begin(name)
+        with open(path, "a", encoding="utf-8") as file:
+            file.write("[settings]\n" + "\n".join(settings) + "\n")
+        run = self.wizard(path)
+        self.assertEqual(run.code, 0, run.output)
+        return os.path.join(self.out, name)
+
+    def test_a_network_log_comes_into_the_folder_that_was_chosen(self):
+        logs = os.path.join(self.folder, "all logs")
+        os.makedirs(logs)
+        told = self.assert_installs(self.build_with_settings(
+            "Network log", "network_log = yes", "log_folder = " + windows_path(logs), "keep_copy = no"))
+        self.assertRegex(told, r"Network log .*all logs.Zolt 2027_27\.0\.0_Install_\w+\.log, \d+ bytes, ends:\n +Action")
+        self.assertEqual(len([name for name in os.listdir(logs) if "_Install_" in name]), 3)
+        self.assertIn("Logs on the workstation: none", told)
+
+    def test_a_copy_of_a_network_log_is_kept_when_asked_for(self):
+        logs = os.path.join(self.folder, "all logs")
+        os.makedirs(logs)
+        told = self.assert_installs(self.build_with_settings(
+            "Kept log", "network_log = yes", "log_folder = " + windows_path(logs), "keep_copy = yes"))
+        self.assertRegex(told, r"Logs on the workstation: .*Zolt 2027_27\.0\.0_Install_")
+
+    def test_a_log_folder_that_went_away_is_told_and_stops_no_installation(self):
+        logs = os.path.join(self.folder, "all logs")
+        os.makedirs(logs)
+        deployment = self.build_with_settings(
+            "Lost log", "network_log = yes", "log_folder = " + windows_path(logs))
+        os.rmdir(logs)
+        with open(logs, "w", encoding="ascii"):
+            pass  # a file in its place, so that the script can't make it again
+        result = self.workstation(deployment)
+        self.assertEqual(result.returncode, 1, result.stdout)
+        self.assertIn("Install.cmd ended with 0.", result.stdout)
+        self.assertIn("got 0 logs of 3 installations", result.stdout)
+        self.assertRegex(result.stdout, r"Logs on the workstation: .*_Install_")
+
+    def test_a_progress_bar_is_all_that_the_second_install_mode_shows(self):
+        deployment = self.build_with_settings("Progress", "install_mode = progress")
+        self.assertIn('set "DISPLAY_OPTION=/qb-!"', text_of(os.path.join(deployment, "Install.cmd")))
+        self.assert_installs(deployment)
+
     def test_the_folder_holds_nothing_but_the_deployment(self):
         deployment = self.build("Tidy")
         self.assertEqual(sorted(os.listdir(self.out)), ["Tidy"])

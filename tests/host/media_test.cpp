@@ -240,9 +240,9 @@ TEST_F(MediaTest, APackageWithoutAnyOfThePagesTablesGetsThem)
     bare.bStandardTables = false;
     MakePackage(scratch + L"bare.msi", bare);
     CProduct& product = Open(scratch + L"bare.msi");
-    for (const wchar_t* table :
-         {L"TarnCustomFile", L"TarnDirectoryMap", L"CreateFolder", L"Shortcut", L"File", L"CustomAction",
-          L"InstallExecuteSequence", L"Directory", L"Component"}) {
+    for (const wchar_t* table : {L"TarnCustomFile", L"TarnDirectoryMap", L"CreateFolder", L"Shortcut",
+                                 L"File", L"CustomAction", L"InstallExecuteSequence", L"Directory",
+                                 L"Component", L"Feature", L"FeatureComponents", L"Media"}) {
         EXPECT_TRUE(HasTable(product.GetMsiHandle(), table)) << Utf8(table);
     }
     EXPECT_EQ(product.m_fileSequence, 0);
