@@ -1,6 +1,7 @@
 #include "setup/answer_table.h"
 
 #include "include/resource_ids.h"
+#include "setup/configure_rules.h"
 
 #include <iterator>
 
@@ -81,7 +82,7 @@ const AnswerPage* FindAnswerPage(const CString& section)
 const AnswerPage* FindAnswerPageOfExport(const CString& page)
 {
     for (const AnswerPage& row : PAGES) {
-        if (page == row.page) {
+        if (page == row.page || page == TabTwin(row.page)) {
             return &row;
         }
     }

@@ -68,4 +68,5 @@ TableRows<AnswerBox> AnswerBoxes();
 
 // Null when there is no such row.
 const AnswerPage* FindAnswerPage(const CString& section);
+// By the export of either shape: a page's answers are the same as a tab.
 const AnswerPage* FindAnswerPageOfExport(const CString& page);

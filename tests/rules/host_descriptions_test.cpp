@@ -128,6 +128,33 @@ TEST(SetupXmlTest, AWholeDescriptionIsReadWithoutFault)
     EXPECT_EQ(PackageFolder(setup, setup.products[0], 3), CString(L"x64\\Zolt\\"));
 }
 
+TEST(SetupXmlTest, AFlowOffersTheConfigureDialogOnlyWhenItSaysSo)
+{
+    SetupDescription description;
+    EXPECT_FALSE(ReadSetup(SETUP, &description));
+    EXPECT_FALSE(description.bConfigure);
+    EXPECT_FALSE(ReadSetup(With("<Flow>", "<Flow configure=\"no\">"), &description));
+    EXPECT_FALSE(description.bConfigure);
+    EXPECT_FALSE(ReadSetup(With("<Flow>", "<Flow configure=\"yes\">"), &description));
+    EXPECT_TRUE(description.bConfigure);
+}
+
+TEST(SetupXmlTest, TheOfferOfTheConfigureDialogIsWrittenToo)
+{
+    SetupDescription description;
+    EXPECT_FALSE(ReadSetup(With("<Flow>", "<Flow configure=\"yes\">"), &description));
+    SetupDescription again;
+    EXPECT_FALSE(ReadSetup(Bytes(WriteSetupDescription(description)), &again));
+    EXPECT_TRUE(again.bConfigure);
+}
+
+TEST(SetupXmlTest, AnOfferThatIsNeitherYesNorNoIsRefusedWithItsValue)
+{
+    const XmlFault fault = ReadSetup(With("<Flow>", "<Flow configure=\"maybe\">"));
+    EXPECT_NE(fault.message.Find(L"\"maybe\""), -1) << Utf8(fault.message);
+    EXPECT_NE(fault.message.Find(L"yes, no"), -1) << Utf8(fault.message);
+}
+
 TEST(SetupXmlTest, AWrittenDescriptionReadsBackEqual)
 {
     SetupDescription setup;

@@ -71,6 +71,17 @@ CString Value(const Answers& answers, const wchar_t* word)
     return entry ? entry->strValue : CString();
 }
 
+TEST(SetupAnswerTable, APageIsFoundByTheExportOfEitherShape)
+{
+    for (const AnswerPage& page : AnswerPages()) {
+        EXPECT_EQ(FindAnswerPageOfExport(page.page), &page);
+        CString tab(page.page);
+        tab.Replace(L"Dialog", L"Page");
+        EXPECT_EQ(FindAnswerPageOfExport(tab), &page);
+    }
+    EXPECT_EQ(FindAnswerPageOfExport(L"SomethingNewPage"), nullptr);
+}
+
 TEST(SetupAnswers, EntriesComeInTheTablesOrderWhateverTheFilesOrder)
 {
     const Answers answers =
