@@ -97,6 +97,8 @@ void SizeConfigureWindow(HWND dialog, SIZE room)
     ScreenRectangle place = ScreenRectangleOf(window.GetWindowRect());
     place.right = place.left + static_cast<int>(outer.right - outer.left);
     place.bottom = place.top + static_cast<int>(outer.bottom - outer.top);
-    window.MoveWindow(RectOf(FitInto(place, WorkAreaNear(place))));
+    const ScreenRectangle area = WorkAreaNear(place);
+    place = WithScrollBars(place, area, GetSystemMetrics(SM_CXVSCROLL), GetSystemMetrics(SM_CYHSCROLL));
+    window.MoveWindow(RectOf(FitInto(place, area)));
     PlaceChildren(window, measures);
 }

@@ -115,6 +115,19 @@ ScreenRectangle FitInto(const ScreenRectangle& rectangle, const ScreenRectangle&
     return {left, top, left + width, top + height};
 }
 
+ScreenRectangle WithScrollBars(const ScreenRectangle& rectangle, const ScreenRectangle& area, int barWidth,
+                               int barHeight)
+{
+    ScreenRectangle roomy = rectangle;
+    if (rectangle.Height() > area.Height()) {
+        roomy.right += barWidth;
+    }
+    if (rectangle.Width() > area.Width()) {
+        roomy.bottom += barHeight;
+    }
+    return roomy;
+}
+
 ScreenRectangle CentredOn(const ScreenRectangle& anchor, int width, int height)
 {
     const int left = anchor.left + (anchor.Width() - width) / 2;

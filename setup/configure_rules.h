@@ -44,6 +44,11 @@ struct ScreenRectangle
 // The rectangle moved as little as needed into `area`; what is larger than the area is cut to its size.
 [[nodiscard]] ScreenRectangle FitInto(const ScreenRectangle& rectangle, const ScreenRectangle& area);
 
+// A window's rectangle with room for the scroll bars of what is shown in it: a bar that comes because the area is too
+// low, or too narrow, takes room across, so the other would come too.
+[[nodiscard]] ScreenRectangle WithScrollBars(const ScreenRectangle& rectangle, const ScreenRectangle& area,
+                                             int barWidth, int barHeight);
+
 // A rectangle of that size around the middle of another.
 [[nodiscard]] ScreenRectangle CentredOn(const ScreenRectangle& anchor, int width, int height);
 

@@ -80,6 +80,13 @@ TEST(SetupConfigure, AWindowLargerThanTheAreaIsCutToIt)
     EXPECT_EQ(FitInto({-50, 10, 1200, 900}, SCREEN), SCREEN);
 }
 
+TEST(SetupConfigure, AScrollBarOnOneSideDoesNotBringTheOther)
+{
+    EXPECT_EQ(WithScrollBars({0, 0, 500, 600}, SCREEN, 17, 18), (ScreenRectangle{0, 0, 500, 600}));
+    EXPECT_EQ(WithScrollBars({0, 0, 500, 900}, SCREEN, 17, 18), (ScreenRectangle{0, 0, 517, 900}));
+    EXPECT_EQ(WithScrollBars({0, 0, 1200, 600}, SCREEN, 17, 18), (ScreenRectangle{0, 0, 1200, 618}));
+}
+
 TEST(SetupConfigure, AMonitorLeftOfTheFirstHasNegativePlaces)
 {
     const ScreenRectangle left = {-1280, 0, 0, 1024};

@@ -147,6 +147,28 @@ TEST_F(ConfigureDialog, APageThatRefusesKeepsItsTabOnAClick)
     EXPECT_EQ(Run(), NAVIGATION_NEXT);
 }
 
+TEST_F(ConfigureDialog, AVetoOfAHookKeepsTheTabByEveryWay)
+{
+    leaveHooks = {[](PageContext*) { return HOOK_VETO; }};
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    ClickTab(1);
+    Key(VK_TAB, KeyModifier::Control);
+    PressOnPage(IDC_NEXT_TAB);
+    Press(IDC_CONFIGURE_NEXT);
+    // Behind what was posted by then.
+    Step(L"let all be handled",
+         [turn = 0]() mutable { return Until(++turn > 5, L"messages are under way"); });
+    Look([&] {
+        EXPECT_EQ(Dialog().GetFront(), 0);
+        EXPECT_EQ(SelectedTab(), 0);
+        EXPECT_TRUE(record.stored.empty());
+        EXPECT_EQ(Stores(), (Stored{StoreOf(0), StoreOf(0), StoreAllOf(0)}));
+    });
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
 TEST_F(ConfigureDialog, ThePagesOwnButtonsGoToTheTabsBeforeAndBehind)
 {
     AddProduct(L"Zolt");

@@ -147,6 +147,7 @@ void ConfigureTest::AddTab(int page, TestProduct& product)
     tab.context.pSetupManager = &host.manager;
     tab.context.pProduct = &product;
     tab.context.hDatabase = product.database;
+    tab.context.leaveHooks = leaveHooks;
     m_tabs.push_back(tab);
 }
 

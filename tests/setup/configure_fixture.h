@@ -54,6 +54,7 @@ protected:
     void AddTabs(int count);
     void AddTab(int page, TestProduct& product);
     ConfigureOptions options;
+    PageHookList leaveHooks; // of the tabs that are added from then on
 
     // ---- steps, in the order of their noting
 

@@ -175,6 +175,17 @@ TEST_F(ConfigureKeyboard, MnemonicsOfThePageAndOfTheDialogWorkFromEverywhere)
     EXPECT_EQ(Run(), NAVIGATION_NEXT);
 }
 
+TEST_F(ConfigureKeyboard, LettersThatAreMnemonicsTooReachTheEditThatHasTheFocus)
+{
+    AddTabs(2);
+    ExpectFocusOnPage(IDC_TEST_EDIT);
+    Step(L"type", [] { return TypeCharacters(L"uko"); });
+    Await(L"the letters in the edit", [this] { return OnPage(IDC_TEST_EDIT).GetText() == L"uko"; });
+    Look([&] { EXPECT_FALSE(OnPage(IDC_TEST_CHECK).IsChecked()); });
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+}
+
 TEST_F(ConfigureKeyboard, OnlyThePageInFrontSeesKeys)
 {
     AddTabs(3);
