@@ -56,6 +56,8 @@ class Package:
         row = self.directories.get(key)
         if not row or not row["Directory_Parent"] or row["Directory_Parent"] == key:
             return None
+        if row["DefaultDir"].startswith("DRIVE_"):
+            return None  # a drive that was added; not every workstation has it
         above = self.folder(row["Directory_Parent"])
         name = row["DefaultDir"].split(":")[0].split("|")[-1]
         return None if above is None else os.path.join(above, "" if name == "." else name)

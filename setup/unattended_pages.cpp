@@ -34,6 +34,21 @@ CString OneLine(CString text)
     return text;
 }
 
+// The rows of a drop-down list's word stand in the order of its lines.
+int EntryPlace(const AnswerKey& entry)
+{
+    int place = 0;
+    for (const AnswerKey& row : AnswerKeys()) {
+        if (&row == &entry) {
+            break;
+        }
+        if (CString(row.section) == entry.section && row.control == entry.control) {
+            ++place;
+        }
+    }
+    return place;
+}
+
 CString Lines(const std::vector<CString>& lines)
 {
     CString list;
@@ -240,6 +255,9 @@ StepOutcome CUnattendedPages::Enter(const PageAnswer& answer)
         break;
     case AnswerKind::Check:
         entered = control.SetChecked(IsYes(answer.strValue));
+        break;
+    case AnswerKind::Entry:
+        entered = CListControl(m_hPage, id).Select(EntryPlace(*answer.pKey));
         break;
     case AnswerKind::ListLine: {
         const CListControl list(m_hPage, id);

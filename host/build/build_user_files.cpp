@@ -154,6 +154,10 @@ void UserFileBuild::Decide(DatabaseSnapshot& snapshot)
         return;
     }
     TellStrays();
+    for (const CString& drive : FindUserDrives(snapshot)) {
+        m_run.Warn(L"Files or folders were added to " + m_database.strProductName + L" for the drive " +
+                   drive + L". On a workstation without that drive the installation fails.");
+    }
     if (!m_additions.files.empty()) {
         TellProductNames(snapshot);
     }

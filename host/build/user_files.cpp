@@ -338,6 +338,22 @@ std::vector<CString> FindProductNames(const DatabaseSnapshot& database, const Us
     return sources;
 }
 
+std::vector<CString> FindUserDrives(const DatabaseSnapshot& database)
+{
+    const CString mark = L"DRIVE_";
+    std::vector<CString> drives;
+    const ReadTable directories = TableToRead(database, L"Directory");
+    if (directories.Exists()) {
+        for (const auto& [key, row] : directories.Rows()) {
+            const CString name = directories.Value(row, L"DefaultDir");
+            if (IsUserKey(key.front()) && name.Left(mark.GetLength()) == mark) {
+                drives.push_back(name.Mid(mark.GetLength()) + L":");
+            }
+        }
+    }
+    return drives;
+}
+
 std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files)
 {
     std::vector<UserCabinet> cabinets;

@@ -62,6 +62,9 @@ constexpr std::uint64_t MAX_USER_FILE_BYTES = (1ull << 31) - (16u << 20);
 [[nodiscard]] std::vector<CString> FindProductNames(const DatabaseSnapshot& database,
                                                     const UserAdditions& additions);
 
+// The drives that were added, as `X:`.
+[[nodiscard]] std::vector<CString> FindUserDrives(const DatabaseSnapshot& database);
+
 // Cuts the files, in their order, into cabinets of bounded size.
 [[nodiscard]] std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files);
 

@@ -429,6 +429,14 @@ TEST_P(RefusedFilesTest, AFileOfTheProductsOwnNameIsTakenAndTold)
     ExpectWarned(L"the product has a file of that name in the same folder");
 }
 
+TEST_P(RefusedFilesTest, ADriveThatWorkstationsNeedIsTold)
+{
+    added.AddFile(Source(L"a.txt", "1"), added.AddDrive(L"q:"));
+    BuildIt();
+    ExpectWarned(L"without that drive");
+    ExpectWarned(L"Q:");
+}
+
 TEST_P(RefusedFilesTest, AnAdditionThatWasNeverCompletedIsLeftOutAndTold)
 {
     const CString half = added.AddFile(Source(L"half.txt", "1"), L"INSTALLDIR");

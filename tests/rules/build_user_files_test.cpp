@@ -179,6 +179,16 @@ TEST_F(FinishedFiles, AFileOfTheProductsNameInItsFolderIsFound)
               std::vector<CString>{L"C:\\Private\\OWN.TXT"});
 }
 
+TEST_F(FinishedFiles, OnlyDirectoriesThatWereAddedAreDrives)
+{
+    database[L"Directory"].columns = {L"Directory", L"DefaultDir"};
+    database[L"Directory"].rows.clear();
+    Row(L"Directory", {L"Own", L"DRIVE_Y"});
+    Row(L"Directory", {KeyOf(1), L"DRIVE_X"});
+    Row(L"Directory", {KeyOf(2), L"Folder"});
+    EXPECT_EQ(FindUserDrives(database), std::vector<CString>{L"X:"});
+}
+
 TEST_F(FinishedFiles, AVendorsRowOfThePrivateTableIsNoAddition)
 {
     Row(L"TarnCustomFile", {L"Own", L"own.txt", L"0"});

@@ -77,6 +77,8 @@ DeploymentFile MakeDeployment()
     product.includePatch = 1;
     product.properties.push_back({L"B", L"'x'"});
     product.patches.push_back({L"x86\\Zolt\\ServicePacks\\sp1.msp", true});
+    product.addedFiles.push_back(
+        {L"TARN_0D7A5C1E_0000_4000_8000_000000000001", L"C:\\B\u00FCro & Co\\\u4E2D'.txt"});
     product.strPatchName = L"sp1";
     file.products.push_back(product);
     return file;
@@ -287,6 +289,7 @@ TEST(DeploymentFileTest, EverySettingReadsBackEqual)
     EXPECT_TRUE(again.bNetworkLog);
     ASSERT_EQ(again.products.size(), 1u);
     EXPECT_TRUE(again.products[0].patches.at(0).merged);
+    EXPECT_EQ(again.products[0].addedFiles.at(0).source, file.products[0].addedFiles[0].source);
     EXPECT_EQ(WriteDeploymentFile(again), WriteDeploymentFile(file));
 }
 
@@ -310,6 +313,21 @@ TEST(DeploymentFileTest, AValueOfAnyUnitReadsBackEqual)
     EXPECT_TRUE(read == value) << "first difference at " << same << ": " << std::hex << int{read[same]}
                                << " for " << int{value[same]} << ", lengths " << std::dec << read.GetLength()
                                << " and " << value.GetLength();
+}
+
+TEST(DeploymentFileTest, AnAddedFileBelongsToAProductAndNamesItsComponent)
+{
+    const std::string whole = Bytes(WriteDeploymentFile(MakeDeployment()));
+    const std::string element = whole.substr(
+        whole.find("<AddedFile"), whole.find("/>", whole.find("<AddedFile")) + 2 - whole.find("<AddedFile"));
+    std::string outside = whole;
+    outside.insert(outside.find("<Product"), element);
+    std::string nameless = whole;
+    nameless.replace(nameless.find("component="), 10, "key=");
+    for (const std::string& text : {outside, nameless}) {
+        DeploymentFileReader reader;
+        EXPECT_TRUE(ReadXml(text.data(), text.size(), reader)) << text;
+    }
 }
 
 TEST(DeploymentFileTest, ACutOffFileIsRefused)

@@ -258,10 +258,11 @@ TEST(SetupAnswerTable, EveryRowBelongsToAKnownPage)
     }
 }
 
-TEST(SetupAnswerTable, RadiosHaveChoicesAndOthersHaveNone)
+TEST(SetupAnswerTable, RadiosAndEntriesHaveChoicesAndOthersHaveNone)
 {
     for (const AnswerKey& key : AnswerKeys()) {
-        EXPECT_EQ(key.kind == AnswerKind::Radio, key.choice != nullptr) << Utf8(key.word);
+        const bool hasChoices = key.kind == AnswerKind::Radio || key.kind == AnswerKind::Entry;
+        EXPECT_EQ(hasChoices, key.choice != nullptr) << Utf8(key.word);
     }
 }
 
@@ -280,7 +281,9 @@ TEST(SetupAnswerTable, NoControlAndNoStringStandsTwiceOnAPage)
 {
     std::set<std::string> seen;
     for (const AnswerKey& key : AnswerKeys()) {
-        EXPECT_TRUE(seen.insert(Utf8(key.section) + " control " + std::to_string(key.control)).second)
+        // An entry's rows are lines of one list.
+        const std::string line = key.kind == AnswerKind::Entry ? Utf8(key.choice) : "";
+        EXPECT_TRUE(seen.insert(Utf8(key.section) + " control " + std::to_string(key.control) + line).second)
             << key.control;
     }
     for (const AnswerBox& box : AnswerBoxes()) {
