@@ -23,6 +23,7 @@ const Page g_pages[] = {
     {L"BeginDeploymentDialog", BeginDeploymentDialog, IDD_BEGIN_DEPLOYMENT},
     {L"ProductContactDialog", ProductContactDialog, IDD_PRODUCT_CONTACT},
     {L"DeploymentCompleteDialog", DeploymentCompleteDialog, IDD_DEPLOYMENT_COMPLETE},
+    {L"DeploymentSettingsDialog", DeploymentSettingsDialog, IDD_DEPLOYMENT_SETTINGS},
     {L"DeploymentFailedDialog", DeploymentFailedDialog, IDD_DEPLOYMENT_FAILED},
 };
 
