@@ -112,7 +112,7 @@ LRESULT CDeploymentSettingsDialog::OnLogFolderLeft(WORD, WORD, HWND, BOOL&)
     m_strLogFolder.Trim();
     WriteLogFolder();
     ::EnableWindow(m_hNextButton, !m_strLogFolder.IsEmpty());
-    if (m_strLogFolder.IsEmpty()) {
+    if (!m_strLogFolder.IsEmpty()) {
         ::SetActiveWindow(m_hNextButton);
     }
     return 0;
