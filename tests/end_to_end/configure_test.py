@@ -18,15 +18,15 @@ def property_of(database, name):
 
 
 class ConfigureTest(WizardTest):
-    def media(self, configure=None):
-        """The sample media with the pages that exist as tabs in its flow."""
+    def media(self, configure=None, tabs=TAB_PAGES):
+        """The sample media with the pages that exist as tabs in its flow, in that order."""
         folder = os.path.join(self.folder, "Media")
         shutil.copytree(MEDIA, folder)
         path = os.path.join(folder, "Setup.xml")
         text = text_of(path)
         for page in TAB_PAGES:
             text = re.sub(r' *<Page name="%sDialog"[^\n]*\n' % page, "", text)
-        pages = "".join('    <Page name="%sDialog"/>\n' % page for page in TAB_PAGES)
+        pages = "".join('    <Page name="%sDialog"/>\n' % page for page in tabs)
         text, count = re.subn(r'( *<Page name="ProductContactDialog")', pages + r"\1", text)
         self.assertEqual(count, 1, text)
         if configure:
@@ -80,3 +80,57 @@ class ConfigureTest(WizardTest):
         self.assertIn("Configure dialog", run.output)
         self.assertNotIn("Building", run.output)
         self.assertEqual(os.stat(self.package()).st_mtime_ns, changed)
+
+    def test_the_same_answers_count_in_either_shape(self):
+        online = "[resources]\nparts_bay = %s\n[notices]\nfeeds = %s\n"
+        answers = self.begin("Office", platform="x64")
+        with open(answers, "a", encoding="utf-8") as file:
+            file.write(online % ("no", "yes"))
+        run = self.wizard(answers, media=self.media())
+        self.assertEqual(run.code, 0, run.output)
+        self.assertEqual(property_of(self.package(), "ZOLT_PARTSBAY_ENABLE"), "#0")
+        self.assertEqual(property_of(self.package(), "ZOLT_RSS_FEEDS_ENABLE"), "#1")
+        run = self.modify(more=online % ("yes", "no"))
+        self.assertEqual(run.code, 0, run.output)
+        self.assertIn("Configure dialog", run.output)
+        self.assertEqual(property_of(self.package(), "ZOLT_PARTSBAY_ENABLE"), "#1")
+        self.assertEqual(property_of(self.package(), "ZOLT_RSS_FEEDS_ENABLE"), "#0")
+
+    def test_what_a_tab_is_not_told_stays_as_it_was_deployed(self):
+        answers = self.begin("Office", platform="x64")
+        with open(answers, "a", encoding="utf-8") as file:
+            file.write("[resources]\nmember_bay = no\n")
+        run = self.wizard(answers, media=self.media())
+        self.assertEqual(run.code, 0, run.output)
+        run = self.modify(more="[resources]\nparts_bay = no\n")
+        self.assertEqual(run.code, 0, run.output)
+        self.assertEqual(property_of(self.package(), "ZOLT_MEMBERBAY_ENABLE"), "#0")
+        self.assertEqual(property_of(self.package(), "ZOLT_PARTSBAY_ENABLE"), "#0")
+
+    def assert_refused(self, tabs):
+        """The list file is refused by its page, by a real run and by a check, and the deployment stays."""
+        self.create(self.media(tabs=tabs))
+        before = os.stat(self.package()).st_mtime_ns
+        more = "[notices]\nupdate_source = local_list\nupdate_list = C:\\nowhere\\list.npl\n"
+        last = set()
+        for words in ((), ("--check",)):
+            run = self.modify(*words, more=more)
+            self.assertEqual(run.code, 22, run.output)
+            last.add(run.output.strip().splitlines()[-1])
+        self.assertEqual(len(last), 1, last)
+        self.assertRegex(last.pop(), r"answers\.txt\(\d+\): notices\.update_list: ")
+        self.assertEqual(os.stat(self.package()).st_mtime_ns, before)
+
+    def test_a_value_that_its_page_refuses_keeps_the_tab(self):
+        self.assert_refused(("NoticeDeskFeedBoard", "OnlineResources"))
+
+    def test_a_value_that_its_page_refuses_keeps_the_dialog(self):
+        self.assert_refused(("OnlineResources", "NoticeDeskFeedBoard"))
+
+    def test_leaving_by_cancel_on_a_tab_is_1602_and_changes_nothing(self):
+        self.create(self.media())
+        before = os.stat(self.package()).st_mtime_ns
+        run = self.modify(more="[resources]\nparts_bay = no\nleave = cancel\n")
+        self.assertEqual(run.code, 1602, run.output)
+        self.assertNotIn("NoticeDeskFeedBoard", run.output)
+        self.assertEqual(os.stat(self.package()).st_mtime_ns, before)
