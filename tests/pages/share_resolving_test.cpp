@@ -1,0 +1,295 @@
+// How a path becomes its network form. Drives and files are the system's; what a network would have to answer, and the
+// prefix has no network for, is put in the place of this program's own imports.
+#include "pages/share_resolving.h"
+
+#include "automation/message_box.h"
+#include "automation/script.h"
+#include "automation/window_finder.h"
+#include "pages/library_cache.h"
+#include "tests/support/import_redirect.h"
+#include "tests/support/test_folder.h"
+#include "tests/support/test_network.h"
+#include "tests/support/text.h"
+
+#include <gtest/gtest.h>
+#include <lm.h>
+#include <winnetwk.h>
+
+#include <vector>
+
+namespace {
+
+struct Entry
+{
+    const wchar_t* local;
+    const wchar_t* remote;
+};
+
+// What the calls answer, and what they were asked; they have no argument of their own for it.
+struct Network
+{
+    DWORD opened = ERROR_ACCESS_DENIED;
+    std::vector<Entry> entries;
+    std::size_t given = 0;
+    int reads = 0;
+    CString container;
+    HANDLE readFrom = nullptr;
+    CString lookedUp; // the share asked for
+    const wchar_t* sharePath = nullptr;
+    int freed = 0;
+    DWORD connection = NO_ERROR;
+    CString device;
+};
+Network network;
+
+DWORD WINAPI OpenEnum(DWORD scope, DWORD type, DWORD usage, NETRESOURCEW* resource, HANDLE*)
+{
+    EXPECT_EQ(scope, 2u);
+    EXPECT_EQ(type, 1u);
+    EXPECT_EQ(usage, 0u);
+    network.container = resource->lpRemoteName;
+    return network.opened;
+}
+
+DWORD WINAPI EnumResource(HANDLE enumeration, DWORD* count, void* buffer, DWORD* size)
+{
+    ++network.reads;
+    network.readFrom = enumeration;
+    EXPECT_EQ(*count, 1u);
+    EXPECT_EQ(*size, 480u);
+    if (network.given == network.entries.size())
+        return ERROR_NO_MORE_ITEMS;
+    const Entry& entry = network.entries[network.given++];
+    auto* resource = static_cast<NETRESOURCEW*>(buffer);
+    *resource = {};
+    resource->lpLocalName = const_cast<wchar_t*>(entry.local);
+    resource->lpRemoteName = const_cast<wchar_t*>(entry.remote);
+    return NO_ERROR;
+}
+
+DWORD WINAPI ShareInfo(wchar_t*, wchar_t* name, DWORD level, BYTE** buffer)
+{
+    EXPECT_EQ(level, 2u);
+    network.lookedUp = name;
+    static SHARE_INFO_2 info;
+    info = {};
+    info.shi2_path = const_cast<wchar_t*>(network.sharePath);
+    *buffer = reinterpret_cast<BYTE*>(&info);
+    return network.sharePath ? NERR_Success : NERR_NetNameNotFound;
+}
+
+DWORD WINAPI FreeShareInfo(void*)
+{
+    ++network.freed;
+    return NERR_Success;
+}
+
+FARPROC WINAPI ProcAddress(HMODULE module, const char* name)
+{
+    if (strcmp(name, "NetShareGetInfo") == 0)
+        return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(ShareInfo));
+    if (strcmp(name, "NetApiBufferFree") == 0)
+        return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(FreeShareInfo));
+    return GetProcAddress(module, name);
+}
+
+DWORD WINAPI Connection(const wchar_t* device, wchar_t* remote, DWORD* size)
+{
+    network.device = device;
+    EXPECT_EQ(*size, 520u);
+    if (network.connection == NO_ERROR)
+        wcscpy(remote, L"\\\\srv\\data\\");
+    return network.connection;
+}
+
+class Redirect : public CImportRedirect
+{
+public:
+    template <class Call>
+    Redirect(const char* function, Call* call)
+        : CImportRedirect(nullptr, function, reinterpret_cast<void*>(call))
+    {
+        EXPECT_TRUE(IsInPlace()) << function << " isn't imported";
+    }
+};
+
+class Shares : public testing::Test
+{
+protected:
+    Shares() { network = Network(); }
+
+    Redirect open{"WNetOpenEnumW", OpenEnum};
+    Redirect read{"WNetEnumResourceW", EnumResource};
+    Redirect connection{"WNetGetConnectionW", Connection};
+    ShareMap shares{{L"before", L"BEFORE"}};
+    CString out = L"before";
+};
+
+// ---- the path
+
+TEST_F(Shares, APathInNetworkFormComesBackUnchanged)
+{
+    EXPECT_EQ(ResolveNetworkPath(out, L"\\\\server\\share\\dir"), 1);
+    EXPECT_EQ(out, CString(L"\\\\server\\share\\dir"));
+}
+
+TEST_F(Shares, NothingAndARelativePathGiveNothing)
+{
+    for (const wchar_t* path : {L"", L"dir", L"dir\\sub", L"\\dir", L"C:dir"}) {
+        out = L"before";
+        EXPECT_EQ(ResolveNetworkPath(out, path), 0) << Utf8(path);
+        EXPECT_EQ(out, CString()) << Utf8(path);
+    }
+    EXPECT_EQ(network.reads, 0);
+}
+
+TEST_F(Shares, ADriveThatIsNotInTheListGivesNothing)
+{
+    EXPECT_EQ(ResolveNetworkPath(out, L"Q:\\dir\\"), 0);
+    EXPECT_EQ(out, CString());
+    EXPECT_EQ(network.container, CString()) << "the shares were asked for";
+}
+
+TEST_F(Shares, AMappedDriveIsToldByItsShare)
+{
+    const CTestDrive drive(L'X', DRIVE_REMOTE, "/");
+    EXPECT_EQ(ResolveNetworkPath(out, L"X:\\"), 1);
+    EXPECT_EQ(out, CString(L"\\\\srv\\data"));
+    EXPECT_EQ(network.device, CString(L"X:"));
+}
+
+TEST_F(Shares, TheRestOfAPathOnAMappedDriveFollowsTheShare)
+{
+    EXPECT_EQ(ResolveMappedDrive(out, L"X:\\sub\\"), 1);
+    EXPECT_EQ(out, CString(L"\\\\srv\\data\\sub"));
+}
+
+TEST_F(Shares, ADriveWithoutAConnectionGivesNothing)
+{
+    network.connection = ERROR_NOT_CONNECTED;
+    EXPECT_EQ(ResolveMappedDrive(out, L"X:\\sub\\"), 0);
+}
+
+// ---- the enumeration
+
+// Kept on purpose: the test of the result stands the wrong way round.
+TEST_F(Shares, ASuccessfulOpenGivesNothingAndReadsNothing)
+{
+    network.opened = NO_ERROR;
+    network.entries = {{L"C:\\tools", L"\\\\PC\\tools"}};
+    EXPECT_EQ(EnumerateShares(shares), 0);
+    EXPECT_TRUE(shares.empty());
+    EXPECT_EQ(network.reads, 0);
+    EXPECT_EQ(ResolveNetworkPath(out, L"C:\\tools\\"), 0);
+    EXPECT_EQ(out, CString());
+}
+
+TEST_F(Shares, NoNetworkGivesNothing)
+{
+    network.opened = ERROR_NO_NETWORK;
+    EXPECT_EQ(EnumerateShares(shares), 0);
+    EXPECT_TRUE(shares.empty());
+    EXPECT_EQ(network.reads, 0);
+}
+
+TEST_F(Shares, AnyOtherErrorGoesOnWithoutAHandle)
+{
+    EXPECT_EQ(EnumerateShares(shares), 1);
+    EXPECT_TRUE(shares.empty());
+    EXPECT_EQ(network.reads, 1);
+    EXPECT_EQ(network.readFrom, nullptr);
+}
+
+TEST_F(Shares, TheContainerIsThisComputer)
+{
+    EXPECT_EQ(EnumerateShares(shares), 1);
+    EXPECT_EQ(network.container, L"\\\\" + ComputerName());
+}
+
+TEST_F(Shares, LocalPathsAreUpperCaseWithoutBackslashesAtTheEnd)
+{
+    network.entries = {{L"c:\\B\u00FCro\\\\", L"\\\\pc\\Tools\\"}};
+    EXPECT_EQ(EnumerateShares(shares), 1);
+    EXPECT_EQ(shares, (ShareMap{{L"\\\\pc\\Tools", L"C:\\B\u00DCRO"}}));
+}
+
+TEST_F(Shares, AnEntryWithoutARemoteNameIsSkipped)
+{
+    network.entries = {{L"c:\\none", nullptr}, {L"c:\\tools", L"\\\\pc\\tools"}};
+    EXPECT_EQ(EnumerateShares(shares), 1);
+    EXPECT_EQ(shares, (ShareMap{{L"\\\\pc\\tools", L"C:\\TOOLS"}}));
+}
+
+TEST_F(Shares, AnEntryWithoutALocalNameIsLookedUp)
+{
+    const Redirect lookUp("GetProcAddress", ProcAddress);
+    network.sharePath = L"c:\\tools\\";
+    network.entries = {{nullptr, L"\\\\pc\\tools.v2"}, {L"", L"\\\\pc\\more"}};
+    EXPECT_EQ(EnumerateShares(shares), 1);
+    EXPECT_EQ(shares, (ShareMap{{L"\\\\pc\\tools.v2", L"C:\\TOOLS"}, {L"\\\\pc\\more", L"C:\\TOOLS"}}));
+    EXPECT_EQ(network.freed, 2);
+}
+
+TEST_F(Shares, ALookUpThatFailsEndsTheWalk)
+{
+    const Redirect lookUp("GetProcAddress", ProcAddress);
+    network.entries = {{nullptr, L"\\\\pc\\gone"}, {L"c:\\tools", L"\\\\pc\\tools"}};
+    EXPECT_EQ(EnumerateShares(shares), 0);
+    EXPECT_EQ(network.reads, 1);
+}
+
+TEST_F(Shares, ALocalPathTakesTheFirstShare)
+{
+    network.entries = {{L"d:\\other", L"\\\\pc\\zz"}, {L"q:\\none", L"\\\\pc\\aa"}};
+    EXPECT_EQ(ResolveNetworkPath(out, L"C:\\work"), 1);
+    EXPECT_EQ(out, CString(L"\\\\pc\\aa\\C:\\work"));
+}
+
+// ---- the path of one share
+
+// Kept on purpose: the extension goes before the look-up.
+TEST_F(Shares, AShareIsLookedUpWithoutItsExtension)
+{
+    const Redirect lookUp("GetProcAddress", ProcAddress);
+    network.sharePath = L"c:\\Tools\\\\";
+    EXPECT_EQ(LocalPathOfShare(out, L"\\\\pc\\tools.v2"), 1);
+    EXPECT_EQ(network.lookedUp, CString(L"tools"));
+    EXPECT_EQ(out, CString(L"c:\\Tools"));
+}
+
+TEST_F(Shares, AShareThatIsUnknownGivesNothing)
+{
+    const Redirect lookUp("GetProcAddress", ProcAddress);
+    EXPECT_EQ(LocalPathOfShare(out, L"\\\\pc\\gone"), 0);
+    EXPECT_EQ(out, CString());
+    EXPECT_EQ(network.freed, 0);
+}
+
+// ---- functions by name
+
+TEST(LibraryCacheTest, AFunctionIsTheLibrarysOwn)
+{
+    EXPECT_EQ(LibraryCache::Instance().GetProc(L"kernel32.dll", L"GetComputerNameW"),
+              GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "GetComputerNameW"));
+}
+
+TEST(LibraryCacheTest, AMissingFunctionOrLibraryIsToldAtEachCall)
+{
+    for (const wchar_t* library : {L"kernel32.dll", L"kernel32.dll", L"no_such_library.dll"}) {
+        std::optional<MessageBoxView> box;
+        CScript script;
+        script.SetFailureHandler([] { CloseFrontWindow(); });
+        script.Add(L"answer the box", [&] {
+            box = FindMessageBox();
+            return box ? AnswerMessageBox(*box, IDOK) : StepOutcome::NotYet(L"no message box is up");
+        });
+        script.Start();
+        EXPECT_EQ(LibraryCache::Instance().GetProc(library, L"NoSuchCall"), nullptr);
+        ASSERT_TRUE(box) << Utf8(library);
+        EXPECT_EQ(box->text, CString(L"NoSuchCall was not found in ") + library + L"!");
+        EXPECT_EQ(box->title, CString(L"Error"));
+        EXPECT_EQ(box->icon, static_cast<UINT>(MB_ICONERROR));
+    }
+}
+
+} // namespace
