@@ -329,7 +329,7 @@ int CConfigureDialog::ShowBox(const CString& text, UINT type) const
 
 void CConfigureDialog::Enter(int index)
 {
-    if (m_bEntering) {
+    if (m_bEntering || !IsWindow()) { // the window may have gone under a box
         return;
     }
     m_bEntering = true;

@@ -28,19 +28,13 @@ constexpr BrowseKind FEED = {IDC_FEED_BROWSE, IDC_FEED_LOCATION, IDS_FEED_FILTER
 class NoticeBrowse : public NoticePage
 {
 protected:
-    NoticeBrowse()
+    NoticeBrowse() { WithStoredPage(); }
+    // The shell's view of the folder fetches icons whenever it gets to them, and the system keeps them: what is left
+    // over can't be told from that.
+    void TearDown() override
     {
-        WithStoredPage();
-        // The dialog fills caches of the system when it first comes up.
-        static bool done = false;
-        if (!done) {
-            done = true;
-            OpenDialog(LIST);
-            OnDialog([](HWND dialog) { return CControl(dialog, IDCANCEL).Click(); });
-            ShowAndGoBack();
-            WithStoredPage();
-            CountFromHere();
-        }
+        CountFromHere();
+        NoticePage::TearDown();
     }
 
     void OpenDialog(const BrowseKind& kind) { Press(kind.button); }

@@ -21,6 +21,12 @@ protected:
                                           CString(target) + L"\\" + state + L"-" + shape + L".png"));
         });
     }
+    // A tab page's window is not the active one until somebody goes there.
+    void Begin(int id)
+    {
+        Look([this, id] { SetFocus(GetDlgItem(Page(), id)); });
+        Await(L"the field has not got the focus", [this, id] { return HasFocus(id); });
+    }
     void SendCounter()
     {
         if (GetParam() == Shape::Tab) {
@@ -45,5 +51,63 @@ TEST_P(OnlineLook, PicturesOfTheNotices)
     SetChecked(IDC_SITE_CHANNEL, false);
     SetChecked(IDC_FEEDS, false);
     Picture(L"notices-off");
+    ShowAndGoBack();
+}
+
+TEST_P(OnlineLook, TabWalksTheFieldsInTheirOrderAndSkipsWhatIsDisabled)
+{
+    SetChecked(IDC_SITE_CHANNEL, true);
+    Begin(IDC_UPDATES);
+    for (const int next : {IDC_UPDATE_SOURCE, IDC_CHANNEL_NOTICES, IDC_SITE_CHANNEL, IDC_FEED_LOCATION,
+                           IDC_FEED_BROWSE, IDC_DISPLAY_NAME, IDC_FEEDS, IDC_CUSTOM_FEEDS, Back(), Next()}) {
+        Key(VK_TAB);
+        Await(L"the focus did not go on", [this, next] { return HasFocus(next); });
+    }
+    ShowAndGoBack();
+}
+
+TEST_P(OnlineLook, TheSpaceBarChecksABoxAndTheArrowChoosesTheList)
+{
+    Begin(IDC_SITE_CHANNEL);
+    Key(VK_SPACE);
+    Await(L"the box is not checked", [this] { return IsChecked(IDC_SITE_CHANNEL); });
+    Look([this] { EXPECT_TRUE(Control(IDC_FEED_LOCATION).IsEnabled()); });
+    Begin(IDC_UPDATE_SOURCE);
+    Key(VK_DOWN);
+    Await(L"the list is not chosen", [this] { return Control(IDC_UPDATE_SOURCE).GetSelection() == 1; });
+    Look([this] { EXPECT_TRUE(Control(IDC_LIST_LOCATION).IsEnabled()); });
+    ShowAndGoBack();
+}
+
+TEST_P(OnlineLook, EnterInAFieldGoesForward)
+{
+    Begin(IDC_UPDATES);
+    Key(VK_RETURN);
+    EXPECT_EQ(ShowPage(), NAVIGATION_NEXT);
+}
+
+namespace {
+
+class ResourcesLook : public OnlineLook
+{
+};
+INSTANTIATE_BOTH_SHAPES(ResourcesLook);
+
+} // namespace
+
+TEST_P(ResourcesLook, PictureOfTheResources)
+{
+    context.strHelpFile = L"OnlineResources.html";
+    m_functions = {OnlineResourcesDialog, OnlineResourcesPage};
+    SendCounter();
+    Picture(L"resources");
+    ShowAndGoBack();
+}
+
+TEST_P(OnlineLook, TheWizardPageOpensWithTheFocusOnItsFirstField)
+{
+    if (GetParam() == Shape::Wizard) {
+        Look([this] { EXPECT_TRUE(HasFocus(IDC_UPDATES)); });
+    }
     ShowAndGoBack();
 }

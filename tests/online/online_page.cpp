@@ -45,6 +45,30 @@ NoticePage::NoticePage()
 {
     product.m_strName = L"Zolt Drafting";
     context.pProduct = &product;
+    MeetBoxesOnce();
+}
+
+void NoticePage::MeetBoxesOnce()
+{
+    static bool done = false;
+    if (done) {
+        return;
+    }
+    done = true;
+    ChooseList(L"");
+    Press(Next());
+    Answer(AskingBox(IDS_LIST_EMPTY), IDNO);
+    Type(IDC_LIST_LOCATION, L"bad");
+    Press(Next());
+    Answer(RefusingBox(IDS_LIST_WRONG_KIND), IDOK);
+    Await(L"the field has not got the focus", [this] { return HasFocus(IDC_LIST_LOCATION); });
+    Look([this] { // the selected text too
+        RedrawWindow(Page(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    });
+    ShowAndGoBack();
+    product.msiProperties.clear();
+    host.log.Clear();
+    CountFromHere();
 }
 
 CString NoticePage::Property(const wchar_t* name) const

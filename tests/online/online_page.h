@@ -40,7 +40,6 @@ protected:
     CString Text(int id) const { return Control(id).GetText(); }
     bool IsChecked(int id) const { return Control(id).IsChecked(); }
 
-private:
     PageOfBothShapes m_functions;
 };
 
@@ -55,6 +54,9 @@ protected:
     void WithProperty(const wchar_t* name, const CString& value) { product.msiProperties[name] = value; }
     // Everything is set, as the page stores it; tests change single ones.
     void WithStoredPage();
+
+    // Fills the system's caches for lists and boxes, once for the program.
+    void MeetBoxesOnce();
 
     // Updates from the list at that location.
     void ChooseList(const CString& location);

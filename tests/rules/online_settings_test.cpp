@@ -164,6 +164,16 @@ TEST(NoticeSettingsTest, WhatIsStoredIsLoadedForEachCombinationOfFeatures)
     }
 }
 
+TEST(NoticeSettingsTest, CustomFeedsAreOffForTheProductWhileTheFeedsAreOff)
+{
+    NoticeSettings settings;
+    settings.bCustomFeeds = true;
+    Store store;
+    StoreNoticeSettings(store, settings);
+    EXPECT_EQ(store.values[L"ZOLT_RSS_FEEDS_CUSTOM_ENABLE"], CString(L"#0"));
+    EXPECT_EQ(store.values[L"ZOLT_TEMP_RSS_FEEDS_CUSTOM_ENABLE"], CString(L"#1"));
+}
+
 // ---- the page of resources
 
 TEST(ResourceSettingsTest, AFreshDatabaseIsFilledWithFiveDefaultsInOrder)

@@ -298,6 +298,7 @@ TEST_F(ConfigureTrouble, ItComesBackWhereTheUserLeftIt)
     Look([&] { EXPECT_EQ(Place(), left); });
     Press(IDC_CONFIGURE_NEXT);
     (void)Run();
+    ASSERT_FALSE(host.ui.stored.empty());
     EXPECT_EQ(ScreenRectangleOf(host.ui.stored.back()), left) << "the next page opens elsewhere";
 }
 
