@@ -70,7 +70,7 @@ int wmain(int count, wchar_t** arguments)
     }
     PrintHeading();
     bool complete = true;
-    for (auto measure : {MeasurePages, MeasureStart, MeasureRows, MeasureDeployment}) {
+    for (auto measure : {MeasurePages, MeasureTabs, MeasureStart, MeasureRows, MeasureDeployment}) {
         complete = Run(measure, options) && complete;
     }
     return complete ? 0 : 1;

@@ -45,4 +45,5 @@ struct BenchOptions
 std::vector<Comparison> MeasurePages(const BenchOptions& options);
 std::vector<Comparison> MeasureDeployment(const BenchOptions& options);
 std::vector<Comparison> MeasureStart(const BenchOptions& options);
+std::vector<Comparison> MeasureTabs(const BenchOptions& options);
 std::vector<Comparison> MeasureRows(const BenchOptions& options);

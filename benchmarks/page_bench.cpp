@@ -22,6 +22,8 @@ struct Page
 const Page g_pages[] = {
     {L"BeginDeploymentDialog", BeginDeploymentDialog, IDD_BEGIN_DEPLOYMENT},
     {L"ProductContactDialog", ProductContactDialog, IDD_PRODUCT_CONTACT},
+    {L"NoticeDeskFeedBoardDialog", NoticeDeskFeedBoardDialog, IDD_NOTICE_DESK_FEED_BOARD},
+    {L"OnlineResourcesDialog", OnlineResourcesDialog, IDD_ONLINE_RESOURCES},
     {L"DeploymentCompleteDialog", DeploymentCompleteDialog, IDD_DEPLOYMENT_COMPLETE},
     {L"DeploymentSettingsDialog", DeploymentSettingsDialog, IDD_DEPLOYMENT_SETTINGS},
     {L"DeploymentFailedDialog", DeploymentFailedDialog, IDD_DEPLOYMENT_FAILED},

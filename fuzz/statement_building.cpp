@@ -45,8 +45,8 @@ void CheckFilling(const CString& first, int number, const CString& second)
 {
     const CString expected =
         CString(first.GetString()) + L"|" + NumberText(number) + L"|" + CString(second.GetString());
-    if (FillStatement(L"%s|%d|%s", {first, number, second}) != expected ||
-        FillStatement(L"%d|%s|%d", {first, number, second}) != expected) {
+    if (FillTemplate(L"%s|%d|%s", {first, number, second}) != expected ||
+        FillTemplate(L"%d|%s|%d", {first, number, second}) != expected) {
         __builtin_trap();
     }
 }
@@ -72,7 +72,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Build(CustomActionColumns{line(), number(), line(), line()});
     Build(InstallExecuteSequenceColumns{line(), line(), number()});
     // A format of the input's own: it must never be read as anything but text and the two placeholders.
-    const CString filled = FillStatement(text, {line(), number()});
+    const CString filled = FillTemplate(text, {line(), number()});
     if (text.Find(L'%') < 0 && filled != CString(text.GetString())) {
         __builtin_trap();
     }

@@ -1,6 +1,6 @@
 #include "host/files.h"
 
-#include "host/handles.h"
+#include "window/handle.h"
 
 #include <algorithm>
 
@@ -92,7 +92,7 @@ CString SystemReason(unsigned int code)
 
 unsigned int ReadWholeFile(const CString& path, std::size_t limit, std::string& bytes)
 {
-    const FileHandle file(CreateFileW(FilePath(path), GENERIC_READ,
+    const CFileOwner file(CreateFileW(FilePath(path), GENERIC_READ,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                       OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     if (!file) {
@@ -120,7 +120,7 @@ unsigned int ReplaceFile(const CString& path, const std::string& bytes)
     beside.Format(L"%s.new-%08X", path.GetString(), GetCurrentProcessId() ^ GetTickCount());
     unsigned int error;
     {
-        const FileHandle file(CreateFileW(FilePath(beside), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+        const CFileOwner file(CreateFileW(FilePath(beside), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                           FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!file) {
             return GetLastError();

@@ -1,4 +1,4 @@
-// Owners of the handles that the host opens. Each closes what it holds and keeps the last error as it was.
+// Owner of the installer handles that the host opens: it closes what it holds and keeps the last error as it was.
 #pragma once
 
 #include <windows.h>
@@ -37,28 +37,6 @@ public:
 
 private:
     MSIHANDLE m_handle = 0;
-};
-
-class FileHandle
-{
-public:
-    explicit FileHandle(HANDLE handle = INVALID_HANDLE_VALUE) : m_handle(handle) {}
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
-    ~FileHandle() { Close(); }
-    HANDLE get() const { return m_handle; }
-    explicit operator bool() const { return m_handle != INVALID_HANDLE_VALUE; }
-    void Close()
-    {
-        if (m_handle != INVALID_HANDLE_VALUE) {
-            const DWORD error = GetLastError();
-            CloseHandle(std::exchange(m_handle, INVALID_HANDLE_VALUE));
-            SetLastError(error);
-        }
-    }
-
-private:
-    HANDLE m_handle;
 };
 
 // No box and no progress of the installer while it lives.

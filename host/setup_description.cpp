@@ -121,7 +121,7 @@ const SetupDescriptionReader::ElementRule* SetupDescriptionReader::FindRule(cons
         {L"Step", L"Setup", true, &Reader::ReadStep},
         {L"Languages", L"Setup", true, &Reader::ReadLanguages},
         {L"Language", L"Languages", false, &Reader::ReadLanguage},
-        {L"Flow", L"Setup", true, &Reader::ReadGroup},
+        {L"Flow", L"Setup", true, &Reader::ReadFlow},
         {L"Page", L"Flow", false, &Reader::ReadPage},
         {L"Platforms", L"Setup", true, &Reader::ReadGroup},
         {L"Platform", L"Platforms", false, &Reader::ReadPlatform},
@@ -243,6 +243,15 @@ void SetupDescriptionReader::ReadLanguage(XmlValues& values)
 
 void SetupDescriptionReader::ReadGroup(XmlValues&)
 {
+}
+
+void SetupDescriptionReader::ReadFlow(XmlValues& values)
+{
+    const CString configure = values.TakeOptionalText(L"configure", 100);
+    if (!configure.IsEmpty() && configure != L"yes" && configure != L"no") {
+        values.Fail(HostSentence(HostText::ValueNotChoice, {L"configure", configure, L"yes, no"}));
+    }
+    m_setup.bConfigure = configure == L"yes";
 }
 
 void SetupDescriptionReader::ReadPage(XmlValues& values)

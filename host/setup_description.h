@@ -55,6 +55,7 @@ struct SetupDescription
     CString strDefaultLanguage;
     std::vector<CString> languages;
     std::vector<PageDescription> flow;
+    bool bConfigure = false; // pages that exist as tabs stand together in one dialog
     std::vector<PlatformDescription> platforms;
     std::vector<ProductDescription> products;
 
@@ -85,6 +86,7 @@ private:
     void ReadStep(XmlValues& values);
     void ReadLanguages(XmlValues& values);
     void ReadLanguage(XmlValues& values);
+    void ReadFlow(XmlValues& values);
     void ReadPage(XmlValues& values);
     void ReadPlatform(XmlValues& values);
     void ReadProduct(XmlValues& values);

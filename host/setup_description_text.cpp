@@ -82,6 +82,9 @@ void WriteLanguages(XmlText& xml, const SetupDescription& setup)
 void WriteFlow(XmlText& xml, const SetupDescription& setup)
 {
     xml.OpenElement(L"Flow");
+    if (setup.bConfigure) {
+        xml.AddAttribute(L"configure", L"yes");
+    }
     for (const PageDescription& page : setup.flow) {
         xml.OpenElement(L"Page");
         xml.AddAttribute(L"name", page.strName);

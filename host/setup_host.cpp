@@ -24,13 +24,18 @@ public:
         for (const PageDescription& page : media.description.flow) {
             m_flow.push_back({page.strName, page.strHelpFile});
         }
+        m_bConfigure = media.description.bConfigure;
     }
 
     HostError Start() { return m_manager->Start(); }
 
     CSetupManager& GetSetupManager() override { return *m_manager; }
     const std::vector<FlowPage>& GetFlow() override { return m_flow; }
+    bool OffersConfigure() override { return m_bConfigure; }
+    const std::vector<CProduct*>& GetProducts() override;
     PageContext MakePageContext(const FlowPage& page, bool canGoBack) override;
+    PageContext MakePageContext(const FlowPage& page, bool canGoBack, CProduct* product) override;
+    HostError CheckDatabase(CProduct& product) override;
     BuildResult Build(IBuildProgress& progress) override;
     std::uint64_t GetDeploymentBytes() override;
     void AppendLog(const CString& line) override { m_log.Append(line); }
@@ -43,22 +48,39 @@ private:
     SetupLog m_log;
     std::unique_ptr<ManagerObject> m_manager;
     std::vector<FlowPage> m_flow;
+    bool m_bConfigure = false;
 };
 
-PageContext HostObject::MakePageContext(const FlowPage& page, bool canGoBack)
+const std::vector<CProduct*>& HostObject::GetProducts()
 {
     if (const HostError error = m_manager->EnsureProducts()) {
         m_log.Append(error.message);
     }
+    return *m_manager->m_pProducts;
+}
+
+PageContext HostObject::MakePageContext(const FlowPage& page, bool canGoBack)
+{
+    const std::vector<CProduct*>& products = GetProducts();
+    return MakePageContext(page, canGoBack, products.empty() ? nullptr : products.front());
+}
+
+PageContext HostObject::MakePageContext(const FlowPage& page, bool canGoBack, CProduct* product)
+{
     PageContext context;
     context.pSetupManager = m_manager.get();
     context.strHelpFile = page.strHelpFile;
     context.bCanGoBack = canGoBack;
-    if (!m_manager->GetProductObjects().empty()) {
-        context.pProduct = m_manager->GetProductObjects().front().get();
-        context.hDatabase = context.pProduct->GetMsiHandle();
-    }
+    context.pProduct = product;
+    context.hDatabase = product ? product->GetMsiHandle() : 0;
     return context;
+}
+
+HostError HostObject::CheckDatabase(CProduct& product)
+{
+    const unsigned int code = ForEachRow(product.GetMsiHandle(), L"SELECT `Value` FROM `Property`", {},
+                                         [](MSIHANDLE) { return false; });
+    return code == 0 ? HostError() : HostError{code, SystemReason(code)};
 }
 
 BuildResult HostObject::Build(IBuildProgress& progress)

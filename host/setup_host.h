@@ -65,8 +65,18 @@ public:
 
     virtual CSetupManager& GetSetupManager() = 0;
     virtual const std::vector<FlowPage>& GetFlow() = 0;
+    // True when the media wants the pages that exist as tabs to stand together in one dialog.
+    virtual bool OffersConfigure() = 0;
+    // The products of the deployment, opened if they aren't; empty when that fails, which the log tells. Both the
+    // vector and what it points to change with the begin page.
+    virtual const std::vector<CProduct*>& GetProducts() = 0;
+
     // Fills the record for a page: product, database, help file, Back. Hooks are the caller's to add.
-    virtual PageContext MakePageContext(const FlowPage& page, bool canGoBack) = 0;
+    virtual PageContext MakePageContext(const FlowPage& page, bool canGoBack) = 0; // of the first product
+    virtual PageContext MakePageContext(const FlowPage& page, bool canGoBack, CProduct* product) = 0;
+
+    // Asks the product's database whether it still answers.
+    virtual HostError CheckDatabase(CProduct& product) = 0;
 
     // Builds the deployment that the pages described and stores the result lines and the exit code in the manager.
     virtual BuildResult Build(IBuildProgress& progress) = 0;

@@ -1,14 +1,14 @@
 #include "host/setup_log.h"
 
 #include "host/files.h"
-#include "host/handles.h"
+#include "window/handle.h"
 
 void SetupLog::Append(const CString& line) const
 {
     if (m_file.IsEmpty()) {
         return;
     }
-    const FileHandle file(CreateFileW(FilePath(m_file), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
+    const CFileOwner file(CreateFileW(FilePath(m_file), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                       nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file) {
         return;

@@ -12,7 +12,7 @@ constexpr int ATTEMPTS = 100;
 // The lock is held as long as its owner lives; the system lets go of it when the owner dies.
 bool HasOwner(const CString& folder)
 {
-    const FileHandle lock(CreateFileW(FilePath(folder + LOCK_FILE), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+    const CFileOwner lock(CreateFileW(FilePath(folder + LOCK_FILE), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                       OPEN_EXISTING, 0, nullptr));
     // A folder without a lock may be a second before it gets one: nobody's business.
     return !lock;
@@ -68,6 +68,6 @@ WorkFolder::WorkFolder(const CString& folder)
 
 WorkFolder::~WorkFolder()
 {
-    m_lock.Close();
+    m_lock.reset();
     RemoveFolder(m_folder);
 }

@@ -2,8 +2,8 @@
 // which folders still have an owner.
 #pragma once
 
-#include "host/handles.h"
 #include "host/setup_host.h"
+#include "window/handle.h"
 
 [[nodiscard]] CString TemporaryFolder(); // with backslash
 // Makes a folder that nobody else uses, and clears those of dead owners beside it.
@@ -19,5 +19,5 @@ public:
 
 private:
     CString m_folder;
-    FileHandle m_lock;
+    CFileOwner m_lock;
 };

@@ -30,9 +30,9 @@ StatementValue::StatementValue(int number)
     m_digits[m_length] = L'\0';
 }
 
-CString FillStatement(const wchar_t* statement, std::initializer_list<StatementValue> values)
+CString FillTemplate(const wchar_t* text, std::initializer_list<StatementValue> values)
 {
-    int longest = TextLength(statement);
+    int longest = TextLength(text);
     for (const StatementValue& value : values) {
         longest += value.GetLength();
     }
@@ -41,16 +41,16 @@ CString FillStatement(const wchar_t* statement, std::initializer_list<StatementV
     wchar_t* end = filled.GetBuffer(longest);
     const wchar_t* const start = end;
     auto value = values.begin();
-    while (*statement) {
-        if (!IsPlaceholder(statement)) {
-            *end++ = *statement++;
+    while (*text) {
+        if (!IsPlaceholder(text)) {
+            *end++ = *text++;
             continue;
         }
         if (value != values.end()) {
             end = std::copy_n(value->GetText(), value->GetLength(), end);
             ++value;
         }
-        statement += 2;
+        text += 2;
     }
     filled.ReleaseBuffer(static_cast<int>(end - start));
     return filled;

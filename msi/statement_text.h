@@ -1,4 +1,4 @@
-// Fills the placeholders of a fixed statement.
+// Fills the placeholders of a fixed text, a statement above all.
 #pragma once
 
 #include "window/string.h"
@@ -10,7 +10,8 @@
 class StatementValue
 {
 public:
-    StatementValue(const CString& text) : m_text(text), m_length(TextLength(text)) {}
+    StatementValue(const CString& text) : StatementValue(text.GetString()) {}
+    StatementValue(const wchar_t* text) : m_text(text), m_length(TextLength(text)) {} // never null
     StatementValue(int number);
 
     const wchar_t* GetText() const { return m_text ? m_text : m_digits; }
@@ -25,4 +26,4 @@ private:
 // Replaces each "%s" and "%d" of the template, in their order, by a value of any length. Nothing is quoted or escaped,
 // and values are not searched for placeholders. The value alone decides how it is written: a number behind a "%s" stands
 // there in digits. A placeholder without a value stays empty.
-[[nodiscard]] CString FillStatement(const wchar_t* statement, std::initializer_list<StatementValue> values);
+[[nodiscard]] CString FillTemplate(const wchar_t* text, std::initializer_list<StatementValue> values);

@@ -3,6 +3,7 @@
 #include "frame/guid_rules.h"
 #include "frame/guid_text.h"
 #include "msi/msi_rows.h"
+#include "msi/statement_text.h"
 
 #include <windows.h>
 
@@ -12,7 +13,6 @@ bool g_bUserFeatureExists = false;
 
 namespace {
 
-constexpr wchar_t USER_FEATURE[] = L"_UserDeploymentFile";
 constexpr int FEATURE_HIDDEN = 0; // Display
 constexpr int FEATURE_LEVEL = 1;
 constexpr int FEATURE_ATTRIBUTES = 16;
@@ -24,18 +24,25 @@ constexpr int CUSTOM_FOLDER = 2;
 constexpr wchar_t SUBSTITUTE_SUFFIX[] = L"_SUBST"; // of the property that holds a user drive's letter
 constexpr DWORD SHORT_NAME_CAPACITY = 260;
 
-CString NewUserKey()
+const CString& UserFeature()
 {
-    CString key = TARN_KEY_PREFIX + NewGuidText();
-    key.Replace(L'-', L'_');
-    return key;
+    static const CString name = L"_UserDeploymentFile";
+    return name;
 }
 
-CString GuidTextOfUserKey(const CString& key)
+struct UserKey
 {
-    CString guidText;
-    static_cast<void>(GetTarnKeyGuid(key, guidText)); // a key that was just made has the prefix
-    return guidText;
+    CString key;
+    CString guidText; // what the key has behind its prefix, with hyphens
+};
+
+UserKey NewUserKey()
+{
+    UserKey made;
+    made.guidText = NewGuidText();
+    made.key = FillTemplate(L"%s%s", {TARN_KEY_PREFIX, made.guidText});
+    made.key.Replace(L'-', L'_');
+    return made;
 }
 
 CString DriveDirectoryName(const CString& upperCaseDrive)
@@ -49,7 +56,7 @@ CString InstallerFileName(const CString& name)
     wchar_t buffer[SHORT_NAME_CAPACITY + 1] = L"";
     const DWORD length = GetShortPathNameW(name, buffer, SHORT_NAME_CAPACITY);
     const bool filled = length > 0 && length < SHORT_NAME_CAPACITY;
-    return (filled ? CString(buffer) : name) + L"|" + name;
+    return FillTemplate(L"%s|%s", {filled ? CString(buffer) : name, name});
 }
 
 // The low 32 bits of the size in bytes, as far as the column goes; 0 when the file can't be opened.
@@ -78,12 +85,12 @@ bool UserFileWriter::EnsureUserFeature()
     if (g_bUserFeatureExists) {
         return true;
     }
-    if (Product->m_pFeatureManager && Product->m_pFeatureManager->FindFeature(USER_FEATURE)) {
+    if (Product->m_pFeatureManager && Product->m_pFeatureManager->FindFeature(UserFeature())) {
         g_bUserFeatureExists = true;
         return true;
     }
     FeatureData row;
-    row.Feature = USER_FEATURE;
+    row.Feature = UserFeature();
     row.Title = L"User Deployment Files";
     row.Description = L"User deployment files.";
     row.Display = FEATURE_HIDDEN;
@@ -100,7 +107,7 @@ bool UserFileWriter::WriteComponent(const CString& component, const CString& gui
     ComponentData row;
     row.m_action = action;
     row.Component = component;
-    row.ComponentId = L"{" + guidText + L"}";
+    row.ComponentId = FillTemplate(L"{%s}", {guidText});
     row.Directory_ = directory;
     row.Attributes = Product->m_x64Marker > 0 ? COMPONENT_64_BIT : 0;
     return row.Execute(Database); // without a key path: the folder is it, also for a file
@@ -131,7 +138,7 @@ bool UserFileWriter::WriteFeatureComponent(const CString& component, MsiRowActio
 {
     FeatureComponentsData row;
     row.m_action = action;
-    row.Feature_ = USER_FEATURE;
+    row.Feature_ = UserFeature();
     row.Component_ = component;
     return row.Execute(Database);
 }
@@ -195,9 +202,10 @@ bool UserFileWriter::AddUserFile(const wchar_t* sourcePath, const wchar_t* paren
     }
     const CString source = sourcePath;
     const CString parent = parentKey; // may be the text that `key` held
-    key = NewUserKey();
+    const UserKey made = NewUserKey();
+    key = made.key;
     return WriteFile(key, source, MsiRowAction::Insert) &&
-           WriteComponent(key, GuidTextOfUserKey(key), parent, MsiRowAction::Insert) &&
+           WriteComponent(key, made.guidText, parent, MsiRowAction::Insert) &&
            WriteFeatureComponent(key, MsiRowAction::Insert) &&
            WriteCreateFolder(parent, key, MsiRowAction::Insert) &&
            WriteCustomFile(key, source, CUSTOM_FILE, MsiRowAction::Insert);
@@ -210,10 +218,11 @@ bool UserFileWriter::AddUserFolder(const wchar_t* name, const wchar_t* parentKey
     }
     const CString folder = name;
     const CString parent = parentKey; // may be the text that `key` held
-    key = NewUserKey();
+    const UserKey made = NewUserKey();
+    key = made.key;
     // The component lies in the folder itself, and the CreateFolder row makes the folder although it is empty.
     return WriteDirectory(key, parent, folder, MsiRowAction::Insert) &&
-           WriteComponent(key, GuidTextOfUserKey(key), key, MsiRowAction::Insert) &&
+           WriteComponent(key, made.guidText, key, MsiRowAction::Insert) &&
            WriteFeatureComponent(key, MsiRowAction::Insert) &&
            WriteCreateFolder(key, key, MsiRowAction::Insert) &&
            WriteCustomFile(key, folder, CUSTOM_FOLDER, MsiRowAction::Insert);
@@ -222,7 +231,7 @@ bool UserFileWriter::AddUserFolder(const wchar_t* name, const wchar_t* parentKey
 bool UserFileWriter::AddUserDrive(const wchar_t* drive, CString& key)
 {
     const CString upperCaseDrive = CString(drive).MakeUpper();
-    key = NewUserKey();
+    key = NewUserKey().key;
     // On a workstation the action sets the property of the directory's name, which puts the directory on the drive.
     if (!WriteDirectory(key, L"TARGETDIR", DriveDirectoryName(upperCaseDrive), MsiRowAction::Insert) ||
         !WriteCustomAction(key, upperCaseDrive, MsiRowAction::Insert) ||

@@ -36,8 +36,22 @@ CString DocumentsFolder()
     return ::SHGetSpecialFolderPathW(nullptr, folder, CSIDL_PERSONAL, FALSE) ? CString(folder) : CString();
 }
 
+// The dialog makes the folder that it shows the process's current one, which would hold a share or a stick in use.
+class CCurrentFolderKeeper
+{
+public:
+    CCurrentFolderKeeper() { ::GetCurrentDirectoryW(MAX_PATH, m_folder); }
+    ~CCurrentFolderKeeper() { ::SetCurrentDirectoryW(m_folder); }
+    CCurrentFolderKeeper(const CCurrentFolderKeeper&) = delete;
+    CCurrentFolderKeeper& operator=(const CCurrentFolderKeeper&) = delete;
+
+private:
+    wchar_t m_folder[MAX_PATH] = {};
+};
+
 bool PickFile(HWND owner, const CString& title, const CString& filter, CString& path)
 {
+    const CCurrentFolderKeeper currentFolder;
     const CString folder = DocumentsFolder();
     wchar_t file[FILE_CAPACITY] = {};
     OPENFILENAMEW dialog = {};

@@ -112,7 +112,7 @@ LRESULT CDeploymentSettingsDialog::OnLogFolderLeft(WORD, WORD, HWND, BOOL&)
     m_strLogFolder.Trim();
     WriteLogFolder();
     ::EnableWindow(m_hNextButton, !m_strLogFolder.IsEmpty());
-    if (m_strLogFolder.IsEmpty()) {
+    if (!m_strLogFolder.IsEmpty()) {
         ::SetActiveWindow(m_hNextButton);
     }
     return 0;
@@ -139,7 +139,8 @@ void CDeploymentSettingsDialog::ReadLogFolder()
 
 void CDeploymentSettingsDialog::WriteLogFolder()
 {
-    if (!::SetDlgItemTextW(m_hWnd, IDC_LOG_FOLDER, m_strLogFolder)) {
+    const CString text = m_strLogFolder; // the edit tells of its change at once, which sets the member anew
+    if (!::SetDlgItemTextW(m_hWnd, IDC_LOG_FOLDER, text)) {
         ::MessageBeep(static_cast<UINT>(-1));
         m_logFolder.SetFocus();
     }
@@ -233,6 +234,9 @@ void CDeploymentSettingsDialog::Store(bool withPath)
 // One box for all products that carry the property, those that had no value before included.
 void CDeploymentSettingsDialog::StoreMc3() const
 {
+    if (!m_pSetupManager->m_pProducts) {
+        return; // a host's hook has shown the box
+    }
     const bool enabled = ::IsDlgButtonChecked(m_hWnd, IDC_MC3) == BST_CHECKED;
     for (CProduct* product : *m_pSetupManager->m_pProducts) {
         if (CarriesMc3(product)) {

@@ -248,7 +248,8 @@ def write_setup_xml(media, packages, packs):
               "    <Language name=\"en-US\"/>"]
     lines += ["    <Language name=\"%s\"/>" % locale for locale in product.LANGUAGE_PACKS]
     lines += ["  </Languages>", "  <Flow>"]
-    for page in ("BeginDeployment", "DeploymentSettings", "ProductContact", "DeploymentComplete", "DeploymentFailed"):
+    for page in ("BeginDeployment", "DeploymentSettings", "NoticeDeskFeedBoard", "OnlineResources", "ProductContact",
+                 "DeploymentComplete", "DeploymentFailed"):
         lines.append("    <Page name=\"%sDialog\" help=\"%s.html\"/>" % (page, page))
     lines += ["  </Flow>", "  <Platforms>"]
     lines += ["    <Platform id=\"%d\" folder=\"%s\"/>" % (number, settings["folder"])

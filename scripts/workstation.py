@@ -5,7 +5,8 @@
 
 DEPLOYMENT is the folder that the wizard made. It is reached over a network path in a Wine prefix of its own, through
 its own Install.cmd and Uninstall.cmd. Every file that the databases name must be there with its size after installing,
-and gone after uninstalling. When the deployment names a folder for logs, each product's log must have come there. Prints
+and gone after uninstalling. Every registry value that carries one property to the workstation must hold what the deployed
+database says, so the choices of the wizard's pages are seen to arrive. When the deployment names a folder for logs, each product's log must have come there. Prints
 what it found; the exit code is 0 when all was well, otherwise 1.
 """
 
@@ -24,6 +25,8 @@ SYSTEM_FOLDERS = {
     "Program Files (x86)/Common Files", "CommonFiles64Folder": "Program Files/Common Files", "TARGETDIR": "",
     "SystemFolder": "windows/syswow64", "System64Folder": "windows/system32", "FontsFolder": "windows/Fonts",
 }
+REGISTRY_ROOTS = {"0": "HKCR", "1": "HKCU", "2": "HKLM", "3": "HKU"}
+SIXTY_FOUR_BIT_COMPONENT = 256
 COMMAND_SECONDS = 600
 LOG_LINES = 3
 # Of thousands of lines in a log those that tell how it went.
@@ -56,6 +59,8 @@ class Package:
         row = self.directories.get(key)
         if not row or not row["Directory_Parent"] or row["Directory_Parent"] == key:
             return None
+        if row["DefaultDir"].startswith("DRIVE_"):
+            return None  # a drive that was added; not every workstation has it
         above = self.folder(row["Directory_Parent"])
         name = row["DefaultDir"].split(":")[0].split("|")[-1]
         return None if above is None else os.path.join(above, "" if name == "." else name)
@@ -68,6 +73,29 @@ class Package:
                 folder = self.folder(component["Directory_"])
                 if folder is not None:
                     yield os.path.join(folder, row["FileName"].split("|")[-1]), int(row["FileSize"])
+
+
+    def carried_properties(self):
+        """(key with its root, bits of the registry's view, name, text) of each value that is one property."""
+        for row in read_table(self.path, "Registry"):
+            reference = re.fullmatch(r"\[([A-Za-z_][\w.]*)\]", row["Value"])
+            component = self.components.get(row["Component_"])
+            if not reference or not component or row["Component_"] not in self.wanted or component["Condition"]:
+                continue
+            name = reference.group(1)
+            # Directories are properties too, but of the workstation's own making.
+            if row["Root"] in REGISTRY_ROOTS and name not in self.directories:
+                bits = 64 if int(component["Attributes"]) & SIXTY_FOUR_BIT_COMPONENT else 32
+                yield (REGISTRY_ROOTS[row["Root"]] + "\\" + row["Key"], bits, row["Name"],
+                       self.properties.get(name, ""))
+
+
+def same_value(kind, found, text):
+    """Whether a registry value holds a property. The service makes "#1" a number where it looks at the text after it has
+    put the property in, and leaves it a text where it looks before."""
+    if kind == "REG_DWORD":
+        return re.fullmatch(r"#\d+", text) is not None and int(found, 16) == int(text[1:])
+    return kind == "REG_SZ" and found == text
 
 
 def find_without_case(root, path):
@@ -162,6 +190,14 @@ class Workstation:
             print("%s said no exit code:\n%s" % (script, output))
         return int(codes[-1]) if codes else -1
 
+    def registry_values(self, key, bits):
+        """The values of a registry key by name: (kind, text)."""
+        result = subprocess.run(["taskset", "-c", os.environ.get("ROLLOUT_CORE", "0"), "wine", "reg", "query", key,
+                                 "/reg:%d" % bits], capture_output=True, timeout=COMMAND_SECONDS)
+        rows = re.findall(r"^    (.*?)    (REG_\w+)(?:    (.*))?$", result.stdout.decode("utf-8", "replace")
+                          .replace("\r", ""), re.MULTILINE)
+        return {name: (kind, text) for name, kind, text in rows}
+
     def keep_logs(self):
         os.makedirs(self.logs, exist_ok=True)
         kept = []
@@ -169,6 +205,23 @@ class Workstation:
             shutil.copy(log, self.logs)
             kept.append(os.path.basename(log))
         return sorted(kept)
+
+
+def check_registry(workstation, packages):
+    troubles = []
+    values = {}
+    good = 0
+    for package in packages:
+        for key, bits, name, text in package.carried_properties():
+            if (key, bits) not in values:
+                values[key, bits] = workstation.registry_values(key, bits)
+            kind, found = values[key, bits].get(name, ("none", ""))
+            if same_value(kind, found, text):
+                good += 1
+            else:
+                troubles.append("%s\\%s is %s \"%s\" instead of \"%s\"" % (key, name, kind, found, text))
+    print("%d of %d properties stand in the registry as the deployment has them." % (good, good + len(troubles)))
+    return troubles
 
 
 def check(workstation, packages):
@@ -195,6 +248,7 @@ def check(workstation, packages):
         else:
             good += 1
     print("%d of %d files are there, each with its size." % (good, len(expected)))
+    troubles += check_registry(workstation, packages)
     code = workstation.run("Uninstall.cmd")
     print("Uninstall.cmd ended with %d." % code)
     if code not in (0, 3010):

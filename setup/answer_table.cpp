@@ -1,14 +1,16 @@
 #include "setup/answer_table.h"
 
 #include "include/resource_ids.h"
+#include "setup/configure_rules.h"
 
 #include <iterator>
 
 namespace {
 
 constexpr AnswerPage PAGES[] = {
-    {L"begin", L"BeginDeploymentDialog", false},  {L"settings", L"DeploymentSettingsDialog", false},
-    {L"contact", L"ProductContactDialog", false}, {L"complete", L"DeploymentCompleteDialog", true},
+    {L"begin", L"BeginDeploymentDialog", false},       {L"settings", L"DeploymentSettingsDialog", false},
+    {L"notices", L"NoticeDeskFeedBoardDialog", false}, {L"resources", L"OnlineResourcesDialog", false},
+    {L"contact", L"ProductContactDialog", false},      {L"complete", L"DeploymentCompleteDialog", true},
     {L"failed", L"DeploymentFailedDialog", true},
 };
 
@@ -28,6 +30,22 @@ constexpr AnswerKey KEYS[] = {
     {L"settings", L"install_mode", AnswerKind::Radio, IDC_INSTALL_SILENT, L"silent", false},
     {L"settings", L"install_mode", AnswerKind::Radio, IDC_INSTALL_PROGRESS, L"progress", false},
     {L"settings", L"mc3", AnswerKind::Check, IDC_MC3, nullptr, false},
+    // A box stands before what it enables.
+    {L"notices", L"updates", AnswerKind::Check, IDC_UPDATES, nullptr, false},
+    {L"notices", L"update_source", AnswerKind::Entry, IDC_UPDATE_SOURCE, L"maker", false},
+    {L"notices", L"update_source", AnswerKind::Entry, IDC_UPDATE_SOURCE, L"local_list", false},
+    {L"notices", L"update_list", AnswerKind::Path, IDC_LIST_LOCATION, nullptr, false},
+    {L"notices", L"channel_notices", AnswerKind::Check, IDC_CHANNEL_NOTICES, nullptr, false},
+    {L"notices", L"site_channel", AnswerKind::Check, IDC_SITE_CHANNEL, nullptr, false},
+    {L"notices", L"site_feed", AnswerKind::Path, IDC_FEED_LOCATION, nullptr, false},
+    {L"notices", L"site_name", AnswerKind::Text, IDC_DISPLAY_NAME, nullptr, false},
+    {L"notices", L"feeds", AnswerKind::Check, IDC_FEEDS, nullptr, false},
+    {L"notices", L"custom_feeds", AnswerKind::Check, IDC_CUSTOM_FEEDS, nullptr, false},
+    {L"resources", L"parts_bay", AnswerKind::Check, IDC_PARTS_BAY, nullptr, false},
+    {L"resources", L"member_bay", AnswerKind::Check, IDC_MEMBER_BAY, nullptr, false},
+    {L"resources", L"round_trip", AnswerKind::Check, IDC_ROUND_TRIP, nullptr, false},
+    {L"resources", L"send_computer_name", AnswerKind::Check, IDC_SEND_COMPUTER_NAME, nullptr, false},
+    {L"resources", L"search_locations", AnswerKind::Check, IDC_SEARCH_LOCATIONS, nullptr, false},
 };
 
 constexpr AnswerBox BOXES[] = {
@@ -43,6 +61,14 @@ constexpr AnswerBox BOXES[] = {
     {L"begin", BoxKind::Refusal, nullptr, L"platform", IDS_PLATFORM_NOT_ALLOWED},
     {L"settings", BoxKind::Question, L"doubtful_log_folder", L"log_folder", IDS_LOG_FOLDER_UNUSABLE},
     {L"settings", BoxKind::Refusal, nullptr, L"log_folder", IDS_LOG_FOLDER_NOT_NETWORK},
+    {L"notices", BoxKind::Question, L"empty_list", L"update_list", IDS_LIST_EMPTY},
+    {L"notices", BoxKind::Question, L"unknown_list_server", L"update_list", IDS_LIST_HOST_UNKNOWN},
+    {L"notices", BoxKind::Question, L"feed_kind", L"site_feed", IDS_FEED_WRONG_KIND},
+    {L"notices", BoxKind::Question, L"feed_not_found", L"site_feed", IDS_FEED_NOT_FOUND},
+    {L"notices", BoxKind::Refusal, nullptr, L"update_list", IDS_LIST_WRONG_KIND},
+    {L"notices", BoxKind::Refusal, nullptr, L"update_list", IDS_LIST_MISSING},
+    {L"notices", BoxKind::Refusal, nullptr, L"site_feed", IDS_FEED_SERVER_TOO_LONG},
+    {L"notices", BoxKind::Refusal, nullptr, L"site_feed", IDS_FEED_INVALID},
 };
 
 template <class Row, std::size_t COUNT>
@@ -81,7 +107,7 @@ const AnswerPage* FindAnswerPage(const CString& section)
 const AnswerPage* FindAnswerPageOfExport(const CString& page)
 {
     for (const AnswerPage& row : PAGES) {
-        if (page == row.page) {
+        if (page == row.page || page == TabTwin(row.page)) {
             return &row;
         }
     }

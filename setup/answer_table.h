@@ -19,6 +19,7 @@ enum class AnswerKind
     Radio,    // one of several buttons: a row a choice, all of one word
     Check,    // a check box: "yes" or "no"
     ListLine, // a line of a list box, by its text
+    Entry,    // a line of a drop-down list, by its place: a row a line, all of one word, in the lines' order
 };
 
 struct AnswerKey
@@ -27,7 +28,7 @@ struct AnswerKey
     const wchar_t* word;
     AnswerKind kind;
     unsigned int control;
-    const wchar_t* choice; // Radio: the value that picks this button
+    const wchar_t* choice; // Radio: the value that picks this button; Entry: the value that picks the line
     // Radio: this choice is what the page does by itself when it doesn't show the buttons.
     bool bDefaultWhenHidden;
 };
@@ -68,4 +69,5 @@ TableRows<AnswerBox> AnswerBoxes();
 
 // Null when there is no such row.
 const AnswerPage* FindAnswerPage(const CString& section);
+// By the export of either shape: a page's answers are the same as a tab.
 const AnswerPage* FindAnswerPageOfExport(const CString& page);

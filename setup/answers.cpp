@@ -51,6 +51,7 @@ bool TakesValue(const AnswerKey& row, const CString& value)
 {
     switch (row.kind) {
     case AnswerKind::Radio:
+    case AnswerKind::Entry:
         return value == row.choice;
     case AnswerKind::Check:
         return value == L"yes" || value == L"no";

@@ -1,6 +1,7 @@
 #include "setup/build_dialog.h"
 
 #include "setup/exit_codes.h"
+#include "setup/program_icon.h"
 #include "setup/progress_rules.h"
 #include "setup/texts.h"
 
@@ -49,12 +50,7 @@ BuildResult CBuildDialog::Run()
 
 LRESULT CBuildDialog::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&)
 {
-    const auto icon = [](int width) {
-        return static_cast<HICON>(LoadImageW(_Module.GetModuleInstance(), MAKEINTRESOURCEW(IDI_PROGRAM),
-                                             IMAGE_ICON, width, width, LR_SHARED));
-    };
-    SetIcon(icon(GetSystemMetrics(SM_CXICON)));
-    SetIcon(icon(GetSystemMetrics(SM_CXSMICON)), FALSE);
+    SetProgramIcon(*this);
     SetText(SetupText(IDS_BUILD_TITLE, {m_strName}));
     ShowText(IDC_BUILD_STEP, SetupText(IDS_BUILD_STARTING));
     SendDlgItemMessage(IDC_BUILD_BAR, PBM_SETRANGE32, 0, 1000);

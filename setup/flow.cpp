@@ -26,10 +26,11 @@ unsigned int ExitCodeOfBuild(unsigned int code)
 
 } // namespace
 
-WizardFlow::WizardFlow(std::vector<CString> pages, bool builds) : m_pages(std::move(pages)), m_bBuilds(builds)
+WizardFlow::WizardFlow(std::vector<FlowStep> pages, bool builds)
+    : m_pages(std::move(pages)), m_bBuilds(builds)
 {
     for (std::size_t index = 0; index < m_pages.size(); ++index) {
-        if (!IsOutcomePage(m_pages[index])) {
+        if (!IsOutcomePage(m_pages[index].strPage)) {
             m_choosing.push_back(static_cast<int>(index));
         }
     }
@@ -38,7 +39,27 @@ WizardFlow::WizardFlow(std::vector<CString> pages, bool builds) : m_pages(std::m
 FlowMove WizardFlow::Show(std::size_t position)
 {
     m_position = position;
-    return {FlowAct::ShowPage, m_choosing[position], 0};
+    const bool together = m_bConfigure && IsTab(position);
+    return {together ? FlowAct::Configure : FlowAct::ShowPage, m_choosing[position], 0};
+}
+
+bool WizardFlow::IsTab(std::size_t position) const
+{
+    return m_pages[static_cast<std::size_t>(m_choosing[position])].bHasTab;
+}
+
+bool WizardFlow::IsFirstTab(std::size_t position) const
+{
+    std::size_t first = 0;
+    while (first < position && !IsTab(first)) {
+        ++first;
+    }
+    return first == position;
+}
+
+bool WizardFlow::IsPassedOver(std::size_t position) const
+{
+    return m_bConfigure && IsTab(position) && !IsFirstTab(position);
 }
 
 FlowMove WizardFlow::Start()
@@ -52,13 +73,23 @@ FlowMove WizardFlow::AfterPage(int result)
         return FinishWith(m_exitCode); // whatever closed the outcome page, the deployment is what it is
     }
     switch (result) {
-    case NAVIGATION_NEXT:
-        if (m_position + 1 < m_choosing.size()) {
-            return Show(m_position + 1);
+    case NAVIGATION_NEXT: {
+        std::size_t next = m_position + 1;
+        while (next < m_choosing.size() && IsPassedOver(next)) {
+            ++next;
+        }
+        if (next < m_choosing.size()) {
+            return Show(next);
         }
         return m_bBuilds ? FlowMove{FlowAct::Build, -1, 0} : FinishWith(SETUP_DONE);
-    case NAVIGATION_BACK:
-        return Show(m_position > 0 ? m_position - 1 : 0);
+    }
+    case NAVIGATION_BACK: {
+        std::size_t previous = m_position > 0 ? m_position - 1 : 0;
+        while (IsPassedOver(previous)) { // ends: the first tab isn't passed over
+            --previous;
+        }
+        return Show(previous);
+    }
     case NAVIGATION_RESET: // after a failed build too: the user tries again with other choices
         m_bBuilt = false;
         return Show(0);
@@ -76,7 +107,7 @@ FlowMove WizardFlow::AfterBuild(unsigned int exitCode)
     const CString outcome =
         m_exitCode == SETUP_DONE ? L"DeploymentCompleteDialog" : L"DeploymentFailedDialog";
     for (std::size_t index = 0; index < m_pages.size(); ++index) {
-        if (m_pages[index] == outcome) {
+        if (m_pages[index].strPage == outcome) {
             return {FlowAct::ShowPage, static_cast<int>(index), 0};
         }
     }

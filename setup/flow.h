@@ -9,6 +9,7 @@
 enum class FlowAct
 {
     ShowPage,
+    Configure, // the dialog in which all tab pages of the flow stand together
     Build,
     Finish,
 };
@@ -20,18 +21,29 @@ struct FlowMove
     unsigned int exitCode = 0; // Finish
 };
 
+// A page of the flow that exists in the page library.
+struct FlowStep
+{
+    CString strPage;      // its export
+    bool bHasTab = false; // the library has it as a tab page too
+};
+
 class WizardFlow
 {
 public:
-    // `pages`: the exports that exist, in the media's order, outcome pages among them. With `builds` false the run
-    // ends where the build would begin.
-    WizardFlow(std::vector<CString> pages, bool builds);
+    // `pages`: in the media's order, outcome pages among them. With `builds` false the run ends where the build would
+    // begin.
+    WizardFlow(std::vector<FlowStep> pages, bool builds);
+
+    // With true, the pages that exist as tabs are no longer shown one by one: the configure dialog comes once, where
+    // the first of them stands. May change with every page, as only the begin page tells what is to be done.
+    void OfferConfigure(bool offered) { m_bConfigure = offered; }
 
     // False when there is nothing to choose, so that a build could only be wrong.
     [[nodiscard]] bool HasChoosingPage() const { return !m_choosing.empty(); }
 
     [[nodiscard]] FlowMove Start();
-    // `result`: what the page shown last came back with (NavigationResult).
+    // `result`: what the page or dialog shown last came back with (NavigationResult).
     [[nodiscard]] FlowMove AfterPage(int result);
     // `exitCode`: 0, 1602 or whatever the build failed with.
     [[nodiscard]] FlowMove AfterBuild(unsigned int exitCode);
@@ -41,11 +53,16 @@ public:
 
 private:
     [[nodiscard]] FlowMove Show(std::size_t position);
+    [[nodiscard]] bool IsTab(std::size_t position) const;
+    [[nodiscard]] bool IsFirstTab(std::size_t position) const;
+    // Shown by the configure dialog that stands elsewhere in the flow.
+    [[nodiscard]] bool IsPassedOver(std::size_t position) const;
 
-    std::vector<CString> m_pages;
+    std::vector<FlowStep> m_pages;
     std::vector<int> m_choosing; // indexes of the pages before the build
     std::size_t m_position = 0;  // in m_choosing
     bool m_bBuilds;
+    bool m_bConfigure = false;
     bool m_bBuilt = false;
     unsigned int m_exitCode = SETUP_DONE; // of the build
 };

@@ -57,3 +57,8 @@ PageFunction CPageLibrary::Find(const CString& page) const
 {
     return CastExport<PageFunction>(FindExport(m_module.get(), page));
 }
+
+TabPageFunction CPageLibrary::FindTab(const CString& tabPage) const
+{
+    return CastExport<TabPageFunction>(FindExport(m_module.get(), tabPage));
+}

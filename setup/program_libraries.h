@@ -13,6 +13,7 @@
 #include <memory>
 
 using PageFunction = int (*)(PageContext* context);
+using TabPageFunction = CTabPage (*)(PageContext* context);
 
 class CHostLibrary
 {
@@ -35,6 +36,7 @@ public:
     [[nodiscard]] CString Load(const CString& programFolder);
     // Null when the library doesn't have the page.
     [[nodiscard]] PageFunction Find(const CString& page) const;
+    [[nodiscard]] TabPageFunction FindTab(const CString& tabPage) const;
     const CString& Path() const { return m_strPath; }
 
 private:

@@ -5,12 +5,22 @@
 #define IDI_PROGRAM 1
 
 #define IDD_BUILD 100
+#define IDD_CONFIGURE 101
+#define IDD_CONFIGURE_NO_PAGE 102
 
 #define IDC_BUILD_STEP 1001
 #define IDC_BUILD_FILE 1002
 #define IDC_BUILD_BAR 1003
 #define IDC_BUILD_AMOUNT 1004
 #define IDC_BUILD_TIME_LEFT 1005
+
+// Configure dialog. Its Next, Cancel and Back have the ids of the pages' buttons, which are navigation results.
+#define IDC_CONFIGURE_NEXT 1
+#define IDC_CONFIGURE_CANCEL 2
+#define IDC_CONFIGURE_BACK 1001
+#define IDC_CONFIGURE_TABS 1010
+#define IDC_CONFIGURE_VIEW 1012
+#define IDC_CONFIGURE_REASON 1015
 
 // Build window. %1, %2: texts that are filled in
 #define IDS_BUILD_TITLE 200       // %1: name of the deployment
@@ -39,5 +49,18 @@
 #define IDS_PICTURES_FAILED 308    // %1: path, %2: why
 #define IDS_OUT_OF_MEMORY 309
 #define IDS_SEE_LOG 310 // %1: what failed, %2: log
+
+// Configure dialog
+#define IDS_CONFIGURE_CANCEL_QUESTION 401
+#define IDS_CONFIGURE_NO_PAGE 402          // %1: name of the page
+#define IDS_CONFIGURE_NO_DATABASE 403      // %1: product, %2: why
+#define IDS_CONFIGURE_NO_DATABASE_SAVE 404 // %1: product, %2: why
+#define IDS_CONFIGURE_NO_WINDOW 405        // %1: why
+#define IDS_TAB_ADDITIONAL_FILES 420
+#define IDS_TAB_WORKSTATIONS 421
+#define IDS_TAB_SERVICE_PACK 422
+#define IDS_TAB_PATHS 423
+#define IDS_TAB_ONLINE_RESOURCES 424
+#define IDS_TAB_NOTICES 425
 
 #endif

@@ -8,7 +8,10 @@
 #include "include/resource_ids.h"
 #include "include/setup_manager.h"
 #include "setup/box_rules.h"
+#include "setup/configure_dialog.h"
 #include "setup/exit_codes.h"
+#include "setup/texts.h"
+#include "window/scope_exit.h"
 
 namespace {
 
@@ -31,6 +34,21 @@ CString OneLine(CString text)
     return text;
 }
 
+// The rows of a drop-down list's word stand in the order of its lines.
+int EntryPlace(const AnswerKey& entry)
+{
+    int place = 0;
+    for (const AnswerKey& row : AnswerKeys()) {
+        if (&row == &entry) {
+            break;
+        }
+        if (CString(row.section) == entry.section && row.control == entry.control) {
+            ++place;
+        }
+    }
+    return place;
+}
+
 CString Lines(const std::vector<CString>& lines)
 {
     CString list;
@@ -44,46 +62,110 @@ CString Lines(const std::vector<CString>& lines)
 
 int CUnattendedPages::Show(const CString& page, PageFunction show, PageContext& context)
 {
-    m_strPage = page;
-    m_pRow = FindAnswerPageOfExport(page);
-    m_pAnswers = m_pRow ? m_answers.Find(m_pRow->section) : nullptr;
-    m_pManager = context.pSetupManager;
-    m_pManager->m_hCurrentPage = nullptr; // the page before left its handle
-    m_hPage = nullptr;
-    m_hHandled = nullptr;
-    m_strLastBox.Empty();
+    Begin(*context.pSetupManager);
+    UsePage(page, true);
     m_log.Line(L"Page " + PageName());
-
-    CScript script;
-    AddSteps(script);
-    script.Start();
-    const int result = show(&context);
-    if (script.HasFailed()) {
-        Fail(SETUP_PAGE_OVERDUE, L"The page " + PageName() + L" is overdue. " + OneLine(script.GetFailure()));
-    }
-    return result;
+    return Play([this](CScript& script) { AddSteps(script); }, [&] { return show(&context); });
 }
 
-void CUnattendedPages::AddSteps(CScript& script)
+int CUnattendedPages::ShowConfigure(CConfigureDialog& dialog)
 {
+    Begin(dialog.GetManager());
+    m_pDialog = &dialog;
+    m_log.Line(L"Configure dialog");
+    const scope_exit ended([this] { m_pDialog = nullptr; });
+    return Play([this](CScript& script) { AddConfigureSteps(script); }, [&] { return dialog.Run(); });
+}
+
+void CUnattendedPages::Begin(CSetupManager& manager)
+{
+    m_pManager = &manager;
+    m_pManager->m_hCurrentPage = nullptr; // the page before left its handle
+    m_hPage = nullptr;
+    m_hWindow = nullptr;
+    m_hHandled = nullptr;
+    m_strLastBox.Empty();
+}
+
+int CUnattendedPages::Play(const std::function<void(CScript&)>& addSteps, const std::function<int()>& show)
+{
+    CScript script;
     script.SetDeadline(PAGE_MILLISECONDS);
     script.SetWatcher([this] { return Watch(); });
     script.SetFailureHandler([] {
         while (CloseFrontWindow()) {
         }
     });
+    addSteps(script);
+    script.Start();
+    const int result = show();
+    if (script.HasFailed()) {
+        Fail(SETUP_PAGE_OVERDUE, L"The page " + PageName() + L" is overdue. " + OneLine(script.GetFailure()));
+    }
+    return result;
+}
+
+void CUnattendedPages::UsePage(const CString& page, bool answered)
+{
+    m_strPage = page;
+    m_pRow = FindAnswerPageOfExport(page);
+    m_pAnswers = m_pRow && answered ? m_answers.Find(m_pRow->section) : nullptr;
+}
+
+void CUnattendedPages::AddSteps(CScript& script)
+{
     script.Add(L"wait for the page", [this] { return WaitForPage(); });
-    if (m_pAnswers) {
-        for (const PageAnswer& answer : m_pAnswers->entries) {
-            script.Add(CString(L"enter ") + answer.pKey->word, [this, &answer] { return Enter(answer); });
-            script.Add(CString(L"check ") + answer.pKey->word,
-                       [this, &answer] { return CheckEntered(answer); });
+    AddAnswerSteps(script, m_pAnswers);
+    AddPictureStep(script);
+    AddLeaveSteps(script);
+}
+
+void CUnattendedPages::AddConfigureSteps(CScript& script)
+{
+    script.Add(L"wait for the dialog", [this] { return WaitForPage(); });
+    for (int tab = 0; tab < m_pDialog->GetTabCount(); ++tab) {
+        script.Add(L"go to the tab", [this, tab] {
+            m_bTabChanged.reset();
+            m_bTabChanged = m_failure || m_pDialog->GoTo(tab); // answers boxes while it waits
+            return StepOutcome::Done();
+        });
+        script.Add(L"wait for the tab", [this, tab] { return WaitForTab(tab); });
+        UsePage(m_pDialog->GetTab(tab).strPage, IsAnswered(tab));
+        AddAnswerSteps(script, m_pAnswers);
+        AddPictureStep(script);
+        if (m_pAnswers && m_pAnswers->bCancel) {
+            break;
         }
     }
+    AddLeaveSteps(script);
+}
+
+bool CUnattendedPages::IsAnswered(int tab) const
+{
+    return m_pDialog->GetTab(tab).context.pProduct == m_pDialog->GetTab(0).context.pProduct;
+}
+
+void CUnattendedPages::AddAnswerSteps(CScript& script, const PageAnswers* answers)
+{
+    if (!answers) {
+        return;
+    }
+    for (const PageAnswer& answer : answers->entries) {
+        script.Add(CString(L"enter ") + answer.pKey->word, [this, &answer] { return Enter(answer); });
+        script.Add(CString(L"check ") + answer.pKey->word, [this, &answer] { return CheckEntered(answer); });
+    }
+}
+
+void CUnattendedPages::AddPictureStep(CScript& script)
+{
     script.Add(L"take a picture", [this] {
-        m_pictures.Take(m_hPage, m_strPage);
+        m_pictures.Take(m_hWindow, m_strPage);
         return StepOutcome::Done();
     });
+}
+
+void CUnattendedPages::AddLeaveSteps(CScript& script)
+{
     script.Add(L"leave the page", [this] { return PressLeave(); });
     script.Add(L"wait for the page's end", [this] { return WaitForEnd(); });
 }
@@ -102,8 +184,8 @@ StepOutcome CUnattendedPages::Watch()
     if (OnCancelQuestion()) {
         return StepOutcome::NotYet(L"the cancel question is being answered");
     }
-    if (m_failure && m_hPage && IsWindow(m_hPage)) {
-        DestroyWindow(m_hPage); // no box is left whose handler could still use it
+    if (m_failure && m_hWindow && IsWindow(m_hWindow)) {
+        DestroyWindow(m_hWindow); // no box is left whose handler could still use it
         return StepOutcome::NotYet(L"the page is being closed");
     }
     return StepOutcome::Done();
@@ -116,6 +198,29 @@ StepOutcome CUnattendedPages::WaitForPage()
         return StepOutcome::NotYet(L"the page isn't there");
     }
     m_hPage = page;
+    m_hWindow = page;
+    return StepOutcome::Done();
+}
+
+StepOutcome CUnattendedPages::WaitForTab(int tab)
+{
+    if (m_failure) {
+        return StepOutcome::Done();
+    }
+    if (!m_bTabChanged) {
+        return StepOutcome::NotYet(L"the page before is still being stored");
+    }
+    if (!*m_bTabChanged) {
+        Fail(SETUP_ANSWER_REFUSED, StayText(L"The page stays when another tab is chosen."));
+        return StepOutcome::Done();
+    }
+    UsePage(m_pDialog->GetTab(tab).strPage, IsAnswered(tab));
+    m_log.Line(L"Page " + PageName() + L" (tab)");
+    m_hPage = m_pDialog->GetPage(tab);
+    if (!m_hPage) {
+        m_pictures.Take(m_hWindow, m_strPage, L"-stopped");
+        Fail(SETUP_FAILED, L"The page " + PageName() + L" can't be shown in the configure dialog.");
+    }
     return StepOutcome::Done();
 }
 
@@ -151,6 +256,9 @@ StepOutcome CUnattendedPages::Enter(const PageAnswer& answer)
     case AnswerKind::Check:
         entered = control.SetChecked(IsYes(answer.strValue));
         break;
+    case AnswerKind::Entry:
+        entered = CListControl(m_hPage, id).Select(EntryPlace(*answer.pKey));
+        break;
     case AnswerKind::ListLine: {
         const CListControl list(m_hPage, id);
         entered = list.Select(answer.strValue);
@@ -180,7 +288,7 @@ StepOutcome CUnattendedPages::PressLeave()
         return StepOutcome::Done();
     }
     const bool cancels = m_pAnswers && m_pAnswers->bCancel;
-    const CControl button(m_hPage, cancels ? IDC_CANCEL : IDC_NEXT);
+    const CControl button(m_hWindow, cancels ? IDC_CANCEL : IDC_NEXT);
     if (!button.NeedUsable().IsDone()) {
         Fail(SETUP_ANSWER_REFUSED,
              AnswersError{
@@ -198,15 +306,21 @@ StepOutcome CUnattendedPages::PressLeave()
 
 StepOutcome CUnattendedPages::WaitForEnd()
 {
-    if (m_failure || !IsWindow(m_hPage) || GetTickCount64() - m_leftAt < STAY_MILLISECONDS) {
+    if (m_failure || !IsWindow(m_hWindow) || GetTickCount64() - m_leftAt < STAY_MILLISECONDS) {
         return StepOutcome::NotYet(L"the page is still there");
     }
+    if (m_pDialog) {
+        UsePage(m_pDialog->GetTab(m_pDialog->GetFront()).strPage, IsAnswered(m_pDialog->GetFront()));
+    }
+    Fail(SETUP_ANSWER_REFUSED, StayText(L"The page stays after its button was pressed."));
+    return StepOutcome::NotYet(L"the page is being closed");
+}
+
+CString CUnattendedPages::StayText(const wchar_t* what) const
+{
     const CString why = m_strLastBox.IsEmpty() ? CString(L" It doesn't say why.")
                                                : L" It asked last: \"" + OneLine(m_strLastBox) + L"\"";
-    Fail(SETUP_ANSWER_REFUSED, AnswersError{PageOrigin().strSource, PageOrigin().nLine, PageName(),
-                                            L"The page stays after its button was pressed." + why}
-                                   .Text());
-    return StepOutcome::NotYet(L"the page is being closed");
+    return AnswersError{PageOrigin().strSource, PageOrigin().nLine, PageName(), what + why}.Text();
 }
 
 void CUnattendedPages::OnBox(const MessageBoxView& box)
@@ -216,6 +330,12 @@ void CUnattendedPages::OnBox(const MessageBoxView& box)
     if (m_failure) {
         Dismiss(box);
         return;
+    }
+    if (OnConfigureCancel(box)) {
+        return;
+    }
+    if (m_pDialog && m_hPage) { // Continue asks the pages of other tabs too
+        UsePage(m_pDialog->GetTab(m_pDialog->GetAsked()).strPage, IsAnswered(m_pDialog->GetAsked()));
     }
     m_strLastBox = box.text;
     m_log.Line(L"  Box \"" + OneLine(box.text) + L"\"");
@@ -227,6 +347,16 @@ void CUnattendedPages::OnBox(const MessageBoxView& box)
     }
     const CString section = m_pRow ? m_pRow->section : L"";
     AnswerBox(box, JudgeBox(section, m_pAnswers, box.text, box.buttons != MB_OK, LoadPageString));
+}
+
+// Only "leave = cancel" brings it up, and who says that means it.
+bool CUnattendedPages::OnConfigureCancel(const MessageBoxView& box)
+{
+    if (!m_pDialog || box.text != SetupText(IDS_CONFIGURE_CANCEL_QUESTION)) {
+        return false;
+    }
+    m_pictures.Take(box.window, m_strPage, L"-box");
+    return AnswerMessageBox(box, IDYES).IsDone();
 }
 
 void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& verdict)
@@ -243,7 +373,7 @@ void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& ve
         return;
     }
     case BoxMeaning::Unanswered:
-        m_pictures.Take(m_hPage, m_strPage, L"-stopped");
+        m_pictures.Take(m_hWindow, m_strPage, L"-stopped");
         Fail(SETUP_UNANSWERED_BOX,
              AnswersError{PageOrigin().strSource, PageOrigin().nLine, PageName(),
                           L"A question has no answer: \"" + OneLine(box.text) + L"\"" +
@@ -253,7 +383,7 @@ void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& ve
                  .Text());
         break;
     case BoxMeaning::Refused:
-        m_pictures.Take(m_hPage, m_strPage, L"-stopped");
+        m_pictures.Take(m_hWindow, m_strPage, L"-stopped");
         TellRefusal(box, verdict);
         break;
     }
@@ -312,7 +442,7 @@ void CUnattendedPages::LogAnswer(const PageAnswer& answer)
 StepOutcome CUnattendedPages::Refuse(const PageAnswer& answer, const CString& reason)
 {
     if (!m_failure) {
-        m_pictures.Take(m_hPage, m_strPage, L"-stopped");
+        m_pictures.Take(m_hWindow, m_strPage, L"-stopped");
         Fail(SETUP_ANSWER_REFUSED, RefusedAnswer(*m_pAnswers, answer.pKey->word, answer.origin,
                                                  L"\"" + answer.strValue + L"\": " + reason)
                                        .Text());

@@ -8,8 +8,10 @@
 #include "setup/program_libraries.h"
 #include "setup/run_log.h"
 
+#include <functional>
 #include <optional>
 
+class CConfigureDialog;
 class CSetupManager;
 struct BoxVerdict;
 struct MessageBoxView;
@@ -25,18 +27,32 @@ public:
 
     // Shows the page; its navigation result. Once GetFailure has something, that is how the run ends.
     [[nodiscard]] int Show(const CString& page, PageFunction show, PageContext& context);
+    // Shows the dialog, goes to each of its tabs and enters the answers of its page. Answers count for the first product,
+    // as they do when its pages are walked.
+    [[nodiscard]] int ShowConfigure(CConfigureDialog& dialog);
     [[nodiscard]] const std::optional<RunOutcome>& GetFailure() const { return m_failure; }
 
 private:
+    void Begin(CSetupManager& manager);
+    int Play(const std::function<void(CScript&)>& addSteps, const std::function<int()>& show);
     void AddSteps(CScript& script);
+    void AddConfigureSteps(CScript& script);
+    void AddAnswerSteps(CScript& script, const PageAnswers* answers);
+    void AddPictureStep(CScript& script);
+    void AddLeaveSteps(CScript& script);
+    void UsePage(const CString& page, bool answered);
+    bool IsAnswered(int tab) const;
+    StepOutcome WaitForTab(int tab);
     StepOutcome Watch();
     StepOutcome WaitForPage();
     StepOutcome Enter(const PageAnswer& answer);
     StepOutcome CheckEntered(const PageAnswer& answer);
     StepOutcome PressLeave();
     StepOutcome WaitForEnd();
+    CString StayText(const wchar_t* what) const;
 
     void OnBox(const MessageBoxView& box);
+    bool OnConfigureCancel(const MessageBoxView& box);
     void AnswerBox(const MessageBoxView& box, const BoxVerdict& verdict);
     void TellRefusal(const MessageBoxView& box, const BoxVerdict& verdict);
     bool OnCancelQuestion();
@@ -57,10 +73,13 @@ private:
     const AnswerPage* m_pRow = nullptr;
     const PageAnswers* m_pAnswers = nullptr;
     CSetupManager* m_pManager = nullptr;
-    HWND m_hPage = nullptr;
-    HWND m_hHandled = nullptr; // the box that was answered last and may still be there
-    CString m_strLastBox;      // its text
-    ULONGLONG m_leftAt = 0;    // tick count of the press that should close the page, moved on by each box
+    HWND m_hPage = nullptr;   // whose controls take the answers
+    HWND m_hWindow = nullptr; // in which it stands: the page itself, or the configure dialog
+    CConfigureDialog* m_pDialog = nullptr;
+    std::optional<bool> m_bTabChanged; // how the last try to go to a tab ended
+    HWND m_hHandled = nullptr;         // the box that was answered last and may still be there
+    CString m_strLastBox;              // its text
+    ULONGLONG m_leftAt = 0; // tick count of the press that should close the page, moved on by each box
 
     std::optional<RunOutcome> m_failure;
 };

@@ -1,7 +1,9 @@
 #include "setup/wizard.h"
 
 #include "include/navigation.h"
+#include "include/product.h"
 #include "setup/build_dialog.h"
+#include "setup/configure_rules.h"
 #include "setup/exit_codes.h"
 #include "setup/paths.h"
 #include "setup/resource.h"
@@ -11,6 +13,9 @@ namespace {
 
 constexpr unsigned int STAGE_AFTER_BUILD =
     4; // Cancel means the same as Next: there is nothing left to cancel
+
+// Below HKEY_CURRENT_USER: what the program remembers for a user.
+constexpr wchar_t USER_KEY[] = L"Software\\Velkmora\\Rollout";
 
 } // namespace
 
@@ -37,13 +42,16 @@ RunOutcome CWizard::Run(const CString& media)
     if (!complaint.IsEmpty()) {
         return {SETUP_FAILED, complaint};
     }
-    const std::vector<CString> pages = ExistingPages();
-    WizardFlow flow(pages, !m_line.bCheck);
+    WizardFlow flow(ExistingPages(), !m_line.bCheck);
     if (!flow.HasChoosingPage()) {
         return {SETUP_FAILED, SetupText(IDS_NO_PAGES, {m_pageLibrary.Path()})};
     }
     AnswersError error;
-    if (!CheckPagesReached(m_answers, pages, error)) {
+    std::vector<CString> names;
+    for (const FlowPage& page : m_pages) {
+        names.push_back(page.strName);
+    }
+    if (!CheckPagesReached(m_answers, names, error)) {
         return {SETUP_PAGE_NOT_REACHED, error.Text()};
     }
     if (!m_line.strOut.IsEmpty()) {
@@ -76,31 +84,35 @@ CString CWizard::OpenHost(const CString& media)
     return CString();
 }
 
-std::vector<CString> CWizard::ExistingPages()
+std::vector<FlowStep> CWizard::ExistingPages()
 {
-    std::vector<CString> names;
+    std::vector<FlowStep> steps;
     for (const FlowPage& page : m_host->GetFlow()) {
         if (m_pageLibrary.Find(page.strName)) {
             m_pages.push_back(page);
-            names.push_back(page.strName);
+            steps.push_back({page.strName, m_pageLibrary.FindTab(TabTwin(page.strName)) != nullptr});
         }
     }
-    return names;
+    return steps;
 }
 
 RunOutcome CWizard::Walk(WizardFlow& flow)
 {
+    flow.OfferConfigure(OffersConfigure());
     FlowMove move = flow.Start();
     while (move.act != FlowAct::Finish) {
         if (move.act == FlowAct::Build) {
             move = flow.AfterBuild(Build());
             continue;
         }
-        const int result = ShowPage(m_pages[static_cast<std::size_t>(move.nPage)], flow.CanGoBack());
+        const int result = move.act == FlowAct::Configure
+                               ? ShowConfigure(flow.CanGoBack())
+                               : ShowPage(m_pages[static_cast<std::size_t>(move.nPage)], flow.CanGoBack());
         if (m_unattended.GetFailure()) {
             m_host->GetSetupManager().m_exitCode = m_unattended.GetFailure()->exitCode;
             return *m_unattended.GetFailure();
         }
+        flow.OfferConfigure(OffersConfigure());
         move = flow.AfterPage(result);
     }
     m_host->GetSetupManager().m_exitCode = move.exitCode;
@@ -110,20 +122,82 @@ RunOutcome CWizard::Walk(WizardFlow& flow)
             true};
 }
 
+// Who modifies a deployment knows what to change: jumping beats walking.
+bool CWizard::OffersConfigure()
+{
+    return m_host->OffersConfigure() ||
+           m_host->GetSetupManager().m_setupMode == Setup::SETUPMODE_MODIFY_DEPLOYMENT;
+}
+
 int CWizard::ShowPage(const FlowPage& page, bool canGoBack)
 {
     PageContext context = m_host->MakePageContext(page, canGoBack);
+    if (canGoBack) { // the first page only says which deployment is meant
+        m_changes.Watch(context);
+    }
     const PageFunction show = m_pageLibrary.Find(page.strName);
     const int result =
         m_line.IsUnattended() ? m_unattended.Show(page.strName, show, context) : show(&context);
     if (result == NAVIGATION_RESET) { // what an earlier build has left doesn't count for the next one
         m_strCause.Empty();
+        m_changes.Forget();
     }
     if (result == NAVIGATION_LOAD_FAILED) {
         m_strCause =
             L"The page " + page.strName + L" could not be shown: its resource library can't be loaded.";
     }
     return result;
+}
+
+int CWizard::ShowConfigure(bool canGoBack)
+{
+    CConfigureDialog dialog(m_host->GetSetupManager(), MakeTabs(), MakeConfigureOptions(canGoBack));
+    const int result = m_line.IsUnattended() ? m_unattended.ShowConfigure(dialog) : dialog.Run();
+    m_changes.Note(dialog.HasChanges());
+    if (result == NAVIGATION_LOAD_FAILED) {
+        m_strCause = L"The dialog with the products' pages could not be shown.";
+    }
+    return result;
+}
+
+// The products one after the other, each with its pages in the order of the flow.
+std::vector<ConfigureTab> CWizard::MakeTabs()
+{
+    std::vector<CProduct*> products = m_host->GetProducts();
+    if (products.empty()) {
+        products.push_back(nullptr); // as the wizard's pages come up too; the log says why there is none
+    }
+    std::vector<ConfigureTab> tabs;
+    for (CProduct* product : products) {
+        for (const FlowPage& page : m_pages) {
+            ConfigureTab tab;
+            tab.strPage = TabTwin(page.strName);
+            tab.create = m_pageLibrary.FindTab(tab.strPage);
+            if (!tab.create) {
+                continue;
+            }
+            const unsigned int text = TabTextId(tab.strPage);
+            tab.strName = text ? SetupText(text) : WordsOfTabPage(tab.strPage);
+            tab.strCaption = TabCaption(product ? product->m_strName : L"", tab.strName, products.size() > 1);
+            tab.context = m_host->MakePageContext(page, true, product);
+            tabs.push_back(std::move(tab));
+        }
+    }
+    return tabs;
+}
+
+ConfigureOptions CWizard::MakeConfigureOptions(bool canGoBack)
+{
+    ConfigureOptions options;
+    options.bCanGoBack = canGoBack;
+    // A new deployment's name and place are choices too.
+    options.bLosesChoices =
+        m_changes.HasChanges() || m_host->GetSetupManager().m_setupMode != Setup::SETUPMODE_MODIFY_DEPLOYMENT;
+    if (!m_line.IsUnattended()) { // nobody has put the window where it stands then
+        options.strPlaceKey = USER_KEY;
+    }
+    options.checkDatabase = [this](CProduct& product) { return m_host->CheckDatabase(product).message; };
+    return options;
 }
 
 unsigned int CWizard::Build()

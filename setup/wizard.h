@@ -2,7 +2,9 @@
 #pragma once
 
 #include "setup/answers.h"
+#include "setup/change_watch.h"
 #include "setup/command_line.h"
+#include "setup/configure_dialog.h"
 #include "setup/flow.h"
 #include "setup/page_pictures.h"
 #include "setup/program_libraries.h"
@@ -27,9 +29,13 @@ public:
 private:
     [[nodiscard]] CString LoadLibraries();
     [[nodiscard]] CString OpenHost(const CString& media);
-    [[nodiscard]] std::vector<CString> ExistingPages();
+    [[nodiscard]] std::vector<FlowStep> ExistingPages();
     [[nodiscard]] RunOutcome Walk(WizardFlow& flow);
+    [[nodiscard]] bool OffersConfigure();
     [[nodiscard]] int ShowPage(const FlowPage& page, bool canGoBack);
+    [[nodiscard]] int ShowConfigure(bool canGoBack);
+    [[nodiscard]] std::vector<ConfigureTab> MakeTabs();
+    [[nodiscard]] ConfigureOptions MakeConfigureOptions(bool canGoBack);
     [[nodiscard]] unsigned int Build();
     void TellBuild(const BuildResult& result);
 
@@ -42,5 +48,6 @@ private:
     CPageLibrary m_pageLibrary;
     std::unique_ptr<CSetupHost> m_host; // goes before the libraries
     std::vector<FlowPage> m_pages;      // those that exist
-    CString m_strCause;                 // of a run that has failed so far
+    CChangeWatch m_changes;
+    CString m_strCause; // of a run that has failed so far
 };

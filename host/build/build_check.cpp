@@ -3,7 +3,6 @@
 
 #include "host/build/build_failure.h"
 #include "host/build/build_names.h"
-#include "host/build/build_user_files.h"
 #include "host/build/copy_scan.h"
 #include "host/build/file_operations.h"
 
@@ -163,9 +162,6 @@ void CheckPlan(BuildRun& run)
     CheckName(run.plan);
     const CString folder = ExistingParent(run.plan.strLocation);
     CheckTarget(run);
-    for (const BuildDatabase& database : run.plan.databases) {
-        CheckUserFiles(database);
-    }
     run.list = ScanSources(run.plan);
     const CString refused = RefusedTargets(run.plan, run.list);
     if (!refused.IsEmpty()) {

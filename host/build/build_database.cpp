@@ -11,6 +11,7 @@
 #include "host/build/database_signature.h"
 #include "host/build/database_snapshot.h"
 #include "host/build/scratch_file.h"
+#include "host/build/storage_copy.h"
 
 #include <objbase.h>
 
@@ -62,12 +63,17 @@ void VerifyBuilt(const CString& path, const DatabaseSnapshot& expected, const CS
 }
 
 // What the pages' rows lack for an installation is put into the copy, so that the open database stays as they left it.
-void FinishCopy(const CString& path, const DatabaseSnapshot& finished, const std::function<void()>& poll)
+// The source paths that go would still stand between the used parts of the file, so it is copied once more.
+void FinishCopy(const CString& path, const CString& target, const DatabaseSnapshot& finished,
+                const std::function<void()>& poll)
 {
-    InstallerObject copy;
-    CheckInstaller(MsiOpenDatabaseW(path, MSIDBOPEN_TRANSACT, copy.Put()), L"Opening the database", path);
-    ApplyDifferences(copy.Get(), path, ReadSnapshot(copy.Get(), path, poll), finished, poll);
-    CheckInstaller(MsiDatabaseCommit(copy.Get()), L"Writing the database", path);
+    {
+        InstallerObject copy;
+        CheckInstaller(MsiOpenDatabaseW(path, MSIDBOPEN_TRANSACT, copy.Put()), L"Opening the database", path);
+        ApplyDifferences(copy.Get(), path, ReadSnapshot(copy.Get(), path, poll), finished, poll);
+        CheckInstaller(MsiDatabaseCommit(copy.Get()), L"Writing the database", path);
+    }
+    CheckInstaller(CopyStorage(path, target), L"Writing the database", target);
 }
 
 DatabaseChanges BuildOne(BuildRun& run, const BuildDatabase& database)
@@ -105,11 +111,13 @@ DatabaseChanges BuildOne(BuildRun& run, const BuildDatabase& database)
     CopyForReadingBack(run, database.strWorkingCopy, built.Path());
     CheckInstaller(RemoveSignature(built.Path()), L"Removing the old signature of", built.Path());
     changes.bSignatureLost = HasSignature(database.strOriginal);
+    const ScratchFile finished(database.strWorkingCopy + L".finished");
     if (userFiles.IsNeeded()) {
-        FinishCopy(built.Path(), wanted, poll);
+        FinishCopy(built.Path(), finished.Path(), wanted, poll);
     }
-    VerifyBuilt(built.Path(), wanted, changes.strNewPackageCode, poll);
-    CopyIntoStaging(run, built.Path(), database.strTarget);
+    const CString& result = userFiles.IsNeeded() ? finished.Path() : built.Path();
+    VerifyBuilt(result, wanted, changes.strNewPackageCode, poll);
+    CopyIntoStaging(run, result, database.strTarget);
     return changes;
 }
 

@@ -6,6 +6,7 @@
 #include "host/build/cabinet.h"
 #include "host/build/file_operations.h"
 
+#include <optional>
 #include <set>
 
 namespace {
@@ -38,11 +39,6 @@ void RequirePackable(const CString& product, const CString& source, std::uint64_
 bool IsFullPath(const CString& path)
 {
     return path.Left(2) == L"\\\\" || path.Mid(1, 2) == L":\\";
-}
-
-bool IsThere(const CString& source)
-{
-    return IsFullPath(source) && KindOfPath(source) == PathKind::File;
 }
 
 struct RecordedFile
@@ -94,29 +90,55 @@ std::vector<CString> EarlierCabinets(const BuildDatabase& database)
     return cabinets;
 }
 
+// Looks for the source of an added file.
+class SourceFinder
+{
+public:
+    explicit SourceFinder(const BuildDatabase& database) : m_database(database) {}
+
+    // False: it is to come from the cabinets of the deployment that is built on. A file that isn't there either is
+    // refused, and so is one of which nothing can be told, for instance on a share that doesn't answer.
+    bool Find(const CString& source, std::uint64_t& size)
+    {
+        try {
+            if (IsFullPath(source) && KindOfPath(source) == PathKind::File) {
+                size = SizeOfFile(source);
+                RequirePackable(m_database.strProductName, source, size);
+                return true;
+            }
+        } catch (const BuildFailure& failure) {
+            if (failure.code == BUILD_FILE_TOO_LARGE || !HasCabinets()) {
+                throw;
+            }
+        }
+        if (!HasCabinets()) {
+            RefuseMissing(m_database.strProductName, source);
+        }
+        return false;
+    }
+
+private:
+    bool HasCabinets()
+    {
+        if (!m_hasCabinets) {
+            m_hasCabinets = !EarlierCabinets(m_database).empty();
+        }
+        return *m_hasCabinets;
+    }
+
+    const BuildDatabase& m_database;
+    std::optional<bool> m_hasCabinets; // asked when it matters
+};
+
 } // namespace
 
-void CheckUserFiles(const BuildDatabase& database)
-{
-    const RecordedFile* missing = nullptr;
-    const std::vector<RecordedFile> files = RecordedFiles(database);
-    for (const RecordedFile& file : files) {
-        if (IsThere(file.strSource)) {
-            RequirePackable(database.strProductName, file.strSource, SizeOfFile(file.strSource));
-        } else {
-            missing = &file;
-        }
-    }
-    if (missing && EarlierCabinets(database).empty()) {
-        RefuseMissing(database.strProductName, missing->strSource);
-    }
-}
-
-std::uint64_t MeasureUserFiles(const BuildDatabase& database)
+std::uint64_t CheckUserFiles(const BuildDatabase& database)
 {
     std::uint64_t bytes = 0;
+    SourceFinder finder(database);
     for (const RecordedFile& file : RecordedFiles(database)) {
-        bytes += IsThere(file.strSource) ? SizeOfFile(file.strSource) : 0;
+        std::uint64_t size = 0;
+        bytes += finder.Find(file.strSource, size) ? size : 0;
     }
     return bytes;
 }
@@ -132,6 +154,13 @@ void UserFileBuild::Decide(DatabaseSnapshot& snapshot)
         return;
     }
     TellStrays();
+    for (const CString& drive : FindUserDrives(snapshot)) {
+        m_run.Warn(L"Files or folders were added to " + m_database.strProductName + L" for the drive " +
+                   drive + L". On a workstation without that drive the installation fails.");
+    }
+    if (!m_additions.files.empty()) {
+        TellProductNames(snapshot);
+    }
     const CString clash = FindSameTarget(m_additions);
     if (!clash.IsEmpty()) {
         throw BuildFailure{BUILD_ALREADY_EXISTS, clash};
@@ -159,19 +188,20 @@ void UserFileBuild::Pack(DatabaseSnapshot& snapshot)
         PackCabinet(cabinet);
     }
     SetUserFileSizes(snapshot, m_additions);
+    m_run.log.Write(L"Added files: " + NumberText(static_cast<long long>(m_additions.files.size())) +
+                    L", packed into " + NumberText(static_cast<long long>(m_cabinets.size())) +
+                    (m_cabinets.size() == 1 ? L" cabinet" : L" cabinets"));
 }
 
 void UserFileBuild::FindSources()
 {
+    SourceFinder finder(m_database);
     for (UserFile& file : m_additions.files) {
-        if (IsThere(file.strSource)) {
-            file.size = SizeOfFile(file.strSource);
-        } else {
+        if (!finder.Find(file.strSource, file.size)) {
             file.size = file.storedSize;
             m_rescued[file.strKey] =
                 std::make_unique<ScratchFile>(m_database.strWorkingCopy + L"." + file.strKey);
         }
-        RequirePackable(m_database.strProductName, file.strSource, file.size);
     }
 }
 
@@ -231,6 +261,14 @@ void UserFileBuild::TellStrays()
         m_run.Warn(L"An added file of " + m_database.strProductName + L" (" + key +
                    L") lost its row in the table File and is not installed. Remove it from the additional "
                    L"files and add it again.");
+    }
+}
+
+void UserFileBuild::TellProductNames(const DatabaseSnapshot& snapshot)
+{
+    for (const CString& source : FindProductNames(snapshot, m_additions)) {
+        m_run.Warn(L"The added file \"" + source + L"\" takes the place of one of " +
+                   m_database.strProductName + L": the product has a file of that name in the same folder.");
     }
 }
 

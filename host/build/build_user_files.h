@@ -9,10 +9,8 @@
 #include <memory>
 
 // Before anything is written: the sources of a database's added files must be there, or in cabinets of the deployment
-// that is built on, and must not be too large.
-void CheckUserFiles(const BuildDatabase& database);
-// Bytes of the sources that are there.
-[[nodiscard]] std::uint64_t MeasureUserFiles(const BuildDatabase& database);
+// that is built on, and must not be too large. Answers the bytes of the sources.
+[[nodiscard]] std::uint64_t CheckUserFiles(const BuildDatabase& database);
 
 // One database's added files. Nothing happens, and nothing is read, when there are none.
 class UserFileBuild
@@ -33,6 +31,7 @@ private:
     void RescueMissing();
     void PackCabinet(const UserCabinet& cabinet);
     void TellStrays();
+    void TellProductNames(const DatabaseSnapshot& snapshot);
     void TellChange(const UserFile& file);
     const ScratchFile* RescuedCopy(const UserFile& file) const;
 

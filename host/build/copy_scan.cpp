@@ -35,7 +35,7 @@ public:
         for (const BuildDatabase& database : m_plan.databases) {
             AddParents(database.strTarget);
             m_list.bytes += SizeOfFile(database.hDatabase ? database.strWorkingCopy : database.strOriginal);
-            m_list.userBytes += MeasureUserFiles(database);
+            m_list.userBytes += CheckUserFiles(database);
         }
         for (const BuildText& text : m_plan.texts) {
             AddParents(text.strTarget);

@@ -3,6 +3,7 @@
 #include "host/build/build_names.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 namespace {
@@ -309,6 +310,48 @@ CString FindSameTarget(const UserAdditions& additions)
         }
     }
     return {};
+}
+
+std::vector<CString> FindProductNames(const DatabaseSnapshot& database, const UserAdditions& additions)
+{
+    std::map<CString, std::map<CString, CString, CompareNoCaseLess>> added; // sources by folder and name
+    for (const UserFile& file : additions.files) {
+        added[file.strFolder][file.strName] = file.strSource;
+    }
+    std::vector<CString> sources;
+    const ReadTable files = TableToRead(database, L"File");
+    const ReadTable components = TableToRead(database, L"Component");
+    for (const auto& [key, row] : files.Rows()) {
+        const CString component = files.Value(row, L"Component_");
+        if (IsUserKey(key.front()) || !components.Has(component)) {
+            continue;
+        }
+        const auto folder = added.find(components.Value(components.Rows().at({component}), L"Directory_"));
+        if (folder == added.end()) {
+            continue;
+        }
+        const auto file = folder->second.find(LongName(files.Value(row, L"FileName")));
+        if (file != folder->second.end()) {
+            sources.push_back(file->second);
+        }
+    }
+    return sources;
+}
+
+std::vector<CString> FindUserDrives(const DatabaseSnapshot& database)
+{
+    const CString mark = L"DRIVE_";
+    std::vector<CString> drives;
+    const ReadTable directories = TableToRead(database, L"Directory");
+    if (directories.Exists()) {
+        for (const auto& [key, row] : directories.Rows()) {
+            const CString name = directories.Value(row, L"DefaultDir");
+            if (IsUserKey(key.front()) && name.Left(mark.GetLength()) == mark) {
+                drives.push_back(name.Mid(mark.GetLength()) + L":");
+            }
+        }
+    }
+    return drives;
 }
 
 std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files)

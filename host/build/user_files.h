@@ -58,6 +58,13 @@ constexpr std::uint64_t MAX_USER_FILE_BYTES = (1ull << 31) - (16u << 20);
 // Two added files that would become one on the workstation, as a sentence; empty when there are none.
 [[nodiscard]] CString FindSameTarget(const UserAdditions& additions);
 
+// Sources of added files that meet a file of the product under the same name in the same folder.
+[[nodiscard]] std::vector<CString> FindProductNames(const DatabaseSnapshot& database,
+                                                    const UserAdditions& additions);
+
+// The drives that were added, as `X:`.
+[[nodiscard]] std::vector<CString> FindUserDrives(const DatabaseSnapshot& database);
+
 // Cuts the files, in their order, into cabinets of bounded size.
 [[nodiscard]] std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files);
 

@@ -80,6 +80,16 @@ class SourcesTest(unittest.TestCase):
             line.startswith("#pragma once") or line.startswith("#ifndef ROLLOUT_") for line in lines_of(name))]
         self.assertEqual(wrong, [])
 
+    def test_headers_do_not_share_the_name_of_a_class(self):
+        """Of two classes of one name in one program the linker keeps the functions of either."""
+        places = {}
+        for name in tracked(".h"):
+            for line in lines_of(name):
+                defined = re.match(r"(?:class|struct|union|enum(?: class)?) (\w+)(?![^{]*;)", line)
+                if defined and not name.startswith("tests/"):
+                    places.setdefault(defined.group(1), set()).add(name)
+        self.assertEqual({key: sorted(files) for key, files in places.items() if len(files) > 1}, {})
+
     def test_no_test_sleeps(self):
         wrong = []
         for name in tracked(".cpp", ".h"):

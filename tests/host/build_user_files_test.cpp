@@ -8,6 +8,8 @@
 
 #include <windows.h>
 
+#include <winioctl.h>
+
 #include <msi.h>
 #include <msiquery.h>
 #include <objidl.h>
@@ -345,6 +347,25 @@ TEST_P(RefusedFilesTest, AChangedSourceIsTakenAsItIsNowAndTold)
     EXPECT_EQ(ReadBytes(ProgramFolder() + L"\\changed.txt"), "now longer");
 }
 
+TEST_P(RefusedFilesTest, AFileThatGrowsDuringTheBuildHasTheSizeThatWentIn)
+{
+    added.AddFile(Source(L"large.bin", std::string(64 << 20, 'x')), L"INSTALLDIR");
+    const CString source = Source(L"growing.txt", "1234");
+    const CString key = added.AddFile(source, L"INSTALLDIR");
+    bool grown = false;
+    build.onProgress = [&](std::uint64_t, std::uint64_t) {
+        if (!grown && !build.steps.empty() && build.steps.back().Find(L"Packing") == 0) {
+            WriteBytes(source, "grown by now");
+            grown = true;
+        }
+        return true;
+    };
+    BuildIt();
+    EXPECT_TRUE(grown);
+    EXPECT_EQ(QueryText(build.Database(), L"SELECT `FileSize` FROM `File` WHERE `File`='" + key + L"'"),
+              CString(L"12"));
+}
+
 TEST_P(RefusedFilesTest, ALockedSourceIsNamedWithTheRemedy)
 {
     const CString source = Source(L"locked.txt", "1234");
@@ -384,6 +405,36 @@ TEST_P(RefusedFilesTest, ASourcePathOfAnyLengthIsRefusedInWords)
     EXPECT_NE(result.error.code, 0u);
     EXPECT_FALSE(result.error.message.IsEmpty());
     EXPECT_FALSE(Exists(build.Target()));
+}
+
+TEST_P(RefusedFilesTest, AFileOfMoreThanTwoGigabytesIsRefusedByName)
+{
+    const CString source = Source(L"huge.bin", "");
+    {
+        const FileHandle file = OpenAlone(source, false);
+        DWORD bytes = 0; // a hole on the disk
+        DeviceIoControl(file.Get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &bytes, nullptr);
+        ASSERT_GT(SeekInFile(file, 3ll << 30, FILE_BEGIN, source), 0u);
+        ASSERT_TRUE(SetEndOfFile(file.Get())) << GetLastError();
+    }
+    added.AddFile(source, L"INSTALLDIR");
+    ExpectRefused(223, {source, L"3072 MB", L"less than 2 GB"});
+    EXPECT_EQ(build.steps.size(), 1u) << "more was done than checking";
+}
+
+TEST_P(RefusedFilesTest, AFileOfTheProductsOwnNameIsTakenAndTold)
+{
+    added.AddFile(Source(L"README.txt", "ours"), L"INSTALLDIR");
+    BuildIt();
+    ExpectWarned(L"the product has a file of that name in the same folder");
+}
+
+TEST_P(RefusedFilesTest, ADriveThatWorkstationsNeedIsTold)
+{
+    added.AddFile(Source(L"a.txt", "1"), added.AddDrive(L"q:"));
+    BuildIt();
+    ExpectWarned(L"without that drive");
+    ExpectWarned(L"Q:");
 }
 
 TEST_P(RefusedFilesTest, AnAdditionThatWasNeverCompletedIsLeftOutAndTold)

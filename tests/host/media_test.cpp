@@ -76,6 +76,41 @@ TEST_F(MediaTest, AMediaFolderGivesItsProductsAndPages)
     EXPECT_FALSE(context.bCanGoBack);
 }
 
+TEST_F(MediaTest, APageCanBeAskedForAnyProduct)
+{
+    CProduct& product = OpenMediaFolder();
+    CProduct& pack = *product.GetLPChildren().at(0);
+    const PageContext context = host->MakePageContext(host->GetFlow()[0], true, &pack);
+    EXPECT_EQ(context.pProduct, &pack);
+    EXPECT_EQ(context.hDatabase, pack.GetMsiHandle());
+    EXPECT_NE(context.hDatabase, product.GetMsiHandle());
+    EXPECT_EQ(host->MakePageContext(host->GetFlow()[0], true, nullptr).hDatabase, 0u);
+}
+
+TEST_F(MediaTest, ProductsThatWereDroppedAreOpenedAgain)
+{
+    OpenMediaFolder();
+    host->GetSetupManager().DeleteProductList();
+    ASSERT_EQ(host->GetProducts().size(), 1u);
+    EXPECT_EQ(host->CheckDatabase(*host->GetProducts()[0]).code, 0u);
+}
+
+TEST_F(MediaTest, ADatabaseThatWasClosedIsFoundOutAndSaysWhy)
+{
+    CProduct& product = OpenMediaFolder();
+    EXPECT_EQ(host->CheckDatabase(product).code, 0u);
+    MsiCloseHandle(product.GetMsiHandle());
+    const HostError error = host->CheckDatabase(product);
+    EXPECT_EQ(error.code, static_cast<unsigned int>(ERROR_INVALID_HANDLE));
+    EXPECT_FALSE(error.message.IsEmpty());
+}
+
+TEST_F(MediaTest, OnlyMediaThatSaySoOfferTheConfigureDialog)
+{
+    OpenMediaFolder();
+    EXPECT_FALSE(host->OffersConfigure());
+}
+
 TEST_F(MediaTest, TheFileSequenceStartsAtTheHighestOfTheTable)
 {
     CProduct& product = OpenMediaFolder();
@@ -240,9 +275,9 @@ TEST_F(MediaTest, APackageWithoutAnyOfThePagesTablesGetsThem)
     bare.bStandardTables = false;
     MakePackage(scratch + L"bare.msi", bare);
     CProduct& product = Open(scratch + L"bare.msi");
-    for (const wchar_t* table :
-         {L"TarnCustomFile", L"TarnDirectoryMap", L"CreateFolder", L"Shortcut", L"File", L"CustomAction",
-          L"InstallExecuteSequence", L"Directory", L"Component"}) {
+    for (const wchar_t* table : {L"TarnCustomFile", L"TarnDirectoryMap", L"CreateFolder", L"Shortcut",
+                                 L"File", L"CustomAction", L"InstallExecuteSequence", L"Directory",
+                                 L"Component", L"Feature", L"FeatureComponents", L"Media"}) {
         EXPECT_TRUE(HasTable(product.GetMsiHandle(), table)) << Utf8(table);
     }
     EXPECT_EQ(product.m_fileSequence, 0);

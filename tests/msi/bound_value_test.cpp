@@ -233,3 +233,65 @@ TEST_P(InlineValueTest, ATextInTheStatementReadsBackEqual)
     ASSERT_EQ(rows.size(), 1u);
     EXPECT_TRUE(rows[0][0] == (value.IsEmpty() ? NULL_VALUE : value)) << rows[0][0].GetLength();
 }
+
+// ---- what a file holds -----------------------------------------------------------------------------------------------
+
+namespace {
+
+// The open handle holds every unit; the file holds what the database's code page can write.
+class CommittedValueTest : public DatabaseTest
+{
+protected:
+    void UseUtf8()
+    {
+        const ScratchFolder folder(L"codepage");
+        WriteFileBytes(folder + L"codepage.idt", "\r\n\r\n65001\t_ForceCodepage\r\n");
+        CString path = folder;
+        path = path.Left(path.GetLength() - 1);
+        ASSERT_EQ(MsiDatabaseImportW(Database(), path, L"codepage.idt"), 0u);
+    }
+    CString AfterACommit(const CString& value)
+    {
+        EXPECT_TRUE(WriteProperty(Database(), L"NAME", value));
+        ReopenReadOnly();
+        const Rows rows = Select(L"SELECT `Value` FROM `Property`");
+        return rows.size() == 1 ? rows[0][0] : CString(L"(no row)");
+    }
+};
+
+CString EveryUnitOutsideSurrogates()
+{
+    CString text;
+    for (int unit = 1; unit <= 0xFFFF; ++unit) {
+        if (unit < 0xD800 || unit > 0xDFFF) {
+            text += static_cast<wchar_t>(unit);
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+TEST_F(CommittedValueTest, InUtf8EveryUnitOutsideSurrogatesIsInTheFile)
+{
+    UseUtf8();
+    const CString value = EveryUnitOutsideSurrogates();
+    EXPECT_TRUE(AfterACommit(value) == value);
+}
+
+TEST_F(CommittedValueTest, InUtf8APairOfSurrogatesIsInTheFile)
+{
+    UseUtf8();
+    EXPECT_EQ(AfterACommit(L"a\U0001F600b"), CString(L"a\U0001F600b"));
+}
+
+TEST_F(CommittedValueTest, InUtf8ALoneSurrogateIsLostByTheCommit)
+{
+    UseUtf8();
+    EXPECT_EQ(AfterACommit(L"a\xD800"
+                           L"b\xDC00"
+                           L"c"),
+              CString(L"a\xFFFD"
+                      L"b\xFFFD"
+                      L"c"));
+}

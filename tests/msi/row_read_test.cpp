@@ -438,6 +438,45 @@ TEST_F(CursorTest, TheCustomFilesByMask3)
         (Texts{L"C:\\a"}));
 }
 
+// The two joins by which a user's additions are found again.
+TEST_F(CursorTest, TheDrivesOfAUserByAJoinOfTwoTablesAndMask7)
+{
+    for (const wchar_t* row :
+         {L"'TARN_1','TARGETDIR','DRIVE_D'", L"'OTHER','TARGETDIR','x'", L"'SUB','OTHER','y'"}) {
+        Run(CString(L"INSERT INTO `Directory` (`Directory`,`Directory_Parent`,`DefaultDir`) VALUES (") + row +
+            L")");
+    }
+    Run(L"INSERT INTO `CustomAction` (`Action`,`Type`,`Source`,`Target`) VALUES ('TARN_1',51,'TARN_1','D:')");
+    Run(L"INSERT INTO `CustomAction` (`Action`,`Type`,`Source`,`Target`) VALUES ('SUB',51,'SUB','D:')");
+    MsiRowCursor cursor(
+        Database(),
+        L"SELECT `Directory`.`Directory`,`Directory`.`Directory_Parent`,`Directory`.`DefaultDir` "
+        L"FROM `Directory`,`CustomAction` "
+        L"WHERE `CustomAction`.`Action`=`Directory`.`Directory` AND `Directory`.`Directory_Parent` = "
+        L"'TARGETDIR'",
+        7);
+    DirectoryData row;
+    ASSERT_TRUE(cursor.Next(row));
+    EXPECT_EQ(row.Directory, CString(L"TARN_1"));
+    EXPECT_EQ(row.Directory_Parent, CString(L"TARGETDIR"));
+    EXPECT_EQ(row.DefaultDir, CString(L"DRIVE_D"));
+    EXPECT_FALSE(cursor.Next(row));
+}
+
+TEST_F(CursorTest, TheFoldersOfAUserByAJoinOfThreeTablesAndMask7)
+{
+    Run(L"INSERT INTO `Directory` (`Directory`,`Directory_Parent`,`DefaultDir`) VALUES "
+        L"('INSTALLDIR','P','x')");
+    Run(L"INSERT INTO `Directory` (`Directory`,`Directory_Parent`,`DefaultDir`) VALUES ('FONTS','P','f')");
+    EXPECT_EQ(Walk<DirectoryData>(
+                  L"SELECT `Directory`.`Directory`,`Directory`.`Directory_Parent`,`Directory`.`DefaultDir` "
+                  L"FROM `Directory`,`Component`,`TarnCustomFile` "
+                  L"WHERE `TarnCustomFile`.`Component_`=`Component`.`Component` "
+                  L"AND `Component`.`Directory_`=`Directory`.`Directory`",
+                  7, static_cast<CString DirectoryData::*>(&DirectoryColumns::Directory)),
+              (Texts{L"FONTS", L"INSTALLDIR"})); // of c2 and c1; nobody added c3
+}
+
 TEST_F(CursorTest, ANullFlagEndsTheWalkLikeTheEndOfTheRows)
 {
     Run(L"DELETE FROM `TarnDirectoryMap` WHERE `Directory_`='INSTALLDIR'");

@@ -4,6 +4,7 @@
 #include "msi/msi_property.h"
 #include "msi/msi_rows.h"
 #include "tests/msi/database_fixture.h"
+#include "tests/support/import_redirect.h"
 
 #include <memory>
 #include <string>
@@ -246,6 +247,136 @@ TEST_F(CursorFailureTest, AWalkThatIsLeftEarlyClosesItsViewAndRecord)
     MsiRowCursor cursor(Database(), MAP_QUERY, 7);
     TarnDirectoryMapData row;
     EXPECT_TRUE(cursor.Next(row));
+}
+
+// ---- calls that the service seldom refuses, made to fail by the program's own import table --------------------------
+
+namespace {
+
+MSIHANDLE WINAPI NoRecord(UINT)
+{
+    return 0;
+}
+
+UINT WINAPI RefuseText(MSIHANDLE, UINT, LPCWSTR)
+{
+    return ERROR_FUNCTION_FAILED;
+}
+
+UINT WINAPI RefuseToRun(MSIHANDLE, MSIHANDLE)
+{
+    return ERROR_FUNCTION_FAILED;
+}
+
+UINT WINAPI RefuseToRead(MSIHANDLE, UINT, LPWSTR, LPDWORD)
+{
+    return ERROR_FUNCTION_FAILED;
+}
+
+class RefusalTest : public DatabaseTest
+{
+protected:
+    // Rows with a bound value and the property: none may be written, and no handle may stay open.
+    void ExpectNoBoundValue()
+    {
+        for (const auto& make : {MakeDirectory, MakeFile, MakeShortcut, MakeCustomFile}) {
+            const auto row = make(L"key");
+            InstallerHandle record = 12345;
+            EXPECT_FALSE(row->BuildRecord(record)) << Utf8(row->m_strStatement);
+            EXPECT_EQ(record, 0u);
+            EXPECT_FALSE(row->Execute(Database()));
+        }
+        EXPECT_FALSE(WriteProperty(Database(), L"A", L"1"));
+    }
+};
+
+template <class Function>
+struct Refusal : CImportRedirect
+{
+    Refusal(const char* name, Function function)
+        : CImportRedirect(nullptr, name, reinterpret_cast<void*>(function))
+    {
+        EXPECT_TRUE(IsInPlace()) << name;
+    }
+};
+
+} // namespace
+
+TEST_F(RefusalTest, ARecordThatIsNotMadeFailsTheRow)
+{
+    const Refusal refusal("MsiCreateRecord", NoRecord);
+    ExpectNoBoundValue();
+}
+
+TEST_F(RefusalTest, ARecordThatTakesNoTextFailsTheRowAndIsClosed)
+{
+    const Refusal refusal("MsiRecordSetStringW", RefuseText);
+    ExpectNoBoundValue();
+}
+
+TEST_F(RefusalTest, AStatementThatOpensAndDoesNotRunFailsTheRow)
+{
+    const Refusal refusal("MsiViewExecute", RefuseToRun);
+    EXPECT_FALSE(MakeFile(L"key")->Execute(Database()));
+    EXPECT_FALSE(MakeComponent(L"key")->Execute(Database()));
+    EXPECT_FALSE(WriteProperty(Database(), L"A", L"1"));
+    MsiRowCursor cursor(Database(), MAP_QUERY, 7);
+    TarnDirectoryMapData row;
+    EXPECT_FALSE(cursor.Next(row));
+}
+
+namespace {
+
+// A record of a text, another and a number.
+CInstallerHandle TextTextNumber()
+{
+    CInstallerHandle record(MsiCreateRecord(3));
+    MsiRecordSetStringW(record.get(), 1, L"first");
+    MsiRecordSetStringW(record.get(), 2, L"second");
+    MsiRecordSetInteger(record.get(), 3, 7);
+    return record;
+}
+
+} // namespace
+
+TEST_F(RefusalTest, ATextThatCanNotBeReadFailsTheRow)
+{
+    const CInstallerHandle record = TextTextNumber();
+    const Refusal refusal("MsiRecordGetStringW", RefuseToRead);
+    DirectoryData row;
+    EXPECT_FALSE(row.Read(Database(), record.get(), 3));
+}
+
+// The text is the column that failed, so the number comes from the one behind it.
+TEST_F(RefusalTest, ANumberBehindATextThatCanNotBeReadMakesUpForIt)
+{
+    CInstallerHandle record(MsiCreateRecord(2));
+    MsiRecordSetStringW(record.get(), 1, L"first");
+    MsiRecordSetInteger(record.get(), 2, 7);
+    const Refusal refusal("MsiRecordGetStringW", RefuseToRead);
+    CustomFileData row;
+    EXPECT_TRUE(row.Read(Database(), record.get(), 1 | 4));
+    EXPECT_EQ(row.Flags, 7);
+}
+
+// The second text is skipped and its column not counted: the number is then looked for in a text, and isn't there.
+TEST_F(RefusalTest, ATextBehindOneThatCanNotBeReadIsSkippedWithItsColumn)
+{
+    const CInstallerHandle record = TextTextNumber();
+    const Refusal refusal("MsiRecordGetStringW", RefuseToRead);
+    CustomFileData row;
+    EXPECT_FALSE(row.Read(Database(), record.get(), 7));
+    EXPECT_EQ(row.Flags, static_cast<int>(MSI_NULL_INTEGER));
+}
+
+TEST_F(RefusalTest, ADescriptionThatCanNotBeReadIsExpandedAllTheSame)
+{
+    const CInstallerHandle record = TextTextNumber();
+    const Refusal refusal("MsiRecordGetStringW", RefuseToRead);
+    FeatureData row;
+    row.Description = L"a [Unknown] b";
+    EXPECT_FALSE(row.Read(Database(), record.get(), 8));
+    EXPECT_EQ(row.Description, CString(L"a  b"));
 }
 
 // ---- properties --------------------------------------------------------------------------------------------------

@@ -106,6 +106,7 @@ protected:
         host.ui.m_bResetAllowed1 = host.ui.m_bResetAllowed2 = GetParam().reset;
         host.manager.m_strLinkTarget1 = L"guide.pdf";
         host.manager.m_strLinkTarget2 = L"notes.html";
+        host.manager.m_bNetworkLog = true; // the settings page then has its folder to walk through
     }
 
     // Presses Tab until the focus is where it began, and notes where it was.
@@ -217,7 +218,7 @@ INSTANTIATE_TEST_SUITE_P(ByTab, Walks,
                                          Walk{L"begin, create", BeginDeploymentDialog, 4, true, false},
                                          Walk{L"begin, create from", BeginDeploymentDialog, 5, true, true},
                                          Walk{L"begin, modify", BeginDeploymentDialog, 6, true, false},
-                                         Walk{L"settings", DeploymentSettingsDialog, 4, false, true},
+                                         Walk{L"settings", DeploymentSettingsDialog, 4, false, false},
                                          Walk{L"contact", ProductContactDialog, 4, false, true},
                                          Walk{L"complete", DeploymentCompleteDialog, 4, false, false},
                                          Walk{L"failed", DeploymentFailedDialog, 4, false, false}));

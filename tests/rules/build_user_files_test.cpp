@@ -168,6 +168,27 @@ TEST_F(FinishedFiles, OneNameInTwoFoldersIsNoClashButInOneFolderInAnyCase)
     EXPECT_GE(FindSameTarget(FindUserAdditions(database)).Find(L"C:\\Private\\A.txt"), 0);
 }
 
+TEST_F(FinishedFiles, AFileOfTheProductsNameInItsFolderIsFound)
+{
+    Row(L"Component", {L"Own", L"INSTALLDIR"});
+    AddFile(1, L"other.txt", 8);
+    AddFile(2, L"OWN.TXT", 9, L"OTHER");
+    EXPECT_TRUE(FindProductNames(database, FindUserAdditions(database)).empty());
+    AddFile(3, L"OWN.TXT", 9);
+    EXPECT_EQ(FindProductNames(database, FindUserAdditions(database)),
+              std::vector<CString>{L"C:\\Private\\OWN.TXT"});
+}
+
+TEST_F(FinishedFiles, OnlyDirectoriesThatWereAddedAreDrives)
+{
+    database[L"Directory"].columns = {L"Directory", L"DefaultDir"};
+    database[L"Directory"].rows.clear();
+    Row(L"Directory", {L"Own", L"DRIVE_Y"});
+    Row(L"Directory", {KeyOf(1), L"DRIVE_X"});
+    Row(L"Directory", {KeyOf(2), L"Folder"});
+    EXPECT_EQ(FindUserDrives(database), std::vector<CString>{L"X:"});
+}
+
 TEST_F(FinishedFiles, AVendorsRowOfThePrivateTableIsNoAddition)
 {
     Row(L"TarnCustomFile", {L"Own", L"own.txt", L"0"});

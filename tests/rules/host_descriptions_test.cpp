@@ -77,6 +77,8 @@ DeploymentFile MakeDeployment()
     product.includePatch = 1;
     product.properties.push_back({L"B", L"'x'"});
     product.patches.push_back({L"x86\\Zolt\\ServicePacks\\sp1.msp", true});
+    product.addedFiles.push_back(
+        {L"TARN_0D7A5C1E_0000_4000_8000_000000000001", L"C:\\B\u00FCro & Co\\\u4E2D'.txt"});
     product.strPatchName = L"sp1";
     file.products.push_back(product);
     return file;
@@ -124,6 +126,33 @@ TEST(SetupXmlTest, AWholeDescriptionIsReadWithoutFault)
     ASSERT_EQ(setup.products[0].languagePacks.size(), 1u);
     EXPECT_EQ(setup.products[0].languagePacks[0].strLanguage, CString(L"de-DE"));
     EXPECT_EQ(PackageFolder(setup, setup.products[0], 3), CString(L"x64\\Zolt\\"));
+}
+
+TEST(SetupXmlTest, AFlowOffersTheConfigureDialogOnlyWhenItSaysSo)
+{
+    SetupDescription description;
+    EXPECT_FALSE(ReadSetup(SETUP, &description));
+    EXPECT_FALSE(description.bConfigure);
+    EXPECT_FALSE(ReadSetup(With("<Flow>", "<Flow configure=\"no\">"), &description));
+    EXPECT_FALSE(description.bConfigure);
+    EXPECT_FALSE(ReadSetup(With("<Flow>", "<Flow configure=\"yes\">"), &description));
+    EXPECT_TRUE(description.bConfigure);
+}
+
+TEST(SetupXmlTest, TheOfferOfTheConfigureDialogIsWrittenToo)
+{
+    SetupDescription description;
+    EXPECT_FALSE(ReadSetup(With("<Flow>", "<Flow configure=\"yes\">"), &description));
+    SetupDescription again;
+    EXPECT_FALSE(ReadSetup(Bytes(WriteSetupDescription(description)), &again));
+    EXPECT_TRUE(again.bConfigure);
+}
+
+TEST(SetupXmlTest, AnOfferThatIsNeitherYesNorNoIsRefusedWithItsValue)
+{
+    const XmlFault fault = ReadSetup(With("<Flow>", "<Flow configure=\"maybe\">"));
+    EXPECT_NE(fault.message.Find(L"\"maybe\""), -1) << Utf8(fault.message);
+    EXPECT_NE(fault.message.Find(L"yes, no"), -1) << Utf8(fault.message);
 }
 
 TEST(SetupXmlTest, AWrittenDescriptionReadsBackEqual)
@@ -260,6 +289,7 @@ TEST(DeploymentFileTest, EverySettingReadsBackEqual)
     EXPECT_TRUE(again.bNetworkLog);
     ASSERT_EQ(again.products.size(), 1u);
     EXPECT_TRUE(again.products[0].patches.at(0).merged);
+    EXPECT_EQ(again.products[0].addedFiles.at(0).source, file.products[0].addedFiles[0].source);
     EXPECT_EQ(WriteDeploymentFile(again), WriteDeploymentFile(file));
 }
 
@@ -283,6 +313,21 @@ TEST(DeploymentFileTest, AValueOfAnyUnitReadsBackEqual)
     EXPECT_TRUE(read == value) << "first difference at " << same << ": " << std::hex << int{read[same]}
                                << " for " << int{value[same]} << ", lengths " << std::dec << read.GetLength()
                                << " and " << value.GetLength();
+}
+
+TEST(DeploymentFileTest, AnAddedFileBelongsToAProductAndNamesItsComponent)
+{
+    const std::string whole = Bytes(WriteDeploymentFile(MakeDeployment()));
+    const std::string element = whole.substr(
+        whole.find("<AddedFile"), whole.find("/>", whole.find("<AddedFile")) + 2 - whole.find("<AddedFile"));
+    std::string outside = whole;
+    outside.insert(outside.find("<Product"), element);
+    std::string nameless = whole;
+    nameless.replace(nameless.find("component="), 10, "key=");
+    for (const std::string& text : {outside, nameless}) {
+        DeploymentFileReader reader;
+        EXPECT_TRUE(ReadXml(text.data(), text.size(), reader)) << text;
+    }
 }
 
 TEST(DeploymentFileTest, ACutOffFileIsRefused)

@@ -272,22 +272,22 @@ TEST(StatementTest, AValueOf70000CharactersGoesInWhole)
               L"DELETE FROM `File` WHERE `File`='" + key + L"'");
 }
 
-TEST(FillStatementTest, APlaceholderWithoutAValueStaysEmpty)
+TEST(FillTemplateTest, APlaceholderWithoutAValueStaysEmpty)
 {
-    EXPECT_EQ(FillStatement(L"a%sb%dc", {CString(L"1")}), CString(L"a1bc"));
+    EXPECT_EQ(FillTemplate(L"a%sb%dc", {CString(L"1")}), CString(L"a1bc"));
 }
 
-TEST(FillStatementTest, ValuesWithoutAPlaceholderAreLeftOut)
+TEST(FillTemplateTest, ValuesWithoutAPlaceholderAreLeftOut)
 {
-    EXPECT_EQ(FillStatement(L"a", {1, 2}), CString(L"a"));
+    EXPECT_EQ(FillTemplate(L"a", {1, 2}), CString(L"a"));
 }
 
-TEST(FillStatementTest, OtherPercentSignsStay)
+TEST(FillTemplateTest, OtherPercentSignsStay)
 {
-    EXPECT_EQ(FillStatement(L"100%, %x %", {1}), CString(L"100%, %x %"));
+    EXPECT_EQ(FillTemplate(L"100%, %x %", {1}), CString(L"100%, %x %"));
 }
 
-TEST(FillStatementTest, ATextEndsAtItsFirstZero)
+TEST(FillTemplateTest, ATextEndsAtItsFirstZero)
 {
-    EXPECT_EQ(FillStatement(L"'%s'", {CString(L"ab\0cd", 5)}), CString(L"'ab'"));
+    EXPECT_EQ(FillTemplate(L"'%s'", {CString(L"ab\0cd", 5)}), CString(L"'ab'"));
 }

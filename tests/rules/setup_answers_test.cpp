@@ -71,6 +71,17 @@ CString Value(const Answers& answers, const wchar_t* word)
     return entry ? entry->strValue : CString();
 }
 
+TEST(SetupAnswerTable, APageIsFoundByTheExportOfEitherShape)
+{
+    for (const AnswerPage& page : AnswerPages()) {
+        EXPECT_EQ(FindAnswerPageOfExport(page.page), &page);
+        CString tab(page.page);
+        tab.Replace(L"Dialog", L"Page");
+        EXPECT_EQ(FindAnswerPageOfExport(tab), &page);
+    }
+    EXPECT_EQ(FindAnswerPageOfExport(L"SomethingNewPage"), nullptr);
+}
+
 TEST(SetupAnswers, EntriesComeInTheTablesOrderWhateverTheFilesOrder)
 {
     const Answers answers =
@@ -247,10 +258,11 @@ TEST(SetupAnswerTable, EveryRowBelongsToAKnownPage)
     }
 }
 
-TEST(SetupAnswerTable, RadiosHaveChoicesAndOthersHaveNone)
+TEST(SetupAnswerTable, RadiosAndEntriesHaveChoicesAndOthersHaveNone)
 {
     for (const AnswerKey& key : AnswerKeys()) {
-        EXPECT_EQ(key.kind == AnswerKind::Radio, key.choice != nullptr) << Utf8(key.word);
+        const bool hasChoices = key.kind == AnswerKind::Radio || key.kind == AnswerKind::Entry;
+        EXPECT_EQ(hasChoices, key.choice != nullptr) << Utf8(key.word);
     }
 }
 
@@ -269,7 +281,9 @@ TEST(SetupAnswerTable, NoControlAndNoStringStandsTwiceOnAPage)
 {
     std::set<std::string> seen;
     for (const AnswerKey& key : AnswerKeys()) {
-        EXPECT_TRUE(seen.insert(Utf8(key.section) + " control " + std::to_string(key.control)).second)
+        // An entry's rows are lines of one list.
+        const std::string line = key.kind == AnswerKind::Entry ? Utf8(key.choice) : "";
+        EXPECT_TRUE(seen.insert(Utf8(key.section) + " control " + std::to_string(key.control) + line).second)
             << key.control;
     }
     for (const AnswerBox& box : AnswerBoxes()) {

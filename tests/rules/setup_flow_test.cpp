@@ -6,13 +6,26 @@
 
 namespace {
 
-const std::vector<CString> PAGES = {L"BeginDeploymentDialog", L"ProductContactDialog",
-                                    L"DeploymentCompleteDialog", L"DeploymentFailedDialog"};
+const std::vector<FlowStep> PAGES = {{L"BeginDeploymentDialog"},
+                                     {L"ProductContactDialog"},
+                                     {L"DeploymentCompleteDialog"},
+                                     {L"DeploymentFailedDialog"}};
+
+// Pages 2, 3 and 5 exist as tabs too.
+const std::vector<FlowStep> PAGES_WITH_TABS = {{L"BeginDeploymentDialog"},    {L"DeploymentSettingsDialog"},
+                                               {L"PathDialog", true},         {L"OnlineDialog", true},
+                                               {L"ProductContactDialog"},     {L"NoticeDialog", true},
+                                               {L"DeploymentCompleteDialog"}, {L"DeploymentFailedDialog"}};
 
 void ExpectPage(const FlowMove& move, int page)
 {
     EXPECT_EQ(move.act, FlowAct::ShowPage);
     EXPECT_EQ(move.nPage, page);
+}
+
+void ExpectConfigure(const FlowMove& move)
+{
+    EXPECT_EQ(move.act, FlowAct::Configure);
 }
 
 void ExpectFinish(const FlowMove& move, unsigned int exitCode)
@@ -139,7 +152,7 @@ TEST(SetupFlow, ACancelledBuildShowsTheFailedPageAndEndsWith1602)
 
 TEST(SetupFlow, WithoutOutcomePagesTheBuildEndsTheRun)
 {
-    WizardFlow flow({L"BeginDeploymentDialog"}, true);
+    WizardFlow flow({{L"BeginDeploymentDialog"}}, true);
     (void)flow.Start();
     EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
     ExpectFinish(flow.AfterBuild(0), 0);
@@ -147,16 +160,83 @@ TEST(SetupFlow, WithoutOutcomePagesTheBuildEndsTheRun)
 
 TEST(SetupFlow, WithoutChoosingPagesNothingIsBuilt)
 {
-    WizardFlow flow({L"DeploymentCompleteDialog"}, true);
+    WizardFlow flow({{L"DeploymentCompleteDialog"}}, true);
     EXPECT_FALSE(flow.HasChoosingPage());
     ExpectFinish(flow.Start(), 1603);
 }
 
 TEST(SetupFlow, PagesThatNobodyKnowsAreChoosingPages)
 {
-    WizardFlow flow({L"BeginDeploymentDialog", L"DeploymentFailedDialog", L"SomethingNewDialog"}, true);
+    WizardFlow flow({{L"BeginDeploymentDialog"}, {L"DeploymentFailedDialog"}, {L"SomethingNewDialog"}}, true);
     (void)flow.Start();
     ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 2);
+}
+
+TEST(SetupFlow, WithoutAnOfferPagesWithTabsAreWalkedOneByOne)
+{
+    WizardFlow flow(PAGES_WITH_TABS, true);
+    (void)flow.Start();
+    for (const int page : {1, 2, 3, 4, 5}) {
+        ExpectPage(flow.AfterPage(NAVIGATION_NEXT), page);
+    }
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
+}
+
+TEST(SetupFlow, TheConfigureDialogComesOnceInThePlaceOfTheFirstTab)
+{
+    WizardFlow flow(PAGES_WITH_TABS, true);
+    (void)flow.Start();
+    flow.OfferConfigure(true);
+    ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 1);
+    ExpectConfigure(flow.AfterPage(NAVIGATION_NEXT));
+    ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 4);
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
+}
+
+TEST(SetupFlow, BackFromBehindTheTabsShowsTheConfigureDialogAgain)
+{
+    WizardFlow flow(PAGES_WITH_TABS, true);
+    flow.OfferConfigure(true);
+    (void)flow.Start();
+    (void)flow.AfterPage(NAVIGATION_NEXT);
+    (void)flow.AfterPage(NAVIGATION_NEXT);
+    (void)flow.AfterPage(NAVIGATION_NEXT);
+    ExpectConfigure(flow.AfterPage(NAVIGATION_BACK));
+    EXPECT_TRUE(flow.CanGoBack());
+    ExpectPage(flow.AfterPage(NAVIGATION_BACK), 1);
+}
+
+TEST(SetupFlow, TheOfferMayChangeWhenTheFirstPageIsLeftAnew)
+{
+    WizardFlow flow(PAGES_WITH_TABS, true);
+    (void)flow.Start();
+    flow.OfferConfigure(true);
+    (void)flow.AfterPage(NAVIGATION_NEXT);
+    ExpectConfigure(flow.AfterPage(NAVIGATION_NEXT));
+    (void)flow.AfterPage(NAVIGATION_BACK);
+    ExpectPage(flow.AfterPage(NAVIGATION_BACK), 0);
+    flow.OfferConfigure(false);
+    (void)flow.AfterPage(NAVIGATION_NEXT);
+    ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 2);
+    ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 3);
+}
+
+TEST(SetupFlow, AFlowOfTabsAloneBeginsWithTheConfigureDialog)
+{
+    WizardFlow flow({{L"PathDialog", true}, {L"OnlineDialog", true}}, true);
+    flow.OfferConfigure(true);
+    ExpectConfigure(flow.Start());
+    EXPECT_FALSE(flow.CanGoBack());
+    ExpectConfigure(flow.AfterPage(NAVIGATION_BACK));
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
+}
+
+TEST(SetupFlow, AConfigureDialogThatIsCancelledEndsWith1602)
+{
+    WizardFlow flow({{L"PathDialog", true}}, true);
+    flow.OfferConfigure(true);
+    (void)flow.Start();
+    ExpectFinish(flow.AfterPage(NAVIGATION_CANCEL), 1602);
 }
 
 } // namespace

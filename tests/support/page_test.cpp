@@ -123,6 +123,16 @@ void PageTest::WarmUp()
         PageContext copy = context;
         (void)page(&copy);
     }
+    {
+        PageContext copy = context;
+        CTabHost tabs;
+        tabs.Open(OnlineResourcesPage, copy);
+        for (const UINT icon : {MB_ICONERROR, MB_ICONWARNING}) {
+            CScript closing;
+            CloseNextBox(closing);
+            MessageBoxW(tabs.GetWindow(), L"w", L"Title", MB_OK | icon);
+        }
+    }
     HWND bar = CreateWindowW(L"ScrollBar", nullptr, 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
     const CWindowDC screen(nullptr);
     DefWindowProcW(bar, WM_CTLCOLORSCROLLBAR, reinterpret_cast<WPARAM>(screen.get()),
@@ -188,6 +198,20 @@ void PageTest::SelectLine(int list, const CString& line)
             [this, list, line] { return Control(list).Select(line); });
 }
 
+void PageTest::SelectEntry(int list, int index)
+{
+    AddStep(L"select line " + NumberText(index) + L" in " + NumberText(list),
+            [this, list, index] { return Control(list).Select(index); });
+}
+
+void PageTest::SetChecked(int box, bool checked)
+{
+    AddStep((checked ? L"check " : L"uncheck ") + NumberText(box),
+            [this, box, checked] { return Control(box).SetChecked(checked); });
+    Await(L"the check mark did not change",
+          [this, box, checked] { return Control(box).IsChecked() == checked; });
+}
+
 void PageTest::FocusOn(int control)
 {
     AddStep(L"focus " + NumberText(control), [this, control] { return Control(control).Focus(); });
@@ -240,14 +264,20 @@ CString PageTest::ExpectedBoxText(const ExpectedBox& expected) const
     return view.Describe() + (expected.owned ? L" owned by the page" : L" without owner");
 }
 
+// The system gives a child's box to the top-level window around the child.
+bool PageTest::BelongsToPage(HWND owner) const
+{
+    return owner == GetAncestor(m_page, GA_ROOT);
+}
+
 StepOutcome PageTest::MeetBox(const ExpectedBox& expected, int button, const std::function<void()>& look)
 {
     const std::optional<MessageBoxView> box = FindMessageBox();
     if (!box)
         return StepOutcome::NotYet(L"no message box is up");
-    const wchar_t* owner = !box->owner            ? L" without owner"
-                           : box->owner == m_page ? L" owned by the page"
-                                                  : L" owned by another window";
+    const wchar_t* owner = !box->owner                 ? L" without owner"
+                           : BelongsToPage(box->owner) ? L" owned by the page"
+                                                       : L" owned by another window";
     const CString came = box->Describe() + owner;
     const CString wanted = ExpectedBoxText(expected);
     if (!(came == wanted))
@@ -266,6 +296,24 @@ int PageTest::Show(PageFunction page)
     const int result = page(&context);
     ReportFailure();
     return result;
+}
+
+UINT PageTest::ShowTab(TabFunction page)
+{
+    UINT asked = 0;
+    {
+        CTabHost tabs;
+        m_page = tabs.Open(page, context);
+        if (m_page) {
+            script.Start();
+            asked = tabs.Run();
+        } else {
+            ADD_FAILURE() << "the page was not made";
+        }
+    }
+    m_page = nullptr;
+    ReportFailure();
+    return asked;
 }
 
 void PageTest::Play()

@@ -23,6 +23,7 @@
 #include "include/rollout_ui.h"
 #include "tests/support/leftovers.h"
 #include "tests/support/resource_strings.h"
+#include "tests/support/tab_host.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/test_host.h"
 #include "tests/support/text.h"
@@ -65,6 +66,9 @@ protected:
     void Press(int button);
     void Type(int edit, const CString& text);
     void SelectLine(int list, const CString& line);
+    // The line by its place.
+    void SelectEntry(int list, int index);
+    void SetChecked(int box, bool checked);
     void FocusOn(int control);
     void Key(WORD virtualKey, KeyModifier modifier = KeyModifier::None);
     // Runs the look once, with the page up and no box.
@@ -80,6 +84,9 @@ protected:
 
     // Plays the steps against the export and returns its result. Every step must have been played by then.
     int Show(PageFunction page);
+    // The same for a tab page in a host of the test's; returns what the page asked it for, PAGE_MESSAGE_PREVIOUS_TAB or
+    // PAGE_MESSAGE_NEXT_TAB, and takes the page away.
+    UINT ShowTab(TabFunction page);
     // Plays the steps in a loop of the test's own; for windows that are already there. Ends when all are played.
     void Play();
 
@@ -105,6 +112,7 @@ private:
     StepOutcome FindPage();
     StepOutcome MeetBox(const ExpectedBox& expected, int button, const std::function<void()>& look);
     CString ExpectedBoxText(const ExpectedBox& expected) const;
+    bool BelongsToPage(HWND owner) const;
     void ReportFailure() const;
     void WarmUp();
 

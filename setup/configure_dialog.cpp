@@ -1,0 +1,519 @@
+#include "setup/configure_dialog.h"
+
+#include "include/navigation.h"
+#include "include/product.h"
+#include "include/resource_ids.h"
+#include "include/setup_manager.h"
+#include "include/ui_manager.h"
+#include "setup/configure_layout.h"
+#include "setup/configure_rules.h"
+#include "setup/control_snapshot.h"
+#include "setup/program_icon.h"
+#include "setup/texts.h"
+#include "setup/window_place.h"
+#include "window/scope_exit.h"
+
+#include <uxtheme.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr wchar_t PLACE_VALUE[] = L"ConfigureDialog";
+
+SIZE SizeOf(HWND window)
+{
+    const RECT place = CWindow(window).GetWindowRect();
+    return {place.right - place.left, place.bottom - place.top};
+}
+
+bool IsKeyDown(int virtualKey)
+{
+    return GetKeyState(virtualKey) < 0;
+}
+
+// How many tabs a key goes on: 0 for any other key.
+int TabsOfKey(const MSG& message)
+{
+    if (message.message != WM_KEYDOWN || !IsKeyDown(VK_CONTROL)) {
+        return 0;
+    }
+    switch (message.wParam) {
+    case VK_TAB:
+        return IsKeyDown(VK_SHIFT) ? -1 : 1;
+    case VK_NEXT:
+        return 1;
+    case VK_PRIOR:
+        return -1;
+    default:
+        return 0;
+    }
+}
+
+// A page knows only its own controls, so what may lead out of it is the dialog's: Tab, Esc, mnemonics.
+bool LeadsOutOfPage(const MSG& message)
+{
+    if (message.message == WM_SYSCHAR || message.message == WM_CHAR) {
+        return true;
+    }
+    return message.message == WM_KEYDOWN && (message.wParam == VK_TAB || message.wParam == VK_ESCAPE);
+}
+
+} // namespace
+
+CConfigureDialog::CConfigureDialog(CSetupManager& manager, std::vector<ConfigureTab> tabs,
+                                   ConfigureOptions options)
+    : m_manager(manager), m_options(std::move(options)),
+      m_autoPlayMessage(RegisterWindowMessageW(L"QueryCancelAutoPlay")), m_view(*this)
+{
+    m_tabs.resize(tabs.size());
+    for (std::size_t index = 0; index < tabs.size(); ++index) {
+        m_tabs[index].described = std::move(tabs[index]);
+    }
+}
+
+int CConfigureDialog::Run()
+{
+    m_loop.AddMessageFilter(&m_keysBehind);
+    m_loop.AddMessageFilter(&m_keysBefore);
+    m_loop.AddIdleHandler(this);
+    if (!Create(nullptr) || !m_view.IsWindow()) {
+        const CString why = SystemErrorText(GetLastError());
+        m_result = NAVIGATION_LOAD_FAILED;
+        if (IsWindow()) { // its quit message would close the box
+            DestroyWindow();
+            MSG quit = {};
+            PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+        }
+        ShowBox(SetupText(IDS_CONFIGURE_NO_WINDOW, {why}), MB_OK | MB_ICONERROR);
+        return m_result;
+    }
+    ShowWindow(SW_SHOW);
+    return m_loop.Run();
+}
+
+bool CConfigureDialog::HasChanges() const
+{
+    return m_bChanged || std::any_of(m_tabs.begin(), m_tabs.end(), [](const Tab& tab) {
+               return tab.page.hWnd && ReadControls(tab.page.hWnd) != tab.entered;
+           });
+}
+
+bool CConfigureDialog::GoTo(int index)
+{
+    if (index == m_front) {
+        return true;
+    }
+    if (m_asked >= 0 || m_bEntering || !LeaveFront()) {
+        return false;
+    }
+    Enter(index);
+    return true;
+}
+
+// ---- messages
+
+LRESULT CConfigureDialog::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&)
+{
+    if (!m_view.CreateIn(m_hWnd, IDC_CONFIGURE_VIEW)) {
+        return FALSE; // Run tells it
+    }
+    SetProgramIcon(*this);
+    SetText(Title());
+    CWindow(GetDlgItem(IDC_CONFIGURE_BACK)).EnableWindow(m_options.bCanGoBack);
+    m_manager.m_hCurrentPage = m_hWnd;
+    AddTabs();
+    m_room = LeastPageRoom(m_hWnd);
+    Place();
+    Enter(0);
+    FocusOnPage(Front());
+    return FALSE; // the focus is set
+}
+
+LRESULT CConfigureDialog::OnDestroy(UINT, WPARAM, LPARAM, BOOL&)
+{
+    m_bChanged = HasChanges();
+    RememberPlace();
+    UseFilterOf(nullptr);
+    for (Tab& tab : m_tabs) { // they go with the dialog
+        tab.page = CTabPage();
+    }
+    PostQuitMessage(m_result);
+    return 0;
+}
+
+LRESULT CConfigureDialog::OnTabLeaving(int, NMHDR*, BOOL&)
+{
+    return m_asked >= 0 || m_bEntering || !LeaveFront();
+}
+
+LRESULT CConfigureDialog::OnTabChosen(int, NMHDR*, BOOL&)
+{
+    Enter(TabCtrl_GetCurSel(GetDlgItem(IDC_CONFIGURE_TABS)));
+    return 0;
+}
+
+LRESULT CConfigureDialog::OnNext(WORD, WORD, HWND, BOOL&)
+{
+    if (m_asked < 0 && !m_bEntering && SaveAll()) {
+        Close(NAVIGATION_NEXT);
+    }
+    return 0;
+}
+
+LRESULT CConfigureDialog::OnBack(WORD, WORD, HWND, BOOL&)
+{
+    if (m_asked >= 0 || m_bEntering || !m_options.bCanGoBack) {
+        return 0;
+    }
+    if (Front().page.hWnd) {
+        // Back stores without validation, and only a page's own button for the tab before does that.
+        m_bLeaving = true;
+        ::SendMessageW(Front().page.hWnd, WM_COMMAND, MAKEWPARAM(IDC_PREVIOUS_TAB, BN_CLICKED),
+                       reinterpret_cast<LPARAM>(::GetDlgItem(Front().page.hWnd, IDC_PREVIOUS_TAB)));
+        m_bLeaving = false;
+    }
+    Close(NAVIGATION_BACK);
+    return 0;
+}
+
+LRESULT CConfigureDialog::OnCancel(WORD, WORD, HWND, BOOL&)
+{
+    if (m_asked < 0 && !m_bEntering && MayCancel()) {
+        Close(NAVIGATION_CANCEL);
+    }
+    return 0;
+}
+
+// ---- from the page in front, which has stored by then
+
+void CConfigureDialog::OnPreviousTab()
+{
+    if (m_bLeaving || m_front < 0) {
+        return;
+    }
+    DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE);
+    if (m_front > 0) {
+        Enter(m_front - 1);
+    }
+}
+
+void CConfigureDialog::OnNextTab()
+{
+    if (m_front < 0) {
+        return;
+    }
+    Front().bAccepted = DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE);
+    if (m_front + 1 < GetTabCount()) {
+        Enter(m_front + 1);
+    } else {
+        GotoDlgCtrl(GetDlgItem(IDC_CONFIGURE_NEXT)); // the next Enter goes on
+    }
+}
+
+void CConfigureDialog::OnPageGone(HWND page)
+{
+    for (Tab& tab : m_tabs) {
+        if (tab.page.hWnd == page) {
+            if (m_pPageFilter == &tab.page) {
+                UseFilterOf(nullptr);
+                GotoDlgCtrl(GetDlgItem(IDC_CONFIGURE_TABS)); // without a focus no key would come
+            }
+            tab.page = CTabPage();
+        }
+    }
+}
+
+// ---- keys
+
+BOOL CConfigureDialog::OnIdle()
+{
+    const HWND focus = GetFocus();
+    if (focus != m_seen) {
+        m_seen = focus;
+        m_view.ScrollTo(focus);
+        ShowDefaultButton(focus);
+    }
+    return FALSE;
+}
+
+bool CConfigureDialog::IsMine(const MSG& message) const
+{
+    return message.hwnd == m_hWnd || IsChild(m_hWnd, message.hwnd);
+}
+
+BOOL CConfigureDialog::OnKeyBeforePage(MSG* message)
+{
+    if (!IsMine(*message)) {
+        return FALSE;
+    }
+    if (const int distance = TabsOfKey(*message)) {
+        GoTo(TabAround(m_front, distance, GetTabCount()));
+        return TRUE;
+    }
+    const bool onSubstitute = message->message == WM_KEYDOWN &&
+                              message->hwnd == ::GetDlgItem(Front().substitute, IDC_CONFIGURE_REASON);
+    if (onSubstitute && (message->wParam == VK_RETURN || message->wParam == VK_ESCAPE)) {
+        // An edit of several lines would keep both keys to itself.
+        PostMessage(WM_COMMAND, message->wParam == VK_RETURN ? IDC_CONFIGURE_NEXT : IDC_CONFIGURE_CANCEL);
+        return TRUE;
+    }
+    return LeadsOutOfPage(*message) && IsDialogMessageW(m_hWnd, message);
+}
+
+BOOL CConfigureDialog::OnKeyBehindPage(MSG* message)
+{
+    return IsMine(*message) && IsDialogMessageW(m_hWnd, message);
+}
+
+// ---- the window
+
+void CConfigureDialog::AddTabs()
+{
+    const HWND tabs = GetDlgItem(IDC_CONFIGURE_TABS);
+    for (int index = 0; index < GetTabCount(); ++index) {
+        CString caption = GetTab(index).strCaption;
+        TCITEMW item = {};
+        item.mask = TCIF_TEXT;
+        item.pszText = caption.GetBuffer(caption.GetLength());
+        ::SendMessageW(tabs, TCM_INSERTITEMW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+    }
+}
+
+// Where the user left it, else over the page before it.
+void CConfigureDialog::Place()
+{
+    SizeConfigureWindow(m_hWnd, m_room);
+    ScreenRectangle place = ScreenRectangleOf(GetWindowRect());
+    CUiManager* ui = m_manager.m_pUiManager;
+    if (const std::optional<ScreenCorner> corner = ReadWindowCorner(m_options.strPlaceKey, PLACE_VALUE)) {
+        place = {corner->x, corner->y, corner->x + place.Width(), corner->y + place.Height()};
+    } else if (ui && ui->IsWindowPosSaved()) {
+        place = CentredOn(ScreenRectangleOf(*ui->GetWindowPos()), place.Width(), place.Height());
+    } else {
+        place = CentredOn(WorkAreaNear(place), place.Width(), place.Height());
+    }
+    MoveWindow(RectOf(FitInto(place, WorkAreaNear(place))), FALSE);
+}
+
+void CConfigureDialog::RememberPlace()
+{
+    if (IsIconic()) {
+        return; // stands nowhere
+    }
+    const RECT place = GetWindowRect();
+    WriteWindowCorner(m_options.strPlaceKey, PLACE_VALUE,
+                      {static_cast<int>(place.left), static_cast<int>(place.top)});
+    if (m_manager.m_pUiManager) {
+        m_manager.m_pUiManager->SetWindowPos(place); // the next page opens over it
+    }
+}
+
+// As the wizard's pages are titled.
+CString CConfigureDialog::Title() const
+{
+    const CString deployment(m_manager.m_strDeploymentName);
+    const CString product(m_manager.m_strProductName);
+    return deployment.IsEmpty() ? product : product + L" - " + deployment;
+}
+
+int CConfigureDialog::ShowBox(const CString& text, UINT type) const
+{
+    return MessageBox(text, CString(m_manager.m_strProductName), type);
+}
+
+// ---- tabs
+
+void CConfigureDialog::Enter(int index)
+{
+    if (m_bEntering || !IsWindow()) { // the window may have gone under a box
+        return;
+    }
+    m_bEntering = true;
+    const scope_exit entered([this] { m_bEntering = false; });
+    const HWND focus = GetFocus();
+    const bool focusWasOnPage = !focus || focus == m_hWnd || IsChild(m_view, focus);
+    MakePage(index);
+    Tab& tab = At(index);
+    m_front = index;
+    tab.bAccepted = false; // in front it may be changed
+    TabCtrl_SetCurSel(GetDlgItem(IDC_CONFIGURE_TABS), index);
+    m_view.ShowPage(tab.page.hWnd ? tab.page.hWnd : tab.substitute, tab.size);
+    UseFilterOf(tab.page.hWnd ? &tab : nullptr);
+    if (focusWasOnPage) {
+        FocusOnPage(tab);
+    }
+}
+
+// Makes the page unless it is there. One that could not be made is tried again each time.
+void CConfigureDialog::MakePage(int index)
+{
+    Tab& tab = At(index);
+    if (tab.page.hWnd) {
+        return;
+    }
+    if (tab.substitute) {
+        ::DestroyWindow(std::exchange(tab.substitute, nullptr));
+    }
+    PageContext& context = tab.described.context;
+    if (context.pProduct && m_options.checkDatabase) {
+        const CString why = m_options.checkDatabase(*context.pProduct);
+        if (!why.IsEmpty()) {
+            MakeSubstitute(tab, SetupText(IDS_CONFIGURE_NO_DATABASE, {context.pProduct->m_strName, why}));
+            return;
+        }
+    }
+    context.hParent = m_view;
+    context.hFrame = m_hWnd;
+    context.rcDisplay = m_view.GetRectInParent();
+    tab.page = tab.described.create(&context); // tells a failure by itself
+    if (!tab.page.hWnd) {
+        MakeSubstitute(tab, SetupText(IDS_CONFIGURE_NO_PAGE, {tab.described.strName}));
+        return;
+    }
+    EnableThemeDialogTexture(tab.page.hWnd, ETDT_ENABLETAB);
+    ::SendMessageW(tab.page.hWnd, PAGE_MESSAGE_COUNTER, CounterParameter(index, GetTabCount()), 0);
+    tab.entered = ReadControls(tab.page.hWnd);
+    tab.size = SizeOf(tab.page.hWnd);
+    const SIZE room = {std::max(m_room.cx, tab.size.cx), std::max(m_room.cy, tab.size.cy)};
+    if (room.cx != m_room.cx || room.cy != m_room.cy) {
+        m_room = room;
+        SizeConfigureWindow(m_hWnd, m_room);
+    }
+}
+
+void CConfigureDialog::MakeSubstitute(Tab& tab, const CString& reason)
+{
+    tab.substitute = CreateDialogParamW(
+        _Module.GetResourceInstance(), MAKEINTRESOURCEW(IDD_CONFIGURE_NO_PAGE), m_view,
+        [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
+    CString lines = reason;
+    lines.Replace(L"\r\n", L"\n");
+    lines.Replace(L"\n", L"\r\n"); // as an edit wants them
+    ::SetDlgItemTextW(tab.substitute, IDC_CONFIGURE_REASON, lines);
+    tab.size = SIZE{};
+    if (tab.substitute) {
+        EnableThemeDialogTexture(tab.substitute, ETDT_ENABLETAB);
+        tab.size = SizeOf(tab.substitute);
+    }
+}
+
+// The chain, from the first asked: keys of the dialog, the page in front, the rest of the dialog.
+void CConfigureDialog::UseFilterOf(Tab* tab)
+{
+    m_loop.RemoveMessageFilter(m_pPageFilter);
+    m_pPageFilter = tab ? &tab->page : nullptr;
+    m_loop.RemoveMessageFilter(&m_keysBefore);
+    m_loop.AddMessageFilter(m_pPageFilter);
+    m_loop.AddMessageFilter(&m_keysBefore);
+}
+
+void CConfigureDialog::FocusOnPage(const Tab& tab)
+{
+    const HWND page = tab.page.hWnd ? tab.page.hWnd : tab.substitute;
+    if (IsChild(page, GetFocus())) {
+        return; // the page has chosen by itself
+    }
+    const HWND first = GetNextDlgTabItem(page, nullptr, FALSE);
+    GotoDlgCtrl(first ? first : GetDlgItem(IDC_CONFIGURE_TABS));
+    if (first && page == tab.substitute) {
+        ::SendMessageW(first, EM_SETSEL, 0, 0); // the words aren't there to be replaced
+    }
+}
+
+// Enter on a page is the page's own way on, elsewhere it is Continue: one of the two looks like it.
+void CConfigureDialog::ShowDefaultButton(HWND focus)
+{
+    const HWND page = m_view.GetPage();
+    const auto pageDefault = static_cast<DWORD>(page ? ::SendMessageW(page, DM_GETDEFID, 0, 0) : 0);
+    const HWND onward =
+        HIWORD(pageDefault) == DC_HASDEFID ? ::GetDlgItem(page, LOWORD(pageDefault)) : nullptr;
+    const bool pageTakesEnter = onward && ::IsWindowEnabled(onward) && IsChild(page, focus);
+    const auto look = [](HWND button, bool isDefault) {
+        ::SendMessageW(button, BM_SETSTYLE, isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON, TRUE);
+    };
+    if (onward) {
+        look(onward, pageTakesEnter);
+    }
+    const int id = ::GetDlgCtrlID(focus);
+    if (pageTakesEnter || (id != IDC_CONFIGURE_BACK && id != IDC_CONFIGURE_CANCEL)) {
+        look(GetDlgItem(IDC_CONFIGURE_NEXT), !pageTakesEnter);
+    }
+}
+
+// ---- leaving
+
+// A page whose database is gone may be left, or nobody could go on to the other products.
+bool CConfigureDialog::LeaveFront()
+{
+    if (m_front < 0 || !Front().page.hWnd || !DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE)) {
+        return true;
+    }
+    return Ask(m_front, PAGE_MESSAGE_STORE);
+}
+
+bool CConfigureDialog::Ask(int index, UINT message)
+{
+    m_asked = index;
+    const scope_exit asked([this] { m_asked = -1; });
+    const bool accepted = ::SendMessageW(At(index).page.hWnd, message, 0, 0) != 0;
+    At(index).bAccepted = accepted;
+    return accepted;
+}
+
+// Tells a silence once, and again each time when it keeps the dialog from going on.
+bool CConfigureDialog::DatabaseAnswers(const Tab& tab, unsigned int textId)
+{
+    CProduct* product = tab.described.context.pProduct;
+    const CString why = product && m_options.checkDatabase ? m_options.checkDatabase(*product) : CString();
+    if (why.IsEmpty()) {
+        m_silent.erase(product);
+        return true;
+    }
+    const bool news = m_silent.insert(product).second;
+    if (news || textId == IDS_CONFIGURE_NO_DATABASE_SAVE) {
+        ShowBox(SetupText(textId, {product->m_strName, why}), MB_OK | MB_ICONERROR);
+    }
+    return false;
+}
+
+bool CConfigureDialog::SaveAll()
+{
+    for (int index = 0; index < GetTabCount(); ++index) {
+        if (!At(index).page.hWnd) {
+            continue;
+        }
+        if (!At(index).bAccepted && index != m_front) {
+            Enter(index); // what it may complain of is then seen behind its box
+        }
+        // Who has answered a page's question when its tab was left isn't asked again.
+        if (!DatabaseAnswers(At(index), IDS_CONFIGURE_NO_DATABASE_SAVE) ||
+            (!At(index).bAccepted && !Ask(index, PAGE_MESSAGE_STORE_ALL))) {
+            Enter(index);
+            FocusOnPage(Front());
+            return false;
+        }
+    }
+    return true;
+}
+
+bool CConfigureDialog::MayCancel()
+{
+    m_manager.EnableCancelling(false);
+    if ((m_options.bLosesChoices || HasChanges()) &&
+        ShowBox(SetupText(IDS_CONFIGURE_CANCEL_QUESTION), MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) !=
+            IDYES) {
+        m_manager.EnableCancelling(true);
+        return false;
+    }
+    m_manager.m_exitCode = EXIT_CODE_CANCELLED;
+    m_manager.SetMsiProperty(L"TARN_SETUP_SUCCEEDED", L"", false);
+    return true;
+}
+
+void CConfigureDialog::Close(int result)
+{
+    m_result = result;
+    DestroyWindow();
+}

@@ -1,0 +1,159 @@
+#include "setup/configure_rules.h"
+
+#include "setup/resource.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr wchar_t WIZARD_ENDING[] = L"Dialog";
+constexpr wchar_t TAB_ENDING[] = L"Page";
+constexpr int FARTHEST = 1000000; // no screen's corner lies farther out
+
+struct TabName
+{
+    const wchar_t* page;
+    unsigned int text;
+};
+
+constexpr TabName NAMES[] = {
+    {L"AddAdditionalFilesPage", IDS_TAB_ADDITIONAL_FILES},
+    {L"WorkstationSettingPage", IDS_TAB_WORKSTATIONS},
+    {L"ServicePackPage", IDS_TAB_SERVICE_PACK},
+    {L"PathCustomizationPage", IDS_TAB_PATHS},
+    {L"OnlineResourcesPage", IDS_TAB_ONLINE_RESOURCES},
+    {L"NoticeDeskFeedBoardPage", IDS_TAB_NOTICES},
+};
+
+// The name without the ending; empty when it has another, or nothing before it.
+CString Stem(const CString& name, const wchar_t* ending)
+{
+    const int length = name.GetLength() - TextLength(ending);
+    return length > 0 && name.Mid(length) == ending ? name.Left(length) : CString();
+}
+
+bool IsCapital(wchar_t letter)
+{
+    return letter >= L'A' && letter <= L'Z';
+}
+
+// Where a line of `length` begins so that it lies in [first, last); the beginning wins.
+int MoveInto(int start, int length, int first, int last)
+{
+    return std::max(std::min(start, last - length), first);
+}
+
+// A number at the start of the text and nothing behind it.
+bool ReadWholeNumber(const CString& text, int& number)
+{
+    const int first = !text.IsEmpty() && text[0] == L'-' ? 1 : 0;
+    int value = 0;
+    for (int index = first; index < text.GetLength(); ++index) {
+        if (text[index] < L'0' || text[index] > L'9' || value > FARTHEST) {
+            return false;
+        }
+        value = value * 10 + (text[index] - L'0');
+    }
+    number = first ? -value : value;
+    return text.GetLength() > first && value <= FARTHEST;
+}
+
+} // namespace
+
+CString TabTwin(const CString& wizardPage)
+{
+    const CString stem = Stem(wizardPage, WIZARD_ENDING);
+    return stem.IsEmpty() ? CString() : stem + TAB_ENDING;
+}
+
+unsigned int TabTextId(const CString& tabPage)
+{
+    for (const TabName& name : NAMES) {
+        if (tabPage == name.page) {
+            return name.text;
+        }
+    }
+    return 0;
+}
+
+CString WordsOfTabPage(const CString& tabPage)
+{
+    const CString stem = Stem(tabPage, TAB_ENDING);
+    const CString& name = stem.IsEmpty() ? tabPage : stem;
+    CString words;
+    for (int index = 0; index < name.GetLength(); ++index) {
+        const wchar_t letter = name[index];
+        const bool begins = IsCapital(letter) && index > 0;
+        words += begins ? L" " + CString(static_cast<wchar_t>(letter - L'A' + L'a')) : CString(letter);
+    }
+    return words;
+}
+
+CString TabCaption(const CString& product, const CString& page, bool severalProducts)
+{
+    CString caption = severalProducts ? product + L" - " + page : page;
+    caption.Replace(L"&", L"&&");
+    return caption;
+}
+
+unsigned int CounterParameter(int index, int total)
+{
+    return static_cast<unsigned int>(index) | static_cast<unsigned int>(total) << 16;
+}
+
+int TabAround(int index, int distance, int total)
+{
+    return total > 0 ? ((index + distance) % total + total) % total : index;
+}
+
+ScreenRectangle FitInto(const ScreenRectangle& rectangle, const ScreenRectangle& area)
+{
+    const int width = std::min(rectangle.Width(), area.Width());
+    const int height = std::min(rectangle.Height(), area.Height());
+    const int left = MoveInto(rectangle.left, width, area.left, area.right);
+    const int top = MoveInto(rectangle.top, height, area.top, area.bottom);
+    return {left, top, left + width, top + height};
+}
+
+ScreenRectangle WithScrollBars(const ScreenRectangle& rectangle, const ScreenRectangle& area, int barWidth,
+                               int barHeight)
+{
+    ScreenRectangle roomy = rectangle;
+    if (rectangle.Height() > area.Height()) {
+        roomy.right += barWidth;
+    }
+    if (rectangle.Width() > area.Width()) {
+        roomy.bottom += barHeight;
+    }
+    return roomy;
+}
+
+ScreenRectangle CentredOn(const ScreenRectangle& anchor, int width, int height)
+{
+    const int left = anchor.left + (anchor.Width() - width) / 2;
+    const int top = anchor.top + (anchor.Height() - height) / 2;
+    return {left, top, left + width, top + height};
+}
+
+CString CornerText(const ScreenCorner& corner)
+{
+    return NumberText(corner.x) + L"," + NumberText(corner.y);
+}
+
+bool ReadCorner(const CString& text, ScreenCorner& corner)
+{
+    const int comma = text.Find(L',');
+    ScreenCorner read;
+    if (comma < 0 || !ReadWholeNumber(text.Left(comma), read.x) ||
+        !ReadWholeNumber(text.Mid(comma + 1), read.y)) {
+        return false;
+    }
+    corner = read;
+    return true;
+}
+
+int ScrollToShow(int offset, int room, int extent, int first, int last)
+{
+    const int enough = std::max(offset, last - room);
+    return std::max(0, std::min(std::min(enough, first), extent - room));
+}

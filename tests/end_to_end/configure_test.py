@@ -1,0 +1,136 @@
+"""The configure dialog in a whole run: where it is offered, and that what its tabs store arrives."""
+
+import os
+import re
+import shutil
+import subprocess
+
+from wizard import MEDIA, WizardTest, text_of, windows_path
+
+TAB_PAGES = ("OnlineResources", "NoticeDeskFeedBoard")
+
+
+def property_of(database, name):
+    """The value in the database's Property table; None without a row."""
+    table = subprocess.run(["msiinfo", "export", database, "Property"], capture_output=True, text=True).stdout
+    found = re.search(r"^%s\t(.*?)\r?$" % re.escape(name), table, re.M)
+    return found.group(1) if found else None
+
+
+class ConfigureTest(WizardTest):
+    def media(self, configure=None, tabs=TAB_PAGES):
+        """The sample media with the pages that exist as tabs in its flow, in that order."""
+        folder = os.path.join(self.folder, "Media")
+        shutil.copytree(MEDIA, folder)
+        path = os.path.join(folder, "Setup.xml")
+        text = text_of(path)
+        for page in TAB_PAGES:
+            text = re.sub(r' *<Page name="%sDialog"[^\n]*\n' % page, "", text)
+        pages = "".join('    <Page name="%sDialog"/>\n' % page for page in tabs)
+        text, count = re.subn(r'( *<Page name="ProductContactDialog")', pages + r"\1", text)
+        self.assertEqual(count, 1, text)
+        if configure:
+            text = text.replace("<Flow>", '<Flow configure="%s">' % configure)
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text)
+        return folder
+
+    def create(self, media, *words):
+        run = self.wizard(self.begin("Office", platform="x64"), *words, media=media)
+        self.assertEqual(run.code, 0, run.output)
+        return run
+
+    def modify(self, *words, more=""):
+        answers = self.answers("[begin]\nmode = modify\nbase = Office\non_question.local_location = yes\n" + more)
+        return self.wizard(answers, *words, media=os.path.join(self.out, "Office", "Image"))
+
+    def package(self):
+        return os.path.join(self.out, "Office", "Image", "x64", "Zolt", "Zolt2027.msi")
+
+    def test_creating_walks_the_pages_where_the_media_do_not_offer_the_dialog(self):
+        run = self.create(self.media())
+        self.assertNotIn("(tab)", run.output)
+        self.assertNotIn("Configure dialog", run.output)
+
+    def test_creating_jumps_where_the_media_offer_the_dialog(self):
+        run = self.create(self.media(configure="yes"))
+        self.assertEqual(run.output.count("Configure dialog"), 1, run.output)
+        self.assertEqual(run.output.count("(tab)"), len(TAB_PAGES), run.output)
+        self.assertEqual(property_of(self.package(), "ZOLT_PARTSBAY_ENABLE"), "#1")
+        self.assertIn('<Flow configure="yes">', text_of(os.path.join(self.out, "Office", "Image", "Setup.xml")))
+
+    def test_modifying_always_offers_the_dialog_and_what_it_stores_is_deployed(self):
+        self.create(MEDIA if "OnlineResourcesDialog" in text_of(os.path.join(MEDIA, "Setup.xml")) else self.media())
+        pictures = os.path.join(self.folder, "Pictures")
+        run = self.modify("--pictures", windows_path(pictures))
+        self.assertEqual(run.code, 0, run.output)
+        self.assertEqual(run.output.count("Configure dialog"), 1, run.output)
+        taken = sorted(os.listdir(pictures))
+        for page in TAB_PAGES:
+            self.assertTrue([name for name in taken if name.endswith("-%sPage.png" % page)], taken)
+            self.assertFalse([name for name in taken if name.endswith("-%sDialog.png" % page)], taken)
+        self.assertEqual(property_of(self.package(), "ZOLT_PARTSBAY_ENABLE"), "#1")
+        self.assertEqual(property_of(self.package(), "ZOLT_RSS_FEEDS_ENABLE"), "#1")
+
+    def test_a_check_goes_through_the_dialog_and_builds_nothing(self):
+        self.create(self.media())
+        changed = os.stat(self.package()).st_mtime_ns
+        run = self.modify("--check")
+        self.assertEqual(run.code, 0, run.output)
+        self.assertIn("Configure dialog", run.output)
+        self.assertNotIn("Building", run.output)
+        self.assertEqual(os.stat(self.package()).st_mtime_ns, changed)
+
+    def test_the_same_answers_count_in_either_shape(self):
+        online = "[resources]\nparts_bay = %s\n[notices]\nfeeds = %s\n"
+        answers = self.begin("Office", platform="x64")
+        with open(answers, "a", encoding="utf-8") as file:
+            file.write(online % ("no", "yes"))
+        run = self.wizard(answers, media=self.media())
+        self.assertEqual(run.code, 0, run.output)
+        self.assertEqual(property_of(self.package(), "ZOLT_PARTSBAY_ENABLE"), "#0")
+        self.assertEqual(property_of(self.package(), "ZOLT_RSS_FEEDS_ENABLE"), "#1")
+        run = self.modify(more=online % ("yes", "no"))
+        self.assertEqual(run.code, 0, run.output)
+        self.assertIn("Configure dialog", run.output)
+        self.assertEqual(property_of(self.package(), "ZOLT_PARTSBAY_ENABLE"), "#1")
+        self.assertEqual(property_of(self.package(), "ZOLT_RSS_FEEDS_ENABLE"), "#0")
+
+    def test_what_a_tab_is_not_told_stays_as_it_was_deployed(self):
+        answers = self.begin("Office", platform="x64")
+        with open(answers, "a", encoding="utf-8") as file:
+            file.write("[resources]\nmember_bay = no\n")
+        run = self.wizard(answers, media=self.media())
+        self.assertEqual(run.code, 0, run.output)
+        run = self.modify(more="[resources]\nparts_bay = no\n")
+        self.assertEqual(run.code, 0, run.output)
+        self.assertEqual(property_of(self.package(), "ZOLT_MEMBERBAY_ENABLE"), "#0")
+        self.assertEqual(property_of(self.package(), "ZOLT_PARTSBAY_ENABLE"), "#0")
+
+    def assert_refused(self, tabs):
+        """The list file is refused by its page, by a real run and by a check, and the deployment stays."""
+        self.create(self.media(tabs=tabs))
+        before = os.stat(self.package()).st_mtime_ns
+        more = "[notices]\nupdate_source = local_list\nupdate_list = C:\\nowhere\\list.npl\n"
+        last = set()
+        for words in ((), ("--check",)):
+            run = self.modify(*words, more=more)
+            self.assertEqual(run.code, 22, run.output)
+            last.add(run.output.strip().splitlines()[-1])
+        self.assertEqual(len(last), 1, last)
+        self.assertRegex(last.pop(), r"answers\.txt\(\d+\): notices\.update_list: ")
+        self.assertEqual(os.stat(self.package()).st_mtime_ns, before)
+
+    def test_a_value_that_its_page_refuses_keeps_the_tab(self):
+        self.assert_refused(("NoticeDeskFeedBoard", "OnlineResources"))
+
+    def test_a_value_that_its_page_refuses_keeps_the_dialog(self):
+        self.assert_refused(("OnlineResources", "NoticeDeskFeedBoard"))
+
+    def test_leaving_by_cancel_on_a_tab_is_1602_and_changes_nothing(self):
+        self.create(self.media())
+        before = os.stat(self.package()).st_mtime_ns
+        run = self.modify(more="[resources]\nparts_bay = no\nleave = cancel\n")
+        self.assertEqual(run.code, 1602, run.output)
+        self.assertNotIn("NoticeDeskFeedBoard", run.output)
+        self.assertEqual(os.stat(self.package()).st_mtime_ns, before)

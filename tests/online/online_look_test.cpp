@@ -1,0 +1,113 @@
+// How the online pages look and how the keyboard walks them. With ROLLOUT_PICTURES set to a folder, a picture of every
+// state is saved there.
+#include "automation/picture.h"
+#include "tests/online/online_page.h"
+
+namespace {
+
+class OnlineLook : public NoticePage
+{
+protected:
+    // Named by the shape: `notices-Wizard-off.png`.
+    void Picture(const wchar_t* state)
+    {
+        Look([this, state] {
+            wchar_t target[MAX_PATH] = {};
+            if (GetEnvironmentVariableW(L"ROLLOUT_PICTURES", target, MAX_PATH) == 0) {
+                return;
+            }
+            const wchar_t* shape = GetParam() == Shape::Wizard ? L"Wizard" : L"Tab";
+            EXPECT_TRUE(SaveWindowPicture(GetAncestor(Page(), GA_ROOT),
+                                          CString(target) + L"\\" + state + L"-" + shape + L".png"));
+        });
+    }
+    // A tab page's window is not the active one until somebody goes there.
+    void Begin(int id)
+    {
+        Look([this, id] { SetFocus(GetDlgItem(Page(), id)); });
+        Await(L"the field has not got the focus", [this, id] { return HasFocus(id); });
+    }
+    void SendCounter()
+    {
+        if (GetParam() == Shape::Tab) {
+            Look([this] { SendMessageW(Page(), PAGE_MESSAGE_COUNTER, MAKEWPARAM(1, 3), 0); });
+        }
+    }
+};
+INSTANTIATE_BOTH_SHAPES(OnlineLook);
+
+} // namespace
+
+TEST_P(OnlineLook, PicturesOfTheNotices)
+{
+    context.strHelpFile = L"NoticeDeskFeedBoard.html";
+    SendCounter();
+    Picture(L"notices-fresh");
+    SetChecked(IDC_SITE_CHANNEL, true);
+    ChooseList(L"\\\\server\\share\\A rather long folder name\\updates.npl");
+    Type(IDC_FEED_LOCATION, L"\\\\server\\share\\feed.xml");
+    Picture(L"notices-on");
+    SetChecked(IDC_UPDATES, false);
+    SetChecked(IDC_SITE_CHANNEL, false);
+    SetChecked(IDC_FEEDS, false);
+    Picture(L"notices-off");
+    ShowAndGoBack();
+}
+
+TEST_P(OnlineLook, TabWalksTheFieldsInTheirOrderAndSkipsWhatIsDisabled)
+{
+    SetChecked(IDC_SITE_CHANNEL, true);
+    Begin(IDC_UPDATES);
+    for (const int next : {IDC_UPDATE_SOURCE, IDC_CHANNEL_NOTICES, IDC_SITE_CHANNEL, IDC_FEED_LOCATION,
+                           IDC_FEED_BROWSE, IDC_DISPLAY_NAME, IDC_FEEDS, IDC_CUSTOM_FEEDS, Back(), Next()}) {
+        Key(VK_TAB);
+        Await(L"the focus did not go on", [this, next] { return HasFocus(next); });
+    }
+    ShowAndGoBack();
+}
+
+TEST_P(OnlineLook, TheSpaceBarChecksABoxAndTheArrowChoosesTheList)
+{
+    Begin(IDC_SITE_CHANNEL);
+    Key(VK_SPACE);
+    Await(L"the box is not checked", [this] { return IsChecked(IDC_SITE_CHANNEL); });
+    Look([this] { EXPECT_TRUE(Control(IDC_FEED_LOCATION).IsEnabled()); });
+    Begin(IDC_UPDATE_SOURCE);
+    Key(VK_DOWN);
+    Await(L"the list is not chosen", [this] { return Control(IDC_UPDATE_SOURCE).GetSelection() == 1; });
+    Look([this] { EXPECT_TRUE(Control(IDC_LIST_LOCATION).IsEnabled()); });
+    ShowAndGoBack();
+}
+
+TEST_P(OnlineLook, EnterInAFieldGoesForward)
+{
+    Begin(IDC_UPDATES);
+    Key(VK_RETURN);
+    EXPECT_EQ(ShowPage(), NAVIGATION_NEXT);
+}
+
+namespace {
+
+class ResourcesLook : public OnlineLook
+{
+};
+INSTANTIATE_BOTH_SHAPES(ResourcesLook);
+
+} // namespace
+
+TEST_P(ResourcesLook, PictureOfTheResources)
+{
+    context.strHelpFile = L"OnlineResources.html";
+    m_functions = {OnlineResourcesDialog, OnlineResourcesPage};
+    SendCounter();
+    Picture(L"resources");
+    ShowAndGoBack();
+}
+
+TEST_P(OnlineLook, TheWizardPageOpensWithTheFocusOnItsFirstField)
+{
+    if (GetParam() == Shape::Wizard) {
+        Look([this] { EXPECT_TRUE(HasFocus(IDC_UPDATES)); });
+    }
+    ShowAndGoBack();
+}

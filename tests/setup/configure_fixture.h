@@ -1,0 +1,104 @@
+// The configure dialog on test pages: real windows, a real installer database for each product, and a script of steps
+// that are played while the dialog runs.
+//
+//     Type(L"hello");
+//     GoTo(3);
+//     Look([&] { EXPECT_EQ(Dialog().GetFront(), 3); });
+//     Press(IDC_CONFIGURE_NEXT);
+//     EXPECT_EQ(Run(), NAVIGATION_NEXT);
+//
+// After each test no window, GDI object, menu, icon or installer handle may be left over.
+#pragma once
+
+#include "automation/control.h"
+#include "automation/keyboard.h"
+#include "automation/message_box.h"
+#include "automation/script.h"
+#include "automation/window_finder.h"
+#include "include/navigation.h"
+#include "include/resource_ids.h"
+#include "setup/configure_dialog.h"
+#include "tests/setup/tab_pages/tab_page_ids.h"
+#include "tests/setup/tab_pages/tab_pages.h"
+#include "tests/support/leftovers.h"
+#include "tests/support/test_folder.h"
+#include "tests/support/test_host.h"
+#include "tests/support/text.h"
+#include "window/handle.h"
+
+#include <gtest/gtest.h>
+
+#include <msi.h>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+// Where the tests' dialogs remember their place; taken away after each test.
+constexpr wchar_t TEST_PLACE_KEY[] = L"Software\\Velkmora\\RolloutTest";
+
+class ConfigureTest : public testing::Test
+{
+protected:
+    static void SetUpTestSuite();
+
+    ConfigureTest();
+    ~ConfigureTest() override;
+    void TearDown() override;
+
+    // ---- before Run
+
+    // A product with a database of its own.
+    TestProduct& AddProduct(const wchar_t* name);
+    // Tabs with the pages 0 to `count` - 1 of each product.
+    void AddTabs(int count);
+    void AddTab(int page, TestProduct& product);
+    ConfigureOptions options;
+    PageHookList leaveHooks; // of the tabs that are added from then on
+
+    // ---- steps, in the order of their noting
+
+    void Step(const wchar_t* name, CScript::Step step);
+    // Once the dialog is up and no box hides it.
+    void Do(std::function<void()> act);
+    void Look(std::function<void()> look) { Do(std::move(look)); }
+    void Await(const wchar_t* what, std::function<bool()> condition);
+    void Type(const wchar_t* text);
+    void GoTo(int tab);
+    void Press(int button);
+    void PressOnPage(int button);
+    void Key(WORD virtualKey, KeyModifier modifier = KeyModifier::None);
+    // A key that closes the dialog.
+    void LastKey(WORD virtualKey);
+    void Answer(int button, const CString& text);
+
+    // Shows the dialog and plays the steps; its result.
+    int Run();
+
+    // ---- looks
+
+    CConfigureDialog& Dialog() { return *m_dialog; }
+    HWND Page(int tab) { return m_dialog->GetPage(tab); }
+    HWND FrontPage() { return Page(m_dialog->GetFront()); }
+    CControl OnPage(int id) { return CControl(FrontPage(), id); }
+    CControl InDialog(int id) { return CControl(m_dialog->m_hWnd, id); }
+    int VisiblePages();
+    // Messages of the contract that the pages got, without the counter.
+    std::vector<PageMessage> Stores() const;
+    CString Property(TestProduct& product, const wchar_t* name) const;
+    void CloseDatabase(TestProduct& product);
+
+    TestHost host;
+    PagesRecord& record;
+    CScript script;
+
+private:
+    void WarmUp();
+
+    ProcessState m_before;
+    CTestFolder m_folder;
+    std::vector<MSIHANDLE> m_databases;
+    std::vector<TestProduct*> m_products;
+    std::vector<ConfigureTab> m_tabs;
+    std::unique_ptr<CConfigureDialog> m_dialog;
+};

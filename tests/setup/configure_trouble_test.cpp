@@ -1,0 +1,359 @@
+// What goes wrong while the dialog is up, what closing it would lose, and where it stands.
+#include "automation/picture.h"
+#include "setup/texts.h"
+#include "setup/window_place.h"
+#include "tests/setup/configure_fixture.h"
+
+namespace {
+
+class ConfigureTrouble : public ConfigureTest
+{
+protected:
+    CString Question() { return SetupText(IDS_CONFIGURE_CANCEL_QUESTION); }
+    HWND Reason()
+    {
+        for (const HWND window : ChildWindows(Dialog())) {
+            if (GetDlgCtrlID(window) == IDC_CONFIGURE_REASON && IsWindowVisible(window)) {
+                return window;
+            }
+        }
+        return nullptr;
+    }
+    CString ReasonText()
+    {
+        CString text = WindowText(Reason());
+        text.Replace(L"\r\n", L"\n");
+        return text;
+    }
+    void TakePicture(const wchar_t* name)
+    {
+        wchar_t folder[MAX_PATH] = L"";
+        GetTempPathW(MAX_PATH, folder);
+        (void)SaveWindowPicture(Dialog(), CString(folder) + name); // for who wants to look
+    }
+    ScreenRectangle Place() { return ScreenRectangleOf(CWindow(Dialog()).GetWindowRect()); }
+    CString FailedToLoad() { return L"Failed to load C:\\no such folder\\WizText.dll"; }
+    void AnswerLoadBox()
+    {
+        Step(L"answer the library's box", [this] {
+            const auto box = FindMessageBox();
+            if (!box) {
+                return StepOutcome::NotYet(L"no box is up");
+            }
+            EXPECT_EQ(box->text, FailedToLoad());
+            return AnswerMessageBox(*box, IDOK);
+        });
+        Step(L"wait for its end", [] { return Until(!FindMessageBox(), L"the box is still there"); });
+    }
+};
+
+// ---- a page that can't be made
+
+TEST_F(ConfigureTrouble, APageThatCantBeMadeLeavesASentenceInItsPlace)
+{
+    AddProduct(L"Zolt");
+    AddTabs(3);
+    Do([this] { host.language.wizTextPath = L"C:\\no such folder\\"; });
+    GoTo(1);
+    AnswerLoadBox();
+    Look([&] {
+        EXPECT_EQ(Dialog().GetFront(), 1);
+        EXPECT_EQ(Page(1), nullptr);
+        EXPECT_EQ(VisiblePages(), 0);
+        CString expected = SetupText(IDS_CONFIGURE_NO_PAGE, {L"Page 1"});
+        expected.Replace(L"\r\n", L"\n");
+        EXPECT_EQ(ReasonText(), expected);
+        EXPECT_EQ(GetFocus(), Reason()) << "a screen reader doesn't come to the words";
+        TakePicture(L"configure-no-page.png");
+    });
+    GoTo(0);
+    Look([&] {
+        EXPECT_EQ(VisiblePages(), 1);
+        EXPECT_EQ(Reason(), nullptr);
+    });
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+}
+
+TEST_F(ConfigureTrouble, APageThatCouldNotBeMadeIsTriedAgainWhenItsTabIsChosenAnew)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    Do([this] { host.language.wizTextPath = L"C:\\no such folder\\"; });
+    GoTo(1);
+    AnswerLoadBox();
+    Do([this] { host.language.wizTextPath = ProgramFolder(); });
+    GoTo(0);
+    GoTo(1);
+    Look([&] {
+        EXPECT_NE(Page(1), nullptr);
+        EXPECT_EQ(Reason(), nullptr);
+    });
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+}
+
+TEST_F(ConfigureTrouble, KeysWorkWhereAPageCouldNotBeMade)
+{
+    AddProduct(L"Zolt");
+    AddTabs(3);
+    Do([this] { host.language.wizTextPath = L"C:\\no such folder\\"; });
+    GoTo(1);
+    AnswerLoadBox();
+    Do([this] { host.language.wizTextPath = ProgramFolder(); });
+    Key(VK_TAB, KeyModifier::Control);
+    Await(L"the next tab", [this] { return Dialog().GetFront() == 2; });
+    LastKey(VK_ESCAPE);
+    EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+}
+
+TEST_F(ConfigureTrouble, EscapeWhereAPageCouldNotBeMadeIsCancel)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    Do([this] { host.language.wizTextPath = L"C:\\no such folder\\"; });
+    GoTo(1);
+    AnswerLoadBox();
+    LastKey(VK_ESCAPE);
+    EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+}
+
+TEST_F(ConfigureTrouble, APageWhoseWindowGoesIsMadeAnew)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    Do([this] { DestroyWindow(Page(0)); });
+    Key(VK_TAB, KeyModifier::Control);
+    GoTo(1);
+    GoTo(0);
+    Look([&] { EXPECT_TRUE(IsWindowVisible(Page(0))); });
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+}
+
+// ---- a database that goes away
+
+TEST_F(ConfigureTrouble, ADatabaseThatGoesIsToldOnceAndItsPagesMayBeLeft)
+{
+    TestProduct& zolt = AddProduct(L"Zolt");
+    TestProduct& volt = AddProduct(L"Volt");
+    AddTabs(2);
+    Type(L"lost");
+    Do([&] { CloseDatabase(zolt); });
+    GoTo(2);
+    Answer(IDOK, SetupText(IDS_CONFIGURE_NO_DATABASE, {L"Zolt", SystemErrorText(ERROR_INVALID_HANDLE)}));
+    Look([&] { EXPECT_EQ(Dialog().GetFront(), 2); });
+    Type(L"kept");
+    GoTo(0);
+    GoTo(2); // no second box
+    Look([&] { EXPECT_EQ(Property(volt, L"TEST_VALUE_0"), CString(L"kept")); });
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+    EXPECT_EQ(record.stored, (std::vector<int>{0})) << "the page without a database was asked to store";
+}
+
+TEST_F(ConfigureTrouble, ContinueDoesNotGoOnWithoutADatabaseAndSaysWhy)
+{
+    TestProduct& zolt = AddProduct(L"Zolt");
+    AddProduct(L"Volt");
+    AddTabs(1);
+    GoTo(1);
+    Do([&] { CloseDatabase(zolt); });
+    for (int turn = 0; turn < 2; ++turn) {
+        Press(IDC_CONFIGURE_NEXT);
+        Answer(IDOK,
+               SetupText(IDS_CONFIGURE_NO_DATABASE_SAVE, {L"Zolt", SystemErrorText(ERROR_INVALID_HANDLE)}));
+        Look([&] { EXPECT_EQ(Dialog().GetFront(), 0) << "the page that can't be stored isn't in front"; });
+    }
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
+TEST_F(ConfigureTrouble, ATabOfAProductWithoutADatabaseSaysSoInThePagesPlace)
+{
+    TestProduct& zolt = AddProduct(L"Zolt");
+    AddTabs(2);
+    Do([&] { CloseDatabase(zolt); });
+    GoTo(1);
+    Answer(IDOK, SetupText(IDS_CONFIGURE_NO_DATABASE, {L"Zolt", SystemErrorText(ERROR_INVALID_HANDLE)}));
+    Look([&] {
+        EXPECT_EQ(ReasonText(),
+                  SetupText(IDS_CONFIGURE_NO_DATABASE, {L"Zolt", SystemErrorText(ERROR_INVALID_HANDLE)}));
+    });
+    Press(IDC_CONFIGURE_CANCEL);
+    EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+}
+
+TEST_F(ConfigureTrouble, ThePagesOwnWayOnTellsThatNothingWasStored)
+{
+    TestProduct& zolt = AddProduct(L"Zolt");
+    AddProduct(L"Volt");
+    AddTabs(1);
+    Do([&] { CloseDatabase(zolt); });
+    PressOnPage(IDC_NEXT_TAB);
+    Answer(IDOK, SetupText(IDS_CONFIGURE_NO_DATABASE, {L"Zolt", SystemErrorText(ERROR_INVALID_HANDLE)}));
+    Look([&] { EXPECT_EQ(Dialog().GetFront(), 1); });
+    Press(IDC_CONFIGURE_CANCEL);
+    EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+}
+
+// ---- what Cancel would lose
+
+TEST_F(ConfigureTrouble, CancelDoesNotAskWhenNothingWasEntered)
+{
+    AddProduct(L"Zolt");
+    AddTabs(3);
+    GoTo(1);
+    GoTo(2);
+    Press(IDC_CONFIGURE_CANCEL);
+    EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+    EXPECT_FALSE(Dialog().HasChanges());
+}
+
+TEST_F(ConfigureTrouble, CancelAsksWhenATextWasEntered)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    Type(L"something");
+    Press(IDC_CONFIGURE_CANCEL);
+    Answer(IDNO, Question());
+    Look([&] { EXPECT_EQ(host.log.Of(L"EnableCancelling").back(), CString(L"EnableCancelling(true)")); });
+    Press(IDC_CONFIGURE_CANCEL);
+    Answer(IDYES, Question());
+    EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+    EXPECT_EQ(host.manager.m_exitCode, 1602u);
+}
+
+TEST_F(ConfigureTrouble, CancelAsksForWhatWasEnteredOnAnotherTabAndStoredThere)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    Type(L"something");
+    GoTo(1);
+    Press(IDC_CONFIGURE_CANCEL);
+    Answer(IDYES, Question());
+    EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+}
+
+TEST_F(ConfigureTrouble, CancelAsksForAClickAndAChoice)
+{
+    AddProduct(L"Zolt");
+    AddTabs(1);
+    PressOnPage(IDC_TEST_CHECK);
+    Await(L"the check", [this] { return OnPage(IDC_TEST_CHECK).IsChecked(); });
+    Press(IDC_CONFIGURE_CANCEL);
+    Answer(IDNO, Question());
+    PressOnPage(IDC_TEST_CHECK);
+    Await(L"the check is off", [this] { return !OnPage(IDC_TEST_CHECK).IsChecked(); });
+    Look([&] { EXPECT_FALSE(Dialog().HasChanges()) << "it is as it was"; });
+    Do([this] { SendMessageW(OnPage(IDC_TEST_COMBO).GetWindow(), CB_SETCURSEL, 1, 0); });
+    Press(IDC_CONFIGURE_CANCEL);
+    Answer(IDYES, Question());
+    EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+}
+
+TEST_F(ConfigureTrouble, CancelDoesNotAskWhenWhatWasEnteredWasTakenBack)
+{
+    AddProduct(L"Zolt");
+    AddTabs(1);
+    Type(L"something");
+    Type(L"");
+    Press(IDC_CONFIGURE_CANCEL);
+    EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+}
+
+TEST_F(ConfigureTrouble, CancelAsksWhereThePagesBeforeHaveGatheredChoices)
+{
+    AddProduct(L"Zolt");
+    AddTabs(1);
+    options.bLosesChoices = true;
+    Press(IDC_CONFIGURE_CANCEL);
+    Answer(IDYES, Question());
+    EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+}
+
+TEST_F(ConfigureTrouble, TheCloseButtonOfTheWindowAsksLikeCancel)
+{
+    AddProduct(L"Zolt");
+    AddTabs(1);
+    Type(L"something");
+    Do([this] { PostMessageW(Dialog(), WM_CLOSE, 0, 0); });
+    Answer(IDYES, Question());
+    EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+}
+
+// ---- where it stands
+
+TEST_F(ConfigureTrouble, ItComesBackWhereTheUserLeftIt)
+{
+    AddProduct(L"Zolt");
+    AddTabs(1);
+    ScreenRectangle left;
+    Do([&] {
+        SetWindowPos(Dialog(), nullptr, 33, 44, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        left = Place();
+    });
+    Press(IDC_CONFIGURE_NEXT);
+    (void)Run();
+    Look([&] { EXPECT_EQ(Place(), left); });
+    Press(IDC_CONFIGURE_NEXT);
+    (void)Run();
+    ASSERT_FALSE(host.ui.stored.empty());
+    EXPECT_EQ(ScreenRectangleOf(host.ui.stored.back()), left) << "the next page opens elsewhere";
+}
+
+TEST_F(ConfigureTrouble, APlaceOnAMonitorThatIsGoneIsBroughtOntoTheScreen)
+{
+    AddProduct(L"Zolt");
+    AddTabs(1);
+    WriteWindowCorner(TEST_PLACE_KEY, L"ConfigureDialog", {9000, -9000});
+    Look([&] { EXPECT_EQ(FitInto(Place(), WorkAreaNear(Place())), Place()); });
+    Press(IDC_CONFIGURE_NEXT);
+    (void)Run();
+}
+
+TEST_F(ConfigureTrouble, WithoutAPlaceOfItsOwnItOpensOverThePageBefore)
+{
+    AddProduct(L"Zolt");
+    AddTabs(1);
+    host.ui.saved = true;
+    host.ui.position = {200, 100, 900, 700};
+    Look([&] { EXPECT_EQ(Place(), CentredOn({200, 100, 900, 700}, Place().Width(), Place().Height())); });
+    Press(IDC_CONFIGURE_NEXT);
+    (void)Run();
+}
+
+TEST_F(ConfigureTrouble, WithoutAKeyNothingIsRemembered)
+{
+    AddProduct(L"Zolt");
+    AddTabs(1);
+    options.strPlaceKey = L"";
+    Press(IDC_CONFIGURE_NEXT);
+    (void)Run();
+    EXPECT_FALSE(ReadWindowCorner(TEST_PLACE_KEY, L"ConfigureDialog"));
+}
+
+TEST_F(ConfigureTrouble, APageLargerThanTheScreenIsScrolledInADialogThatFits)
+{
+    TestProduct& product = AddProduct(L"Zolt");
+    AddTab(0, product);
+    AddTab(TEST_PAGES, product);
+    GoTo(1);
+    Look([&] {
+        EXPECT_EQ(FitInto(Place(), WorkAreaNear(Place())), Place());
+        const HWND view = InDialog(IDC_CONFIGURE_VIEW).GetWindow();
+        EXPECT_TRUE(GetWindowLongPtrW(view, GWL_STYLE) & WS_VSCROLL);
+        EXPECT_TRUE(GetWindowLongPtrW(view, GWL_STYLE) & WS_HSCROLL);
+        EXPECT_TRUE(InDialog(IDC_CONFIGURE_NEXT).IsVisible());
+        TakePicture(L"configure-large.png");
+    });
+    GoTo(0);
+    Look([&] {
+        const HWND view = InDialog(IDC_CONFIGURE_VIEW).GetWindow();
+        EXPECT_FALSE(GetWindowLongPtrW(view, GWL_STYLE) & WS_VSCROLL) << "a small page scrolls";
+    });
+    Press(IDC_CONFIGURE_NEXT);
+    (void)Run();
+}
+
+} // namespace

@@ -1,0 +1,162 @@
+// What counts as entered on a page, and that the pages of a walk are watched for it.
+#include "include/setup_manager.h"
+#include "setup/change_watch.h"
+#include "setup/control_snapshot.h"
+#include "tests/support/test_host.h"
+#include "tests/support/text.h"
+#include "window/window.h"
+
+#include <gtest/gtest.h>
+
+#include <commctrl.h>
+
+namespace {
+
+class WhatIsEntered : public testing::Test
+{
+protected:
+    WhatIsEntered()
+        : page(CreateWindowExW(0, L"STATIC", L"page", WS_OVERLAPPEDWINDOW, 0, 0, 300, 300, nullptr, nullptr,
+                               nullptr, nullptr))
+    {
+    }
+    ~WhatIsEntered() override { DestroyWindow(page); }
+
+    CWindow Add(const wchar_t* windowClass, DWORD style = 0)
+    {
+        return CWindow(CreateWindowExW(0, windowClass, L"", WS_CHILD | style, 0, 0, 100, 100, page,
+                                       reinterpret_cast<HMENU>(std::intptr_t{++m_id}), nullptr, nullptr));
+    }
+    // True when what is done now shows in the page's contents.
+    template <class Act>
+    bool Shows(Act act)
+    {
+        const std::vector<CString> before = ReadControls(page);
+        act();
+        return ReadControls(page) != before;
+    }
+
+    HWND page;
+
+private:
+    int m_id = 100;
+};
+
+TEST_F(WhatIsEntered, ATextInAnEditIs)
+{
+    const CWindow edit = Add(L"Edit");
+    EXPECT_TRUE(Shows([&] { edit.SetText(L"a"); }));
+    EXPECT_FALSE(Shows([&] { edit.SetText(L"a"); }));
+}
+
+TEST_F(WhatIsEntered, ALabelIsNot)
+{
+    const CWindow label = Add(L"Static");
+    EXPECT_FALSE(Shows([&] { label.SetText(L"Page 2 of 3"); }));
+}
+
+TEST_F(WhatIsEntered, ACheckIs)
+{
+    const CWindow check = Add(L"Button", BS_AUTOCHECKBOX);
+    EXPECT_TRUE(Shows([&] { check.SendMessage(BM_SETCHECK, BST_CHECKED); }));
+}
+
+TEST_F(WhatIsEntered, TheChoiceOfADropDownListIs)
+{
+    const CWindow combo = Add(L"ComboBox", CBS_DROPDOWNLIST);
+    for (const wchar_t* line : {L"same", L"same"}) {
+        combo.SendMessage(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line));
+    }
+    EXPECT_TRUE(Shows([&] { combo.SendMessage(CB_SETCURSEL, 0); }));
+    EXPECT_TRUE(Shows([&] { combo.SendMessage(CB_SETCURSEL, 1); }));
+}
+
+TEST_F(WhatIsEntered, ALineOfAListIsButNotWhichIsSelected)
+{
+    const CWindow list = Add(L"ListBox");
+    EXPECT_TRUE(Shows([&] { list.SendMessage(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(L"one")); }));
+    EXPECT_TRUE(Shows([&] { list.SendMessage(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(L"")); }));
+    EXPECT_FALSE(Shows([&] { list.SendMessage(LB_SETCURSEL, 0); }));
+}
+
+TEST_F(WhatIsEntered, ACellOfAListViewAndItsCheckAre)
+{
+    const CWindow list = Add(WC_LISTVIEWW, LVS_REPORT);
+    ListView_SetExtendedListViewStyle(list, LVS_EX_CHECKBOXES);
+    for (int column = 0; column < 2; ++column) {
+        LVCOLUMNW described = {};
+        list.SendMessage(LVM_INSERTCOLUMNW, static_cast<WPARAM>(column),
+                         reinterpret_cast<LPARAM>(&described));
+    }
+    LVITEMW item = {};
+    EXPECT_TRUE(Shows([&] { list.SendMessage(LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)); }));
+    wchar_t text[] = L"second column";
+    EXPECT_TRUE(Shows([&] { ListView_SetItemText(list, 0, 1, text); }));
+    EXPECT_TRUE(Shows([&] { ListView_SetCheckState(list, 0, TRUE); }));
+}
+
+TEST_F(WhatIsEntered, ANodeOfATreeIsButNotWhetherItIsOpen)
+{
+    const CWindow tree = Add(WC_TREEVIEWW);
+    const auto insert = [&](HTREEITEM parent) {
+        wchar_t name[] = L"node";
+        TVINSERTSTRUCTW node = {};
+        node.hParent = parent;
+        node.item.mask = TVIF_TEXT;
+        node.item.pszText = name;
+        return reinterpret_cast<HTREEITEM>(
+            tree.SendMessage(TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&node)));
+    };
+    HTREEITEM root = nullptr;
+    EXPECT_TRUE(Shows([&] { root = insert(TVI_ROOT); }));
+    EXPECT_TRUE(Shows([&] { insert(root); }));
+    EXPECT_FALSE(Shows([&] { TreeView_Expand(tree, root, TVE_EXPAND); }));
+}
+
+class ChangeWatch : public WhatIsEntered
+{
+protected:
+    ChangeWatch() { edit = Add(L"Edit"); }
+
+    // As a wizard page that is shown and left forward runs its hooks.
+    template <class Act>
+    void WalkThrough(Act act)
+    {
+        PageContext context;
+        watch.Watch(context);
+        PageContext up;
+        up.hParent = page;
+        EXPECT_NE(context.postInitHooks.at(0)(&up), 2);
+        act();
+        PageContext left; // a wizard page gives its leave hooks nothing but the manager
+        left.pSetupManager = &host.manager;
+        host.manager.m_hCurrentPage = page;
+        EXPECT_NE(context.leaveHooks.at(0)(&left), 2) << "the watch vetoed";
+    }
+
+    TestHost host;
+    CChangeWatch watch;
+    CWindow edit;
+};
+
+TEST_F(ChangeWatch, APageThatIsLeftAsItCameUpIsNoChange)
+{
+    WalkThrough([] {});
+    EXPECT_FALSE(watch.HasChanges());
+}
+
+TEST_F(ChangeWatch, AChangeStaysKnownOnThePagesBehind)
+{
+    WalkThrough([this] { edit.SetText(L"entered"); });
+    WalkThrough([] {});
+    EXPECT_TRUE(watch.HasChanges());
+}
+
+TEST_F(ChangeWatch, StartingOverForgetsWhatIsGone)
+{
+    WalkThrough([this] { edit.SetText(L"entered"); });
+    watch.Forget();
+    EXPECT_FALSE(watch.HasChanges());
+}
+
+} // namespace
