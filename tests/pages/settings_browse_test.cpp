@@ -92,6 +92,16 @@ TEST_F(SettingsBrowse, ThePickedFolderGetsABackslashAndTheEditTheFocus)
     ShowAndLeave();
 }
 
+TEST_F(SettingsBrowse, APickedFolderSwitchesNextOn)
+{
+    WithLog(folder.GetPath());
+    Type(IDC_LOG_FOLDER, L"");
+    Look([&] { EXPECT_FALSE(Control(IDC_NEXT).IsEnabled()); });
+    Pick();
+    Look([&] { EXPECT_TRUE(Control(IDC_NEXT).IsEnabled()); });
+    ShowAndLeave();
+}
+
 TEST_F(SettingsBrowse, ACancelledPickerChangesNothing)
 {
     WithLog(L"\\\\srv\\logs\\");

@@ -1,91 +1,12 @@
-// Browsing for the log folder, what leaving its edit activates, and how the settings page looks. With ROLLOUT_PICTURES
-// set to a folder, a picture of every state is saved there.
+// What leaving the log folder's edit activates, and how the settings page looks. With ROLLOUT_PICTURES set to a folder, a
+// picture of every state is saved there.
 #include "automation/picture.h"
 #include "tests/pages/settings_page.h"
 #include "tests/support/import_redirect.h"
 
-#include <shlobj.h>
-
 #include <vector>
 
 namespace {
-
-// ---- the picker
-
-// Wine's picker is empty where the page roots it, at the network neighbourhood. So the call itself is looked at, and
-// answered with a folder that really is there, or as by Cancel.
-struct PickerCall
-{
-    UINT flags = 0;
-    HWND owner = nullptr;
-    bool fromNetwork = false;
-    CString title;
-    CString answer; // empty: cancelled
-};
-PickerCall pickerCall;
-
-LPITEMIDLIST WINAPI AnswerPicker(BROWSEINFOW* browse)
-{
-    LPITEMIDLIST network = nullptr;
-    SHGetSpecialFolderLocation(nullptr, CSIDL_NETWORK, &network);
-    const CTaskOwner owner(network);
-    pickerCall.flags = browse->ulFlags;
-    pickerCall.owner = browse->hwndOwner;
-    pickerCall.title = browse->lpszTitle;
-    pickerCall.fromNetwork = browse->pidlRoot && ILIsEqual(browse->pidlRoot, network);
-    return pickerCall.answer.IsEmpty() ? nullptr : ILCreateFromPathW(pickerCall.answer);
-}
-
-class SettingsBrowse : public SettingsPage
-{
-protected:
-    SettingsBrowse()
-    {
-        EXPECT_TRUE(redirect.IsInPlace()) << "the page library doesn't import the picker";
-        pickerCall = PickerCall();
-        WithLog(L"\\\\srv\\logs\\");
-    }
-
-    CImportRedirect redirect{L"RolloutUi.dll", "SHBrowseForFolderW", reinterpret_cast<void*>(AnswerPicker)};
-};
-
-TEST_F(SettingsBrowse, ThePickerIsOwnedRootedTitledAndStyled)
-{
-    Press(IDC_LOG_FOLDER_BROWSE);
-    Look([&] {
-        EXPECT_EQ(pickerCall.flags, 325u);
-        EXPECT_TRUE(pickerCall.fromNetwork);
-        EXPECT_EQ(pickerCall.owner, Page());
-        EXPECT_EQ(pickerCall.title, ResourceText(IDS_BROWSE_LOG_FOLDER));
-    });
-    ShowAndLeave();
-}
-
-TEST_F(SettingsBrowse, ACancelledPickerKeepsTheText)
-{
-    Press(IDC_LOG_FOLDER_BROWSE);
-    Look([&] { EXPECT_EQ(Text(IDC_LOG_FOLDER), CString(L"\\\\srv\\logs\\")); });
-    ShowAndLeave();
-}
-
-TEST_F(SettingsBrowse, APickedFolderGetsABackslashAndTheFocus)
-{
-    pickerCall.answer = folder.AddFolder(L"picked");
-    Press(IDC_LOG_FOLDER_BROWSE);
-    Await(L"the edit hasn't got the focus", [&] { return HasFocus(IDC_LOG_FOLDER); });
-    Look([&] { EXPECT_EQ(Text(IDC_LOG_FOLDER).CompareNoCase(pickerCall.answer + L"\\"), 0); });
-    ShowAndLeave();
-}
-
-TEST_F(SettingsBrowse, APickedFolderSwitchesNextOn)
-{
-    pickerCall.answer = folder.AddFolder(L"picked");
-    Type(IDC_LOG_FOLDER, L"");
-    Look([&] { EXPECT_FALSE(Control(IDC_NEXT).IsEnabled()); });
-    Press(IDC_LOG_FOLDER_BROWSE);
-    Await(L"Next is still disabled", [&] { return Control(IDC_NEXT).IsEnabled(); });
-    ShowAndLeave();
-}
 
 // ---- leaving the edit
 
