@@ -193,7 +193,6 @@ void CConfigureDialog::OnPreviousTab()
     if (m_bLeaving || m_front < 0) {
         return;
     }
-    Front().bUnchecked = true;
     DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE);
     if (m_front > 0) {
         Enter(m_front - 1);
@@ -205,8 +204,7 @@ void CConfigureDialog::OnNextTab()
     if (m_front < 0) {
         return;
     }
-    Front().bUnchecked = false;
-    DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE);
+    Front().bAccepted = DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE);
     if (m_front + 1 < GetTabCount()) {
         Enter(m_front + 1);
     } else {
@@ -339,6 +337,7 @@ void CConfigureDialog::Enter(int index)
     MakePage(index);
     Tab& tab = At(index);
     m_front = index;
+    tab.bAccepted = false; // in front it may be changed
     TabCtrl_SetCurSel(GetDlgItem(IDC_CONFIGURE_TABS), index);
     m_view.ShowPage(tab.page.hWnd ? tab.page.hWnd : tab.substitute, tab.size);
     UseFilterOf(tab.page.hWnd ? &tab : nullptr);
@@ -459,7 +458,7 @@ bool CConfigureDialog::Ask(int index, UINT message)
     m_asked = index;
     const scope_exit asked([this] { m_asked = -1; });
     const bool accepted = ::SendMessageW(At(index).page.hWnd, message, 0, 0) != 0;
-    At(index).bUnchecked = At(index).bUnchecked && !accepted;
+    At(index).bAccepted = accepted;
     return accepted;
 }
 
@@ -485,11 +484,12 @@ bool CConfigureDialog::SaveAll()
         if (!At(index).page.hWnd) {
             continue;
         }
-        if (At(index).bUnchecked && index != m_front) {
+        if (!At(index).bAccepted && index != m_front) {
             Enter(index); // what it may complain of is then seen behind its box
         }
+        // Who has answered a page's question when its tab was left isn't asked again.
         if (!DatabaseAnswers(At(index), IDS_CONFIGURE_NO_DATABASE_SAVE) ||
-            !Ask(index, PAGE_MESSAGE_STORE_ALL)) {
+            (!At(index).bAccepted && !Ask(index, PAGE_MESSAGE_STORE_ALL))) {
             Enter(index);
             FocusOnPage(Front());
             return false;

@@ -1,9 +1,9 @@
 // The dialog in which the tab pages of all products stand, for who wants to jump to a page instead of walking to it.
 //
 // A page is made when its tab is first shown, told its number, and kept until the dialog goes. A tab is left only when
-// its page has stored what stands in it; Continue asks every page that was made, and brings one that refuses to the
-// front. A page that can't be made, or a product whose database no longer answers, is told in words and leaves the rest
-// of the dialog usable.
+// its page has stored what stands in it; Continue asks the page in front and those that were left unchecked, and brings
+// one that refuses to the front. A page that can't be made, or a product whose database no longer answers, is told in
+// words and leaves the rest of the dialog usable.
 //
 // Keys: Ctrl+Tab, Ctrl+Page Down and Ctrl+Page Up go from tab to tab; Enter on a page is that page's own way on; Esc is
 // Cancel, which asks when something would be lost.
@@ -94,7 +94,7 @@ private:
         HWND substitute = nullptr;    // stands in the place of a page that could not be made
         SIZE size = {};               // that the page or its substitute needs
         std::vector<CString> entered; // what its controls held when it was made
-        bool bUnchecked = false;      // left by its own way back, which doesn't validate
+        bool bAccepted = false;       // its page has stored what it holds, and wasn't in front since
     };
 
     class CKeys final : public CMessageFilter

@@ -188,16 +188,40 @@ TEST_F(ConfigureDialog, ThePagesOwnButtonsGoToTheTabsBeforeAndBehind)
     (void)Run();
 }
 
-TEST_F(ConfigureDialog, ContinueAsksEveryPageThatWasMade)
+TEST_F(ConfigureDialog, EveryPageThatWasMadeIsAskedOnceBeforeContinueEnds)
 {
     AddProduct(L"Zolt");
     AddTabs(4);
     GoTo(3);
     GoTo(1);
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+    EXPECT_EQ(Stores(), (Stored{StoreOf(0), StoreOf(3), StoreAllOf(1)}));
+}
+
+TEST_F(ConfigureDialog, ContinueAsksAPageThatItsOwnWayBackHasLeftUnchecked)
+{
+    AddProduct(L"Zolt");
+    AddTabs(4);
+    GoTo(2);
+    PressOnPage(IDC_PREVIOUS_TAB);
+    Await(L"the tab before", [this] { return Dialog().GetFront() == 1; });
     Do([this] { record.messages.clear(); });
     Press(IDC_CONFIGURE_NEXT);
     EXPECT_EQ(Run(), NAVIGATION_NEXT);
-    EXPECT_EQ(Stores(), (Stored{StoreAllOf(0), StoreAllOf(1), StoreAllOf(3)}));
+    EXPECT_EQ(Stores(), (Stored{StoreAllOf(1), StoreAllOf(2)}));
+}
+
+TEST_F(ConfigureDialog, ContinueAsksAPageAgainThatCameToTheFrontAgain)
+{
+    AddProduct(L"Zolt");
+    AddTabs(3);
+    GoTo(2);
+    GoTo(0);
+    Do([this] { record.messages.clear(); });
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+    EXPECT_EQ(Stores(), (Stored{StoreAllOf(0)}));
 }
 
 TEST_F(ConfigureDialog, WhatIsEnteredStandsInTheDatabaseOfItsProduct)
