@@ -48,6 +48,29 @@ class DeploymentTest(WizardTest):
         self.assertEqual(run.code, 0, run.output)
         return os.path.join(self.out, name)
 
+    def test_the_settings_stand_in_the_description_and_in_the_database(self):
+        logs = os.path.join(self.folder, "all logs")
+        os.makedirs(logs)
+        folder = windows_path(logs) + "\\"
+        for mc3, value in (("no", "#0"), ("yes", "#1")):
+            deployment = self.build_with_settings(
+                "Settings " + mc3, "network_log = yes", "log_folder = " + windows_path(logs), "keep_copy = yes",
+                "install_mode = progress", "mc3 = " + mc3)
+            self.assertIn(folder.rstrip("\\"), text_of(os.path.join(deployment, "Install.cmd")))
+            self.assertIn(folder, text_of(os.path.join(deployment, "Deployment.xml")))
+            self.assertEqual(self.mc3_of(deployment), [value])
+
+    def mc3_of(self, deployment):
+        """The values of MC3_ENABLED in the deployment's databases."""
+        found = []
+        for parent, _, names in os.walk(os.path.join(deployment, "Image")):
+            for name in names:
+                if name.lower().endswith(".msi"):
+                    rows = subprocess.run(["msiinfo", "export", os.path.join(parent, name), "Property"],
+                                          stdout=subprocess.PIPE, check=True).stdout.decode("utf-8")
+                    found += re.findall(r"^MC3_ENABLED\t(.*?)\r?$", rows, re.MULTILINE)
+        return found
+
     def test_a_network_log_comes_into_the_folder_that_was_chosen(self):
         logs = os.path.join(self.folder, "all logs")
         os.makedirs(logs)
@@ -204,6 +227,19 @@ class RefusalTest(WizardTest):
     def test_an_unknown_key_is_an_error_with_file_and_line(self):
         run = self.wizard(self.answers("[begin]\nname = Office\ncolour = red\n"))
         self.assert_refused(run, 21, "answers.txt(4)", "colour")
+
+    def settings(self, *lines):
+        path = self.begin("Office")
+        with open(path, "a", encoding="utf-8") as file:
+            file.write("[settings]\nnetwork_log = yes\n" + "\n".join(lines) + "\n")
+        return path
+
+    def test_a_log_folder_that_is_no_network_path_is_refused(self):
+        self.assert_refused(self.wizard(self.settings("log_folder = Q:\\logs")), 22, "settings.log_folder", "network path")
+
+    def test_a_log_folder_on_a_share_that_does_not_answer_is_a_question(self):
+        path = self.settings("log_folder = \\\\nowhere\\logs")
+        self.assert_refused(self.wizard(path), 23, "cannot be reached", "nowhere")
 
     def test_a_question_without_an_answer_ends_the_run_with_its_text(self):
         run = self.wizard(self.answers("[begin]\nname = Office\n"))
