@@ -170,7 +170,7 @@ private:
 
     void InitIcon()
     {
-        this->SetIcon(LoadPageIcon(UiManager() ? UiManager()->m_strIconFile : CString(), m_icon));
+        this->SetIcon(LoadPageIcon(UiManager() ? CString(UiManager()->m_strIconFile) : CString(), m_icon));
     }
 
     void AddToMessageLoop()

@@ -6,6 +6,8 @@
 #include "host/languages.h"
 #include "host/made_up_media.h"
 
+#include <utility>
+
 namespace {
 
 CString PlatformText(int platform)
@@ -359,6 +361,7 @@ HostError ManagerObject::EnsureProducts()
     if (m_productsOpen) {
         return {};
     }
+    RemoveWorkCopies(m_workNumber);
     HostError error = OpenProducts();
     if (error) {
         DeleteProductList();
@@ -366,11 +369,35 @@ HostError ManagerObject::EnsureProducts()
     return error;
 }
 
+HostError ManagerObject::ReplaceProducts()
+{
+    const int number = m_workNumber;
+    std::vector<CProduct*> products = std::exchange(m_products, {});
+    std::vector<std::unique_ptr<ProductObject>> objects = std::exchange(m_productObjects, {});
+    const bool wereOpen = std::exchange(m_productsOpen, false);
+    HostError error = OpenProducts();
+    if (!error) {
+        objects.clear(); // an open database keeps its file
+        RemoveWorkCopies(number);
+        return error;
+    }
+    DeleteProductList();
+    RemoveWorkCopies(std::exchange(m_workNumber, number));
+    m_products = std::move(products);
+    m_productObjects = std::move(objects);
+    m_productsOpen = wereOpen;
+    return error;
+}
+
+void ManagerObject::RemoveWorkCopies(int number)
+{
+    if (number > 0) {
+        RemoveFolder(m_strWorkFolder + NumberText(number));
+    }
+}
+
 HostError ManagerObject::OpenProducts()
 {
-    if (m_workNumber > 0) {
-        RemoveFolder(m_strWorkFolder + NumberText(m_workNumber));
-    }
     ++m_workNumber;
     for (const ProductDescription& described : m_media.description.products) {
         std::unique_ptr<ProductObject> product;
@@ -462,8 +489,8 @@ bool ManagerObject::SetSetupMode(Setup::tagSETUPMODE mode)
 
 int ManagerObject::ResetSetupMode()
 {
-    DeleteProductList(); // what the pages changed goes with the working copies
-    const HostError error = EnsureProducts();
+    // What the pages changed goes with the working copies. A failure keeps the page, which still works on its product.
+    const HostError error = ReplaceProducts();
     if (error) {
         Tell(error.message);
         return static_cast<int>(error.code);

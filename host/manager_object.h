@@ -54,6 +54,9 @@ public:
 
 private:
     HostError OpenProducts();
+    // Opens the products anew from the media. After a failure those that were open still are.
+    HostError ReplaceProducts();
+    void RemoveWorkCopies(int number);
     HostError OpenProduct(const ProductDescription& product, std::unique_ptr<ProductObject>& opened);
     void ApplyStoredSettings();
     void UseMedia(const Media& media);

@@ -20,7 +20,7 @@ public:
     bool m_bResetAllowed1 = false;
     bool m_bResetAllowed2 = false;
     // File of the window icon, loaded at 16 by 16 pixels; empty or null for the resource library's icon.
-    CString m_strIconFile;
+    const wchar_t* m_strIconFile = nullptr;
     // A Gdiplus::Image*, the host's; drawn only by a page that asks for a background image.
     void* m_pBackgroundImage = nullptr;
     // The argument of the step label's format string; may be null.

@@ -168,6 +168,19 @@ TEST_F(TabPageTest, AFailedValidationStopsTheMove)
     EXPECT_TRUE(g_sent.empty());
 }
 
+TEST_F(TabPageTest, ASecondNextOrPreviousWhileTheFirstRunsDoesNothing)
+{
+    g_record.onStore = [](HWND page) {
+        ::SendMessageW(::GetDlgItem(page, IDC_NEXT_TAB), BM_CLICK, 0, 0);
+        ::SendMessageW(::GetDlgItem(page, IDC_PREVIOUS_TAB), BM_CLICK, 0, 0);
+    };
+    Create();
+    Click(IDC_NEXT_TAB);
+    EXPECT_EQ(g_record.stored, 1);
+    EXPECT_EQ(g_record.storedWithoutValidation, 0);
+    EXPECT_EQ(g_sent, (std::vector<UINT>{PAGE_MESSAGE_NEXT_TAB}));
+}
+
 TEST_F(TabPageTest, ThePreviousButtonStoresWithoutValidationAndTellsTheParent)
 {
     context.leaveHooks = THREE_HOOKS;
@@ -196,6 +209,15 @@ TEST_F(TabPageTest, ASinglePageHasBothButtonsDisabledAndReadsOneOfOne)
     EXPECT_FALSE(IsEnabled(IDC_PREVIOUS_TAB));
     EXPECT_FALSE(IsEnabled(IDC_NEXT_TAB));
     EXPECT_EQ(WindowText(::GetDlgItem(tab.hWnd, IDC_PAGE_COUNTER)), CString(L"Page 1 of 1"));
+}
+
+TEST_F(TabPageTest, APageInTheMiddleKeepsBothButtons)
+{
+    Create();
+    Send(PAGE_MESSAGE_COUNTER, MAKEWPARAM(1, 3));
+    EXPECT_TRUE(IsEnabled(IDC_PREVIOUS_TAB));
+    EXPECT_TRUE(IsEnabled(IDC_NEXT_TAB));
+    EXPECT_EQ(WindowText(::GetDlgItem(tab.hWnd, IDC_PAGE_COUNTER)), CString(L"Page 2 of 3"));
 }
 
 TEST_F(TabPageTest, TheCounterNeverEnablesAButtonAgain)
@@ -230,4 +252,25 @@ TEST_F(TabPageTest, AnExceptionDuringInitGivesAnEmptyTabPage)
     script.Start();
     EXPECT_EQ(Create(), nullptr);
     EXPECT_EQ(g_record.destroyed, 1);
+}
+
+TEST_F(TabPageTest, AutoPlayIsToldToStayClosed)
+{
+    Create();
+    EXPECT_EQ(Send(::RegisterWindowMessageW(L"QueryCancelAutoPlay")), 1);
+}
+
+TEST_F(TabPageTest, TheWaitCursorOfAnyPageShowsOnThisOneUntilItsEnd)
+{
+    Create();
+    const auto answer = [this] {
+        return ::SendMessageW(tab.hWnd, WM_SETCURSOR, reinterpret_cast<WPARAM>(tab.hWnd),
+                              MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    };
+    {
+        const CPersistentWaitCursor waitCursor;
+        EXPECT_EQ(answer(), 1);
+        EXPECT_EQ(::GetCursor(), ::LoadCursorW(nullptr, IDC_WAIT));
+    }
+    EXPECT_EQ(answer(), 0);
 }

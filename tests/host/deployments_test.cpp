@@ -185,6 +185,25 @@ TEST_F(DeploymentsTest, ResettingDropsWhatThePagesChanged)
     EXPECT_EQ(Stored(*manager.m_pProducts->at(0), L"ZOLT_CHANGED"), CString(L"(none)"));
 }
 
+// The page stays then, and its next button wrote to a product that was gone.
+TEST_F(DeploymentsTest, AResetThatFailsLeavesThePageItsProduct)
+{
+    CSetupManager& manager = OpenMediaFolder();
+    CProduct* product = manager.m_pProducts->at(0);
+    ASSERT_TRUE(product->SetMsiProperty(L"ZOLT_CHANGED", L"1", false));
+    const CString package = CString(manager.m_strMediaRoot) + product->m_strMsiFile;
+    ASSERT_TRUE(MoveFileW(package, package + L".away"));
+
+    EXPECT_NE(manager.ResetSetupMode(), 0);
+    ASSERT_EQ(manager.m_pProducts->size(), 1u);
+    ASSERT_EQ(manager.m_pProducts->at(0), product);
+    EXPECT_EQ(Stored(*product, L"ZOLT_CHANGED"), CString(L"1"));
+
+    ASSERT_TRUE(MoveFileW(package + L".away", package));
+    EXPECT_EQ(manager.ResetSetupMode(), 0);
+    EXPECT_EQ(Stored(*manager.m_pProducts->at(0), L"ZOLT_CHANGED"), CString(L"(none)"));
+}
+
 TEST_F(DeploymentsTest, TheMediaFileMeasuresTheLongestPathOfTheImage)
 {
     WriteFileBytes(scratch + L"media\\x64\\Zolt\\a folder\\the longest name of all files.txt", "x");
