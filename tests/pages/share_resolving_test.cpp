@@ -267,6 +267,41 @@ TEST_F(Shares, AShareThatIsUnknownGivesNothing)
 
 // ---- functions by name
 
+// ---- with the system's own calls
+
+TEST(SharesOfTheSystem, AMappedDriveIsToldByItsShare)
+{
+    const CTestShare share(L"SRV", L"data");
+    const CTestDrive drive(L'X', DRIVE_REMOTE, "unc/SRV/data");
+    CString out;
+    EXPECT_EQ(ResolveNetworkPath(out, L"X:\\"), 1);
+    EXPECT_EQ(out.CompareNoCase(L"\\\\SRV\\data"), 0) << Utf8(out);
+    ASSERT_TRUE(CreateDirectoryW(L"X:\\sub", nullptr)) << GetLastError();
+    EXPECT_EQ(ResolveNetworkPath(out, L"X:\\sub\\"), 1);
+    EXPECT_EQ(out.CompareNoCase(L"\\\\SRV\\data\\sub"), 0) << Utf8(out);
+}
+
+TEST(SharesOfTheSystem, ALocalPathHasNoNetworkForm)
+{
+    CString out = L"before";
+    EXPECT_EQ(ResolveNetworkPath(out, L"C:\\"), 0);
+    EXPECT_EQ(out, CString());
+}
+
+TEST(SharesOfTheSystem, ANetworkThatAnswersLeavesTheListEmpty)
+{
+    ShareMap shares{{L"before", L"BEFORE"}};
+    EXPECT_EQ(EnumerateShares(shares), 0);
+    EXPECT_TRUE(shares.empty());
+}
+
+TEST(SharesOfTheSystem, AShareThatNobodyMadeIsUnknown)
+{
+    CString out = L"before";
+    EXPECT_EQ(LocalPathOfShare(out, L"\\\\" + ComputerName() + L"\\no such share"), 0);
+    EXPECT_EQ(out, CString());
+}
+
 TEST(LibraryCacheTest, AFunctionIsTheLibrarysOwn)
 {
     EXPECT_EQ(LibraryCache::Instance().GetProc(L"kernel32.dll", L"GetComputerNameW"),
