@@ -150,14 +150,15 @@ UserFileBuild::UserFileBuild(BuildRun& run, const BuildDatabase& database, const
 
 void UserFileBuild::Decide(DatabaseSnapshot& snapshot)
 {
+    // Of a drive with nothing on it too: it stands among the folders that the installer resolves.
+    for (const CString& drive : FindUserDrives(snapshot)) {
+        m_run.Warn(L"The drive " + drive + L" was added to " + m_database.strProductName +
+                   L". On a workstation without that drive the installation fails.");
+    }
     if (!IsNeeded()) {
         return;
     }
     TellStrays();
-    for (const CString& drive : FindUserDrives(snapshot)) {
-        m_run.Warn(L"Files or folders were added to " + m_database.strProductName + L" for the drive " +
-                   drive + L". On a workstation without that drive the installation fails.");
-    }
     if (!m_additions.files.empty()) {
         TellProductNames(snapshot);
     }

@@ -437,6 +437,13 @@ TEST_P(RefusedFilesTest, ADriveThatWorkstationsNeedIsTold)
     ExpectWarned(L"Q:");
 }
 
+TEST_P(RefusedFilesTest, ADriveWithNothingOnItIsToldToo)
+{
+    added.AddDrive(L"q:");
+    BuildIt();
+    ExpectWarned(L"The drive Q:");
+}
+
 TEST_P(RefusedFilesTest, AnAdditionThatWasNeverCompletedIsLeftOutAndTold)
 {
     const CString half = added.AddFile(Source(L"half.txt", "1"), L"INSTALLDIR");
