@@ -8,6 +8,8 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include <memory>
 
 namespace {
@@ -27,6 +29,18 @@ const Page g_pages[] = {
     {L"DeploymentCompleteDialog", DeploymentCompleteDialog, IDD_DEPLOYMENT_COMPLETE},
     {L"DeploymentSettingsDialog", DeploymentSettingsDialog, IDD_DEPLOYMENT_SETTINGS},
     {L"DeploymentFailedDialog", DeploymentFailedDialog, IDD_DEPLOYMENT_FAILED},
+};
+
+struct TabPage
+{
+    const wchar_t* name;
+    CTabPage (*create)(PageContext*);
+    int dialog;
+};
+
+const TabPage g_tabPages[] = {
+    {L"NoticeDeskFeedBoardPage", NoticeDeskFeedBoardPage, IDD_NOTICE_DESK_FEED_BOARD_TAB},
+    {L"OnlineResourcesPage", OnlineResourcesPage, IDD_ONLINE_RESOURCES_TAB},
 };
 
 // Hooks and window procedures have no argument of their own for these.
@@ -101,6 +115,74 @@ double OpenBareDialog(HMODULE texts, const Page& page)
     return painted - start;
 }
 
+// The host's dialog, as far as a tab page needs one.
+class CTabFrame
+{
+public:
+    CTabFrame()
+        : m_window(CreateWindowW(WC_STATICW, L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 800, 600, nullptr,
+                                 nullptr, nullptr, nullptr))
+    {
+        UpdateWindow(m_window);
+    }
+    ~CTabFrame() { DestroyWindow(m_window); }
+    CTabFrame(const CTabFrame&) = delete;
+    CTabFrame& operator=(const CTabFrame&) = delete;
+    HWND GetWindow() const { return m_window; }
+
+private:
+    HWND m_window;
+};
+
+// Shows and paints a page that was just made, and takes it away again; when all was painted.
+double PaintAndDestroy(HWND page)
+{
+    ShowWindow(page, SW_SHOW);
+    PaintWithControls(page);
+    const double painted = NowMilliseconds();
+    DestroyWindow(page);
+    return painted;
+}
+
+double OpenTabPage(CSetupHost& host, const CTabFrame& frame, const TabPage& page)
+{
+    PageContext context = host.MakePageContext({page.name, CString()}, true);
+    context.hParent = frame.GetWindow();
+    context.hFrame = frame.GetWindow();
+    const double start = NowMilliseconds();
+    const CTabPage tab = page.create(&context);
+    if (!tab.hWnd) {
+        throw CannotMeasure{CString(page.name) + L" can't be made"};
+    }
+    return PaintAndDestroy(tab.hWnd) - start;
+}
+
+double OpenBareChild(HMODULE texts, const CTabFrame& frame, const TabPage& page)
+{
+    const double start = NowMilliseconds();
+    const HWND dialog =
+        CreateDialogParamW(texts, MAKEINTRESOURCEW(page.dialog), frame.GetWindow(), BareProc, 0);
+    if (!dialog) {
+        throw CannotMeasure{CString(L"The bare dialog of ") + page.name + L" can't be made"};
+    }
+    return PaintAndDestroy(dialog) - start;
+}
+
+Comparison MeasureTabPage(CSetupHost& host, HMODULE texts, const TabPage& page, int runs)
+{
+    const CTabFrame frame;
+    Comparison comparison;
+    comparison.strWhat = page.name;
+    comparison.goal = 1.5;
+    static_cast<void>(OpenBareChild(texts, frame, page)); // warms up
+    static_cast<void>(OpenTabPage(host, frame, page));
+    for (int run = 0; run < runs; ++run) {
+        comparison.bare.push_back(OpenBareChild(texts, frame, page));
+        comparison.ours.push_back(OpenTabPage(host, frame, page));
+    }
+    return comparison;
+}
+
 } // namespace
 
 std::vector<Comparison> MeasurePages(const BenchOptions& options)
@@ -128,6 +210,9 @@ std::vector<Comparison> MeasurePages(const BenchOptions& options)
             comparison.ours.push_back(OpenPage(*host, page));
         }
         comparisons.push_back(comparison);
+    }
+    for (const TabPage& page : g_tabPages) {
+        comparisons.push_back(MeasureTabPage(*host, texts.get(), page, options.runs));
     }
     return comparisons;
 }
