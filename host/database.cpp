@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
-unsigned int OpenDatabase(const CString& path, const wchar_t* mode, MsiHandle& database)
+unsigned int OpenDatabase(const CString& path, const wchar_t* mode, CInstallerHandle& database)
 {
-    return MsiOpenDatabaseW(path, mode, database.Receive());
+    return MsiOpenDatabaseW(path, mode, database.put());
 }
 
 CString RecordText(MSIHANDLE record, unsigned int column)
@@ -27,20 +27,21 @@ CString RecordText(MSIHANDLE record, unsigned int column)
 unsigned int ForEachRow(MSIHANDLE database, const wchar_t* query, std::initializer_list<CString> parameters,
                         const RowFunction& onRow)
 {
-    MsiHandle view;
-    UINT result = MsiDatabaseOpenViewW(database, query, view.Receive());
+    CInstallerHandle view;
+    UINT result = MsiDatabaseOpenViewW(database, query, view.put());
     if (result != ERROR_SUCCESS) {
         return result;
     }
-    const MsiHandle record(parameters.size() ? MsiCreateRecord(static_cast<UINT>(parameters.size())) : 0);
+    const CInstallerHandle record(parameters.size() ? MsiCreateRecord(static_cast<UINT>(parameters.size()))
+                                                    : 0);
     UINT field = 0;
     for (const CString& parameter : parameters) {
         MsiRecordSetStringW(record.get(), ++field, parameter);
     }
     result = MsiViewExecute(view.get(), record.get());
     while (result == ERROR_SUCCESS && onRow) {
-        MsiHandle row;
-        result = MsiViewFetch(view.get(), row.Receive());
+        CInstallerHandle row;
+        result = MsiViewFetch(view.get(), row.put());
         if (result == ERROR_SUCCESS && !onRow(row.get())) {
             break;
         }
@@ -86,9 +87,9 @@ unsigned int WritePropertyRow(MSIHANDLE database, const CString& name, const CSt
 
 CString SummaryText(MSIHANDLE database, unsigned int property)
 {
-    MsiHandle summary;
+    CInstallerHandle summary;
     CString text;
-    if (MsiGetSummaryInformationW(database, nullptr, 0, summary.Receive()) != ERROR_SUCCESS) {
+    if (MsiGetSummaryInformationW(database, nullptr, 0, summary.put()) != ERROR_SUCCESS) {
         return text;
     }
     UINT type = 0;
@@ -108,12 +109,12 @@ CString SummaryText(MSIHANDLE database, unsigned int property)
 
 int SummaryNumber(MSIHANDLE database, unsigned int property)
 {
-    MsiHandle summary;
+    CInstallerHandle summary;
     UINT type = 0;
     INT number = 0;
     FILETIME time = {};
     DWORD length = 0;
-    const bool read = MsiGetSummaryInformationW(database, nullptr, 0, summary.Receive()) == ERROR_SUCCESS &&
+    const bool read = MsiGetSummaryInformationW(database, nullptr, 0, summary.put()) == ERROR_SUCCESS &&
                       MsiSummaryInfoGetPropertyW(summary.get(), property, &type, &number, &time, nullptr,
                                                  &length) == ERROR_SUCCESS;
     return read ? number : 0;

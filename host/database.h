@@ -2,14 +2,14 @@
 // letter. Result 0 is success, anything else the service's code.
 #pragma once
 
-#include "host/handles.h"
+#include "msi/installer_handle.h"
 #include "window/string.h"
 
 #include <functional>
 #include <initializer_list>
 #include <vector>
 
-[[nodiscard]] unsigned int OpenDatabase(const CString& path, const wchar_t* mode, MsiHandle& database);
+[[nodiscard]] unsigned int OpenDatabase(const CString& path, const wchar_t* mode, CInstallerHandle& database);
 
 // Runs a statement with `?` filled from the parameters.
 [[nodiscard]] unsigned int RunStatement(MSIHANDLE database, const wchar_t* statement,

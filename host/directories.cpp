@@ -1,6 +1,7 @@
 #include "host/directories.h"
 
 #include "host/database.h"
+#include "host/silent_installer.h"
 
 #include <msiquery.h>
 
@@ -41,11 +42,11 @@ CString AskSession(MSIHANDLE session, PathCall call, const CString& key)
     return path;
 }
 
-unsigned int OpenSession(InstallerHandle database, const CString& packageFolder, MsiHandle& session)
+unsigned int OpenSession(InstallerHandle database, const CString& packageFolder, CInstallerHandle& session)
 {
     CString name;
     name.Format(L"#%lu", database);
-    UINT result = MsiOpenPackageExW(name, MSIOPENPACKAGEFLAGS_IGNOREMACHINESTATE, session.Receive());
+    UINT result = MsiOpenPackageExW(name, MSIOPENPACKAGEFLAGS_IGNOREMACHINESTATE, session.put());
     if (result != ERROR_SUCCESS) {
         return result;
     }
@@ -96,10 +97,10 @@ DirectoryManager::DirectoryManager(InstallerHandle database, const CString& pack
 unsigned int DirectoryManager::ResolveBySession(const CString& workFolder)
 {
     const SilentInstaller silent;
-    MsiHandle session;
+    CInstallerHandle session;
     const unsigned int result = OpenSession(m_database, m_packageFolder, session);
     if (result != ERROR_SUCCESS) {
-        session.Close();
+        session.reset();
         DropSessionTable(m_database);
         return result;
     }
@@ -109,7 +110,7 @@ unsigned int DirectoryManager::ResolveBySession(const CString& workFolder)
             row.sessionTarget.Empty(); // the working copy's folder is nobody's target
         }
     }
-    session.Close();
+    session.reset();
     DropSessionTable(m_database);
     return ERROR_SUCCESS;
 }

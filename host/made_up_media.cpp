@@ -5,6 +5,7 @@
 #include "host/directory_rules.h"
 #include "host/files.h"
 #include "host/host_messages.h"
+#include "host/silent_installer.h"
 #include "host/xml_values.h"
 
 #include <msiquery.h>
@@ -125,7 +126,7 @@ void AddLooseFiles(MSIHANDLE database, const CString& packageFolder, std::vector
 HostError DescribePackage(const CString& packageFile, SetupDescription& description)
 {
     const SilentInstaller silent;
-    MsiHandle database;
+    CInstallerHandle database;
     const unsigned int result = OpenDatabase(packageFile, MSIDBOPEN_READONLY, database);
     const CString code = result == ERROR_SUCCESS ? FirstCode(database.get()) : CString();
     if (code.IsEmpty()) {

@@ -4,6 +4,7 @@
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/made_up_media.h"
+#include "host/silent_installer.h"
 
 #include <msiquery.h>
 
@@ -53,7 +54,7 @@ CString FindMissingPackage(const Media& media, const std::vector<ProductDescript
 HostError CheckPackage(const CString& file)
 {
     const SilentInstaller silent;
-    MsiHandle database;
+    CInstallerHandle database;
     const unsigned int result = OpenDatabase(file, MSIDBOPEN_READONLY, database);
     if (result != ERROR_SUCCESS) {
         return {result, HostSentence(HostText::MediaPackageBroken, {file, SystemReason(result)})};

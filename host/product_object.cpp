@@ -5,6 +5,7 @@
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/media.h"
+#include "host/silent_installer.h"
 #include "include/shortcut_strings.h"
 
 #include <msiquery.h>

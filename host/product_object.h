@@ -3,9 +3,9 @@
 
 #include "host/deployment_file.h"
 #include "host/directories.h"
-#include "host/handles.h"
 #include "host/setup_description.h"
 #include "include/product.h"
+#include "msi/installer_handle.h"
 
 #include <memory>
 #include <vector>
@@ -75,7 +75,7 @@ private:
     CString m_strRelativeFile;
     CString m_strOriginalFile;
     CString m_strWorkFile;
-    MsiHandle m_database;
+    CInstallerHandle m_database;
     std::unique_ptr<FeatureManager> m_features;
     std::unique_ptr<DirectoryManager> m_directories;
     PropertyStore m_properties;

@@ -42,8 +42,8 @@ void CopyForReadingBack(BuildRun& run, const CString& source, const CString& tar
 void VerifyBuilt(const CString& path, const DatabaseSnapshot& expected, const CString& packageCode,
                  const std::function<void()>& poll)
 {
-    const InstallerObject database = OpenDatabaseToRead(path);
-    const DatabaseSnapshot found = ReadSnapshot(database.Get(), path, poll);
+    const CInstallerHandle database = OpenDatabaseToRead(path);
+    const DatabaseSnapshot found = ReadSnapshot(database.get(), path, poll);
     const std::vector<RowDifference> differences = CompareSnapshots(expected, found);
     if (!differences.empty()) {
         throw BuildFailure{
@@ -54,7 +54,7 @@ void VerifyBuilt(const CString& path, const DatabaseSnapshot& expected, const CS
                 L" rows in all. Nothing was published. Start the build again; when this comes back, "
                 L"keep the log and report it."};
     }
-    if (!(ReadPackageCode(database.Get(), path) == packageCode)) {
+    if (!(ReadPackageCode(database.get(), path) == packageCode)) {
         throw BuildFailure{BUILD_DATABASE_DAMAGED,
                            L"The new package code could not be read back from the changed "
                            L"database \"" +
@@ -68,10 +68,10 @@ void FinishCopy(const CString& path, const CString& target, const DatabaseSnapsh
                 const std::function<void()>& poll)
 {
     {
-        InstallerObject copy;
-        CheckInstaller(MsiOpenDatabaseW(path, MSIDBOPEN_TRANSACT, copy.Put()), L"Opening the database", path);
-        ApplyDifferences(copy.Get(), path, ReadSnapshot(copy.Get(), path, poll), finished, poll);
-        CheckInstaller(MsiDatabaseCommit(copy.Get()), L"Writing the database", path);
+        CInstallerHandle copy;
+        CheckInstaller(MsiOpenDatabaseW(path, MSIDBOPEN_TRANSACT, copy.put()), L"Opening the database", path);
+        ApplyDifferences(copy.get(), path, ReadSnapshot(copy.get(), path, poll), finished, poll);
+        CheckInstaller(MsiDatabaseCommit(copy.get()), L"Writing the database", path);
     }
     CheckInstaller(CopyStorage(path, target), L"Writing the database", target);
 }
@@ -82,15 +82,15 @@ DatabaseChanges BuildOne(BuildRun& run, const BuildDatabase& database)
     DatabaseChanges changes;
     changes.strTarget = database.strTarget;
     changes.strProductName = database.strProductName;
-    const InstallerObject vendors = OpenDatabaseToRead(database.strOriginal);
-    changes.strOldPackageCode = ReadPackageCode(vendors.Get(), database.strOriginal);
+    const CInstallerHandle vendors = OpenDatabaseToRead(database.strOriginal);
+    changes.strOldPackageCode = ReadPackageCode(vendors.get(), database.strOriginal);
     changes.strNewPackageCode = changes.strOldPackageCode;
     if (database.hDatabase == 0) {
         return changes;
     }
     // This reads every table of the handle, which a commit under Wine depends on (docs/building-deployments.md).
     DatabaseSnapshot wanted = ReadSnapshot(database.hDatabase, database.strWorkingCopy, poll);
-    const DatabaseSnapshot original = ReadSnapshot(vendors.Get(), database.strOriginal, poll);
+    const DatabaseSnapshot original = ReadSnapshot(vendors.get(), database.strOriginal, poll);
     UserFileBuild userFiles(run, database, wanted);
     userFiles.Decide(wanted);
     changes.rows = CompareSnapshots(original, wanted);

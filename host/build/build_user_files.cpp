@@ -56,21 +56,21 @@ std::vector<RecordedFile> RecordedFiles(const BuildDatabase& database)
         return files;
     }
     const CString what = L"Reading the added files of";
-    InstallerObject view;
+    CInstallerHandle view;
     CheckInstaller(
         MsiDatabaseOpenViewW(database.hDatabase,
                              L"SELECT `Component_`,`SourceFileName` FROM `TarnCustomFile` WHERE `Flags`=0",
-                             view.Put()),
+                             view.put()),
         what, database.strWorkingCopy);
-    CheckInstaller(MsiViewExecute(view.Get(), 0), what, database.strWorkingCopy);
+    CheckInstaller(MsiViewExecute(view.get(), 0), what, database.strWorkingCopy);
     for (;;) {
-        InstallerObject record;
-        const UINT code = MsiViewFetch(view.Get(), record.Put());
+        CInstallerHandle record;
+        const UINT code = MsiViewFetch(view.get(), record.put());
         if (code == ERROR_NO_MORE_ITEMS) {
             return files;
         }
         CheckInstaller(code, what, database.strWorkingCopy);
-        const RecordedFile file{ReadRecordField(record.Get(), 1), ReadRecordField(record.Get(), 2)};
+        const RecordedFile file{ReadRecordField(record.get(), 1), ReadRecordField(record.get(), 2)};
         if (IsUserKey(file.strKey)) {
             files.push_back(file);
         }

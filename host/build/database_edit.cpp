@@ -92,23 +92,23 @@ private:
         const CString what = L"Finishing the rows of the added files in";
         if (!(statement == m_statement)) {
             m_statement.Empty();
-            m_view = InstallerObject();
-            CheckInstaller(MsiDatabaseOpenViewW(m_database, statement, m_view.Put()), what, m_path);
+            m_view = CInstallerHandle();
+            CheckInstaller(MsiDatabaseOpenViewW(m_database, statement, m_view.put()), what, m_path);
             m_statement = statement;
         }
-        const InstallerObject record(MsiCreateRecord(static_cast<UINT>(values.size())));
+        const CInstallerHandle record(MsiCreateRecord(static_cast<UINT>(values.size())));
         UINT field = 0;
         for (const Value& value : values) {
             ++field;
             if (value.text.IsEmpty()) {
                 continue; // null, for numbers and texts alike
             }
-            CheckInstaller(value.isNumber ? MsiRecordSetInteger(record.Get(), field, ToNumber(value.text))
-                                          : MsiRecordSetStringW(record.Get(), field, value.text),
+            CheckInstaller(value.isNumber ? MsiRecordSetInteger(record.get(), field, ToNumber(value.text))
+                                          : MsiRecordSetStringW(record.get(), field, value.text),
                            what, m_path);
         }
-        CheckInstaller(MsiViewExecute(m_view.Get(), record.Get()), what, m_path);
-        CheckInstaller(MsiViewClose(m_view.Get()), what, m_path);
+        CheckInstaller(MsiViewExecute(m_view.get(), record.get()), what, m_path);
+        CheckInstaller(MsiViewClose(m_view.get()), what, m_path);
     }
 
     static int ToNumber(const CString& text)
@@ -122,7 +122,7 @@ private:
     MSIHANDLE m_database;
     CString m_path;
     CString m_statement;
-    InstallerObject m_view;
+    CInstallerHandle m_view;
 };
 
 bool HasStreams(const TableSnapshot& table)

@@ -42,19 +42,19 @@ private:
         CheckInstaller(code, L"Reading " + what + L" of", m_path);
     }
 
-    InstallerObject Query(const CString& statement, const CString& what) const
+    CInstallerHandle Query(const CString& statement, const CString& what) const
     {
-        InstallerObject view;
-        Check(MsiDatabaseOpenViewW(m_database, statement, view.Put()), what);
-        Check(MsiViewExecute(view.Get(), 0), what);
+        CInstallerHandle view;
+        Check(MsiDatabaseOpenViewW(m_database, statement, view.put()), what);
+        Check(MsiViewExecute(view.get(), 0), what);
         return view;
     }
 
     // False after the last row.
-    bool Fetch(const InstallerObject& view, InstallerObject& record, const CString& what) const
+    bool Fetch(const CInstallerHandle& view, CInstallerHandle& record, const CString& what) const
     {
-        InstallerObject fetched;
-        const UINT code = MsiViewFetch(view.Get(), fetched.Put());
+        CInstallerHandle fetched;
+        const UINT code = MsiViewFetch(view.get(), fetched.put());
         if (code == ERROR_NO_MORE_ITEMS) {
             return false;
         }
@@ -65,11 +65,11 @@ private:
 
     std::vector<CString> TableNames()
     {
-        const InstallerObject view = Query(L"SELECT `Name` FROM `_Tables`", L"the list of tables");
+        const CInstallerHandle view = Query(L"SELECT `Name` FROM `_Tables`", L"the list of tables");
         std::vector<CString> names;
-        InstallerObject record;
+        CInstallerHandle record;
         while (Fetch(view, record, L"the list of tables")) {
-            names.push_back(ReadText(record.Get(), 1));
+            names.push_back(ReadText(record.get(), 1));
         }
         return names;
     }
@@ -78,41 +78,41 @@ private:
     {
         const CString what = L"the table " + name;
         m_poll();
-        const InstallerObject view = Query(L"SELECT * FROM `" + name + L"`", what);
+        const CInstallerHandle view = Query(L"SELECT * FROM `" + name + L"`", what);
         TableSnapshot table;
         table.columns = ReadColumns(view, MSICOLINFO_NAMES, what);
         table.columnTypes = ReadColumns(view, MSICOLINFO_TYPES, what);
         table.keyColumns = name == g_streams ? 1 : CountKeys(name);
-        InstallerObject record;
+        CInstallerHandle record;
         while (Fetch(view, record, what)) {
             RowValues values;
             values.reserve(table.columns.size());
             for (std::size_t index = 0; index < table.columns.size(); ++index) {
                 values.push_back(IsStreamType(table.columnTypes[index])
-                                     ? ReadStream(record.Get(), static_cast<UINT>(index + 1), what)
-                                     : ReadText(record.Get(), static_cast<UINT>(index + 1)));
+                                     ? ReadStream(record.get(), static_cast<UINT>(index + 1), what)
+                                     : ReadText(record.get(), static_cast<UINT>(index + 1)));
             }
             table.rows[{values.begin(), values.begin() + table.keyColumns}] = std::move(values);
         }
         return table;
     }
 
-    std::vector<CString> ReadColumns(const InstallerObject& view, MSICOLINFO kind, const CString& what)
+    std::vector<CString> ReadColumns(const CInstallerHandle& view, MSICOLINFO kind, const CString& what)
     {
-        InstallerObject record;
-        Check(MsiViewGetColumnInfo(view.Get(), kind, record.Put()), what);
+        CInstallerHandle record;
+        Check(MsiViewGetColumnInfo(view.get(), kind, record.put()), what);
         std::vector<CString> names;
-        for (UINT field = 1; field <= MsiRecordGetFieldCount(record.Get()); ++field) {
-            names.push_back(ReadText(record.Get(), field));
+        for (UINT field = 1; field <= MsiRecordGetFieldCount(record.get()); ++field) {
+            names.push_back(ReadText(record.get(), field));
         }
         return names;
     }
 
     int CountKeys(const CString& name)
     {
-        InstallerObject record;
-        Check(MsiDatabaseGetPrimaryKeysW(m_database, name, record.Put()), L"the keys of the table " + name);
-        return static_cast<int>(MsiRecordGetFieldCount(record.Get()));
+        CInstallerHandle record;
+        Check(MsiDatabaseGetPrimaryKeysW(m_database, name, record.put()), L"the keys of the table " + name);
+        return static_cast<int>(MsiRecordGetFieldCount(record.get()));
     }
 
     CString ReadText(MSIHANDLE record, UINT field)
@@ -180,10 +180,10 @@ void CheckInstaller(unsigned int code, const CString& operation, const CString& 
     }
 }
 
-InstallerObject OpenDatabaseToRead(const CString& path)
+CInstallerHandle OpenDatabaseToRead(const CString& path)
 {
-    InstallerObject database;
-    CheckInstaller(MsiOpenDatabaseW(path, MSIDBOPEN_READONLY, database.Put()), L"Opening the database", path);
+    CInstallerHandle database;
+    CheckInstaller(MsiOpenDatabaseW(path, MSIDBOPEN_READONLY, database.put()), L"Opening the database", path);
     return database;
 }
 
@@ -208,29 +208,29 @@ CString ReadRecordField(MSIHANDLE record, UINT field)
 
 bool IsPackageCompressed(MSIHANDLE database, const CString& path)
 {
-    InstallerObject summary;
-    CheckInstaller(MsiGetSummaryInformationW(database, nullptr, 0, summary.Put()),
+    CInstallerHandle summary;
+    CheckInstaller(MsiGetSummaryInformationW(database, nullptr, 0, summary.put()),
                    L"Reading the summary information of", path);
     UINT type = 0;
     INT words = 0;
     FILETIME time = {};
     DWORD length = 0;
-    const UINT code = MsiSummaryInfoGetPropertyW(summary.Get(), PROPERTY_WORD_COUNT, &type, &words, &time,
+    const UINT code = MsiSummaryInfoGetPropertyW(summary.get(), PROPERTY_WORD_COUNT, &type, &words, &time,
                                                  nullptr, &length);
     return code == ERROR_SUCCESS && (words & WORD_COUNT_COMPRESSED) != 0;
 }
 
 CString ReadPackageCode(MSIHANDLE database, const CString& path)
 {
-    InstallerObject summary;
-    CheckInstaller(MsiGetSummaryInformationW(database, nullptr, 0, summary.Put()),
+    CInstallerHandle summary;
+    CheckInstaller(MsiGetSummaryInformationW(database, nullptr, 0, summary.put()),
                    L"Reading the summary information of", path);
     UINT type = 0;
     INT number = 0;
     FILETIME time = {};
     wchar_t text[256] = L"";
     DWORD length = ARRAYSIZE(text);
-    CheckInstaller(MsiSummaryInfoGetPropertyW(summary.Get(), PROPERTY_REVISION_NUMBER, &type, &number, &time,
+    CheckInstaller(MsiSummaryInfoGetPropertyW(summary.get(), PROPERTY_REVISION_NUMBER, &type, &number, &time,
                                               text, &length),
                    L"Reading the package code of", path);
     return text;
@@ -238,11 +238,11 @@ CString ReadPackageCode(MSIHANDLE database, const CString& path)
 
 void WritePackageCode(MSIHANDLE database, const CString& packageCode, const CString& path)
 {
-    InstallerObject summary;
-    CheckInstaller(MsiGetSummaryInformationW(database, nullptr, 1, summary.Put()),
+    CInstallerHandle summary;
+    CheckInstaller(MsiGetSummaryInformationW(database, nullptr, 1, summary.put()),
                    L"Opening the summary information of", path);
-    CheckInstaller(MsiSummaryInfoSetPropertyW(summary.Get(), PROPERTY_REVISION_NUMBER, VT_LPSTR, 0, nullptr,
+    CheckInstaller(MsiSummaryInfoSetPropertyW(summary.get(), PROPERTY_REVISION_NUMBER, VT_LPSTR, 0, nullptr,
                                               packageCode),
                    L"Writing the package code of", path);
-    CheckInstaller(MsiSummaryInfoPersist(summary.Get()), L"Writing the summary information of", path);
+    CheckInstaller(MsiSummaryInfoPersist(summary.get()), L"Writing the summary information of", path);
 }

@@ -2,46 +2,16 @@
 #pragma once
 
 #include "host/build/change_report.h"
-
-#include <windows.h>
-
-#include <msi.h>
-#include <msiquery.h>
+#include "msi/installer_handle.h"
 
 #include <objidl.h>
 
 #include <functional>
-#include <utility>
-
-// Owns an installer handle.
-class InstallerObject
-{
-public:
-    InstallerObject() = default;
-    explicit InstallerObject(MSIHANDLE handle) : m_handle(handle) {}
-    InstallerObject(InstallerObject&& other) noexcept : m_handle(std::exchange(other.m_handle, 0)) {}
-    InstallerObject& operator=(InstallerObject&& other) noexcept
-    {
-        std::swap(m_handle, other.m_handle);
-        return *this;
-    }
-    ~InstallerObject()
-    {
-        if (m_handle) {
-            MsiCloseHandle(m_handle);
-        }
-    }
-    MSIHANDLE Get() const { return m_handle; }
-    MSIHANDLE* Put() { return &m_handle; }
-
-private:
-    MSIHANDLE m_handle = 0;
-};
 
 // What messages name a failure with: "Reading the table File of C:\...\Zolt.msi".
 void CheckInstaller(unsigned int code, const CString& operation, const CString& path);
 
-InstallerObject OpenDatabaseToRead(const CString& path);
+CInstallerHandle OpenDatabaseToRead(const CString& path);
 
 // Every table with every row, and the streams that belong to no table; uncommitted changes included. `path` names
 // the database in messages. `poll` is called now and then and may throw.

@@ -99,11 +99,11 @@ protected:
 
     static int CountRows(CProduct& product, const wchar_t* query)
     {
-        MsiHandle view;
-        EXPECT_EQ(MsiDatabaseOpenViewW(product.GetMsiHandle(), query, view.Receive()), 0u);
+        CInstallerHandle view;
+        EXPECT_EQ(MsiDatabaseOpenViewW(product.GetMsiHandle(), query, view.put()), 0u);
         EXPECT_EQ(MsiViewExecute(view.get(), 0), 0u);
         int count = 0;
-        for (MsiHandle record; MsiViewFetch(view.get(), record.Receive()) == ERROR_SUCCESS;) {
+        for (CInstallerHandle record; MsiViewFetch(view.get(), record.put()) == ERROR_SUCCESS;) {
             ++count;
         }
         return count;
@@ -111,14 +111,14 @@ protected:
 
     static CString SourceOf(CProduct& product, const CString& key)
     {
-        MsiHandle view;
+        CInstallerHandle view;
         const CString query =
             L"SELECT `SourceFileName` FROM `TarnCustomFile` WHERE `Component_`='" + key + L"'";
-        EXPECT_EQ(MsiDatabaseOpenViewW(product.GetMsiHandle(), query, view.Receive()), 0u);
+        EXPECT_EQ(MsiDatabaseOpenViewW(product.GetMsiHandle(), query, view.put()), 0u);
         EXPECT_EQ(MsiViewExecute(view.get(), 0), 0u);
-        MsiHandle record;
+        CInstallerHandle record;
         CString source = L"(none)";
-        if (MsiViewFetch(view.get(), record.Receive()) == ERROR_SUCCESS) {
+        if (MsiViewFetch(view.get(), record.put()) == ERROR_SUCCESS) {
             EXPECT_TRUE(ReadRecordText(record.get(), 1, source));
         }
         return source;

@@ -170,9 +170,9 @@ TEST_F(BuildThroughHostTest, APropertyThatAPageWroteOnTheHandleIsInTheBuiltDatab
     Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), L"North");
     ASSERT_TRUE(WriteProperty(manager.m_pProducts->at(0)->GetMsiHandle(), L"MC3_ENABLED", L"#1"));
     Build();
-    MsiHandle built;
-    ASSERT_EQ(MsiOpenDatabaseW(location + L"North\\Image\\x64\\Zolt\\Zolt.msi", MSIDBOPEN_READONLY,
-                               built.Receive()),
-              0u);
+    CInstallerHandle built;
+    ASSERT_EQ(
+        MsiOpenDatabaseW(location + L"North\\Image\\x64\\Zolt\\Zolt.msi", MSIDBOPEN_READONLY, built.put()),
+        0u);
     EXPECT_EQ(ReadProperty(built.get(), L"MC3_ENABLED"), CString(L"#1"));
 }

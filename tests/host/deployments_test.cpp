@@ -58,8 +58,8 @@ CString Stored(CProduct& product, const wchar_t* name)
 
 void ChangeImage(const CString& package, const wchar_t* value)
 {
-    MsiHandle database;
-    ASSERT_EQ(MsiOpenDatabaseW(package, MSIDBOPEN_TRANSACT, database.Receive()), 0u);
+    CInstallerHandle database;
+    ASSERT_EQ(MsiOpenDatabaseW(package, MSIDBOPEN_TRANSACT, database.put()), 0u);
     CString statement;
     statement.Format(L"INSERT INTO `Property` (`Property`,`Value`) VALUES ('ZOLT_CHANGED','%s')", value);
     ASSERT_EQ(RunSql(database.get(), statement), 0u);

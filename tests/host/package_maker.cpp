@@ -33,8 +33,8 @@ void WriteText(const CString& path, const CString& text)
 
 unsigned int RunSql(MSIHANDLE database, const wchar_t* statement)
 {
-    MsiHandle view;
-    UINT result = MsiDatabaseOpenViewW(database, statement, view.Receive());
+    CInstallerHandle view;
+    UINT result = MsiDatabaseOpenViewW(database, statement, view.put());
     if (result == ERROR_SUCCESS) {
         result = MsiViewExecute(view.get(), 0);
     }
@@ -44,8 +44,8 @@ unsigned int RunSql(MSIHANDLE database, const wchar_t* statement)
 void MakePackage(const CString& path, const PackageForm& form)
 {
     ASSERT_EQ(MakeFolders(ParentFolder(path)), 0u);
-    MsiHandle database;
-    ASSERT_EQ(MsiOpenDatabaseW(path, MSIDBOPEN_CREATE, database.Receive()), 0u);
+    CInstallerHandle database;
+    ASSERT_EQ(MsiOpenDatabaseW(path, MSIDBOPEN_CREATE, database.put()), 0u);
     const wchar_t* always[] = {
         L"CREATE TABLE `Property` (`Property` CHAR(72) NOT NULL, `Value` LONGCHAR NOT NULL LOCALIZABLE "
         L"PRIMARY KEY "
@@ -92,8 +92,8 @@ void MakePackage(const CString& path, const PackageForm& form)
                          L"('INSTALLDIR','ProgramFiles64Folder','ZOLT|Zolt Test')"),
                   0u);
     }
-    MsiHandle summary;
-    ASSERT_EQ(MsiGetSummaryInformationW(database.get(), nullptr, 10, summary.Receive()), 0u);
+    CInstallerHandle summary;
+    ASSERT_EQ(MsiGetSummaryInformationW(database.get(), nullptr, 10, summary.put()), 0u);
     MsiSummaryInfoSetPropertyW(summary.get(), 7, VT_LPSTR, 0, nullptr, form.pszTemplate);
     MsiSummaryInfoSetPropertyW(summary.get(), 9, VT_LPSTR, 0, nullptr,
                                L"{99999999-2222-3333-4444-555555555555}");

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "host/files.h"
-#include "host/handles.h"
 #include "host/media.h"
 #include "host/setup_host.h"
+#include "msi/installer_handle.h"
 #include "tests/host/outside_links.h"
 #include "tests/support/text.h"
 

@@ -30,8 +30,8 @@ Rows Select(MSIHANDLE database, const CString& query)
 
 unsigned int OpenResult(MSIHANDLE database, const CString& statement)
 {
-    MsiHandle view;
-    return MsiDatabaseOpenViewW(database, statement, view.Receive());
+    CInstallerHandle view;
+    return MsiDatabaseOpenViewW(database, statement, view.put());
 }
 
 void PrintTo(const Rows& rows, std::ostream* stream)
@@ -46,14 +46,14 @@ void PrintTo(const Rows& rows, std::ostream* stream)
 
 void DatabaseTest::SetUp()
 {
-    ASSERT_EQ(MsiOpenDatabaseW(m_folder + L"Zolt.msi", MSIDBOPEN_CREATE, m_database.Receive()), 0u);
+    ASSERT_EQ(MsiOpenDatabaseW(m_folder + L"Zolt.msi", MSIDBOPEN_CREATE, m_database.put()), 0u);
     CString failed;
     ASSERT_EQ(AddMissingTables(m_database.get(), failed), 0u) << Utf8(failed);
 }
 
 void DatabaseTest::TearDown()
 {
-    m_database.Close();
+    m_database.reset();
     EXPECT_EQ(MsiCloseAllHandles(), 0u) << "installer handles were left open";
 }
 
@@ -70,6 +70,6 @@ void DatabaseTest::ReopenReadOnly()
 
 void DatabaseTest::ReopenFile()
 {
-    m_database.Close();
-    ASSERT_EQ(MsiOpenDatabaseW(m_folder + L"Zolt.msi", MSIDBOPEN_READONLY, m_database.Receive()), 0u);
+    m_database.reset();
+    ASSERT_EQ(MsiOpenDatabaseW(m_folder + L"Zolt.msi", MSIDBOPEN_READONLY, m_database.put()), 0u);
 }

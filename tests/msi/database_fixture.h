@@ -1,7 +1,7 @@
 // A fresh database with all tables that the pages need, made and read back with the service's own calls.
 #pragma once
 
-#include "host/handles.h"
+#include "msi/installer_handle.h"
 #include "tests/host/package_maker.h"
 #include "tests/support/text.h"
 
@@ -40,5 +40,5 @@ protected:
 
 private:
     ScratchFolder m_folder{L"msi"};
-    MsiHandle m_database;
+    CInstallerHandle m_database;
 };

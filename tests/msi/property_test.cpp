@@ -1,5 +1,6 @@
 // Properties and record texts on an open database.
 #include "host/database.h"
+#include "host/silent_installer.h"
 #include "include/product.h"
 #include "msi/installer_handle.h"
 #include "msi/msi_property.h"
@@ -296,14 +297,14 @@ TEST_F(ProductTextTest, ASessionOfTheServiceAnswersInTheSameShape)
     MakePackage(folder + L"Other.msi");
     const CString value(L's', 1500);
     {
-        MsiHandle package;
-        ASSERT_EQ(MsiOpenDatabaseW(folder + L"Other.msi", MSIDBOPEN_DIRECT, package.Receive()), 0u);
+        CInstallerHandle package;
+        ASSERT_EQ(MsiOpenDatabaseW(folder + L"Other.msi", MSIDBOPEN_DIRECT, package.put()), 0u);
         ASSERT_TRUE(WriteProperty(package.get(), L"LONG", value));
         const SilentInstaller silent;
-        MsiHandle session;
+        CInstallerHandle session;
         CString name;
         name.Format(L"#%lu", package.get());
-        ASSERT_EQ(MsiOpenPackageExW(name, MSIOPENPACKAGEFLAGS_IGNOREMACHINESTATE, session.Receive()), 0u);
+        ASSERT_EQ(MsiOpenPackageExW(name, MSIOPENPACKAGEFLAGS_IGNOREMACHINESTATE, session.put()), 0u);
         EXPECT_TRUE(GetInstallerText(session.get(), L"LONG", text, CountedSessionProperty));
     }
     EXPECT_EQ(g_calls, 2);

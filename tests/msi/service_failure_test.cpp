@@ -149,11 +149,11 @@ TEST_P(RowFailureTest, NoActionSucceedsOnHandleZero)
 
 TEST_P(RowFailureTest, NoActionSucceedsOnAClosedDatabase)
 {
-    MsiHandle database;
+    CInstallerHandle database;
     const ScratchFolder folder(L"closed");
-    ASSERT_EQ(MsiOpenDatabaseW(folder + L"Zolt.msi", MSIDBOPEN_CREATE, database.Receive()), 0u);
+    ASSERT_EQ(MsiOpenDatabaseW(folder + L"Zolt.msi", MSIDBOPEN_CREATE, database.put()), 0u);
     const InstallerHandle closed = database.get();
-    database.Close();
+    database.reset();
     EXPECT_EQ(Successes(closed), "");
 }
 
@@ -409,11 +409,11 @@ TEST_F(PropertyFailureTest, HandleZeroGivesNothing)
 
 TEST_F(PropertyFailureTest, AClosedDatabaseGivesNothing)
 {
-    MsiHandle database;
+    CInstallerHandle database;
     const ScratchFolder folder(L"closed");
-    ASSERT_EQ(MsiOpenDatabaseW(folder + L"Zolt.msi", MSIDBOPEN_CREATE, database.Receive()), 0u);
+    ASSERT_EQ(MsiOpenDatabaseW(folder + L"Zolt.msi", MSIDBOPEN_CREATE, database.put()), 0u);
     const InstallerHandle closed = database.get();
-    database.Close();
+    database.reset();
     ExpectNothing(closed, L"A");
 }
 
