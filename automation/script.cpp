@@ -48,9 +48,16 @@ public:
         TryAtOnce();
     }
 
+    void Stop()
+    {
+        ending = {};
+        KillTimer(m_window, TRY_TIMER);
+    }
+
     std::deque<NamedStep> steps;
     std::ptrdiff_t added = 0; // steps that the running one has put in front
     Step watcher;
+    NamedStep ending;
     std::function<void()> failureHandler;
     DWORD deadline = DEFAULT_DEADLINE;
     CString failure;
@@ -71,8 +78,10 @@ private:
     void Try()
     {
         KillTimer(m_window, TRY_TIMER);
-        if (steps.empty() || !failure.IsEmpty())
+        if (!failure.IsEmpty())
             return;
+        if (steps.empty())
+            return TryEnding();
         const StepOutcome watched = Run(watcher);
         if (watched.IsFailed())
             return Fail(watched.GetReason());
@@ -100,9 +109,23 @@ private:
             return TryAtOnce();
         steps.push_front(std::move(step));
         m_since = since;
+        TryAgain(outcome);
+    }
+
+    void TryEnding()
+    {
+        if (!ending.run)
+            return;
+        const StepOutcome outcome = Run(ending.run);
+        if (!outcome.IsDone())
+            TryAgain(outcome);
+    }
+
+    void TryAgain(const StepOutcome& outcome)
+    {
         if (outcome.IsFailed())
             Fail(outcome.GetReason());
-        else if (GetTickCount64() - since > deadline)
+        else if (GetTickCount64() - m_since > deadline)
             Fail(L"waited " + NumberText(deadline / 1000) + L" seconds, but " + outcome.GetReason());
         else
             TrySoon();
@@ -120,7 +143,7 @@ private:
 
     void Fail(const CString& reason)
     {
-        const CString name = steps.empty() ? CString() : steps.front().name;
+        const CString name = steps.empty() ? ending.name : steps.front().name;
         failure = L"Step \"" + name + L"\" failed: " + reason + L"\nWindows: " + DescribeThreadWindows();
         if (failureHandler)
             failureHandler();
@@ -162,9 +185,19 @@ void CScript::SetDeadline(DWORD milliseconds)
     m_player->deadline = milliseconds;
 }
 
+void CScript::SetEnding(const CString& name, Step ending)
+{
+    m_player->ending = {name, std::move(ending)};
+}
+
 void CScript::Start()
 {
     m_player->Start();
+}
+
+void CScript::Stop()
+{
+    m_player->Stop();
 }
 
 bool CScript::IsFinished() const

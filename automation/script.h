@@ -44,8 +44,14 @@ public:
     // closes what stands open.
     void SetFailureHandler(std::function<void()> handler);
     void SetDeadline(DWORD milliseconds);
+    // What is waited for once all steps are done, with the deadline of a step: "not yet" is the usual answer until
+    // the window's loop has ended, so that a window that stays fails the script instead of holding it for ever. It is
+    // no step: the script counts as finished meanwhile.
+    void SetEnding(const CString& name, Step ending);
 
     void Start();
+    // No more tries until the next start; the ending is forgotten. For the caller whose loop has ended.
+    void Stop();
 
     bool IsFinished() const; // all steps done
     bool HasFailed() const;

@@ -46,11 +46,16 @@ protected:
 
     void Play()
     {
-        script.SetFailureHandler([] { PostQuitMessage(1); });
         script.Add(L"leave the loop", [] {
             PostQuitMessage(0);
             return StepOutcome::Done();
         });
+        PlayUntilTheLoopIsLeft();
+    }
+
+    void PlayUntilTheLoopIsLeft()
+    {
+        script.SetFailureHandler([] { PostQuitMessage(1); });
         script.Start();
         for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0;) {
             if (!IsDialogMessageW(dialog, &message)) {
@@ -276,6 +281,50 @@ TEST_F(Fixture, AWatcherHoldsTheStepsWhileItIsBusy)
     Play();
     EXPECT_EQ(script.GetFailure(), CString());
     EXPECT_GE(looks, 3);
+}
+
+TEST_F(Fixture, AWindowThatStaysBehindTheLastStepFailsTheScriptInsteadOfHoldingIt)
+{
+    int steps = 0;
+    script.SetDeadline(50);
+    script.SetEnding(L"the end", [] { return StepOutcome::NotYet(L"the window is still up"); });
+    script.Add(L"look", [&] {
+        ++steps;
+        return StepOutcome::Done();
+    });
+    PlayUntilTheLoopIsLeft();
+    EXPECT_EQ(steps, 1);
+    EXPECT_GE(script.GetFailure().Find(L"Step \"the end\" failed: waited"), 0) << Utf8(script.GetFailure());
+    EXPECT_GE(script.GetFailure().Find(L"the window is still up"), 0) << Utf8(script.GetFailure());
+}
+
+TEST_F(Fixture, AScriptThatWaitsForItsEndingCountsAsFinished)
+{
+    int looks = 0;
+    script.SetEnding(L"the end", [&] {
+        if (++looks == 3) {
+            EXPECT_TRUE(script.IsFinished());
+            EXPECT_EQ(script.GetCurrentStep(), CString());
+            PostQuitMessage(0);
+        }
+        return StepOutcome::NotYet(L"the window is still up");
+    });
+    PlayUntilTheLoopIsLeft();
+    EXPECT_EQ(looks, 3);
+    EXPECT_EQ(script.GetFailure(), CString());
+}
+
+TEST_F(Fixture, AStoppedScriptForgetsItsEnding)
+{
+    int looks = 0;
+    script.SetEnding(L"the end", [&] {
+        ++looks;
+        return StepOutcome::NotYet(L"the window is still up");
+    });
+    script.Stop();
+    Play();
+    EXPECT_EQ(looks, 0);
+    EXPECT_EQ(script.GetFailure(), CString());
 }
 
 struct BoxCase

@@ -227,8 +227,15 @@ void ConfigureTest::Answer(int button, const CString& text)
 int ConfigureTest::Run()
 {
     m_dialog = std::make_unique<CConfigureDialog>(host.manager, m_tabs, options);
+    script.SetEnding(L"the dialog's end", [] {
+        if (const auto box = FindMessageBox()) {
+            return StepOutcome::Failed(L"an unexpected message box is up: " + box->Describe());
+        }
+        return StepOutcome::NotYet(L"the dialog is still up");
+    });
     script.Start();
     const int result = m_dialog->Run();
+    script.Stop();
     EXPECT_FALSE(script.HasFailed()) << Utf8(script.GetFailure());
     EXPECT_TRUE(script.HasFailed() || script.IsFinished())
         << "left before: " << Utf8(script.GetCurrentStep());

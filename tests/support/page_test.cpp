@@ -289,10 +289,21 @@ StepOutcome PageTest::MeetBox(const ExpectedBox& expected, int button, const std
 
 // ---- playing
 
+// A box that nobody expects, or a page that stays, would otherwise hold the test program for ever.
+void PageTest::StartScript()
+{
+    script.SetEnding(L"the page's end", [] {
+        if (const std::optional<MessageBoxView> box = FindMessageBox())
+            return StepOutcome::Failed(L"an unexpected message box is up: " + box->Describe());
+        return StepOutcome::NotYet(L"the page is still up");
+    });
+    script.Start();
+}
+
 int PageTest::Show(PageFunction page)
 {
     m_page = nullptr;
-    script.Start();
+    StartScript();
     const int result = page(&context);
     ReportFailure();
     return result;
@@ -305,7 +316,7 @@ UINT PageTest::ShowTab(TabFunction page)
         CTabHost tabs;
         m_page = tabs.Open(page, context);
         if (m_page) {
-            script.Start();
+            StartScript();
             asked = tabs.Run();
         } else {
             ADD_FAILURE() << "the page was not made";
@@ -332,9 +343,10 @@ void PageTest::Play()
     ReportFailure();
 }
 
-void PageTest::ReportFailure() const
+void PageTest::ReportFailure()
 {
     StopClosing();
+    script.Stop();
     if (script.HasFailed())
         ADD_FAILURE() << Utf8(script.GetFailure());
     else if (!script.IsFinished())

@@ -113,7 +113,8 @@ private:
     StepOutcome MeetBox(const ExpectedBox& expected, int button, const std::function<void()>& look);
     CString ExpectedBoxText(const ExpectedBox& expected) const;
     bool BelongsToPage(HWND owner) const;
-    void ReportFailure() const;
+    void StartScript();
+    void ReportFailure();
     void WarmUp();
 
     ProcessState m_before;
