@@ -84,4 +84,16 @@ function(rollout_add_fuzzer name)
     add_executable(${name} ${arg_FILES})
     target_compile_options(${name} PRIVATE ${ROLLOUT_WARNINGS})
     target_link_libraries(${name} PRIVATE ${arg_LINK} -fsanitize=fuzzer)
+    set_property(GLOBAL APPEND PROPERTY ROLLOUT_FUZZERS ${name})
+endfunction()
+
+# rollout_list_programs(PROPERTY FILE): the paths of the programs made so far, one a line, into the build tree. The
+# script `test` runs these and not what it finds: a program that is made no more may still lie there.
+function(rollout_list_programs property file)
+    get_property(names GLOBAL PROPERTY ${property})
+    set(lines "")
+    foreach(name ${names})
+        string(APPEND lines "$<TARGET_FILE:${name}>\n")
+    endforeach()
+    file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/${file} CONTENT "${lines}")
 endfunction()

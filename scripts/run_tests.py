@@ -3,7 +3,7 @@
 
 Three kinds: checks (functions of tests/checks and tests/end_to_end, by Python's unittest), GoogleTest programs (native
 and under Wine), and fuzzers for a bounded time. Programs for Wine run in two lanes, each with a prefix, a display and
-a core of its own; which lane a program takes stands in LANES.
+a core of its own; which programs take the second stands in SECOND_LANE. The build lists its programs.
 """
 
 import glob
@@ -122,10 +122,15 @@ def run_check(tally, test):
         print("%-60s %5.1f s" % (test.id(), elapsed), flush=True)
 
 
+def built_programs(tree, file):
+    with open(os.path.join(BUILD, tree, file), encoding="utf-8") as listed:
+        return sorted(listed.read().split("\n")[:-1])
+
+
 def run_fuzzers(tally, pattern):
-    for program in sorted(glob.glob(os.path.join(BUILD, "native", "fuzz", "*"))):
+    for program in built_programs("native", "fuzzers.txt"):
         name = os.path.basename(program)
-        if not os.access(program, os.X_OK) or os.path.isdir(program) or pattern not in "fuzz " + name:
+        if pattern not in "fuzz " + name:
             continue
         found = os.path.join(BUILD, "fuzz-findings", name)
         corpus = os.path.join(BUILD, "fuzz-corpus", name)
@@ -158,8 +163,8 @@ def main():
     listing = "--list" in arguments
     pattern = next((word for word in arguments if not word.startswith("--")), "")
     os.makedirs(LOGS, exist_ok=True)
-    native = sorted(glob.glob(os.path.join(BUILD, "native", "tests", "**", "*_test"), recursive=True))
-    windows = sorted(glob.glob(os.path.join(BUILD, "windows", "bin", "**", "*_test.exe"), recursive=True))
+    native = built_programs("native", "tests.txt")
+    windows = built_programs("windows", "tests.txt")
     checks = [test for test in load_checks("checks") if pattern in test.id()]
     scenarios = [test for test in load_checks("end_to_end") if pattern in test.id()]
     if listing:
