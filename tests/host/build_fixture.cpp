@@ -2,12 +2,15 @@
 
 #include "host/build/build_names.h"
 #include "host/build/database_signature.h"
+#include "window/handle.h"
 
 #include <windows.h>
 
 #include <msi.h>
 #include <msiquery.h>
 #include <objidl.h>
+
+#include <iostream>
 
 namespace {
 
@@ -403,13 +406,39 @@ BuildResult TestBuild::Build()
     return BuildDeployment(plan, recorder);
 }
 
+namespace {
+
+CFileOwner CreateInheritable(const CString& path)
+{
+    SECURITY_ATTRIBUTES inheritable = {sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+    return CFileOwner(CreateFileW(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                  &inheritable, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+void CopyToStandardOutput(HANDLE file)
+{
+    SetFilePointer(file, 0, nullptr, FILE_BEGIN);
+    char bytes[1024];
+    for (DWORD count = 0; ReadFile(file, bytes, sizeof(bytes), &count, nullptr) && count != 0;) {
+        std::cout.write(bytes, count);
+    }
+    std::cout.flush();
+}
+
+} // namespace
+
 unsigned long RunProgram(const CString& commandLine)
 {
+    const TestFolder folder(L"program");
+    const CFileOwner output = CreateInheritable(folder / L"output.txt");
     STARTUPINFOW startup = {};
     startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = output.get();
+    startup.hStdError = output.get();
     PROCESS_INFORMATION process = {};
     CString line = commandLine;
-    if (!CreateProcessW(nullptr, line.GetBuffer(line.GetLength()), nullptr, nullptr, FALSE, CREATE_NO_WINDOW,
+    if (!CreateProcessW(nullptr, line.GetBuffer(line.GetLength()), nullptr, nullptr, TRUE, CREATE_NO_WINDOW,
                         nullptr, nullptr, &startup, &process)) {
         ADD_FAILURE() << "can't start " << Utf8(commandLine) << ": " << GetLastError();
         return ~0ul;
@@ -422,6 +451,7 @@ unsigned long RunProgram(const CString& commandLine)
     GetExitCodeProcess(process.hProcess, &code);
     CloseHandle(process.hProcess);
     CloseHandle(process.hThread);
+    CopyToStandardOutput(output.get());
     return code;
 }
 

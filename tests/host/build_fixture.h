@@ -86,7 +86,8 @@ private:
     InstallerHandle m_database = 0;
 };
 
-// Runs a program and waits; its exit code, or a failure of the test after a minute.
+// Runs a program and waits; its exit code, or a failure of the test after a minute. What it says is told with the
+// test, where a failure shows it.
 unsigned long RunProgram(const CString& commandLine);
 
 // What lies in the location but the deployment itself and the log of a failure.
