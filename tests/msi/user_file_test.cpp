@@ -174,25 +174,56 @@ void MakeSparseFile(const CString& path, long long size)
 
 constexpr long long GIGABYTE = 1LL << 30;
 
+class FileSizeTest : public UserFileTest
+{
+protected:
+    bool AddOfSize(long long size)
+    {
+        const CString source = static_cast<const CString&>(sources) + L"large.bin";
+        MakeSparseFile(source, size);
+        CString key;
+        return writer.AddUserFile(source, L"INSTALLDIR", key);
+    }
+};
+
 } // namespace
 
-TEST_F(UserFileTest, AFileAbove4GigabytesStoresTheLow32Bits)
+TEST_F(FileSizeTest, AFileAbove4GigabytesStoresTheLow32Bits)
 {
-    const CString source = static_cast<const CString&>(sources) + L"large.bin";
-    MakeSparseFile(source, 4 * GIGABYTE + 5);
-    CString key;
-    EXPECT_TRUE(writer.AddUserFile(source, L"INSTALLDIR", key));
+    EXPECT_TRUE(AddOfSize(4 * GIGABYTE + 5));
     EXPECT_EQ(Select(L"SELECT `FileSize` FROM `File`"), (Rows{{L"5"}}));
 }
 
 // The column holds signed numbers.
-TEST_F(UserFileTest, AFileOf3GigabytesStoresItsBitsAsANegativeNumber)
+TEST_F(FileSizeTest, AFileOf3GigabytesStoresItsBitsAsANegativeNumber)
 {
-    const CString source = static_cast<const CString&>(sources) + L"large.bin";
-    MakeSparseFile(source, 3 * GIGABYTE);
-    CString key;
-    EXPECT_TRUE(writer.AddUserFile(source, L"INSTALLDIR", key));
+    EXPECT_TRUE(AddOfSize(3 * GIGABYTE));
     EXPECT_EQ(Select(L"SELECT `FileSize` FROM `File`"), (Rows{{NumberText(-GIGABYTE)}}));
+}
+
+// Read as a signed number these sizes are the service's null, and the column must have a value.
+TEST_F(FileSizeTest, AFileOfExactly2Or6GigabytesIsRefusedAndLeavesNoRowOfItsOwn)
+{
+    EXPECT_FALSE(AddOfSize(2 * GIGABYTE));
+    EXPECT_FALSE(AddOfSize(6 * GIGABYTE));
+    EXPECT_EQ(FilledTables(), CString());
+}
+
+TEST_F(FileSizeTest, AFileThatIsRefusedForItsSizeLeavesTheUserFeatureAndItsNumberTaken)
+{
+    product->m_fileSequence = 7;
+    EXPECT_FALSE(AddOfSize(2 * GIGABYTE));
+    EXPECT_EQ(Select(L"SELECT `Level` FROM `Feature` WHERE `Feature`='_UserDeploymentFile'"), (Rows{{L"1"}}));
+    EXPECT_EQ(product->m_fileSequence, 8);
+}
+
+TEST_F(FileSizeTest, FilesOfAByteLessAndOneMoreThan2GigabytesAreWritten)
+{
+    EXPECT_TRUE(AddOfSize(2 * GIGABYTE - 1));
+    EXPECT_EQ(Select(L"SELECT `FileSize` FROM `File`"), (Rows{{L"2147483647"}}));
+    Run(L"DELETE FROM `File`");
+    EXPECT_TRUE(AddOfSize(2 * GIGABYTE + 1));
+    EXPECT_EQ(Select(L"SELECT `FileSize` FROM `File`"), (Rows{{L"-2147483647"}}));
 }
 
 TEST_F(UserFileTest, AfterARemovalTheThirdFileGetsTheNumberOfTheSecond)
