@@ -254,14 +254,11 @@ void UserFileBuild::PackCabinet(const UserCabinet& cabinet)
 
 void UserFileBuild::TellStrays()
 {
-    for (const CString& key : m_additions.strayFiles) {
-        m_run.Warn(L"An addition to " + m_database.strProductName + L" was never completed, so its file " +
-                   key + L" is left out.");
-    }
-    for (const CString& key : m_additions.strayRecords) {
-        m_run.Warn(L"An added file of " + m_database.strProductName + L" (" + key +
-                   L") lost its row in the table File and is not installed. Remove it from the additional "
-                   L"files and add it again.");
+    for (const StrayAddition& stray : m_additions.strays) {
+        m_run.Warn(
+            L"The addition \"" + stray.strName + L"\" to " + m_database.strProductName +
+            L" was never completed, or only half removed, and is left out of the deployment. Remove it "
+            L"from the additional files, and add it again if it is wanted.");
     }
 }
 

@@ -1,6 +1,7 @@
 #include "host/build/user_files.h"
 
 #include "host/build/build_names.h"
+#include "host/build/named_table.h"
 
 #include <algorithm>
 #include <map>
@@ -12,8 +13,6 @@ constexpr std::uint64_t CABINET_BYTES = 1ull << 30; // of content; half of what 
 constexpr std::size_t CABINET_FILES = 30000;        // less than half of what a cabinet can list
 constexpr long long MAX_SHORT = 32767;              // the largest value of a column of type i2
 constexpr int FILE_COMPRESSED = 0x4000;
-constexpr int CUSTOM_FILE = 0; // TarnCustomFile.Flags
-constexpr int CUSTOM_FOLDER = 2;
 const wchar_t g_userFeature[] = L"_UserDeploymentFile";
 
 // The installer's standard actions that bring and remove additions, with the numbers that its documentation suggests.
@@ -35,70 +34,6 @@ long long NumberOf(const CString& text)
         number = number * 10 + (text[index] - L'0');
     }
     return negative ? -number : number;
-}
-
-bool IsHexDigit(wchar_t character)
-{
-    return (character >= L'0' && character <= L'9') || (character >= L'A' && character <= L'F') ||
-           (character >= L'a' && character <= L'f');
-}
-
-// A table of a snapshot with its columns by name. A table that isn't there has no rows.
-template <class Table>
-class NamedTable
-{
-public:
-    explicit NamedTable(Table* table) : m_table(table) {}
-
-    bool Exists() const { return m_table != nullptr; }
-    auto& Rows() const { return m_table->rows; }
-    bool Has(const CString& key) const { return m_table && m_table->rows.count({key}) != 0; }
-    int ColumnOf(const wchar_t* name) const
-    {
-        const auto found = std::find(m_table->columns.begin(), m_table->columns.end(), CString(name));
-        return found == m_table->columns.end() ? -1 : static_cast<int>(found - m_table->columns.begin());
-    }
-    CString Value(const RowValues& row, const wchar_t* column) const
-    {
-        const int index = ColumnOf(column);
-        return index < 0 ? CString() : row[static_cast<std::size_t>(index)];
-    }
-    void Set(RowValues& row, const wchar_t* column, const CString& value) const
-    {
-        const int index = ColumnOf(column);
-        if (index >= 0) {
-            row[static_cast<std::size_t>(index)] = value;
-        }
-    }
-    bool HoldsOnlyShortNumbers(const wchar_t* column) const
-    {
-        const int index = ColumnOf(column);
-        return index >= 0 && m_table->columnTypes[static_cast<std::size_t>(index)].Right(1) == L"2"; // i2, I2
-    }
-    RowValues EmptyRow() const { return RowValues(m_table->columns.size()); }
-
-private:
-    Table* m_table;
-};
-
-using ReadTable = NamedTable<const TableSnapshot>;
-using WriteTable = NamedTable<TableSnapshot>;
-
-ReadTable TableToRead(const DatabaseSnapshot& database, const wchar_t* name)
-{
-    const auto found = database.find(name);
-    return ReadTable(found == database.end() ? nullptr : &found->second);
-}
-
-WriteTable TableToWrite(DatabaseSnapshot& database, const wchar_t* name)
-{
-    const auto found = database.find(name);
-    return WriteTable(found == database.end() ? nullptr : &found->second);
-}
-
-CString LongName(const CString& fileName)
-{
-    return fileName.Mid(fileName.Find(L'|') + 1);
 }
 
 CString CabinetName(std::size_t number)
@@ -220,21 +155,6 @@ void AddMissingActions(const WriteTable& sequence)
 
 } // namespace
 
-bool IsUserKey(const CString& key)
-{
-    if (key.GetLength() != 41 || !(key.Left(5) == L"TARN_")) {
-        return false;
-    }
-    for (int index = 0; index < 36; ++index) {
-        const bool dash = index == 8 || index == 13 || index == 18 || index == 23;
-        const wchar_t character = key[index + 5];
-        if (dash ? character != L'_' : !IsHexDigit(character)) {
-            return false;
-        }
-    }
-    return true;
-}
-
 bool IsUserCabinet(const CString& fileName)
 {
     if (fileName.GetLength() != 12 || fileName.Left(4).CompareNoCase(L"TARN") != 0 ||
@@ -256,21 +176,27 @@ UserAdditions FindUserAdditions(const DatabaseSnapshot& database)
     const ReadTable files = TableToRead(database, L"File");
     const ReadTable components = TableToRead(database, L"Component");
     additions.bBuiltBefore = NamesUserCabinets(TableToRead(database, L"Media"));
+    additions.strays = FindStrayAdditions(database);
+    std::set<CString> strays;
+    for (const StrayAddition& stray : additions.strays) {
+        strays.insert(stray.strKey);
+    }
+    if (records.Exists()) {
+        additions.bFolders =
+            std::any_of(records.Rows().begin(), records.Rows().end(), [&](const auto& record) {
+                return records.Value(record.second, L"Flags") == FOLDER_FLAGS &&
+                       strays.count(record.first.front()) == 0;
+            });
+    }
     if (!files.Exists()) {
         return additions;
     }
     for (const auto& [key, row] : files.Rows()) {
-        if (!IsUserKey(key.front())) {
-            continue;
-        }
-        if (!records.Has(key.front())) {
-            additions.strayFiles.push_back(key.front());
+        if (!IsUserKey(key.front()) || strays.count(key.front()) != 0) {
             continue;
         }
         additions.files.push_back({key.front(), LongName(files.Value(row, L"FileName")),
-                                   components.Has(key.front())
-                                       ? components.Value(components.Rows().at(key), L"Directory_")
-                                       : CString(),
+                                   components.Value(components.Rows().at(key), L"Directory_"),
                                    records.Value(records.Rows().at(key), L"SourceFileName"),
                                    static_cast<std::uint32_t>(NumberOf(files.Value(row, L"FileSize"))), 0,
                                    static_cast<int>(NumberOf(files.Value(row, L"Sequence")))});
@@ -278,15 +204,6 @@ UserAdditions FindUserAdditions(const DatabaseSnapshot& database)
     std::stable_sort(
         additions.files.begin(), additions.files.end(),
         [](const UserFile& left, const UserFile& right) { return left.sequence < right.sequence; });
-    if (records.Exists()) {
-        for (const auto& [key, row] : records.Rows()) {
-            const long long flags = NumberOf(records.Value(row, L"Flags"));
-            additions.bFolders = additions.bFolders || flags == CUSTOM_FOLDER;
-            if (flags == CUSTOM_FILE && IsUserKey(key.front()) && !files.Has(key.front())) {
-                additions.strayRecords.push_back(key.front());
-            }
-        }
-    }
     return additions;
 }
 
@@ -377,9 +294,7 @@ CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& add
     const WriteTable files = TableToWrite(database, L"File");
     const WriteTable media = TableToWrite(database, L"Media");
     RemoveOldCabinets(media);
-    for (const CString& key : additions.strayFiles) {
-        files.Rows().erase({key});
-    }
+    RemoveStrayAdditions(database, additions.strays);
     if (!additions.files.empty()) {
         if (!media.Exists()) {
             return L"its database has no table Media";

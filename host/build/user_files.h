@@ -7,6 +7,7 @@
 #pragma once
 
 #include "host/build/change_report.h"
+#include "host/build/stray_additions.h"
 
 #include <cstdint>
 
@@ -25,16 +26,12 @@ struct UserFile
 struct UserAdditions
 {
     std::vector<UserFile> files;       // in the order in which they were added
-    std::vector<CString> strayFiles;   // File rows of additions that were never completed
-    std::vector<CString> strayRecords; // additions whose File row is gone
+    std::vector<StrayAddition> strays; // of files and folders, to be left out
     bool bFolders = false;             // folders were added
     bool bBuiltBefore = false;         // the database names cabinets of an earlier build
 
     // Nothing was ever added, so that nothing needs to be finished.
-    bool IsEmpty() const
-    {
-        return files.empty() && strayFiles.empty() && strayRecords.empty() && !bFolders && !bBuiltBefore;
-    }
+    bool IsEmpty() const { return files.empty() && strays.empty() && !bFolders && !bBuiltBefore; }
 };
 
 // A run of the files, packed together.
@@ -48,8 +45,6 @@ struct UserCabinet
 // Larger files can't be packed: a cabinet ends at 2 GiB, and so does what a File row can tell.
 constexpr std::uint64_t MAX_USER_FILE_BYTES = (1ull << 31) - (16u << 20);
 
-// "TARN_" and a GUID with underscores: the mark of everything that was added.
-[[nodiscard]] bool IsUserKey(const CString& key);
 // The name of a cabinet of added files, in any case: "TARN0001.cab". The installer wants 8.3 names.
 [[nodiscard]] bool IsUserCabinet(const CString& fileName);
 
@@ -68,7 +63,7 @@ constexpr std::uint64_t MAX_USER_FILE_BYTES = (1ull << 31) - (16u << 20);
 // Cuts the files, in their order, into cabinets of bounded size.
 [[nodiscard]] std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files);
 
-// Changes the snapshot into what is to be built: sizes as given in `additions`, sequence numbers behind the product's
+// Changes the snapshot into what is to be built: no rows of strays, sizes as given in `additions`, sequence numbers behind the product's
 // last one, a Media row for each cabinet in place of those of an earlier build, the compression attribute when the
 // package itself is not compressed, names in place of source paths, and the standard actions that additions depend on.
 // Answers why the installer can't take it, to follow after the product's name; the snapshot is then of no use.

@@ -1,6 +1,7 @@
 // Files, folders and drives that were added to a product really arrive on a workstation, and go again.
 #include "host/build/build_names.h"
 #include "host/build/cabinet.h"
+#include "host/build/database_snapshot.h"
 #include "host/build/file_operations.h"
 #include "tests/host/build_fixture.h"
 #include "tests/host/outside_links.h"
@@ -14,6 +15,7 @@
 #include <msiquery.h>
 #include <objidl.h>
 
+#include <algorithm>
 #include <set>
 
 namespace {
@@ -297,6 +299,21 @@ TEST_P(UserFilesTest, TheFeatureIsThereForEveryProduct)
 class RefusedFilesTest : public UserFilesTest
 {
 protected:
+    // The tables of the built database, but that of directories, in which a row names the key.
+    CString BuiltRowsNaming(const CString& key)
+    {
+        const CInstallerHandle database = OpenDatabaseToRead(build.Database());
+        CString tables;
+        for (const auto& [name, table] : ReadSnapshot(database.get(), build.Database(), [] {})) {
+            for (const auto& row : table.rows) {
+                const bool named = std::count(row.second.begin(), row.second.end(), key) != 0;
+                if (named && !(name == L"Directory")) {
+                    tables += name + L" ";
+                }
+            }
+        }
+        return tables;
+    }
     void ExpectRefused(unsigned int code, const std::vector<CString>& words)
     {
         const BuildResult result = build.Build();
@@ -450,10 +467,38 @@ TEST_P(RefusedFilesTest, AnAdditionThatWasNeverCompletedIsLeftOutAndTold)
     added.AddFile(Source(L"whole.txt", "2"), L"INSTALLDIR");
     build.Change(L"DELETE FROM `TarnCustomFile` WHERE `Component_`='" + half + L"'");
     BuildIt();
+    ExpectWarned(L"\"half.txt\"");
     ExpectWarned(L"never completed");
     Install();
     EXPECT_EQ(ReadBytes(ProgramFolder() + L"\\whole.txt"), "2");
     EXPECT_FALSE(Exists(ProgramFolder() + L"\\half.txt"));
+}
+
+TEST_P(RefusedFilesTest, AFolderThatWasAddedHalfIsLeftOutAndTold)
+{
+    const CString half = added.AddFolder(L"Half", L"INSTALLDIR");
+    for (const wchar_t* table : {L"CreateFolder", L"TarnCustomFile"}) {
+        build.Change(CString(L"DELETE FROM `") + table + L"` WHERE `Component_`='" + half + L"'");
+    }
+    build.Change(L"DELETE FROM `Feature` WHERE `Feature`='_UserDeploymentFile'"); // as for a second product
+    BuildIt();
+    ExpectWarned(L"\"Half\"");
+    EXPECT_EQ(BuiltRowsNaming(half), L"");
+    Install();
+    EXPECT_FALSE(Exists(ProgramFolder() + L"\\Half"));
+}
+
+TEST_P(RefusedFilesTest, AFolderThatWasRemovedHalfIsLeftOutAndTold)
+{
+    const CString half = added.AddFolder(L"Half", L"INSTALLDIR");
+    added.AddFile(Source(L"whole.txt", "2"), L"INSTALLDIR");
+    build.Change(L"DELETE FROM `Directory` WHERE `Directory`='" + half + L"'");
+    BuildIt();
+    ExpectWarned(L"\"Half\"");
+    EXPECT_EQ(BuiltRowsNaming(half), L"");
+    Install();
+    EXPECT_EQ(ReadBytes(ProgramFolder() + L"\\whole.txt"), "2");
+    EXPECT_FALSE(Exists(ProgramFolder() + L"\\Half"));
 }
 
 TEST_P(RefusedFilesTest, ACancelWhilePackingLeavesNothing)

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
 
 CString KeyOf(int number)
@@ -30,11 +32,16 @@ protected:
         database[L"TarnCustomFile"] = {
             {L"Component_", L"SourceFileName", L"Flags"}, {L"s72", L"S0", L"I4"}, 1, {}};
         database[L"Feature"] = {{L"Feature", L"Directory_"}, {L"s38", L"S72"}, 1, {}};
-        database[L"Directory"] = {{L"Directory"}, {L"s72"}, 1, {}};
+        database[L"FeatureComponents"] = {{L"Feature_", L"Component_"}, {L"s38", L"s72"}, 2, {}};
+        database[L"CreateFolder"] = {{L"Directory_", L"Component_"}, {L"s72", L"s72"}, 2, {}};
+        database[L"CustomAction"] = {{L"Action"}, {L"s72"}, 1, {}};
+        database[L"Directory"] = {{L"Directory", L"DefaultDir"}, {L"s72", L"l255"}, 1, {}};
         database[L"InstallExecuteSequence"] = {{L"Action", L"Sequence"}, {L"s72", L"I2"}, 1, {}};
         Row(L"File", {L"Own", L"Own", L"own.txt", L"1", L"8192", L"7"});
         Row(L"Media", {L"3", L"9", L""});
-        Row(L"Directory", {L"INSTALLDIR"});
+        for (const wchar_t* folder : {L"INSTALLDIR", L"OTHER", L"TARGETDIR"}) {
+            Row(L"Directory", {folder, folder});
+        }
     }
 
     void Row(const wchar_t* table, const RowValues& values)
@@ -47,7 +54,54 @@ protected:
         const CString key = KeyOf(number);
         Row(L"File", {key, key, name + L"|" + name, L"5", L"0", NumberText(sequence)});
         Row(L"Component", {key, folder});
+        PairRow(L"FeatureComponents", L"_UserDeploymentFile", key);
+        PairRow(L"CreateFolder", folder, key);
         Row(L"TarnCustomFile", {key, L"C:\\Private\\" + name, L"0"});
+    }
+
+    void AddFolder(int number, const CString& name)
+    {
+        const CString key = KeyOf(number);
+        Row(L"Directory", {key, name});
+        Row(L"Component", {key, key});
+        PairRow(L"FeatureComponents", L"_UserDeploymentFile", key);
+        PairRow(L"CreateFolder", key, key);
+        Row(L"TarnCustomFile", {key, name, L"2"});
+    }
+
+    void PairRow(const wchar_t* table, const CString& first, const CString& second)
+    {
+        database[table].rows[{first, second}] = {first, second};
+    }
+
+    // Takes away what one step of an addition has written.
+    void Lose(const wchar_t* table, const CString& key)
+    {
+        std::erase_if(database[table].rows, [&](const auto& row) { return row.first.back() == key; });
+    }
+
+    // The tables, but that of directories, in which a row still names the key.
+    CString TablesNaming(const CString& key) const
+    {
+        CString tables;
+        for (const auto& [name, table] : database) {
+            for (const auto& row : table.rows) {
+                const bool named = std::count(row.second.begin(), row.second.end(), key) != 0;
+                if (named && !(name == L"Directory")) {
+                    tables += name + L" ";
+                }
+            }
+        }
+        return tables;
+    }
+
+    std::vector<CString> StrayNames() const
+    {
+        std::vector<CString> names;
+        for (const StrayAddition& stray : FindUserAdditions(database).strays) {
+            names.push_back(stray.strName);
+        }
+        return names;
     }
 
     CString Finish(bool compressed = false)
@@ -110,8 +164,9 @@ TEST_F(FinishedFiles, WhenAllAdditionsAreGoneTheirMediumGoesToo)
     AddFile(1, L"a.txt", 8);
     const DatabaseSnapshot before = database;
     EXPECT_EQ(Finish(), L"");
-    for (const wchar_t* table : {L"File", L"Component", L"TarnCustomFile"}) {
-        database[table].rows.erase({KeyOf(1)});
+    for (const wchar_t* table :
+         {L"File", L"Component", L"FeatureComponents", L"CreateFolder", L"TarnCustomFile"}) {
+        Lose(table, KeyOf(1));
     }
     EXPECT_FALSE(FindUserAdditions(database).IsEmpty());
     EXPECT_EQ(Finish(), L"");
@@ -145,7 +200,7 @@ TEST_F(FinishedFiles, AFeatureNamesNoDirectoryThatTheProductLacks)
     AddFile(1, L"a.txt", 8, L"TARGETDIR");
     EXPECT_EQ(Finish(), L"");
     EXPECT_EQ(Value(L"Feature", L"_UserDeploymentFile", 1), L"INSTALLDIR");
-    database[L"Directory"].rows.clear();
+    Lose(L"Directory", L"INSTALLDIR");
     EXPECT_EQ(Finish(), L"");
     EXPECT_EQ(Value(L"Feature", L"_UserDeploymentFile", 1), L"");
 }
@@ -181,12 +236,75 @@ TEST_F(FinishedFiles, AFileOfTheProductsNameInItsFolderIsFound)
 
 TEST_F(FinishedFiles, OnlyDirectoriesThatWereAddedAreDrives)
 {
-    database[L"Directory"].columns = {L"Directory", L"DefaultDir"};
-    database[L"Directory"].rows.clear();
     Row(L"Directory", {L"Own", L"DRIVE_Y"});
+    Row(L"CustomAction", {L"Own"});
     Row(L"Directory", {KeyOf(1), L"DRIVE_X"});
-    Row(L"Directory", {KeyOf(2), L"Folder"});
+    Row(L"CustomAction", {KeyOf(1)});
+    AddFolder(2, L"Folder");
     EXPECT_EQ(FindUserDrives(database), std::vector<CString>{L"X:"});
+}
+
+TEST_F(FinishedFiles, AWholeAdditionIsNoStray)
+{
+    AddFile(1, L"a.txt", 8);
+    AddFolder(2, L"Folder");
+    AddFile(3, L"inside.txt", 9, KeyOf(2));
+    EXPECT_EQ(StrayNames(), std::vector<CString>());
+    EXPECT_TRUE(FindUserAdditions(database).bFolders);
+}
+
+TEST_F(FinishedFiles, AFileThatLacksAnyOfItsRowsIsLeftOutWithAllOthers)
+{
+    for (const wchar_t* table : {L"File", L"Component", L"FeatureComponents", L"TarnCustomFile"}) {
+        AddFile(1, L"half.txt", 8);
+        AddFile(2, L"whole.txt", 9);
+        Lose(table, KeyOf(1));
+        EXPECT_EQ(StrayNames().size(), 1u) << Utf8(table);
+        EXPECT_EQ(Finish(), L"");
+        EXPECT_EQ(TablesNaming(KeyOf(1)), L"") << Utf8(table);
+        EXPECT_EQ(Value(L"File", KeyOf(2), 5), L"10") << Utf8(table);
+    }
+}
+
+TEST_F(FinishedFiles, AFolderThatLacksAnyOfItsRowsIsLeftOutWithAllOthers)
+{
+    for (const wchar_t* table : {L"Directory", L"Component", L"FeatureComponents", L"TarnCustomFile"}) {
+        AddFolder(1, L"Half");
+        Lose(table, KeyOf(1));
+        EXPECT_EQ(StrayNames(), std::vector<CString>{L"Half"}) << Utf8(table);
+        EXPECT_EQ(Finish(), L"");
+        EXPECT_EQ(TablesNaming(KeyOf(1)), L"") << Utf8(table);
+        EXPECT_EQ(Value(L"Feature", L"_UserDeploymentFile", 0), L"(none)") << Utf8(table);
+    }
+}
+
+TEST_F(FinishedFiles, AFileInAFolderThatIsGoneIsLeftOut)
+{
+    AddFolder(1, L"Folder");
+    AddFile(2, L"inside.txt", 8, KeyOf(1));
+    Lose(L"Directory", KeyOf(1));
+    EXPECT_EQ(StrayNames(), (std::vector<CString>{L"Folder", L"inside.txt"}));
+    EXPECT_EQ(Finish(), L"");
+    EXPECT_EQ(TablesNaming(KeyOf(2)), L"");
+}
+
+TEST_F(FinishedFiles, AStrayIsCalledByWhatIsLeftOfIt)
+{
+    AddFile(1, L"a.txt", 8);
+    AddFile(2, L"b.txt", 9);
+    AddFile(3, L"c.txt", 10);
+    Lose(L"TarnCustomFile", KeyOf(1));
+    Lose(L"File", KeyOf(2));
+    Lose(L"File", KeyOf(3));
+    Lose(L"TarnCustomFile", KeyOf(3));
+    EXPECT_EQ(StrayNames(), (std::vector<CString>{L"a.txt", L"C:\\Private\\b.txt", KeyOf(3)}));
+}
+
+TEST_F(FinishedFiles, TheFeatureIsWrittenForAFolderAloneInAProductThatLacksIt)
+{
+    AddFolder(1, L"Folder");
+    EXPECT_EQ(Finish(), L"");
+    EXPECT_EQ(Value(L"Feature", L"_UserDeploymentFile", 0), L"_UserDeploymentFile");
 }
 
 TEST_F(FinishedFiles, AVendorsRowOfThePrivateTableIsNoAddition)
