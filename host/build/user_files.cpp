@@ -260,10 +260,12 @@ std::vector<CString> FindUserDrives(const DatabaseSnapshot& database)
     const CString mark = L"DRIVE_";
     std::vector<CString> drives;
     const ReadTable directories = TableToRead(database, L"Directory");
+    const ReadTable actions = TableToRead(database, L"CustomAction");
     if (directories.Exists()) {
         for (const auto& [key, row] : directories.Rows()) {
             const CString name = directories.Value(row, L"DefaultDir");
-            if (IsUserKey(key.front()) && name.Left(mark.GetLength()) == mark) {
+            // A folder may have any name; only a drive has an action of its own.
+            if (IsUserKey(key.front()) && actions.Has(key.front()) && name.Left(mark.GetLength()) == mark) {
                 drives.push_back(name.Mid(mark.GetLength()) + L":");
             }
         }

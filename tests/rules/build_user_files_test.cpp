@@ -234,13 +234,13 @@ TEST_F(FinishedFiles, AFileOfTheProductsNameInItsFolderIsFound)
               std::vector<CString>{L"C:\\Private\\OWN.TXT"});
 }
 
-TEST_F(FinishedFiles, OnlyDirectoriesThatWereAddedAreDrives)
+TEST_F(FinishedFiles, OnlyDirectoriesThatWereAddedWithAnActionAreDrives)
 {
     Row(L"Directory", {L"Own", L"DRIVE_Y"});
     Row(L"CustomAction", {L"Own"});
     Row(L"Directory", {KeyOf(1), L"DRIVE_X"});
     Row(L"CustomAction", {KeyOf(1)});
-    AddFolder(2, L"Folder");
+    AddFolder(2, L"DRIVE_D");
     EXPECT_EQ(FindUserDrives(database), std::vector<CString>{L"X:"});
 }
 
