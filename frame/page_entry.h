@@ -9,9 +9,11 @@
 #include "include/page_context.h"
 #include "window/message_loop.h"
 #include "window/module.h"
+#include "window/scope_exit.h"
 #include "window/window.h"
 
 #include <memory>
+#include <utility>
 
 // Tells that a page failed: the exception under way (call it in a catch block), or why its dialog could not be made. The
 // quit message of a page that is gone already is taken off the queue: it would close the box, and the host's loop.
@@ -46,6 +48,13 @@ public:
 
     BOOL PreTranslateMessage(MSG* message) override
     {
+        const bool outer = std::exchange(m_bTranslating, true);
+        const scope_exit translated([this, outer] {
+            m_bTranslating = outer;
+            if (!outer) {
+                DeleteIfOver();
+            }
+        });
         const CResourceInstanceSwap resources(this->m_resource.GetModule());
         return T::PreTranslateMessage(message);
     }
@@ -53,15 +62,25 @@ public:
     void OnFinalMessage(HWND window) override
     {
         T::OnFinalMessage(window);
-        if (m_bOwnsItself) {
-            delete this;
+        m_bWindowIsGone = true;
+        if (!m_bTranslating) { // a key may have had the host take the page away
+            DeleteIfOver();
         }
     }
 
     void OwnItself() { m_bOwnsItself = true; }
 
 private:
+    void DeleteIfOver()
+    {
+        if (m_bOwnsItself && m_bWindowIsGone) {
+            delete this;
+        }
+    }
+
     bool m_bOwnsItself = false;
+    bool m_bTranslating = false;
+    bool m_bWindowIsGone = false;
 };
 
 template <class T>

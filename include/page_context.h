@@ -25,7 +25,7 @@ struct PageContext
     HWND hFrame = nullptr;                  // frame window of the tabbed dialog
     RECT rcDisplay = {};                    // handed on to hooks
     CSetupManager* pSetupManager = nullptr; // never null
-    CProduct* pProduct = nullptr;           // the product that the page edits
+    CProduct* pProduct = nullptr;  // the product that the page edits; pages that exist as tab pages need one
     CString strHelpFile;           // HTML of the side pane, relative to the resource folder; empty for none
     CString strSpare;              // no page reads it
     PageHookList preInitHooks;     // run at the end of the frame's init

@@ -59,7 +59,8 @@ CString InstallerFileName(const CString& name)
     return FillTemplate(L"%s|%s", {filled ? CString(buffer) : name, name});
 }
 
-// The low 32 bits of the size in bytes, as far as the column goes; 0 when the file can't be opened.
+// The low 32 bits of the size in bytes, as far as the column goes; 0 when the file can't be opened. Those of exactly 2 GB
+// are the service's null, which the column refuses.
 int FileSizeOf(const CString& path)
 {
     const CFileOwner file(

@@ -20,7 +20,9 @@ public:
     UserFileWriter() = default;
     UserFileWriter(CProduct* product, InstallerHandle database) : Product(product), Database(database) {}
 
-    // Adding makes a new key: "TARN_" and a GUID with underscores.
+    // Adding makes a new key: "TARN_" and a GUID with underscores. A file of exactly 2 GB is refused by the service before
+    // any row of its own is written (so are 6 GB, 10 GB, ...); other files above 2 GB are written, and the build refuses
+    // them by name.
     [[nodiscard]] bool AddUserFile(const wchar_t* sourcePath, const wchar_t* parentKey, CString& key);
     [[nodiscard]] bool AddUserFolder(const wchar_t* name, const wchar_t* parentKey, CString& key);
     // `drive`: a letter and a colon.

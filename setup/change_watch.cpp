@@ -1,11 +1,20 @@
 #include "setup/change_watch.h"
 
-#include "include/setup_manager.h"
 #include "setup/control_snapshot.h"
+
+#include <commctrl.h>
 
 namespace {
 
 constexpr int GO_ON = 1; // no veto
+
+// Without memory the snapshot is empty, which at worst has Cancel ask for nothing.
+std::vector<CString> TryReadControls(HWND page) noexcept
+try {
+    return ReadControls(page);
+} catch (...) {
+    return {};
+}
 
 } // namespace
 
@@ -24,22 +33,33 @@ CChangeWatch::~CChangeWatch()
 void CChangeWatch::Watch(PageContext& context)
 {
     m_entered.clear();
+    m_left.clear();
     context.postInitHooks.push_back(OnPageUp);
-    context.leaveHooks.push_back(OnPageLeft);
+}
+
+void CChangeWatch::NotePage()
+{
+    Note(m_left != m_entered);
 }
 
 int CChangeWatch::OnPageUp(PageContext* context)
 {
     if (s_current) {
-        s_current->m_entered = ReadControls(context->hParent);
+        s_current->m_entered = TryReadControls(context->hParent);
+        s_current->m_left = s_current->m_entered;
+        SetWindowSubclass(context->hParent, PageProcedure, 0, 0);
     }
     return GO_ON;
 }
 
-int CChangeWatch::OnPageLeft(PageContext* context)
+LRESULT CALLBACK CChangeWatch::PageProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam,
+                                             UINT_PTR id, DWORD_PTR)
 {
-    if (s_current) { // a leave hook isn't given the page's window
-        s_current->Note(ReadControls(context->pSetupManager->m_hCurrentPage) != s_current->m_entered);
+    if (message == WM_DESTROY) { // the controls are still there
+        if (s_current) {
+            s_current->m_left = TryReadControls(page);
+        }
+        RemoveWindowSubclass(page, PageProcedure, id);
     }
-    return GO_ON;
+    return DefSubclassProc(page, message, wParam, lParam);
 }

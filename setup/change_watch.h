@@ -4,10 +4,12 @@
 #include "include/page_context.h"
 #include "window/string.h"
 
+#include <windows.h>
+
 #include <vector>
 
-// Looks on by hooks of the page: what its controls hold when it has come up and when it is left forward. One object at a
-// time, as a hook has no argument of its own.
+// Looks at what a page's controls hold when the page has come up and when its window goes, whichever way the page is
+// left. One object at a time, as a hook has no argument of its own.
 class CChangeWatch
 {
 public:
@@ -18,6 +20,8 @@ public:
 
     // Call it with the context before the page is shown.
     void Watch(PageContext& context);
+    // Call it after the page.
+    void NotePage();
     [[nodiscard]] bool HasChanges() const { return m_bChanged; }
     void Note(bool changed) { m_bChanged = m_bChanged || changed; }
     // What was entered is gone.
@@ -25,10 +29,12 @@ public:
 
 private:
     static int OnPageUp(PageContext* context);
-    static int OnPageLeft(PageContext* context);
+    static LRESULT CALLBACK PageProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                          DWORD_PTR data);
 
     static CChangeWatch* s_current;
 
     std::vector<CString> m_entered;
+    std::vector<CString> m_left;
     bool m_bChanged = false;
 };

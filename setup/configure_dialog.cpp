@@ -4,13 +4,11 @@
 #include "include/product.h"
 #include "include/resource_ids.h"
 #include "include/setup_manager.h"
-#include "include/ui_manager.h"
 #include "setup/configure_layout.h"
 #include "setup/configure_rules.h"
 #include "setup/control_snapshot.h"
 #include "setup/program_icon.h"
 #include "setup/texts.h"
-#include "setup/window_place.h"
 #include "window/scope_exit.h"
 
 #include <uxtheme.h>
@@ -19,8 +17,6 @@
 #include <utility>
 
 namespace {
-
-constexpr wchar_t PLACE_VALUE[] = L"ConfigureDialog";
 
 SIZE SizeOf(HWND window)
 {
@@ -105,7 +101,7 @@ bool CConfigureDialog::GoTo(int index)
     if (index == m_front) {
         return true;
     }
-    if (m_asked >= 0 || m_bEntering || !LeaveFront()) {
+    if (!IsIdle() || !LeaveFront()) {
         return false;
     }
     Enter(index);
@@ -125,7 +121,7 @@ LRESULT CConfigureDialog::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&)
     m_manager.m_hCurrentPage = m_hWnd;
     AddTabs();
     m_room = LeastPageRoom(m_hWnd);
-    Place();
+    PlaceConfigureWindow(m_hWnd, m_room, m_options.strPlaceKey, m_manager.m_pUiManager);
     Enter(0);
     FocusOnPage(Front());
     return FALSE; // the focus is set
@@ -134,7 +130,7 @@ LRESULT CConfigureDialog::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&)
 LRESULT CConfigureDialog::OnDestroy(UINT, WPARAM, LPARAM, BOOL&)
 {
     m_bChanged = HasChanges();
-    RememberPlace();
+    RememberConfigurePlace(m_hWnd, m_options.strPlaceKey, m_manager.m_pUiManager);
     UseFilterOf(nullptr);
     for (Tab& tab : m_tabs) { // they go with the dialog
         tab.page = CTabPage();
@@ -145,7 +141,7 @@ LRESULT CConfigureDialog::OnDestroy(UINT, WPARAM, LPARAM, BOOL&)
 
 LRESULT CConfigureDialog::OnTabLeaving(int, NMHDR*, BOOL&)
 {
-    return m_asked >= 0 || m_bEntering || !LeaveFront();
+    return !IsIdle() || !LeaveFront();
 }
 
 LRESULT CConfigureDialog::OnTabChosen(int, NMHDR*, BOOL&)
@@ -156,7 +152,7 @@ LRESULT CConfigureDialog::OnTabChosen(int, NMHDR*, BOOL&)
 
 LRESULT CConfigureDialog::OnNext(WORD, WORD, HWND, BOOL&)
 {
-    if (m_asked < 0 && !m_bEntering && SaveAll()) {
+    if (IsIdle() && SaveAll()) {
         Close(NAVIGATION_NEXT);
     }
     return 0;
@@ -164,10 +160,11 @@ LRESULT CConfigureDialog::OnNext(WORD, WORD, HWND, BOOL&)
 
 LRESULT CConfigureDialog::OnBack(WORD, WORD, HWND, BOOL&)
 {
-    if (m_asked >= 0 || m_bEntering || !m_options.bCanGoBack) {
+    if (!IsIdle() || !m_options.bCanGoBack) {
         return 0;
     }
     if (Front().page.hWnd) {
+        DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE);
         // Back stores without validation, and only a page's own button for the tab before does that.
         m_bLeaving = true;
         ::SendMessageW(Front().page.hWnd, WM_COMMAND, MAKEWPARAM(IDC_PREVIOUS_TAB, BN_CLICKED),
@@ -180,7 +177,7 @@ LRESULT CConfigureDialog::OnBack(WORD, WORD, HWND, BOOL&)
 
 LRESULT CConfigureDialog::OnCancel(WORD, WORD, HWND, BOOL&)
 {
-    if (m_asked < 0 && !m_bEntering && MayCancel()) {
+    if (IsIdle() && MayCancel()) {
         Close(NAVIGATION_CANCEL);
     }
     return 0;
@@ -204,7 +201,7 @@ void CConfigureDialog::OnNextTab()
     if (m_front < 0) {
         return;
     }
-    Front().bAccepted = DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE);
+    Accept(Front(), DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE));
     if (m_front + 1 < GetTabCount()) {
         Enter(m_front + 1);
     } else {
@@ -281,35 +278,6 @@ void CConfigureDialog::AddTabs()
     }
 }
 
-// Where the user left it, else over the page before it.
-void CConfigureDialog::Place()
-{
-    SizeConfigureWindow(m_hWnd, m_room);
-    ScreenRectangle place = ScreenRectangleOf(GetWindowRect());
-    CUiManager* ui = m_manager.m_pUiManager;
-    if (const std::optional<ScreenCorner> corner = ReadWindowCorner(m_options.strPlaceKey, PLACE_VALUE)) {
-        place = {corner->x, corner->y, corner->x + place.Width(), corner->y + place.Height()};
-    } else if (ui && ui->IsWindowPosSaved()) {
-        place = CentredOn(ScreenRectangleOf(*ui->GetWindowPos()), place.Width(), place.Height());
-    } else {
-        place = CentredOn(WorkAreaNear(place), place.Width(), place.Height());
-    }
-    MoveWindow(RectOf(FitInto(place, WorkAreaNear(place))), FALSE);
-}
-
-void CConfigureDialog::RememberPlace()
-{
-    if (IsIconic()) {
-        return; // stands nowhere
-    }
-    const RECT place = GetWindowRect();
-    WriteWindowCorner(m_options.strPlaceKey, PLACE_VALUE,
-                      {static_cast<int>(place.left), static_cast<int>(place.top)});
-    if (m_manager.m_pUiManager) {
-        m_manager.m_pUiManager->SetWindowPos(place); // the next page opens over it
-    }
-}
-
 // As the wizard's pages are titled.
 CString CConfigureDialog::Title() const
 {
@@ -357,7 +325,11 @@ void CConfigureDialog::MakePage(int index)
         ::DestroyWindow(std::exchange(tab.substitute, nullptr));
     }
     PageContext& context = tab.described.context;
-    if (context.pProduct && m_options.checkDatabase) {
+    if (!context.pProduct) { // a tab page belongs to a product and relies on it
+        MakeSubstitute(tab, SetupText(IDS_CONFIGURE_NO_PRODUCT, {tab.described.strName}));
+        return;
+    }
+    if (m_options.checkDatabase) {
         const CString why = m_options.checkDatabase(*context.pProduct);
         if (!why.IsEmpty()) {
             MakeSubstitute(tab, SetupText(IDS_CONFIGURE_NO_DATABASE, {context.pProduct->m_strName, why}));
@@ -422,7 +394,8 @@ void CConfigureDialog::FocusOnPage(const Tab& tab)
     }
 }
 
-// Enter on a page is the page's own way on, elsewhere it is Continue: one of the two looks like it.
+// Enter on a page is the page's own way on, whatever button has the focus there; elsewhere it is Continue. One of the two
+// looks like it, and no other button.
 void CConfigureDialog::ShowDefaultButton(HWND focus)
 {
     const HWND page = m_view.GetPage();
@@ -436,6 +409,10 @@ void CConfigureDialog::ShowDefaultButton(HWND focus)
     if (onward) {
         look(onward, pageTakesEnter);
     }
+    const bool focusLooksDefault = (::SendMessageW(focus, WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON) != 0;
+    if (pageTakesEnter && focus != onward && focusLooksDefault) {
+        look(focus, false);
+    }
     const int id = ::GetDlgCtrlID(focus);
     if (pageTakesEnter || (id != IDC_CONFIGURE_BACK && id != IDC_CONFIGURE_CANCEL)) {
         look(GetDlgItem(IDC_CONFIGURE_NEXT), !pageTakesEnter);
@@ -443,6 +420,12 @@ void CConfigureDialog::ShowDefaultButton(HWND focus)
 }
 
 // ---- leaving
+
+// A page that runs or shows a box of its own, which takes the dialog with it, must not lose its window meanwhile.
+bool CConfigureDialog::IsIdle() const
+{
+    return m_asked < 0 && !m_bEntering && IsWindowEnabled();
+}
 
 // A page whose database is gone may be left, or nobody could go on to the other products.
 bool CConfigureDialog::LeaveFront()
@@ -458,8 +441,20 @@ bool CConfigureDialog::Ask(int index, UINT message)
     m_asked = index;
     const scope_exit asked([this] { m_asked = -1; });
     const bool accepted = ::SendMessageW(At(index).page.hWnd, message, 0, 0) != 0;
-    At(index).bAccepted = accepted;
+    Accept(At(index), accepted);
     return accepted;
+}
+
+void CConfigureDialog::Accept(Tab& tab, bool accepted)
+{
+    tab.bAccepted = accepted;
+    tab.accepted = accepted && tab.page.hWnd ? ReadControls(tab.page.hWnd) : std::vector<CString>();
+}
+
+// The last page stays in front when its own way on has stored it, and may be changed there.
+bool CConfigureDialog::IsAccepted(const Tab& tab)
+{
+    return tab.bAccepted && ReadControls(tab.page.hWnd) == tab.accepted;
 }
 
 // Tells a silence once, and again each time when it keeps the dialog from going on.
@@ -484,12 +479,13 @@ bool CConfigureDialog::SaveAll()
         if (!At(index).page.hWnd) {
             continue;
         }
-        if (!At(index).bAccepted && index != m_front) {
+        const bool accepted = IsAccepted(At(index));
+        if (!accepted && index != m_front) {
             Enter(index); // what it may complain of is then seen behind its box
         }
         // Who has answered a page's question when its tab was left isn't asked again.
         if (!DatabaseAnswers(At(index), IDS_CONFIGURE_NO_DATABASE_SAVE) ||
-            (!At(index).bAccepted && !Ask(index, PAGE_MESSAGE_STORE_ALL))) {
+            (!accepted && !Ask(index, PAGE_MESSAGE_STORE_ALL))) {
             Enter(index);
             FocusOnPage(Front());
             return false;

@@ -2,8 +2,8 @@
 //
 // A page is made when its tab is first shown, told its number, and kept until the dialog goes. A tab is left only when
 // its page has stored what stands in it; Continue asks the page in front and those that were left unchecked, and brings
-// one that refuses to the front. A page that can't be made, or a product whose database no longer answers, is told in
-// words and leaves the rest of the dialog usable.
+// one that refuses to the front. A page that can't be made, a product that could not be opened, or one whose database no
+// longer answers, is told in words and leaves the rest of the dialog usable.
 //
 // Keys: Ctrl+Tab, Ctrl+Page Down and Ctrl+Page Up go from tab to tab; Enter on a page is that page's own way on; Esc is
 // Cancel, which asks when something would be lost.
@@ -94,7 +94,8 @@ private:
         HWND substitute = nullptr;    // stands in the place of a page that could not be made
         SIZE size = {};               // that the page or its substitute needs
         std::vector<CString> entered; // what its controls held when it was made
-        bool bAccepted = false;       // its page has stored what it holds, and wasn't in front since
+        bool bAccepted = false; // its page has stored, and no other tab came before it came to the front
+        std::vector<CString> accepted; // what its controls held then
     };
 
     class CKeys final : public CMessageFilter
@@ -134,8 +135,6 @@ private:
     Tab& Front() { return At(m_front); }
 
     void AddTabs();
-    void Place();
-    void RememberPlace();
     CString Title() const;
     int ShowBox(const CString& text, UINT type) const;
 
@@ -146,8 +145,11 @@ private:
     void FocusOnPage(const Tab& tab);
     void ShowDefaultButton(HWND focus);
 
+    bool IsIdle() const;
     bool LeaveFront();
     bool Ask(int index, UINT message);
+    static void Accept(Tab& tab, bool accepted);
+    static bool IsAccepted(const Tab& tab);
     bool DatabaseAnswers(const Tab& tab, unsigned int textId);
     bool SaveAll();
     bool MayCancel();

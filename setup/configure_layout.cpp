@@ -1,12 +1,17 @@
 #include "setup/configure_layout.h"
 
+#include "include/ui_manager.h"
 #include "setup/resource.h"
 #include "setup/window_place.h"
 #include "window/window.h"
 
 #include <commctrl.h>
 
+#include <optional>
+
 namespace {
+
+constexpr wchar_t PLACE_VALUE[] = L"ConfigureDialog";
 
 // In dialog units
 constexpr SIZE PAGE_ROOM = {327, 256};
@@ -101,4 +106,32 @@ void SizeConfigureWindow(HWND dialog, SIZE room)
     place = WithScrollBars(place, area, GetSystemMetrics(SM_CXVSCROLL), GetSystemMetrics(SM_CYHSCROLL));
     window.MoveWindow(RectOf(FitInto(place, area)));
     PlaceChildren(window, measures);
+}
+
+void PlaceConfigureWindow(HWND dialog, SIZE room, const CString& key, CUiManager* ui)
+{
+    const CWindow window(dialog);
+    SizeConfigureWindow(dialog, room);
+    ScreenRectangle place = ScreenRectangleOf(window.GetWindowRect());
+    if (const std::optional<ScreenCorner> corner = ReadWindowCorner(key, PLACE_VALUE)) {
+        place = {corner->x, corner->y, corner->x + place.Width(), corner->y + place.Height()};
+    } else if (ui && ui->IsWindowPosSaved()) {
+        place = CentredOn(ScreenRectangleOf(*ui->GetWindowPos()), place.Width(), place.Height());
+    } else {
+        place = CentredOn(WorkAreaNear(place), place.Width(), place.Height());
+    }
+    window.MoveWindow(RectOf(FitInto(place, WorkAreaNear(place))), FALSE);
+    SizeConfigureWindow(dialog, room); // that monitor may have less room, or more
+}
+
+void RememberConfigurePlace(HWND dialog, const CString& key, CUiManager* ui)
+{
+    if (IsIconic(dialog)) {
+        return; // stands nowhere
+    }
+    const RECT place = CWindow(dialog).GetWindowRect();
+    WriteWindowCorner(key, PLACE_VALUE, {static_cast<int>(place.left), static_cast<int>(place.top)});
+    if (ui) {
+        ui->SetWindowPos(place); // the next page opens over it
+    }
 }

@@ -56,6 +56,7 @@
 #define IDS_CONFIGURE_NO_DATABASE 403      // %1: product, %2: why
 #define IDS_CONFIGURE_NO_DATABASE_SAVE 404 // %1: product, %2: why
 #define IDS_CONFIGURE_NO_WINDOW 405        // %1: why
+#define IDS_CONFIGURE_NO_PRODUCT 406       // %1: name of the page
 #define IDS_TAB_ADDITIONAL_FILES 420
 #define IDS_TAB_WORKSTATIONS 421
 #define IDS_TAB_SERVICE_PACK 422

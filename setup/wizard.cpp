@@ -132,12 +132,18 @@ bool CWizard::OffersConfigure()
 int CWizard::ShowPage(const FlowPage& page, bool canGoBack)
 {
     PageContext context = m_host->MakePageContext(page, canGoBack);
+    if (!context.pProduct && m_pageLibrary.FindTab(TabTwin(page.strName))) { // a product's page
+        m_strCause = L"The page " + page.strName +
+                     L" could not be shown: none of the media's products could be opened.";
+        return NAVIGATION_LOAD_FAILED;
+    }
     if (canGoBack) { // the first page only says which deployment is meant
         m_changes.Watch(context);
     }
     const PageFunction show = m_pageLibrary.Find(page.strName);
     const int result =
         m_line.IsUnattended() ? m_unattended.Show(page.strName, show, context) : show(&context);
+    m_changes.NotePage();
     if (result == NAVIGATION_RESET) { // what an earlier build has left doesn't count for the next one
         m_strCause.Empty();
         m_changes.Forget();
@@ -165,7 +171,7 @@ std::vector<ConfigureTab> CWizard::MakeTabs()
 {
     std::vector<CProduct*> products = m_host->GetProducts();
     if (products.empty()) {
-        products.push_back(nullptr); // as the wizard's pages come up too; the log says why there is none
+        products.push_back(nullptr); // its tabs say so; the log says why there is none
     }
     std::vector<ConfigureTab> tabs;
     for (CProduct* product : products) {

@@ -1,9 +1,12 @@
 #include "tests/frame/frame_fixture.h"
 
+#include <functional>
+
 namespace {
 
 // The messages that a tab page sent to its parent.
 std::vector<UINT> g_sent;
+std::function<void()> g_onNextTab;
 
 LRESULT CALLBACK ParentProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
@@ -11,6 +14,9 @@ LRESULT CALLBACK ParentProcedure(HWND window, UINT message, WPARAM wParam, LPARA
         EXPECT_EQ(wParam, 0u);
         EXPECT_EQ(lParam, 0);
         g_sent.push_back(message);
+        if (message == PAGE_MESSAGE_NEXT_TAB && g_onNextTab) {
+            g_onNextTab();
+        }
     }
     return ::DefWindowProcW(window, message, wParam, lParam);
 }
@@ -23,6 +29,7 @@ protected:
     TabPageTest()
     {
         g_sent.clear();
+        g_onNextTab = nullptr;
         parent = ::CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 500, 400,
                                    nullptr, nullptr, nullptr, nullptr);
         ::SetWindowLongPtrW(parent, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ParentProcedure));
@@ -200,6 +207,18 @@ TEST_F(TabPageTest, EnterGoesToTheNextTabWhateverHasTheFocus)
         EXPECT_TRUE(tab.PreTranslateMessage(&enter));
     }
     EXPECT_EQ(g_sent, (std::vector<UINT>{PAGE_MESSAGE_NEXT_TAB, PAGE_MESSAGE_NEXT_TAB}));
+}
+
+TEST_F(TabPageTest, AHostMayTakeThePageAwayWhenEnterTellsItToGoOn)
+{
+    Create();
+    g_onNextTab = [this] {
+        ::DestroyWindow(tab.hWnd);
+        EXPECT_EQ(g_record.destroyed, 0) << "the page went while it ran";
+    };
+    MSG enter = {::GetDlgItem(tab.hWnd, IDC_TEST_EDIT), WM_KEYDOWN, VK_RETURN, 0, 0, {}};
+    EXPECT_TRUE(tab.PreTranslateMessage(&enter));
+    EXPECT_EQ(g_record.destroyed, 1) << "the page was left over";
 }
 
 TEST_F(TabPageTest, ASinglePageHasBothButtonsDisabledAndReadsOneOfOne)

@@ -113,6 +113,20 @@ bool InsertShortcut(InstallerHandle database, const CString& value)
     return row.Execute(database);
 }
 
+bool UpdateShortcut(InstallerHandle database, const CString& value)
+{
+    ShortcutData row;
+    row.Shortcut = L"cut";
+    row.Directory_ = L"dir";
+    row.Component_ = L"comp";
+    row.Target = L"target";
+    row.Name = L"before";
+    const bool inserted = row.Execute(database);
+    row.m_action = MsiRowAction::Update;
+    row.Name = value;
+    return inserted && row.Execute(database);
+}
+
 bool InsertProperty(InstallerHandle database, const CString& value)
 {
     return WriteProperty(database, L"NAME", value);
@@ -128,6 +142,7 @@ const BoundColumn COLUMNS[] = {
     {"UpdateOfSourceFileName", Empty::Allowed, L"SELECT `SourceFileName` FROM `TarnCustomFile`",
      UpdateCustomFile, AsGiven},
     {"InsertOfShortcutName", Empty::Allowed, L"SELECT `Name` FROM `Shortcut`", InsertShortcut, Twice},
+    {"UpdateOfShortcutName", Empty::Allowed, L"SELECT `Name` FROM `Shortcut`", UpdateShortcut, Twice},
     {"WriteOfAPropertyValue", Empty::Refused, L"SELECT `Value` FROM `Property`", InsertProperty, AsGiven},
 };
 

@@ -1,10 +1,10 @@
-// What the service can refuse, for rows and properties: each failure is plain false, and no handle stays open. Each test
-// of this file ends with the fixture's count of open handles.
+// What the service can refuse, for rows: each failure is plain false, and no handle stays open. Each test of this file ends
+// with the fixture's count of open handles.
 #include "host/database.h"
 #include "msi/msi_property.h"
 #include "msi/msi_rows.h"
 #include "tests/msi/database_fixture.h"
-#include "tests/support/import_redirect.h"
+#include "tests/msi/refusal.h"
 
 #include <memory>
 #include <string>
@@ -249,31 +249,11 @@ TEST_F(CursorFailureTest, AWalkThatIsLeftEarlyClosesItsViewAndRecord)
     EXPECT_TRUE(cursor.Next(row));
 }
 
-// ---- calls that the service seldom refuses, made to fail by the program's own import table --------------------------
+// ---- calls that the service seldom refuses ---------------------------------------------------------------------------
 
 namespace {
 
-MSIHANDLE WINAPI NoRecord(UINT)
-{
-    return 0;
-}
-
-UINT WINAPI RefuseText(MSIHANDLE, UINT, LPCWSTR)
-{
-    return ERROR_FUNCTION_FAILED;
-}
-
-UINT WINAPI RefuseToRun(MSIHANDLE, MSIHANDLE)
-{
-    return ERROR_FUNCTION_FAILED;
-}
-
-UINT WINAPI RefuseToRead(MSIHANDLE, UINT, LPWSTR, LPDWORD)
-{
-    return ERROR_FUNCTION_FAILED;
-}
-
-class RefusalTest : public DatabaseTest
+class RefusalTest : public CursorFailureTest
 {
 protected:
     // Rows with a bound value and the property: none may be written, and no handle may stay open.
@@ -287,16 +267,6 @@ protected:
             EXPECT_FALSE(row->Execute(Database()));
         }
         EXPECT_FALSE(WriteProperty(Database(), L"A", L"1"));
-    }
-};
-
-template <class Function>
-struct Refusal : CImportRedirect
-{
-    Refusal(const char* name, Function function)
-        : CImportRedirect(nullptr, name, reinterpret_cast<void*>(function))
-    {
-        EXPECT_TRUE(IsInPlace()) << name;
     }
 };
 
@@ -323,6 +293,26 @@ TEST_F(RefusalTest, AStatementThatOpensAndDoesNotRunFailsTheRow)
     MsiRowCursor cursor(Database(), MAP_QUERY, 7);
     TarnDirectoryMapData row;
     EXPECT_FALSE(cursor.Next(row));
+}
+
+TEST_F(RefusalTest, AQueryWhoseFirstRowCanNotBeFetchedHasNoRows)
+{
+    Run(L"INSERT INTO `TarnDirectoryMap` (`Directory_`,`Flags`) VALUES ('a',0)");
+    const Refusal refusal("MsiViewFetch", RefuseToFetch);
+    EXPECT_FALSE(Walks(Database(), MAP_QUERY));
+}
+
+TEST_F(RefusalTest, AWalkEndsAtARowThatCanNotBeFetchedAndKeepsWhatItReadLast)
+{
+    Run(L"INSERT INTO `TarnDirectoryMap` (`Directory_`,`Flags`) VALUES ('a',0)");
+    Run(L"INSERT INTO `TarnDirectoryMap` (`Directory_`,`Flags`) VALUES ('b',0)");
+    MsiRowCursor cursor(Database(), MAP_QUERY, 7);
+    TarnDirectoryMapData row;
+    ASSERT_TRUE(cursor.Next(row));
+    const CString last = row.Directory_;
+    const Refusal refusal("MsiViewFetch", RefuseToFetch);
+    EXPECT_FALSE(cursor.Next(row));
+    EXPECT_EQ(row.Directory_, last);
 }
 
 namespace {
@@ -377,122 +367,4 @@ TEST_F(RefusalTest, ADescriptionThatCanNotBeReadIsExpandedAllTheSame)
     row.Description = L"a [Unknown] b";
     EXPECT_FALSE(row.Read(Database(), record.get(), 8));
     EXPECT_EQ(row.Description, CString(L"a  b"));
-}
-
-// ---- properties --------------------------------------------------------------------------------------------------
-
-namespace {
-
-class PropertyFailureTest : public DatabaseTest
-{
-protected:
-    bool ReadsTable(InstallerHandle database, const wchar_t* table, const wchar_t* key)
-    {
-        wchar_t buffer[100] = L"";
-        return ReadTableValue(database, table, key, buffer, 100);
-    }
-    // All three at once: none may succeed or give anything.
-    void ExpectNothing(InstallerHandle database, const wchar_t* name)
-    {
-        EXPECT_FALSE(ReadsTable(database, L"Property", name));
-        EXPECT_EQ(ReadProperty(database, name), CString());
-        EXPECT_FALSE(WriteProperty(database, name, L"value"));
-    }
-};
-
-} // namespace
-
-TEST_F(PropertyFailureTest, HandleZeroGivesNothing)
-{
-    ExpectNothing(0, L"A");
-}
-
-TEST_F(PropertyFailureTest, AClosedDatabaseGivesNothing)
-{
-    CInstallerHandle database;
-    const ScratchFolder folder(L"closed");
-    ASSERT_EQ(MsiOpenDatabaseW(folder + L"Zolt.msi", MSIDBOPEN_CREATE, database.put()), 0u);
-    const InstallerHandle closed = database.get();
-    database.reset();
-    ExpectNothing(closed, L"A");
-}
-
-TEST_F(PropertyFailureTest, AHandleThatIsNoDatabaseGivesNothing)
-{
-    const CInstallerHandle record(MsiCreateRecord(1));
-    ExpectNothing(record.get(), L"A");
-}
-
-TEST_F(PropertyFailureTest, ADatabaseWithoutTheTableGivesNothing)
-{
-    Run(L"DROP TABLE `Property`");
-    ExpectNothing(Database(), L"A");
-}
-
-TEST_F(PropertyFailureTest, ATableWithoutTheColumnGivesNothing)
-{
-    Run(L"DROP TABLE `Property`");
-    Run(L"CREATE TABLE `Property` (`Property` CHAR(72) NOT NULL, `Other` CHAR(72) PRIMARY KEY `Property`)");
-    Run(L"INSERT INTO `Property` (`Property`,`Other`) VALUES ('A','x')");
-    EXPECT_FALSE(ReadsTable(Database(), L"Property", L"A"));
-    EXPECT_EQ(ReadProperty(Database(), L"A"), CString());
-    EXPECT_FALSE(WriteProperty(Database(), L"A", L"value"));
-}
-
-TEST_F(PropertyFailureTest, ANameWithAnApostropheGivesNothing)
-{
-    ExpectNothing(Database(), L"it's");
-    EXPECT_EQ(Select(L"SELECT * FROM `Property`"), Rows());
-}
-
-TEST_F(PropertyFailureTest, ATableNameWithABackquoteGivesNothing)
-{
-    EXPECT_FALSE(ReadsTable(Database(), L"Property`", L"A"));
-}
-
-TEST_F(PropertyFailureTest, AReadOnlyDatabaseIsReadAndItsFileIsNotWritten)
-{
-    ASSERT_TRUE(WriteProperty(Database(), L"A", L"1"));
-    ReopenReadOnly();
-    EXPECT_EQ(ReadProperty(Database(), L"A"), CString(L"1"));
-    const bool serviceTakesIt =
-        RunSql(Database(), L"INSERT INTO `Property` (`Property`,`Value`) VALUES ('C','3')") == 0;
-    EXPECT_EQ(WriteProperty(Database(), L"B", L"2"), serviceTakesIt); // in memory, on Wine
-    ReopenFile();
-    EXPECT_EQ(Select(L"SELECT * FROM `Property`"), (Rows{{L"A", L"1"}}));
-}
-
-// There is no way back once the old row is deleted.
-TEST_F(PropertyFailureTest, AWriteThatFailsHasDeletedTheOldValue)
-{
-    ASSERT_TRUE(WriteProperty(Database(), L"A", L"1"));
-    EXPECT_FALSE(WriteProperty(Database(), L"A", CString()));
-    EXPECT_EQ(Select(L"SELECT * FROM `Property`"), Rows());
-}
-
-TEST_F(PropertyFailureTest, AClosedRecordLeavesTheTargetAlone)
-{
-    CInstallerHandle record(MsiCreateRecord(1));
-    ASSERT_EQ(MsiRecordSetStringW(record.get(), 1, L"text"), 0u);
-    const InstallerHandle closed = record.get();
-    record.reset();
-    CString text = L"kept";
-    EXPECT_TRUE(ReadRecordText(closed, 1, text)); // it has no data, as a null column has none
-    EXPECT_EQ(text, CString(L"kept"));
-}
-
-// A stream has a size and is no text. Wine reads it as an empty one without a failure.
-TEST_F(PropertyFailureTest, AStreamIsReadAsTheServiceAnswersAndEmpty)
-{
-    const ScratchFolder folder(L"stream");
-    WriteFileBytes(folder + L"stream.bin", "12345678");
-    const CInstallerHandle record(MsiCreateRecord(1));
-    ASSERT_EQ(MsiRecordSetStreamW(record.get(), 1, folder + L"stream.bin"), 0u);
-    ASSERT_GT(MsiRecordDataSize(record.get(), 1), 0u);
-    wchar_t buffer[20] = L"";
-    DWORD size = 20;
-    const UINT answer = MsiRecordGetStringW(record.get(), 1, buffer, &size);
-    CString text;
-    EXPECT_EQ(ReadRecordText(record.get(), 1, text), answer == ERROR_SUCCESS);
-    EXPECT_EQ(text, CString());
 }

@@ -1,96 +1,12 @@
 // What a user adds, on a product of opened media: real rows, real properties.
-#include "host/database.h"
-#include "include/product.h"
-#include "msi/msi_property.h"
-#include "msi/user_file_writer.h"
-#include "tests/msi/database_fixture.h"
+#include "tests/msi/user_file_fixture.h"
 #include "window/handle.h"
 
 #include <winioctl.h>
 
+#include <utility>
+
 namespace {
-
-class UserFileTest : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        g_bUserFeatureExists = false; // as in a module that was just loaded
-        MakeMedia(media);
-        host = OpenHost(media, work);
-        ASSERT_TRUE(host);
-        product = host->GetSetupManager().m_pProducts->at(0);
-        writer = UserFileWriter(product, product->GetMsiHandle());
-        Run(L"DELETE FROM `File` WHERE `File`='a'"); // the package's own
-        Run(L"DELETE FROM `File` WHERE `File`='b'");
-    }
-    void TearDown() override
-    {
-        host.reset();
-        EXPECT_EQ(MsiCloseAllHandles(), 0u) << "installer handles were left open";
-    }
-
-    MSIHANDLE Database() const { return writer.Database; }
-    Rows Select(const CString& query) { return ::Select(Database(), query); }
-    void Run(const CString& statement) { ASSERT_EQ(RunSql(Database(), statement), 0u) << Utf8(statement); }
-    void Drop(const wchar_t* table) { Run(CString(L"DROP TABLE `") + table + L"`"); }
-
-    CString Source(const wchar_t* name, const std::string& bytes = "12345")
-    {
-        const CString path = static_cast<const CString&>(sources) + name;
-        WriteFileBytes(path, bytes);
-        return path;
-    }
-    CString AddFile(const wchar_t* name)
-    {
-        CString key;
-        EXPECT_TRUE(writer.AddUserFile(Source(name), L"INSTALLDIR", key));
-        return key;
-    }
-    CString AddFolder(const wchar_t* name, const wchar_t* parent = L"INSTALLDIR")
-    {
-        CString key;
-        EXPECT_TRUE(writer.AddUserFolder(name, parent, key));
-        return key;
-    }
-    CString AddDrive(const wchar_t* drive)
-    {
-        CString key;
-        EXPECT_TRUE(writer.AddUserDrive(drive, key));
-        return key;
-    }
-    // The tables of the user's rows that hold something, in the order of writing.
-    CString FilledTables()
-    {
-        CString names;
-        for (const wchar_t* table : {L"File", L"Component", L"FeatureComponents", L"CreateFolder",
-                                     L"CustomAction", L"InstallExecuteSequence", L"TarnCustomFile"}) {
-            if (HasTable(Database(), table) && !Select(CString(L"SELECT * FROM `") + table + L"`").empty()) {
-                names += CString(table) + L" ";
-            }
-        }
-        const Rows folders = Select(L"SELECT `Directory` FROM `Directory`");
-        for (const Row& row : folders) {
-            if (row[0].Left(5) == L"TARN_") {
-                names = L"Directory " + names;
-                break;
-            }
-        }
-        return names;
-    }
-    CString SequenceOf(const CString& key)
-    {
-        const Rows rows = Select(L"SELECT `Sequence` FROM `File` WHERE `File`='" + key + L"'");
-        return rows.size() == 1 ? rows[0][0] : CString(L"(none)");
-    }
-
-    ScratchFolder work{L"work"};
-    ScratchFolder media{L"media"};
-    ScratchFolder sources{L"sources"};
-    HostOwner host;
-    CProduct* product = nullptr;
-    UserFileWriter writer;
-};
 
 CString WithHyphens(const CString& key)
 {
@@ -258,25 +174,56 @@ void MakeSparseFile(const CString& path, long long size)
 
 constexpr long long GIGABYTE = 1LL << 30;
 
+class FileSizeTest : public UserFileTest
+{
+protected:
+    bool AddOfSize(long long size)
+    {
+        const CString source = static_cast<const CString&>(sources) + L"large.bin";
+        MakeSparseFile(source, size);
+        CString key;
+        return writer.AddUserFile(source, L"INSTALLDIR", key);
+    }
+};
+
 } // namespace
 
-TEST_F(UserFileTest, AFileAbove4GigabytesStoresTheLow32Bits)
+TEST_F(FileSizeTest, AFileAbove4GigabytesStoresTheLow32Bits)
 {
-    const CString source = static_cast<const CString&>(sources) + L"large.bin";
-    MakeSparseFile(source, 4 * GIGABYTE + 5);
-    CString key;
-    EXPECT_TRUE(writer.AddUserFile(source, L"INSTALLDIR", key));
+    EXPECT_TRUE(AddOfSize(4 * GIGABYTE + 5));
     EXPECT_EQ(Select(L"SELECT `FileSize` FROM `File`"), (Rows{{L"5"}}));
 }
 
 // The column holds signed numbers.
-TEST_F(UserFileTest, AFileOf3GigabytesStoresItsBitsAsANegativeNumber)
+TEST_F(FileSizeTest, AFileOf3GigabytesStoresItsBitsAsANegativeNumber)
 {
-    const CString source = static_cast<const CString&>(sources) + L"large.bin";
-    MakeSparseFile(source, 3 * GIGABYTE);
-    CString key;
-    EXPECT_TRUE(writer.AddUserFile(source, L"INSTALLDIR", key));
+    EXPECT_TRUE(AddOfSize(3 * GIGABYTE));
     EXPECT_EQ(Select(L"SELECT `FileSize` FROM `File`"), (Rows{{NumberText(-GIGABYTE)}}));
+}
+
+// Read as a signed number these sizes are the service's null, and the column must have a value.
+TEST_F(FileSizeTest, AFileOfExactly2Or6GigabytesIsRefusedAndLeavesNoRowOfItsOwn)
+{
+    EXPECT_FALSE(AddOfSize(2 * GIGABYTE));
+    EXPECT_FALSE(AddOfSize(6 * GIGABYTE));
+    EXPECT_EQ(FilledTables(), CString());
+}
+
+TEST_F(FileSizeTest, AFileThatIsRefusedForItsSizeLeavesTheUserFeatureAndItsNumberTaken)
+{
+    product->m_fileSequence = 7;
+    EXPECT_FALSE(AddOfSize(2 * GIGABYTE));
+    EXPECT_EQ(Select(L"SELECT `Level` FROM `Feature` WHERE `Feature`='_UserDeploymentFile'"), (Rows{{L"1"}}));
+    EXPECT_EQ(product->m_fileSequence, 8);
+}
+
+TEST_F(FileSizeTest, FilesOfAByteLessAndOneMoreThan2GigabytesAreWritten)
+{
+    EXPECT_TRUE(AddOfSize(2 * GIGABYTE - 1));
+    EXPECT_EQ(Select(L"SELECT `FileSize` FROM `File`"), (Rows{{L"2147483647"}}));
+    Run(L"DELETE FROM `File`");
+    EXPECT_TRUE(AddOfSize(2 * GIGABYTE + 1));
+    EXPECT_EQ(Select(L"SELECT `FileSize` FROM `File`"), (Rows{{L"-2147483647"}}));
 }
 
 TEST_F(UserFileTest, AfterARemovalTheThirdFileGetsTheNumberOfTheSecond)
@@ -403,140 +350,4 @@ TEST_F(UserFileTest, ALowerCaseLetterOfAnUpdateStaysInActionAndProperty)
               (Rows{{L"DRIVE_E"}}));
     EXPECT_EQ(Select(L"SELECT `Target` FROM `CustomAction`"), (Rows{{L"e:"}}));
     EXPECT_EQ(ReadProperty(Database(), key + L"_SUBST"), CString(L"e:"));
-}
-
-// ---- refused updates ---------------------------------------------------------------------------------------------
-
-TEST_F(UserFileTest, AnUpdateWithoutKeyOrNameIsRefused)
-{
-    for (const bool isDrive : {false, true}) {
-        EXPECT_FALSE(writer.UpdateUserItem(L"INSTALLDIR", nullptr, L"name", isDrive));
-        EXPECT_FALSE(writer.UpdateUserItem(L"INSTALLDIR", L"", L"name", isDrive));
-        EXPECT_FALSE(writer.UpdateUserItem(L"INSTALLDIR", L"key", nullptr, isDrive));
-        EXPECT_FALSE(writer.UpdateUserItem(L"INSTALLDIR", L"key", L"", isDrive));
-    }
-}
-
-TEST_F(UserFileTest, AnUpdateOfAFolderWithoutAParentIsRefusedAndChangesNothing)
-{
-    const CString key = AddFolder(L"before");
-    EXPECT_FALSE(writer.UpdateUserItem(nullptr, key, L"after", false));
-    EXPECT_EQ(Select(L"SELECT * FROM `Directory` WHERE `Directory`='" + key + L"'"),
-              (Rows{{key, L"INSTALLDIR", L"before"}}));
-}
-
-// ---- stops half way: what was written stays, and what follows isn't tried -----------------------------------------
-
-namespace {
-
-struct Stop
-{
-    const wchar_t* missingTable;
-    const wchar_t* written;
-};
-
-class AddFileStopTest : public UserFileTest, public testing::WithParamInterface<Stop>
-{
-};
-class AddFolderStopTest : public UserFileTest, public testing::WithParamInterface<Stop>
-{
-};
-class AddDriveStopTest : public UserFileTest, public testing::WithParamInterface<Stop>
-{
-};
-class RemoveStopTest : public UserFileTest, public testing::WithParamInterface<Stop>
-{
-};
-class RemoveDriveStopTest : public UserFileTest, public testing::WithParamInterface<Stop>
-{
-};
-
-std::string StopName(const testing::TestParamInfo<Stop>& information)
-{
-    return "Without" + Utf8(information.param.missingTable);
-}
-
-void PrintTo(const Stop& stop, std::ostream* stream)
-{
-    *stream << "without " << Utf8(stop.missingTable);
-}
-
-INSTANTIATE_TEST_SUITE_P(Tables, AddFileStopTest,
-                         testing::Values(Stop{L"File", L""}, Stop{L"Component", L"File "},
-                                         Stop{L"FeatureComponents", L"File Component "},
-                                         Stop{L"CreateFolder", L"File Component FeatureComponents "},
-                                         Stop{L"TarnCustomFile",
-                                              L"File Component FeatureComponents CreateFolder "}),
-                         StopName);
-INSTANTIATE_TEST_SUITE_P(
-    Tables, AddFolderStopTest,
-    testing::Values(Stop{L"Component", L"Directory "}, Stop{L"FeatureComponents", L"Directory Component "},
-                    Stop{L"CreateFolder", L"Directory Component FeatureComponents "},
-                    Stop{L"TarnCustomFile", L"Directory Component FeatureComponents CreateFolder "}),
-    StopName);
-INSTANTIATE_TEST_SUITE_P(Tables, AddDriveStopTest,
-                         testing::Values(Stop{L"CustomAction", L"Directory "},
-                                         Stop{L"InstallExecuteSequence", L"Directory CustomAction "}),
-                         StopName);
-INSTANTIATE_TEST_SUITE_P(
-    Tables, RemoveStopTest,
-    testing::Values(Stop{L"Component", L"FeatureComponents CreateFolder TarnCustomFile "},
-                    Stop{L"FeatureComponents", L"CreateFolder TarnCustomFile "},
-                    Stop{L"CreateFolder", L"TarnCustomFile "}, Stop{L"TarnCustomFile", L""}),
-    StopName);
-INSTANTIATE_TEST_SUITE_P(Tables, RemoveDriveStopTest,
-                         testing::Values(Stop{L"CustomAction", L"InstallExecuteSequence "},
-                                         Stop{L"InstallExecuteSequence", L""}),
-                         StopName);
-
-} // namespace
-
-TEST_P(AddFileStopTest, TheRowsBeforeAMissingTableStay)
-{
-    Drop(GetParam().missingTable);
-    CString key;
-    EXPECT_FALSE(writer.AddUserFile(Source(L"a.txt"), L"INSTALLDIR", key));
-    EXPECT_EQ(FilledTables(), CString(GetParam().written));
-}
-
-TEST_P(AddFolderStopTest, TheRowsBeforeAMissingTableStay)
-{
-    Drop(GetParam().missingTable);
-    CString key;
-    EXPECT_FALSE(writer.AddUserFolder(L"folder", L"INSTALLDIR", key));
-    EXPECT_EQ(FilledTables(), CString(GetParam().written));
-}
-
-TEST_P(AddDriveStopTest, TheRowsBeforeAMissingTableStayAndThePropertyIsNotSet)
-{
-    Drop(GetParam().missingTable);
-    CString key;
-    EXPECT_FALSE(writer.AddUserDrive(L"D:", key));
-    EXPECT_EQ(FilledTables(), CString(GetParam().written));
-    EXPECT_EQ(ReadProperty(Database(), key + L"_SUBST"), CString());
-}
-
-TEST_P(RemoveStopTest, OfAFileTheRowsBehindAMissingTableStay)
-{
-    const CString key = AddFile(L"a.txt");
-    Drop(GetParam().missingTable);
-    EXPECT_FALSE(writer.RemoveUserFile(L"INSTALLDIR", key));
-    EXPECT_EQ(FilledTables(), CString(GetParam().written));
-}
-
-TEST_P(RemoveStopTest, OfAFolderTheRowsBehindAMissingTableStay)
-{
-    const CString key = AddFolder(L"folder");
-    Drop(GetParam().missingTable);
-    EXPECT_FALSE(writer.RemoveUserFolder(key));
-    EXPECT_EQ(FilledTables(), CString(GetParam().written));
-}
-
-TEST_P(RemoveDriveStopTest, TheRowsBehindAMissingTableStayAndThePropertyToo)
-{
-    const CString key = AddDrive(L"D:");
-    Drop(GetParam().missingTable);
-    EXPECT_FALSE(writer.RemoveUserDrive(key));
-    EXPECT_EQ(FilledTables(), CString(GetParam().written));
-    EXPECT_EQ(ReadProperty(Database(), key + L"_SUBST"), CString(L"D:"));
 }

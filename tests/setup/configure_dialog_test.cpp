@@ -1,6 +1,7 @@
 // What the dialog and its pages say to each other, and when.
 #include "automation/picture.h"
 #include "setup/configure_rules.h"
+#include "setup/window_place.h"
 #include "tests/setup/configure_fixture.h"
 
 #include <algorithm>
@@ -224,6 +225,47 @@ TEST_F(ConfigureDialog, ContinueAsksAPageAgainThatCameToTheFrontAgain)
     EXPECT_EQ(Stores(), (Stored{StoreAllOf(0)}));
 }
 
+TEST_F(ConfigureDialog, ContinueDoesNotAskTheLastPageAgainThatItsOwnWayOnHasStored)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    GoTo(1);
+    Key(VK_RETURN);
+    Await(L"the focus on Continue", [this] { return InDialog(IDC_CONFIGURE_NEXT).HasFocus(); });
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+    EXPECT_EQ(Stores(), (Stored{StoreOf(0)}));
+    EXPECT_EQ(record.stored, (std::vector<int>{0, 1}));
+}
+
+TEST_F(ConfigureDialog, WhatIsChangedOnTheLastPageAfterItsOwnWayOnIsStoredToo)
+{
+    TestProduct& zolt = AddProduct(L"Zolt");
+    AddTabs(2);
+    GoTo(1);
+    Key(VK_RETURN);
+    Await(L"the focus on Continue", [this] { return InDialog(IDC_CONFIGURE_NEXT).HasFocus(); });
+    Type(L"late");
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+    EXPECT_EQ(Property(zolt, L"TEST_VALUE_1"), CString(L"late"));
+}
+
+TEST_F(ConfigureDialog, WhatIsChangedOnTheLastPageAfterItsOwnWayOnIsCheckedToo)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    GoTo(1);
+    Key(VK_RETURN);
+    Await(L"the focus on Continue", [this] { return InDialog(IDC_CONFIGURE_NEXT).HasFocus(); });
+    Type(L"bad");
+    Press(IDC_CONFIGURE_NEXT);
+    Answer(IDOK, L"Page 1 refuses");
+    Look([&] { EXPECT_EQ(Dialog().GetFront(), 1); });
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
 TEST_F(ConfigureDialog, WhatIsEnteredStandsInTheDatabaseOfItsProduct)
 {
     TestProduct& zolt = AddProduct(L"Zolt");
@@ -307,11 +349,26 @@ TEST_F(ConfigureDialog, TheTitleIsThatOfTheWizardsPages)
     (void)Run();
 }
 
-TEST_F(ConfigureDialog, APageIsAChildOfTheDialogAndKnowsItsFrame)
+TEST_F(ConfigureDialog, APageIsAChildOfTheDialogAndKnowsItsFrameAndItsProduct)
 {
-    AddProduct(L"Zolt");
-    AddTabs(1);
-    Look([&] { EXPECT_TRUE(IsChild(Dialog(), Page(0))); });
+    static PageContext seen;
+    seen = PageContext();
+    leaveHooks = {[](PageContext* context) {
+        seen = *context;
+        return 1;
+    }};
+    TestProduct& zolt = AddProduct(L"Zolt");
+    AddTabs(2);
+    GoTo(1);
+    Look([&] {
+        EXPECT_TRUE(IsChild(Dialog(), Page(0)));
+        EXPECT_EQ(seen.hParent, Page(0));
+        EXPECT_EQ(seen.hFrame, Dialog().m_hWnd);
+        EXPECT_EQ(seen.pProduct, &zolt);
+        EXPECT_EQ(seen.hDatabase, zolt.database);
+        const RECT view = CWindow(InDialog(IDC_CONFIGURE_VIEW).GetWindow()).GetRectInParent();
+        EXPECT_EQ(ScreenRectangleOf(seen.rcDisplay), ScreenRectangleOf(view));
+    });
     Press(IDC_CONFIGURE_NEXT);
     (void)Run();
 }

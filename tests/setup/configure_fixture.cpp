@@ -151,6 +151,16 @@ void ConfigureTest::AddTab(int page, TestProduct& product)
     m_tabs.push_back(tab);
 }
 
+void ConfigureTest::AddTabWithoutProduct(int page)
+{
+    ConfigureTab tab;
+    tab.strName = L"Page " + NumberText(page);
+    tab.strCaption = tab.strName;
+    tab.create = GetTestPage(page);
+    tab.context.pSetupManager = &host.manager;
+    m_tabs.push_back(tab);
+}
+
 void ConfigureTest::Step(const wchar_t* name, CScript::Step step)
 {
     script.Add(name, std::move(step));

@@ -53,6 +53,7 @@ protected:
     // Tabs with the pages 0 to `count` - 1 of each product.
     void AddTabs(int count);
     void AddTab(int page, TestProduct& product);
+    void AddTabWithoutProduct(int page);
     ConfigureOptions options;
     PageHookList leaveHooks; // of the tabs that are added from then on
 

@@ -218,6 +218,25 @@ TEST_F(ConfigureKeyboard, TheButtonThatEnterPressesIsTheOneThatLooksLikeIt)
     (void)Run();
 }
 
+TEST_F(ConfigureKeyboard, AButtonOfThePageThatEnterDoesNotPressDoesNotLookLikeIt)
+{
+    AddTabs(3);
+    GoTo(1);
+    ExpectFocusOnPage(IDC_TEST_EDIT);
+    Key(VK_TAB);
+    Key(VK_TAB);
+    Key(VK_TAB);
+    Key(VK_TAB);
+    ExpectFocusOnPage(IDC_PREVIOUS_TAB);
+    Await(L"the page's own way on", [this] {
+        return OnPage(IDC_NEXT_TAB).IsDefaultButton() && !OnPage(IDC_PREVIOUS_TAB).IsDefaultButton();
+    });
+    Key(VK_RETURN);
+    ExpectFront(2);
+    Press(IDC_CONFIGURE_NEXT);
+    (void)Run();
+}
+
 TEST_F(ConfigureKeyboard, ContinueIsTheDefaultButton)
 {
     AddTabs(2);

@@ -131,6 +131,55 @@ TEST_F(ConfigureTrouble, APageWhoseWindowGoesIsMadeAnew)
     EXPECT_EQ(Run(), NAVIGATION_NEXT);
 }
 
+TEST_F(ConfigureTrouble, APageIsNotMadeWithoutAProduct)
+{
+    AddTabWithoutProduct(0);
+    Look([&] {
+        EXPECT_EQ(Page(0), nullptr);
+        CString expected = SetupText(IDS_CONFIGURE_NO_PRODUCT, {L"Page 0"});
+        expected.Replace(L"\r\n", L"\n");
+        EXPECT_EQ(ReasonText(), expected);
+        TakePicture(L"configure-no-product.png");
+    });
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
+// ---- a page's own box
+
+TEST_F(ConfigureTrouble, ItStaysWhileAPagesOwnBoxIsUp)
+{
+    for (const int turn : {0, 1}) {
+        if (turn == 0) {
+            AddProduct(L"Zolt");
+            AddTabs(2);
+        }
+        Type(L"bad");
+        if (turn == 0) {
+            Key(VK_RETURN);
+        } else {
+            PressOnPage(IDC_NEXT_TAB);
+        }
+        Step(L"close the window under the box", [this] {
+            if (!FindMessageBox()) {
+                return StepOutcome::NotYet(L"no box is up");
+            }
+            for (const UINT command : {IDC_CONFIGURE_NEXT, IDC_CONFIGURE_BACK, IDC_CONFIGURE_CANCEL}) {
+                SendMessageW(Dialog(), WM_COMMAND, command, 0);
+            }
+            SendMessageW(Dialog(), WM_CLOSE, 0, 0);
+            return StepOutcome::Done();
+        });
+        Answer(IDOK, L"Page 0 refuses");
+        Look([&] {
+            EXPECT_EQ(Dialog().GetFront(), 0);
+            EXPECT_EQ(record.alive, 1);
+        });
+    }
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
 // ---- a database that goes away
 
 TEST_F(ConfigureTrouble, ADatabaseThatGoesIsToldOnceAndItsPagesMayBeLeft)
@@ -182,6 +231,17 @@ TEST_F(ConfigureTrouble, ATabOfAProductWithoutADatabaseSaysSoInThePagesPlace)
     });
     Press(IDC_CONFIGURE_CANCEL);
     EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+}
+
+TEST_F(ConfigureTrouble, BackTellsThatNothingWasStored)
+{
+    TestProduct& zolt = AddProduct(L"Zolt");
+    AddTabs(1);
+    Type(L"lost");
+    Do([&] { CloseDatabase(zolt); });
+    Press(IDC_CONFIGURE_BACK);
+    Answer(IDOK, SetupText(IDS_CONFIGURE_NO_DATABASE, {L"Zolt", SystemErrorText(ERROR_INVALID_HANDLE)}));
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
 }
 
 TEST_F(ConfigureTrouble, ThePagesOwnWayOnTellsThatNothingWasStored)

@@ -1,8 +1,6 @@
 // What counts as entered on a page, and that the pages of a walk are watched for it.
-#include "include/setup_manager.h"
 #include "setup/change_watch.h"
 #include "setup/control_snapshot.h"
-#include "tests/support/test_host.h"
 #include "tests/support/text.h"
 #include "window/window.h"
 
@@ -15,10 +13,10 @@ namespace {
 class WhatIsEntered : public testing::Test
 {
 protected:
-    WhatIsEntered()
-        : page(CreateWindowExW(0, L"STATIC", L"page", WS_OVERLAPPEDWINDOW, 0, 0, 300, 300, nullptr, nullptr,
-                               nullptr, nullptr))
+    static HWND MakePage()
     {
+        return CreateWindowExW(0, L"STATIC", L"page", WS_OVERLAPPEDWINDOW, 0, 0, 300, 300, nullptr, nullptr,
+                               nullptr, nullptr);
     }
     ~WhatIsEntered() override { DestroyWindow(page); }
 
@@ -36,7 +34,7 @@ protected:
         return ReadControls(page) != before;
     }
 
-    HWND page;
+    HWND page = MakePage();
 
 private:
     int m_id = 100;
@@ -118,7 +116,7 @@ class ChangeWatch : public WhatIsEntered
 protected:
     ChangeWatch() { edit = Add(L"Edit"); }
 
-    // As a wizard page that is shown and left forward runs its hooks.
+    // As a wizard page that comes up, is worked on and goes.
     template <class Act>
     void WalkThrough(Act act)
     {
@@ -126,15 +124,14 @@ protected:
         watch.Watch(context);
         PageContext up;
         up.hParent = page;
-        EXPECT_NE(context.postInitHooks.at(0)(&up), 2);
+        EXPECT_NE(context.postInitHooks.at(0)(&up), 2) << "the watch vetoed";
         act();
-        PageContext left; // a wizard page gives its leave hooks nothing but the manager
-        left.pSetupManager = &host.manager;
-        host.manager.m_hCurrentPage = page;
-        EXPECT_NE(context.leaveHooks.at(0)(&left), 2) << "the watch vetoed";
+        DestroyWindow(page);
+        watch.NotePage();
+        page = MakePage();
+        edit = Add(L"Edit");
     }
 
-    TestHost host;
     CChangeWatch watch;
     CWindow edit;
 };
@@ -150,6 +147,23 @@ TEST_F(ChangeWatch, AChangeStaysKnownOnThePagesBehind)
     WalkThrough([this] { edit.SetText(L"entered"); });
     WalkThrough([] {});
     EXPECT_TRUE(watch.HasChanges());
+}
+
+TEST_F(ChangeWatch, WhatWasTakenBackIsNoChange)
+{
+    WalkThrough([this] {
+        edit.SetText(L"entered");
+        edit.SetText(L"");
+    });
+    EXPECT_FALSE(watch.HasChanges());
+}
+
+TEST_F(ChangeWatch, APageThatNeverCameUpIsNoChange)
+{
+    PageContext context;
+    watch.Watch(context);
+    watch.NotePage();
+    EXPECT_FALSE(watch.HasChanges());
 }
 
 TEST_F(ChangeWatch, StartingOverForgetsWhatIsGone)

@@ -9,6 +9,10 @@ class CallLog
 {
 public:
     void Add(const CString& call) { m_calls.push_back(call); }
+    void Add(const wchar_t* operation, const CString& argument)
+    {
+        Add(CString(operation) + L"(" + argument + L")");
+    }
     void Clear() { m_calls.clear(); }
 
     const std::vector<CString>& All() const { return m_calls; }

@@ -4,8 +4,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
-
 namespace {
 
 CString Call(const wchar_t* operation, const CString& argument = CString())
@@ -16,19 +14,6 @@ CString Call(const wchar_t* operation, const CString& argument = CString())
 CString Truth(bool value)
 {
     return value ? L"true" : L"false";
-}
-
-bool CopyText(const std::map<CString, CString>& table, const wchar_t* name, wchar_t* buffer, int* size)
-{
-    const auto row = table.find(name);
-    if (row == table.end())
-        return false;
-    const int length = row->second.GetLength();
-    const bool fits = length < *size;
-    if (fits)
-        std::copy_n(row->second.GetString(), length + 1, buffer);
-    *size = length;
-    return fits;
 }
 
 } // namespace
@@ -162,46 +147,6 @@ bool TestLangMgr::Init(CConfigReader* reader)
 void TestLangMgr::Reset()
 {
     log.Add(Call(L"Reset"));
-}
-
-bool TestProduct::GetMsiProperty(const wchar_t* name, wchar_t* buffer, int* size)
-{
-    return CopyText(msiProperties, name, buffer, size);
-}
-
-bool TestProduct::SetMsiProperty(const wchar_t* name, const wchar_t* value, bool flag)
-{
-    log.Add(Call(L"Product.SetMsiProperty", CString(name) + L", \"" + value + L"\", " + Truth(flag)));
-    msiProperties[name] = value;
-    return true;
-}
-
-bool TestProduct::GetProperty(const wchar_t* name, wchar_t* buffer, int* size)
-{
-    return CopyText(properties, name, buffer, size);
-}
-
-void TestProduct::SetProperty(const wchar_t* name, const wchar_t* value)
-{
-    log.Add(Call(L"Product.SetProperty", CString(name) + L", \"" + value + L"\""));
-    properties[name] = value;
-}
-
-void TestProduct::SetPatchState(Setup::tagPATCHSTATE state)
-{
-    log.Add(Call(L"Product.SetPatchState", NumberText(state)));
-    patchState = state;
-}
-
-bool TestProduct::IsPatchMerged(const CString& file)
-{
-    return std::find(mergedPatches.begin(), mergedPatches.end(), file) != mergedPatches.end();
-}
-
-void TestProduct::SetIncludeSP(int value)
-{
-    log.Add(Call(L"Product.SetIncludeSP", NumberText(value)));
-    m_patchFlag = value;
 }
 
 TestHost::TestHost()

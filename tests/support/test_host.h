@@ -9,10 +9,9 @@
 #pragma once
 
 #include "include/lang_mgr.h"
-#include "include/product.h"
 #include "include/setup_manager.h"
 #include "include/ui_manager.h"
-#include "tests/support/call_log.h"
+#include "tests/support/test_product.h"
 
 #include <deque>
 #include <map>
@@ -97,48 +96,6 @@ public:
     CString language = L"en-US";
     bool initAnswer = true;
     CConfigReader* initReader = nullptr; // the last that Init was given
-
-    CallLog& log;
-};
-
-// A product with both property stores in memory, for pages and rules that don't need a database.
-class TestProduct : public CProduct
-{
-public:
-    explicit TestProduct(CallLog& callLog) : log(callLog) {}
-
-    InstallerHandle GetMsiHandle() override { return database; }
-    bool GetMsiProperty(const wchar_t* name, wchar_t* buffer, int* size) override;
-    bool SetMsiProperty(const wchar_t* name, const wchar_t* value, bool flag) override;
-    bool GetProperty(const wchar_t* name, wchar_t* buffer, int* size) override;
-    void SetProperty(const wchar_t* name, const wchar_t* value) override;
-    Setup::tagPATCHSTATE GetMsiPatchState() override { return msiPatchState; }
-    Setup::tagPATCHSTATE GetPatchState() override { return patchState; }
-    void SetPatchState(Setup::tagPATCHSTATE state) override;
-    bool IsPatchMerged(const CString& file) override;
-    void SetDownloadedMSPPath(const CString& path) override { patchPath = path; }
-    void SetDownloadedPatchName(const CString& name) override { patchName = name; }
-    void SetDownloadedPatchReadmeURL(const CString& url) override { patchReadme = url; }
-    void SetDownloadedPatchSize(const CString& text) override { patchSize = text; }
-    CString GetDownloadedMSPPath() override { return patchPath; }
-    CString GetDownloadedPatchName() override { return patchName; }
-    CString GetDownloadedPatchReadmeURL() override { return patchReadme; }
-    CString GetDownloadedPatchSize() override { return patchSize; }
-    void SetIncludeSP(int value) override;
-    std::vector<CProduct*>& GetLPChildren() override { return children; }
-    bool GetCustomShortcuts(std::vector<ShortcutStrings>&) override { return false; }
-
-    InstallerHandle database = 0;
-    std::map<CString, CString> msiProperties;
-    std::map<CString, CString> properties;
-    Setup::tagPATCHSTATE msiPatchState = Setup::PATCHSTATE_0;
-    Setup::tagPATCHSTATE patchState = Setup::PATCHSTATE_0;
-    std::vector<CString> mergedPatches;
-    CString patchPath;
-    CString patchName;
-    CString patchReadme;
-    CString patchSize;
-    std::vector<CProduct*> children;
 
     CallLog& log;
 };
