@@ -179,8 +179,7 @@ CString CDeploymentSettingsDialog::DefaultLogFolder() const
     if (ResolveNetworkPath(networkForm, folder)) {
         return folder + LOG_FOLDER;
     }
-    const CString computer = ComputerName();
-    return computer.IsEmpty() ? ComputerRoot(computer) : WithEndingBackslash(ComputerRoot(computer));
+    return WithEndingBackslash(ComputerRoot(ComputerName()));
 }
 
 bool CDeploymentSettingsDialog::ValidateAndStore()
@@ -196,11 +195,21 @@ bool CDeploymentSettingsDialog::ValidateAndStore()
 
 bool CDeploymentSettingsDialog::CheckLogFolder()
 {
-    PathCheckResult result = ValidateFolder(m_strLogFolder, true);
+    // A box takes the focus from the edit, and the member then holds the typed text anew. What is judged stands aside, so
+    // that what a box names is what is stored.
+    CString folder = m_strLogFolder;
+    const bool accepted = AcceptLogFolder(folder);
+    m_strLogFolder = folder;
+    return accepted;
+}
+
+bool CDeploymentSettingsDialog::AcceptLogFolder(CString& folder)
+{
+    PathCheckResult result = ValidateFolder(folder, true);
     if (result == PCR_NOT_UNC) {
-        result = ValidateFolder(m_strLogFolder, false);
+        result = ValidateFolder(folder, false);
     }
-    switch (JudgeLogFolder(result, m_strLogFolder)) {
+    switch (JudgeLogFolder(result, folder)) {
     case LogFolderVerdict::Usable:
         return true;
     case LogFolderVerdict::NotNetwork:
@@ -209,8 +218,7 @@ bool CDeploymentSettingsDialog::CheckLogFolder()
     case LogFolderVerdict::Doubtful:
         break;
     }
-    return ShowPageBox(FormatResource(IDS_LOG_FOLDER_UNUSABLE, m_strLogFolder), MB_YESNO | MB_ICONWARNING) ==
-           IDYES;
+    return ShowPageBox(FormatResource(IDS_LOG_FOLDER_UNUSABLE, folder), MB_YESNO | MB_ICONWARNING) == IDYES;
 }
 
 void CDeploymentSettingsDialog::Store(bool withPath)

@@ -48,6 +48,7 @@ private:
     // ---- checks and storing ----
     CString DefaultLogFolder() const;
     bool CheckLogFolder();
+    bool AcceptLogFolder(CString& folder); // which comes back in canonical form
     void Store(bool withPath);
     void StoreMc3() const;
 

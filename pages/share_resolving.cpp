@@ -73,8 +73,11 @@ CString ShareNameOf(const CString& remote)
 int WidePathOfShare(CString& out, const CString& name)
 {
     const auto getInfo = FindCall<WideShareCall>(L"netapi32.dll", L"NetShareGetInfo");
+    if (!getInfo) {
+        return 0; // told already; the look-up of the next would tell of the same library again
+    }
     const auto freeBuffer = FindCall<BufferFreeCall>(L"netapi32.dll", L"NetApiBufferFree");
-    if (!getInfo || !freeBuffer) {
+    if (!freeBuffer) {
         return 0;
     }
     CString shareName = name.Left(NAME_CAPACITY);

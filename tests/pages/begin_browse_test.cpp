@@ -91,6 +91,17 @@ TEST_F(BeginBrowse, ThePickerBeginsAtTheCurrentLocation)
     ShowAndLeave();
 }
 
+TEST_F(BeginBrowse, ThePickerIsToldOfALongLocationTheFirst260Characters)
+{
+    const CString location = L"C:\\" + CString(L'a', 297);
+    WithLocation(location);
+    Press(IDC_LOCATION_BROWSE);
+    Step(L"cancel", [] { return CancelPicker(); });
+    ExpectLocation(location);
+    Look([&] { EXPECT_EQ(browseCall.selection, location.Left(260)); });
+    ShowAndLeave();
+}
+
 TEST_F(BeginBrowse, AnAcceptableFolderBecomesTheLocation)
 {
     for (const int type : {1, 2}) {

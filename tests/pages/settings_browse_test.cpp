@@ -80,6 +80,18 @@ TEST_F(SettingsBrowse, ThePickerBeginsAtTheTextOfTheEdit)
     ShowAndLeave();
 }
 
+TEST_F(SettingsBrowse, ThePickerIsToldOfALongTextTheFirst260Characters)
+{
+    const CString text = L"C:\\" + CString(L'a', 297);
+    WithLog(text);
+    Cancel();
+    Look([&] {
+        EXPECT_EQ(browseCall.selection, text.Left(260));
+        EXPECT_EQ(Text(IDC_LOG_FOLDER), text);
+    });
+    ShowAndLeave();
+}
+
 TEST_F(SettingsBrowse, ThePickedFolderGetsABackslashAndTheEditTheFocus)
 {
     WithLog(folder.GetPath());

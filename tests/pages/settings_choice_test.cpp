@@ -63,6 +63,18 @@ TEST_F(SettingsInit, TheDefaultLiesBelowALocationInNetworkForm)
     }
 }
 
+// Other computers don't know the drive, but the location is offered as it was typed.
+TEST_F(SettingsInit, TheDefaultLiesBelowALocationOnAMappedDrive)
+{
+    const CTestShare share(L"SRV", L"data");
+    const CTestDrive drive(L'X', DRIVE_REMOTE, "unc/SRV/data");
+    ASSERT_TRUE(CreateDirectoryW(L"X:\\depot", nullptr)) << GetLastError();
+    WithLocation(L"X:\\depot");
+    WithLog(L"");
+    Look([&] { EXPECT_EQ(Text(IDC_LOG_FOLDER), CString(L"X:\\depot\\Log\\")); });
+    ShowAndLeave();
+}
+
 TEST_F(SettingsInit, ALocationThatIsEmptyOrRelativeGivesTheComputersForm)
 {
     for (const wchar_t* location : {L"", L"depot", L"Q:\\depot"}) {
@@ -190,6 +202,39 @@ TEST_F(SettingsLog, BlanksAloneDisableNextWhenTheEditLosesTheFocus)
     Look([&] {
         EXPECT_EQ(Text(IDC_LOG_FOLDER), CString());
         EXPECT_FALSE(Control(IDC_NEXT).IsEnabled());
+    });
+    ShowAndLeave();
+}
+
+class SettingsLogOff : public SettingsPage
+{
+protected:
+    // Nobody can type there while the log is off, but a program can set the text.
+    void SetFolder(const wchar_t* text, WORD notification)
+    {
+        const HWND edit = Control(IDC_LOG_FOLDER).GetWindow();
+        SetWindowTextW(edit, text);
+        SendMessageW(Page(), WM_COMMAND, MAKEWPARAM(IDC_LOG_FOLDER, notification),
+                     reinterpret_cast<LPARAM>(edit));
+    }
+};
+
+TEST_F(SettingsLogOff, ATextThatGoesLeavesNextOn)
+{
+    host.manager.m_strNetworkLogFolder = L"\\\\srv\\logs\\";
+    Look([&] {
+        SetFolder(L"", EN_CHANGE);
+        EXPECT_TRUE(Control(IDC_NEXT).IsEnabled());
+    });
+    ShowAndLeave();
+}
+
+TEST_F(SettingsLogOff, LeavingTheEditTrimsNothing)
+{
+    Look([&] {
+        SetFolder(L"   ", EN_KILLFOCUS);
+        EXPECT_EQ(Text(IDC_LOG_FOLDER), CString(L"   "));
+        EXPECT_TRUE(Control(IDC_NEXT).IsEnabled());
     });
     ShowAndLeave();
 }

@@ -126,6 +126,24 @@ TEST_F(SettingsMc3, ARefusedNextStoresNothing)
     ShowAndLeave();
 }
 
+TEST_F(SettingsMc3, AWriteThatFailsIsNotNoticedAndTheNextProductIsWritten)
+{
+    TestProduct& first = AddCarrier(L"#0");
+    TestProduct& second = AddCarrier(L"#0");
+    Press(IDC_MC3);
+    Look([&] { DropProperties(first); });
+    GoOn();
+    EXPECT_EQ(Mc3Of(second), CString(L"#1"));
+}
+
+TEST_F(SettingsMc3, TheLongestValueThatCanBeReadCounts)
+{
+    TestProduct& product = AddCarrier(CString(L'1', 1023));
+    ExpectBox(true);
+    GoOn();
+    EXPECT_EQ(Mc3Of(product), CString(L"#1"));
+}
+
 TEST_F(SettingsMc3, AValueTooLongToReadDoesNotCount)
 {
     TestProduct& product = AddCarrier(CString(L'1', 1024));

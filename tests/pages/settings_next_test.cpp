@@ -1,6 +1,8 @@
 // Next on the settings page: each kind of log folder with its box, and what is stored.
 #include "tests/pages/settings_page.h"
 
+#include <commctrl.h>
+
 namespace {
 
 // The system reads the list of network providers when the program starts, so this must come first of all.
@@ -23,6 +25,13 @@ protected:
         EXPECT_EQ(ShowPage(), NAVIGATION_NEXT);
         EXPECT_TRUE(host.manager.m_bNetworkLog);
         EXPECT_EQ(host.manager.m_strNetworkLogFolder, stored);
+    }
+    // Enter where the text is typed: the focus stays in the edit until a box takes it.
+    void TypeAndPressEnter(const CString& typed)
+    {
+        WithLog(L"before");
+        Type(IDC_LOG_FOLDER, typed);
+        Key(VK_RETURN);
     }
     void ExpectRefusedAsNoNetworkPath(const CString& typed)
     {
@@ -112,6 +121,71 @@ TEST_F(SettingsNext, YesTakesAShareThatDoesNotAnswer)
     Answer(Unusable(L"\\\\SRV\\MISSING\\logs\\"), IDYES);
     EXPECT_EQ(ShowPage(), NAVIGATION_NEXT);
     EXPECT_EQ(host.manager.m_strNetworkLogFolder, CString(L"\\\\SRV\\MISSING\\logs\\"));
+}
+
+// The text was stored as typed, quotes and all, when Enter was pressed in the edit.
+TEST_F(SettingsNext, YesStoresTheFolderThatTheBoxNamed)
+{
+    for (const wchar_t* typed : {L"\"\\\\SRV\\MISSING\\logs\"", L"\\\\SRV\\MISSING\\other\\..\\logs"}) {
+        TypeAndPressEnter(typed);
+        Answer(Unusable(L"\\\\SRV\\MISSING\\logs\\"), IDYES);
+        EXPECT_EQ(ShowPage(), NAVIGATION_NEXT) << Utf8(typed);
+        EXPECT_EQ(host.manager.m_strNetworkLogFolder, CString(L"\\\\SRV\\MISSING\\logs\\")) << Utf8(typed);
+    }
+}
+
+TEST_F(SettingsNext, NoLeavesTheTextAsItWasTyped)
+{
+    for (const wchar_t* typed : {L"\"\\\\SRV\\MISSING\\logs\"", L"\\\\SRV\\MISSING\\other\\..\\logs"}) {
+        TypeAndPressEnter(typed);
+        Answer(Unusable(L"\\\\SRV\\MISSING\\logs\\"), IDNO);
+        ExpectStaysOnFolder(typed);
+        ShowAndLeave();
+        EXPECT_EQ(host.manager.m_strNetworkLogFolder, CString(L"before")) << Utf8(typed);
+    }
+}
+
+int caretScrolls = 0;
+
+LRESULT CALLBACK CountCaretScrolls(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR)
+{
+    caretScrolls += message == EM_SCROLLCARET;
+    return DefSubclassProc(edit, message, wParam, lParam);
+}
+
+// Wine scrolls when the text is selected, Windows only when it is told to.
+TEST_F(SettingsNext, ARefusalTellsTheEditToScrollToTheCaret)
+{
+    caretScrolls = 0;
+    WithLog(L"logs");
+    Look([this] { SetWindowSubclass(Control(IDC_LOG_FOLDER).GetWindow(), CountCaretScrolls, 0, 0); });
+    Press(IDC_NEXT);
+    Answer(NotNetwork(), IDOK);
+    ExpectStaysOnFolder(L"logs");
+    Look([] { EXPECT_EQ(caretScrolls, 1); });
+    ShowAndLeave();
+}
+
+TEST_F(SettingsNext, TheEndOfALongRefusedTextIsInView)
+{
+    const CString typed = L"logs\\" + CString(L'w', 200);
+    const auto isInView = [this](int character) {
+        const HWND edit = Control(IDC_LOG_FOLDER).GetWindow();
+        RECT room = {};
+        GetClientRect(edit, &room);
+        const auto left = static_cast<short>(LOWORD(SendMessageW(edit, EM_POSFROMCHAR, character, 0)));
+        return left >= 0 && left < room.right;
+    };
+    WithLog(L"before");
+    Type(IDC_LOG_FOLDER, typed);
+    Key(VK_HOME);
+    Await(L"the beginning of the text is not in view", [=] { return isInView(0); });
+    Look([=] { EXPECT_FALSE(isInView(typed.GetLength() - 1)) << "the text is no longer than the edit"; });
+    Press(IDC_NEXT);
+    Answer(NotNetwork(), IDOK);
+    ExpectStaysOnFolder(typed);
+    Look([=] { EXPECT_TRUE(isInView(typed.GetLength() - 1)); });
+    ShowAndLeave();
 }
 
 TEST_F(SettingsNext, ALocalFolderWithDeniedAccessIsAskedAbout)

@@ -97,6 +97,11 @@ CString SettingsPage::Mc3Of(TestProduct& product)
     return text;
 }
 
+void SettingsPage::DropProperties(TestProduct& product)
+{
+    RunSql(product.database, L"DROP TABLE `Property`");
+}
+
 void SettingsPage::ExpectFolderEnabled(bool enabled) const
 {
     for (const int id : {IDC_LOG_FOLDER_HEADING, IDC_LOG_FOLDER, IDC_LOG_FOLDER_BROWSE})

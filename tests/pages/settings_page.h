@@ -32,6 +32,8 @@ protected:
     TestProduct& AddCarrier(const wchar_t* value);
     // The value in the product's open database, read with the service's own calls; "(none)" without a row.
     static CString Mc3Of(TestProduct& product);
+    // Takes away the table that MC3_ENABLED is written to.
+    static void DropProperties(TestProduct& product);
 
     // ---- looks ----
     CString Text(int id) const { return Control(id).GetText(); }

@@ -15,6 +15,8 @@
 #include <lm.h>
 #include <winnetwk.h>
 
+#include <functional>
+#include <string>
 #include <vector>
 
 namespace {
@@ -29,6 +31,8 @@ struct Entry
 struct Network
 {
     DWORD opened = ERROR_ACCESS_DENIED;
+    HANDLE handle = nullptr; // that the opening leaves
+    std::vector<HANDLE> closed;
     std::vector<Entry> entries;
     std::size_t given = 0;
     int reads = 0;
@@ -37,18 +41,26 @@ struct Network
     CString lookedUp; // the share asked for
     const wchar_t* sharePath = nullptr;
     int freed = 0;
+    std::string missing; // a function that the library doesn't have
     DWORD connection = NO_ERROR;
     CString device;
 };
 Network network;
 
-DWORD WINAPI OpenEnum(DWORD scope, DWORD type, DWORD usage, NETRESOURCEW* resource, HANDLE*)
+DWORD WINAPI OpenEnum(DWORD scope, DWORD type, DWORD usage, NETRESOURCEW* resource, HANDLE* handle)
 {
     EXPECT_EQ(scope, 2u);
     EXPECT_EQ(type, 1u);
     EXPECT_EQ(usage, 0u);
     network.container = resource->lpRemoteName;
+    *handle = network.handle;
     return network.opened;
+}
+
+DWORD WINAPI CloseEnum(HANDLE enumeration)
+{
+    network.closed.push_back(enumeration);
+    return NO_ERROR;
 }
 
 DWORD WINAPI EnumResource(HANDLE enumeration, DWORD* count, void* buffer, DWORD* size)
@@ -67,8 +79,9 @@ DWORD WINAPI EnumResource(HANDLE enumeration, DWORD* count, void* buffer, DWORD*
     return NO_ERROR;
 }
 
-DWORD WINAPI ShareInfo(wchar_t*, wchar_t* name, DWORD level, BYTE** buffer)
+DWORD WINAPI ShareInfo(wchar_t* server, wchar_t* name, DWORD level, BYTE** buffer)
 {
+    EXPECT_EQ(server, nullptr);
     EXPECT_EQ(level, 2u);
     network.lookedUp = name;
     static SHARE_INFO_2 info;
@@ -84,13 +97,21 @@ DWORD WINAPI FreeShareInfo(void*)
     return NERR_Success;
 }
 
-FARPROC WINAPI ProcAddress(HMODULE module, const char* name)
+FARPROC WINAPI ProcAddress(HMODULE, const char* name)
 {
+    if (network.missing == name)
+        return nullptr;
     if (strcmp(name, "NetShareGetInfo") == 0)
         return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(ShareInfo));
     if (strcmp(name, "NetApiBufferFree") == 0)
         return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(FreeShareInfo));
-    return GetProcAddress(module, name);
+    ADD_FAILURE() << name << " was looked up";
+    return nullptr;
+}
+
+FARPROC WINAPI NoProcAddress(HMODULE, const char*)
+{
+    return nullptr;
 }
 
 DWORD WINAPI Connection(const wchar_t* device, wchar_t* remote, DWORD* size)
@@ -120,6 +141,7 @@ protected:
 
     Redirect open{"WNetOpenEnumW", OpenEnum};
     Redirect read{"WNetEnumResourceW", EnumResource};
+    Redirect close{"WNetCloseEnum", CloseEnum};
     Redirect connection{"WNetGetConnectionW", Connection};
     ShareMap shares{{L"before", L"BEFORE"}};
     CString out = L"before";
@@ -150,6 +172,21 @@ TEST_F(Shares, ADriveThatIsNotInTheListGivesNothing)
     EXPECT_EQ(network.container, CString()) << "the shares were asked for";
 }
 
+// The list is written before the system fails, so that only the failure can be what counts.
+DWORD WINAPI FailDriveStrings(DWORD, wchar_t* drives)
+{
+    memcpy(drives, L"C:\\\0", 5 * sizeof(wchar_t));
+    return 0;
+}
+
+TEST_F(Shares, ADriveListThatCannotBeReadGivesNothing)
+{
+    const Redirect list("GetLogicalDriveStringsW", FailDriveStrings);
+    EXPECT_EQ(ResolveNetworkPath(out, L"C:\\dir\\"), 0);
+    EXPECT_EQ(out, CString());
+    EXPECT_EQ(network.container, CString()) << "the shares were asked for";
+}
+
 TEST_F(Shares, AMappedDriveIsToldByItsShare)
 {
     const CTestDrive drive(L'X', DRIVE_REMOTE, "/");
@@ -176,12 +213,22 @@ TEST_F(Shares, ADriveWithoutAConnectionGivesNothing)
 TEST_F(Shares, ASuccessfulOpenGivesNothingAndReadsNothing)
 {
     network.opened = NO_ERROR;
+    network.handle = &network;
     network.entries = {{L"C:\\tools", L"\\\\PC\\tools"}};
     EXPECT_EQ(EnumerateShares(shares), 0);
     EXPECT_TRUE(shares.empty());
     EXPECT_EQ(network.reads, 0);
     EXPECT_EQ(ResolveNetworkPath(out, L"C:\\tools\\"), 0);
     EXPECT_EQ(out, CString());
+}
+
+// Kept on purpose, like the test above.
+TEST_F(Shares, ASuccessfulOpenLeavesTheEnumerationOpen)
+{
+    network.opened = NO_ERROR;
+    network.handle = &network;
+    EXPECT_EQ(EnumerateShares(shares), 0);
+    EXPECT_EQ(network.closed, std::vector<HANDLE>());
 }
 
 TEST_F(Shares, NoNetworkGivesNothing)
@@ -198,12 +245,44 @@ TEST_F(Shares, AnyOtherErrorGoesOnWithoutAHandle)
     EXPECT_TRUE(shares.empty());
     EXPECT_EQ(network.reads, 1);
     EXPECT_EQ(network.readFrom, nullptr);
+    EXPECT_EQ(network.closed, std::vector<HANDLE>());
+}
+
+TEST_F(Shares, AHandleThatAnErrorLeftIsReadFromAndClosedOnce)
+{
+    network.handle = &network;
+    EXPECT_EQ(EnumerateShares(shares), 1);
+    EXPECT_EQ(network.readFrom, &network);
+    EXPECT_EQ(network.closed, std::vector<HANDLE>{&network});
 }
 
 TEST_F(Shares, TheContainerIsThisComputer)
 {
     EXPECT_EQ(EnumerateShares(shares), 1);
     EXPECT_EQ(network.container, L"\\\\" + ComputerName());
+}
+
+BOOL WINAPI FailComputerName(wchar_t* name, DWORD* size)
+{
+    wcscpy(name, L"HALF");
+    *size = 4;
+    return FALSE;
+}
+
+BOOL WINAPI EmptyComputerName(wchar_t* name, DWORD* size)
+{
+    *name = L'\0';
+    *size = 0;
+    return TRUE;
+}
+
+TEST_F(Shares, TheContainerOfAComputerWithoutANameIsTwoBackslashes)
+{
+    for (auto* call : {FailComputerName, EmptyComputerName}) {
+        const Redirect name("GetComputerNameW", call);
+        EXPECT_EQ(EnumerateShares(shares), 1);
+        EXPECT_EQ(network.container, CString(L"\\\\"));
+    }
 }
 
 TEST_F(Shares, LocalPathsAreUpperCaseWithoutBackslashesAtTheEnd)
@@ -257,6 +336,14 @@ TEST_F(Shares, AShareIsLookedUpWithoutItsExtension)
     EXPECT_EQ(out, CString(L"c:\\Tools"));
 }
 
+TEST_F(Shares, ANameIsLookedUpByItsFirst260Characters)
+{
+    const Redirect lookUp("GetProcAddress", ProcAddress);
+    network.sharePath = L"c:\\tools";
+    EXPECT_EQ(LocalPathOfShare(out, L"\\\\pc\\" + CString(L'a', 259) + L"bc"), 1);
+    EXPECT_EQ(network.lookedUp, CString(L'a', 259) + L"b");
+}
+
 TEST_F(Shares, AShareThatIsUnknownGivesNothing)
 {
     const Redirect lookUp("GetProcAddress", ProcAddress);
@@ -266,6 +353,66 @@ TEST_F(Shares, AShareThatIsUnknownGivesNothing)
 }
 
 // ---- functions by name
+
+// Makes the call and gives the texts of the boxes that came, each answered by OK; one box too many fails.
+std::vector<CString> BoxesOf(const std::function<void()>& call, std::size_t expected)
+{
+    std::vector<CString> texts;
+    const auto findNext = [&] {
+        std::optional<MessageBoxView> box = FindMessageBox();
+        return box && (texts.empty() || !(box->Describe() == texts.back())) ? box : std::nullopt;
+    };
+    CScript script;
+    script.SetFailureHandler([] { CloseFrontWindow(); });
+    for (std::size_t count = 0; count < expected; ++count) {
+        script.Add(L"answer the box", [&] {
+            const std::optional<MessageBoxView> box = findNext();
+            if (!box)
+                return StepOutcome::NotYet(L"no further message box is up");
+            texts.push_back(box->Describe());
+            return AnswerMessageBox(*box, IDOK);
+        });
+    }
+    script.SetEnding(L"the call's end", [&] {
+        const std::optional<MessageBoxView> box = findNext();
+        return box ? StepOutcome::Failed(L"an unexpected message box is up: " + box->Describe())
+                   : StepOutcome::NotYet(L"the call has not come back");
+    });
+    script.Start();
+    call();
+    script.Stop();
+    EXPECT_EQ(script.GetFailure(), CString());
+    return texts;
+}
+
+CString MissingCallBox(const CString& text)
+{
+    MessageBoxView box;
+    box.title = L"Error";
+    box.text = text;
+    box.icon = MB_ICONERROR;
+    return box.Describe();
+}
+
+TEST_F(Shares, ALibraryWithoutTheCallsIsToldOnce)
+{
+    const Redirect lookUp("GetProcAddress", NoProcAddress);
+    const auto call = [this] { EXPECT_EQ(LocalPathOfShare(out, L"\\\\pc\\tools"), 0); };
+    EXPECT_EQ(BoxesOf(call, 1),
+              std::vector<CString>{MissingCallBox(L"NetShareGetInfo was not found in netapi32.dll!")});
+    EXPECT_EQ(out, CString());
+}
+
+TEST_F(Shares, WithoutTheCallThatFreesNoShareIsAskedFor)
+{
+    const Redirect lookUp("GetProcAddress", ProcAddress);
+    network.missing = "NetApiBufferFree";
+    network.sharePath = L"c:\\tools";
+    const auto call = [this] { EXPECT_EQ(LocalPathOfShare(out, L"\\\\pc\\tools"), 0); };
+    EXPECT_EQ(BoxesOf(call, 1),
+              std::vector<CString>{MissingCallBox(L"NetApiBufferFree was not found in netapi32.dll!")});
+    EXPECT_EQ(network.lookedUp, CString());
+}
 
 // ---- with the system's own calls
 
@@ -288,10 +435,27 @@ TEST(SharesOfTheSystem, ALocalPathHasNoNetworkForm)
     EXPECT_EQ(out, CString());
 }
 
+using OpenEnumCall = DWORD(WINAPI*)(DWORD, DWORD, DWORD, NETRESOURCEW*, HANDLE*);
+
+DWORD answered = ERROR_INVALID_DATA;
+
+// The system's own call, past the redirect; what it opens is closed for the routine, which leaves it open.
+DWORD WINAPI NoteOpenEnum(DWORD scope, DWORD type, DWORD usage, NETRESOURCEW* resource, HANDLE* handle)
+{
+    const auto open = reinterpret_cast<OpenEnumCall>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"mpr.dll"), "WNetOpenEnumW")));
+    answered = open(scope, type, usage, resource, handle);
+    if (answered == NO_ERROR)
+        WNetCloseEnum(*handle);
+    return answered;
+}
+
 TEST(SharesOfTheSystem, ANetworkThatAnswersLeavesTheListEmpty)
 {
+    const Redirect open("WNetOpenEnumW", NoteOpenEnum);
     ShareMap shares{{L"before", L"BEFORE"}};
     EXPECT_EQ(EnumerateShares(shares), 0);
+    EXPECT_EQ(answered, static_cast<DWORD>(NO_ERROR));
     EXPECT_TRUE(shares.empty());
 }
 
@@ -308,35 +472,18 @@ TEST(LibraryCacheTest, AFunctionIsTheLibrarysOwn)
               GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "GetComputerNameW"));
 }
 
-// Asks for a function that isn't there and gives the texts of the boxes that came, each answered by OK.
-std::vector<CString> BoxesOf(const wchar_t* library, std::size_t expected)
+// Asks for a function that isn't there.
+std::vector<CString> BoxesOfLookUp(const wchar_t* library, std::size_t expected)
 {
-    std::vector<CString> texts;
-    CScript script;
-    script.SetFailureHandler([] { CloseFrontWindow(); });
-    for (std::size_t count = 0; count < expected; ++count) {
-        script.Add(L"answer the box", [&] {
-            const std::optional<MessageBoxView> box = FindMessageBox();
-            if (!box || (!texts.empty() && box->Describe() == texts.back()))
-                return StepOutcome::NotYet(L"no further message box is up");
-            texts.push_back(box->Describe());
-            return AnswerMessageBox(*box, IDOK);
-        });
-    }
-    script.Start();
-    EXPECT_EQ(LibraryCache::Instance().GetProc(library, L"NoSuchCall"), nullptr);
-    EXPECT_EQ(script.GetFailure(), CString());
-    return texts;
+    return BoxesOf([&] { EXPECT_EQ(LibraryCache::Instance().GetProc(library, L"NoSuchCall"), nullptr); },
+                   expected);
 }
 
 TEST(LibraryCacheTest, AMissingFunctionIsToldAtEachCall)
 {
-    MessageBoxView box;
-    box.title = L"Error";
-    box.text = L"NoSuchCall was not found in kernel32.dll!";
-    box.icon = MB_ICONERROR;
+    const CString box = MissingCallBox(L"NoSuchCall was not found in kernel32.dll!");
     for (int call = 0; call < 2; ++call)
-        EXPECT_EQ(BoxesOf(L"kernel32.dll", 1), std::vector<CString>{box.Describe()}) << "call " << call;
+        EXPECT_EQ(BoxesOfLookUp(L"kernel32.dll", 1), std::vector<CString>{box}) << "call " << call;
 }
 
 TEST(LibraryCacheTest, AMissingLibraryIsToldBeforeItsFunction)
@@ -344,10 +491,8 @@ TEST(LibraryCacheTest, AMissingLibraryIsToldBeforeItsFunction)
     MessageBoxView load;
     load.title = L"Error";
     load.text = L"Failed to load no_such_library.dll";
-    MessageBoxView box = load;
-    box.text = L"NoSuchCall was not found in no_such_library.dll!";
-    box.icon = MB_ICONERROR;
-    EXPECT_EQ(BoxesOf(L"no_such_library.dll", 2), (std::vector<CString>{load.Describe(), box.Describe()}));
+    const CString box = MissingCallBox(L"NoSuchCall was not found in no_such_library.dll!");
+    EXPECT_EQ(BoxesOfLookUp(L"no_such_library.dll", 2), (std::vector<CString>{load.Describe(), box}));
 }
 
 } // namespace

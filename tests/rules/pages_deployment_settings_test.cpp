@@ -82,9 +82,14 @@ TEST(CarryingProductTest, NullCarriesNothing)
 
 // ---- the log's choice ----
 
-TEST(LogChoiceTest, OnlyALogWithoutAFolderIsIncomplete)
+// The page itself opens with its default, which is never empty.
+TEST(LogChoiceTest, WithALogAndAnEmptyFolderNextIsDisabledAtInit)
 {
     EXPECT_FALSE(IsLogChoiceComplete(true, L""));
+}
+
+TEST(LogChoiceTest, EveryOtherChoiceIsComplete)
+{
     EXPECT_TRUE(IsLogChoiceComplete(true, L"x"));
     EXPECT_TRUE(IsLogChoiceComplete(false, L""));
     EXPECT_TRUE(IsLogChoiceComplete(false, L"x"));
