@@ -6,6 +6,7 @@ and under Wine), and fuzzers for a bounded time. Programs for Wine run in two la
 a core of its own; which programs take the second stands in SECOND_LANE. The build lists its programs.
 """
 
+import fcntl
 import glob
 import importlib.util
 import os
@@ -170,6 +171,12 @@ def main():
     if listing:
         print("\n".join(native + windows + [test.id() for test in checks + scenarios]))
         return 0
+    running = open(os.path.join(BUILD, "test-run.lock"), "w", encoding="ascii")
+    try:
+        fcntl.flock(running, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        print("Another ./test runs in this checkout, and would be stopped with its prefix. Wait until it has ended.")
+        return 1
     tally = Tally()
     for test in checks:
         run_check(tally, test)
