@@ -3,18 +3,10 @@
 import os
 import re
 import shutil
-import subprocess
 
-from wizard import MEDIA, WizardTest, text_of, windows_path
+from wizard import MEDIA, WizardTest, property_of, text_of, windows_path
 
 TAB_PAGES = ("OnlineResources", "NoticeDeskFeedBoard")
-
-
-def property_of(database, name):
-    """The value in the database's Property table; None without a row."""
-    table = subprocess.run(["msiinfo", "export", database, "Property"], capture_output=True, text=True).stdout
-    found = re.search(r"^%s\t(.*?)\r?$" % re.escape(name), table, re.M)
-    return found.group(1) if found else None
 
 
 class ConfigureTest(WizardTest):

@@ -75,6 +75,18 @@ def tree_of(folder):
     return found
 
 
+def properties_of(database):
+    """The rows of an installer database's Property table."""
+    rows = subprocess.run(["msiinfo", "export", database, "Property"], stdout=subprocess.PIPE, check=True)
+    lines = rows.stdout.decode("utf-8").replace("\r", "").split("\n")[3:]
+    return dict(line.split("\t", 1) for line in lines if "\t" in line)
+
+
+def property_of(database, name):
+    """The value in the database's Property table; None without a row."""
+    return properties_of(database).get(name)
+
+
 def text_of(path):
     with open(path, encoding="utf-8-sig") as file:
         return file.read()
