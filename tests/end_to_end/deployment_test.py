@@ -40,11 +40,11 @@ class DeploymentTest(WizardTest):
         logs = os.listdir(os.path.join(self.folder, "logs"))
         self.assertTrue([name for name in logs if re.match(r"Zolt 2027_27\.0\.0_Install_\w+\.log", name)], logs)
 
-    def build_with_settings(self, name, *settings):
-        path = self.begin(name)
+    def build_with_settings(self, name, *settings, media=MEDIA, **keys):
+        path = self.begin(name, **keys)
         with open(path, "a", encoding="utf-8") as file:
             file.write("[settings]\n" + "\n".join(settings) + "\n")
-        run = self.wizard(path)
+        run = self.wizard(path, media=media)
         self.assertEqual(run.code, 0, run.output)
         return os.path.join(self.out, name)
 
@@ -105,6 +105,19 @@ class DeploymentTest(WizardTest):
         deployment = self.build_with_settings("Progress", "install_mode = progress")
         self.assertIn('set "DISPLAY_OPTION=/qb-!"', text_of(os.path.join(deployment, "Install.cmd")))
         self.assert_installs(deployment)
+
+    def test_silent_is_silent_on_a_base_that_has_the_progress_bar(self):
+        base = self.build_with_settings("Bar", "install_mode = progress")
+        self.assertIn('set "DISPLAY_OPTION=/qb-!"', text_of(os.path.join(base, "Install.cmd")))
+        second = self.build_with_settings("Silent", "install_mode = silent", mode="create_from", base="Bar",
+                                          media=os.path.join(base, "Image"))
+        self.assertIn('set "DISPLAY_OPTION=/qn"', text_of(os.path.join(second, "Install.cmd")))
+
+    def test_a_log_folder_out_of_reach_is_stored_on_yes(self):
+        deployment = self.build_with_settings("Doubtful", "network_log = yes", "log_folder = \\\\nowhere\\logs",
+                                              "on_question.doubtful_log_folder = yes")
+        self.assertIn("\\\\nowhere\\logs", text_of(os.path.join(deployment, "Install.cmd")))
+        self.assertIn("\\\\nowhere\\logs", text_of(os.path.join(deployment, "Deployment.xml")))
 
     def test_the_folder_holds_nothing_but_the_deployment(self):
         deployment = self.build("Tidy")
@@ -240,6 +253,10 @@ class RefusalTest(WizardTest):
     def test_a_log_folder_on_a_share_that_does_not_answer_is_a_question(self):
         path = self.settings("log_folder = \\\\nowhere\\logs")
         self.assert_refused(self.wizard(path), 23, "cannot be reached", "nowhere")
+
+    def test_a_log_folder_out_of_reach_keeps_the_page_on_no(self):
+        path = self.settings("log_folder = \\\\nowhere\\logs", "on_question.doubtful_log_folder = no")
+        self.assert_refused(self.wizard(path), 22, "settings: The page stays", "nowhere")
 
     def test_a_question_without_an_answer_ends_the_run_with_its_text(self):
         run = self.wizard(self.answers("[begin]\nname = Office\n"))

@@ -2,14 +2,18 @@
 // files lie in a cabinet, and the 32-bit media, whose files lie loose.
 #include "host/build/build_names.h"
 #include "msi/msi_property.h"
+#include "tests/host/folder_tree.h"
 #include "tests/host/through_host.h"
 #include "tests/host/user_additions.h"
 
 #include <msiquery.h>
 
+#include <iterator>
+
 namespace {
 
-constexpr const wchar_t* SAMPLE_FOLDER = L"Velkmora\\Zolt 2027\\";
+constexpr const wchar_t* MAKER_FOLDER = L"Velkmora";
+constexpr const wchar_t* SAMPLE_FOLDER = L"Zolt 2027\\";
 constexpr const wchar_t* REGISTRY_KEY = L"Software\\Velkmora\\Zolt\\27.0";
 
 CString SampleMedia()
@@ -83,12 +87,33 @@ protected:
         EXPECT_EQ(RunAndWait(L"cmd.exe /d /c \"\"" + m_script + L"\\Uninstall.cmd\"\""), 0u);
     }
 
-    CString Installed(const wchar_t* path, Setup::tagPLATFORM platform = Setup::PLATFORM_X64) const
+    static CString MakerFolder(Setup::tagPLATFORM platform)
     {
         wchar_t programs[MAX_PATH] = L"";
         GetEnvironmentVariableW(platform == Setup::PLATFORM_X64 ? L"ProgramW6432" : L"ProgramFiles(x86)",
                                 programs, MAX_PATH);
-        return CString(programs) + L"\\" + SAMPLE_FOLDER + path;
+        return CString(programs) + L"\\" + MAKER_FOLDER;
+    }
+
+    static CString Installed(const wchar_t* path)
+    {
+        return MakerFolder(Setup::PLATFORM_X64) + L"\\" + SAMPLE_FOLDER + path;
+    }
+
+    // What the vendor's own packages bring: the product with its language packs.
+    static Tree InstalledByTheVendor(Setup::tagPLATFORM platform)
+    {
+        const CString media = SampleMedia() + (platform == Setup::PLATFORM_X64 ? L"\\x64" : L"\\x86");
+        const CString packages[] = {media + L"\\Zolt\\Zolt2027.msi", media + L"\\ZoltdeDE\\ZoltdeDE.msi",
+                                    media + L"\\ZoltfrFR\\ZoltfrFR.msi"};
+        for (const CString& package : packages) {
+            EXPECT_EQ(RunAndWait(L"msiexec /i \"" + package + L"\" /qn /norestart"), 0u);
+        }
+        const Tree tree = ReadTree(MakerFolder(platform));
+        for (auto package = std::rbegin(packages); package != std::rend(packages); ++package) {
+            EXPECT_EQ(RunAndWait(L"msiexec /x \"" + *package + L"\" /qn /norestart"), 0u);
+        }
+        return tree;
     }
 
     static std::string BytesOf(const CString& path)
@@ -148,37 +173,54 @@ INSTANTIATE_TEST_SUITE_P(Media, AddedFilesOfBothMedia,
 
 TEST_P(AddedFilesOfBothMedia, FilesFoldersAndADriveArriveAndGo)
 {
-    const CString driveFolder = scratch + L"drive of the workstation\\";
-    ASSERT_EQ(MakeFolders(driveFolder), 0u);
-    const LinkedDrive letter(L"X:", driveFolder);
+    const CString driveFolder = scratch + L"drive of the workstation";
+    WriteFileBytes(driveFolder + L"\\of the workstation.txt", "stays");
+    const LinkedDrive letter(L"X:", driveFolder + L"\\");
     if (!letter.IsThere()) {
         GTEST_SKIP() << "drives are made by a link of the prefix, which this system doesn't have";
     }
+    const CString makerFolder = MakerFolder(GetParam());
+    ASSERT_FALSE(IsFolder(makerFolder)) << "another test left " << NamesOf(ReadTree(makerFolder));
+    Tree product = InstalledByTheVendor(GetParam());
+    ASSERT_EQ(product.count(SAMPLE_FOLDER + CString(L"zolt.exe")), 1u) << NamesOf(product);
+    ASSERT_FALSE(IsFolder(makerFolder)) << "the vendor's package left " << NamesOf(ReadTree(makerFolder));
+    Tree drive = ReadTree(driveFolder);
+    const Tree driveBefore = drive;
+
     AddedRows rows(OpenSample(GetParam()));
+    const auto expect = [&](const wchar_t* path, const std::string& bytes) {
+        product[SAMPLE_FOLDER + CString(path)] = bytes;
+    };
     const CString outer = rows.AddFolder(L"Company files", L"INSTALLDIR");
+    expect(L"Company files\\", "");
     const CString inner = rows.AddFolder(L"It's inside", outer);
+    expect(L"Company files\\It's inside\\", "");
     rows.AddFolder(L"Empty", L"SUPPORTDIR");
-    const CString drive = rows.AddDrive(L"x:");
+    expect(L"Support\\Empty\\", "");
+    const CString letterKey = rows.AddDrive(L"x:");
     rows.AddFile(Source(L"1\\logo.txt", "first"), L"INSTALLDIR");
+    expect(L"logo.txt", "first");
     rows.AddFile(Source(L"2\\logo.txt", std::string(70000, '2')), L"SUPPORTDIR");
+    expect(L"Support\\logo.txt", std::string(70000, '2'));
     const CString removed = rows.AddFile(Source(L"removed.txt", "removed"), L"INSTALLDIR");
     rows.AddFile(Source(L"3\\logo.txt", std::string("\0\1\2\xFF", 4)), inner);
-    rows.AddFile(Source(L"4\\on the drive.txt", "drive"), drive);
+    expect(L"Company files\\It's inside\\logo.txt", std::string("\0\1\2\xFF", 4));
+    rows.AddFile(Source(L"4\\on the drive.txt", "drive"), letterKey);
+    drive[L"on the drive.txt"] = "drive";
     rows.RemoveFile(L"INSTALLDIR", removed);
     Build();
     host.reset();
     Install();
-    const auto installed = [&](const wchar_t* path) { return Installed(path, GetParam()); };
-    EXPECT_EQ(BytesOf(installed(L"logo.txt")), "first");
-    EXPECT_TRUE(BytesOf(installed(L"Support\\logo.txt")) == std::string(70000, '2'));
-    EXPECT_EQ(BytesOf(installed(L"Company files\\It's inside\\logo.txt")), std::string("\0\1\2\xFF", 4));
-    EXPECT_EQ(BytesOf(L"X:\\on the drive.txt"), "drive");
-    EXPECT_TRUE(IsFolder(installed(L"Support\\Empty")));
-    EXPECT_FALSE(IsFile(installed(L"removed.txt")));
-    EXPECT_TRUE(IsFile(installed(L"zolt.exe"))) << "the product itself is missing";
+
+    const Tree found = ReadTree(makerFolder);
+    EXPECT_EQ(NamesOf(found), NamesOf(product));
+    EXPECT_TRUE(found == product) << "a file has other bytes";
+    const Tree foundOnDrive = ReadTree(driveFolder);
+    EXPECT_EQ(NamesOf(foundOnDrive), NamesOf(drive));
+    EXPECT_TRUE(foundOnDrive == drive) << "a file of the drive has other bytes";
     Uninstall();
-    EXPECT_FALSE(IsFolder(installed(L"")));
-    EXPECT_FALSE(IsFile(L"X:\\on the drive.txt"));
+    EXPECT_FALSE(IsFolder(makerFolder)) << NamesOf(ReadTree(makerFolder));
+    EXPECT_TRUE(ReadTree(driveFolder) == driveBefore) << NamesOf(ReadTree(driveFolder));
 }
 
 TEST_F(AddedFilesTest, AModifiedDeploymentKnowsWhereItsFilesCameFrom)

@@ -194,60 +194,10 @@ void WriteBytes(const CString& path, const std::string& bytes)
     CloseHandle(file);
 }
 
-std::string ReadBytes(const CString& path)
-{
-    HANDLE file =
-        CreateFileW(UnlimitedPath(path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                    nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        return {};
-    }
-    std::string bytes(GetFileSize(file, nullptr), '\0');
-    DWORD read = 0;
-    if (!ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr)) {
-        ADD_FAILURE() << "can't read " << Utf8(path) << ": " << GetLastError();
-    }
-    CloseHandle(file);
-    return bytes;
-}
-
 bool Exists(const CString& path)
 {
     return GetFileAttributesW(UnlimitedPath(path)) != INVALID_FILE_ATTRIBUTES;
 }
-
-namespace {
-
-void VisitFolder(const CString& folder, const std::function<void(const WIN32_FIND_DATAW&)>& visit)
-{
-    WIN32_FIND_DATAW found = {};
-    HANDLE search = FindFirstFileW(UnlimitedPath(folder + L"\\*"), &found);
-    if (search == INVALID_HANDLE_VALUE) {
-        return;
-    }
-    do {
-        const CString name = found.cFileName;
-        if (!(name == L".") && !(name == L"..")) {
-            visit(found);
-        }
-    } while (FindNextFileW(search, &found));
-    FindClose(search);
-}
-
-void ReadTreeInto(const CString& folder, const CString& prefix, Tree& tree)
-{
-    VisitFolder(folder, [&](const WIN32_FIND_DATAW& found) {
-        const CString name = prefix + found.cFileName;
-        if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
-            tree[name + L"\\"] = "";
-            ReadTreeInto(folder + L"\\" + found.cFileName, name + L"\\", tree);
-        } else {
-            tree[name] = ReadBytes(folder + L"\\" + found.cFileName);
-        }
-    });
-}
-
-} // namespace
 
 void RemoveTree(const CString& path)
 {
@@ -261,22 +211,6 @@ void RemoveTree(const CString& path)
         }
     });
     RemoveDirectoryW(UnlimitedPath(path));
-}
-
-Tree ReadTree(const CString& folder)
-{
-    Tree tree;
-    ReadTreeInto(folder, CString(), tree);
-    return tree;
-}
-
-std::string NamesOf(const Tree& tree)
-{
-    std::string names;
-    for (const auto& entry : tree) {
-        names += Utf8(entry.first) + " (" + std::to_string(entry.second.size()) + ")\n";
-    }
-    return names;
 }
 
 unsigned int RunSql(InstallerHandle database, const CString& statement)

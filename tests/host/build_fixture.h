@@ -2,12 +2,12 @@
 #pragma once
 
 #include "host/build/deployment_builder.h"
+#include "tests/host/folder_tree.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
 #include <string>
 
 // A fresh folder that goes with the object, whatever lies in it.
@@ -27,14 +27,8 @@ private:
 
 void MakeFolders(const CString& path);
 void WriteBytes(const CString& path, const std::string& bytes);
-std::string ReadBytes(const CString& path); // empty for a missing file
 bool Exists(const CString& path);
 void RemoveTree(const CString& path);
-
-// Paths below a folder (folders with a closing backslash) and contents.
-using Tree = std::map<CString, std::string>;
-Tree ReadTree(const CString& folder);
-std::string NamesOf(const Tree& tree); // for messages of failed checks
 
 constexpr const wchar_t* PRODUCT_CODE = L"{6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A11}";
 constexpr const wchar_t* PACKAGE_CODE = L"{1B1D6C3E-52B7-4C0B-9C8D-6D2E9C1A4F22}";
