@@ -19,8 +19,8 @@ WORD ModifierKey(KeyModifier modifier)
     return 0;
 }
 
-// A posted key leaves the thread's key state alone, but Shift+Tab is decided by that state when the message is
-// handled. So the state is set before and taken back by a timer, which comes after all posted messages.
+constexpr UINT WM_RELEASE_MODIFIERS = WM_APP;
+
 void SetKeyDown(WORD virtualKey, bool down)
 {
     BYTE state[256] = {};
@@ -30,11 +30,23 @@ void SetKeyDown(WORD virtualKey, bool down)
     SetKeyboardState(state);
 }
 
-void CALLBACK ReleaseModifiers(HWND, UINT, UINT_PTR timer, DWORD)
+LRESULT CALLBACK ReleaseProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    KillTimer(nullptr, timer);
+    if (message != WM_RELEASE_MODIFIERS)
+        return DefWindowProcW(window, message, wParam, lParam);
     for (const int key : {VK_SHIFT, VK_CONTROL, VK_MENU})
         SetKeyDown(static_cast<WORD>(key), false);
+    DestroyWindow(window);
+    return 0;
+}
+
+// A posted key leaves the thread's key state alone, but Shift+Tab is decided by that state when the message is handled.
+// So the state is set before, and taken back by a message that is posted behind the key's own.
+HWND CreateReleaseWindow()
+{
+    HWND window = CreateWindowW(L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ReleaseProcedure));
+    return window;
 }
 
 LPARAM KeyParameter(WORD virtualKey, bool down, bool withAlt)
@@ -56,14 +68,14 @@ StepOutcome PressKey(WORD virtualKey, KeyModifier modifier)
     if (!focus)
         return StepOutcome::NotYet(L"no window of this thread has the focus");
     const bool withAlt = modifier == KeyModifier::Alt;
-    if (modifier != KeyModifier::None) {
+    if (modifier != KeyModifier::None)
         SetKeyDown(ModifierKey(modifier), true);
-        SetTimer(nullptr, 0, USER_TIMER_MINIMUM, ReleaseModifiers);
-    }
     PostMessageW(focus, withAlt ? WM_SYSKEYDOWN : WM_KEYDOWN, virtualKey,
                  KeyParameter(virtualKey, true, withAlt));
     PostMessageW(focus, withAlt ? WM_SYSKEYUP : WM_KEYUP, virtualKey,
                  KeyParameter(virtualKey, false, withAlt));
+    if (modifier != KeyModifier::None)
+        PostMessageW(CreateReleaseWindow(), WM_RELEASE_MODIFIERS, 0, 0);
     return StepOutcome::Done();
 }
 

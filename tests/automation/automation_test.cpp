@@ -58,6 +58,8 @@ protected:
         script.SetFailureHandler([] { PostQuitMessage(1); });
         script.Start();
         for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0;) {
+            if (dialogFilter)
+                dialogFilter(message);
             if (!IsDialogMessageW(dialog, &message)) {
                 TranslateMessage(&message);
                 DispatchMessageW(&message);
@@ -88,6 +90,7 @@ protected:
     HWND dialog = nullptr;
     std::vector<Command> commands;
     std::function<void()> onCheck;
+    std::function<void(const MSG& message)> dialogFilter; // sees each message first
     CScript script;
 };
 
@@ -201,6 +204,24 @@ TEST_F(Fixture, AKeyGoesThroughTheQueueToTheFocus)
                [] { return Until(GetKeyState(VK_SHIFT) >= 0, L"Shift is still down"); });
     Play();
     EXPECT_EQ(script.GetFailure(), CString());
+}
+
+TEST_F(Fixture, AModifierIsUpAgainForTheNextStep)
+{
+    bool down = false;
+    bool still = true;
+    dialogFilter = [&](const MSG& message) {
+        down = down || (message.message == WM_KEYDOWN && GetKeyState(VK_SHIFT) < 0);
+    };
+    script.Add(L"focus", [this] { return CControl(dialog, ID_EDIT).Focus(); });
+    script.Add(L"press Shift+Tab", [] { return PressKey(VK_TAB, KeyModifier::Shift); });
+    script.Add(L"look at the key", [&] {
+        still = GetKeyState(VK_SHIFT) < 0;
+        return StepOutcome::Done();
+    });
+    Play();
+    EXPECT_TRUE(down) << "Shift was up when the key was handled";
+    EXPECT_FALSE(still) << "Shift stayed down";
 }
 
 TEST_F(Fixture, EnterPressesTheDefaultButton)
