@@ -71,9 +71,17 @@ TEST_P(NoticeStore, BackWritesTheSameWithoutAnyCheck)
     WithStoredPage();
     Type(IDC_LIST_LOCATION, L"no list at all");
     Type(IDC_FEED_LOCATION, L"\\");
+    CountWritesFromHere();
     ShowAndGoBack();
-    EXPECT_EQ(Property(L"ZOLT_PATCHRELAY_LISTLOCACTION"), CString(L"no list at all"));
-    EXPECT_EQ(Property(L"ZOLT_SITEMGR_LOCATION"), CString(L"\\"));
+    EXPECT_EQ(
+        Writes(),
+        Calls({Write(L"ZOLT_PATCHRELAY_ENABLE", L"#1"), Write(L"ZOLT_CHANNEL_NOTIFY_ENABLE", L"#1"),
+               Write(L"ZOLT_SITEMGR_CHANNEL_ENABLE", L"#1"), Write(L"ZOLT_RSS_FEEDS_ENABLE", L"#1"),
+               Write(L"ZOLT_RSS_FEEDS_CUSTOM_ENABLE", L"#1"),
+               Write(L"ZOLT_TEMP_RSS_FEEDS_CUSTOM_ENABLE", L"#1"),
+               Write(L"ZOLT_PATCHRELAY_PATCHNOTIFY", L"#2"),
+               Write(L"ZOLT_PATCHRELAY_LISTLOCACTION", L"no list at all"),
+               Write(L"ZOLT_SITEMGR_LOCATION", L"\\"), Write(L"ZOLT_SITEMGR_DISPLAY_NAME", L"Name on")}));
 }
 
 TEST_P(NoticeStore, BackDoesNotAskTheLeaveHooks)

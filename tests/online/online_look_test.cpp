@@ -38,6 +38,7 @@ INSTANTIATE_BOTH_SHAPES(OnlineLook);
 
 } // namespace
 
+// They are for who wants to look; what can be told without looking, the dialogs' own tests tell.
 TEST_P(OnlineLook, PicturesOfTheNotices)
 {
     context.strHelpFile = L"NoticeDeskFeedBoard.html";
@@ -90,6 +91,24 @@ namespace {
 
 class ResourcesLook : public OnlineLook
 {
+protected:
+    ResourcesLook() { m_functions = {OnlineResourcesDialog, OnlineResourcesPage}; }
+
+    void ExpectFocus(int control)
+    {
+        Step(L"the focus", [this, control] {
+            return HasFocus(control) ? StepOutcome::Done()
+                                     : StepOutcome::NotYet(L"not " + NumberText(control) + L" but " +
+                                                           DescribeWindow(GetFocus()) + L" has it");
+        });
+    }
+    // In front of the steps that wait.
+    void AwaitChange(int box, bool before)
+    {
+        script.AddNext(L"the box changed", [this, box, before] {
+            return Until(IsChecked(box) != before, L"the mnemonic did not reach its box");
+        });
+    }
 };
 INSTANTIATE_BOTH_SHAPES(ResourcesLook);
 
@@ -98,16 +117,72 @@ INSTANTIATE_BOTH_SHAPES(ResourcesLook);
 TEST_P(ResourcesLook, PictureOfTheResources)
 {
     context.strHelpFile = L"OnlineResources.html";
-    m_functions = {OnlineResourcesDialog, OnlineResourcesPage};
     SendCounter();
     Picture(L"resources");
     ShowAndGoBack();
 }
 
-TEST_P(OnlineLook, TheWizardPageOpensWithTheFocusOnItsFirstField)
+TEST_P(ResourcesLook, TabWalksTheBoxesInTheirOrder)
 {
-    if (GetParam() == Shape::Wizard) {
-        Look([this] { EXPECT_TRUE(HasFocus(IDC_UPDATES)); });
+    Begin(IDC_PARTS_BAY);
+    for (const int next :
+         {IDC_MEMBER_BAY, IDC_ROUND_TRIP, IDC_SEND_COMPUTER_NAME, IDC_SEARCH_LOCATIONS, Back(), Next()}) {
+        Key(VK_TAB);
+        ExpectFocus(next);
     }
+    Begin(IDC_SEARCH_LOCATIONS);
+    for (const int next : {IDC_SEND_COMPUTER_NAME, IDC_ROUND_TRIP, IDC_MEMBER_BAY, IDC_PARTS_BAY}) {
+        Key(VK_TAB, KeyModifier::Shift);
+        ExpectFocus(next);
+    }
+    ShowAndGoBack();
+}
+
+TEST_P(ResourcesLook, TheSpaceBarChangesABoxAndEnterGoesForward)
+{
+    Begin(IDC_MEMBER_BAY);
+    Key(VK_SPACE);
+    Await(L"the box is still checked", [this] { return !IsChecked(IDC_MEMBER_BAY); });
+    Key(VK_RETURN);
+    EXPECT_EQ(ShowPage(), NAVIGATION_NEXT);
+}
+
+TEST_P(ResourcesLook, EachMnemonicReachesItsBox)
+{
+    for (const int box :
+         {IDC_PARTS_BAY, IDC_MEMBER_BAY, IDC_ROUND_TRIP, IDC_SEND_COMPUTER_NAME, IDC_SEARCH_LOCATIONS}) {
+        Begin(box == IDC_PARTS_BAY ? IDC_MEMBER_BAY : IDC_PARTS_BAY);
+        Step(L"press a mnemonic", [this, box, before = false]() mutable {
+            const CString text = Text(box);
+            const int mark = text.Find(L'&');
+            EXPECT_GE(mark, 0) << Utf8(text);
+            before = IsChecked(box);
+            PostMessageW(GetFocus(), WM_SYSCHAR, text[mark + 1], LPARAM(1) << 29);
+            AwaitChange(box, before);
+            return StepOutcome::Done();
+        });
+    }
+    ShowAndGoBack();
+}
+
+namespace {
+
+class DialogLook : public OnlineLook
+{
+};
+INSTANTIATE_TEST_SUITE_P(Shapes, DialogLook, testing::Values(Shape::Wizard), ShapeName);
+
+} // namespace
+
+TEST_P(DialogLook, TheNoticesOpenWithTheFocusOnTheirFirstField)
+{
+    Look([this] { EXPECT_TRUE(HasFocus(IDC_UPDATES)); });
+    ShowAndGoBack();
+}
+
+TEST_P(DialogLook, TheResourcesOpenWithTheFocusOnTheirFirstBox)
+{
+    m_functions = {OnlineResourcesDialog, OnlineResourcesPage};
+    Look([this] { EXPECT_TRUE(HasFocus(IDC_PARTS_BAY)); });
     ShowAndGoBack();
 }

@@ -2,11 +2,14 @@
 #include "msi/installer_handle.h"
 #include "msi/msi_property.h"
 #include "tests/online/online_page.h"
+#include "tests/support/import_redirect.h"
 
 #include <msiquery.h>
 
+#include <algorithm>
 #include <array>
 #include <map>
+#include <vector>
 
 namespace {
 
@@ -211,6 +214,93 @@ TEST_P(ResourcesPage, ADatabaseThatIsGoneShowsTheDefaultsAndNoMessage)
     ExpectMarks(L"xxx-x");
     Press(Next());
     EXPECT_EQ(ShowPage(), NAVIGATION_NEXT);
+}
+
+// ---- the messages of a tab's host
+
+namespace {
+
+class ResourcesTab : public ResourcesPage
+{
+protected:
+    static constexpr UINT MESSAGES[] = {PAGE_MESSAGE_STORE, PAGE_MESSAGE_STORE_ALL};
+};
+INSTANTIATE_TEST_SUITE_P(Shapes, ResourcesTab, testing::Values(Shape::Tab), ShapeName);
+
+} // namespace
+
+TEST_P(ResourcesTab, TheHostsMessagesStoreAndAnswerOne)
+{
+    bool checked = false;
+    for (const UINT message : MESSAGES) {
+        SetChecked(IDC_MEMBER_BAY, checked);
+        Look([this, message, checked] {
+            EXPECT_EQ(SendMessageW(Page(), message, 0, 0), 1);
+            EXPECT_EQ(Table()[L"ZOLT_MEMBERBAY_ENABLE"], CString(checked ? L"#1" : L"#0"));
+        });
+        checked = !checked;
+    }
+    ShowAndGoBack();
+}
+
+TEST_P(ResourcesTab, TheHostsMessagesAnswerZeroAndStoreNothingAfterAVeto)
+{
+    context.leaveHooks = {[](PageContext*) { return HOOK_VETO; }};
+    SetChecked(IDC_MEMBER_BAY, false);
+    Look([this] {
+        for (const UINT message : MESSAGES) {
+            EXPECT_EQ(SendMessageW(Page(), message, 0, 0), 0);
+        }
+        EXPECT_EQ(Table(), DEFAULTS);
+    });
+    ShowAndGoBack();
+}
+
+// ---- the cursor while the page stores
+
+namespace {
+
+HWND g_storing = nullptr; // the page
+std::vector<bool>
+    g_persistent; // at each statement: whether the page kept the wait cursor when the mouse moved
+
+UINT WINAPI NoteCursor(MSIHANDLE database, LPCWSTR statement, MSIHANDLE* view)
+{
+    SendMessageW(g_storing, WM_SETCURSOR, reinterpret_cast<WPARAM>(g_storing),
+                 MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    g_persistent.push_back(GetCursor() == LoadCursorW(nullptr, IDC_WAIT));
+    return MsiDatabaseOpenViewW(database, statement, view);
+}
+
+class ResourcesCursor : public ResourcesPage
+{
+protected:
+    void ExpectPersistentWhileStoring(int button, int result, bool persistent)
+    {
+        Look([this] {
+            g_storing = Page();
+            g_persistent.clear(); // those of the entry
+        });
+        Press(button);
+        EXPECT_EQ(ShowPage(), result);
+        EXPECT_FALSE(g_persistent.empty());
+        EXPECT_EQ(std::count(g_persistent.begin(), g_persistent.end(), !persistent), 0);
+    }
+
+    CImportRedirect redirect{L"RolloutUi.dll", "MsiDatabaseOpenViewW", reinterpret_cast<void*>(NoteCursor)};
+};
+INSTANTIATE_BOTH_SHAPES(ResourcesCursor);
+
+} // namespace
+
+TEST_P(ResourcesCursor, BackShowsAPlainWaitCursorThatTheMouseTakesAway)
+{
+    ExpectPersistentWhileStoring(Back(), NAVIGATION_BACK, false);
+}
+
+TEST_P(ResourcesCursor, NextShowsAWaitCursorThatStays)
+{
+    ExpectPersistentWhileStoring(Next(), NAVIGATION_NEXT, true);
 }
 
 class ResourcesDialog : public ResourcesPage

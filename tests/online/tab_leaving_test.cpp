@@ -53,6 +53,38 @@ TEST_P(TabStoring, AnswersZeroWhenALocationIsRefusedButHasStoredIt)
     }
 }
 
+TEST_P(TabStoring, AnswersOneAfterAQuestionIsAnsweredWithYes)
+{
+    for (const UINT message : MESSAGES) {
+        LRESULT answer = -1;
+        ChooseList(L"");
+        Send(message, answer);
+        Answer(AskingBox(IDS_LIST_EMPTY), IDYES);
+        Await(L"there is no answer", [&] { return answer != -1; });
+        Look([&] { EXPECT_EQ(answer, 1); });
+        ShowAndGoBack();
+    }
+}
+
+TEST_P(TabStoring, AnswersZeroAfterNoAndSelectsTheTextInQuestion)
+{
+    const CString feed = L"\\\\server\\feeds\\a.txt";
+    for (const UINT message : MESSAGES) {
+        LRESULT answer = -1;
+        ChooseFeed(feed);
+        Send(message, answer);
+        Answer(AskingBox(IDS_FEED_WRONG_KIND), IDNO);
+        Await(L"there is no answer", [&] { return answer != -1; });
+        Look([&] {
+            EXPECT_EQ(answer, 0);
+            EXPECT_TRUE(HasFocus(IDC_FEED_LOCATION));
+            EXPECT_EQ(SendMessageW(GetDlgItem(Page(), IDC_FEED_LOCATION), EM_GETSEL, 0, 0),
+                      MAKELRESULT(0, feed.GetLength()));
+        });
+        ShowAndGoBack();
+    }
+}
+
 TEST_P(TabStoring, AnswersZeroAndStoresNothingAfterAVeto)
 {
     context.leaveHooks = {[](PageContext*) { return HOOK_VETO; }};
