@@ -189,6 +189,37 @@ TEST_F(MediaTest, PropertiesKeepApostrophesAndGoWhenEmptied)
     EXPECT_EQ(MsiProperty(product, L"ZOLT_A"), CString(L"(none)"));
 }
 
+TEST_F(MediaTest, AValueComesBackWholeOrNotAtAll)
+{
+    constexpr int ROOM = 1024; // what the pages offer
+    CProduct& product = OpenMediaFolder();
+    for (const int length : {1, 255, 1022, 1023, 1024, 5000}) {
+        const CString value = CString(L'v', length - 1) + L"]";
+        ASSERT_TRUE(product.SetMsiProperty(L"ZOLT_LONG", value, false));
+        const std::vector<wchar_t> untouched(ROOM + 1, L'#');
+        std::vector<wchar_t> buffer = untouched;
+        int size = ROOM;
+        const bool given = product.GetMsiProperty(L"ZOLT_LONG", buffer.data(), &size);
+        EXPECT_EQ(given, length < ROOM) << length;
+        EXPECT_EQ(size, length);
+        if (given) {
+            EXPECT_EQ(CString(buffer.data()), value);
+            EXPECT_EQ(buffer[ROOM], L'#') << "written beyond the room";
+        } else {
+            EXPECT_TRUE(buffer == untouched) << length;
+        }
+    }
+}
+
+TEST_F(MediaTest, ValuesWithSignsOfTheInstallersOwnComeBackAsTheyAre)
+{
+    CProduct& product = OpenMediaFolder();
+    for (const wchar_t* value : {L"#2", L"no", L"[ZOLT_A] [%PATH] {x}", L" # ", L"it's `so` ?", L"\\"}) {
+        ASSERT_TRUE(product.SetMsiProperty(L"ZOLT_HOSTILE", value, false));
+        EXPECT_EQ(MsiProperty(product, L"ZOLT_HOSTILE"), CString(value));
+    }
+}
+
 TEST_F(MediaTest, WizGetPropertyTellsTheNeededSizeAsTheServiceDoes)
 {
     CProduct& product = OpenMediaFolder();
