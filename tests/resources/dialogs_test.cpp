@@ -171,6 +171,24 @@ TEST_P(Dialogs, NoMnemonicStandsTwiceInALayout)
     }
 }
 
+// Back and Continue of the dialog around the tab pages; a page's own mnemonic would take theirs.
+TEST_P(Dialogs, NoTabPageTakesAMnemonicOfTheDialogAroundIt)
+{
+    const std::vector<int>& tabs = TabDialogs();
+    int pages = 0;
+    for (const DialogLayout& layout : AllLayouts(m_library)) {
+        if (std::find(tabs.begin(), tabs.end(), layout.dialogId) == tabs.end()) {
+            continue;
+        }
+        ++pages;
+        for (const DialogControl& control : layout.dialog.controls) {
+            const wchar_t mnemonic = control.IsHtml() ? L'\0' : control.GetMnemonic();
+            EXPECT_TRUE(mnemonic != L'k' && mnemonic != L'o') << layout.name << ": " << control.Describe();
+        }
+    }
+    EXPECT_GT(pages, 0);
+}
+
 TEST_P(Dialogs, TheTabOrderFollowsTheEye)
 {
     for (const DialogLayout& layout : AllLayouts(m_library)) {
