@@ -260,6 +260,10 @@ void UserFileBuild::TellStrays()
             L" was never completed, or only half removed, and is left out of the deployment. Remove it "
             L"from the additional files, and add it again if it is wanted.");
     }
+    for (const CString& step : m_additions.straySteps) {
+        m_run.Warn(L"A drive (" + step + L") was only half removed from " + m_database.strProductName +
+                   L". What was left of it is left out of the deployment.");
+    }
 }
 
 void UserFileBuild::TellProductNames(const DatabaseSnapshot& snapshot)

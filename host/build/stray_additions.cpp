@@ -38,6 +38,8 @@ std::set<CString> UserKeysIn(const DatabaseSnapshot& database, const wchar_t* na
     return keys;
 }
 
+constexpr std::size_t MAX_DEPTH = 1000; // folders in folders; a path is far shorter
+
 class StrayFinder
 {
 public:
@@ -54,7 +56,7 @@ public:
     {
         return m_records.Has(key) && (IsFolder(key) ? m_directories : m_files).Has(key) &&
                m_components.Has(key) && m_featureKeys.count(key) != 0 &&
-               m_directories.Has(m_components.Value(m_components.Rows().at({key}), L"Directory_"));
+               LiesInAFolder(m_components.Value(m_components.Rows().at({key}), L"Directory_"));
     }
 
     // What the user knows it by; the key where nothing else is left.
@@ -73,6 +75,22 @@ public:
     }
 
 private:
+    // The directory and all that it lies in are there, as far as they were added.
+    bool LiesInAFolder(const CString& directory) const
+    {
+        CString key = directory;
+        for (std::size_t depth = 0; depth <= MAX_DEPTH; ++depth) {
+            if (!IsUserKey(key)) {
+                return true; // the product's own, for better or worse
+            }
+            if (!m_directories.Has(key)) {
+                return false;
+            }
+            key = m_directories.Value(m_directories.Rows().at({key}), L"Directory_Parent");
+        }
+        return false;
+    }
+
     bool IsFolder(const CString& key) const
     {
         return m_records.Value(m_records.Rows().at({key}), L"Flags") == FOLDER_FLAGS;
@@ -105,6 +123,26 @@ bool IsUserKey(const CString& key)
 CString LongName(const CString& fileName)
 {
     return fileName.Mid(fileName.Find(L'|') + 1);
+}
+
+std::vector<CString> FindStraySteps(const DatabaseSnapshot& database)
+{
+    const ReadTable actions = TableToRead(database, L"CustomAction");
+    std::vector<CString> strays;
+    for (const CString& key : UserKeysIn(database, L"InstallExecuteSequence", L"Action")) {
+        if (!actions.Has(key)) {
+            strays.push_back(key);
+        }
+    }
+    return strays;
+}
+
+void RemoveStraySteps(DatabaseSnapshot& database, const std::vector<CString>& steps)
+{
+    const WriteTable sequence = TableToWrite(database, L"InstallExecuteSequence");
+    for (const CString& step : steps) {
+        sequence.Rows().erase({step});
+    }
 }
 
 std::vector<StrayAddition> FindStrayAdditions(const DatabaseSnapshot& database)

@@ -21,6 +21,10 @@ struct StrayAddition
 // Of `SHORT|long`, as it stands in a table, the long one.
 [[nodiscard]] CString LongName(const CString& fileName);
 
+// The steps of drives whose action is gone, by the keys of the drives. The installer fails on a step without an action.
+[[nodiscard]] std::vector<CString> FindStraySteps(const DatabaseSnapshot& database);
+void RemoveStraySteps(DatabaseSnapshot& database, const std::vector<CString>& steps);
+
 // In the order of their keys.
 [[nodiscard]] std::vector<StrayAddition> FindStrayAdditions(const DatabaseSnapshot& database);
 // Their rows, but those of directories: a directory without a component is never made, and others may lie in it.

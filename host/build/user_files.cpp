@@ -177,6 +177,7 @@ UserAdditions FindUserAdditions(const DatabaseSnapshot& database)
     const ReadTable components = TableToRead(database, L"Component");
     additions.bBuiltBefore = NamesUserCabinets(TableToRead(database, L"Media"));
     additions.strays = FindStrayAdditions(database);
+    additions.straySteps = FindStraySteps(database);
     std::set<CString> strays;
     for (const StrayAddition& stray : additions.strays) {
         strays.insert(stray.strKey);
@@ -297,6 +298,7 @@ CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& add
     const WriteTable media = TableToWrite(database, L"Media");
     RemoveOldCabinets(media);
     RemoveStrayAdditions(database, additions.strays);
+    RemoveStraySteps(database, additions.straySteps);
     if (!additions.files.empty()) {
         if (!media.Exists()) {
             return L"its database has no table Media";

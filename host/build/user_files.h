@@ -27,11 +27,15 @@ struct UserAdditions
 {
     std::vector<UserFile> files;       // in the order in which they were added
     std::vector<StrayAddition> strays; // of files and folders, to be left out
+    std::vector<CString> straySteps;   // what is left of drives that were only half removed
     bool bFolders = false;             // folders were added
     bool bBuiltBefore = false;         // the database names cabinets of an earlier build
 
     // Nothing was ever added, so that nothing needs to be finished.
-    bool IsEmpty() const { return files.empty() && strays.empty() && !bFolders && !bBuiltBefore; }
+    bool IsEmpty() const
+    {
+        return files.empty() && strays.empty() && straySteps.empty() && !bFolders && !bBuiltBefore;
+    }
 };
 
 // A run of the files, packed together.

@@ -501,6 +501,18 @@ TEST_P(RefusedFilesTest, AFolderThatWasRemovedHalfIsLeftOutAndTold)
     EXPECT_FALSE(Exists(ProgramFolder() + L"\\Half"));
 }
 
+TEST_P(RefusedFilesTest, WhatIsLeftOfADriveThatWasRemovedHalfIsLeftOutAndTold)
+{
+    const CString drive = added.AddDrive(L"q:");
+    build.Change(L"DELETE FROM `Directory` WHERE `Directory`='" + drive + L"'");
+    build.Change(L"DELETE FROM `CustomAction` WHERE `Action`='" + drive + L"'");
+    BuildIt();
+    ExpectWarned(L"half removed");
+    EXPECT_EQ(BuiltRowsNaming(drive), L"");
+    Install();
+    EXPECT_EQ(Uninstall(), 0u);
+}
+
 TEST_P(RefusedFilesTest, ACancelWhilePackingLeavesNothing)
 {
     added.AddFile(Source(L"large.bin", std::string(64 << 20, 'x')), L"INSTALLDIR");

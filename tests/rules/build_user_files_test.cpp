@@ -35,12 +35,13 @@ protected:
         database[L"FeatureComponents"] = {{L"Feature_", L"Component_"}, {L"s38", L"s72"}, 2, {}};
         database[L"CreateFolder"] = {{L"Directory_", L"Component_"}, {L"s72", L"s72"}, 2, {}};
         database[L"CustomAction"] = {{L"Action"}, {L"s72"}, 1, {}};
-        database[L"Directory"] = {{L"Directory", L"DefaultDir"}, {L"s72", L"l255"}, 1, {}};
+        database[L"Directory"] = {
+            {L"Directory", L"DefaultDir", L"Directory_Parent"}, {L"s72", L"l255", L"S72"}, 1, {}};
         database[L"InstallExecuteSequence"] = {{L"Action", L"Sequence"}, {L"s72", L"I2"}, 1, {}};
         Row(L"File", {L"Own", L"Own", L"own.txt", L"1", L"8192", L"7"});
         Row(L"Media", {L"3", L"9", L""});
         for (const wchar_t* folder : {L"INSTALLDIR", L"OTHER", L"TARGETDIR"}) {
-            Row(L"Directory", {folder, folder});
+            Row(L"Directory", {folder, folder, L""});
         }
     }
 
@@ -59,10 +60,10 @@ protected:
         Row(L"TarnCustomFile", {key, L"C:\\Private\\" + name, L"0"});
     }
 
-    void AddFolder(int number, const CString& name)
+    void AddFolder(int number, const CString& name, const CString& parent = L"INSTALLDIR")
     {
         const CString key = KeyOf(number);
-        Row(L"Directory", {key, name});
+        Row(L"Directory", {key, name, parent});
         Row(L"Component", {key, key});
         PairRow(L"FeatureComponents", L"_UserDeploymentFile", key);
         PairRow(L"CreateFolder", key, key);
@@ -236,9 +237,9 @@ TEST_F(FinishedFiles, AFileOfTheProductsNameInItsFolderIsFound)
 
 TEST_F(FinishedFiles, OnlyDirectoriesThatWereAddedWithAnActionAreDrives)
 {
-    Row(L"Directory", {L"Own", L"DRIVE_Y"});
+    Row(L"Directory", {L"Own", L"DRIVE_Y", L"TARGETDIR"});
     Row(L"CustomAction", {L"Own"});
-    Row(L"Directory", {KeyOf(1), L"DRIVE_X"});
+    Row(L"Directory", {KeyOf(1), L"DRIVE_X", L"TARGETDIR"});
     Row(L"CustomAction", {KeyOf(1)});
     AddFolder(2, L"DRIVE_D");
     EXPECT_EQ(FindUserDrives(database), std::vector<CString>{L"X:"});
@@ -286,6 +287,35 @@ TEST_F(FinishedFiles, AFileInAFolderThatIsGoneIsLeftOut)
     EXPECT_EQ(StrayNames(), (std::vector<CString>{L"Folder", L"inside.txt"}));
     EXPECT_EQ(Finish(), L"");
     EXPECT_EQ(TablesNaming(KeyOf(2)), L"");
+}
+
+TEST_F(FinishedFiles, AFolderInAFolderThatIsGoneIsLeftOutWithItsFiles)
+{
+    AddFolder(1, L"Outer");
+    AddFolder(2, L"Inner", KeyOf(1));
+    AddFile(3, L"deep.txt", 8, KeyOf(2));
+    EXPECT_EQ(StrayNames(), std::vector<CString>());
+    Lose(L"Directory", KeyOf(1));
+    EXPECT_EQ(StrayNames(), (std::vector<CString>{L"Outer", L"Inner", L"deep.txt"}));
+}
+
+TEST_F(FinishedFiles, FoldersThatLieInEachOtherAreLeftOut)
+{
+    AddFolder(1, L"First", KeyOf(2));
+    AddFolder(2, L"Second", KeyOf(1));
+    EXPECT_EQ(StrayNames(), (std::vector<CString>{L"First", L"Second"}));
+}
+
+TEST_F(FinishedFiles, AStepOfADriveWithoutItsActionIsLeftOut)
+{
+    Row(L"InstallExecuteSequence", {KeyOf(1), L"1"});
+    Row(L"InstallExecuteSequence", {KeyOf(2), L"1"});
+    Row(L"CustomAction", {KeyOf(2)});
+    EXPECT_EQ(FindUserAdditions(database).straySteps, std::vector<CString>{KeyOf(1)});
+    EXPECT_FALSE(FindUserAdditions(database).IsEmpty());
+    EXPECT_EQ(Finish(), L"");
+    EXPECT_EQ(Value(L"InstallExecuteSequence", KeyOf(1), 0), L"(none)");
+    EXPECT_EQ(Value(L"InstallExecuteSequence", KeyOf(2), 1), L"1");
 }
 
 TEST_F(FinishedFiles, AStrayIsCalledByWhatIsLeftOfIt)
