@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
 """Installs a deployment as a workstation would, looks at what arrived, and removes it again.
 
-    workstation.py DEPLOYMENT --prefix FOLDER --logs FOLDER
+    workstation.py DEPLOYMENT --prefix FOLDER --logs FOLDER [--answers FILE] [--set page.key=value ...]
 
 DEPLOYMENT is the folder that the wizard made. It is reached over a network path in a Wine prefix of its own, through
 its own Install.cmd and Uninstall.cmd. Every file that the databases name must be there with its size after installing,
-and gone after uninstalling. Every registry value that carries one property to the workstation must hold what the deployed
-database says, so the choices of the wizard's pages are seen to arrive. When the deployment names a folder for logs, each product's log must have come there. Prints
-what it found; the exit code is 0 when all was well, otherwise 1.
+and gone after uninstalling. Every registry value that carries one property to the workstation must hold what the
+deployed database says. With the answers that the wizard was run with, those values must also be what was answered, so
+the choices are seen to arrive. When the deployment names a folder for logs, each product's log must have come there.
+Prints what it found; the exit code is 0 when all was well, otherwise 1.
 """
 
 import argparse
@@ -17,6 +18,8 @@ import re
 import shutil
 import subprocess
 import sys
+
+from asked_answers import asked_properties, find_unmet, same_value
 
 # Where the installer's own folders lie in the prefix; others have no fixed place.
 SYSTEM_FOLDERS = {
@@ -76,7 +79,7 @@ class Package:
 
 
     def carried_properties(self):
-        """(key with its root, bits of the registry's view, name, text) of each value that is one property."""
+        """(key with its root, bits of the registry's view, name, property) of each value that is one property."""
         for row in read_table(self.path, "Registry"):
             reference = re.fullmatch(r"\[([A-Za-z_][\w.]*)\]", row["Value"])
             component = self.components.get(row["Component_"])
@@ -86,16 +89,7 @@ class Package:
             # Directories are properties too, but of the workstation's own making.
             if row["Root"] in REGISTRY_ROOTS and name not in self.directories:
                 bits = 64 if int(component["Attributes"]) & SIXTY_FOUR_BIT_COMPONENT else 32
-                yield (REGISTRY_ROOTS[row["Root"]] + "\\" + row["Key"], bits, row["Name"],
-                       self.properties.get(name, ""))
-
-
-def same_value(kind, found, text):
-    """Whether a registry value holds a property. The service makes "#1" a number where it looks at the text after it has
-    put the property in, and leaves it a text where it looks before."""
-    if kind == "REG_DWORD":
-        return re.fullmatch(r"#\d+", text) is not None and int(found, 16) == int(text[1:])
-    return kind == "REG_SZ" and found == text
+                yield REGISTRY_ROOTS[row["Root"]] + "\\" + row["Key"], bits, row["Name"], name
 
 
 def find_without_case(root, path):
@@ -207,24 +201,40 @@ class Workstation:
         return sorted(kept)
 
 
-def check_registry(workstation, packages):
+def check_registry(workstation, packages, asked):
     troubles = []
-    values = {}
+    values, carried = {}, {}
     good = 0
     for package in packages:
-        for key, bits, name, text in package.carried_properties():
+        for key, bits, name, source in package.carried_properties():
             if (key, bits) not in values:
                 values[key, bits] = workstation.registry_values(key, bits)
             kind, found = values[key, bits].get(name, ("none", ""))
+            carried.setdefault(source, []).append((kind, found))
+            text = package.properties.get(source, "")
             if same_value(kind, found, text):
                 good += 1
             else:
                 troubles.append("%s\\%s is %s \"%s\" instead of \"%s\"" % (key, name, kind, found, text))
     print("%d of %d properties stand in the registry as the deployment has them." % (good, good + len(troubles)))
-    return troubles
+    return troubles + check_answers(packages, asked, carried)
 
 
-def check(workstation, packages):
+def check_answers(packages, asked, carried):
+    """Answers count for one product of a deployment, so it is enough that a property holds its answer in one place."""
+    if not asked:
+        return []
+    deployed = {}
+    for package in packages:
+        for name, text in package.properties.items():
+            deployed.setdefault(name, []).append(text)
+    unmet = find_unmet(asked, carried, deployed)
+    print("%d of %d answers for properties of the product came to the workstation." % (len(asked) - len(unmet),
+                                                                                        len(asked)))
+    return unmet
+
+
+def check(workstation, packages, asked):
     troubles = []
     expected = [(path, size) for package in packages for path, size in package.files()]
     code = workstation.run("Install.cmd")
@@ -248,7 +258,7 @@ def check(workstation, packages):
         else:
             good += 1
     print("%d of %d files are there, each with its size." % (good, len(expected)))
-    troubles += check_registry(workstation, packages)
+    troubles += check_registry(workstation, packages, asked)
     code = workstation.run("Uninstall.cmd")
     print("Uninstall.cmd ended with %d." % code)
     if code not in (0, 3010):
@@ -265,13 +275,18 @@ def main():
     parser.add_argument("deployment")
     parser.add_argument("--prefix", required=True, help="the Wine prefix that stands for the workstation")
     parser.add_argument("--logs", required=True, help="folder for the workstation's logs")
+    parser.add_argument("--answers", help="the answers file that the wizard was run with")
+    parser.add_argument("--set", action="append", default=[], metavar="page.key=value",
+                        help="an answer that won over the file; may stand several times")
     arguments = parser.parse_args()
+    asked = asked_properties(arguments.answers, arguments.set) if arguments.answers else {}
     deployment = os.path.abspath(arguments.deployment)
     databases = sorted(glob.glob(os.path.join(deployment, "Image", "**", "*.[mM][sS][iI]"), recursive=True))
     if not databases:
         print("There is no installer database in %s." % os.path.join(deployment, "Image"))
         return 1
-    troubles = check(Workstation(arguments.prefix, deployment, arguments.logs), [Package(path) for path in databases])
+    troubles = check(Workstation(arguments.prefix, deployment, arguments.logs), [Package(path) for path in databases],
+                     asked)
     for trouble in troubles[:20]:
         print("TROUBLE: " + trouble)
     return 1 if troubles else 0

@@ -1,0 +1,103 @@
+"""What a run's answers ask of the product, told as the installer properties that have to hold it.
+
+The values stand in the answers file alone. The table below says which property each answer is for and how it is written
+there; it is no part of the wizard's own table on purpose, so that the wizard's rows are checked against a second hand.
+"""
+
+import ntpath
+import os
+import re
+
+SWITCH = {"yes": "#1", "no": "#0"}
+SOURCE = {"maker": "#1", "local_list": "#2"}
+TEXT, PATH = object(), object()
+
+PROPERTIES = {
+    "settings.mc3": ("MC3_ENABLED", SWITCH),
+    "notices.updates": ("ZOLT_PATCHRELAY_ENABLE", SWITCH),
+    "notices.update_source": ("ZOLT_PATCHRELAY_PATCHNOTIFY", SOURCE),
+    "notices.update_list": ("ZOLT_PATCHRELAY_LISTLOCACTION", PATH),
+    "notices.channel_notices": ("ZOLT_CHANNEL_NOTIFY_ENABLE", SWITCH),
+    "notices.site_channel": ("ZOLT_SITEMGR_CHANNEL_ENABLE", SWITCH),
+    "notices.site_feed": ("ZOLT_SITEMGR_LOCATION", PATH),
+    "notices.site_name": ("ZOLT_SITEMGR_DISPLAY_NAME", TEXT),
+    "notices.feeds": ("ZOLT_RSS_FEEDS_ENABLE", SWITCH),
+    "notices.custom_feeds": ("ZOLT_RSS_FEEDS_CUSTOM_ENABLE", SWITCH),
+    "resources.parts_bay": ("ZOLT_PARTSBAY_ENABLE", SWITCH),
+    "resources.member_bay": ("ZOLT_MEMBERBAY_ENABLE", SWITCH),
+    "resources.round_trip": ("ZOLT_ENABLE_ROUNDTRIP", SWITCH),
+    "resources.send_computer_name": ("ZOLT_ENABLE_SEND_PC_NAME", SWITCH),
+    "resources.search_locations": ("ZOLT_SEARCH_LOCATIONS_CUSTOM_ENABLE", SWITCH),
+}
+
+
+def unquoted(value):
+    value = value.strip()
+    return value[1:-1].replace('""', '"') if value.startswith('"') else value
+
+
+def read_answers(path):
+    """The answers of a file that the wizard has already accepted: key with its section -> value."""
+    answers, section = {}, ""
+    with open(path, encoding="utf-8-sig") as file:
+        lines = [line.strip() for line in file]
+    for line in lines:
+        if line.startswith("["):
+            section = line.strip("[]").strip()
+        elif "=" in line and not line.startswith("#"):
+            key, value = line.split("=", 1)
+            answers[section + "." + key.strip()] = unquoted(value)
+    return answers
+
+
+def windows_path(path):
+    return "Z:" + path.replace("/", "\\")
+
+
+def full_path(folder, path):
+    """A relative path counts from the folder; a full one and the empty one stay as they stand."""
+    if not path or path.startswith("\\\\") or ntpath.splitdrive(path)[0]:
+        return path
+    return ntpath.normpath(ntpath.join(windows_path(folder), path))
+
+
+def properties_for(answers, folder):
+    """Property -> (key, text) of those answers that a property holds."""
+    asked = {}
+    for key, value in answers.items():
+        if key in PROPERTIES:
+            name, form = PROPERTIES[key]
+            text = value if form is TEXT else full_path(folder, value) if form is PATH else form[value]
+            asked[name] = (key, text)
+    return asked
+
+
+def asked_properties(path, words):
+    """What an answers file and the single answers of the command line, which win over it, ask of the properties."""
+    asked = properties_for(read_answers(path), os.path.dirname(os.path.abspath(path)))
+    asked.update(properties_for(dict(word.split("=", 1) for word in words), os.getcwd()))
+    return asked
+
+
+def find_unmet(asked, carried, deployed):
+    """A sentence for each asked property that holds something else. `carried` are the (kind, text) of the registry
+    values that hold a property; the texts of `deployed` databases count for a property that no value carries."""
+    unmet = []
+    for name, (key, text) in sorted(asked.items()):
+        if name in carried:
+            good = any(same_value(kind, found, text) for kind, found in carried[name])
+            found = ["%s \"%s\"" % value for value in carried[name]]
+        else:
+            good = text in deployed.get(name, [""])
+            found = ['"%s"' % value for value in deployed.get(name, [""])]
+        if not good:
+            unmet.append("%s asks for \"%s\" in %s, which is %s" % (key, text, name, " and ".join(found)))
+    return unmet
+
+
+def same_value(kind, found, text):
+    """Whether a registry value holds a property. The service makes "#1" a number where it looks at the text after it
+    has put the property in, and leaves it a text where it looks before."""
+    if kind == "REG_DWORD":
+        return re.fullmatch(r"#\d+", text) is not None and int(found, 16) == int(text[1:])
+    return kind == "REG_SZ" and found == text
