@@ -1,6 +1,7 @@
 #include "tests/host/user_additions.h"
 
 #include "msi/msi_property.h"
+#include "tests/support/empty_product.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +14,7 @@
 namespace {
 
 // A product with nothing but an open database.
-class BareProduct final : public CProduct
+class BareProduct final : public EmptyProduct
 {
 public:
     BareProduct(InstallerHandle database, int lastSequence) : m_database(database)
@@ -22,32 +23,13 @@ public:
         m_x64Marker = 1;
     }
     InstallerHandle GetMsiHandle() override { return m_database; }
-    bool GetMsiProperty(const wchar_t*, wchar_t*, int*) override { return false; }
     bool SetMsiProperty(const wchar_t* name, const wchar_t* value, bool) override
     {
         return WriteProperty(m_database, name, value);
     }
-    bool GetProperty(const wchar_t*, wchar_t*, int*) override { return false; }
-    void SetProperty(const wchar_t*, const wchar_t*) override {}
-    Setup::tagPATCHSTATE GetMsiPatchState() override { return Setup::PATCHSTATE_0; }
-    Setup::tagPATCHSTATE GetPatchState() override { return Setup::PATCHSTATE_0; }
-    void SetPatchState(Setup::tagPATCHSTATE) override {}
-    bool IsPatchMerged(const CString&) override { return false; }
-    void SetDownloadedMSPPath(const CString&) override {}
-    void SetDownloadedPatchName(const CString&) override {}
-    void SetDownloadedPatchReadmeURL(const CString&) override {}
-    void SetDownloadedPatchSize(const CString&) override {}
-    CString GetDownloadedMSPPath() override { return {}; }
-    CString GetDownloadedPatchName() override { return {}; }
-    CString GetDownloadedPatchReadmeURL() override { return {}; }
-    CString GetDownloadedPatchSize() override { return {}; }
-    void SetIncludeSP(int) override {}
-    std::vector<CProduct*>& GetLPChildren() override { return m_packs; }
-    bool GetCustomShortcuts(std::vector<ShortcutStrings>&) override { return false; }
 
 private:
     InstallerHandle m_database;
-    std::vector<CProduct*> m_packs;
 };
 
 unsigned int Run(MSIHANDLE database, const wchar_t* statement)

@@ -1,6 +1,7 @@
 // The settings page's rules and those of the shares: what is decided without a window and without the system.
 #include "pages/deployment_settings_rules.h"
 #include "pages/share_rules.h"
+#include "tests/support/empty_product.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +9,7 @@
 namespace {
 
 // A product with nothing but the marks by which carriers are told.
-class MarkedProduct : public CProduct
+class MarkedProduct : public EmptyProduct
 {
 public:
     MarkedProduct(unsigned int kind, bool flag1, bool flag2)
@@ -17,30 +18,6 @@ public:
         m_bCarrierFlag1 = flag1;
         m_bCarrierFlag2 = flag2;
     }
-
-    InstallerHandle GetMsiHandle() override { return 0; }
-    bool GetMsiProperty(const wchar_t*, wchar_t*, int*) override { return false; }
-    bool SetMsiProperty(const wchar_t*, const wchar_t*, bool) override { return false; }
-    bool GetProperty(const wchar_t*, wchar_t*, int*) override { return false; }
-    void SetProperty(const wchar_t*, const wchar_t*) override {}
-    Setup::tagPATCHSTATE GetMsiPatchState() override { return Setup::PATCHSTATE_0; }
-    Setup::tagPATCHSTATE GetPatchState() override { return Setup::PATCHSTATE_0; }
-    void SetPatchState(Setup::tagPATCHSTATE) override {}
-    bool IsPatchMerged(const CString&) override { return false; }
-    void SetDownloadedMSPPath(const CString&) override {}
-    void SetDownloadedPatchName(const CString&) override {}
-    void SetDownloadedPatchReadmeURL(const CString&) override {}
-    void SetDownloadedPatchSize(const CString&) override {}
-    CString GetDownloadedMSPPath() override { return CString(); }
-    CString GetDownloadedPatchName() override { return CString(); }
-    CString GetDownloadedPatchReadmeURL() override { return CString(); }
-    CString GetDownloadedPatchSize() override { return CString(); }
-    void SetIncludeSP(int) override {}
-    std::vector<CProduct*>& GetLPChildren() override { return m_children; }
-    bool GetCustomShortcuts(std::vector<ShortcutStrings>&) override { return false; }
-
-private:
-    std::vector<CProduct*> m_children;
 };
 
 bool Carries(unsigned int kind, bool flag1, bool flag2)
