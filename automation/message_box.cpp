@@ -174,6 +174,13 @@ std::optional<MessageBoxView> FindMessageBox()
     return std::nullopt;
 }
 
+StepOutcome ExpectNoMessageBox()
+{
+    const std::optional<MessageBoxView> box = FindMessageBox();
+    return box ? StepOutcome::Failed(L"an unexpected message box is up: " + box->Describe())
+               : StepOutcome::Done();
+}
+
 StepOutcome AnswerMessageBox(const MessageBoxView& box, int button)
 {
     CControl control(box.window, button);

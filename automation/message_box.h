@@ -28,5 +28,8 @@ std::optional<MessageBoxView> ReadMessageBox(HWND window);
 // The frontmost one.
 std::optional<MessageBoxView> FindMessageBox();
 
+// Done while no box is up; one that is fails with its words.
+StepOutcome ExpectNoMessageBox();
+
 // Posts the click on the button with that id (IDOK, IDYES, ...).
 StepOutcome AnswerMessageBox(const MessageBoxView& box, int button);

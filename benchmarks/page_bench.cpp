@@ -1,7 +1,7 @@
 // From an export's call to its first painted page, beside a bare modeless dialog of the same template. The host is the
 // real one on the sample media. Painted means: the page's first WM_PAINT is done and its controls are painted too.
 #include "benchmarks/measurement.h"
-#include "host/setup_host.h"
+#include "benchmarks/sample_host.h"
 #include "include/resource_ids.h"
 #include "include/rollout_ui.h"
 #include "window/handle.h"
@@ -187,15 +187,7 @@ Comparison MeasureTabPage(CSetupHost& host, HMODULE texts, const TabPage& page, 
 
 std::vector<Comparison> MeasurePages(const BenchOptions& options)
 {
-    HostOptions hostOptions;
-    hostOptions.strMedia = options.strMedia;
-    hostOptions.strProgramFolder = options.strProgramFolder;
-    hostOptions.strWorkFolder = options.strScratch;
-    HostError error;
-    const std::unique_ptr<CSetupHost> host(OpenSetupHost(hostOptions, error));
-    if (!host) {
-        throw CannotMeasure{error.message};
-    }
+    const std::unique_ptr<CSetupHost> host = OpenSampleHost(options);
     const CModuleOwner texts(LoadLibraryExW(CLangMgr::Instance().GetWizTextPath() + L"WizText.dll", nullptr,
                                             LOAD_LIBRARY_AS_DATAFILE));
     std::vector<Comparison> comparisons;

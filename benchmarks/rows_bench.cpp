@@ -1,7 +1,7 @@
 // Adding user files and writing properties, beside the same statements by the service's own calls. Each run of either side
 // has a fresh working copy of the sample product's database.
 #include "benchmarks/measurement.h"
-#include "host/setup_host.h"
+#include "benchmarks/sample_host.h"
 #include "include/product.h"
 #include "msi/installer_handle.h"
 #include "msi/msi_property.h"
@@ -32,18 +32,7 @@ const wchar_t* const PARENT_KEY = L"INSTALLDIR";
 class OpenProduct
 {
 public:
-    explicit OpenProduct(const BenchOptions& options)
-    {
-        HostOptions hostOptions;
-        hostOptions.strMedia = options.strMedia;
-        hostOptions.strProgramFolder = options.strProgramFolder;
-        hostOptions.strWorkFolder = options.strScratch;
-        HostError error;
-        m_host.reset(OpenSetupHost(hostOptions, error));
-        if (!m_host) {
-            throw CannotMeasure{error.message};
-        }
-    }
+    explicit OpenProduct(const BenchOptions& options) : m_host(OpenSampleHost(options)) {}
     CProduct* Get() const { return m_host->GetSetupManager().m_pProducts->at(0); }
 
 private:

@@ -2,6 +2,7 @@
 // hidden in turn. The tabs are the product's two tab pages six times over, on the real host and the sample media. A page
 // that is left stores itself, as always; a bare dialog has nothing to store.
 #include "benchmarks/measurement.h"
+#include "benchmarks/sample_host.h"
 #include "include/navigation.h"
 #include "include/product.h"
 #include "include/resource_ids.h"
@@ -186,15 +187,7 @@ void Append(Samples& samples, const Samples& more)
 std::vector<Comparison> MeasureTabs(const BenchOptions& options)
 {
     _Module.Init(GetModuleHandleW(nullptr));
-    HostOptions hostOptions;
-    hostOptions.strMedia = options.strMedia;
-    hostOptions.strProgramFolder = options.strProgramFolder;
-    hostOptions.strWorkFolder = options.strScratch;
-    HostError error;
-    const std::unique_ptr<CSetupHost> host(OpenSetupHost(hostOptions, error));
-    if (!host) {
-        throw CannotMeasure{error.message};
-    }
+    const std::unique_ptr<CSetupHost> host = OpenSampleHost(options);
     const CModuleOwner texts(LoadLibraryExW(CLangMgr::Instance().GetWizTextPath() + L"WizText.dll", nullptr,
                                             LOAD_LIBRARY_AS_DATAFILE));
     Comparison first = {L"12 tabs, each shown first", "ms", {}, {}};

@@ -238,10 +238,8 @@ int ConfigureTest::Run()
 {
     m_dialog = std::make_unique<CConfigureDialog>(host.manager, m_tabs, options);
     script.SetEnding(L"the dialog's end", [] {
-        if (const auto box = FindMessageBox()) {
-            return StepOutcome::Failed(L"an unexpected message box is up: " + box->Describe());
-        }
-        return StepOutcome::NotYet(L"the dialog is still up");
+        const StepOutcome clear = ExpectNoMessageBox();
+        return clear.IsFailed() ? clear : StepOutcome::NotYet(L"the dialog is still up");
     });
     script.Start();
     const int result = m_dialog->Run();

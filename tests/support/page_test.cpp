@@ -167,8 +167,9 @@ void PageTest::Step(const wchar_t* name, CScript::Step step)
 void PageTest::AddStep(const CString& name, CScript::Step step)
 {
     script.Add(name, [this, step = std::move(step)] {
-        if (const std::optional<MessageBoxView> box = FindMessageBox())
-            return StepOutcome::Failed(L"an unexpected message box is up: " + box->Describe());
+        const StepOutcome clear = ExpectNoMessageBox();
+        if (clear.IsFailed())
+            return clear;
         const StepOutcome found = FindPage();
         return found.IsDone() ? step() : found;
     });
@@ -293,9 +294,8 @@ StepOutcome PageTest::MeetBox(const ExpectedBox& expected, int button, const std
 void PageTest::StartScript()
 {
     script.SetEnding(L"the page's end", [] {
-        if (const std::optional<MessageBoxView> box = FindMessageBox())
-            return StepOutcome::Failed(L"an unexpected message box is up: " + box->Describe());
-        return StepOutcome::NotYet(L"the page is still up");
+        const StepOutcome clear = ExpectNoMessageBox();
+        return clear.IsFailed() ? clear : StepOutcome::NotYet(L"the page is still up");
     });
     script.Start();
 }
