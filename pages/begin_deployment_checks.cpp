@@ -21,6 +21,7 @@ bool CBeginDeploymentDialog::ValidateAndStore()
     }
     // The host is between two modes then: no button leads on from here, and only the host can close the page.
     if (!m_pSetupManager->SetSetupMode(m_mode)) {
+        m_bModeFailed = true;
         return false;
     }
     ::EnableWindow(m_hNextButton, TRUE);

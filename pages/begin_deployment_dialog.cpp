@@ -267,8 +267,8 @@ void CBeginDeploymentDialog::ShowPlatforms()
 
 void CBeginDeploymentDialog::UpdateNext()
 {
-    const bool complete =
-        IsChoiceComplete(Layout(), m_deployments.GetCurSel() >= 0, m_strLocation, m_strName);
+    const bool complete = !m_bModeFailed && IsChoiceComplete(Layout(), m_deployments.GetCurSel() >= 0,
+                                                             m_strLocation, m_strName);
     ::EnableWindow(m_hNextButton, complete);
 }
 

@@ -94,5 +94,6 @@ private:
     CString m_strBaseName;         // display name
     CString m_strOriginalBaseName; // as the page found it
     Setup::tagPLATFORM m_platform = Setup::PLATFORM_X86;
+    bool m_bModeFailed = false; // the host is between two modes: no edit leads on from there
     std::vector<CString>* m_pDeployments = nullptr; // the host's
 };

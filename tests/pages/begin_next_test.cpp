@@ -423,6 +423,22 @@ TEST_F(BeginNext, AModeThatTheHostRefusesLeavesThePageWithoutButtons)
     EXPECT_EQ(host.log.Of(L"SetDeploymentName").size(), 1u) << "what was stored stays stored";
 }
 
+// Next ran on a host between two modes then.
+TEST_F(BeginNext, AnEditAfterAModeThatTheHostRefusesBringsNoButtonBack)
+{
+    WithDeployments(Setup::SETUPMODE_CREATE_DEPLOYMENT, {L"Alpha"});
+    host.manager.setModeAnswer = false;
+    Press(IDC_NEXT);
+    Await(L"the host was not asked", [&] { return host.log.Of(L"SetSetupMode").size() == 1; });
+    Type(IDC_NAME, L"Delta");
+    Type(IDC_LOCATION, folder.GetPath() + L"below");
+    Press(IDC_MODE_CREATE_FROM);
+    Look([&] { EXPECT_EQ(Buttons(), CString(L"DDD")); });
+    Look([&] { DestroyWindow(Page()); });
+    EXPECT_NE(ShowPage(), NAVIGATION_NEXT);
+    EXPECT_EQ(host.log.Of(L"SetSetupMode").size(), 1u);
+}
+
 TEST_F(BeginNext, BackStoresNothing)
 {
     Type(IDC_NAME, L"Delta");
