@@ -2,6 +2,7 @@
 
 #include "host/build/deployment_builder.h"
 #include "host/files.h"
+#include "host/host_messages.h"
 #include "host/made_up_media.h"
 #include "include/version.h"
 
@@ -44,15 +45,17 @@ SetupDescription DescribeImage(const Media& media, int platform)
 class PlanMaker
 {
 public:
-    explicit PlanMaker(ManagerObject& manager) : m_manager(manager), m_media(manager.GetMedia()) {}
+    PlanMaker(ManagerObject& manager, const CString& replacedStamp)
+        : m_manager(manager), m_media(manager.GetMedia())
+    {
+        m_plan.strReplacedStamp = replacedStamp;
+    }
 
     BuildPlan Make()
     {
         m_stored = m_manager.DescribeDeployment();
         m_plan.strLocation = m_manager.m_strDeploymentLocation;
         m_plan.strName = m_manager.m_strDeploymentName;
-        // The begin page asked before it let the name pass.
-        m_plan.bReplaceExisting = true;
         m_plan.strBuiltBy = L"the deployment wizard " ROLLOUT_VERSION_TEXT;
         m_plan.strMediaName = m_media.description.strName;
         m_plan.commands.strLogFolder = m_manager.m_bNetworkLog ? m_manager.m_strNetworkLogFolder : CString();
@@ -165,9 +168,9 @@ private:
 
 } // namespace
 
-BuildPlan MakeBuildPlan(ManagerObject& manager)
+BuildPlan MakeBuildPlan(ManagerObject& manager, const CString& replacedStamp)
 {
-    return PlanMaker(manager).Make();
+    return PlanMaker(manager, replacedStamp).Make();
 }
 
 BuildResult BuildFromManager(ManagerObject& manager, IBuildProgress& progress)
@@ -175,7 +178,16 @@ BuildResult BuildFromManager(ManagerObject& manager, IBuildProgress& progress)
     if (HostError error = manager.EnsureProducts()) {
         return {error, CString(), {}};
     }
-    BuildResult result = BuildDeployment(MakeBuildPlan(manager), progress);
+    const TargetVerdict verdict = manager.JudgeTarget();
+    if (verdict.state == TargetVerdict::State::Refused) {
+        return {{ERROR_ALREADY_EXISTS, verdict.message}, CString(), {}};
+    }
+    if (verdict.state == TargetVerdict::State::NeedsAnswer) {
+        return {{ERROR_ALREADY_EXISTS, HostSentence(HostText::TargetUnasked, {verdict.strFolder})},
+                CString(),
+                {}};
+    }
+    BuildResult result = BuildDeployment(MakeBuildPlan(manager, verdict.strStamp), progress);
     if (!result.error) {
         manager.SetResultLines(manager.m_strDeploymentName, result.strDeploymentFolder);
     }
@@ -184,5 +196,5 @@ BuildResult BuildFromManager(ManagerObject& manager, IBuildProgress& progress)
 
 std::uint64_t MeasureFromManager(ManagerObject& manager)
 {
-    return manager.EnsureProducts() ? 0 : MeasureBuild(MakeBuildPlan(manager));
+    return manager.EnsureProducts() ? 0 : MeasureBuild(MakeBuildPlan(manager, CString()));
 }

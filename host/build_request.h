@@ -4,7 +4,8 @@
 #include "host/build/build_plan.h"
 #include "host/manager_object.h"
 
-[[nodiscard]] BuildPlan MakeBuildPlan(ManagerObject& manager);
+// `replacedStamp`: see BuildPlan::strReplacedStamp.
+[[nodiscard]] BuildPlan MakeBuildPlan(ManagerObject& manager, const CString& replacedStamp);
 // Builds the plan and leaves the manager at what came out: products, result lines.
 [[nodiscard]] BuildResult BuildFromManager(ManagerObject& manager, IBuildProgress& progress);
 [[nodiscard]] std::uint64_t MeasureFromManager(ManagerObject& manager);

@@ -76,6 +76,21 @@ constexpr Sentence SENTENCES[] = {
     {HostText::BaseImageGone, L"The deployment \"%1\" lacks its image folder \"%2\". Restore the folder or "
                               L"choose another deployment."},
     {HostText::DeploymentUnreadable, L"The deployment file is passed over. %1"},
+    {HostText::TargetIsFile, L"\"%1\" is a file. Choose another name, or move the file away."},
+    {HostText::TargetShortName, L"\"%1\" is the short name of the folder \"%2\". Choose another name."},
+    {HostText::TargetNoDeployment,
+     L"The folder \"%1\" holds no deployment, so it isn't replaced. Choose another "
+     L"name, or move the folder away."},
+    {HostText::TargetUnreadable, L"The folder \"%1\" holds a deployment file that can't be read, so it isn't "
+                                 L"replaced. Choose another name, or move the folder away. (%2)"},
+    {HostText::TargetOtherSetup,
+     L"The folder \"%1\" holds a deployment of another product, \"%2\", so it isn't "
+     L"replaced. Choose another name or location."},
+    {HostText::TargetUnasked,
+     L"The folder \"%1\" holds a deployment that nobody was asked about, so it isn't "
+     L"replaced. Choose another name, or start again and confirm that it is replaced."},
+    {HostText::LocationInsideDeployment, L"The location \"%1\" lies inside the deployment \"%2\". Choose a "
+                                         L"location outside of it."},
     {HostText::SettingsWithoutProduct,
      L"The deployment \"%1\" has settings for the product \"%2\" (%3), which this media does not hold. They "
      L"are kept in its deployment file only."},

@@ -1,7 +1,7 @@
 // The setup manager: the state of the whole setup, and the products of the media that is current.
 #pragma once
 
-#include "host/media.h"
+#include "host/deployment_base.h"
 #include "host/product_object.h"
 #include "host/setup_log.h"
 #include "host/small_managers.h"
@@ -49,6 +49,12 @@ public:
     // What the deployment's file is to hold.
     DeploymentFile DescribeDeployment() const;
     void SetResultLines(const CString& first, const CString& second);
+    // What stands in the place of the new deployment. What may be replaced: the deployment that is modified, one that the
+    // begin page asked about, and one that AllowReplacing named.
+    TargetVerdict JudgeTarget() const;
+    void AllowReplacing(const TargetVerdict& verdict) { m_answeredStamp = verdict.strStamp; }
+    // Why the mode that the begin page asked for could not be entered, once; empty when it was.
+    CString TakeModeFailure();
     // Why the last call failed, for the person; empty after a success.
     const CString& GetLastMessage() const { return m_strLastMessage; }
 
@@ -62,24 +68,57 @@ private:
     void UseMedia(const Media& media);
     void UpdatePathRule();
     void UpdateDeploymentFolder();
-    CString FindDeploymentFile(const CString& name);
-    HostError UseBase(const CString& name);
+    HostError EnterFirstStage();
+    CString FindBaseEntry(const CString& name) const;
+    HostError UseBase(const CString& entry);
+    HostError UseBaseNamed(const CString& name);
+    bool IsBaseLoaded() const { return !m_base.strEntry.IsEmpty(); }
+    bool IsBaseCurrent(const CString& name) const; // loaded, and unchanged on the disk
+    void LeavePage(const CString& reason);
     void ForgetBase();
     void Tell(const CString& message);
 
+    // All that a page's choices can change and that a reset takes back.
+    struct Stage
+    {
+        Media media;
+        DeploymentBase base;
+        CString strDeploymentLanguage;
+        Setup::tagSETUPMODE mode;
+        Setup::tagPLATFORM platform;
+        CString strLocation, strName, strBaseName, strLines[2], strAnsweredStamp;
+        int installMode;
+        bool bNetworkLog;
+        CString strNetworkLogFolder;
+        bool bSettingsOption;
+        PropertyStore properties;
+    };
+    Stage GetStage() const;
+    void UseStage(const Stage& stage);
+
+    struct ListedDeployment
+    {
+        CString strEntry;
+        CString strStamp; // when it was listed
+    };
+
     const Media m_openedMedia;
+    Setup::tagPLATFORM m_firstPlatform = Setup::PLATFORM_X64; // of the media as they were opened
     Media m_media; // the base deployment's image, once one is loaded
     const CString m_strWorkFolder;
     SetupLog& m_log;
     ConfigReader m_config;
     UiManager m_ui;
-    std::vector<CString> m_deployments; // result of GetDeploymentList
+    std::vector<CString> m_deployments;     // result of GetDeploymentList
+    std::vector<ListedDeployment> m_listed; // the same entries
     std::vector<std::unique_ptr<ProductObject>> m_productObjects;
     std::vector<CProduct*> m_products;
     bool m_productsOpen = false;
+    Setup::tagPLATFORM m_productsPlatform = Setup::PLATFORM_X64; // while they are open
     int m_workNumber = 0; // each opening of products has a folder of its own
-    bool m_baseLoaded = false;
-    DeploymentFile m_base;
+    DeploymentBase m_base;
+    CString m_answeredStamp; // of the deployment that the program asked about
+    CString m_strModeFailure;
     PropertyStore m_properties;
     bool m_bCancellingEnabled = true;
     CString m_strLastMessage;

@@ -36,6 +36,9 @@ public:
     PageContext MakePageContext(const FlowPage& page, bool canGoBack) override;
     PageContext MakePageContext(const FlowPage& page, bool canGoBack, CProduct* product) override;
     HostError CheckDatabase(CProduct& product) override;
+    TargetVerdict JudgeTarget() override { return m_manager->JudgeTarget(); }
+    void AllowReplacing(const TargetVerdict& verdict) override { m_manager->AllowReplacing(verdict); }
+    CString TakeModeFailure() override { return m_manager->TakeModeFailure(); }
     BuildResult Build(IBuildProgress& progress) override;
     std::uint64_t GetDeploymentBytes() override;
     void AppendLog(const CString& line) override { m_log.Append(line); }

@@ -56,6 +56,29 @@ struct BuildResult
     std::vector<CString> warnings; // each a sentence: a lost signature, a path that may be too long, ...
 };
 
+// What stands where the deployment will lie.
+struct TargetVerdict
+{
+    enum class State
+    {
+        Free,          // nothing
+        MayBeReplaced, // the deployment that is modified, or one that somebody was asked about
+        NeedsAnswer, // a deployment of this product that nobody was asked about: to be asked with what follows
+        Refused,     // anything else; `message` says what, and what to do
+    };
+    State state = State::Free;
+    CString message;
+    bool bLocationRefused = false; // Refused: because of the location, not of the name
+    CString strFolder;             // full path, without closing backslash
+    CString strProduct;            // name and version
+    FILETIME builtAt = {};
+    // Files that were added to it or changed in it since it was built, by relative paths. They are kept beside the new
+    // deployment; so is all of it when it has no manifest that could tell them.
+    std::vector<CString> ownFiles;
+    bool bKeptWhole = false;
+    CString strStamp; // the host's own mark of it
+};
+
 // Owns everything: media, databases, products, managers. All calls on one thread but Build, which may run on
 // another while the first only pumps messages.
 class CSetupHost
@@ -77,6 +100,16 @@ public:
 
     // Asks the product's database whether it still answers.
     virtual HostError CheckDatabase(CProduct& product) = 0;
+
+    // Judges the place that the begin page has chosen, on the disk as it is now. To be called after that page, and again
+    // before the build: another wizard may have built there meanwhile. Reads the whole deployment when it has to be asked
+    // about.
+    virtual TargetVerdict JudgeTarget() = 0;
+    // Somebody was shown the verdict's deployment and wants it replaced. Counts as long as it stays as it is.
+    virtual void AllowReplacing(const TargetVerdict& verdict) = 0;
+    // Why the begin page's choice could not be entered, once; empty when it was. The host has closed the page then; the
+    // program shows the reason and the first page again.
+    virtual CString TakeModeFailure() = 0;
 
     // Builds the deployment that the pages described and stores the result lines and the exit code in the manager.
     virtual BuildResult Build(IBuildProgress& progress) = 0;

@@ -52,6 +52,7 @@ constexpr AnswerBox BOXES[] = {
     {L"begin", BoxKind::Question, L"local_location", L"location", IDS_LOCATION_NOT_NETWORK},
     {L"begin", BoxKind::Question, L"confirm_folder", L"location", IDS_CONFIRM_FOLDER},
     {L"begin", BoxKind::Question, L"replace", L"name", IDS_REPLACE_DEPLOYMENT},
+    {L"begin", BoxKind::Question, ROLE_REPLACE_UNLISTED, L"name", PROGRAM_BOX},
     {L"begin", BoxKind::Refusal, nullptr, L"location", IDS_OTHER_PRODUCTS_DEPLOYMENT},
     {L"begin", BoxKind::Refusal, nullptr, L"location", IDS_LOCATION_MISSING},
     {L"begin", BoxKind::Refusal, nullptr, L"location", IDS_LOCATION_UNUSABLE},

@@ -45,8 +45,12 @@ struct AnswerBox
     BoxKind kind;
     const wchar_t* role; // Question: the word behind "on_question."
     const wchar_t* key;  // the key that the box is about
-    unsigned int string; // its text in the resource library; "%s" stands for any text
+    unsigned int string; // its text in the resource library; "%s" stands for any text; or PROGRAM_BOX
 };
+
+// A box of the program's own, put behind the page.
+constexpr unsigned int PROGRAM_BOX = 0;
+constexpr wchar_t ROLE_REPLACE_UNLISTED[] = L"replace_unlisted";
 
 // A word of every section: what ends the page once its answers are entered.
 constexpr wchar_t LEAVE_KEY[] = L"leave";

@@ -100,6 +100,12 @@ FlowMove WizardFlow::AfterPage(int result)
     }
 }
 
+FlowMove WizardFlow::StartAgain()
+{
+    m_bBuilt = false;
+    return Start();
+}
+
 FlowMove WizardFlow::AfterBuild(unsigned int exitCode)
 {
     m_bBuilt = true;

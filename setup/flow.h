@@ -45,6 +45,8 @@ public:
     [[nodiscard]] FlowMove Start();
     // `result`: what the page or dialog shown last came back with (NavigationResult).
     [[nodiscard]] FlowMove AfterPage(int result);
+    // Back to the first page, whatever was shown: the choice made there doesn't hold.
+    [[nodiscard]] FlowMove StartAgain();
     // `exitCode`: 0, 1602 or whatever the build failed with.
     [[nodiscard]] FlowMove AfterBuild(unsigned int exitCode);
 

@@ -49,6 +49,11 @@
 #define IDS_PICTURES_FAILED 308    // %1: path, %2: why
 #define IDS_OUT_OF_MEMORY 309
 #define IDS_SEE_LOG 310 // %1: what failed, %2: log
+// What stands in the new deployment's place
+#define IDS_REPLACE_UNLISTED 320   // %1: folder, %2: product, %3: date
+#define IDS_REPLACE_OWN_FILES 321  // %1: names
+#define IDS_REPLACE_KEPT_WHOLE 322 // no holes
+#define IDS_REPLACE_MORE_FILES 323 // %1: number
 
 // Configure dialog
 #define IDS_CONFIGURE_CANCEL_QUESTION 401

@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr wchar_t TARGET_PAGE[] = L"BeginDeploymentDialog"; // chooses name and place of the deployment
+
 constexpr unsigned int STAGE_AFTER_BUILD =
     4; // Cancel means the same as Next: there is nothing left to cancel
 
@@ -21,7 +23,7 @@ constexpr wchar_t USER_KEY[] = L"Software\\Velkmora\\Rollout";
 
 CWizard::CWizard(const CommandLine& line, const Answers& answers, CRunLog& log)
     : m_line(line), m_answers(answers), m_log(log), m_pictures(line.strPictures, log),
-      m_unattended(answers, m_pictures, log)
+      m_unattended(answers, m_pictures, log), m_target(answers, log)
 {
 }
 
@@ -54,10 +56,15 @@ RunOutcome CWizard::Run(const CString& media)
     if (!CheckPagesReached(m_answers, names, error)) {
         return {SETUP_PAGE_NOT_REACHED, error.Text()};
     }
+    UseLocationOfCommandLine();
+    return Walk(flow);
+}
+
+void CWizard::UseLocationOfCommandLine()
+{
     if (!m_line.strOut.IsEmpty()) {
         m_host->GetSetupManager().SetDeploymentLocation(m_line.strOut);
     }
-    return Walk(flow);
 }
 
 CString CWizard::LoadLibraries()
@@ -101,25 +108,72 @@ RunOutcome CWizard::Walk(WizardFlow& flow)
     flow.OfferConfigure(OffersConfigure());
     FlowMove move = flow.Start();
     while (move.act != FlowAct::Finish) {
-        if (move.act == FlowAct::Build) {
+        if (move.act != FlowAct::Build) {
+            move = Show(move, flow);
+        } else if (SettleTarget(flow, move)) {
             move = flow.AfterBuild(Build());
-            continue;
         }
-        const int result = move.act == FlowAct::Configure
-                               ? ShowConfigure(flow.CanGoBack())
-                               : ShowPage(m_pages[static_cast<std::size_t>(move.nPage)], flow.CanGoBack());
-        if (m_unattended.GetFailure()) {
-            m_host->GetSetupManager().m_exitCode = m_unattended.GetFailure()->exitCode;
-            return *m_unattended.GetFailure();
+        if (m_ended) {
+            m_host->GetSetupManager().m_exitCode = m_ended->exitCode;
+            return *m_ended;
         }
-        flow.OfferConfigure(OffersConfigure());
-        move = flow.AfterPage(result);
     }
     m_host->GetSetupManager().m_exitCode = move.exitCode;
     // The wizard's own pages and boxes have told whatever there was to tell.
     return {move.exitCode,
             move.exitCode == SETUP_CANCELLED && m_strCause.IsEmpty() ? CString(L"cancelled") : m_strCause,
             true};
+}
+
+// Shows a page or the configure dialog; what comes after it.
+FlowMove CWizard::Show(const FlowMove& move, WizardFlow& flow)
+{
+    const bool isPage = move.act == FlowAct::ShowPage;
+    const int result = isPage ? ShowPage(m_pages[static_cast<std::size_t>(move.nPage)], flow.CanGoBack())
+                              : ShowConfigure(flow.CanGoBack());
+    m_ended = m_unattended.GetFailure();
+    if (m_ended) {
+        return move;
+    }
+    const CString modeFailure = m_host->TakeModeFailure();
+    if (!modeFailure.IsEmpty()) {
+        return OnModeFailure(modeFailure, flow);
+    }
+    flow.OfferConfigure(OffersConfigure());
+    FlowMove next;
+    if (isPage && result == NAVIGATION_NEXT &&
+        m_pages[static_cast<std::size_t>(move.nPage)].strName == TARGET_PAGE && !SettleTarget(flow, next)) {
+        return next;
+    }
+    return flow.AfterPage(result);
+}
+
+bool CWizard::SettleTarget(WizardFlow& flow, FlowMove& move)
+{
+    switch (m_target.Settle(*m_host, m_line.IsUnattended())) {
+    case TargetSettled::GoOn:
+        return true;
+    case TargetSettled::ChooseAgain:
+        move = flow.StartAgain();
+        break;
+    case TargetSettled::EndRun:
+        m_ended = m_target.GetFailure();
+        break;
+    }
+    return false;
+}
+
+// The host has closed its page, which had no way on. A choice that it couldn't enter is forgotten.
+FlowMove CWizard::OnModeFailure(const CString& reason, WizardFlow& flow)
+{
+    if (m_line.IsUnattended()) {
+        m_ended = RunOutcome{SETUP_FAILED, reason, false};
+        return flow.StartAgain();
+    }
+    MessageBoxW(nullptr, reason, SetupText(IDS_PROGRAM_TITLE), MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
+    m_host->GetSetupManager().ResetSetupMode();
+    UseLocationOfCommandLine();
+    return flow.StartAgain();
 }
 
 // Who modifies a deployment knows what to change: jumping beats walking.
@@ -147,6 +201,7 @@ int CWizard::ShowPage(const FlowPage& page, bool canGoBack)
     if (result == NAVIGATION_RESET) { // what an earlier build has left doesn't count for the next one
         m_strCause.Empty();
         m_changes.Forget();
+        UseLocationOfCommandLine();
     }
     if (result == NAVIGATION_LOAD_FAILED) {
         m_strCause =

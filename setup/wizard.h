@@ -9,6 +9,7 @@
 #include "setup/page_pictures.h"
 #include "setup/program_libraries.h"
 #include "setup/run_log.h"
+#include "setup/target_settling.h"
 #include "setup/unattended_pages.h"
 
 #include <memory>
@@ -29,8 +30,13 @@ public:
 private:
     [[nodiscard]] CString LoadLibraries();
     [[nodiscard]] CString OpenHost(const CString& media);
+    void UseLocationOfCommandLine();
     [[nodiscard]] std::vector<FlowStep> ExistingPages();
     [[nodiscard]] RunOutcome Walk(WizardFlow& flow);
+    [[nodiscard]] FlowMove Show(const FlowMove& move, WizardFlow& flow);
+    // True when the page's choice can be gone on with; otherwise `move` is what comes instead.
+    [[nodiscard]] bool SettleTarget(WizardFlow& flow, FlowMove& move);
+    [[nodiscard]] FlowMove OnModeFailure(const CString& reason, WizardFlow& flow);
     [[nodiscard]] bool OffersConfigure();
     [[nodiscard]] int ShowPage(const FlowPage& page, bool canGoBack);
     [[nodiscard]] int ShowConfigure(bool canGoBack);
@@ -48,6 +54,8 @@ private:
     CPageLibrary m_pageLibrary;
     std::unique_ptr<CSetupHost> m_host; // goes before the libraries
     std::vector<FlowPage> m_pages;      // those that exist
+    CTargetSettling m_target;
     CChangeWatch m_changes;
-    CString m_strCause; // of a run that has failed so far
+    CString m_strCause;                // of a run that has failed so far
+    std::optional<RunOutcome> m_ended; // without a person: how the run ends before its flow does
 };

@@ -4,6 +4,7 @@
 #include "host/build/build_failure.h"
 #include "host/build/build_names.h"
 #include "host/build/copy_scan.h"
+#include "host/build/deployment_place.h"
 #include "host/build/file_operations.h"
 
 #include <winnetwk.h>
@@ -65,29 +66,6 @@ void WarnOfLogFolder(BuildRun& run)
             L"The log folder \"" + logs +
             L"\" can't be written to from here; workstations that can't either keep their logs locally. " +
             reason);
-    }
-}
-
-// Nothing of an administrator's is ever replaced but a deployment.
-void CheckTarget(BuildRun& run)
-{
-    const PathKind kind = KindOfPath(run.target);
-    if (kind == PathKind::Nothing) {
-        return;
-    }
-    if (kind == PathKind::File) {
-        throw BuildFailure{BUILD_ALREADY_EXISTS,
-                           L"\"" + run.target + L"\" is a file. " + RemedyOf(BUILD_ALREADY_EXISTS)};
-    }
-    if (!run.plan.bReplaceExisting) {
-        throw BuildFailure{BUILD_ALREADY_EXISTS, L"There is a folder \"" + run.target + L"\" already. " +
-                                                     RemedyOf(BUILD_ALREADY_EXISTS)};
-    }
-    if (KindOfPath(JoinFolder(run.target, L"Deployment.xml")) != PathKind::File) {
-        throw BuildFailure{BUILD_ALREADY_EXISTS,
-                           L"The folder \"" + run.target +
-                               L"\" holds no deployment, so it is not replaced. Choose another "
-                               L"name, or move the folder away."};
     }
 }
 
@@ -156,12 +134,43 @@ void WarnOfLongPaths(BuildRun& run)
 
 } // namespace
 
+// Checked again right before the swap: what a build may replace was decided before it began.
+bool CheckTarget(const BuildRun& run)
+{
+    const PathKind kind = KindOfPath(run.target);
+    if (kind == PathKind::Nothing) {
+        return false;
+    }
+    const auto refuse = [](const CString& why) {
+        throw BuildFailure{BUILD_ALREADY_EXISTS, why + L" " + RemedyOf(BUILD_ALREADY_EXISTS)};
+    };
+    const CString name = NameOnDisk(run.target);
+    if (kind == PathKind::File) {
+        refuse(L"\"" + run.target + L"\" is a file.");
+    } else if (!name.IsEmpty() && name.CompareNoCase(run.plan.strName) != 0) {
+        refuse(L"\"" + run.plan.strName + L"\" is the short name of the folder \"" + name + L"\".");
+    } else if (run.plan.strReplacedStamp.IsEmpty()) {
+        refuse(L"There is a folder \"" + run.target + L"\" already.");
+    } else if (StampOfDeployment(run.target) != run.plan.strReplacedStamp) {
+        refuse(L"The folder \"" + run.target +
+               L"\" isn't the deployment that was to be replaced any more: it was changed, or another one "
+               L"stands in its place.");
+    }
+    return true;
+}
+
 void CheckPlan(BuildRun& run)
 {
     run.Step(L"Checking the location and the media");
     CheckName(run.plan);
     const CString folder = ExistingParent(run.plan.strLocation);
-    CheckTarget(run);
+    const CString around = DeploymentAround(run.plan.strLocation);
+    if (!around.IsEmpty()) {
+        throw BuildFailure{BUILD_BAD_PATH_NAME, L"The location \"" + run.plan.strLocation +
+                                                    L"\" lies inside the deployment \"" + around +
+                                                    L"\". Choose a location outside of it."};
+    }
+    run.replaces = CheckTarget(run);
     run.list = ScanSources(run.plan);
     const CString refused = RefusedTargets(run.plan, run.list);
     if (!refused.IsEmpty()) {

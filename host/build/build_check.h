@@ -3,5 +3,9 @@
 
 #include "host/build/build_run.h"
 
+// True when a deployment stands in the target's place and may be replaced, false when nothing does. Throws when what
+// stands there may not be.
+[[nodiscard]] bool CheckTarget(const BuildRun& run);
+
 // Makes a folder in the location and removes it. A build needs no probe: its own first folder tells.
 void ProbeRightToWrite(const BuildRun& run);

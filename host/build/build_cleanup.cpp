@@ -4,6 +4,8 @@
 
 #include "host/build/build_failure.h"
 #include "host/build/build_names.h"
+#include "host/build/notes_text.h"
+#include "host/build/own_files.h"
 
 namespace {
 
@@ -23,10 +25,15 @@ void ClearBuild(const CString& location, const CString& name, std::uint32_t id,
         RenameFolder(old, target);
         messages.push_back(L"A build of \"" + name + L"\" was interrupted. The old deployment was put back.");
         break;
-    case LeftoverStep::DeleteOld:
-        DeleteTree(old);
+    case LeftoverStep::DeleteOld: {
+        const FolderJudgement judgement = FindOwnFiles(old, {}, [] {});
+        const CString kept = RetireDeployment(old, location, name, judgement.hasManifest, judgement.Own());
         messages.push_back(L"The replaced deployment of \"" + name + L"\" was removed.");
+        if (!kept.IsEmpty()) {
+            messages.push_back(DescribeKept(judgement.hasManifest, judgement.Own(), kept));
+        }
         break;
+    }
     case LeftoverStep::KeepOld:
         messages.push_back(L"A build of \"" + name +
                            L"\" was interrupted, and a folder of that name was made since. "
@@ -68,8 +75,15 @@ void ClearOneLock(const CString& path, std::vector<CString>& messages)
 } // namespace
 
 BuildLock::BuildLock(const CString& location, const CString& name, std::uint32_t id)
-    : m_path(JoinFolder(location, LockFileName(name))), m_file(OpenAlone(m_path, true))
+    : m_path(JoinFolder(location, LockFileName(name)))
 {
+    if (KindOfPath(m_path) == PathKind::Folder) {
+        throw BuildFailure{
+            BUILD_ALREADY_EXISTS,
+            L"The folder \"" + m_path +
+                L"\" stands where a build writes its lock file. Rename it, or choose another name."};
+    }
+    m_file = OpenAlone(m_path, true);
     if (!m_file.IsOpen()) {
         throw BuildFailure{BUILD_BUSY, L"The deployment \"" + name +
                                            L"\" is being built already, by this computer or "

@@ -9,10 +9,22 @@
 
 namespace {
 
-void FlushShare(const BuildRun& run, const FileHandle& file, const CString& path)
+// A share reports only now what it could not take. And an old deployment goes for good once the new one stands: a loss
+// of power must not cost both.
+void FlushWhereNeeded(const BuildRun& run, const FileHandle& file, const CString& path)
 {
-    if (IsRemote(run.staging)) {
+    if (run.replaces || IsRemote(run.staging)) {
         FlushToDisk(file, path);
+    }
+}
+
+// What a file of the old deployment held needn't be read once more to be judged.
+void NoteReadOfOld(BuildRun& run, const FileHandle& from, const CString& source, const ManifestEntry& read)
+{
+    if (run.replaces && IsSameOrBelow(source, run.target)) {
+        const FILETIME written = LastWriteTime(from, source);
+        run.readOfOld[source.Mid(run.target.GetLength() + 1)] = {
+            read.size, (std::uint64_t{written.dwHighDateTime} << 32) | written.dwLowDateTime, read.strSha256};
     }
 }
 
@@ -50,9 +62,10 @@ void CopyIntoStaging(BuildRun& run, const CString& source, const CString& target
         size += read;
         run.meter.Add(read);
     }
-    FlushShare(run, to, path);
+    FlushWhereNeeded(run, to, path);
     CopyTimesAndAttributes(from, to, path);
     run.manifest.push_back({target, size, hash.Finish()});
+    NoteReadOfOld(run, from, source, run.manifest.back());
 }
 
 void WriteIntoStaging(BuildRun& run, const CString& target, const CString& text, bool byteOrderMark)
@@ -65,7 +78,7 @@ void WriteIntoStaging(BuildRun& run, const CString& target, const CString& text,
     const CString path = JoinFolder(run.staging, target);
     const FileHandle file = CreateForWriting(path);
     WriteChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path);
-    FlushShare(run, file, path);
+    FlushWhereNeeded(run, file, path);
     Sha256 hash;
     hash.Add(bytes.data(), bytes.size());
     run.manifest.push_back({target, bytes.size(), hash.Finish()});

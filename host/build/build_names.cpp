@@ -64,6 +64,9 @@ CString RefusedName(const CString& name)
     if (IsDeviceName(name)) {
         return L"The name \"" + name + L"\" is reserved for a device.";
     }
+    if (IsWorkingName(name)) {
+        return L"The name \"" + name + L"\" is one that the wizard uses for its own files during a build.";
+    }
     if (name.GetLength() > MAX_DEPLOYMENT_NAME) {
         return L"The name has " + NumberText(name.GetLength()) + L" characters; at most " +
                NumberText(MAX_DEPLOYMENT_NAME) + L" are possible.";
@@ -196,9 +199,42 @@ CString NameFromLockFile(const CString& fileName)
     return fileName.Mid(1, length);
 }
 
-CString FailedLogName(const CString& name)
+bool IsWorkingName(const CString& name)
 {
-    return name + L".Build.log";
+    if (name[0] != L'.') {
+        return false;
+    }
+    const CString lower = CString(name).MakeLower();
+    if (lower.Right(11) == L".build-lock") {
+        return true;
+    }
+    const int id = lower.GetLength() - 8;
+    for (const wchar_t* kind : {L".staging-", L".old-", L".probe-"}) {
+        const int length = TextLength(kind);
+        bool isId = id > length && lower.Mid(id - length, length) == kind;
+        for (int index = id; isId && index < lower.GetLength(); ++index) {
+            isId = lower[index] < 0x80 && IsHexDigit(static_cast<char>(lower[index]));
+        }
+        if (isId) {
+            return true;
+        }
+    }
+    return false;
+}
+
+CString FailedLogName(const CString& name, int number)
+{
+    return number < 2 ? name + L".Build.log" : name + L".Build (" + NumberText(number) + L").log";
+}
+
+CString FailedLogHead(const CString& name)
+{
+    return L"Failed build of \"" + name + L"\"\r\n";
+}
+
+CString KeptFolderName(const CString& name, const CString& when)
+{
+    return name + L" (kept files " + when + L")";
 }
 
 CString HexText(std::uint32_t value)

@@ -45,8 +45,14 @@ enum class LockText
 LockText ReadLockFileText(const char* text, std::size_t length, std::uint32_t& id);
 // The deployment's name from that of a lock file; empty for any other file.
 CString NameFromLockFile(const CString& fileName);
-// Where the log of a failed build is kept, beside the deployment: `<name>.Build.log`.
-CString FailedLogName(const CString& name);
+// True for the names above, of whatever deployment: none can be called so.
+bool IsWorkingName(const CString& name);
+// Where the log of a failed build is kept, beside the deployment: `<name>.Build.log`, or with a number from 2 on where
+// something else has that name. Its first line, by which it is known as one.
+CString FailedLogName(const CString& name, int number);
+CString FailedLogHead(const CString& name);
+// The folder beside a new deployment for what somebody had put into the one before: `<name> (kept files <when>)`.
+CString KeptFolderName(const CString& name, const CString& when);
 
 CString HexText(std::uint32_t value); // 8 digits, lower case
 

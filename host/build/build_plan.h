@@ -72,8 +72,9 @@ struct BuildPlan
     CString
         strWorkstationPath; // the deployment's folder as workstations see it, without closing backslash, for
                             // instance a full UNC path; empty: the path as built
-    bool bReplaceExisting =
-        false;            // a deployment of that name may be there and is replaced. Otherwise it is an error.
+    // StampOfDeployment of the one that may be replaced: the deployment that is modified, or one that somebody was asked
+    // about. Empty: nothing may stand in the target's place. What does otherwise is an error.
+    CString strReplacedStamp;
     CString strBuiltBy;   // name and version of the program, for the texts: `Setup 1.0.0`
     CString strMediaName; // `Zolt 2027`
     std::vector<BuildFolder> folders;

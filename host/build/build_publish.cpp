@@ -1,6 +1,7 @@
 // Publish: one rename makes the deployment. An old one steps aside for that moment and is deleted afterwards.
 #include "host/build/build_run.h"
 
+#include "host/build/build_check.h"
 #include "host/build/build_failure.h"
 #include "host/build/file_operations.h"
 
@@ -19,11 +20,27 @@ void PutOldBack(BuildRun& run, const BuildFailure& why)
     }
 }
 
-void DeleteOld(BuildRun& run)
+// What came into the old folder while it was judged is kept as well.
+std::vector<CString> FilesToKeep(const BuildRun& run)
+{
+    std::vector<CString> own = run.judgement.Own();
+    if (run.judgement.hasManifest) {
+        const std::vector<CString> late = FindLateFiles(run.old, run.judgement);
+        own.insert(own.end(), late.begin(), late.end());
+    }
+    return own;
+}
+
+void RetireOld(BuildRun& run)
 {
     try {
-        DeleteTree(run.old);
+        const std::vector<CString> own = FilesToKeep(run);
+        const CString kept =
+            RetireDeployment(run.old, run.plan.strLocation, run.plan.strName, run.judgement.hasManifest, own);
         run.oldIsAside = false;
+        if (!kept.IsEmpty()) {
+            run.Warn(DescribeKept(run.judgement.hasManifest, own, kept));
+        }
     } catch (const BuildFailure& failure) {
         run.Warn(L"The new deployment stands, but the old one could not be deleted from \"" + run.old +
                  L"\"; the next start of the program tries again. " + failure.message);
@@ -32,11 +49,20 @@ void DeleteOld(BuildRun& run)
 
 } // namespace
 
+// While the build can still be cancelled: it takes as long as reading the old deployment once.
+void JudgeOld(BuildRun& run)
+{
+    if (run.replaces) {
+        run.Step(L"Looking for files that were added to " + run.plan.strName + L" or changed");
+        run.judgement = FindOwnFiles(run.target, run.readOfOld, [&run] { run.meter.Poll(); });
+    }
+}
+
 void Publish(BuildRun& run)
 {
     run.Step(L"Publishing " + run.plan.strName);
     run.meter.Finish(); // the last moment to cancel
-    if (KindOfPath(run.target) == PathKind::Nothing) {
+    if (!CheckTarget(run)) {
         RenameFolder(run.staging, run.target);
         return;
     }
@@ -49,5 +75,5 @@ void Publish(BuildRun& run)
         PutOldBack(run, failure);
         throw;
     }
-    DeleteOld(run);
+    RetireOld(run);
 }

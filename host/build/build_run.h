@@ -5,6 +5,7 @@
 #include "host/build/change_report.h"
 #include "host/build/copy_list.h"
 #include "host/build/notes_text.h"
+#include "host/build/own_files.h"
 #include "host/setup_host.h"
 
 constexpr std::size_t CHUNK_BYTES = 1 << 20; // small enough to cancel between two of them
@@ -63,7 +64,10 @@ struct BuildRun
     std::vector<ManifestEntry> manifest;
     std::vector<DatabaseChanges> changes;
     std::vector<CString> warnings;
-    bool oldIsAside = false; // the old deployment lies in `old`, whole or partly deleted
+    bool replaces = false;     // an old deployment stood in the target's place when the build began
+    ReadContents readOfOld;    // what was copied from that one
+    FolderJudgement judgement; // of that one
+    bool oldIsAside = false;   // the old deployment lies in `old`, whole or partly deleted
 };
 
 void CheckPlan(BuildRun& run);      // build_check.cpp
@@ -71,6 +75,7 @@ void StageFolders(BuildRun& run);   // build_copy.cpp
 void CopyFiles(BuildRun& run);      // build_copy.cpp
 void BuildDatabases(BuildRun& run); // build_database.cpp
 void WriteOutputs(BuildRun& run);   // build_outputs.cpp
+void JudgeOld(BuildRun& run);       // build_publish.cpp
 void Publish(BuildRun& run);        // build_publish.cpp
 
 // Copies one file into the staging folder and notes it for the manifest; bytes count as progress.

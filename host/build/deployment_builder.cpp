@@ -23,10 +23,22 @@ public:
 class MadeLocation
 {
 public:
-    explicit MadeLocation(const CString& location) { Make(WithoutClosingBackslash(location)); }
+    explicit MadeLocation(const CString& location)
+    {
+        try {
+            Make(WithoutClosingBackslash(location));
+        } catch (...) {
+            Remove();
+            throw;
+        }
+    }
     MadeLocation(const MadeLocation&) = delete;
     MadeLocation& operator=(const MadeLocation&) = delete;
-    ~MadeLocation()
+    ~MadeLocation() { Remove(); }
+    void Keep() { m_made.clear(); }
+
+private:
+    void Remove()
     {
         try {
             while (!m_made.empty()) {
@@ -37,9 +49,6 @@ public:
             // Something lies in it by now: a log or another build's work.
         }
     }
-    void Keep() { m_made.clear(); }
-
-private:
     void Make(const CString& folder)
     {
         if (KindOfPath(folder) == PathKind::Nothing) {
@@ -51,12 +60,30 @@ private:
     std::vector<CString> m_made; // outermost first
 };
 
-void RemoveFailedLog(const BuildRun& run)
+constexpr int FAILED_LOGS = 9; // more files of somebody else's by the same name are not stepped around
+
+// True when the log of a failed build of that name may be written there: nothing is there, or an earlier one.
+bool IsFailedLogPlace(const CString& path, const CString& name)
 {
-    const CString path = JoinFolder(run.plan.strLocation, FailedLogName(run.plan.strName));
+    const PathKind kind = KindOfPath(path);
+    if (kind != PathKind::File) {
+        return kind == PathKind::Nothing;
+    }
+    std::vector<char> head = {'\xEF', '\xBB', '\xBF'};
+    AppendUtf8(head, FailedLogHead(name));
+    std::vector<char> found(head.size());
+    found.resize(ReadChunk(OpenForReading(path), found.data(), static_cast<DWORD>(found.size()), path));
+    return found == head;
+}
+
+void RemoveFailedLogs(const BuildRun& run)
+{
     try {
-        if (KindOfPath(path) == PathKind::File) {
-            DeleteOneFile(path);
+        for (int number = 1; number <= FAILED_LOGS; ++number) {
+            const CString path = JoinFolder(run.plan.strLocation, FailedLogName(run.plan.strName, number));
+            if (KindOfPath(path) == PathKind::File && IsFailedLogPlace(path, run.plan.strName)) {
+                DeleteOneFile(path);
+            }
         }
     } catch (const BuildFailure&) {
         // An older log tells of an older failure, with its time.
@@ -67,12 +94,19 @@ void RemoveFailedLog(const BuildRun& run)
 void KeepFailedLog(BuildRun& run, const BuildFailure& failure)
 {
     try {
-        RemoveFailedLog(run);
+        RemoveFailedLogs(run);
         std::vector<char> bytes = {'\xEF', '\xBB', '\xBF'};
-        AppendUtf8(bytes, run.log.Text() + ComposeLogEnd(failure.code, failure.message));
-        const CString path = JoinFolder(run.plan.strLocation, FailedLogName(run.plan.strName));
-        const FileHandle file = CreateForWriting(path);
-        WriteChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path);
+        AppendUtf8(bytes, FailedLogHead(run.plan.strName) + run.log.Text() +
+                              ComposeLogEnd(failure.code, failure.message));
+        CString path;
+        for (int number = 1; number <= FAILED_LOGS && path.IsEmpty(); ++number) {
+            const CString place = JoinFolder(run.plan.strLocation, FailedLogName(run.plan.strName, number));
+            path = KindOfPath(place) == PathKind::Nothing ? place : CString();
+        }
+        if (!path.IsEmpty()) {
+            const FileHandle file = CreateForWriting(path);
+            WriteChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path);
+        }
     } catch (const BuildFailure&) {
         // The location itself may be what failed; the caller has the message in any case.
     }
@@ -108,6 +142,7 @@ void RunPhases(BuildRun& run)
         CopyFiles(run);
         BuildDatabases(run);
         WriteOutputs(run);
+        JudgeOld(run);
         Publish(run);
         location.Keep();
     } catch (const BuildFailure& failure) {
@@ -120,7 +155,7 @@ void RunPhases(BuildRun& run)
         RemoveStaging(run, lock);
         throw;
     }
-    RemoveFailedLog(run);
+    RemoveFailedLogs(run);
     if (run.oldIsAside) {
         lock.KeepForCleanup();
     }

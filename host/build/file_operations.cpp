@@ -73,7 +73,9 @@ FileHandle Open(const CString& path, DWORD access, DWORD share, DWORD dispositio
 FolderEntry EntryOf(const WIN32_FIND_DATAW& found)
 {
     return {found.cFileName, (std::uint64_t{found.nFileSizeHigh} << 32) | found.nFileSizeLow,
-            found.dwFileAttributes};
+            found.dwFileAttributes,
+            (std::uint64_t{found.ftLastWriteTime.dwHighDateTime} << 32) |
+                found.ftLastWriteTime.dwLowDateTime};
 }
 
 void ClearReadOnly(const CString& path)
@@ -179,6 +181,30 @@ std::uint64_t SizeOfFile(const CString& path)
     return (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
 }
 
+BY_HANDLE_FILE_INFORMATION InformationOf(const CString& path)
+{
+    BY_HANDLE_FILE_INFORMATION information = {};
+    const FileHandle file =
+        Open(path, FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+             OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+    if (!file.IsOpen() && IsMissing(GetLastError())) {
+        return information;
+    }
+    Check(file.IsOpen() && GetFileInformationByHandle(file.Get(), &information), L"Looking at", path);
+    return information;
+}
+
+CString NameOnDisk(const CString& path)
+{
+    WIN32_FIND_DATAW found = {};
+    const CString bare = UnlimitedPath(WithoutClosingBackslash(path));
+    const FindHandle search(IsFaultDue() ? INVALID_HANDLE_VALUE : FindFirstFileW(bare, &found));
+    if (search.Get() == INVALID_HANDLE_VALUE) {
+        Check(IsMissing(GetLastError()), L"Looking for", path);
+    }
+    return found.cFileName;
+}
+
 std::vector<FolderEntry> ListFolder(const CString& path)
 {
     WIN32_FIND_DATAW found = {};
@@ -220,6 +246,11 @@ void RenameFolder(const CString& from, const CString& to)
 {
     Check(!IsFaultDue() && MoveFileExW(UnlimitedPath(from), UnlimitedPath(to), 0), L"Renaming the folder",
           from);
+}
+
+void RenameFile(const CString& from, const CString& to)
+{
+    Check(!IsFaultDue() && MoveFileExW(UnlimitedPath(from), UnlimitedPath(to), 0), L"Moving", from);
 }
 
 void DeleteOneFile(const CString& path)

@@ -37,6 +37,7 @@ struct FolderEntry
     CString strName;
     std::uint64_t size = 0;
     DWORD attributes = 0;
+    std::uint64_t lastWritten = 0; // 100 nanoseconds
     bool IsFolder() const { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
     bool IsLink() const { return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0; }
 };
@@ -65,13 +66,19 @@ void CopyTimesAndAttributes(const FileHandle& from, const FileHandle& to, const 
 [[nodiscard]] FILETIME LastWriteTime(const FileHandle& file, const CString& path);
 [[nodiscard]] std::uint64_t SizeOfFile(const CString& path);
 
+// The numbers by which the disk knows a file or folder, with its times and size; all zero when it isn't there.
+[[nodiscard]] BY_HANDLE_FILE_INFORMATION InformationOf(const CString& path);
+// The name under which the file or folder really stands, which an 8.3 name is not; empty when it isn't there.
+[[nodiscard]] CString NameOnDisk(const CString& path);
+
 // Without "." and "..", in no order.
 [[nodiscard]] std::vector<FolderEntry> ListFolder(const CString& path);
 [[nodiscard]] PathKind
 KindOfPath(const CString& path);      // throws when that can't be told, on a lost share for instance
 void MakeFolder(const CString& path); // the parent must be there; an existing folder is a failure
 void RenameFolder(const CString& from, const CString& to);
-void DeleteOneFile(const CString& path); // read-only ones too
+void RenameFile(const CString& from, const CString& to); // or a link; fails when `to` is there
+void DeleteOneFile(const CString& path);                 // read-only ones too
 void DeleteEmptyFolder(const CString& path);
 // The folder with all below it. Links are deleted, not followed.
 void DeleteTree(const CString& path);

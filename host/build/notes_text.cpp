@@ -102,6 +102,26 @@ CString ComposeManifest(std::vector<ManifestEntry> entries)
     return text;
 }
 
+CString DescribeKept(bool hasManifest, const std::vector<CString>& own, const CString& keptFolder)
+{
+    constexpr std::size_t NAMED = 10;
+    if (!hasManifest) {
+        return L"The old deployment had no readable Manifest.txt that could tell its own files from others. "
+               L"It was "
+               L"kept whole in \"" +
+               keptFolder + L"\".";
+    }
+    CString names;
+    for (std::size_t index = 0; index < own.size() && index < NAMED; ++index) {
+        names += (index > 0 ? CString(L", \"") : CString(L"\"")) + own[index] + L"\"";
+    }
+    if (own.size() > NAMED) {
+        names += L" and " + NumberText(static_cast<long long>(own.size() - NAMED)) + L" more";
+    }
+    return L"Files that were added to the old deployment or changed in it were kept in \"" + keptFolder +
+           L"\": " + names + L".";
+}
+
 CString ComposeLogEnd(unsigned int code, const CString& cause)
 {
     return L"\r\nCode:   " + NumberText(code) + L"\r\nCause:  " + cause + L"\r\nRemedy: " + RemedyOf(code) +

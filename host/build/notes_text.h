@@ -17,5 +17,8 @@ CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath);
 // One line a file, sorted by path: hash, size, path. Everything but the manifest itself.
 CString ComposeManifest(std::vector<ManifestEntry> entries);
 
+// What became of files that somebody had put into a replaced deployment, or changed there: names the first few.
+CString DescribeKept(bool hasManifest, const std::vector<CString>& own, const CString& keptFolder);
+
 // The closing lines of a log: code, cause and remedy in words.
 CString ComposeLogEnd(unsigned int code, const CString& cause);

@@ -109,7 +109,7 @@ TEST(BuildDeployment, NeverUsesAPackageCodeTwice)
     build.Change(g_changeDatabase);
     ASSERT_EQ(build.Build().error.code, 0u);
     const CString first = PackageCodeOf(build.Database());
-    build.plan.bReplaceExisting = true;
+    build.AllowReplacing();
     ASSERT_EQ(build.Build().error.code, 0u);
     EXPECT_FALSE(PackageCodeOf(build.Database()) == first) << Utf8(first);
 }
@@ -313,10 +313,11 @@ TEST(BuildDeployment, ReplacesAnOldDeploymentWhole)
     TestBuild build;
     ASSERT_EQ(build.Build().error.code, 0u);
     WriteBytes(build.Target() + L"\\Image\\old.txt", "old");
-    build.plan.bReplaceExisting = true;
+    build.AllowReplacing();
     const BuildResult result = build.Build();
     ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
     EXPECT_FALSE(Exists(build.Target() + L"\\Image\\old.txt"));
+    EXPECT_EQ(KeptFiles(build.Location()), Tree({{L"Image\\old.txt", "old"}}));
     EXPECT_EQ(Leftovers(build.Location(), L"Office"), std::vector<CString>());
 }
 
@@ -324,7 +325,7 @@ TEST(BuildDeployment, ReplacesTheDeploymentItIsMadeFrom)
 {
     TestBuild build;
     ASSERT_EQ(build.Build().error.code, 0u);
-    build.plan.bReplaceExisting = true;
+    build.AllowReplacing();
     build.plan.folders[0].strSource = build.Target() + L"\\Image\\x64\\Zolt";
     build.plan.databases[0].strOriginal = build.Database();
     build.Change(g_changeDatabase);
@@ -365,7 +366,7 @@ TEST(BuildDeployment, BuildsPathsBeyond260CharactersAndWarnsOfThem)
     EXPECT_EQ(ReadBytes(build.Target() + L"\\Image\\x64\\Zolt\\" + deep + L"\\far.txt"), "far");
     ASSERT_EQ(result.warnings.size(), 1u);
     EXPECT_HOLDS(result.warnings[0], L"installing may fail beyond 259");
-    build.plan.bReplaceExisting = true;
+    build.AllowReplacing();
     EXPECT_EQ(build.Build().error.code, 0u);
 }
 

@@ -23,6 +23,8 @@ public:
     ~FaultScope() { SetFileFault({}); }
 };
 
+constexpr const wchar_t* OWN_FILE = L"Image\\x64\\Zolt\\only-old.txt"; // put there by somebody
+
 // A build with added files and with an old deployment in place, known to the last byte.
 class RebuildTest : public testing::Test
 {
@@ -33,9 +35,9 @@ protected:
         WriteBytes(m_sources / L"added.txt", std::string(5000, 'a'));
         added.AddFile(m_sources / L"added.txt", L"INSTALLDIR");
         EXPECT_EQ(m_build.Build().error.code, 0u);
-        WriteBytes(m_build.Target() + L"\\Image\\x64\\Zolt\\only-old.txt", "old");
+        WriteBytes(m_build.Target() + L"\\" + OWN_FILE, "old");
         m_old = ReadTree(m_build.Target());
-        m_build.plan.bReplaceExisting = true;
+        m_build.AllowReplacing();
         m_build.Change(g_changeDatabase);
     }
 
@@ -74,12 +76,20 @@ protected:
     void ExpectOldOrNew(const std::string& when)
     {
         const Tree now = ReadTree(m_build.Target());
-        if (now.count(L"Image\\x64\\Zolt\\only-old.txt") != 0) {
+        if (now.count(OWN_FILE) != 0) {
             EXPECT_TRUE(now == m_old) << when << ": the old one is damaged\n" << NamesOf(now);
             return;
         }
         EXPECT_EQ(now.size(), m_old.size() - 1) << when << ": the new one is not whole\n" << NamesOf(now);
         EXPECT_EQ(now.count(L"Manifest.txt"), 1u) << when << "\n" << NamesOf(now);
+    }
+
+    // After the next start: what somebody had put into the old one is in it, or beside the new one.
+    void ExpectOwnFileKept(const std::string& when)
+    {
+        const bool oldStands = Exists(m_build.Target() + L"\\" + OWN_FILE);
+        const Tree kept = KeptFiles(m_build.Location());
+        EXPECT_EQ(kept, oldStands ? Tree() : Tree({{OWN_FILE, "old"}})) << when << "\n" << NamesOf(kept);
     }
 
     TestFolder m_sources{L"sources"};
@@ -109,6 +119,9 @@ TEST_F(RebuildTest, EachFileOperationThatFailsOnceLeavesOldOrNewWhole)
             ExpectOldWhole(when + " failed with: " + Utf8(result.error.message));
         } else {
             ExpectOldOrNew(when);
+            StartAgain();
+            ExpectOwnFileKept(when);
+            RemoveKeptFiles(m_build.Location());
             // Put the old one back for the next round.
             RemoveTree(m_build.Target());
             for (const auto& [name, bytes] : m_old) {
@@ -119,6 +132,7 @@ TEST_F(RebuildTest, EachFileOperationThatFailsOnceLeavesOldOrNewWhole)
                     WriteBytes(m_build.Target() + L"\\" + name, bytes);
                 }
             }
+            m_build.AllowReplacing();
         }
         StartAgain();
         ExpectNoLeftovers(when);
@@ -146,6 +160,7 @@ TEST_F(RebuildTest, AShareLostAtAnyOperationLeavesTheOldDeploymentRestorable)
         if (done || !result.error) {
             StartAgain();
             ExpectNoLeftovers(when);
+            ExpectOwnFileKept(when);
             EXPECT_GT(operation, 100);
             printf("shares lost at %lld moments\n", operation - 1);
             return; // all later ones come after the new deployment stands
@@ -306,7 +321,7 @@ TEST(RefusedBuild, AFolderThatIsNoDeploymentIsNeverReplaced)
     TestBuild build;
     MakeFolders(build.Target());
     WriteBytes(build.Target() + L"\\thesis.doc", "years of work");
-    build.plan.bReplaceExisting = true;
+    build.AllowReplacing();
     EXPECT_EQ(build.Build().error.code, static_cast<unsigned>(ERROR_ALREADY_EXISTS));
     EXPECT_EQ(ReadBytes(build.Target() + L"\\thesis.doc"), "years of work");
 }

@@ -334,6 +334,11 @@ void TestBuild::Change(const CString& statement)
     Require(RunSql(m_database, statement), statement);
 }
 
+void TestBuild::AllowReplacing()
+{
+    plan.strReplacedStamp = StampOfDeployment(Target());
+}
+
 BuildResult TestBuild::Build()
 {
     Recorder recorder(*this);
@@ -389,12 +394,43 @@ unsigned long RunProgram(const CString& commandLine)
     return code;
 }
 
+namespace {
+
+void VisitKeptFolders(const CString& location, const std::function<void(const CString&)>& visit)
+{
+    VisitFolder(location, [&](const WIN32_FIND_DATAW& found) {
+        if (CString(found.cFileName).Find(L" (kept files ") > 0) {
+            visit(location + L"\\" + found.cFileName);
+        }
+    });
+}
+
+} // namespace
+
+Tree KeptFiles(const CString& location)
+{
+    Tree kept;
+    VisitKeptFolders(location, [&](const CString& folder) {
+        for (const auto& [path, bytes] : ReadTree(folder)) {
+            if (path.Right(1) != L"\\") {
+                kept[path.Mid(path.Find(L'\\') + 1)] = bytes;
+            }
+        }
+    });
+    return kept;
+}
+
+void RemoveKeptFiles(const CString& location)
+{
+    VisitKeptFolders(location, RemoveTree);
+}
+
 std::vector<CString> Leftovers(const CString& location, const CString& name)
 {
     std::vector<CString> names;
     VisitFolder(location, [&](const WIN32_FIND_DATAW& found) {
         const CString entry = found.cFileName;
-        if (!(entry == name) && !(entry == FailedLogName(name))) {
+        if (!(entry == name) && !(entry == FailedLogName(name, 1)) && entry.Find(L" (kept files ") < 0) {
             names.push_back(entry);
         }
     });

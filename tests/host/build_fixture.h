@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/build/deployment_builder.h"
+#include "host/build/deployment_place.h"
 #include "tests/host/folder_tree.h"
 #include "tests/support/text.h"
 
@@ -69,6 +70,7 @@ public:
     void Change(const CString& statement); // in the working copy, uncommitted
 
     BuildResult Build();
+    void AllowReplacing(); // the deployment that stands in the target's place now
     BuildPlan plan;
     std::function<bool(std::uint64_t, std::uint64_t)> onProgress; // true goes on
     std::vector<CString> steps;
@@ -84,5 +86,8 @@ private:
 // test, where a failure shows it.
 unsigned long RunProgram(const CString& commandLine);
 
-// What lies in the location but the deployment itself and the log of a failure.
+// The files that builds have kept beside the deployments of a location, each by its path below the deployment's name.
+Tree KeptFiles(const CString& location);
+void RemoveKeptFiles(const CString& location);
+// What lies in the location but the deployment itself, the log of a failure and what was kept.
 std::vector<CString> Leftovers(const CString& location, const CString& name);

@@ -5,6 +5,8 @@
 
 #include "host/build/build_names.h"
 #include "host/build/file_operations.h"
+#include "host/build/notes_text.h"
+#include "host/build/sha256.h"
 
 #include <windows.h>
 
@@ -46,7 +48,7 @@ BuildPlan PlanOf(const CString& media, const CString& location)
     BuildPlan plan;
     plan.strLocation = location;
     plan.strName = L"Office";
-    plan.bReplaceExisting = true;
+    plan.strReplacedStamp = StampOfDeployment(location + L"\\Office");
     plan.strMediaName = L"Zolt 2027";
     plan.folders.push_back({media + L"\\x64", L"Image\\x64", {}});
     plan.texts.push_back({L"Deployment.xml", L"<Deployment/>\r\n"});
@@ -83,6 +85,8 @@ TEST(KilledBuild, DISABLED_Child)
     TerminateProcess(GetCurrentProcess(), result.error ? 1 : 0);
 }
 
+constexpr const wchar_t* OWN_FILE = L"Image\\f4\\old.txt";
+
 class KillTest : public testing::Test
 {
 protected:
@@ -109,6 +113,16 @@ protected:
             WriteBytes(folder + L"\\old.txt", "old " + std::to_string(number));
         }
         WriteBytes(m_location + L"\\Office\\Deployment.xml", "<Old/>");
+        // One file isn't the build's: somebody has put it there.
+        std::vector<ManifestEntry> entries;
+        for (const auto& [path, bytes] : ReadTree(m_location + L"\\Office")) {
+            if (path.Right(1) != L"\\" && path != OWN_FILE) {
+                Sha256 hash;
+                hash.Add(bytes.data(), bytes.size());
+                entries.push_back({path, bytes.size(), hash.Finish()});
+            }
+        }
+        WriteBytes(m_location + L"\\Office\\Manifest.txt", Utf8(ComposeManifest(entries)));
     }
 
     static HANDLE StartChild(long long killAt)
@@ -151,7 +165,11 @@ protected:
             ADD_FAILURE() << when << ": left over: " << Utf8(name) << "\n" << told;
         }
         const Tree now = ReadTree(m_location + L"\\Office");
-        const bool isNew = now.count(L"Manifest.txt") != 0;
+        const bool isNew = now.count(L"Install.cmd") != 0;
+        const Tree kept = KeptFiles(m_location);
+        EXPECT_EQ(kept, isNew ? Tree({{OWN_FILE, "old 4"}}) : Tree()) << when << "\n"
+                                                                      << told << NamesOf(kept);
+        RemoveKeptFiles(m_location);
         if (isNew) {
             EXPECT_EQ(now.size(), 20u) << when << "\n" << NamesOf(now);
         } else {

@@ -50,7 +50,7 @@ TEST(NetworkBuild, BuildsOnAShareAndReplacesTheDeploymentThere)
     const std::string notes = ReadBytes(build.Target() + L"\\ReadMe.txt");
     EXPECT_NE(notes.find("\\\\BUILDTEST\\share\\Office\\Image\\x64\\Zolt\\Zolt2027.msi"), std::string::npos)
         << notes;
-    build.plan.bReplaceExisting = true;
+    build.AllowReplacing();
     result = build.Build();
     EXPECT_EQ(result.error.code, 0u) << Utf8(result.error.message);
     EXPECT_EQ(Leftovers(build.Location(), L"Office"), std::vector<CString>());

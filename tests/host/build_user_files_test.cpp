@@ -259,7 +259,7 @@ TEST_P(UserFilesTest, ASecondBuildReplacesCabinetAndMediaRow)
 {
     added.AddFile(Source(L"1.txt", "first"), L"INSTALLDIR");
     BuildIt();
-    build.plan.bReplaceExisting = true;
+    build.AllowReplacing();
     added.AddFile(Source(L"2.txt", "second"), L"INSTALLDIR");
     BuildIt();
     EXPECT_EQ(QueryText(build.Database(), L"SELECT `LastSequence` FROM `Media` WHERE `DiskId`=2"),

@@ -71,14 +71,14 @@ void ChangeImage(const CString& package, const wchar_t* value)
 TEST_F(DeploymentsTest, ADamagedDeploymentHidesNoWholeOne)
 {
     MakeDeployment(location, L"North", DescribeTestDeployment(L"North"));
-    MakeDeployment(location, L"South", DescribeTestDeployment(L"Display South"));
+    MakeDeployment(location, L"South", DescribeTestDeployment(L"An earlier name"));
     WriteFileBytes(location + L"Broken\\Deployment.xml", "<Deployment version=\"1\"");
     WriteFileBytes(location + L".North.staging-0123abcd\\Deployment.xml", "<Deployment/>");
     CSetupManager& manager = OpenMediaFolder();
     const std::vector<CString>& list = *manager.GetDeploymentList(location);
     ASSERT_EQ(list.size(), 2u);
     EXPECT_EQ(manager.GetDeploymentName(list[0]), CString(L"North"));
-    EXPECT_EQ(manager.GetDeploymentName(list[1]), CString(L"Display South"));
+    EXPECT_EQ(manager.GetDeploymentName(list[1]), CString(L"South"));
     EXPECT_EQ(manager.GetSetupCode(list[0]), CString(SETUP_CODE));
     EXPECT_GE(Log().Find(L"Broken\\Deployment.xml"), 0) << Utf8(Log());
     EXPECT_LT(Log().Find(L".staging-"), 0) << Utf8(Log());
@@ -138,6 +138,7 @@ TEST_F(DeploymentsTest, AnotherBaseBringsItsOwnDatabaseThroughTheStepsOfTheBegin
     MakeDeployment(location, L"South", south);
     ChangeImage(location + L"South\\Image\\x64\\Zolt\\Zolt.msi", L"south");
     CSetupManager& manager = Open(location + L"North");
+    EXPECT_EQ(manager.GetDeploymentList(location)->size(), 2u);
     manager.SetBaseDeploymentName(L"South");
     manager.SetDeploymentName(L"East");
     manager.ReloadProductData();
@@ -173,8 +174,9 @@ TEST_F(DeploymentsTest, ADeploymentOfAnotherProductIsNoBase)
     other.strSetupCode = L"{99999999-2222-3333-4444-555555555555}";
     MakeDeployment(location, L"Other", other);
     CSetupManager& manager = Open(location + L"North");
-    EXPECT_FALSE(manager.LoadDeploymentInfo(L"Other"));
+    EXPECT_EQ(manager.GetDeploymentList(location)->size(), 1u);
     EXPECT_GE(Log().Find(L"belongs to another product"), 0) << Utf8(Log());
+    EXPECT_FALSE(manager.LoadDeploymentInfo(L"Other"));
 }
 
 TEST_F(DeploymentsTest, ResettingDropsWhatThePagesChanged)

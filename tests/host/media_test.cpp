@@ -123,6 +123,7 @@ TEST_F(MediaTest, SwitchingThePlatformOpensThatPlatformsPackage)
     OpenMediaFolder();
     CSetupManager& manager = host->GetSetupManager();
     manager.SetDeploymentPlatform(Setup::PLATFORM_X86);
+    ASSERT_TRUE(manager.SetSetupMode(Setup::SETUPMODE_CREATE_DEPLOYMENT));
     ASSERT_EQ(manager.m_pProducts->size(), 1u);
     CProduct& product = *manager.m_pProducts->at(0);
     EXPECT_EQ(CString(product.m_strMsiFile), CString(L"x86\\Zolt\\Zolt.msi"));

@@ -35,6 +35,7 @@ protected:
     void Begin(CSetupManager& manager, Setup::tagSETUPMODE mode, const CString& base, const CString& name)
     {
         const CString before = manager.m_strBaseDeploymentName;
+        manager.GetDeploymentList(location);
         manager.SetDeploymentPlatform(manager.m_platform);
         manager.SetDeploymentLocation(location);
         manager.SetBaseDeploymentName(base);

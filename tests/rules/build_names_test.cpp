@@ -96,3 +96,33 @@ TEST(BuildNames, APartOfAFileNameHoldsNothingReserved)
 {
     EXPECT_EQ(FileNamePart(L"Zolt: \"2027\"/x. "), CString(L"Zolt_ _2027__x"));
 }
+
+TEST(BuildNames, NoDeploymentCanHaveTheNameOfABuildsOwnFile)
+{
+    for (const wchar_t* name : {L".Office.build-lock", L".OFFICE.BUILD-LOCK", L".Office.staging-0123abcd",
+                                L".Office.old-0123ABCD", L".a.probe-00000000"}) {
+        EXPECT_TRUE(IsWorkingName(name)) << Utf8(name);
+        EXPECT_FALSE(RefusedName(name).IsEmpty()) << Utf8(name);
+    }
+    for (const wchar_t* name : {L"", L".", L"Office.build-lock", L".Office", L".Office.staging-0123abc",
+                                L".Office.staging-0123abcg", L"Office.old-0123abcd", L".build-lock.txt",
+                                L".Office.old\x0660"
+                                L"0123abcd"}) {
+        EXPECT_FALSE(IsWorkingName(name)) << Utf8(name);
+    }
+}
+
+TEST(BuildNames, EachWorkingNameOfABuildIsKnownAsOne)
+{
+    EXPECT_TRUE(IsWorkingName(LockFileName(L"Office")));
+    EXPECT_TRUE(IsWorkingName(StagingFolderName(L"Office", 0xFFFFFFFF)));
+    EXPECT_TRUE(IsWorkingName(OldFolderName(L"Office", 0)));
+    EXPECT_FALSE(IsWorkingName(FailedLogName(L"Office", 1)));
+    EXPECT_FALSE(IsWorkingName(KeptFolderName(L".Office", L"now")));
+}
+
+TEST(BuildNames, AKeptFolderOfTheLongestNameIsStillAName)
+{
+    const CString name = KeptFolderName(CString(L'a', MAX_DEPLOYMENT_NAME), L"2026-11-21 22.30.15 123");
+    EXPECT_LT(name.GetLength(), 256);
+}

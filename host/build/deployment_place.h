@@ -1,0 +1,13 @@
+// What lies where a deployment is to lie: whether it is a deployment, and whether it is still the same one.
+#pragma once
+
+#include "window/string.h"
+
+constexpr const wchar_t* DEPLOYMENT_FILE_NAME = L"Deployment.xml";
+
+// A text that two looks at one unchanged deployment agree on, under whatever path it is reached, and that differs for any
+// other deployment and after each build. Empty when `folder` is no folder with a deployment file.
+[[nodiscard]] CString StampOfDeployment(const CString& folder);
+
+// The deployment's folder that `location` is or lies in; empty when it lies in none. A failure to look is thrown.
+[[nodiscard]] CString DeploymentAround(const CString& location);

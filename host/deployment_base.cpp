@@ -1,0 +1,48 @@
+#include "host/deployment_base.h"
+
+#include "host/build/build_failure.h"
+#include "host/build/deployment_place.h"
+#include "host/files.h"
+#include "host/host_messages.h"
+
+CString NameOfDeployment(const CString& entry)
+{
+    const CString name = FileName(ParentFolder(entry));
+    if (!name.IsEmpty() && name.Find(L':') < 0) {
+        return name;
+    }
+    DeploymentFile file;
+    const HostError error = ReadDeploymentFile(entry, file);
+    return error ? CString() : file.strName;
+}
+
+HostError OpenBase(const CString& entry, const CString& setupCode, DeploymentBase& base)
+{
+    const CString name = NameOfDeployment(entry);
+    const CString folder = ParentFolder(entry);
+    if (!IsFile(entry)) {
+        return {ERROR_FILE_NOT_FOUND, HostSentence(HostText::BaseGone, {name, ParentFolder(folder)})};
+    }
+    DeploymentBase opened;
+    opened.strEntry = entry;
+    try {
+        opened.strStamp = StampOfDeployment(folder); // before it is read: a change in between shows as one
+    } catch (const BuildFailure& failure) {
+        return {failure.code, HostSentence(HostText::BaseDamaged, {name, failure.message})};
+    }
+    if (HostError error = ReadDeploymentFile(entry, opened.file)) {
+        return {error.code, HostSentence(HostText::BaseDamaged, {name, error.message})};
+    }
+    if (opened.file.strSetupCode.CompareNoCase(setupCode) != 0) {
+        return {ERROR_INVALID_DATA, HostSentence(HostText::BaseOtherSetup, {name, opened.file.strSetupCode})};
+    }
+    const CString image = folder + IMAGE_FOLDER + L"\\";
+    if (!IsFolder(image)) {
+        return {ERROR_PATH_NOT_FOUND, HostSentence(HostText::BaseImageGone, {name, image})};
+    }
+    if (HostError error = OpenMedia(image, opened.image)) {
+        return {error.code, HostSentence(HostText::BaseDamaged, {name, error.message})};
+    }
+    base = std::move(opened);
+    return {};
+}

@@ -1,0 +1,134 @@
+// The products of the setup manager: opened in a fresh folder of working copies, dropped, opened anew.
+#include "host/files.h"
+#include "host/host_messages.h"
+#include "host/manager_object.h"
+
+#include <utility>
+
+namespace {
+
+CString PlatformText(int platform)
+{
+    return platform == Setup::PLATFORM_X64 ? L"64-bit" : L"32-bit";
+}
+
+} // namespace
+
+void ManagerObject::ReloadProductData()
+{
+    DeleteProductList();
+    if (const HostError error = EnsureProducts()) {
+        Tell(error.message);
+    }
+}
+
+void ManagerObject::DeleteProductList()
+{
+    m_products.clear();
+    m_productObjects.clear();
+    m_productsOpen = false;
+}
+
+HostError ManagerObject::EnsureProducts()
+{
+    if (m_productsOpen && m_productsPlatform == m_platform) {
+        return {};
+    }
+    DeleteProductList();
+    RemoveWorkCopies(m_workNumber);
+    HostError error = OpenProducts();
+    if (error) {
+        DeleteProductList();
+    }
+    return error;
+}
+
+HostError ManagerObject::ReplaceProducts()
+{
+    const int number = m_workNumber;
+    std::vector<CProduct*> products = std::exchange(m_products, {});
+    std::vector<std::unique_ptr<ProductObject>> objects = std::exchange(m_productObjects, {});
+    const bool wereOpen = std::exchange(m_productsOpen, false);
+    const Setup::tagPLATFORM platform = m_productsPlatform;
+    HostError error = OpenProducts();
+    if (!error) {
+        objects.clear(); // an open database keeps its file
+        RemoveWorkCopies(number);
+        return error;
+    }
+    DeleteProductList();
+    RemoveWorkCopies(std::exchange(m_workNumber, number));
+    m_products = std::move(products);
+    m_productObjects = std::move(objects);
+    m_productsOpen = wereOpen;
+    m_productsPlatform = platform;
+    return error;
+}
+
+void ManagerObject::RemoveWorkCopies(int number)
+{
+    if (number > 0) {
+        RemoveFolder(m_strWorkFolder + NumberText(number));
+    }
+}
+
+HostError ManagerObject::OpenProducts()
+{
+    ++m_workNumber;
+    for (const ProductDescription& described : m_media.description.products) {
+        std::unique_ptr<ProductObject> product;
+        if (HostError error = OpenProduct(described, product)) {
+            return error;
+        }
+        if (!product) {
+            continue;
+        }
+        for (const ProductDescription& pack : described.languagePacks) {
+            std::unique_ptr<ProductObject> opened;
+            if (HostError error = OpenProduct(pack, opened)) {
+                return error;
+            }
+            if (opened) {
+                product->AddLanguagePack(std::move(opened));
+            }
+        }
+        m_products.push_back(product.get());
+        m_productObjects.push_back(std::move(product));
+    }
+    if (m_products.empty()) {
+        return {ERROR_FILE_NOT_FOUND,
+                HostSentence(HostText::NoProductsForPlatform, {PlatformText(m_platform)})};
+    }
+    m_productsOpen = true;
+    m_productsPlatform = m_platform;
+    UpdatePathRule();
+    return {};
+}
+
+HostError ManagerObject::OpenProduct(const ProductDescription& described,
+                                     std::unique_ptr<ProductObject>& opened)
+{
+    const PackageDescription* package = described.FindPackage(m_platform);
+    if (!package) {
+        return {};
+    }
+    const CString folder = PackageFolder(m_media.description, described, m_platform);
+    auto product = std::make_unique<ProductObject>(
+        described, *package,
+        ProductSource{m_media.strRoot, folder, m_strWorkFolder + NumberText(m_workNumber) + L"\\" + folder,
+                      m_platform});
+    std::vector<CString> warnings;
+    HostError error = product->Open(warnings);
+    for (const CString& warning : warnings) {
+        m_log.Append(warning);
+    }
+    if (error) {
+        return error;
+    }
+    const StoredProduct* stored = IsBaseLoaded() ? m_base.file.FindProduct(package->strProductCode) : nullptr;
+    if (stored) {
+        product->Load(*stored, m_media.strRoot);
+    }
+    opened = std::move(product);
+    return {};
+}

@@ -1,0 +1,15 @@
+// What stands where a deployment is to lie, and whether the build may replace it.
+#pragma once
+
+#include "host/setup_host.h"
+
+struct TargetQuestion
+{
+    CString strLocation;
+    CString strName;
+    CString strSetupCode;
+    // StampOfDeployment of those that may be replaced: the one that is modified, and those that somebody was asked about.
+    std::vector<CString> replaceable;
+};
+
+[[nodiscard]] TargetVerdict JudgeTargetFolder(const TargetQuestion& question);

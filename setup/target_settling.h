@@ -1,0 +1,39 @@
+// Before the wizard goes on from its first page, and before it builds: what stands in the new deployment's place is refused,
+// or its replacement is confirmed, by a person or by the answers.
+#pragma once
+
+#include "host/setup_host.h"
+#include "setup/answers.h"
+#include "setup/run_log.h"
+
+#include <optional>
+
+enum class TargetSettled
+{
+    GoOn,
+    ChooseAgain, // refused, or not confirmed: a person goes back to the first page
+    EndRun,      // the same without a person; GetFailure has the outcome
+};
+
+class CTargetSettling
+{
+public:
+    // Borrows both.
+    CTargetSettling(const Answers& answers, CRunLog& log) : m_answers(answers), m_log(log) {}
+
+    [[nodiscard]] TargetSettled Settle(CSetupHost& host, bool unattended);
+    [[nodiscard]] const std::optional<RunOutcome>& GetFailure() const { return m_failure; }
+
+private:
+    TargetSettled Refuse(const TargetVerdict& verdict, bool unattended);
+    TargetSettled AskPerson(CSetupHost& host, const TargetVerdict& verdict);
+    TargetSettled AskAnswers(CSetupHost& host, const TargetVerdict& verdict);
+    TargetSettled Fail(unsigned int exitCode, const wchar_t* key, const CString& reason);
+
+    const Answers& m_answers;
+    CRunLog& m_log;
+    std::optional<RunOutcome> m_failure;
+};
+
+// The question about a deployment that the first page had no reason to ask about.
+[[nodiscard]] CString ReplacementQuestion(const TargetVerdict& verdict);

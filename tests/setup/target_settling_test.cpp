@@ -1,0 +1,146 @@
+// What stands in the new deployment's place, asked about with real boxes.
+#include "automation/message_box.h"
+#include "automation/script.h"
+#include "automation/window_finder.h"
+#include "setup/target_settling.h"
+#include "tests/support/text.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class HostWithVerdict final : public CSetupHost
+{
+public:
+    CSetupManager& GetSetupManager() override { throw std::logic_error("nobody needs it here"); }
+    const std::vector<FlowPage>& GetFlow() override { return m_flow; }
+    bool OffersConfigure() override { return false; }
+    const std::vector<CProduct*>& GetProducts() override { return m_products; }
+    PageContext MakePageContext(const FlowPage&, bool) override { return {}; }
+    PageContext MakePageContext(const FlowPage&, bool, CProduct*) override { return {}; }
+    HostError CheckDatabase(CProduct&) override { return {}; }
+    TargetVerdict JudgeTarget() override { return verdict; }
+    void AllowReplacing(const TargetVerdict& allowed) override { allowedStamps.push_back(allowed.strStamp); }
+    CString TakeModeFailure() override { return {}; }
+    BuildResult Build(IBuildProgress&) override { return {}; }
+    std::uint64_t GetDeploymentBytes() override { return 0; }
+    void AppendLog(const CString&) override {}
+
+    TargetVerdict verdict;
+    std::vector<CString> allowedStamps;
+
+private:
+    std::vector<FlowPage> m_flow;
+    std::vector<CProduct*> m_products;
+};
+
+class TargetSettling : public testing::Test
+{
+protected:
+    TargetSettling()
+    {
+        host.verdict.state = TargetVerdict::State::NeedsAnswer;
+        host.verdict.strFolder = L"\\\\server\\share\\Office & Lab";
+        host.verdict.strProduct = L"Zolt 2027 27.0.0";
+        host.verdict.strStamp = L"stamp";
+        const SYSTEMTIME built = {2026, 11, 6, 21, 12, 0, 0, 0};
+        SystemTimeToFileTime(&built, &host.verdict.builtAt);
+        m_script.SetFailureHandler([] {
+            while (CloseFrontWindow()) {
+            }
+        });
+    }
+
+    void AnswerBox(int button)
+    {
+        m_script.Add(L"answer the box", [this, button] {
+            const auto found = FindMessageBox();
+            if (!found) {
+                return StepOutcome::NotYet(L"there is no box");
+            }
+            box = *found;
+            return AnswerMessageBox(*found, button);
+        });
+    }
+
+    TargetSettled Settle()
+    {
+        m_script.Start();
+        const TargetSettled settled = settling.Settle(host, false);
+        EXPECT_FALSE(m_script.HasFailed()) << Utf8(m_script.GetFailure());
+        return settled;
+    }
+
+    HostWithVerdict host;
+    Answers answers;
+    CRunLog log{false, CString()};
+    CTargetSettling settling{answers, log};
+    MessageBoxView box; // the last one
+    CScript m_script;
+};
+
+} // namespace
+
+TEST_F(TargetSettling, TheQuestionNamesFolderProductDateAndFiles)
+{
+    host.verdict.ownFiles = {L"Image\\own.txt", L"Install.cmd"};
+    AnswerBox(IDYES);
+    Settle();
+    for (const wchar_t* text : {L"\\\\server\\share\\Office & Lab", L"Zolt 2027 27.0.0", L"November 21, 2026",
+                                L"Image\\own.txt\nInstall.cmd", L"kept in a folder beside"}) {
+        EXPECT_GE(box.text.Find(text), 0) << Utf8(text) << " in " << Utf8(box.text);
+    }
+}
+
+TEST_F(TargetSettling, TheQuestionNamesNoMoreThanTenFiles)
+{
+    for (int number = 1; number <= 1000; ++number) {
+        host.verdict.ownFiles.push_back(L"own" + NumberText(number));
+    }
+    const CString question = ReplacementQuestion(host.verdict);
+    EXPECT_GE(question.Find(L"own10\nand 990 more"), 0) << Utf8(question);
+    EXPECT_LT(question.Find(L"own11"), 0) << Utf8(question);
+}
+
+TEST_F(TargetSettling, ADeploymentWithoutAManifestIsSaidToBeKeptWhole)
+{
+    EXPECT_LT(ReplacementQuestion(host.verdict).Find(L"kept"), 0);
+    host.verdict.bKeptWhole = true;
+    EXPECT_GE(ReplacementQuestion(host.verdict).Find(L"All of it will be kept"), 0);
+}
+
+TEST_F(TargetSettling, EnterInTheQuestionMeansNo)
+{
+    AnswerBox(IDNO);
+    EXPECT_EQ(Settle(), TargetSettled::ChooseAgain);
+    EXPECT_EQ(box.defaultButton, IDNO);
+    EXPECT_EQ(box.buttons, static_cast<UINT>(MB_YESNO));
+    EXPECT_EQ(box.icon, static_cast<UINT>(MB_ICONWARNING));
+    EXPECT_EQ(host.allowedStamps, std::vector<CString>());
+}
+
+TEST_F(TargetSettling, YesAllowsTheDeploymentThatWasShown)
+{
+    AnswerBox(IDYES);
+    EXPECT_EQ(Settle(), TargetSettled::GoOn);
+    EXPECT_EQ(host.allowedStamps, std::vector<CString>{L"stamp"});
+}
+
+TEST_F(TargetSettling, ARefusalIsShownAndLeadsBack)
+{
+    host.verdict.state = TargetVerdict::State::Refused;
+    host.verdict.message = L"The folder holds no deployment.";
+    AnswerBox(IDOK);
+    EXPECT_EQ(Settle(), TargetSettled::ChooseAgain);
+    EXPECT_EQ(box.text, host.verdict.message);
+    EXPECT_EQ(box.icon, static_cast<UINT>(MB_ICONERROR));
+    EXPECT_EQ(host.allowedStamps, std::vector<CString>());
+}
+
+TEST_F(TargetSettling, AFreePlaceBringsNoBox)
+{
+    for (const auto state : {TargetVerdict::State::Free, TargetVerdict::State::MayBeReplaced}) {
+        host.verdict.state = state;
+        EXPECT_EQ(settling.Settle(host, false), TargetSettled::GoOn);
+    }
+}
