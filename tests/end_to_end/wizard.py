@@ -46,14 +46,21 @@ class WizardTest(unittest.TestCase):
         lines += ["%s = %s" % (key, value) for key, value in keys.items()]
         return self.answers("\n".join(lines) + "\n")
 
-    def wizard(self, answers, *words, media=MEDIA, out=None, program=None, wine_words=()):
+    def command(self, answers, *words, media=MEDIA, out=None, program=None):
+        """The wizard's command line. out: a Windows path; empty for answers that have their own location."""
         program = program or os.path.join(PROGRAM_FOLDER, "Setup.exe")
         media = media if media.startswith("\\\\") else windows_path(media)
-        out = out or windows_path(self.out)
-        command = ["taskset", "-c", os.environ.get("ROLLOUT_CORE", "0"), "wine", program, "--media", media, "--answers",
-                   windows_path(answers), "--out", out, *words]
-        result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=RUN_SECONDS)
-        output = result.stdout.decode("utf-8", "replace").replace("\r\n", "\n")
+        out = windows_path(self.out) if out is None else out
+        return ["taskset", "-c", os.environ.get("ROLLOUT_CORE", "0"), "wine", program, "--media", media, "--answers",
+                windows_path(answers), *(["--out", out] if out else []), *words]
+
+    def wizard(self, answers, *words, media=MEDIA, out=None, program=None):
+        result = subprocess.run(self.command(answers, *words, media=media, out=out, program=program),
+                                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=RUN_SECONDS)
+        return self.run_of(result.stdout)
+
+    def run_of(self, output):
+        output = output.decode("utf-8", "replace").replace("\r\n", "\n")
         last = output.strip().splitlines()[-1] if output.strip() else ""
         self.assertRegex(last, r"^Exit code \d+", "The wizard did not say its exit code:\n" + output)
         return Run(int(last.split()[2].rstrip(":")), output)
