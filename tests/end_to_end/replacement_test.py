@@ -262,3 +262,22 @@ class ReplacementTest(WizardTest):
         self.assertFalse(os.path.exists(os.path.join(office, MARK)))
         self.assertEqual([os.path.basename(path) for path in self.kept_files(self.first)], [MARK])
         self.assertIn("kept files", run.output)
+
+    def test_a_base_whose_package_cannot_be_opened_ends_the_run_with_the_reason(self):
+        """The page stayed without a button and without a word."""
+        office = self.build_in(self.first, "Office")
+        broken = self.build_in(self.first, "Broken")
+        with open(os.path.join(broken, "Image", "x64", "Zolt", "Zolt2027.msi"), "r+b") as file:
+            file.truncate(1000)
+        answers = self.choose("mode = create_from", "base = Broken", "name = New")
+        run = self.wizard(answers, media=self.image(office), out="")
+        self.assertEqual(run.code, 1603, run.output)
+        self.assertIn("Zolt2027.msi", run.output.splitlines()[-1])
+
+    def test_a_base_whose_image_is_gone_is_not_offered(self):
+        office = self.build_in(self.first, "Office")
+        shutil.rmtree(self.image(self.build_in(self.first, "Gone")))
+        answers = self.choose("mode = create_from", "base = Gone", "name = New")
+        run = self.wizard(answers, media=self.image(office), out="")
+        self.assertEqual(run.code, 22, run.output)
+        self.assertIn('offers "Office"', run.output)

@@ -25,6 +25,17 @@ public:
 
 constexpr const wchar_t* OWN_FILE = L"Image\\x64\\Zolt\\only-old.txt"; // put there by somebody
 
+Tree FilesOf(const Tree& tree)
+{
+    Tree files;
+    for (const auto& [path, bytes] : tree) {
+        if (path.Right(1) != L"\\") {
+            files[path] = bytes;
+        }
+    }
+    return files;
+}
+
 // A build with added files and with an old deployment in place, known to the last byte.
 class RebuildTest : public testing::Test
 {
@@ -333,6 +344,144 @@ TEST(RefusedBuild, ADeploymentIsNotReplacedUnasked)
     const BuildResult result = build.Build();
     EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_ALREADY_EXISTS));
     EXPECT_HOLDS(result.error.message, L"modify the deployment that is there");
+}
+
+// ---- what changes while a build runs
+
+TEST_F(RebuildTest, ADeploymentThatChangesDuringTheBuildIsNotReplaced)
+{
+    bool changed = false;
+    m_build.onProgress = [&](std::uint64_t, std::uint64_t) {
+        if (!changed) {
+            WriteBytes(m_build.Target() + L"\\Deployment.xml", "<Deployment by=\"another wizard\"/>");
+            changed = true;
+        }
+        return true;
+    };
+    const BuildResult result = m_build.Build();
+    EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_ALREADY_EXISTS));
+    EXPECT_HOLDS(result.error.message, L"isn't the deployment that was to be replaced any more");
+    EXPECT_EQ(ReadBytes(m_build.Target() + L"\\Deployment.xml"), "<Deployment by=\"another wizard\"/>");
+    ExpectNoLeftovers("changed");
+}
+
+TEST(RefusedBuild, AFolderThatAppearsDuringTheBuildIsLeftAlone)
+{
+    TestBuild build;
+    build.onProgress = [&](std::uint64_t, std::uint64_t) {
+        MakeFolders(build.Target());
+        WriteBytes(build.Target() + L"\\thesis.doc", "years of work");
+        return true;
+    };
+    EXPECT_EQ(build.Build().error.code, static_cast<unsigned>(ERROR_ALREADY_EXISTS));
+    EXPECT_EQ(ReadBytes(build.Target() + L"\\thesis.doc"), "years of work");
+    EXPECT_EQ(Leftovers(build.Location(), L"Office"), std::vector<CString>());
+}
+
+TEST_F(RebuildTest, WhatIsPutIntoTheOldOneDuringTheBuildIsKept)
+{
+    m_build.onProgress = [&](std::uint64_t done, std::uint64_t total) {
+        if (done == total) {
+            WriteBytes(m_build.Target() + L"\\late.txt", "late");
+        }
+        return true;
+    };
+    const BuildResult result = m_build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    EXPECT_EQ(KeptFiles(m_build.Location()), Tree({{OWN_FILE, "old"}, {L"late.txt", "late"}}));
+}
+
+TEST_F(RebuildTest, AFileOfTheSameSizeAndTimeButOtherBytesIsKept)
+{
+    const CString path = m_build.Target() + L"\\Image\\x64\\Zolt\\readme.txt";
+    FILETIME written = {};
+    HANDLE file = CreateFileW(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    DWORD bytes = 0;
+    GetFileTime(file, nullptr, nullptr, &written);
+    WriteFile(file, "HELLO", 5, &bytes, nullptr);
+    SetFileTime(file, nullptr, nullptr, &written);
+    CloseHandle(file);
+    ASSERT_EQ(m_build.Build().error.code, 0u);
+    EXPECT_EQ(KeptFiles(m_build.Location()),
+              Tree({{OWN_FILE, "old"}, {L"Image\\x64\\Zolt\\readme.txt", "HELLO\n"}}));
+}
+
+TEST_F(RebuildTest, WithoutAManifestAllOfTheOldOneIsKept)
+{
+    ASSERT_TRUE(DeleteFileW(m_build.Target() + L"\\Manifest.txt"));
+    const BuildResult result = m_build.Build();
+    ASSERT_EQ(result.error.code, 0u);
+    Tree kept = KeptFiles(m_build.Location());
+    EXPECT_EQ(kept.size() + 1, FilesOf(m_old).size()) << NamesOf(kept);
+    EXPECT_EQ(kept[OWN_FILE], "old");
+    ASSERT_EQ(result.warnings.size(), 1u);
+    EXPECT_HOLDS(result.warnings[0], L"was kept whole");
+}
+
+TEST_F(RebuildTest, ASecondReplacementKeepsItsOwnFilesApart)
+{
+    ASSERT_EQ(m_build.Build().error.code, 0u);
+    WriteBytes(m_build.Target() + L"\\" + OWN_FILE, "newer");
+    m_build.AllowReplacing();
+    ASSERT_EQ(m_build.Build().error.code, 0u);
+    int folders = 0;
+    VisitFolder(m_build.Location(), [&](const WIN32_FIND_DATAW& found) {
+        folders += CString(found.cFileName).Find(L" (kept files ") > 0 ? 1 : 0;
+    });
+    EXPECT_EQ(folders, 2);
+}
+
+// ---- names of the builder's own files
+
+TEST(RefusedBuild, ALogOfSomebodysOwnIsNeitherOverwrittenNorDeleted)
+{
+    TestBuild build;
+    const CString own = build.Location() + L"\\Office.Build.log";
+    WriteBytes(own, "my own notes");
+    build.onProgress = [](std::uint64_t, std::uint64_t) -> bool { throw std::bad_alloc(); };
+    EXPECT_NE(build.Build().error.code, 0u);
+    build.onProgress = nullptr;
+    build.plan.databases[0].strTarget = L"Image\\NUL";
+    EXPECT_NE(build.Build().error.code, 0u);
+    build.plan.databases[0].strTarget = L"Image\\x64\\Zolt\\Zolt2027.msi";
+    HANDLE source = CreateFileW(build.Media() + L"\\x64\\Zolt\\readme.txt", GENERIC_READ, 0, nullptr,
+                                OPEN_EXISTING, 0, nullptr);
+    EXPECT_NE(build.Build().error.code, 0u);
+    CloseHandle(source);
+    EXPECT_EQ(ReadBytes(own), "my own notes");
+    const CString second = build.Location() + L"\\Office.Build (2).log";
+    EXPECT_NE(ReadBytes(second).find("Failed build of \"Office\""), std::string::npos);
+    EXPECT_EQ(build.Build().error.code, 0u);
+    EXPECT_EQ(ReadBytes(own), "my own notes");
+    EXPECT_FALSE(Exists(second));
+}
+
+TEST(RefusedBuild, AFolderInTheLockFilesPlaceIsNamed)
+{
+    TestBuild build;
+    MakeFolders(build.Location() + L"\\.Office.build-lock");
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_ALREADY_EXISTS));
+    EXPECT_HOLDS(result.error.message, L"Office.build-lock\" stands where a build writes its lock file");
+}
+
+TEST(RefusedBuild, ALocationInsideADeploymentIsRefused)
+{
+    TestBuild build;
+    ASSERT_EQ(build.Build().error.code, 0u);
+    build.plan.strLocation = build.Target() + L"\\Image\\deep";
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_BAD_PATHNAME));
+    EXPECT_HOLDS(result.error.message, L"lies inside the deployment");
+}
+
+TEST(RefusedBuild, ALocationThatIsMadeOnlyHalfLeavesNoFolder)
+{
+    TestBuild build;
+    build.plan.strLocation = build.Location() + L"\\one\\two\\" + CString(L'x', 300);
+    EXPECT_NE(build.Build().error.code, 0u);
+    EXPECT_FALSE(Exists(build.Location() + L"\\one"));
 }
 
 TEST(RefusedBuild, ALocationThatIsAFileIsNamed)

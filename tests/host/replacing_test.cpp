@@ -1,0 +1,344 @@
+// Which deployment the host is about: names by folders, bases that can be used, the way back to the first stage, and what
+// stands in a new deployment's place.
+#include "include/ui_manager.h"
+#include "tests/host/folder_tree.h"
+#include "tests/host/through_host.h"
+
+namespace {
+
+class ReplacingTest : public ThroughHostTest
+{
+protected:
+    CSetupManager& OpenMediaFolder()
+    {
+        MakeMedia(scratch + L"media\\");
+        return Open(scratch + L"media");
+    }
+
+    void MakeTestDeployment(const wchar_t* name)
+    {
+        MakeDeployment(location, name, DescribeTestDeployment(name));
+    }
+
+    // The first page's choice of a new deployment.
+    void Choose(CSetupManager& manager, const CString& place, const wchar_t* name)
+    {
+        manager.GetDeploymentList(location);
+        manager.SetDeploymentLocation(place);
+        manager.SetBaseDeploymentName(L"");
+        manager.SetDeploymentName(name);
+        ASSERT_TRUE(manager.SetSetupMode(Setup::SETUPMODE_CREATE_DEPLOYMENT));
+    }
+
+    void ExpectRefused(const wchar_t* words)
+    {
+        const TargetVerdict verdict = host->JudgeTarget();
+        EXPECT_EQ(verdict.state, TargetVerdict::State::Refused);
+        EXPECT_GE(verdict.message.Find(words), 0) << Utf8(verdict.message);
+        SilentProgress progress;
+        const BuildResult result = host->Build(progress);
+        EXPECT_EQ(result.error.code, unsigned{ERROR_ALREADY_EXISTS});
+        EXPECT_EQ(result.error.message, verdict.message);
+    }
+
+    static CString Own(CSetupManager& manager, const wchar_t* name)
+    {
+        wchar_t buffer[300] = {};
+        int size = 300;
+        return manager.m_pProducts->at(0)->GetProperty(name, buffer, &size) ? CString(buffer)
+                                                                            : CString(L"(none)");
+    }
+};
+
+// What a page could tell of the host's first stage.
+std::string Describe(CSetupManager& manager)
+{
+    std::string text =
+        Utf8(CString(manager.m_strDeploymentLocation)) + "|" + Utf8(CString(manager.m_strDeploymentName)) +
+        "|" + Utf8(CString(manager.m_strBaseDeploymentName)) + "|" + std::to_string(manager.m_setupMode) +
+        "|" + std::to_string(manager.m_platform) + "|" + std::to_string(manager.m_installMode) + "|" +
+        std::to_string(manager.m_bNetworkLog) + "|" + Utf8(manager.m_strNetworkLogFolder) + "|" +
+        std::to_string(manager.m_bSettingsOption) + "|" + std::to_string(manager.m_uiStage) + "|" +
+        std::to_string(manager.m_exitCode) + "|" + std::to_string(manager.m_pUiManager->m_bResetAllowed1) +
+        "|" + std::to_string(manager.m_pUiManager->m_bResetAllowed2) + "|" +
+        Utf8(manager.m_strDeploymentFolder) + "|" + Utf8(CString(manager.m_strCompleteLine1)) + "|" +
+        Utf8(CString(manager.m_strMediaRoot)) + "|" + Utf8(CString(manager.m_strImageSuffix));
+    return text;
+}
+
+void ChangeAll(CSetupManager& manager)
+{
+    manager.m_installMode = manager.m_installMode == 2 ? 3 : 2;
+    manager.m_bNetworkLog = !manager.m_bNetworkLog;
+    manager.m_strNetworkLogFolder = L"\\\\elsewhere\\logs\\";
+    manager.m_bSettingsOption = !manager.m_bSettingsOption;
+    manager.m_uiStage = 4;
+    manager.m_exitCode = 112;
+    manager.SetMsiProperty(L"TARN_SETUP_SUCCEEDED", L"1", false);
+    manager.m_pProducts->at(0)->SetProperty(L"ADDITIONALFILES_MODIFIED", L"changed");
+    manager.m_pProducts->at(0)->SetMsiProperty(L"ZOLT_CHANGED", L"changed", false);
+}
+
+} // namespace
+
+// ---- the first stage
+
+TEST_F(ReplacingTest, ResetOnMediaReturnsToTheFirstStageWhole)
+{
+    CSetupManager& manager = OpenMediaFolder();
+    const std::string first = Describe(manager);
+    manager.SetDeploymentPlatform(Setup::PLATFORM_X86);
+    Choose(manager, location, L"East");
+    ChangeAll(manager);
+    ASSERT_NE(Describe(manager), first);
+    EXPECT_EQ(manager.ResetSetupMode(), 0);
+    EXPECT_EQ(Describe(manager), first);
+    EXPECT_EQ(Stored(manager, L"ZOLT_CHANGED"), CString(L"(none)"));
+    EXPECT_EQ(Own(manager, L"ADDITIONALFILES_MODIFIED"), CString(L"(none)"));
+    Choose(manager, location, L"East");
+    Build();
+    EXPECT_LT(ReadText(location + L"East\\Deployment.xml").Find(L"TARN_SETUP_SUCCEEDED"), 0);
+}
+
+TEST_F(ReplacingTest, ResetOnAnImageReturnsToThatDeploymentAndItsSettings)
+{
+    MakeTestDeployment(L"North");
+    DeploymentFile south = DescribeTestDeployment(L"South");
+    south.strNetworkLogFolder = L"\\\\south\\logs";
+    MakeDeployment(location, L"South", south);
+    CSetupManager& manager = Open(location + L"North");
+    const std::string first = Describe(manager);
+    const CString setting = Own(manager, L"ADDITIONALFILES_MODIFIED");
+    Begin(manager, Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT, L"South", L"East");
+    EXPECT_EQ(manager.m_strNetworkLogFolder, CString(L"\\\\south\\logs"));
+    ChangeAll(manager);
+    EXPECT_EQ(manager.ResetSetupMode(), 0);
+    EXPECT_EQ(Describe(manager), first);
+    EXPECT_EQ(Own(manager, L"ADDITIONALFILES_MODIFIED"), setting);
+    EXPECT_EQ(Stored(manager, L"ZOLT_CHANGED"), CString(L"(none)"));
+}
+
+TEST_F(ReplacingTest, AResetThatFailsKeepsEveryChoice)
+{
+    MakeTestDeployment(L"North");
+    MakeTestDeployment(L"South");
+    CSetupManager& manager = Open(location + L"North");
+    Begin(manager, Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT, L"South", L"East");
+    ChangeAll(manager);
+    const std::string chosen = Describe(manager);
+    CProduct* const product = manager.m_pProducts->at(0);
+    ASSERT_TRUE(MoveFileW(location + L"North", location + L"Away"));
+    EXPECT_NE(manager.ResetSetupMode(), 0);
+    EXPECT_EQ(Describe(manager), chosen);
+    ASSERT_EQ(manager.m_pProducts->size(), 1u);
+    EXPECT_EQ(manager.m_pProducts->at(0), product);
+    EXPECT_EQ(Stored(manager, L"ZOLT_CHANGED"), CString(L"changed"));
+}
+
+TEST_F(ReplacingTest, AResetForgetsThatReplacingWasAllowed)
+{
+    MakeTestDeployment(L"North");
+    CSetupManager& manager = OpenMediaFolder();
+    const auto choose = [&] {
+        manager.GetDeploymentList(scratch);
+        manager.SetDeploymentLocation(location);
+        manager.SetDeploymentName(L"North");
+        EXPECT_TRUE(manager.SetSetupMode(Setup::SETUPMODE_CREATE_DEPLOYMENT));
+    };
+    choose();
+    ASSERT_EQ(host->JudgeTarget().state, TargetVerdict::State::NeedsAnswer);
+    host->AllowReplacing(host->JudgeTarget());
+    EXPECT_EQ(host->JudgeTarget().state, TargetVerdict::State::MayBeReplaced);
+    EXPECT_EQ(manager.ResetSetupMode(), 0);
+    choose();
+    EXPECT_EQ(host->JudgeTarget().state, TargetVerdict::State::NeedsAnswer);
+}
+
+TEST_F(ReplacingTest, SettingThePlatformOnlyStoresIt)
+{
+    CSetupManager& manager = OpenMediaFolder();
+    CProduct* const product = manager.m_pProducts->at(0);
+    manager.SetDeploymentPlatform(Setup::PLATFORM_X86);
+    EXPECT_EQ(manager.m_platform, Setup::PLATFORM_X86);
+    ASSERT_EQ(manager.m_pProducts->size(), 1u);
+    EXPECT_EQ(manager.m_pProducts->at(0), product);
+    EXPECT_EQ(CString(product->m_strMsiFile), CString(L"x64\\Zolt\\Zolt.msi"));
+}
+
+// ---- bases
+
+TEST_F(ReplacingTest, OnlyDeploymentsThatCanBeUsedAreListedAsBases)
+{
+    for (const wchar_t* name : {L"Good", L"NoImage", L"NoSetup", L"NoPackage", L"Damaged", L"Other"}) {
+        MakeTestDeployment(name);
+    }
+    RemoveFolder(location + L"NoImage\\Image");
+    ASSERT_TRUE(DeleteFileW(location + L"NoSetup\\Image\\Setup.xml"));
+    ASSERT_TRUE(DeleteFileW(location + L"NoPackage\\Image\\x64\\Zolt\\Zolt.msi"));
+    WriteFileBytes(location + L"Damaged\\Deployment.xml", "<Deployment");
+    DeploymentFile other = DescribeTestDeployment(L"Other");
+    other.strSetupCode = L"{99999999-2222-3333-4444-555555555555}";
+    MakeDeployment(location, L"Other", other);
+    CSetupManager& manager = Open(location + L"Good");
+    const std::vector<CString> list = *manager.GetDeploymentList(location);
+    ASSERT_EQ(list.size(), 1u);
+    EXPECT_EQ(manager.GetDeploymentName(list[0]), CString(L"Good"));
+    const CString log = ReadText(work + L"Setup.log");
+    for (const wchar_t* name : {L"NoImage", L"NoSetup", L"NoPackage", L"Damaged", L"Other"}) {
+        EXPECT_GE(log.Find(name), 0) << Utf8(name) << " isn't in the log\n" << Utf8(log);
+    }
+}
+
+TEST_F(ReplacingTest, MediaThatAreNoImageListEveryReadableDeployment)
+{
+    MakeTestDeployment(L"NoImage");
+    RemoveFolder(location + L"NoImage\\Image");
+    EXPECT_EQ(OpenMediaFolder().GetDeploymentList(location)->size(), 1u);
+}
+
+// The page was left without a button, and without a word.
+TEST_F(ReplacingTest, AModeThatCannotBeEnteredClosesThePageAndSaysWhy)
+{
+    MakeTestDeployment(L"North");
+    MakeTestDeployment(L"South");
+    CSetupManager& manager = Open(location + L"North");
+    manager.GetDeploymentList(location);
+    manager.SetBaseDeploymentName(L"South");
+    RemoveFolder(location + L"South\\Image");
+    const HWND page = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPED, 0, 0, 10, 10, nullptr, nullptr,
+                                      GetModuleHandleW(nullptr), nullptr);
+    ASSERT_TRUE(page);
+    manager.m_hCurrentPage = page;
+    EXPECT_FALSE(manager.SetSetupMode(Setup::SETUPMODE_MODIFY_DEPLOYMENT));
+    EXPECT_TRUE(IsWindow(page)) << "it went under the feet of its own handler";
+    for (MSG message; IsWindow(page) && GetMessageW(&message, nullptr, 0, 0) > 0;) {
+        DispatchMessageW(&message);
+    }
+    EXPECT_FALSE(IsWindow(page));
+    const CString why = host->TakeModeFailure();
+    EXPECT_GE(why.Find(L"\"South\" lacks its image folder"), 0) << Utf8(why);
+    EXPECT_EQ(host->TakeModeFailure(), CString()) << "it is said once";
+    EXPECT_EQ(manager.ResetSetupMode(), 0);
+    EXPECT_EQ(manager.m_pProducts->size(), 1u);
+}
+
+TEST_F(ReplacingTest, ABaseThatWasChangedSinceItWasLoadedIsLoadedAnew)
+{
+    MakeTestDeployment(L"North");
+    CSetupManager& manager = Open(location + L"North");
+    DeploymentFile changed = DescribeTestDeployment(L"North");
+    changed.strNetworkLogFolder = L"\\\\changed\\by another\\wizard";
+    WriteText(location + L"North\\Deployment.xml", WriteDeploymentFile(changed));
+    ASSERT_TRUE(manager.SetSetupMode(Setup::SETUPMODE_MODIFY_DEPLOYMENT));
+    EXPECT_EQ(manager.m_strNetworkLogFolder, changed.strNetworkLogFolder);
+}
+
+// ---- what stands in the place
+
+TEST_F(ReplacingTest, AFreePlaceIsFree)
+{
+    CSetupManager& manager = OpenMediaFolder();
+    Choose(manager, location, L"East");
+    EXPECT_EQ(host->JudgeTarget().state, TargetVerdict::State::Free);
+    Choose(manager, location + L"not\\yet there", L"East");
+    EXPECT_EQ(host->JudgeTarget().state, TargetVerdict::State::Free);
+}
+
+TEST_F(ReplacingTest, AFileInThePlaceIsRefused)
+{
+    WriteFileBytes(location + L"East", "a file");
+    Choose(OpenMediaFolder(), location, L"East");
+    ExpectRefused(L"East\" is a file.");
+}
+
+TEST_F(ReplacingTest, AFolderWithoutADeploymentIsRefusedWithTheListedNameToo)
+{
+    MakeTestDeployment(L"East");
+    CSetupManager& manager = OpenMediaFolder();
+    Choose(manager, location, L"East");
+    ASSERT_EQ(host->JudgeTarget().state, TargetVerdict::State::MayBeReplaced);
+    RemoveFolder(location + L"East");
+    WriteFileBytes(location + L"East\\thesis.doc", "years of work");
+    ExpectRefused(L"holds no deployment");
+}
+
+TEST_F(ReplacingTest, ALocationInsideADeploymentIsRefusedHoweverDeep)
+{
+    MakeTestDeployment(L"Outer");
+    CSetupManager& manager = OpenMediaFolder();
+    for (const wchar_t* below : {L"Outer", L"Outer\\Image", L"Outer\\Image\\x64\\not yet there"}) {
+        Choose(manager, location + below, L"Inner");
+        ExpectRefused(L"lies inside the deployment");
+        EXPECT_TRUE(host->JudgeTarget().bLocationRefused);
+        EXPECT_EQ(manager.CheckForDeploymentLocation(location + below), Setup::DEPLOYMENTLOCATION_REFUSED);
+    }
+}
+
+TEST_F(ReplacingTest, NamesThatNoFolderCanHaveAreRefusedBeforeTheBuild)
+{
+    CSetupManager& manager = OpenMediaFolder();
+    for (const wchar_t* name : {L"CON", L"Office.", L"tab\there", L".Office.build-lock"}) {
+        Choose(manager, location, name);
+        EXPECT_EQ(host->JudgeTarget().state, TargetVerdict::State::Refused) << Utf8(name);
+    }
+}
+
+TEST_F(ReplacingTest, ADeploymentThatChangedSinceItWasListedIsAskedAbout)
+{
+    MakeTestDeployment(L"East");
+    CSetupManager& manager = OpenMediaFolder();
+    Choose(manager, location, L"East");
+    ASSERT_EQ(host->JudgeTarget().state, TargetVerdict::State::MayBeReplaced);
+    WriteText(location + L"East\\Deployment.xml", WriteDeploymentFile(DescribeTestDeployment(L"By another")));
+    EXPECT_EQ(host->JudgeTarget().state, TargetVerdict::State::NeedsAnswer);
+    SilentProgress progress;
+    const BuildResult result = host->Build(progress);
+    EXPECT_EQ(result.error.code, unsigned{ERROR_ALREADY_EXISTS});
+    EXPECT_GE(result.error.message.Find(L"nobody was asked about"), 0) << Utf8(result.error.message);
+}
+
+TEST_F(ReplacingTest, ThePermissionGoesWithTheDeploymentItWasGivenFor)
+{
+    MakeTestDeployment(L"East");
+    CSetupManager& manager = OpenMediaFolder();
+    manager.GetDeploymentList(scratch);
+    manager.SetDeploymentLocation(location);
+    manager.SetDeploymentName(L"East");
+    ASSERT_TRUE(manager.SetSetupMode(Setup::SETUPMODE_CREATE_DEPLOYMENT));
+    host->AllowReplacing(host->JudgeTarget());
+    ASSERT_EQ(host->JudgeTarget().state, TargetVerdict::State::MayBeReplaced);
+    ASSERT_TRUE(MoveFileW(location + L"East", location + L"Elsewhere"));
+    MakeTestDeployment(L"East");
+    EXPECT_EQ(host->JudgeTarget().state, TargetVerdict::State::NeedsAnswer);
+}
+
+TEST_F(ReplacingTest, TheQuestionKnowsProductDateAndWhatIsNotTheBuilds)
+{
+    CSetupManager& manager = OpenMediaFolder();
+    Choose(manager, location, L"East");
+    Build();
+    WriteFileBytes(location + L"East\\Image\\own.txt", "own");
+    WriteFileBytes(location + L"East\\Install.cmd", "changed");
+    manager.GetDeploymentList(scratch);
+    const TargetVerdict verdict = host->JudgeTarget();
+    ASSERT_EQ(verdict.state, TargetVerdict::State::NeedsAnswer);
+    EXPECT_EQ(verdict.strFolder, location + L"East");
+    EXPECT_GE(verdict.strProduct.Find(L"Zolt"), 0) << Utf8(verdict.strProduct);
+    EXPECT_NE(verdict.builtAt.dwHighDateTime, 0u);
+    EXPECT_EQ(verdict.ownFiles, (std::vector<CString>{L"Image\\own.txt", L"Install.cmd"}));
+    EXPECT_FALSE(verdict.bKeptWhole);
+    ASSERT_TRUE(DeleteFileW(location + L"East\\Manifest.txt"));
+    EXPECT_TRUE(host->JudgeTarget().bKeptWhole);
+}
+
+TEST_F(ReplacingTest, ModifyingInAnotherPlaceAsksAboutTheDeploymentThatIsThere)
+{
+    MakeTestDeployment(L"North");
+    const CString elsewhere = scratch + L"elsewhere\\";
+    MakeDeployment(elsewhere, L"North", DescribeTestDeployment(L"North"));
+    CSetupManager& manager = Open(location + L"North");
+    Begin(manager, Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"North", L"North");
+    EXPECT_EQ(host->JudgeTarget().state, TargetVerdict::State::MayBeReplaced);
+    manager.SetDeploymentLocation(elsewhere);
+    EXPECT_EQ(host->JudgeTarget().state, TargetVerdict::State::NeedsAnswer);
+}
