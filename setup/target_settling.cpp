@@ -3,6 +3,7 @@
 #include "setup/exit_codes.h"
 #include "setup/resource.h"
 #include "setup/texts.h"
+#include "window/wait_cursor.h"
 
 namespace {
 
@@ -57,6 +58,12 @@ const QuestionAnswer* FindAnswer(const PageAnswers* page)
     return nullptr;
 }
 
+TargetVerdict JudgeTarget(CSetupHost& host)
+{
+    const CWaitCursor waitCursor; // a deployment that has to be asked about is read whole
+    return host.JudgeTarget();
+}
+
 int ShowBox(const CString& text, UINT style)
 {
     return MessageBoxW(nullptr, text, SetupText(IDS_PROGRAM_TITLE), style | MB_SETFOREGROUND);
@@ -78,7 +85,7 @@ CString ReplacementQuestion(const TargetVerdict& verdict)
 
 TargetSettled CTargetSettling::Settle(CSetupHost& host, bool unattended)
 {
-    const TargetVerdict verdict = host.JudgeTarget();
+    const TargetVerdict verdict = JudgeTarget(host);
     switch (verdict.state) {
     case TargetVerdict::State::Refused:
         return Refuse(verdict, unattended);

@@ -431,8 +431,10 @@ TEST_F(BeginNext, AnEditAfterAModeThatTheHostRefusesBringsNoButtonBack)
     Press(IDC_NEXT);
     Await(L"the host was not asked", [&] { return host.log.Of(L"SetSetupMode").size() == 1; });
     Type(IDC_NAME, L"Delta");
+    Look([&] { EXPECT_EQ(Buttons(), CString(L"DDD")); });
     Type(IDC_LOCATION, folder.GetPath() + L"below");
-    Press(IDC_MODE_CREATE_FROM);
+    Look([&] { EXPECT_EQ(Buttons(), CString(L"DDD")); });
+    Press(IDC_MODE_MODIFY);
     Look([&] { EXPECT_EQ(Buttons(), CString(L"DDD")); });
     Look([&] { DestroyWindow(Page()); });
     EXPECT_NE(ShowPage(), NAVIGATION_NEXT);
