@@ -52,8 +52,9 @@
 // What stands in the new deployment's place
 #define IDS_REPLACE_UNLISTED 320   // %1: folder, %2: product, %3: date
 #define IDS_REPLACE_OWN_FILES 321  // %1: names
-#define IDS_REPLACE_KEPT_WHOLE 322 // no holes
+#define IDS_REPLACE_KEPT_WHOLE 322
 #define IDS_REPLACE_MORE_FILES 323 // %1: number
+#define IDS_REPLACE_QUESTION 324
 
 // Configure dialog
 #define IDS_CONFIGURE_CANCEL_QUESTION 401

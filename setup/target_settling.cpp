@@ -80,7 +80,7 @@ CString ReplacementQuestion(const TargetVerdict& verdict)
     } else if (!verdict.ownFiles.empty()) {
         text += SetupText(IDS_REPLACE_OWN_FILES, {FileNames(verdict.ownFiles)});
     }
-    return text;
+    return text + SetupText(IDS_REPLACE_QUESTION);
 }
 
 TargetSettled CTargetSettling::Settle(CSetupHost& host, bool unattended)
