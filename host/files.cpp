@@ -193,6 +193,7 @@ unsigned int ListFolder(const CString& path, std::vector<FolderItem>& items)
         if (name != L"." && name != L"..") {
             items.push_back(
                 {name, (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
+                 (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0,
                  (static_cast<unsigned long long>(found.nFileSizeHigh) << 32) | found.nFileSizeLow});
         }
     } while (FindNextFileW(find, &found));

@@ -30,6 +30,7 @@ struct FolderItem
 {
     CString name;
     bool isFolder = false;
+    bool isLink = false; // to a file or folder that stands elsewhere
     unsigned long long bytes = 0;
 };
 // Everything in a folder but "." and "..", by name. 0, or why it could not be listed.

@@ -3,30 +3,8 @@
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/languages.h"
+#include "host/longest_path.h"
 #include "host/made_up_media.h"
-
-namespace {
-
-// The longest path below a folder, relative to it.
-CString LongestPath(const CString& folder, const CString& relative, int depth)
-{
-    constexpr int DEPTH_LIMIT = 64; // a circle of links ends here
-    CString longest;
-    std::vector<FolderItem> items;
-    if (depth > DEPTH_LIMIT || ListFolder(folder + relative, items) != ERROR_SUCCESS) {
-        return longest;
-    }
-    for (const FolderItem& item : items) {
-        const CString path = relative + item.name;
-        const CString below = item.isFolder ? LongestPath(folder, path + L"\\", depth + 1) : path;
-        if (below.GetLength() > longest.GetLength()) {
-            longest = below;
-        }
-    }
-    return longest;
-}
-
-} // namespace
 
 ManagerObject::ManagerObject(Media media, const CString& workFolder, SetupLog& log)
     : m_openedMedia(std::move(media)), m_strWorkFolder(workFolder), m_log(log)
@@ -116,7 +94,7 @@ void ManagerObject::UpdatePathRule()
     for (CString& root : roots) {
         root.TrimRight(L"\\");
         if (!root.IsEmpty()) {
-            measure(LongestPath(m_media.strRoot, root + L"\\", 0));
+            measure(LongestPath(m_media.strRoot, root + L"\\"));
         }
     }
     m_strMediaFileText = m_strTextFolder + longest;

@@ -99,3 +99,17 @@ LinkedDrive::~LinkedDrive()
         WaitUntil(m_letter + L"\\", false);
     }
 }
+
+bool MakeFolderLink(const CString& link, const CString& folder)
+{
+    const int slash = link.ReverseFind(L'\\');
+    const CString parent = PathOfSystem(link.Left(slash + 1));
+    const CString target = PathOfSystem(folder);
+    if (parent.IsEmpty() || target.IsEmpty()) {
+        return false;
+    }
+    EXPECT_TRUE(
+        RunOutside(L"Z:\\bin\\ln -sfn \"" + target + L"\" \"" + parent + L"/" + link.Mid(slash + 1) + L"\""));
+    WaitUntil(link, true);
+    return IsThere(link);
+}

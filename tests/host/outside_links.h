@@ -1,4 +1,4 @@
-// Shares and drives for the tests, made by the links that the prefix takes for them. There are none on Windows itself.
+// Links for the tests, and the shares and drives that the prefix takes links for. There are none on Windows itself.
 #pragma once
 
 #include "window/string.h"
@@ -21,3 +21,6 @@ private:
     CString m_letter;
     CString m_link; // outside of the prefix
 };
+
+// A link to a folder, as copies of media made elsewhere hold them. False where none can be made.
+[[nodiscard]] bool MakeFolderLink(const CString& link, const CString& folder);
