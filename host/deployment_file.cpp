@@ -1,15 +1,24 @@
 #include "host/deployment_file.h"
 
 #include "host/host_messages.h"
+#include "host/xml_limits.h"
 #include "host/xml_text.h"
 #include "host/xml_values.h"
 
 namespace {
 
 constexpr int DEPLOYMENT_VERSION = 1;
-constexpr std::size_t PROPERTY_LIMIT = 20000;
-constexpr std::size_t PRODUCT_LIMIT = 1000;
-constexpr std::size_t ADDED_FILE_LIMIT = 40000; // more than an installer database can number
+
+// Notes the fault of one item too many.
+template <class Items>
+bool IsFull(const Items& items, std::size_t limit, const wchar_t* name, XmlValues& values)
+{
+    if (items.size() < limit) {
+        return false;
+    }
+    values.Fail(HostSentence(HostText::XmlTooMany, {name, NumberText(static_cast<long long>(limit))}));
+    return true;
+}
 
 bool IsKnownPlace(const CString& name, const CString& parent)
 {
@@ -68,10 +77,10 @@ void WriteProduct(XmlText& xml, const StoredProduct& product)
     }
     if (any) {
         xml.OpenElement(L"DownloadedPatch");
-        xml.AddAttribute(L"path", product.strPatchPath);
-        xml.AddAttribute(L"name", product.strPatchName);
-        xml.AddAttribute(L"readme", product.strPatchReadme);
-        xml.AddAttribute(L"size", product.strPatchSize);
+        xml.AddAnyValues({{L"path", product.strPatchPath},
+                          {L"name", product.strPatchName},
+                          {L"readme", product.strPatchReadme},
+                          {L"size", product.strPatchSize}});
         xml.CloseElement();
     }
     xml.CloseElement();
@@ -122,8 +131,8 @@ bool DeploymentFileReader::OnElement(const CString& name, const std::vector<XmlA
     const CString parent = m_open.empty() ? CString() : m_open.back();
     XmlValues values(name, attributes, line);
     if (!IsKnownPlace(name, parent)) {
-        values.Fail(parent.IsEmpty() ? HostSentence(HostText::XmlWrongRoot, {name, L"Deployment"})
-                                     : HostSentence(HostText::XmlUnknownElement, {name, parent}));
+        values.Fail(parent.IsEmpty() ? HostSentence(HostText::XmlWrongRoot, {Shown(name), L"Deployment"})
+                                     : HostSentence(HostText::XmlUnknownElement, {Shown(name), parent}));
     } else {
         ReadElement(name, parent, values);
     }
@@ -167,11 +176,7 @@ void DeploymentFileReader::ReadElement(const CString& name, const CString& paren
     } else if (name == L"AddedFile") {
         ReadAddedFile(values);
     } else {
-        StoredProduct& product = m_file.products.back();
-        product.strPatchPath = values.TakeOptionalText(L"path", 32767);
-        product.strPatchName = values.TakeOptionalText(L"name");
-        product.strPatchReadme = values.TakeOptionalText(L"readme", 4000);
-        product.strPatchSize = values.TakeOptionalText(L"size", 100);
+        ReadDownloadedPatch(values);
     }
 }
 
@@ -182,13 +187,13 @@ void DeploymentFileReader::ReadDeployment(XmlValues& values)
         values.Fail(
             HostSentence(HostText::XmlNewerVersion, {NumberText(version), NumberText(DEPLOYMENT_VERSION)}));
     }
-    m_file.strName = values.TakeText(L"name", 255);
+    m_file.strName = values.TakeFolderName(L"name", false);
     m_file.strSetupCode = values.TakeGuid(L"setupCode");
-    m_file.strProductName = values.TakeText(L"productName", 200);
-    m_file.strProductVersion = values.TakeText(L"productVersion", 50);
+    m_file.strProductName = values.TakeText(L"productName", NAME_LIMIT);
+    m_file.strProductVersion = values.TakeText(L"productVersion", VERSION_LIMIT);
     m_file.platform = values.TakeNumber(L"platform", 2, 3);
     m_file.strLanguage = values.TakeLocale(L"language");
-    m_file.strBaseName = values.TakeOptionalText(L"base", 255);
+    m_file.strBaseName = values.TakeFolderName(L"base", true);
 }
 
 void DeploymentFileReader::ReadSettings(XmlValues& values)
@@ -199,7 +204,7 @@ void DeploymentFileReader::ReadSettings(XmlValues& values)
     m_settingsSeen = true;
     m_file.installMode = values.TakeNumber(L"installMode", 2, 3);
     m_file.bNetworkLog = values.TakeNumber(L"networkLog", 0, 1) == 1;
-    m_file.strNetworkLogFolder = values.TakeOptionalText(L"networkLogFolder", 32767);
+    m_file.strNetworkLogFolder = values.TakeOptionalPath(L"networkLogFolder");
     m_file.bSettingsOption = values.TakeNumber(L"settingsOption", 0, 1) == 1;
 }
 
@@ -207,49 +212,61 @@ void DeploymentFileReader::ReadProduct(XmlValues& values)
 {
     StoredProduct product;
     product.strProductCode = values.TakeGuid(L"code");
-    product.strName = values.TakeText(L"name", 200);
+    product.strName = values.TakeText(L"name", NAME_LIMIT);
     product.patchState = values.TakeNumber(L"patchState", 0, 5);
     product.includePatch = values.TakeNumber(L"includePatch", -1, 2);
-    if (m_file.FindProduct(product.strProductCode)) {
+    if (!m_productCodes.insert(product.strProductCode).second) {
         values.Fail(HostSentence(HostText::ValueRepeated, {L"code", product.strProductCode}));
     }
-    if (m_file.products.size() >= PRODUCT_LIMIT) {
-        values.Fail(HostSentence(HostText::XmlTooMany, {L"Product", NumberText(PRODUCT_LIMIT)}));
-    }
+    static_cast<void>(
+        IsFull(m_file.products, PRODUCT_LIMIT, L"Product", values)); // the fault ends the reading
     m_file.products.push_back(product);
+    m_patchTextsSeen = false;
 }
 
 void DeploymentFileReader::ReadPatch(XmlValues& values)
 {
     StoredPatch patch;
-    patch.file = values.TakeText(L"file", 32767);
+    patch.file = values.TakeRelativePath(L"file", false);
     patch.merged = values.TakeNumber(L"merged", 0, 1) == 1;
+    if (++m_patchCount > PATCH_LIMIT) {
+        values.Fail(HostSentence(HostText::XmlTooMany, {L"Patch", NumberText(PATCH_LIMIT)}));
+    }
     m_file.products.back().patches.push_back(patch);
 }
 
 void DeploymentFileReader::ReadAddedFile(XmlValues& values)
 {
     StoredAddedFile file;
-    file.component = values.TakeText(L"component", 72);
-    file.source = values.TakeAnyValue(L"source");
+    file.component = values.TakeText(L"component", TABLE_KEY_LIMIT);
+    file.source = values.TakeAnyValue(L"source", FULL_PATH_LIMIT);
     std::vector<StoredAddedFile>& files = m_file.products.back().addedFiles;
-    if (files.size() >= ADDED_FILE_LIMIT) {
-        values.Fail(HostSentence(HostText::XmlTooMany, {L"AddedFile", NumberText(ADDED_FILE_LIMIT)}));
-        return;
+    if (!IsFull(files, ADDED_FILE_LIMIT, L"AddedFile", values)) {
+        files.push_back(file);
     }
-    files.push_back(file);
+}
+
+void DeploymentFileReader::ReadDownloadedPatch(XmlValues& values)
+{
+    if (m_patchTextsSeen) {
+        values.Fail(HostSentence(HostText::XmlRepeatedElement, {L"DownloadedPatch"}));
+    }
+    m_patchTextsSeen = true;
+    StoredProduct& product = m_file.products.back();
+    product.strPatchPath = values.TakeOptionalAnyValue(L"path", FULL_PATH_LIMIT);
+    product.strPatchName = values.TakeOptionalAnyValue(L"name", PATCH_NAME_LIMIT);
+    product.strPatchReadme = values.TakeOptionalAnyValue(L"readme", PATCH_README_LIMIT);
+    product.strPatchSize = values.TakeOptionalAnyValue(L"size", PATCH_SIZE_LIMIT);
 }
 
 void DeploymentFileReader::ReadProperty(PropertyStore& store, XmlValues& values)
 {
     StoredProperty property;
-    property.name = values.TakeText(L"name", 1000);
-    property.value = values.TakeAnyValue(L"value");
-    if (store.size() >= PROPERTY_LIMIT) {
-        values.Fail(HostSentence(HostText::XmlTooMany, {L"Property", NumberText(PROPERTY_LIMIT)}));
-        return;
+    property.name = values.TakeText(L"name", PROPERTY_NAME_LIMIT);
+    property.value = values.TakeAnyValue(L"value", PROPERTY_VALUE_LIMIT);
+    if (!IsFull(store, PROPERTY_LIMIT, L"Property", values)) {
+        store.push_back(property);
     }
-    store.push_back(property);
 }
 
 CString WriteDeploymentFile(const DeploymentFile& file)

@@ -4,24 +4,27 @@
 
 #include "host/xml_events.h"
 
+#include <set>
 #include <vector>
 
 struct StoredProperty
 {
     CString name;
-    CString value;
+    CString value; // may be empty
+    bool operator==(const StoredProperty&) const = default;
 };
 using PropertyStore = std::vector<StoredProperty>; // in the order of the first setting; names as they stand
 
 // Null when the store has no such name.
 [[nodiscard]] const CString* FindProperty(const PropertyStore& store, const CString& name);
-// An empty value removes the name.
+// An empty value is a value: pages tell it from none.
 void StoreProperty(PropertyStore& store, const CString& name, const CString& value);
 
 struct StoredPatch
 {
-    CString file; // relative to the image, or a full path
+    CString file; // in a deployment's file relative to the image; a full path before it is built
     bool merged = false;
+    bool operator==(const StoredPatch&) const = default;
 };
 
 // Where an added file was chosen. It stands here and not in the database, which workstations get to see.
@@ -29,6 +32,7 @@ struct StoredAddedFile
 {
     CString component; // key of its rows
     CString source;    // full path
+    bool operator==(const StoredAddedFile&) const = default;
 };
 
 struct StoredProduct
@@ -44,11 +48,12 @@ struct StoredProduct
     CString strPatchName;
     CString strPatchReadme;
     CString strPatchSize;
+    bool operator==(const StoredProduct&) const = default;
 };
 
 struct DeploymentFile
 {
-    CString strName;
+    CString strName;      // of the folder when it was built
     CString strSetupCode; // with braces, upper case
     CString strProductName;
     CString strProductVersion;
@@ -63,6 +68,7 @@ struct DeploymentFile
     std::vector<StoredProduct> products;
 
     const StoredProduct* FindProduct(const CString& productCode) const;
+    bool operator==(const DeploymentFile&) const = default;
 };
 
 // Takes the events of one Deployment.xml. GetDeployment is whole only when there is no fault.
@@ -82,12 +88,16 @@ private:
     void ReadProduct(XmlValues& values);
     void ReadPatch(XmlValues& values);
     void ReadAddedFile(XmlValues& values);
+    void ReadDownloadedPatch(XmlValues& values);
     void ReadProperty(PropertyStore& store, XmlValues& values);
 
     DeploymentFile m_file;
     XmlFault m_fault;
     std::vector<CString> m_open;
+    std::set<CString> m_productCodes;
+    std::size_t m_patchCount = 0; // of all products
     bool m_settingsSeen = false;
+    bool m_patchTextsSeen = false; // of the product that is open
 };
 
 [[nodiscard]] CString WriteDeploymentFile(const DeploymentFile& file);

@@ -14,6 +14,13 @@ constexpr Sentence SENTENCES[] = {
      L"The file is larger than the %1 bytes that are accepted. Restore it from the original media."},
     {HostText::XmlTooDeep,
      L"Elements stand more than %1 levels deep. Restore the file from the original media."},
+    {HostText::XmlTooLong,
+     L"%1 is longer than the %2 bytes that are accepted. Shorten it, or restore the file "
+     L"from the original media."},
+    {HostText::XmlTooManyPieces, L"The file holds more than the %1 elements and comments that are accepted. "
+                                 L"Restore it from the original media."},
+    {HostText::XmlTooManyAttributes, L"An element has more than the %1 attributes that are accepted. Restore "
+                                     L"the file from the original media."},
     {HostText::XmlDtd,
      L"The file has a document type declaration, which is not accepted. Remove the <!DOCTYPE ...> part."},
     {HostText::XmlUnknownElement, L"Element <%1> is not known inside <%2>. Remove it or correct its name."},
@@ -36,6 +43,10 @@ constexpr Sentence SENTENCES[] = {
                                  L"Use a relative path without \"..\", \"/\" or a drive."},
     {HostText::ValueNotFileName,
      L"\"%2\" of attribute \"%1\" is not a file name. Use a name without a path."},
+    {HostText::ValueNotFolderName,
+     L"\"%2\" of attribute \"%1\" is not a name that a folder can have. Use a name without a path."},
+    {HostText::ValueHoldsControl,
+     L"\"%2\" of attribute \"%1\" holds a control character, shown here as a blank. Remove it."},
     {HostText::ValueNotPlatform, L"Platform %2 of attribute \"%1\" is not declared. Add a <Platform> element "
                                  L"for it or correct the number."},
     {HostText::ValueNotLocale,
@@ -47,6 +58,9 @@ constexpr Sentence SENTENCES[] = {
      L"Attribute \"%1\" is marked as escaped, but holds a backslash that starts no \\uXXXX. Correct it."},
     {HostText::SharedPackageFolder,
      L"Folder \"%1\" would hold two packages, \"%2\" and \"%3\". Give each product a folder of its own."},
+    {HostText::NotReadAgain,
+     L"Nothing was built, because the deployment's %1 could not be read again. %2 It is in: %3"},
+    {HostText::ReadsDifferently, L"A value in it holds characters that get lost in the file. Change it."},
     {HostText::FileAndLine, L"%1, line %2: %3"},
     {HostText::FileOnly, L"%1: %2"},
     {HostText::MediaMissing,

@@ -304,8 +304,7 @@ void ProductObject::Load(const StoredProduct& stored, const CString& imageRoot)
     }
     m_patchFiles.clear();
     for (const StoredPatch& patch : stored.patches) {
-        const bool full = patch.file.Left(2) == L"\\\\" || patch.file[1] == L':';
-        m_patchFiles.push_back(full ? patch.file : imageRoot + patch.file);
+        m_patchFiles.push_back(imageRoot + patch.file);
     }
     m_patchFlag = stored.includePatch;
     m_strPatchPath = stored.strPatchPath;

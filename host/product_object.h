@@ -58,9 +58,9 @@ public:
     const CString& GetOriginalFile() const { return m_strOriginalFile; }
     const PackageDescription& GetPackage() const { return m_package; }
 
-    // The settings that a deployment file keeps of the product.
+    // The settings that a deployment file keeps of the product; patch files still by their full paths.
     StoredProduct Store() const;
-    // `imageRoot`: of the deployment they come from; relative patch files lie below it.
+    // `imageRoot`: of the deployment they come from; its patch files lie below it.
     void Load(const StoredProduct& stored, const CString& imageRoot);
 
 private:

@@ -1,8 +1,10 @@
 #include "host/setup_description.h"
 
 #include "host/host_messages.h"
-#include "host/xml_text.h"
+#include "host/xml_limits.h"
 #include "host/xml_values.h"
+
+#include <map>
 
 namespace {
 
@@ -33,20 +35,19 @@ bool IsExportName(const CString& name)
     return !name.IsEmpty() && name.GetLength() <= 100;
 }
 
-struct PackageSeat
-{
-    CString folder;
-    CString file;
-};
-
 // Two products may name the same package (a shared one), but never two packages in one folder: the files beside
 // them would mix.
 XmlFault FindSharedFolder(const SetupDescription& setup)
 {
-    std::vector<PackageSeat> seats;
+    std::map<CString, CString, CompareNoCaseLess> files; // by folder
+    XmlFault fault;
     const auto add = [&](const ProductDescription& product) {
         for (const PackageDescription& package : product.packages) {
-            seats.push_back({PackageFolder(setup, product, package.platform), package.strFile});
+            const CString folder = PackageFolder(setup, product, package.platform);
+            const CString& first = files.emplace(folder, package.strFile).first->second;
+            if (!fault && first.CompareNoCase(package.strFile) != 0) {
+                fault.message = HostSentence(HostText::SharedPackageFolder, {folder, first, package.strFile});
+            }
         }
     };
     for (const ProductDescription& product : setup.products) {
@@ -55,17 +56,7 @@ XmlFault FindSharedFolder(const SetupDescription& setup)
             add(pack);
         }
     }
-    for (std::size_t index = 0; index < seats.size(); ++index) {
-        for (std::size_t other = 0; other < index; ++other) {
-            if (seats[index].folder.CompareNoCase(seats[other].folder) == 0 &&
-                seats[index].file.CompareNoCase(seats[other].file) != 0) {
-                return {HostSentence(HostText::SharedPackageFolder,
-                                     {seats[index].folder, seats[other].file, seats[index].file}),
-                        0};
-            }
-        }
-    }
-    return {};
+    return fault;
 }
 
 } // namespace
@@ -153,8 +144,9 @@ bool SetupDescriptionReader::OnElement(const CString& name, const std::vector<Xm
 {
     const ElementRule* rule = FindRule(name);
     if (!rule) {
-        return m_open.empty() ? Fail(HostSentence(HostText::XmlWrongRoot, {name, L"Setup"}), line)
-                              : Fail(HostSentence(HostText::XmlUnknownElement, {name, m_open.back()}), line);
+        return m_open.empty()
+                   ? Fail(HostSentence(HostText::XmlWrongRoot, {Shown(name), L"Setup"}), line)
+                   : Fail(HostSentence(HostText::XmlUnknownElement, {Shown(name), m_open.back()}), line);
     }
     if (rule->once) {
         for (const CString& group : m_groups) {
@@ -198,9 +190,9 @@ void SetupDescriptionReader::ReadSetup(XmlValues& values)
             HostSentence(HostText::XmlNewerVersion, {NumberText(version), NumberText(DESCRIPTION_VERSION)}));
     }
     m_setup.strCode = values.TakeGuid(L"code");
-    m_setup.strName = values.TakeText(L"name", 200);
-    m_setup.strMaker = values.TakeText(L"maker", 200);
-    m_setup.strProductVersion = values.TakeText(L"productVersion", 50);
+    m_setup.strName = values.TakeText(L"name", NAME_LIMIT);
+    m_setup.strMaker = values.TakeText(L"maker", NAME_LIMIT);
+    m_setup.strProductVersion = values.TakeText(L"productVersion", VERSION_LIMIT);
 }
 
 void SetupDescriptionReader::ReadResources(XmlValues& values)
@@ -220,7 +212,7 @@ void SetupDescriptionReader::ReadLink(XmlValues& values)
 
 void SetupDescriptionReader::ReadStep(XmlValues& values)
 {
-    m_setup.strStep = values.TakeText(L"text", 200);
+    m_setup.strStep = values.TakeText(L"text", NAME_LIMIT);
 }
 
 void SetupDescriptionReader::ReadLanguages(XmlValues& values)
@@ -261,7 +253,7 @@ void SetupDescriptionReader::ReadPage(XmlValues& values)
     if (!IsExportName(page.strName)) {
         values.Fail(HostSentence(HostText::ValueNotChoice, {L"name", page.strName, L"letters and digits"}));
     }
-    page.strHelpFile = values.TakeOptionalText(L"help", 200);
+    page.strHelpFile = values.TakeOptionalText(L"help", NAME_LIMIT);
     if (!page.strHelpFile.IsEmpty() && !IsSafeRelativePath(page.strHelpFile)) {
         values.Fail(HostSentence(HostText::ValueNotRelative, {L"help", page.strHelpFile}));
     }
@@ -281,15 +273,24 @@ void SetupDescriptionReader::ReadPlatform(XmlValues& values)
     m_setup.platforms.push_back(platform);
 }
 
+// A deployment's file holds no more of them.
+void SetupDescriptionReader::CountProduct(XmlValues& values)
+{
+    if (++m_productCount > PRODUCT_LIMIT) {
+        values.Fail(HostSentence(HostText::XmlTooMany, {L"Product", NumberText(PRODUCT_LIMIT)}));
+    }
+}
+
 void SetupDescriptionReader::ReadProduct(XmlValues& values)
 {
     ProductDescription product;
-    product.strName = values.TakeText(L"name", 200);
+    product.strName = values.TakeText(L"name", NAME_LIMIT);
     product.strFolder = values.TakeRelativePath(L"folder", true);
-    product.strCatalogKey = values.TakeOptionalText(L"catalogKey", 200);
+    product.strCatalogKey = values.TakeOptionalText(L"catalogKey", NAME_LIMIT);
     product.kind = values.TakeOptionalNumber(L"kind", 0, 1000000, 0);
     product.bCarrier1 = values.TakeOptionalNumber(L"carrier1", 0, 1, 0) == 1;
     product.bCarrier2 = values.TakeOptionalNumber(L"carrier2", 0, 1, 0) == 1;
+    CountProduct(values);
     if (!IsFull(m_setup.products, L"Product", values)) {
         m_setup.products.push_back(product);
     }
@@ -298,10 +299,11 @@ void SetupDescriptionReader::ReadProduct(XmlValues& values)
 void SetupDescriptionReader::ReadLanguagePack(XmlValues& values)
 {
     ProductDescription pack;
-    pack.strName = values.TakeText(L"name", 200);
+    pack.strName = values.TakeText(L"name", NAME_LIMIT);
     pack.strFolder = values.TakeRelativePath(L"folder", true);
     pack.strLanguage = values.TakeLocale(L"language");
-    pack.strCatalogKey = values.TakeOptionalText(L"catalogKey", 200);
+    pack.strCatalogKey = values.TakeOptionalText(L"catalogKey", NAME_LIMIT);
+    CountProduct(values);
     std::vector<ProductDescription>& packs = m_setup.products.back().languagePacks;
     if (!IsFull(packs, L"LanguagePack", values)) {
         packs.push_back(pack);
@@ -314,7 +316,7 @@ void SetupDescriptionReader::ReadPackage(XmlValues& values)
     package.platform = values.TakeNumber(L"platform", PLATFORM_FIRST, PLATFORM_LAST);
     package.strFile = values.TakeFileName(L"file");
     package.strProductCode = values.TakeGuid(L"productCode");
-    package.strVersion = values.TakeText(L"version", 50);
+    package.strVersion = values.TakeText(L"version", VERSION_LIMIT);
     if (package.strFile.Right(4).CompareNoCase(L".msi") != 0) {
         values.Fail(
             HostSentence(HostText::ValueNotChoice, {L"file", package.strFile, L"names ending in .msi"}));

@@ -12,6 +12,7 @@ struct PackageDescription
     CString strFile;
     CString strProductCode; // with braces, upper case
     CString strVersion;
+    bool operator==(const PackageDescription&) const = default;
 };
 
 // A product or a language pack; a pack has a language and no packs of its own.
@@ -29,18 +30,21 @@ struct ProductDescription
 
     // Null when the product doesn't exist for the platform.
     const PackageDescription* FindPackage(int platform) const;
+    bool operator==(const ProductDescription&) const = default;
 };
 
 struct PlatformDescription
 {
     int id = 0;
     CString strFolder; // of that platform's packages; may be empty
+    bool operator==(const PlatformDescription&) const = default;
 };
 
 struct PageDescription
 {
     CString strName;
     CString strHelpFile;
+    bool operator==(const PageDescription&) const = default;
 };
 
 struct SetupDescription
@@ -60,6 +64,7 @@ struct SetupDescription
     std::vector<ProductDescription> products;
 
     const PlatformDescription* FindPlatform(int id) const;
+    bool operator==(const SetupDescription&) const = default;
 };
 
 // "x64\Zolt\" for a product of a platform, relative to the media's root; empty when both folders are.
@@ -89,6 +94,7 @@ private:
     void ReadFlow(XmlValues& values);
     void ReadPage(XmlValues& values);
     void ReadPlatform(XmlValues& values);
+    void CountProduct(XmlValues& values);
     void ReadProduct(XmlValues& values);
     void ReadLanguagePack(XmlValues& values);
     void ReadPackage(XmlValues& values);
@@ -98,9 +104,9 @@ private:
 
     SetupDescription m_setup;
     XmlFault m_fault;
-    std::vector<CString> m_open;   // names of the elements that are open
-    std::vector<CString> m_groups; // elements seen that may stand once
-    int m_line = 0;
+    std::vector<CString> m_open;    // names of the elements that are open
+    std::vector<CString> m_groups;  // elements seen that may stand once
+    std::size_t m_productCount = 0; // language packs included
 };
 
 // The text of a Setup.xml that reads back as the description.

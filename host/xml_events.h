@@ -35,11 +35,6 @@ protected:
     ~IXmlEvents() = default;
 };
 
-constexpr std::size_t XML_BYTES_LIMIT = 24u
-                                        << 20; // of ours the largest names tens of thousands of added files
-constexpr int XML_DEPTH_LIMIT = 16;
-constexpr int XML_TEXT_LIMIT = 1 << 20; // units of one attribute
-
 // Feeds the document to the rules. DTDs are refused, names with a prefix are told as they stand. The fault is that
-// of the parser (not well-formed, too large, too deep) or that of the rules.
+// of the first look (xml_scan.h), of the parser or of the rules.
 [[nodiscard]] XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events);

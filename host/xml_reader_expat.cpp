@@ -16,7 +16,6 @@ struct Feed
     XML_Parser parser;
     IXmlEvents& events;
     XmlFault fault;
-    int depth = 0;
 
     int Line() const { return static_cast<int>(XML_GetCurrentLineNumber(parser)); }
     void Stop() { XML_StopParser(parser, XML_FALSE); }
@@ -38,10 +37,6 @@ void OnStart(void* user, const char* name, const char** attributes)
     if (feed.fault || feed.events.GetFault()) {
         return;
     }
-    if (++feed.depth > XML_DEPTH_LIMIT) {
-        feed.Fail(HostSentence(HostText::XmlTooDeep, {NumberText(XML_DEPTH_LIMIT)}));
-        return;
-    }
     std::vector<XmlAttribute> list;
     for (; *attributes; attributes += 2) {
         list.push_back({Wide(attributes[0]), Wide(attributes[1])});
@@ -57,7 +52,6 @@ void OnEnd(void* user, const char*)
     if (feed.fault || feed.events.GetFault()) {
         return;
     }
-    --feed.depth;
     if (!feed.events.OnElementEnd()) {
         feed.Stop();
     }
@@ -81,13 +75,11 @@ void OnDoctype(void* user, const char*, const char*, const char*, int)
 
 XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events)
 {
-    if (length > XML_BYTES_LIMIT) {
-        return {HostSentence(HostText::XmlTooLarge, {NumberText(XML_BYTES_LIMIT)}), 0};
-    }
-    if (XmlFault fault = CheckXmlMarkup(bytes, length)) {
+    const std::string_view document(bytes, length);
+    if (XmlFault fault = CheckXmlMarkup(document)) {
         return fault;
     }
-    if (!IsUtf8(bytes, length)) {
+    if (!IsUtf8(document)) {
         return {HostSentence(HostText::XmlMalformed, {L"it is not UTF-8"}), 0};
     }
     const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> parser(XML_ParserCreate(nullptr),

@@ -1,4 +1,4 @@
-// The front end of Windows builds: XmlLite, with document type declarations prohibited and depth limited.
+// The front end of Windows builds: XmlLite, with document type declarations prohibited.
 #include "host/xml_events.h"
 
 #include "host/host_messages.h"
@@ -10,7 +10,7 @@
 #include <shlwapi.h>
 #include <xmllite.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <cwchar>
 #include <memory>
 #include <string>
@@ -31,46 +31,143 @@ CString ResultText(HRESULT result)
     return text;
 }
 
-// The parser is given plain ASCII and the letters beyond travel through it as `4E2D; (and the mark itself as `60;):
-// some versions of XmlLite break a UTF-8 sequence that crosses the end of their buffer, stop behind the first buffer
-// of UTF-16, and cut character references to 16 bits.
+// The parser is given plain ASCII. Each unit of the letters beyond travels through it as a mark and three digits, the
+// mark itself as two marks, also where the author wrote them as character references: some versions of XmlLite break a
+// UTF-8 sequence that crosses the end of their buffer, stop behind the first buffer of UTF-16, cut references to 16 bits
+// and make blanks of references to line ends.
 constexpr wchar_t TRAVEL_MARK = L'`';
+constexpr std::uint32_t BYTE_ORDER_MARK = 0xFEFF;
+constexpr char DIGITS[] = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz-_";
+constexpr UINT DIGITS_OF_UNIT = 3;
 
-std::string PackLetters(const char* bytes, std::size_t length)
+bool MustTravel(std::uint32_t letter)
 {
-    const CString text = TextFromUtf8(bytes, length);
+    return letter >= 0x80 || letter == TRAVEL_MARK || letter == '\t' || letter == '\n' || letter == '\r';
+}
+
+// -1 for any other unit.
+int HexDigit(int unit)
+{
+    return unit >= '0' && unit <= '9'   ? unit - '0'
+           : unit >= 'A' && unit <= 'F' ? unit - 'A' + 10
+           : unit >= 'a' && unit <= 'f' ? unit - 'a' + 10
+                                        : -1;
+}
+
+// The bytes of `&#nn;` or `&#xnn;` and the letter that it stands for; 0 for anything else, which is the parser's to judge.
+std::size_t ReadReference(std::string_view text, std::size_t start, std::uint32_t& letter)
+{
+    if (text.substr(start, 2) != "&#") {
+        return 0;
+    }
+    const bool hex = text.substr(start + 2, 1) == "x";
+    const int base = hex ? 16 : 10;
+    const std::size_t first = start + (hex ? 3 : 2);
+    std::uint32_t number = 0;
+    std::size_t place = first;
+    for (; place < text.size() && number <= 0x10FFFF; ++place) {
+        const int digit = HexDigit(text[place]);
+        if (digit < 0 || digit >= base) {
+            break;
+        }
+        number = number * static_cast<std::uint32_t>(base) + static_cast<std::uint32_t>(digit);
+    }
+    const bool surrogate = number >= 0xD800 && number < 0xE000;
+    if (place == first || text.substr(place, 1) != ";" || surrogate || number > 0x10FFFF) {
+        return 0;
+    }
+    letter = number;
+    return place + 1 - start;
+}
+
+void AppendPacked(std::string& ascii, std::uint32_t unit)
+{
+    const char packed[] = {static_cast<char>(TRAVEL_MARK), DIGITS[unit >> 12], DIGITS[(unit >> 6) & 0x3F],
+                           DIGITS[unit & 0x3F]};
+    ascii.append(packed, sizeof packed);
+}
+
+wchar_t UnpackUnit(const wchar_t* digits)
+{
+    unsigned int unit = 0;
+    for (UINT index = 0; index < DIGITS_OF_UNIT; ++index) {
+        const wchar_t digit = digits[index];
+        const int value = digit >= L'a'   ? digit - L'a' + 36
+                          : digit == L'_' ? 63
+                          : digit >= L'A' ? digit - L'A' + 10
+                          : digit == L'-' ? 62
+                                          : digit - L'0';
+        unit = unit << 6 | static_cast<unsigned int>(value);
+    }
+    return static_cast<wchar_t>(unit);
+}
+
+void AppendLetter(std::string& ascii, std::uint32_t letter)
+{
+    if (letter == TRAVEL_MARK) {
+        ascii.append(2, static_cast<char>(TRAVEL_MARK));
+    } else if (letter < 0x10000) {
+        AppendPacked(ascii, letter);
+    } else {
+        AppendPacked(ascii, 0xD800 + ((letter - 0x10000) >> 10));
+        AppendPacked(ascii, 0xDC00 + (letter & 0x3FF));
+    }
+}
+
+// Comments don't travel: some versions of XmlLite go on reading where a long one stood before their buffer grew. Their
+// line ends do, so that the lines keep their numbers.
+std::string PackLetters(std::string_view text, const std::vector<XmlRange>& comments)
+{
     std::string ascii;
-    ascii.reserve(length);
-    for (int index = text[0] == 0xFEFF ? 1 : 0; index < text.GetLength(); ++index) {
-        const wchar_t unit = text[index];
-        if (unit < 0x80 && unit != TRAVEL_MARK) {
-            ascii += static_cast<char>(unit);
+    ascii.reserve(text.size());
+    auto comment = comments.begin();
+    for (std::size_t place = 0; place < text.size();) {
+        if (comment != comments.end() && place == comment->start) {
+            const std::string_view hidden = text.substr(place, comment->end - place);
+            ascii.append(static_cast<std::size_t>(std::count(hidden.begin(), hidden.end(), '\n')), '\n');
+            place = comment++->end;
             continue;
         }
-        char packed[8] = {};
-        std::snprintf(packed, sizeof packed, "`%X;", static_cast<unsigned>(unit));
-        ascii += packed;
+        std::uint32_t letter = 0;
+        std::size_t length = text[place] == '&' ? ReadReference(text, place, letter) : 0;
+        if (length > 0 && MustTravel(letter)) {
+            AppendLetter(ascii, letter);
+            place += length;
+            continue;
+        }
+        length = ReadUtf8Letter(text, place, letter);
+        if (letter < 0x80 && letter != TRAVEL_MARK) {
+            ascii += text[place];
+        } else if (letter != BYTE_ORDER_MARK || place > 0) {
+            AppendLetter(ascii, letter);
+        }
+        place += length;
     }
     return ascii;
 }
 
-CString UnpackLetters(const wchar_t* packed)
+CString UnpackLetters(const wchar_t* packed, UINT length)
 {
+    if (!packed || !std::wmemchr(packed, TRAVEL_MARK, length)) {
+        return CString(packed, static_cast<int>(length));
+    }
     CString text;
-    for (const wchar_t* next = packed; next && *next != 0; ++next) {
-        if (*next != TRAVEL_MARK) {
-            text += *next;
+    wchar_t* units = text.GetBuffer(static_cast<int>(length));
+    int count = 0;
+    for (UINT index = 0; index < length; ++index) {
+        if (packed[index] != TRAVEL_MARK) {
+            units[count++] = packed[index];
             continue;
         }
-        wchar_t* end = nullptr;
-        const wchar_t unit = static_cast<wchar_t>(std::wcstoul(next + 1, &end, 16));
-        if (*end == L';' && end > next + 1) {
-            text += unit;
-            next = end;
-        } else {
-            text += *next; // the author's own, written as &#96;
+        ++index;
+        if (packed[index] == TRAVEL_MARK) {
+            units[count++] = TRAVEL_MARK;
+        } else if (index + DIGITS_OF_UNIT <= length) {
+            units[count++] = UnpackUnit(packed + index);
+            index += DIGITS_OF_UNIT - 1;
         }
     }
+    text.ReleaseBuffer(count);
     return text;
 }
 
@@ -101,12 +198,9 @@ private:
 
     XmlFault Malformed(HRESULT result)
     {
-        const HostText id = result == static_cast<HRESULT>(WC_E_DTDPROHIBITED)     ? HostText::XmlDtd
-                            : result == static_cast<HRESULT>(SC_E_MAXELEMENTDEPTH) ? HostText::XmlTooDeep
-                                                                                   : HostText::XmlMalformed;
-        const CString argument =
-            id == HostText::XmlTooDeep ? NumberText(XML_DEPTH_LIMIT) : ResultText(result);
-        return {HostSentence(id, {argument}), Line()};
+        const HostText id =
+            result == static_cast<HRESULT>(WC_E_DTDPROHIBITED) ? HostText::XmlDtd : HostText::XmlMalformed;
+        return {HostSentence(id, {ResultText(result)}), Line()};
     }
 
     // Not every version of XmlLite reports a document that ends too early, or that has no element at all.
@@ -128,8 +222,9 @@ private:
     CString Value()
     {
         const wchar_t* value = nullptr;
-        m_reader.GetValue(&value, nullptr);
-        return UnpackLetters(value);
+        UINT length = 0;
+        m_reader.GetValue(&value, &length);
+        return UnpackLetters(value, length);
     }
 
     bool OnNode(XmlNodeType type)
@@ -156,10 +251,7 @@ private:
         const CString name = Name();
         const bool empty = m_reader.IsEmptyElement();
         m_rootSeen = true;
-        if (++m_depth > XML_DEPTH_LIMIT) {
-            m_fault = {HostSentence(HostText::XmlTooDeep, {NumberText(XML_DEPTH_LIMIT)}), line};
-            return false;
-        }
+        ++m_depth;
         std::vector<XmlAttribute> attributes;
         for (HRESULT more = m_reader.MoveToFirstAttribute(); more == S_OK;
              more = m_reader.MoveToNextAttribute()) {
@@ -192,11 +284,13 @@ private:
 
 XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events)
 {
-    if (length > XML_BYTES_LIMIT) {
-        return {HostSentence(HostText::XmlTooLarge, {NumberText(XML_BYTES_LIMIT)}), 0};
-    }
-    if (XmlFault fault = CheckXmlMarkup(bytes, length)) {
+    const std::string_view document(bytes, length);
+    std::vector<XmlRange> comments;
+    if (XmlFault fault = CheckXmlMarkup(document, &comments)) {
         return fault;
+    }
+    if (!IsUtf8(document)) {
+        return {HostSentence(HostText::XmlMalformed, {L"it is not UTF-8"}), 0};
     }
     void* made = nullptr;
     const HRESULT result = CreateXmlReader(__uuidof(IXmlReader), &made, nullptr);
@@ -205,12 +299,7 @@ XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events)
     }
     const Owner<IXmlReader> reader(static_cast<IXmlReader*>(made));
     reader->SetProperty(XmlReaderProperty_DtdProcessing, DtdProcessing_Prohibit);
-    // One more than ours, so that our own message comes first; not every XmlLite knows the property.
-    reader->SetProperty(XmlReaderProperty_MaxElementDepth, XML_DEPTH_LIMIT + 1);
-    if (!IsUtf8(bytes, length)) {
-        return {HostSentence(HostText::XmlMalformed, {L"it is not UTF-8"}), 0};
-    }
-    const std::string ascii = PackLetters(bytes, length);
+    const std::string ascii = PackLetters(document, comments);
     const Owner<IStream> stream(
         SHCreateMemStream(reinterpret_cast<const BYTE*>(ascii.data()), static_cast<UINT>(ascii.size())));
     if (!stream || FAILED(reader->SetInput(stream.get()))) {

@@ -1,52 +1,75 @@
 #include "host/xml_scan.h"
 
 #include "host/host_messages.h"
+#include "host/xml_limits.h"
 
 #include <algorithm>
-#include <string_view>
 
 namespace {
 
 class MarkupScan
 {
 public:
-    explicit MarkupScan(std::string_view text) : m_text(text) {}
+    MarkupScan(std::string_view text, std::vector<XmlRange>* comments) : m_text(text), m_comments(comments) {}
 
     XmlFault Run()
     {
         if (m_text.find('\0') != m_text.npos) {
             return Malformed(0, L"it holds a zero byte; it is not UTF-8");
         }
-        while ((m_place = m_text.find('<', m_place)) != m_text.npos) {
-            const std::size_t start = m_place;
-            if (StartsWith("<!--")) {
-                Skip("-->", 4);
-            } else if (StartsWith("<![CDATA[")) {
-                Skip("]]>", 9);
-            } else if (StartsWith("<?")) {
-                Skip("?>", 2);
-                if (m_complete && m_text.substr(start, 5) == "<?xml" &&
-                    NamesOtherEncoding(m_text.substr(start, m_place - start))) {
-                    return Malformed(start, L"its encoding is not UTF-8");
-                }
-            } else if (StartsWith("<!")) {
-                return {HostSentence(HostText::XmlDtd), LineOf(start)};
-            } else {
-                SkipTag();
-            }
-            if (m_depth < 0) {
-                return Malformed(start, L"an element ends that did not begin");
-            }
-            if (m_place == m_text.npos) {
+        while (!m_fault && m_complete) {
+            const std::size_t textStart = m_place;
+            m_place = std::min(m_text.find('<', m_place), m_text.size());
+            CheckLength(textStart, m_place, XML_TEXT_LIMIT, L"A text");
+            if (m_fault || m_place == m_text.size()) {
                 break;
             }
+            const std::size_t start = m_place;
+            ScanPiece();
+            CheckCounts(start);
         }
-        const bool complete = m_complete && m_depth == 0 && m_rootSeen;
-        const std::size_t last = m_text.find_last_not_of(" \t\r\n");
-        return complete ? XmlFault() : Malformed(last == m_text.npos ? 0 : last, L"the file ends too early");
+        if (!m_fault && !(m_complete && m_depth == 0 && m_rootSeen)) {
+            const std::size_t last = m_text.find_last_not_of(" \t\r\n");
+            Fail(last == m_text.npos ? 0 : last, MalformedText(L"the file ends too early"));
+        }
+        return m_fault;
     }
 
 private:
+    // From "<" to behind the end of what it starts.
+    void ScanPiece()
+    {
+        const std::size_t start = m_place;
+        if (StartsWith("<!--")) {
+            ScanComment();
+        } else if (StartsWith("<![CDATA[")) {
+            Skip("]]>", 9);
+            CheckLength(start, m_place, XML_TEXT_LIMIT, L"A CDATA section");
+        } else if (StartsWith("<?")) {
+            Skip("?>", 2);
+            CheckLength(start, m_place, XML_TEXT_LIMIT, L"A processing instruction");
+            const std::string_view instruction = m_text.substr(start, m_place - start);
+            if (m_complete && instruction.substr(0, 5) == "<?xml" && NamesOtherEncoding(instruction)) {
+                Fail(start, MalformedText(L"its encoding is not UTF-8"));
+            }
+        } else if (StartsWith("<!")) {
+            Fail(start, HostSentence(HostText::XmlDtd));
+        } else {
+            ScanTag();
+        }
+    }
+
+    void CheckCounts(std::size_t start)
+    {
+        if (m_depth < 0) {
+            Fail(start, MalformedText(L"an element ends that did not begin"));
+        } else if (m_depth > XML_DEPTH_LIMIT) {
+            Fail(start, HostSentence(HostText::XmlTooDeep, {NumberText(XML_DEPTH_LIMIT)}));
+        } else if (m_text.substr(start, 2) != "</" && ++m_pieces > XML_PIECES_LIMIT) {
+            Fail(start, HostSentence(HostText::XmlTooManyPieces, {NumberText(XML_PIECES_LIMIT)}));
+        }
+    }
+
     // A declaration that names another encoding than UTF-8.
     static bool NamesOtherEncoding(std::string_view declaration)
     {
@@ -67,41 +90,84 @@ private:
     {
         const std::size_t found = m_text.find(end, m_place + from);
         m_complete = found != m_text.npos;
-        m_place = m_complete ? found + end.size() : m_text.npos;
+        m_place = m_complete ? found + end.size() : m_text.size();
     }
 
-    void SkipTag()
+    void ScanComment()
     {
-        const bool closing = StartsWith("</");
-        char quote = 0;
-        std::size_t end = m_place + 1;
-        for (; end < m_text.size() && (quote != 0 || m_text[end] != '>'); ++end) {
-            const char byte = m_text[end];
-            if (quote != 0) {
-                quote = byte == quote ? char{0} : quote;
-            } else if (byte == '"' || byte == '\'') {
-                quote = byte;
-            }
+        const std::size_t start = m_place;
+        Skip("--", 4);
+        if (m_complete && m_place < m_text.size() && m_text[m_place] != '>') {
+            Fail(m_place, MalformedText(L"two hyphens stand inside a comment"));
         }
+        m_complete = m_complete && m_place < m_text.size();
+        m_place = std::min(m_place + 1, m_text.size());
+        CheckLength(start, m_place, XML_COMMENT_LIMIT, L"A comment");
+        if (m_comments && !m_fault) {
+            m_comments->push_back({start, m_place});
+        }
+    }
+
+    void ScanTag()
+    {
+        const std::size_t start = m_place;
+        const bool closing = StartsWith("</");
+        std::size_t attributes = 0;
+        std::size_t valueBytes = 0;
+        std::size_t end = m_place + 1;
+        for (; end < m_text.size() && m_text[end] != '>' && !m_fault; ++end) {
+            if (m_text[end] != '"' && m_text[end] != '\'') {
+                continue;
+            }
+            const std::size_t close = std::min(m_text.find(m_text[end], end + 1), m_text.size());
+            CheckLength(end, close, XML_TEXT_LIMIT, L"The value of an attribute");
+            if (++attributes > XML_ATTRIBUTES_LIMIT) {
+                Fail(end, HostSentence(HostText::XmlTooManyAttributes, {NumberText(XML_ATTRIBUTES_LIMIT)}));
+            }
+            valueBytes += close - end;
+            end = std::min(close, m_text.size() - 1);
+        }
+        CheckLength(start + valueBytes, end, XML_TAG_LIMIT, L"A tag without its values");
         m_complete = end < m_text.size();
         m_rootSeen = true;
         m_depth += closing ? -1 : (m_complete && m_text[end - 1] == '/' ? 0 : 1);
-        m_place = m_complete ? end + 1 : m_text.npos;
+        m_place = m_complete ? end + 1 : m_text.size();
     }
 
-    int LineOf(std::size_t place) const
+    void CheckLength(std::size_t start, std::size_t end, std::size_t limit, const wchar_t* what)
     {
-        return 1 + static_cast<int>(
-                       std::count(m_text.begin(), m_text.begin() + static_cast<std::ptrdiff_t>(place), '\n'));
+        if (end - start > limit) {
+            Fail(start,
+                 HostSentence(HostText::XmlTooLong, {what, NumberText(static_cast<long long>(limit))}));
+        }
     }
 
-    XmlFault Malformed(std::size_t place, const wchar_t* reason) const
+    static CString MalformedText(const wchar_t* reason)
     {
-        return {HostSentence(HostText::XmlMalformed, {reason}), LineOf(place)};
+        return HostSentence(HostText::XmlMalformed, {reason});
+    }
+
+    // Keeps the first.
+    void Fail(std::size_t place, const CString& message)
+    {
+        if (!m_fault) {
+            const auto lines =
+                std::count(m_text.begin(), m_text.begin() + static_cast<std::ptrdiff_t>(place), '\n');
+            m_fault = {message, 1 + static_cast<int>(lines)};
+        }
+    }
+
+    XmlFault Malformed(std::size_t place, const wchar_t* reason)
+    {
+        Fail(place, MalformedText(reason));
+        return m_fault;
     }
 
     std::string_view m_text;
+    std::vector<XmlRange>* m_comments;
+    XmlFault m_fault;
     std::size_t m_place = 0;
+    std::size_t m_pieces = 0;
     int m_depth = 0;
     bool m_rootSeen = false;
     bool m_complete = true;
@@ -109,24 +175,48 @@ private:
 
 } // namespace
 
-XmlFault CheckXmlMarkup(const char* bytes, std::size_t length)
+XmlFault CheckXmlMarkup(std::string_view document, std::vector<XmlRange>* comments)
 {
-    return MarkupScan(std::string_view(bytes, length)).Run();
+    if (document.size() > XML_BYTES_LIMIT) {
+        return {HostSentence(HostText::XmlTooLarge, {NumberText(XML_BYTES_LIMIT)}), 0};
+    }
+    return MarkupScan(document, comments).Run();
 }
 
-bool IsUtf8(const char* bytes, std::size_t length)
+std::size_t ReadUtf8Letter(std::string_view text, std::size_t place, std::uint32_t& letter)
 {
-    const std::string_view rest(bytes, length);
-    constexpr std::string_view REPLACEMENT = "\xEF\xBF\xBD";
-    const CString text = TextFromUtf8(bytes, length);
-    // What the decoding replaced was no UTF-8; what the author wrote as the replacement character was.
-    int replaced = 0;
-    for (int index = 0; index < text.GetLength(); ++index) {
-        replaced += text[index] == 0xFFFD;
+    const auto byteAt = [&](std::size_t index) {
+        return index < text.size() ? static_cast<std::uint32_t>(static_cast<unsigned char>(text[index])) : 0u;
+    };
+    const std::uint32_t first = byteAt(place);
+    if (first < 0x80) {
+        letter = first;
+        return 1;
     }
-    for (std::size_t place = 0; (place = rest.find(REPLACEMENT, place)) != rest.npos;
-         place += REPLACEMENT.size()) {
-        --replaced;
+    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    letter = first & (0xFFu >> (length + 1));
+    for (std::size_t index = 1; index < length; ++index) {
+        const std::uint32_t byte = byteAt(place + index);
+        if ((byte & 0xC0) != 0x80) {
+            return 0;
+        }
+        letter = (letter << 6) | (byte & 0x3F);
     }
-    return replaced == 0;
+    constexpr std::uint32_t LEAST[] = {0, 0, 0x80, 0x800, 0x10000}; // shorter forms are the only ones
+    const bool surrogate = letter >= 0xD800 && letter < 0xE000;
+    const bool valid = first >= 0xC0 && first < 0xF8 && letter >= LEAST[length] && letter <= 0x10FFFF;
+    return valid && !surrogate ? length : 0;
+}
+
+bool IsUtf8(std::string_view text)
+{
+    std::uint32_t letter = 0;
+    for (std::size_t place = 0; place < text.size();) {
+        const std::size_t length = ReadUtf8Letter(text, place, letter);
+        if (length == 0) {
+            return false;
+        }
+        place += length;
+    }
+    return true;
 }

@@ -1,5 +1,7 @@
 #include "host/xml_text.h"
 
+#include <algorithm>
+
 namespace {
 
 bool IsHighSurrogate(wchar_t unit)
@@ -72,6 +74,20 @@ bool CanStandInAttribute(const CString& value)
         }
     }
     return true;
+}
+
+CString WithoutSpecialUnits(const CString& value)
+{
+    if (CanStandInAttribute(value)) {
+        return value;
+    }
+    CString clean = value;
+    for (int index = 0; index < value.GetLength(); ++index) {
+        if (IsSpecialUnit(value, index)) {
+            clean.SetAt(index, L' ');
+        }
+    }
+    return clean;
 }
 
 CString EscapeUnits(const CString& value)
@@ -151,14 +167,16 @@ void XmlText::AddAttribute(const wchar_t* name, const CString& value)
     m_text += L"\"";
 }
 
-void XmlText::AddAnyValue(const wchar_t* name, const CString& value)
+void XmlText::AddAnyValues(std::initializer_list<std::pair<const wchar_t*, CString>> values)
 {
-    if (CanStandInAttribute(value)) {
-        AddAttribute(name, value);
-        return;
+    const bool plain = std::all_of(values.begin(), values.end(),
+                                   [](const auto& value) { return CanStandInAttribute(value.second); });
+    for (const auto& [name, value] : values) {
+        AddAttribute(name, plain ? value : EscapeUnits(value));
     }
-    AddAttribute(name, EscapeUnits(value));
-    AddAttribute(L"escaped", L"1");
+    if (!plain) {
+        AddAttribute(L"escaped", L"1");
+    }
 }
 
 void XmlText::CloseElement()

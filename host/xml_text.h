@@ -5,6 +5,8 @@
 
 #include "window/string.h"
 
+#include <initializer_list>
+#include <utility>
 #include <vector>
 
 class XmlText
@@ -13,9 +15,10 @@ public:
     XmlText();
     void OpenElement(const wchar_t* name); // attributes may follow
     void AddAttribute(const wchar_t* name, const CString& value);
-    // A value that can hold any units: those that XML can't carry travel as \uXXXX, marked by the attribute
-    // `escaped`, which ReadAnyValue understands.
-    void AddAnyValue(const wchar_t* name, const CString& value);
+    // Values that can hold any units: when one of them has units that XML can't carry, all of them travel with those as
+    // \uXXXX, marked by the element's attribute `escaped`, which XmlValues::TakeAnyValue understands.
+    void AddAnyValues(std::initializer_list<std::pair<const wchar_t*, CString>> values);
+    void AddAnyValue(const wchar_t* name, const CString& value) { AddAnyValues({{name, value}}); }
     void CloseElement();
     const CString& GetText() const { return m_text; }
 
@@ -30,6 +33,8 @@ private:
 
 // True when the value reads back unchanged from an attribute: no controls, no unpaired surrogates.
 [[nodiscard]] bool CanStandInAttribute(const CString& value);
+// Each of those units as a blank.
+[[nodiscard]] CString WithoutSpecialUnits(const CString& value);
 [[nodiscard]] CString EscapeUnits(const CString& value);
 // False when a backslash isn't followed by what EscapeUnits writes.
 [[nodiscard]] bool UnescapeUnits(const CString& escaped, CString& value);

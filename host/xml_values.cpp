@@ -1,8 +1,12 @@
 #include "host/xml_values.h"
 
 #include "host/host_messages.h"
+#include "host/xml_limits.h"
 #include "host/xml_text.h"
 #include "window/character.h"
+
+#include <algorithm>
+#include <set>
 
 namespace {
 
@@ -136,15 +140,21 @@ bool IsSafeRelativePath(const CString& path)
     }
 }
 
+CString Shown(const CString& value)
+{
+    constexpr int SHOWN_LIMIT = 200;
+    const CString shown = WithoutSpecialUnits(value.Left(SHOWN_LIMIT));
+    return value.GetLength() > SHOWN_LIMIT ? shown + L"..." : shown;
+}
+
 XmlValues::XmlValues(const CString& element, const std::vector<XmlAttribute>& attributes, int line)
     : m_element(element), m_attributes(attributes), m_taken(attributes.size())
 {
     m_fault.line = line;
-    for (std::size_t index = 0; index < attributes.size(); ++index) {
-        for (std::size_t other = 0; other < index; ++other) {
-            if (attributes[index].name == attributes[other].name) {
-                Fail(HostSentence(HostText::XmlRepeatedAttribute, {attributes[index].name, element}));
-            }
+    std::set<CString> names;
+    for (const XmlAttribute& attribute : attributes) {
+        if (!names.insert(attribute.name).second) {
+            Fail(HostSentence(HostText::XmlRepeatedAttribute, {Shown(attribute.name), element}));
         }
     }
 }
@@ -154,6 +164,12 @@ void XmlValues::Fail(const CString& message)
     if (!m_fault) {
         m_fault.message = message;
     }
+}
+
+bool XmlValues::Has(const wchar_t* name) const
+{
+    return std::any_of(m_attributes.begin(), m_attributes.end(),
+                       [&](const XmlAttribute& attribute) { return attribute.name == name; });
 }
 
 const XmlAttribute* XmlValues::Take(const wchar_t* name)
@@ -177,39 +193,49 @@ CString XmlValues::TakeRequired(const wchar_t* name)
     return attribute->value;
 }
 
+void XmlValues::CheckLength(const wchar_t* name, const CString& value, int limit)
+{
+    if (value.GetLength() > limit) {
+        Fail(HostSentence(HostText::ValueTooLong, {name, NumberText(limit)}));
+    }
+}
+
 CString XmlValues::TakeText(const wchar_t* name, int limit)
 {
-    CString value = TakeRequired(name);
+    CString value = WithoutSpecialUnits(TakeRequired(name));
     CString trimmed = value;
     if (!m_fault && trimmed.Trim().IsEmpty()) {
         Fail(HostSentence(HostText::ValueEmpty, {name}));
     }
-    if (value.GetLength() > limit) {
-        Fail(HostSentence(HostText::ValueTooLong, {name, NumberText(limit)}));
-    }
+    CheckLength(name, value, limit);
     return value;
 }
 
 CString XmlValues::TakeOptionalText(const wchar_t* name, int limit)
 {
     const XmlAttribute* attribute = Take(name);
-    if (attribute && attribute->value.GetLength() > limit) {
-        Fail(HostSentence(HostText::ValueTooLong, {name, NumberText(limit)}));
-    }
-    return attribute ? attribute->value : CString();
+    const CString value = attribute ? WithoutSpecialUnits(attribute->value) : CString();
+    CheckLength(name, value, limit);
+    return value;
 }
 
-CString XmlValues::TakeAnyValue(const wchar_t* name)
+CString XmlValues::TakeAnyValue(const wchar_t* name, int limit)
 {
-    const CString value = TakeRequired(name);
-    if (TakeOptionalNumber(L"escaped", 0, 1, 0) == 0) {
-        return value;
+    CString value = TakeRequired(name);
+    if (TakeOptionalNumber(L"escaped", 0, 1, 0) == 1) {
+        CString plain;
+        if (!UnescapeUnits(value, plain)) {
+            Fail(HostSentence(HostText::ValueBadEscape, {name}));
+        }
+        value = plain;
     }
-    CString plain;
-    if (!UnescapeUnits(value, plain)) {
-        Fail(HostSentence(HostText::ValueBadEscape, {name}));
-    }
-    return plain;
+    CheckLength(name, value, limit);
+    return value;
+}
+
+CString XmlValues::TakeOptionalAnyValue(const wchar_t* name, int limit)
+{
+    return Has(name) ? TakeAnyValue(name, limit) : CString();
 }
 
 int XmlValues::TakeNumber(const wchar_t* name, int least, int most)
@@ -217,7 +243,8 @@ int XmlValues::TakeNumber(const wchar_t* name, int least, int most)
     const CString text = TakeRequired(name);
     int number = least;
     if (!ParseNumber(text, least, most, number)) {
-        Fail(HostSentence(HostText::ValueNotNumber, {name, text, NumberText(least), NumberText(most)}));
+        Fail(
+            HostSentence(HostText::ValueNotNumber, {name, Shown(text), NumberText(least), NumberText(most)}));
     }
     return number;
 }
@@ -232,7 +259,7 @@ CString XmlValues::TakeGuid(const wchar_t* name)
 {
     CString value = TakeRequired(name);
     if (!IsBracedGuid(value)) {
-        Fail(HostSentence(HostText::ValueNotGuid, {name, value}));
+        Fail(HostSentence(HostText::ValueNotGuid, {name, Shown(value)}));
     }
     return value.MakeUpper();
 }
@@ -241,7 +268,7 @@ CString XmlValues::TakeLocale(const wchar_t* name)
 {
     const CString value = TakeRequired(name);
     if (!IsLocaleName(value)) {
-        Fail(HostSentence(HostText::ValueNotLocale, {name, value}));
+        Fail(HostSentence(HostText::ValueNotLocale, {name, Shown(value)}));
     }
     return value;
 }
@@ -250,7 +277,7 @@ CString XmlValues::TakeRelativePath(const wchar_t* name, bool mayBeEmpty)
 {
     const CString value = TakeRequired(name);
     if (!(mayBeEmpty && value.IsEmpty()) && !IsSafeRelativePath(value)) {
-        Fail(HostSentence(HostText::ValueNotRelative, {name, value}));
+        Fail(HostSentence(HostText::ValueNotRelative, {name, Shown(value)}));
     }
     return value;
 }
@@ -259,8 +286,28 @@ CString XmlValues::TakeFileName(const wchar_t* name)
 {
     const CString value = TakeRequired(name);
     if (!IsSafeFileName(value)) {
-        Fail(HostSentence(HostText::ValueNotFileName, {name, value}));
+        Fail(HostSentence(HostText::ValueNotFileName, {name, Shown(value)}));
     }
+    return value;
+}
+
+CString XmlValues::TakeFolderName(const wchar_t* name, bool mayBeEmpty)
+{
+    const CString value = mayBeEmpty && !Has(name) ? CString() : TakeRequired(name);
+    const bool possible = IsSafeFileName(value) && CanStandInAttribute(value);
+    if (!(mayBeEmpty && value.IsEmpty()) && !possible) {
+        Fail(HostSentence(HostText::ValueNotFolderName, {name, Shown(value)}));
+    }
+    return value;
+}
+
+CString XmlValues::TakeOptionalPath(const wchar_t* name)
+{
+    const CString value = Has(name) ? TakeRequired(name) : CString();
+    if (!CanStandInAttribute(value)) {
+        Fail(HostSentence(HostText::ValueHoldsControl, {name, Shown(value)}));
+    }
+    CheckLength(name, value, FULL_PATH_LIMIT);
     return value;
 }
 
@@ -268,7 +315,7 @@ const XmlFault& XmlValues::Finish()
 {
     for (std::size_t index = 0; index < m_attributes.size(); ++index) {
         if (!m_taken[index]) {
-            Fail(HostSentence(HostText::XmlUnknownAttribute, {m_attributes[index].name, m_element}));
+            Fail(HostSentence(HostText::XmlUnknownAttribute, {Shown(m_attributes[index].name), m_element}));
         }
     }
     return m_fault;

@@ -4,7 +4,6 @@
 
 #include "host/xml_events.h"
 
-#include <initializer_list>
 #include <vector>
 
 class XmlValues
@@ -12,11 +11,13 @@ class XmlValues
 public:
     XmlValues(const CString& element, const std::vector<XmlAttribute>& attributes, int line);
 
-    // A required text of at most `limit` units, not blank.
-    CString TakeText(const wchar_t* name, int limit = 1000);
-    CString TakeOptionalText(const wchar_t* name, int limit = 1000);
-    // A value written with XmlText::AddAnyValue; may be empty.
-    CString TakeAnyValue(const wchar_t* name);
+    // A required text of at most `limit` units, not blank. It is shown and written in one line: a control character in
+    // it becomes a blank, as does half a surrogate pair.
+    CString TakeText(const wchar_t* name, int limit);
+    CString TakeOptionalText(const wchar_t* name, int limit);
+    // A value written with XmlText::AddAnyValue; may be empty. `limit`: units of the plain value.
+    CString TakeAnyValue(const wchar_t* name, int limit);
+    CString TakeOptionalAnyValue(const wchar_t* name, int limit);
     int TakeNumber(const wchar_t* name, int least, int most);
     int TakeOptionalNumber(const wchar_t* name, int least, int most, int otherwise);
     // {8-4-4-4-12}, given back in upper case.
@@ -25,13 +26,19 @@ public:
     // A path below the file's folder: relative, backslashes, no "." or "..", no reserved character or device name.
     CString TakeRelativePath(const wchar_t* name, bool mayBeEmpty);
     CString TakeFileName(const wchar_t* name);
+    // The name of a deployment's folder.
+    CString TakeFolderName(const wchar_t* name, bool mayBeEmpty);
+    // A full path; empty when there is none. Never one that a command couldn't hold in one line.
+    CString TakeOptionalPath(const wchar_t* name);
     // Notes a fault of the caller's own.
     void Fail(const CString& message);
     // To be called last: notes attributes that nobody took.
     const XmlFault& Finish();
 
 private:
+    bool Has(const wchar_t* name) const;
     const XmlAttribute* Take(const wchar_t* name);
+    void CheckLength(const wchar_t* name, const CString& value, int limit);
     CString TakeRequired(const wchar_t* name);
 
     const CString& m_element;
@@ -46,3 +53,5 @@ private:
 // True for a path that names a file or folder below its base on every Windows file system.
 [[nodiscard]] bool IsSafeRelativePath(const CString& path);
 [[nodiscard]] bool IsSafeFileName(const CString& name);
+// A foreign text as a message shows it: in one line and not at any length.
+[[nodiscard]] CString Shown(const CString& value);

@@ -1,6 +1,7 @@
 #include "host/deployment_file.h"
 #include "host/directory_rules.h"
 #include "host/setup_description.h"
+#include "host/xml_limits.h"
 #include "host/xml_text.h"
 #include "host/xml_values.h"
 #include "tests/support/text.h"
@@ -269,6 +270,13 @@ TEST(SetupXmlTest, ALongFileKeepsEveryLetter)
         ASSERT_FALSE(ReadSetup(text, &setup));
         EXPECT_EQ(Utf8(setup.strMaker), name);
     }
+}
+
+TEST(SetupXmlTest, AControlCharacterInANameIsReadAsABlank)
+{
+    SetupDescription setup;
+    ASSERT_FALSE(ReadSetup(With("name=\"Zolt 2027\" maker", "name=\"Zolt&#9;20&#10;27\" maker"), &setup));
+    EXPECT_EQ(setup.strName, CString(L"Zolt 20 27"));
 }
 
 TEST(SetupXmlTest, AHugeFileIsRefusedUnread)
