@@ -100,19 +100,13 @@ const CString* FindProperty(const PropertyStore& store, const CString& name)
 
 void StoreProperty(PropertyStore& store, const CString& name, const CString& value)
 {
-    for (auto property = store.begin(); property != store.end(); ++property) {
-        if (property->name == name) {
-            if (value.IsEmpty()) {
-                store.erase(property);
-            } else {
-                property->value = value;
-            }
+    for (StoredProperty& property : store) {
+        if (property.name == name) {
+            property.value = value;
             return;
         }
     }
-    if (!value.IsEmpty()) {
-        store.push_back({name, value});
-    }
+    store.push_back({name, value});
 }
 
 const StoredProduct* DeploymentFile::FindProduct(const CString& productCode) const

@@ -25,7 +25,8 @@ public:
     // The pages pass false for `flag`.
     virtual bool SetMsiProperty(const wchar_t* name, const wchar_t* value, bool flag) = 0;
 
-    // The product's own property table, kept apart from the installer database; same conventions.
+    // The product's own property table, kept apart from the installer database; same conventions, but an empty value
+    // is kept: GetProperty then gives it and returns true.
     virtual bool GetProperty(const wchar_t* name, wchar_t* buffer, int* size) = 0;
     virtual void SetProperty(const wchar_t* name, const wchar_t* value) = 0;
 

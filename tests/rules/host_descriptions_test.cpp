@@ -347,14 +347,6 @@ TEST(DeploymentFileTest, ACutOffFileIsRefused)
     }
 }
 
-TEST(DeploymentFileTest, AnEmptyValueRemovesTheStoredProperty)
-{
-    PropertyStore store;
-    StoreProperty(store, L"A", L"1");
-    StoreProperty(store, L"A", L"");
-    EXPECT_EQ(FindProperty(store, L"A"), nullptr);
-}
-
 TEST(DirectoryRulesTest, LongNamesOfTargetAndSourceAreTold)
 {
     EXPECT_EQ(TargetFolderName(L"SHORT|Long Name:SRC|Source Name"), CString(L"Long Name"));
