@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <mutex>
 
 namespace {
@@ -254,15 +255,28 @@ std::vector<StoredAddedFile> ProductObject::ReadAddedFiles() const
     return result == ERROR_SUCCESS ? files : std::vector<StoredAddedFile>();
 }
 
-// The database of a deployment has the names alone; pages and builds go by the paths.
+// The database of a deployment has the names alone; pages and builds go by the paths. One walk over the rows: a statement
+// for each file would search the whole table each time.
 void ProductObject::RestoreSources(const std::vector<StoredAddedFile>& files)
 {
+    std::map<CString, CString> sources;
     for (const StoredAddedFile& file : files) {
-        const unsigned int result =
-            RunStatement(m_database.get(),
-                         L"UPDATE `TarnCustomFile` SET `SourceFileName`=? WHERE `Component_`=? AND `Flags`=0",
-                         {file.source, file.component});
-        static_cast<void>(result); // with the name alone the build takes the deployment's own copy
+        sources[file.component] = file.source;
+    }
+    CInstallerHandle view;
+    if (sources.empty() ||
+        MsiDatabaseOpenViewW(m_database.get(),
+                             L"SELECT `Component_`,`SourceFileName` FROM `TarnCustomFile` WHERE `Flags`=0",
+                             view.put()) != ERROR_SUCCESS ||
+        MsiViewExecute(view.get(), 0) != ERROR_SUCCESS) {
+        return; // with the name alone the build takes the deployment's own copy
+    }
+    for (CInstallerHandle row; MsiViewFetch(view.get(), row.put()) == ERROR_SUCCESS;) {
+        const auto source = sources.find(RecordText(row.get(), 1));
+        if (source != sources.end()) {
+            MsiRecordSetStringW(row.get(), 2, source->second);
+            MsiViewModify(view.get(), MSIMODIFY_UPDATE, row.get());
+        }
     }
 }
 
