@@ -4,6 +4,7 @@
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/made_up_media.h"
+#include "host/read_again.h"
 #include "include/version.h"
 
 #include <algorithm>
@@ -70,10 +71,18 @@ public:
         if (!m_media.description.strResourceFolder.IsEmpty()) {
             AddFolder(m_media.description.strResourceFolder + L"\\");
         }
-        m_plan.texts.push_back(
-            {InImage(SETUP_FILE), WriteSetupDescription(DescribeImage(m_media, m_manager.m_platform))});
+        m_image = DescribeImage(m_media, m_manager.m_platform);
+        m_plan.texts.push_back({InImage(SETUP_FILE), WriteSetupDescription(m_image)});
         m_plan.texts.push_back({DEPLOYMENT_FILE, WriteDeploymentFile(m_stored)});
         return std::move(m_plan);
+    }
+
+    // After Make: the deployment must be one that the wizard can list and modify.
+    HostError CheckTexts() const
+    {
+        const XmlFault deployment = CheckReadsAgain(m_stored);
+        const XmlFault fault = deployment ? deployment : CheckReadsAgain(m_image);
+        return fault ? HostError{ERROR_INVALID_DATA, fault.message} : HostError();
     }
 
 private:
@@ -163,6 +172,7 @@ private:
     ManagerObject& m_manager;
     const Media& m_media;
     DeploymentFile m_stored;
+    SetupDescription m_image;
     BuildPlan m_plan;
 };
 
@@ -187,7 +197,12 @@ BuildResult BuildFromManager(ManagerObject& manager, IBuildProgress& progress)
                 CString(),
                 {}};
     }
-    BuildResult result = BuildDeployment(MakeBuildPlan(manager, verdict.strStamp), progress);
+    PlanMaker maker(manager, verdict.strStamp);
+    const BuildPlan plan = maker.Make();
+    if (HostError error = maker.CheckTexts()) {
+        return {error, CString(), {}};
+    }
+    BuildResult result = BuildDeployment(plan, progress);
     if (!result.error) {
         manager.SetResultLines(manager.m_strDeploymentName, result.strDeploymentFolder);
     }

@@ -6,6 +6,8 @@
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/silent_installer.h"
+#include "host/xml_limits.h"
+#include "host/xml_text.h"
 #include "host/xml_values.h"
 
 #include <msiquery.h>
@@ -45,8 +47,10 @@ CString PropertyOr(MSIHANDLE database, const wchar_t* name, const CString& other
 {
     CString value;
     const bool found = ReadPropertyRow(database, name, value);
+    // A control character would stand in every list and line that shows the name.
+    value = WithoutSpecialUnits(value.Left(NAME_LIMIT));
     CString trimmed = value;
-    return !found || trimmed.Trim().IsEmpty() ? otherwise : value.Left(200);
+    return !found || trimmed.Trim().IsEmpty() ? otherwise : value;
 }
 
 CString FirstCode(MSIHANDLE database)
@@ -142,7 +146,8 @@ HostError DescribePackage(const CString& packageFile, SetupDescription& descript
     description.strCode = code;
     description.strName = PropertyOr(database.get(), L"ProductName", fileName.Left(fileName.GetLength() - 4));
     description.strMaker = PropertyOr(database.get(), L"Manufacturer", L"-");
-    description.strProductVersion = PropertyOr(database.get(), L"ProductVersion", L"0.0.0").Left(50);
+    description.strProductVersion =
+        PropertyOr(database.get(), L"ProductVersion", L"0.0.0").Left(VERSION_LIMIT);
     description.strDefaultLanguage = LanguageName(summaryTemplate);
     description.languages.push_back(description.strDefaultLanguage);
     description.platforms.push_back({platform, CString()});
