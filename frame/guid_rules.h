@@ -6,9 +6,6 @@
 // The text without all leading "{" and all trailing "}".
 [[nodiscard]] CString StripGuidBraces(const CString& text);
 
-// What UuidFromStringW takes: 8-4-4-4-12 hexadecimal digits with hyphens between.
-[[nodiscard]] bool IsUuidForm(const CString& text);
-
 // The mark of everything that a user added to an installer database.
 inline constexpr wchar_t TARN_KEY_PREFIX[] = L"TARN_";
 

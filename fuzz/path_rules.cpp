@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         folder = parent;
     }
     CString guid;
-    static_cast<void>(IsUuidForm(StripGuidBraces(text)));
+    static_cast<void>(StripGuidBraces(text));
     static_cast<void>(GetTarnKeyGuid(text, guid));
     static_cast<void>(IsSubstitutedTarget(text));
     return 0;

@@ -73,8 +73,6 @@ constexpr Sentence SENTENCES[] = {
      L"The file \"%1\", which the package \"%2\" installs from, is missing. Copy the whole media again."},
     {HostText::MediaPackageBroken, L"The package \"%1\" cannot be opened (%2). It is damaged or no installer "
                                    L"package; copy it from the original media again."},
-    {HostText::MediaNoPackages,
-     L"The media \"%1\" holds no package that can be deployed. Copy the whole media again."},
     {HostText::MediaFileUnreadable,
      L"The file \"%1\" cannot be read (%2). Check that it is there and that you may read it."},
     {HostText::WorkFolderFailed,
@@ -105,9 +103,6 @@ constexpr Sentence SENTENCES[] = {
      L"replaced. Choose another name, or start again and confirm that it is replaced."},
     {HostText::LocationInsideDeployment, L"The location \"%1\" lies inside the deployment \"%2\". Choose a "
                                          L"location outside of it."},
-    {HostText::SettingsWithoutProduct,
-     L"The deployment \"%1\" has settings for the product \"%2\" (%3), which this media does not hold. They "
-     L"are kept in its deployment file only."},
     {HostText::PathsUnresolved, L"The installer cannot resolve the folders of \"%1\" (%2). Paths are worked "
                                 L"out from the package's tables instead."},
     {HostText::NoProductsForPlatform,
@@ -117,8 +112,6 @@ constexpr Sentence SENTENCES[] = {
     {HostText::LogLoaded, L"Settings of the deployment \"%1\" loaded from %2"},
     {HostText::LogProperty, L"Setup property %1 = \"%2\""},
     {HostText::LogBuildEnd, L"Build ended with code %1. %2"},
-    {HostText::CompleteLocation, L"%1"},
-    {HostText::CompleteProducts, L"%1"},
 };
 static_assert(sizeof SENTENCES / sizeof *SENTENCES == static_cast<int>(HostText::Count));
 

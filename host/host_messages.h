@@ -49,7 +49,6 @@ enum class HostText
     MediaPackageMissing,
     MediaSourceMissing,
     MediaPackageBroken,
-    MediaNoPackages,
     MediaFileUnreadable,
     WorkFolderFailed,
     WorkCopyFailed,
@@ -68,7 +67,6 @@ enum class HostText
     TargetOtherSetup,
     TargetUnasked,
     LocationInsideDeployment,
-    SettingsWithoutProduct,
     PathsUnresolved,
     NoProductsForPlatform,
     // Log
@@ -77,9 +75,6 @@ enum class HostText
     LogLoaded,
     LogProperty,
     LogBuildEnd,
-    // Result lines
-    CompleteLocation,
-    CompleteProducts,
     Count
 };
 
