@@ -1,5 +1,6 @@
 #include "host/setup_log.h"
 
+#include "host/build/shown_text.h"
 #include "host/files.h"
 #include "window/handle.h"
 
@@ -19,7 +20,7 @@ void SetupLog::Append(const CString& line) const
     stamped.Format(L"%04u-%02u-%02u %02u:%02u:%02u  ", now.wYear, now.wMonth, now.wDay, now.wHour,
                    now.wMinute, now.wSecond);
     std::string bytes;
-    AppendUtf8(bytes, stamped + line + L"\r\n");
+    AppendUtf8(bytes, stamped + ShownText(line) + L"\r\n");
     DWORD written = 0;
     WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
 }

@@ -2,6 +2,7 @@
 
 #include "host/build/build_failure.h"
 #include "host/build/build_names.h"
+#include "host/build/shown_text.h"
 
 #include <objbase.h>
 
@@ -56,7 +57,7 @@ void BuildLog::Write(const CString& line)
     CString stamp;
     stamp.Format(L"%04u-%02u-%02uT%02u:%02u:%02uZ  ", now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute,
                  now.wSecond);
-    m_text += stamp + line + L"\r\n";
+    m_text += stamp + ShownText(line) + L"\r\n";
 }
 
 BuildRun::BuildRun(const BuildPlan& thePlan, IBuildProgress& theProgress)
@@ -75,5 +76,5 @@ void BuildRun::Step(const CString& sentence)
 void BuildRun::Warn(const CString& sentence)
 {
     log.Write(L"Warning: " + sentence);
-    warnings.push_back(sentence);
+    warnings.push_back(ShownText(sentence));
 }

@@ -1,5 +1,7 @@
 #include "host/build/change_report.h"
 
+#include "host/build/shown_text.h"
+
 namespace {
 
 RowDifference DescribeWholeRow(const CString& name, const TableSnapshot& table, RowChange change,
@@ -105,26 +107,24 @@ int CountOf(const DatabaseChanges& database, RowChange change)
     return count;
 }
 
-// A value of several lines stays one line of the report.
-CString OneLine(const CString& value)
+// The value on one line between quotes; quotes inside stand twice, so that nothing in it looks like another value.
+CString Quoted(const CString& value)
 {
-    CString line = value;
-    line.Replace(L"\r\n", L"\\n");
-    line.Replace(L"\n", L"\\n");
-    line.Replace(L"\r", L"\\n");
-    return line;
+    CString shown = ShownText(value);
+    shown.Replace(L"\"", L"\"\"");
+    return L"\"" + shown + L"\"";
 }
 
 void AppendRow(CString& text, const RowDifference& row)
 {
-    text += L"  " + row.strTable + L": " + OneLine(JoinKey(row.key)) + L" " + WordOf(row.change) + L"\r\n";
+    text += L"  " + ShownText(row.strTable) + L": " + ShownText(JoinKey(row.key)) + L" " +
+            WordOf(row.change) + L"\r\n";
     for (const ColumnChange& column : row.columns) {
-        text += L"      " + column.strColumn + L": ";
+        text += L"      " + ShownText(column.strColumn) + L": ";
         if (row.change == RowChange::Changed) {
-            text += L"\"" + OneLine(column.strOld) + L"\" -> \"" + OneLine(column.strNew) + L"\"\r\n";
+            text += Quoted(column.strOld) + L" -> " + Quoted(column.strNew) + L"\r\n";
         } else {
-            const CString& value = row.change == RowChange::Added ? column.strNew : column.strOld;
-            text += L"\"" + OneLine(value) + L"\"\r\n";
+            text += Quoted(row.change == RowChange::Added ? column.strNew : column.strOld) + L"\r\n";
         }
     }
 }
@@ -172,17 +172,18 @@ CString ComposeChangesText(const std::vector<DatabaseChanges>& databases)
 {
     CString text = L"What this deployment changes in the databases of the products\r\n";
     for (const DatabaseChanges& database : databases) {
-        text += L"\r\n" + database.strTarget + L" (" + database.strProductName + L")\r\n";
+        text +=
+            L"\r\n" + ShownText(database.strTarget) + L" (" + ShownText(database.strProductName) + L")\r\n";
         if (!database.IsChanged()) {
             text += L"  Nothing: the file is the vendor's, byte for byte. Package code " +
-                    database.strOldPackageCode + L"\r\n";
+                    ShownText(database.strOldPackageCode) + L"\r\n";
             continue;
         }
         text += L"  Rows added: " + NumberText(CountOf(database, RowChange::Added)) + L", changed: " +
                 NumberText(CountOf(database, RowChange::Changed)) + L", removed: " +
                 NumberText(CountOf(database, RowChange::Removed)) + L"\r\n";
-        text +=
-            L"  Package code: " + database.strOldPackageCode + L" -> " + database.strNewPackageCode + L"\r\n";
+        text += L"  Package code: " + ShownText(database.strOldPackageCode) + L" -> " +
+                ShownText(database.strNewPackageCode) + L"\r\n";
         if (database.bSignatureLost) {
             text +=
                 L"  The vendor's digital signature no longer fits the changed database and was removed.\r\n";
@@ -202,10 +203,11 @@ CString JsonText(const CString& text)
         if (character == L'"' || character == L'\\') {
             quoted += L'\\';
             quoted += character;
-        } else if (character < 32) {
-            quoted += L"\\u00";
-            quoted += L"0123456789abcdef"[character >> 4];
-            quoted += L"0123456789abcdef"[character & 15];
+        } else if (IsHiddenUnit(text, index)) {
+            quoted += L"\\u";
+            for (int shift = 12; shift >= 0; shift -= 4) {
+                quoted += L"0123456789abcdef"[(character >> shift) & 15];
+            }
         } else {
             quoted += character;
         }

@@ -5,6 +5,7 @@
 #include "host/build/build_lock.h"
 #include "host/build/build_names.h"
 #include "host/build/copy_scan.h"
+#include "host/build/shown_text.h"
 
 #include <exception>
 #include <optional>
@@ -175,7 +176,7 @@ HostError Guard(Step step)
         step();
         return {};
     } catch (const BuildFailure& failure) {
-        return {failure.code, failure.message};
+        return {failure.code, ShownText(failure.message)};
     } catch (const std::exception&) {
         return OutOfMemory();
     }

@@ -126,7 +126,8 @@ TEST(BuildDeployment, ReportsRowsAddedChangedAndRemovedWithBothValues)
     const CString text = ReadText(build.Target() + L"\\Changes.txt");
     EXPECT_HOLDS(text, L"Rows added: 2, changed: 1, removed: 1\r\n");
     EXPECT_HOLDS(text, L"  Property: Manufacturer changed\r\n      Value: \"Velkmora\" -> \"Other\"\r\n");
-    EXPECT_HOLDS(text, L"  Property: NEWS added\r\n      Property: \"NEWS\"\r\n      Value: \"a \"b\"\"\r\n");
+    EXPECT_HOLDS(text,
+                 L"  Property: NEWS added\r\n      Property: \"NEWS\"\r\n      Value: \"a \"\"b\"\"\"\r\n");
     EXPECT_HOLDS(text, L"  Property: OLD removed\r\n      Property: \"OLD\"\r\n      Value: \"goes\"\r\n");
     EXPECT_HOLDS(text, L"  Extra: One added\r\n      Key: \"One\"\r\n      Number: \"70000\"\r\n");
     const CString json = ReadText(build.Target() + L"\\Changes.json");
@@ -353,6 +354,16 @@ TEST(BuildDeployment, BuildsUnderNamesWithBlanksAndOtherLetters)
     const BuildResult result = build.Build();
     ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
     EXPECT_EQ(ReadBytes(result.strDeploymentFolder + L"Image\\x64\\Zolt\\readme.txt"), "hello\n");
+}
+
+TEST(BuildDeployment, ANameOfSeveralLinesAddsNoneToTheLog)
+{
+    TestBuild build;
+    build.plan.strMediaName = L"Zolt\r\nCode:   0";
+    ASSERT_EQ(build.Build().error.code, 0u);
+    EXPECT_EQ(ReadBytes(build.Target() + L"\\Build.log").find("\nCode:   0\r\nCause:"),
+              ReadBytes(build.Target() + L"\\Build.log").find("\nCode:   0"))
+        << ReadBytes(build.Target() + L"\\Build.log");
 }
 
 TEST(BuildDeployment, BuildsPathsBeyond260CharactersAndWarnsOfThem)

@@ -10,6 +10,9 @@
 
 namespace {
 
+constexpr const wchar_t* FIRST_CODE = L"{6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A11}";
+constexpr const wchar_t* SECOND_CODE = L"{6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A12}";
+
 BuildDatabase Product(const CString& name, const CString& target, const CString& code)
 {
     BuildDatabase database;
@@ -24,8 +27,8 @@ BuildPlan TwoProducts()
 {
     BuildPlan plan;
     plan.strName = L"Office";
-    plan.databases = {Product(L"Zolt", L"Image\\Zolt\\Zolt.msi", L"{1}"),
-                      Product(L"Pack", L"Image\\Pack\\Pack.msi", L"{2}")};
+    plan.databases = {Product(L"Zolt", L"Image\\Zolt\\Zolt.msi", FIRST_CODE),
+                      Product(L"Pack", L"Image\\Pack\\Pack.msi", SECOND_CODE)};
     return plan;
 }
 
@@ -40,7 +43,7 @@ TEST(BuildCommands, ProductsAreInstalledInOrderAndRemovedInReverse)
     EXPECT_LT(install.Find(L"/i \"%~dp0Image\\Zolt\\Zolt.msi\""),
               install.Find(L"/i \"%~dp0Image\\Pack\\Pack.msi\""));
     const CString uninstall = ComposeUninstallScript(TwoProducts());
-    EXPECT_LT(uninstall.Find(L"/x {2} "), uninstall.Find(L"/x {1} "));
+    EXPECT_LT(uninstall.Find(CString(L"/x ") + SECOND_CODE), uninstall.Find(CString(L"/x ") + FIRST_CODE));
 }
 
 TEST(BuildCommands, TheInstallerRunsSilentlyInTheForegroundWithALog)
@@ -122,8 +125,8 @@ TEST(BuildNotes, TheReadMeUsesThePathOfTheWorkstations)
     const CString text = ComposeReadMe(TwoProducts(), L"\\\\server\\apps\\Office");
     EXPECT_HOLDS(text,
                  L"msiexec /i \"\\\\server\\apps\\Office\\Image\\Zolt\\Zolt.msi\" /qn /norestart /L*V ");
-    EXPECT_HOLDS(text, L"msiexec /fomus {1} /qn /norestart");
-    EXPECT_HOLDS(text, L"MSI product code {2}, version equal to or above 27.0.0");
+    EXPECT_HOLDS(text, CString(L"msiexec /fomus ") + FIRST_CODE + L" /qn /norestart");
+    EXPECT_HOLDS(text, CString(L"MSI product code ") + SECOND_CODE + L", version equal to or above 27.0.0");
 }
 
 TEST(BuildNotes, EveryCodeHasARemedy)
@@ -189,7 +192,7 @@ TEST(BuildChanges, AValueOfSeveralLinesStaysOneLine)
 {
     DatabaseChanges database;
     database.rows = {{L"T", RowChange::Changed, {L"1"}, {{L"A", L"x\r\ny", L"z\n"}}}};
-    EXPECT_HOLDS(ComposeChangesText({database}), L"A: \"x\\ny\" -> \"z\\n\"\r\n");
+    EXPECT_HOLDS(ComposeChangesText({database}), L"A: \"x<U+000D><U+000A>y\" -> \"z<U+000A>\"\r\n");
 }
 
 TEST(BuildTargets, TwoSourcesOfOneNameAreRefusedInAnyCase)
