@@ -1,5 +1,6 @@
 #include "host/made_up_media.h"
 
+#include "host/build/product_identity.h"
 #include "host/build/user_files.h"
 #include "host/database.h"
 #include "host/directory_rules.h"

@@ -1,5 +1,6 @@
 #include "host/xml_values.h"
 
+#include "host/build/product_identity.h"
 #include "host/host_messages.h"
 #include "host/xml_limits.h"
 #include "host/xml_text.h"
@@ -12,11 +13,6 @@ namespace {
 
 constexpr int PATH_LIMIT = 240;
 constexpr int COMPONENT_LIMIT = 255;
-
-bool IsHexDigit(wchar_t unit)
-{
-    return (unit >= L'0' && unit <= L'9') || (unit >= L'A' && unit <= L'F') || (unit >= L'a' && unit <= L'f');
-}
 
 bool IsPlainLetter(wchar_t unit)
 {
@@ -66,20 +62,6 @@ bool ParseNumber(const CString& text, int least, int most, int& number)
 }
 
 } // namespace
-
-bool IsBracedGuid(const CString& text)
-{
-    if (text.GetLength() != 38 || text[0] != L'{' || text[37] != L'}') {
-        return false;
-    }
-    for (int index = 1; index < 37; ++index) {
-        const bool hyphen = index == 9 || index == 14 || index == 19 || index == 24;
-        if (hyphen ? text[index] != L'-' : !IsHexDigit(text[index])) {
-            return false;
-        }
-    }
-    return true;
-}
 
 bool IsLocaleName(const CString& text)
 {

@@ -47,7 +47,6 @@ private:
     XmlFault m_fault;
 };
 
-[[nodiscard]] bool IsBracedGuid(const CString& text);
 // "de", "de-DE", "zh-Hans-CN": two to eight letters, then parts of one to eight letters or digits.
 [[nodiscard]] bool IsLocaleName(const CString& text);
 // True for a path that names a file or folder below its base on every Windows file system.

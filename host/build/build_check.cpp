@@ -6,6 +6,8 @@
 #include "host/build/copy_scan.h"
 #include "host/build/deployment_place.h"
 #include "host/build/file_operations.h"
+#include "host/build/plan_texts.h"
+#include "host/build/product_identity.h"
 
 #include <winnetwk.h>
 
@@ -105,6 +107,26 @@ void CheckName(const BuildPlan& plan)
     }
 }
 
+// Media and settings are other people's: what they name goes into scripts that run with all rights.
+void CheckTexts(const BuildPlan& plan)
+{
+    const BuildFailure failure = FindUnfitText(plan);
+    if (failure.code != BUILD_OK) {
+        throw BuildFailure(failure);
+    }
+}
+
+void WarnOfVersions(BuildRun& run)
+{
+    for (const BuildDatabase& database : run.plan.databases) {
+        if (!IsVersionComparable(database.strProductVersion)) {
+            run.Warn(L"The version " + database.strProductVersion + L" of \"" + database.strProductName +
+                     L"\" is beyond 255.255.65535, the most that the installer compares: detection rules and "
+                     L"upgrades that go by the version may fail. Detect the product by its code alone.");
+        }
+    }
+}
+
 void CheckSpace(const BuildRun& run, const CString& folder)
 {
     const std::uint64_t needed = run.list.bytes + SPARE_BYTES;
@@ -163,6 +185,7 @@ void CheckPlan(BuildRun& run)
 {
     run.Step(L"Checking the location and the media");
     CheckName(run.plan);
+    CheckTexts(run.plan);
     const CString folder = ExistingParent(run.plan.strLocation);
     const CString around = DeploymentAround(run.plan.strLocation);
     if (!around.IsEmpty()) {
@@ -180,6 +203,7 @@ void CheckPlan(BuildRun& run)
     WarnOfDrives(run);
     WarnOfLogFolder(run);
     WarnOfLongPaths(run);
+    WarnOfVersions(run);
     for (const CString& link : run.list.skippedLinks) {
         run.Warn(L"\"" + link + L"\" is a link to another folder and was left out.");
     }

@@ -1,6 +1,7 @@
 #include "host/build/command_text.h"
 
 #include "host/build/build_names.h"
+#include "host/build/product_identity.h"
 
 namespace {
 
@@ -42,7 +43,7 @@ CString PropertyArguments(const BuildDatabase& database)
     return list;
 }
 
-void Open(Script& script, const BuildPlan& plan, const CString& purpose)
+void Open(Script& script, const CString& purpose)
 {
     script.Line(L"@echo off");
     script.Line(L"rem " + purpose);
@@ -53,24 +54,10 @@ void Open(Script& script, const BuildPlan& plan, const CString& purpose)
     script.Line(L"rem log.");
     script.Line(L"setlocal EnableExtensions DisableDelayedExpansion");
     script.Line(L"");
-    script.Line(L"rem ---- Settings "
-                L"---------------------------------------------------------------------------------");
-    script.Line(
-        L"rem Where each computer writes its log. Computer accounts need the right to write there. When the");
-    script.Line(
-        L"rem folder is empty or can't be written to, the log goes to the computer's own Windows folder.");
-    script.Set(L"LOG_FOLDER", QuotedBatchText(plan.commands.strLogFolder));
-    script.Line(L"rem 1: each log in that folder is copied to the computer's own Windows folder as well.");
-    script.Set(L"KEEP_LOCAL_LOG", plan.commands.bKeepLocalLog ? L"1" : L"0");
-    script.Line(L"rem /qn shows nothing, /qb-! a progress bar without buttons and questions.");
-    script.Set(L"DISPLAY_OPTION", QuotedBatchText(plan.commands.strDisplay));
-    script.Line(
-        L"rem "
-        L"-----------------------------------------------------------------------------------------------");
-    script.Line(L"");
 }
 
-// The names decide, not the location: that one is never written into the scripts.
+// Before the first line with other letters: each line is read in the code page of its moment. The names decide, not the
+// location: that one is never written into the scripts.
 void SwitchCodePage(Script& script, bool ascii)
 {
     if (ascii) {
@@ -79,6 +66,25 @@ void SwitchCodePage(Script& script, bool ascii)
     script.Line(L"rem The names below are UTF-8; the console gets its own code page back at the end.");
     script.Line(L"for /f \"tokens=2 delims=:.\" %%P in ('chcp') do set \"CODE_PAGE=%%P\"");
     script.Line(L"chcp 65001 >nul 2>&1");
+}
+
+void WriteSettings(Script& script, const WorkstationCommands& commands)
+{
+    script.Line(L"rem ---- Settings "
+                L"---------------------------------------------------------------------------------");
+    script.Line(
+        L"rem Where each computer writes its log. Computer accounts need the right to write there. When the");
+    script.Line(
+        L"rem folder is empty or can't be written to, the log goes to the computer's own Windows folder.");
+    script.Set(L"LOG_FOLDER", QuotedBatchText(commands.strLogFolder));
+    script.Line(L"rem 1: each log in that folder is copied to the computer's own Windows folder as well.");
+    script.Set(L"KEEP_LOCAL_LOG", commands.bKeepLocalLog ? L"1" : L"0");
+    script.Line(L"rem /qn shows nothing, /qb-! a progress bar without buttons and questions.");
+    script.Set(L"DISPLAY_OPTION", DisplayArgument(commands.strDisplay));
+    script.Line(
+        L"rem "
+        L"-----------------------------------------------------------------------------------------------");
+    script.Line(L"");
 }
 
 void ChooseLogFolder(Script& script)
@@ -160,10 +166,10 @@ void Close(Script& script, bool uninstalls, bool ascii)
 
 bool AllAscii(const BuildPlan& plan)
 {
-    bool ascii = IsAscii(plan.commands.strLogFolder) && IsAscii(plan.commands.strDisplay);
+    bool ascii = IsAscii(plan.commands.strLogFolder);
     for (const BuildDatabase& database : plan.databases) {
         ascii = ascii && IsAscii(database.strTarget) && IsAscii(PatchArgument(database)) &&
-                IsAscii(PropertyArguments(database));
+                IsAscii(PropertyArguments(database)) && IsAscii(database.strProductCode);
     }
     return ascii;
 }
@@ -175,22 +181,74 @@ void SetLog(Script& script, const BuildDatabase& database, const wchar_t* action
 
 } // namespace
 
-CString QuotedBatchText(const CString& text)
+CString WithoutQuotes(const CString& text)
 {
-    CString quoted;
+    CString plain;
     for (int index = 0; index < text.GetLength(); ++index) {
         const wchar_t character = text[index];
-        if (character == L'%') {
-            quoted += L"%%";
-        } else if (character >= 32 && character != L'"') {
-            quoted += character;
+        if (character >= 32 && character != 0x7F && character != L'"') {
+            plain += character;
         }
     }
+    return plain;
+}
+
+CString QuotedBatchText(const CString& text)
+{
+    CString quoted = WithoutQuotes(text);
+    quoted.Replace(L"%", L"%%");
     return quoted;
+}
+
+bool IsDisplayOption(const CString& text)
+{
+    constexpr int LONGEST = 5; // `/qb-!`
+    if (text.Left(2).CompareNoCase(L"/q") != 0 || text.GetLength() > LONGEST) {
+        return false;
+    }
+    int index = 2;
+    if (index < text.GetLength() && CString(L"nbrfNBRF").Find(text[index]) >= 0) {
+        ++index;
+    }
+    while (index < text.GetLength() && CString(L"+-!").Find(text[index]) >= 0) {
+        ++index;
+    }
+    return index == text.GetLength();
+}
+
+CString DisplayArgument(const CString& option)
+{
+    return IsDisplayOption(option) ? option : CString(L"/qn");
+}
+
+CString CodeArgument(const CString& productCode)
+{
+    return IsBracedGuid(productCode) ? productCode : L"\"" + WithoutQuotes(productCode) + L"\"";
+}
+
+bool IsPropertyAssignment(const CString& assignment)
+{
+    const int equals = assignment.Find(L'=');
+    for (int index = 0; index < equals; ++index) {
+        const wchar_t unit = assignment[index];
+        const bool letter = (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z') || unit == L'_';
+        if (!letter && (index == 0 || !((unit >= L'0' && unit <= L'9') || unit == L'.'))) {
+            return false;
+        }
+    }
+    for (int index = equals + 1; index < assignment.GetLength(); ++index) {
+        if (assignment[index] < 32 || assignment[index] == 0x7F) {
+            return false;
+        }
+    }
+    return equals > 0;
 }
 
 CString PropertyArgument(const CString& assignment)
 {
+    if (!IsPropertyAssignment(assignment)) {
+        return L"\"" + WithoutQuotes(assignment) + L"\"";
+    }
     const int equals = assignment.Find(L'=');
     CString value = assignment.Mid(equals + 1);
     value.Replace(L"\"", L"\"\"");
@@ -201,10 +259,12 @@ CString LogFileBase(const BuildDatabase& database, const wchar_t* action)
 {
     const CString name = FileNamePart(database.strProductName) + L"_" +
                          FileNamePart(database.strProductVersion) + L"_" + action + L"_";
-    // Letters beyond ASCII would tie the script to a code page for the sake of a log's name alone.
+    // Letters beyond ASCII would tie the script to a code page for the sake of a log's name alone, and a percent sign
+    // means one thing at a prompt and another in a script.
     CString plain;
     for (int index = 0; index < name.GetLength(); ++index) {
-        plain += name[index] < 0x80 ? name[index] : L'_';
+        const bool fits = name[index] < 0x7F && name[index] != L'%';
+        plain += fits ? name[index] : L'_';
     }
     return plain;
 }
@@ -213,8 +273,9 @@ CString ComposeInstallScript(const BuildPlan& plan)
 {
     const bool ascii = AllAscii(plan);
     Script script;
-    Open(script, plan, L"Installs this deployment on the computer where it is run, without asking.");
+    Open(script, L"Installs this deployment on the computer where it is run, without asking.");
     SwitchCodePage(script, ascii);
+    WriteSettings(script, plan.commands);
     ChooseLogFolder(script);
     for (const BuildDatabase& database : plan.databases) {
         SetLog(script, database, L"Install");
@@ -229,14 +290,16 @@ CString ComposeUninstallScript(const BuildPlan& plan)
 {
     const bool ascii = AllAscii(plan);
     Script script;
-    Open(script, plan,
-         L"Removes this deployment's products from the computer where it is run, without asking.");
+    Open(script, L"Removes this deployment's products from the computer where it is run, without asking.");
     SwitchCodePage(script, ascii);
+    WriteSettings(script, plan.commands);
     ChooseLogFolder(script);
     // What was installed last, a language pack for instance, builds on what came before it.
     for (auto database = plan.databases.rbegin(); database != plan.databases.rend(); ++database) {
         SetLog(script, *database, L"Uninstall");
-        Run(script, L"/x " + database->strProductCode);
+        CString code = CodeArgument(database->strProductCode);
+        code.Replace(L"%", L"%%");
+        Run(script, L"/x " + code);
     }
     Close(script, true, ascii);
     return script.Text();

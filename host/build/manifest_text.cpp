@@ -1,5 +1,7 @@
 #include "host/build/manifest_text.h"
 
+#include "host/build/shown_text.h"
+
 #include <cstring>
 
 namespace {
@@ -46,7 +48,7 @@ bool ReadLine(const CString& line, ManifestEntry& entry)
         return false;
     }
     entry.strSha256 = line.Left(hashEnd);
-    entry.strPath = line.Mid(sizeEnd + 1);
+    entry.strPath = NameFromShown(line.Mid(sizeEnd + 1));
     return IsHash(entry.strSha256) && ReadSize(line.Mid(hashEnd + 1, sizeEnd - hashEnd - 1), entry.size) &&
            !entry.strPath.IsEmpty();
 }

@@ -3,51 +3,140 @@
 #include "host/build/build_failure.h"
 #include "host/build/build_names.h"
 #include "host/build/command_text.h"
+#include "host/build/shown_text.h"
 
 #include <algorithm>
 
 namespace {
 
-CString PatchLine(const BuildDatabase& database, const CString& folder)
+// A line to paste, as it stands at a prompt and in a script: there "%" of a name stands twice.
+class PasteLine
 {
-    CString list;
-    for (const CString& patch : database.patchTargets) {
-        list += (list.IsEmpty() ? L"" : L";") + JoinFolder(folder, patch);
+public:
+    // The same in both, and with variables for the interpreter to replace.
+    void Add(const CString& command)
+    {
+        m_prompt += command;
+        m_script += command;
     }
-    return list.IsEmpty() ? list : L" PATCH=\"" + list + L"\"";
+    // What must come through as it is, between quotes.
+    void AddName(const CString& name)
+    {
+        m_prompt += WithoutQuotes(name);
+        m_script += QuotedBatchText(name);
+    }
+    // What is quoted already where it needs to be.
+    void AddArgument(const CString& argument)
+    {
+        m_prompt += argument;
+        CString doubled = argument;
+        doubled.Replace(L"%", L"%%");
+        m_script += doubled;
+    }
+    void AppendTo(CString& text) const
+    {
+        text += L"    " + m_prompt + L"\r\n";
+        if (!(m_prompt == m_script)) {
+            text += L"    in a script (.cmd), where a percent sign of a name stands twice:\r\n";
+            text += L"    " + m_script + L"\r\n";
+        }
+    }
+
+private:
+    CString m_prompt;
+    CString m_script;
+};
+
+// Another script ends at a line that runs a script without `call`. That one reads its line a second time, which would
+// change "%" and "^" in a name; for such names cmd runs the script, with "@" before the quotes so that it keeps them.
+CString CallOfScript(const CString& script)
+{
+    const bool readTwice = script.FindOneOf(L"%^") >= 0;
+    return (readTwice ? L"cmd /d /c @\"" : L"call \"") + QuotedBatchText(script) + L"\"";
 }
 
-CString LogArgument(const BuildPlan& plan, const BuildDatabase& database, const wchar_t* action)
+void AppendScripts(CString& text, const CString& folder)
 {
-    const CString folder = plan.commands.strLogFolder.IsEmpty() ? CString(L"%windir%\\Logs\\Software")
-                                                                : plan.commands.strLogFolder;
-    return L" /L*V \"" + JoinFolder(folder, LogFileBase(database, action)) + L"%COMPUTERNAME%.log\"";
+    const CString scripts[] = {JoinFolder(folder, L"Install.cmd"), JoinFolder(folder, L"Uninstall.cmd")};
+    text += L"On a workstation or from a management system, with rights to install:\r\n";
+    for (const CString& script : scripts) {
+        text += L"    \"" + WithoutQuotes(script) + L"\"\r\n";
+    }
+    text += L"In a script (.cmd), which the lines above would end:\r\n";
+    for (const CString& script : scripts) {
+        text += L"    " + CallOfScript(script) + L"\r\n";
+    }
+}
+
+void AddPatches(PasteLine& line, const BuildDatabase& database, const CString& folder)
+{
+    for (std::size_t index = 0; index < database.patchTargets.size(); ++index) {
+        line.Add(index == 0 ? L" PATCH=\"" : L";");
+        line.AddName(JoinFolder(folder, database.patchTargets[index]));
+    }
+    if (!database.patchTargets.empty()) {
+        line.Add(L"\"");
+    }
+}
+
+void AddLog(PasteLine& line, const BuildPlan& plan, const BuildDatabase& database, const wchar_t* action)
+{
+    line.Add(L" " + DisplayArgument(plan.commands.strDisplay) + L" /norestart /L*V \"");
+    if (plan.commands.strLogFolder.IsEmpty()) {
+        line.Add(L"%windir%\\Logs\\Software\\");
+        line.AddName(LogFileBase(database, action));
+    } else {
+        line.AddName(JoinFolder(plan.commands.strLogFolder, LogFileBase(database, action)));
+    }
+    line.Add(L"%COMPUTERNAME%.log\"");
+}
+
+void AppendInstallLine(CString& text, const BuildPlan& plan, const BuildDatabase& database,
+                       const CString& folder)
+{
+    PasteLine line;
+    line.Add(L"msiexec /i \"");
+    line.AddName(JoinFolder(folder, database.strTarget));
+    line.Add(L"\"");
+    AddPatches(line, database, folder);
+    for (const CString& assignment : database.installProperties) {
+        line.AddArgument(L" " + PropertyArgument(assignment));
+    }
+    AddLog(line, plan, database, L"Install");
+    line.AppendTo(text);
+}
+
+void AppendCodeLine(CString& text, const BuildPlan& plan, const BuildDatabase& database,
+                    const wchar_t* option, const wchar_t* action)
+{
+    PasteLine line;
+    line.Add(CString(L"msiexec ") + option + L" ");
+    line.AddArgument(CodeArgument(database.strProductCode));
+    AddLog(line, plan, database, action);
+    line.AppendTo(text);
 }
 
 void AppendProduct(CString& text, const BuildPlan& plan, const BuildDatabase& database, const CString& folder)
 {
-    const CString package = L"\"" + JoinFolder(folder, database.strTarget) + L"\"";
-    CString properties;
-    for (const CString& assignment : database.installProperties) {
-        properties += L" " + PropertyArgument(assignment);
-    }
-    text += L"\r\n" + database.strProductName + L"\r\n";
-    text += L"  Product code:   " + database.strProductCode + L"\r\n";
-    text += L"  Version:        " + database.strProductVersion + L"\r\n";
-    text += L"  Maker:          " + database.strMaker + L"\r\n";
-    text += L"  Detection rule: MSI product code " + database.strProductCode +
-            L", version equal to or above " + database.strProductVersion + L"\r\n";
-    text += L"  Install:\r\n    msiexec /i " + package + PatchLine(database, folder) + properties + L" " +
-            plan.commands.strDisplay + L" /norestart" + LogArgument(plan, database, L"Install") + L"\r\n";
-    text += L"  Repair:\r\n    msiexec /fomus " + database.strProductCode + L" " + plan.commands.strDisplay +
-            L" /norestart" + LogArgument(plan, database, L"Repair") + L"\r\n";
-    text += L"  Uninstall:\r\n    msiexec /x " + database.strProductCode + L" " + plan.commands.strDisplay +
-            L" /norestart" + LogArgument(plan, database, L"Uninstall") + L"\r\n";
+    const CString code = ShownText(database.strProductCode);
+    const CString version = ShownText(database.strProductVersion);
+    text += L"\r\n" + ShownText(database.strProductName) + L"\r\n";
+    text += L"  Product code:   " + code + L"\r\n";
+    text += L"  Version:        " + version + L"\r\n";
+    text += L"  Maker:          " + ShownText(database.strMaker) + L"\r\n";
+    text +=
+        L"  Detection rule: MSI product code " + code + L", version equal to or above " + version + L"\r\n";
+    text += L"  Install:\r\n";
+    AppendInstallLine(text, plan, database, folder);
+    text += L"  Repair:\r\n";
+    AppendCodeLine(text, plan, database, L"/fomus", L"Repair");
+    text += L"  Uninstall:\r\n";
+    AppendCodeLine(text, plan, database, L"/x", L"Uninstall");
     text += L"  Group policy:\r\n    Add the package by its full UNC path: " +
-            JoinFolder(folder, database.strTarget) +
+            ShownText(JoinFolder(folder, database.strTarget)) +
             L"\r\n    Computer accounts need read access to the folder.\r\n";
     for (const CString& patch : database.patchTargets) {
-        text += L"  Patch:          " + patch + L"\r\n";
+        text += L"  Patch:          " + ShownText(patch) + L"\r\n";
     }
 }
 
@@ -65,16 +154,16 @@ const wchar_t g_exitCodes[] =
 
 CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath)
 {
-    CString text = plan.strName + L"\r\n\r\n";
-    text += L"A deployment of " + plan.strMediaName + L", built by " + plan.strBuiltBy + L".\r\n\r\n";
-    text += L"On a workstation, in a start script or from a management system, with rights to install:\r\n";
-    text += L"    \"" + workstationPath + L"\\Install.cmd\"\r\n";
-    text += L"    \"" + workstationPath + L"\\Uninstall.cmd\"\r\n\r\n";
-    text += L"Both show nothing, wait until all is done, and end with the installer's code. Their settings "
-            L"stand at\r\n"
-            L"their top. The folder can be moved or shared under another name; the lines below then need its "
-            L"new\r\n"
-            L"path. Workstations only read it; write access is needed for the log folder alone.\r\n";
+    CString text = ShownText(plan.strName) + L"\r\n\r\n";
+    text += L"A deployment of " + ShownText(plan.strMediaName) + L", built by " + ShownText(plan.strBuiltBy) +
+            L".\r\n\r\n";
+    AppendScripts(text, workstationPath);
+    text +=
+        L"\r\nBoth show nothing, wait until all is done, and end with the installer's code. Their settings "
+        L"stand at\r\n"
+        L"their top. The folder can be moved or shared under another name; the lines below then need its "
+        L"new\r\n"
+        L"path. Workstations only read it; write access is needed for the log folder alone.\r\n";
     for (const BuildDatabase& database : plan.databases) {
         AppendProduct(text, plan, database, workstationPath);
     }
@@ -97,7 +186,7 @@ CString ComposeManifest(std::vector<ManifestEntry> entries)
     CString text = L"# SHA-256, size in bytes and path of every file of the deployment but this one\r\n";
     for (const ManifestEntry& entry : entries) {
         text += entry.strSha256 + L" " + NumberText(static_cast<long long>(entry.size)) + L" " +
-                entry.strPath + L"\r\n";
+                ShownText(entry.strPath) + L"\r\n";
     }
     return text;
 }
@@ -124,6 +213,6 @@ CString DescribeKept(bool hasManifest, const std::vector<CString>& own, const CS
 
 CString ComposeLogEnd(unsigned int code, const CString& cause)
 {
-    return L"\r\nCode:   " + NumberText(code) + L"\r\nCause:  " + cause + L"\r\nRemedy: " + RemedyOf(code) +
-           L"\r\n";
+    return L"\r\nCode:   " + NumberText(code) + L"\r\nCause:  " + ShownText(cause) + L"\r\nRemedy: " +
+           RemedyOf(code) + L"\r\n";
 }

@@ -18,6 +18,25 @@ bool IsMarkOfDirection(wchar_t unit)
            (unit >= 0x2066 && unit <= 0x2069);
 }
 
+constexpr int CODE_LENGTH = 8; // `<U+000A>`
+
+bool ReadCode(const CString& text, wchar_t& unit)
+{
+    if (text.GetLength() != CODE_LENGTH || !(text.Left(3) == L"<U+") || text[CODE_LENGTH - 1] != L'>') {
+        return false;
+    }
+    int code = 0;
+    for (int index = 3; index < CODE_LENGTH - 1; ++index) {
+        const int digit = CString(L"0123456789ABCDEF").Find(text[index]);
+        if (digit < 0) {
+            return false;
+        }
+        code = code * 16 + digit;
+    }
+    unit = static_cast<wchar_t>(code);
+    return code != 0;
+}
+
 } // namespace
 
 bool IsHiddenUnit(const CString& text, int index)
@@ -31,6 +50,19 @@ bool IsHiddenUnit(const CString& text, int index)
     }
     return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029 ||
            IsMarkOfDirection(unit) || unit == 0xFEFF || unit >= 0xFFFE;
+}
+
+CString NameFromShown(const CString& shown)
+{
+    CString name;
+    for (int index = 0; index < shown.GetLength(); ++index) {
+        wchar_t unit = shown[index];
+        if (ReadCode(shown.Mid(index, CODE_LENGTH), unit)) {
+            index += CODE_LENGTH - 1;
+        }
+        name += unit;
+    }
+    return name;
 }
 
 CString ShownText(const CString& text)

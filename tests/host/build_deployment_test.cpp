@@ -356,6 +356,29 @@ TEST(BuildDeployment, BuildsUnderNamesWithBlanksAndOtherLetters)
     EXPECT_EQ(ReadBytes(result.strDeploymentFolder + L"Image\\x64\\Zolt\\readme.txt"), "hello\n");
 }
 
+// A product code once held a command, which the scripts ran.
+TEST(BuildDeployment, APlanWhoseProductCodeIsACommandIsRefusedBeforeAnythingIsWritten)
+{
+    TestBuild build;
+    build.plan.databases[0].strProductCode = CString(PRODUCT_CODE) + L" & md mark-code & rem ";
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, 1620u);
+    EXPECT_HOLDS(result.error.message, L" & md mark-code & rem \" of \"Zolt 2027\" is no GUID");
+    EXPECT_FALSE(Exists(build.Target()));
+    std::vector<CString> warnings;
+    EXPECT_EQ(CheckBuild(build.plan, warnings).code, 1620u);
+}
+
+TEST(BuildDeployment, AVersionBeyondWhatTheInstallerComparesIsAWarning)
+{
+    TestBuild build;
+    build.plan.databases[0].strProductVersion = L"2027.0.0";
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    ASSERT_EQ(result.warnings.size(), 1u);
+    EXPECT_HOLDS(result.warnings[0], L"2027.0.0");
+}
+
 TEST(BuildDeployment, ANameOfSeveralLinesAddsNoneToTheLog)
 {
     TestBuild build;

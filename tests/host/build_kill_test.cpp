@@ -57,6 +57,7 @@ BuildPlan PlanOf(const CString& media, const CString& location)
     database.strTarget = L"Image\\x64\\Zolt\\Zolt2027.msi";
     database.strProductName = L"Zolt 2027";
     database.strProductCode = PRODUCT_CODE;
+    database.strProductVersion = L"27.0.0";
     plan.databases.push_back(database);
     return plan;
 }
