@@ -73,6 +73,21 @@ constexpr Sentence SENTENCES[] = {
      L"The file \"%1\", which the package \"%2\" installs from, is missing. Copy the whole media again."},
     {HostText::MediaPackageBroken, L"The package \"%1\" cannot be opened (%2). It is damaged or no installer "
                                    L"package; copy it from the original media again."},
+    {HostText::PackageNameInvalid, L"The package \"%1\" cannot be deployed under its name, which starts or "
+                                   L"ends with a blank or holds a character "
+                                   L"that names of files can't have. Rename the file."},
+    {HostText::PackageCodeInvalid,
+     L"The package \"%1\" cannot be deployed: its product code \"%2\" is no GUID in braces, such as "
+     L"{12345678-1234-1234-1234-123456789ABC}. Get the package from its maker again."},
+    {HostText::PackageVersionInvalid, L"The package \"%1\" cannot be deployed: its version \"%2\" is not one "
+                                      L"to four numbers with dots between "
+                                      L"them, such as 27.0.1. Get the package from its maker again."},
+    {HostText::PackageCodeDiffers, L"The package \"%1\" has the product code %2, but Setup.xml says %3. Copy "
+                                   L"the package that belongs to the "
+                                   L"media, or correct productCode in Setup.xml."},
+    {HostText::PackageVersionDiffers, L"The package \"%1\" has the version %2, but Setup.xml says %3. Copy "
+                                      L"the package that belongs to the media, "
+                                      L"or correct version in Setup.xml."},
     {HostText::MediaFileUnreadable,
      L"The file \"%1\" cannot be read (%2). Check that it is there and that you may read it."},
     {HostText::WorkFolderFailed,

@@ -1,14 +1,15 @@
 #include "host/made_up_media.h"
 
 #include "host/build/product_identity.h"
+#include "host/build/shown_text.h"
 #include "host/build/user_files.h"
 #include "host/database.h"
 #include "host/directory_rules.h"
 #include "host/files.h"
 #include "host/host_messages.h"
+#include "host/package_identity.h"
 #include "host/silent_installer.h"
 #include "host/xml_limits.h"
-#include "host/xml_text.h"
 #include "host/xml_values.h"
 
 #include <msiquery.h>
@@ -44,25 +45,23 @@ CString LanguageName(const CString& summaryTemplate)
     return IsLocaleName(name) ? CString(name) : CString(L"en-US");
 }
 
-CString PropertyOr(MSIHANDLE database, const wchar_t* name, const CString& otherwise)
+// A name for people, on one line.
+CString NameOr(MSIHANDLE database, const wchar_t* name, const CString& otherwise)
 {
     CString value;
     const bool found = ReadPropertyRow(database, name, value);
-    // A control character would stand in every list and line that shows the name.
-    value = WithoutSpecialUnits(value.Left(NAME_LIMIT));
-    CString trimmed = value;
-    return !found || trimmed.Trim().IsEmpty() ? otherwise : value;
+    const CString plain = PlainName(value.Left(NAME_LIMIT));
+    return !found || plain.IsEmpty() ? otherwise : plain;
 }
 
-CString FirstCode(MSIHANDLE database)
+// A setup code is not needed to install, so that any upgrade code that isn't one is passed over.
+CString SetupCode(MSIHANDLE database, const CString& productCode)
 {
-    for (const wchar_t* name : {L"UpgradeCode", L"ProductCode"}) {
-        CString code = PropertyOr(database, name, CString());
-        if (IsBracedGuid(code)) {
-            return code.MakeUpper();
-        }
+    CString code;
+    if (!ReadPropertyRow(database, L"UpgradeCode", code) || !IsBracedGuid(code)) {
+        code = productCode;
     }
-    return CString();
+    return code.MakeUpper();
 }
 
 class DirectoryRows final : public IDirectorySource
@@ -133,22 +132,24 @@ HostError DescribePackage(const CString& packageFile, SetupDescription& descript
     const SilentInstaller silent;
     CInstallerHandle database;
     const unsigned int result = OpenDatabase(packageFile, MSIDBOPEN_READONLY, database);
-    const CString code = result == ERROR_SUCCESS ? FirstCode(database.get()) : CString();
-    if (code.IsEmpty()) {
-        const CString reason =
-            result == ERROR_SUCCESS ? CString(L"it has no product code") : SystemReason(result);
-        return {result == ERROR_SUCCESS ? UINT{ERROR_INSTALL_PACKAGE_INVALID} : result,
-                HostSentence(HostText::MediaPackageBroken, {packageFile, reason})};
+    if (result != ERROR_SUCCESS) {
+        return {result, HostSentence(HostText::MediaPackageBroken, {packageFile, SystemReason(result)})};
+    }
+    PackageIdentity identity;
+    if (HostError error = ReadIdentity(database.get(), packageFile, identity)) {
+        return error;
+    }
+    const CString fileName = FileName(packageFile);
+    if (!IsSafeFileName(fileName)) {
+        return {ERROR_INVALID_NAME, HostSentence(HostText::PackageNameInvalid, {packageFile})};
     }
     const CString summaryTemplate = SummaryText(database.get(), SUMMARY_TEMPLATE);
-    const CString fileName = FileName(packageFile);
     const int platform = IsSixtyFourBit(database.get()) ? Setup::PLATFORM_X64 : Setup::PLATFORM_X86;
     description = SetupDescription();
-    description.strCode = code;
-    description.strName = PropertyOr(database.get(), L"ProductName", fileName.Left(fileName.GetLength() - 4));
-    description.strMaker = PropertyOr(database.get(), L"Manufacturer", L"-");
-    description.strProductVersion =
-        PropertyOr(database.get(), L"ProductVersion", L"0.0.0").Left(VERSION_LIMIT);
+    description.strCode = SetupCode(database.get(), identity.strProductCode);
+    description.strName = NameOr(database.get(), L"ProductName", fileName.Left(fileName.GetLength() - 4));
+    description.strMaker = NameOr(database.get(), L"Manufacturer", L"-");
+    description.strProductVersion = identity.strVersion;
     description.strDefaultLanguage = LanguageName(summaryTemplate);
     description.languages.push_back(description.strDefaultLanguage);
     description.platforms.push_back({platform, CString()});
@@ -157,8 +158,8 @@ HostError DescribePackage(const CString& packageFile, SetupDescription& descript
     }
     ProductDescription product;
     product.strName = description.strName;
-    CString productCode = PropertyOr(database.get(), L"ProductCode", code);
-    product.packages.push_back({platform, fileName, productCode.MakeUpper(), description.strProductVersion});
+    product.packages.push_back(
+        {platform, fileName, identity.strProductCode.MakeUpper(), description.strProductVersion});
     description.products.push_back(product);
     return {};
 }

@@ -4,6 +4,7 @@
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/made_up_media.h"
+#include "host/package_identity.h"
 #include "host/silent_installer.h"
 #include "host/xml_limits.h"
 
@@ -52,7 +53,7 @@ CString FindMissingPackage(const Media& media, const std::vector<ProductDescript
     return {};
 }
 
-HostError CheckPackage(const CString& file)
+HostError CheckPackage(const CString& file, const PackageDescription& package)
 {
     const SilentInstaller silent;
     CInstallerHandle database;
@@ -60,7 +61,8 @@ HostError CheckPackage(const CString& file)
     if (result != ERROR_SUCCESS) {
         return {result, HostSentence(HostText::MediaPackageBroken, {file, SystemReason(result)})};
     }
-    return CheckPackageSources(database.get(), file);
+    const HostError error = CheckIdentity(database.get(), file, package);
+    return error ? error : CheckPackageSources(database.get(), file);
 }
 
 HostError CheckProducts(const Media& media, const std::vector<ProductDescription>& products, int platform)
@@ -70,7 +72,8 @@ HostError CheckProducts(const Media& media, const std::vector<ProductDescription
         HostError error;
         if (package) {
             error = CheckPackage(media.strRoot + PackageFolder(media.description, product, platform) +
-                                 package->strFile);
+                                     package->strFile,
+                                 *package);
         }
         if (!error) {
             error = CheckProducts(media, product.languagePacks, platform);

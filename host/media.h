@@ -31,7 +31,7 @@ constexpr const wchar_t* IMAGE_FOLDER = L"Image";
 // The package file of a product; null when the product isn't made for the platform.
 [[nodiscard]] bool HasPackageFile(const Media& media, int platform);
 
-// Opens each package of the platform and looks for the files that it installs from.
+// Opens each package of the platform, compares it with the description and looks for the files that it installs from.
 [[nodiscard]] HostError CheckPlatform(const Media& media, int platform);
 // The first cabinet or loose file that the package installs from and that isn't there, as an error that names both.
 [[nodiscard]] HostError CheckPackageSources(InstallerHandle database, const CString& packageFile);

@@ -5,6 +5,7 @@
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/media.h"
+#include "host/package_identity.h"
 #include "host/silent_installer.h"
 #include "include/shortcut_strings.h"
 
@@ -143,6 +144,9 @@ HostError ProductObject::Open(std::vector<CString>& warnings)
     if (result != ERROR_SUCCESS) {
         return {result,
                 HostSentence(HostText::MediaPackageBroken, {m_strOriginalFile, SystemReason(result)})};
+    }
+    if (HostError error = CheckIdentity(m_database.get(), m_strOriginalFile, m_package)) {
+        return error;
     }
     CString table;
     result = AddMissingTables(m_database.get(), table);

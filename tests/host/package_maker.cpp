@@ -1,5 +1,6 @@
 #include "tests/host/package_maker.h"
 
+#include "host/database.h"
 #include "host/setup_description.h"
 
 #include <gtest/gtest.h>
@@ -41,6 +42,31 @@ unsigned int RunSql(MSIHANDLE database, const wchar_t* statement)
     return result;
 }
 
+namespace {
+
+void MakeProperties(MSIHANDLE database, const PackageForm& form)
+{
+    std::vector<std::pair<CString, CString>> rows = {{L"ProductName", L"Zolt Test"},
+                                                     {L"Manufacturer", L"Velkmora"},
+                                                     {L"ProductVersion", L"27.0.0"},
+                                                     {L"ProductLanguage", L"1033"},
+                                                     {L"ProductCode", PRODUCT_CODE}};
+    for (const auto& [name, value] : form.properties) {
+        std::erase_if(rows, [&](const auto& row) { return row.first == name; });
+        if (!value.IsEmpty()) {
+            rows.emplace_back(name, value);
+        }
+    }
+    for (const auto& [name, value] : rows) {
+        ASSERT_EQ(RunStatement(database, L"INSERT INTO `Property` (`Property`,`Value`) VALUES (?,?)",
+                               {name, value}),
+                  0u)
+            << Utf8(name);
+    }
+}
+
+} // namespace
+
 void MakePackage(const CString& path, const PackageForm& form)
 {
     ASSERT_EQ(MakeFolders(ParentFolder(path)), 0u);
@@ -50,12 +76,6 @@ void MakePackage(const CString& path, const PackageForm& form)
         L"CREATE TABLE `Property` (`Property` CHAR(72) NOT NULL, `Value` LONGCHAR NOT NULL LOCALIZABLE "
         L"PRIMARY KEY "
         L"`Property`)",
-        L"INSERT INTO `Property` (`Property`,`Value`) VALUES ('ProductName','Zolt Test')",
-        L"INSERT INTO `Property` (`Property`,`Value`) VALUES ('Manufacturer','Velkmora')",
-        L"INSERT INTO `Property` (`Property`,`Value`) VALUES ('ProductVersion','27.0.0')",
-        L"INSERT INTO `Property` (`Property`,`Value`) VALUES ('ProductLanguage','1033')",
-        L"INSERT INTO `Property` (`Property`,`Value`) VALUES "
-        L"('ProductCode','{11111111-2222-3333-4444-555555555556}')",
     };
     const wchar_t* standard[] = {
         L"CREATE TABLE `Directory` (`Directory` CHAR(72) NOT NULL, `Directory_Parent` CHAR(72), `DefaultDir` "
@@ -81,6 +101,7 @@ void MakePackage(const CString& path, const PackageForm& form)
     for (const wchar_t* statement : always) {
         ASSERT_EQ(RunSql(database.get(), statement), 0u) << Utf8(statement);
     }
+    MakeProperties(database.get(), form);
     if (form.bStandardTables) {
         for (const wchar_t* statement : standard) {
             ASSERT_EQ(RunSql(database.get(), statement), 0u) << Utf8(statement);
@@ -121,22 +142,25 @@ void MakeMedia(const CString& folder)
     product.strFolder = L"Zolt";
     product.kind = 8;
     product.bCarrier1 = true;
-    product.packages = {{2, L"Zolt.msi", L"{11111111-2222-3333-4444-555555555555}", L"27.0.0"},
+    product.packages = {{2, L"Zolt.msi", NARROW_PRODUCT_CODE, L"27.0.0"},
                         {3, L"Zolt.msi", PRODUCT_CODE, L"27.0.0"}};
     ProductDescription pack;
     pack.strName = L"Zolt Deutsch";
     pack.strFolder = L"ZoltDe";
     pack.strLanguage = L"de-DE";
-    pack.packages = {{3, L"ZoltDe.msi", L"{11111111-2222-3333-4444-555555555557}", L"27.0.0"}};
+    pack.packages = {{3, L"ZoltDe.msi", PACK_PRODUCT_CODE, L"27.0.0"}};
     product.languagePacks.push_back(pack);
     setup.products.push_back(product);
     WriteText(folder + SETUP_FILE, WriteSetupDescription(setup));
     WriteText(folder + L"Wizard\\en-US\\Guide.pdf", L"guide");
     PackageForm narrow;
     narrow.pszTemplate = L"Intel;1033";
+    narrow.properties = {{L"ProductCode", NARROW_PRODUCT_CODE}};
+    PackageForm german;
+    german.properties = {{L"ProductCode", PACK_PRODUCT_CODE}};
     MakePackage(folder + L"x86\\Zolt\\Zolt.msi", narrow);
     MakePackage(folder + L"x64\\Zolt\\Zolt.msi");
-    MakePackage(folder + L"x64\\ZoltDe\\ZoltDe.msi");
+    MakePackage(folder + L"x64\\ZoltDe\\ZoltDe.msi", german);
 }
 
 DeploymentFile DescribeTestDeployment(const wchar_t* name)

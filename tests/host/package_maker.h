@@ -10,6 +10,8 @@
 
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 // A folder of the test's own, with backslash; gone with the object.
 class ScratchFolder
@@ -32,6 +34,8 @@ struct PackageForm
     bool bStandardTables = true; // Property alone otherwise
     bool bInstallFolder = true;
     const wchar_t* pszTemplate = L"x64;1033";
+    // Rows of the Property table that are changed or added; an empty value leaves the row out.
+    std::vector<std::pair<CString, CString>> properties;
 };
 // A package with a product, directories, a feature, a component and two files of sequence 1 and 7.
 void MakePackage(const CString& path, const PackageForm& form = {});
@@ -39,6 +43,9 @@ void MakePackage(const CString& path, const PackageForm& form = {});
 
 constexpr const wchar_t* PRODUCT_CODE = L"{11111111-2222-3333-4444-555555555556}";
 constexpr const wchar_t* SETUP_CODE = L"{11111111-2222-3333-4444-55555555ABCD}";
+
+constexpr const wchar_t* NARROW_PRODUCT_CODE = L"{11111111-2222-3333-4444-555555555555}"; // 32-bit
+constexpr const wchar_t* PACK_PRODUCT_CODE = L"{11111111-2222-3333-4444-555555555557}";
 
 // A media folder with Setup.xml and packages for both platforms.
 void MakeMedia(const CString& folder);
