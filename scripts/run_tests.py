@@ -21,7 +21,7 @@ ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 BUILD = os.environ.get("ROLLOUT_BUILD", os.path.join(ROOT, "build"))
 LOGS = os.path.join(BUILD, "test-logs")
 # Programs that build and install deployments take the second lane, so that the page tests need not wait for them.
-SECOND_LANE = ("host_test", "build_test")
+SECOND_LANE = ("host_test", "build_test", "media_install_test")
 PROGRAM_SECONDS = 1200
 FUZZ_SECONDS = int(os.environ.get("ROLLOUT_FUZZ_SECONDS", "4"))
 

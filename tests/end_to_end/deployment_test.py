@@ -1,12 +1,14 @@
 """From the wizard's first page to a workstation that has the product."""
 
+import json
 import os
 import re
 import shutil
 import subprocess
 import sys
 
-from wizard import BUILD, MEDIA, PROGRAM_FOLDER, ROOT, WizardTest, property_of, text_of, tree_of, windows_path
+from wizard import (BUILD, MEDIA, PROGRAM_FOLDER, ROOT, WizardTest, property_of, set_property, text_of, tree_of,
+                    windows_path)
 
 
 class DeploymentTest(WizardTest):
@@ -178,6 +180,20 @@ class DeploymentTest(WizardTest):
         self.assertEqual(run.code, 0, run.output)
         self.assert_installs(os.path.join(self.out, "Büro 1"))
 
+    def test_no_value_forges_a_line_of_the_reports_or_breaks_the_json(self):
+        value = "a\x01\x7f\r\n  Property: FORGED added\r\n      Value: \"b\" \\"
+        media = os.path.join(self.folder, "media")
+        shutil.copytree(MEDIA, media)
+        package = os.path.join(media, "x64/Zolt/Zolt2027.msi")
+        set_property(package, "MC3_ENABLED", value)
+        deployment = self.build_with_settings("Json", "mc3 = yes", media=media, platform="x64")
+        rows = json.loads(text_of(os.path.join(deployment, "Changes.json")))["databases"][0]["rows"]
+        row = next(row for row in rows if row["key"] == ["MC3_ENABLED"])
+        self.assertEqual(row["columns"], [{"name": "Value", "old": value, "new": "#1"}])
+        lines = text_of(os.path.join(deployment, "Changes.txt")).splitlines()
+        self.assertEqual([line for line in lines if line.startswith("  Property: FORGED")], [])
+        self.assertEqual(len([line for line in lines if "FORGED" in line]), 1)
+
     def test_replacing_asks_and_leaves_the_old_one_on_no(self):
         deployment = self.build("Twice")
         with open(os.path.join(deployment, "mark.txt"), "w", encoding="ascii") as file:
@@ -292,6 +308,28 @@ class RefusalTest(WizardTest):
                 log = os.path.join(self.folder, "setup.log")
                 run = self.wizard(self.begin("Office", platform=platform), "--log", windows_path(log), media=media)
                 self.assert_refused(run, code, told)
+
+    def test_a_code_of_the_description_that_is_not_the_packages_is_refused(self):
+        """Such media once made an Uninstall.cmd that ended with 0 and removed nothing."""
+        media = os.path.join(self.folder, "media")
+        shutil.copytree(MEDIA, media)
+        setup = os.path.join(media, "Setup.xml")
+        text = text_of(setup)
+        code = property_of(os.path.join(media, "x64/ZoltdeDE/ZoltdeDE.msi"), "ProductCode")
+        wrong = "{00000000-0000-0000-0000-000000000001}"
+        self.assertEqual(text.count(code), 1)
+        with open(setup, "w", encoding="utf-8") as file:
+            file.write(text.replace(code, wrong))
+        self.assert_refused(self.wizard(self.begin("Office", platform="x64"), media=media), 1603, "ZoltdeDE.msi", code,
+                            wrong)
+
+    def test_a_package_whose_product_code_is_a_command_is_refused(self):
+        """Its Uninstall.cmd once ran the command."""
+        code = "{12345678-1234-1234-1234-123456789012} & echo pwned>C:\\pwned.txt & rem "
+        package = os.path.join(self.folder, "Lone product.msi")
+        shutil.copy(os.path.join(MEDIA, "x64/ZoltdeDE/ZoltdeDE.msi"), package)
+        set_property(package, "ProductCode", code)
+        self.assert_refused(self.wizard(self.begin("Office"), media=package), 1603, "Lone product.msi", code)
 
     def test_a_cut_off_package_is_refused_by_name(self):
         media = os.path.join(self.folder, "media")

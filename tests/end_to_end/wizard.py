@@ -94,6 +94,13 @@ def property_of(database, name):
     return properties_of(database).get(name)
 
 
+def set_property(database, name, value):
+    """Changes or adds a row of the database's Property table; the value may hold anything but an apostrophe."""
+    for statement in ("DELETE FROM `Property` WHERE `Property` = '%s'" % name,
+                      "INSERT INTO `Property` (`Property`, `Value`) VALUES ('%s', '%s')" % (name, value)):
+        subprocess.run(["msibuild", database, "-q", statement], check=True, stdout=subprocess.DEVNULL)
+
+
 def text_of(path):
     with open(path, encoding="utf-8-sig") as file:
         return file.read()
