@@ -23,24 +23,6 @@ CString SampleMedia()
     return ParentFolder(ParentFolder(program)) + L"media";
 }
 
-unsigned long RunAndWait(CString command)
-{
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process = {};
-    if (!CreateProcessW(nullptr, command.GetBuffer(command.GetLength()), nullptr, nullptr, FALSE,
-                        CREATE_NO_WINDOW, nullptr, nullptr, &startup, &process)) {
-        ADD_FAILURE() << Utf8(command) << ": " << GetLastError();
-        return ~0ul;
-    }
-    EXPECT_EQ(WaitForSingleObject(process.hProcess, 120000), DWORD{WAIT_OBJECT_0}) << Utf8(command);
-    DWORD code = ~0ul;
-    GetExitCodeProcess(process.hProcess, &code);
-    CloseHandle(process.hProcess);
-    CloseHandle(process.hThread);
-    return code;
-}
-
 class AddedFilesTest : public ThroughHostTest
 {
 protected:

@@ -14,6 +14,25 @@ public:
     bool cancel = false;
 };
 
+// Runs a program to its end; its exit code.
+inline unsigned long RunAndWait(CString command)
+{
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessW(nullptr, command.GetBuffer(command.GetLength()), nullptr, nullptr, FALSE,
+                        CREATE_NO_WINDOW, nullptr, nullptr, &startup, &process)) {
+        ADD_FAILURE() << Utf8(command) << ": " << GetLastError();
+        return ~0ul;
+    }
+    EXPECT_EQ(WaitForSingleObject(process.hProcess, 120000), DWORD{WAIT_OBJECT_0}) << Utf8(command);
+    DWORD code = ~0ul;
+    GetExitCodeProcess(process.hProcess, &code);
+    CloseHandle(process.hProcess);
+    CloseHandle(process.hThread);
+    return code;
+}
+
 class ThroughHostTest : public testing::Test
 {
 protected:
