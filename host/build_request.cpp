@@ -3,7 +3,7 @@
 #include "host/build/deployment_builder.h"
 #include "host/files.h"
 #include "host/host_messages.h"
-#include "host/made_up_media.h"
+#include "host/package_sources.h"
 #include "host/read_again.h"
 #include "include/version.h"
 

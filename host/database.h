@@ -29,9 +29,6 @@ using RowFunction = std::function<bool(MSIHANDLE record)>;
 // Properties of the summary information (the service's PID_ numbers, which mingw-w64's header lacks).
 constexpr unsigned int SUMMARY_TEMPLATE = 7;
 constexpr unsigned int SUMMARY_WORD_COUNT = 15;
-constexpr int WORD_COUNT_SHORT_NAMES = 1; // source files bear their short names
-constexpr int WORD_COUNT_COMPRESSED = 2;  // source files are in cabinets
-constexpr int WORD_COUNT_ADMIN_IMAGE = 4; // ... were, before an administrative installation laid them out
 // Empty, or 0, when it isn't there.
 [[nodiscard]] CString SummaryText(MSIHANDLE database, unsigned int property);
 [[nodiscard]] int SummaryNumber(MSIHANDLE database, unsigned int property);

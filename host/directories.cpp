@@ -85,11 +85,9 @@ CFeature* FeatureManager::FindFeature(const CString& name)
 }
 
 DirectoryManager::DirectoryManager(InstallerHandle database, const CString& packageFolder)
-    : m_database(database), m_packageFolder(packageFolder)
+    : m_database(database), m_packageFolder(packageFolder),
+      m_layout(LayoutOf(SummaryNumber(database, SUMMARY_WORD_COUNT)))
 {
-    // The files of an administrative image lie in folders, although its summary still says compressed.
-    const int words = SummaryNumber(database, SUMMARY_WORD_COUNT);
-    m_flatSource = (words & WORD_COUNT_COMPRESSED) && !(words & WORD_COUNT_ADMIN_IMAGE);
     ReadRows();
     ReadProperties();
 }
@@ -232,7 +230,7 @@ const CDirectoryManager::DirectoryMap& DirectoryManager::GetDirectories()
     }
     for (const auto& [key, row] : m_rows) {
         m_entries[key] = {row.data.get(), ResolveTargetPath(*this, key),
-                          ResolveSourcePath(*this, key, m_packageFolder, m_flatSource)};
+                          ResolveSourcePath(*this, key, m_packageFolder, m_layout)};
     }
     return m_entries;
 }
@@ -258,5 +256,5 @@ bool DirectoryManager::GetSourcePath(const wchar_t* directory, wchar_t* buffer, 
     if (!m_rows.count(directory)) {
         GetDirectories();
     }
-    return CopyPath(ResolveSourcePath(*this, directory, m_packageFolder, m_flatSource), buffer, size);
+    return CopyPath(ResolveSourcePath(*this, directory, m_packageFolder, m_layout), buffer, size);
 }

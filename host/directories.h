@@ -57,7 +57,7 @@ private:
 
     InstallerHandle m_database;
     CString m_packageFolder;
-    bool m_flatSource = false;
+    PackageLayout m_layout;
     std::map<CString, Row> m_rows;
     std::map<CString, CString> m_properties;               // that settle a directory
     std::vector<std::unique_ptr<DirectoryData>> m_retired; // pages may still point at them

@@ -4,9 +4,10 @@ namespace {
 
 constexpr int DEPTH_LIMIT = 200; // deeper than any path; ends a circle
 
-CString LongName(const CString& name)
+// "." is the parent's own folder.
+CString FolderName(const CString& name, const PackageLayout& layout)
 {
-    const CString text = name.Mid(name.Find(L'|') + 1);
+    const CString text = SourceName(name, layout);
     return text == L"." ? CString() : text;
 }
 
@@ -30,7 +31,7 @@ CString ResolveTarget(const IDirectorySource& source, const CString& key, int de
 }
 
 CString ResolveSource(const IDirectorySource& source, const CString& key, const CString& packageFolder,
-                      int depth)
+                      const PackageLayout& layout, int depth)
 {
     const DirectoryColumns* row = source.FindDirectory(key);
     if (!row || depth >= DEPTH_LIMIT) {
@@ -39,8 +40,8 @@ CString ResolveSource(const IDirectorySource& source, const CString& key, const 
     if (IsRoot(*row)) {
         return packageFolder;
     }
-    const CString parent = ResolveSource(source, row->Directory_Parent, packageFolder, depth + 1);
-    return parent.IsEmpty() ? CString() : parent + WithBackslash(SourceFolderName(row->DefaultDir));
+    const CString parent = ResolveSource(source, row->Directory_Parent, packageFolder, layout, depth + 1);
+    return parent.IsEmpty() ? CString() : parent + WithBackslash(SourceFolderName(row->DefaultDir, layout));
 }
 
 } // namespace
@@ -48,12 +49,12 @@ CString ResolveSource(const IDirectorySource& source, const CString& key, const 
 CString TargetFolderName(const CString& defaultDir)
 {
     const int colon = defaultDir.Find(L':');
-    return LongName(colon < 0 ? defaultDir : defaultDir.Left(colon));
+    return FolderName(colon < 0 ? defaultDir : defaultDir.Left(colon), PackageLayout());
 }
 
-CString SourceFolderName(const CString& defaultDir)
+CString SourceFolderName(const CString& defaultDir, const PackageLayout& layout)
 {
-    return LongName(defaultDir.Mid(defaultDir.Find(L':') + 1));
+    return FolderName(defaultDir.Mid(defaultDir.Find(L':') + 1), layout);
 }
 
 CString WithBackslash(const CString& path)
@@ -67,8 +68,10 @@ CString ResolveTargetPath(const IDirectorySource& source, const CString& key)
 }
 
 CString ResolveSourcePath(const IDirectorySource& source, const CString& key, const CString& packageFolder,
-                          bool flat)
+                          const PackageLayout& layout)
 {
-    // Compressed packages keep all their files beside the package.
-    return flat && source.FindDirectory(key) ? packageFolder : ResolveSource(source, key, packageFolder, 0);
+    if (layout.bCompressed && source.FindDirectory(key)) {
+        return packageFolder;
+    }
+    return ResolveSource(source, key, packageFolder, layout, 0);
 }

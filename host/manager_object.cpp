@@ -4,7 +4,7 @@
 #include "host/host_messages.h"
 #include "host/languages.h"
 #include "host/longest_path.h"
-#include "host/made_up_media.h"
+#include "host/package_sources.h"
 
 ManagerObject::ManagerObject(Media media, const CString& workFolder, SetupLog& log)
     : m_openedMedia(std::move(media)), m_strWorkFolder(workFolder), m_log(log)

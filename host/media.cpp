@@ -5,6 +5,7 @@
 #include "host/host_messages.h"
 #include "host/made_up_media.h"
 #include "host/package_identity.h"
+#include "host/package_sources.h"
 #include "host/silent_installer.h"
 #include "host/xml_limits.h"
 

@@ -350,9 +350,9 @@ TEST(DeploymentFileTest, ACutOffFileIsRefused)
 TEST(DirectoryRulesTest, LongNamesOfTargetAndSourceAreTold)
 {
     EXPECT_EQ(TargetFolderName(L"SHORT|Long Name:SRC|Source Name"), CString(L"Long Name"));
-    EXPECT_EQ(SourceFolderName(L"SHORT|Long Name:SRC|Source Name"), CString(L"Source Name"));
+    EXPECT_EQ(SourceFolderName(L"SHORT|Long Name:SRC|Source Name", LayoutOf(0)), CString(L"Source Name"));
     EXPECT_EQ(TargetFolderName(L".:src"), CString());
-    EXPECT_EQ(SourceFolderName(L"name"), CString(L"name"));
+    EXPECT_EQ(SourceFolderName(L"name", LayoutOf(0)), CString(L"name"));
 }
 
 TEST(DirectoryRulesTest, ATargetIsItsParentsAndItsName)
@@ -363,8 +363,9 @@ TEST(DirectoryRulesTest, ATargetIsItsParentsAndItsName)
     directories.Add(L"Below", L"INSTALLDIR", L".");
     directories.settled[L"TARGETDIR"] = L"C:";
     EXPECT_EQ(ResolveTargetPath(directories, L"Below"), CString(L"C:\\Zolt 2027\\"));
-    EXPECT_EQ(ResolveSourcePath(directories, L"Below", L"D:\\m\\", false), CString(L"D:\\m\\Zolt 2027\\"));
-    EXPECT_EQ(ResolveSourcePath(directories, L"Below", L"D:\\m\\", true), CString(L"D:\\m\\"));
+    EXPECT_EQ(ResolveSourcePath(directories, L"Below", L"D:\\m\\", LayoutOf(0)),
+              CString(L"D:\\m\\Zolt 2027\\"));
+    EXPECT_EQ(ResolveSourcePath(directories, L"Below", L"D:\\m\\", LayoutOf(2)), CString(L"D:\\m\\"));
 }
 
 TEST(DirectoryRulesTest, ACircleOfParentsGivesNoPath)
@@ -373,7 +374,7 @@ TEST(DirectoryRulesTest, ACircleOfParentsGivesNoPath)
     directories.Add(L"A", L"B", L"a");
     directories.Add(L"B", L"A", L"b");
     EXPECT_EQ(ResolveTargetPath(directories, L"A"), CString());
-    EXPECT_EQ(ResolveSourcePath(directories, L"A", L"D:\\", false), CString());
+    EXPECT_EQ(ResolveSourcePath(directories, L"A", L"D:\\", LayoutOf(0)), CString());
 }
 
 TEST(XmlValuesTest, OnlyLocaleNamesPass)
