@@ -5,6 +5,7 @@
 #include "host/build/build_names.h"
 #include "host/build/cabinet.h"
 #include "host/build/file_operations.h"
+#include "host/directory_rules.h"
 
 #include <optional>
 #include <set>
@@ -90,34 +91,71 @@ std::vector<CString> EarlierCabinets(const BuildDatabase& database)
     return cabinets;
 }
 
+CString PackageFolder(const BuildDatabase& database)
+{
+    return WithBackslash(FolderAbove(database.strOriginal));
+}
+
+// Where the files that were added before lie loose, by key, relative to the package's folder.
+std::map<CString, CString> EarlierLoosePaths(const BuildDatabase& database)
+{
+    const CString folder = PackageFolder(database);
+    if (database.hDatabase == 0 || !FindAdditionSources(database.hDatabase, folder).bLoose) {
+        return {};
+    }
+    return FindAdditionSources(OpenDatabaseToRead(database.strOriginal).get(), folder).paths;
+}
+
+struct FoundSource
+{
+    CString strPath; // empty: it is to come from the cabinets of the deployment that is built on
+    std::uint64_t size = 0;
+    bool bEarlier = false; // not on this computer, but in that deployment
+};
+
 // Looks for the source of an added file.
 class SourceFinder
 {
 public:
-    explicit SourceFinder(const BuildDatabase& database) : m_database(database) {}
-
-    // False: it is to come from the cabinets of the deployment that is built on. A file that isn't there either is
-    // refused, and so is one of which nothing can be told, for instance on a share that doesn't answer.
-    bool Find(const CString& source, std::uint64_t& size)
+    explicit SourceFinder(const BuildDatabase& database)
+        : m_database(database), m_loosePaths(EarlierLoosePaths(database))
     {
+    }
+
+    // A file that is nowhere is refused, and so is one of which nothing can be told, for instance on a share that
+    // doesn't answer.
+    FoundSource Find(const CString& key, const CString& source)
+    {
+        const CString copy = EarlierCopy(key);
         try {
             if (IsFullPath(source) && KindOfPath(source) == PathKind::File) {
-                size = SizeOfFile(source);
+                const std::uint64_t size = SizeOfFile(source);
                 RequirePackable(m_database.strProductName, source, size);
-                return true;
+                return {source, size, false};
             }
         } catch (const BuildFailure& failure) {
-            if (failure.code == BUILD_FILE_TOO_LARGE || !HasCabinets()) {
+            if (failure.code == BUILD_FILE_TOO_LARGE || (copy.IsEmpty() && !HasCabinets())) {
                 throw;
             }
+        }
+        if (!copy.IsEmpty()) {
+            return {copy, SizeOfFile(copy), true};
         }
         if (!HasCabinets()) {
             RefuseMissing(m_database.strProductName, source);
         }
-        return false;
+        return {CString(), 0, true};
     }
 
 private:
+    CString EarlierCopy(const CString& key) const
+    {
+        const auto found = m_loosePaths.find(key);
+        const CString path =
+            found == m_loosePaths.end() ? CString() : PackageFolder(m_database) + found->second;
+        return !path.IsEmpty() && KindOfPath(path) == PathKind::File ? path : CString();
+    }
+
     bool HasCabinets()
     {
         if (!m_hasCabinets) {
@@ -127,25 +165,49 @@ private:
     }
 
     const BuildDatabase& m_database;
+    std::map<CString, CString> m_loosePaths;
     std::optional<bool> m_hasCabinets; // asked when it matters
 };
 
 } // namespace
 
-std::uint64_t CheckUserFiles(const BuildDatabase& database)
+UserFileSources CheckUserFiles(const BuildDatabase& database)
 {
-    std::uint64_t bytes = 0;
-    SourceFinder finder(database);
-    for (const RecordedFile& file : RecordedFiles(database)) {
-        std::uint64_t size = 0;
-        bytes += finder.Find(file.strSource, size) ? size : 0;
+    UserFileSources sources;
+    const std::vector<RecordedFile> files = RecordedFiles(database);
+    if (files.empty()) {
+        return sources;
     }
-    return bytes;
+    const AdditionSources places = FindAdditionSources(database.hDatabase, PackageFolder(database));
+    SourceFinder finder(database);
+    for (const RecordedFile& file : files) {
+        const FoundSource found = finder.Find(file.strKey, file.strSource);
+        const auto place = places.paths.find(file.strKey);
+        if (!places.bLoose) {
+            sources.bytesToPack += found.size;
+        } else if (place != places.paths.end()) { // a stray addition has none, and is left out
+            sources.loose.push_back(
+                {file.strSource, JoinFolder(FolderAbove(database.strTarget), place->second), found.size});
+        }
+    }
+    return sources;
+}
+
+std::vector<CString> EarlierLooseFiles(const BuildDatabase& database)
+{
+    std::vector<CString> files;
+    for (const auto& [key, path] : EarlierLoosePaths(database)) {
+        files.push_back(path);
+    }
+    return files;
 }
 
 UserFileBuild::UserFileBuild(BuildRun& run, const BuildDatabase& database, const DatabaseSnapshot& snapshot)
-    : m_run(run), m_database(database), m_additions(FindUserAdditions(snapshot))
+    : m_run(run), m_database(database),
+      m_places(FindAdditionSources(database.hDatabase, PackageFolder(database))),
+      m_additions(FindUserAdditions(snapshot))
 {
+    m_additions.bLoose = m_places.bLoose;
 }
 
 void UserFileBuild::Decide(DatabaseSnapshot& snapshot)
@@ -167,10 +229,10 @@ void UserFileBuild::Decide(DatabaseSnapshot& snapshot)
         throw BuildFailure{BUILD_ALREADY_EXISTS, clash};
     }
     FindSources();
-    m_cabinets = PackUserFiles(m_additions.files);
-    const CString refused =
-        FinishUserAdditions(snapshot, m_additions, m_cabinets,
-                            IsPackageCompressed(m_database.hDatabase, m_database.strWorkingCopy));
+    if (!m_additions.bLoose) {
+        m_cabinets = PackUserFiles(m_additions.files);
+    }
+    const CString refused = FinishUserAdditions(snapshot, m_additions, m_cabinets, m_places.bPackedUnmarked);
     if (!refused.IsEmpty()) {
         throw BuildFailure{BUILD_INSTALLER_FAILED, L"The files that were added to " +
                                                        m_database.strProductName + L" can't be installed: " +
@@ -180,15 +242,24 @@ void UserFileBuild::Decide(DatabaseSnapshot& snapshot)
 
 void UserFileBuild::Pack(DatabaseSnapshot& snapshot)
 {
-    if (m_cabinets.empty()) {
+    if (m_additions.files.empty()) {
         return;
     }
+    if (m_additions.bLoose) {
+        LayLooseFiles();
+    } else {
+        PackCabinets();
+    }
+    SetUserFileSizes(snapshot, m_additions);
+}
+
+void UserFileBuild::PackCabinets()
+{
     m_run.Step(L"Packing the files that were added to " + m_database.strProductName);
     RescueMissing();
     for (const UserCabinet& cabinet : m_cabinets) {
         PackCabinet(cabinet);
     }
-    SetUserFileSizes(snapshot, m_additions);
     m_run.log.Write(L"Added files: " + NumberText(static_cast<long long>(m_additions.files.size())) +
                     L", packed into " + NumberText(static_cast<long long>(m_cabinets.size())) +
                     (m_cabinets.size() == 1 ? L" cabinet" : L" cabinets"));
@@ -198,7 +269,17 @@ void UserFileBuild::FindSources()
 {
     SourceFinder finder(m_database);
     for (UserFile& file : m_additions.files) {
-        if (!finder.Find(file.strSource, file.size)) {
+        if (m_additions.bLoose && m_places.paths.count(file.strKey) == 0) {
+            throw BuildFailure{BUILD_INSTALLER_FAILED,
+                               Sentence(m_database.strProductName, file.strSource,
+                                        L"can't be installed, as the product's database lacks the folder of "
+                                        L"it. Remove it from the additional files.")};
+        }
+        const FoundSource found = finder.Find(file.strKey, file.strSource);
+        file.size = found.size;
+        if (found.bEarlier && !found.strPath.IsEmpty()) {
+            m_earlierFiles[file.strKey] = found.strPath;
+        } else if (found.bEarlier) {
             file.size = file.storedSize;
             m_rescued[file.strKey] =
                 std::make_unique<ScratchFile>(m_database.strWorkingCopy + L"." + file.strKey);
@@ -206,10 +287,14 @@ void UserFileBuild::FindSources()
     }
 }
 
-const ScratchFile* UserFileBuild::RescuedCopy(const UserFile& file) const
+CString UserFileBuild::CopyOf(const UserFile& file) const
 {
-    const auto found = m_rescued.find(file.strKey);
-    return found == m_rescued.end() ? nullptr : found->second.get();
+    const auto rescued = m_rescued.find(file.strKey);
+    if (rescued != m_rescued.end()) {
+        return rescued->second->Path();
+    }
+    const auto earlier = m_earlierFiles.find(file.strKey);
+    return earlier == m_earlierFiles.end() ? CString() : earlier->second;
 }
 
 void UserFileBuild::RescueMissing()
@@ -226,10 +311,26 @@ void UserFileBuild::RescueMissing()
         found.merge(ReadCabinet(cabinet, targets, [&](std::uint64_t) { m_run.meter.Poll(); }));
     }
     for (const UserFile& file : m_additions.files) {
-        if (RescuedCopy(file) && found.count(file.strKey) == 0) {
+        if (m_rescued.count(file.strKey) != 0 && found.count(file.strKey) == 0) {
             RefuseMissing(m_database.strProductName, file.strSource);
         }
     }
+}
+
+void UserFileBuild::LayLooseFiles()
+{
+    m_run.Step(L"Copying the files that were added to " + m_database.strProductName);
+    RescueMissing();
+    for (UserFile& file : m_additions.files) {
+        const CString copy = CopyOf(file);
+        CopyIntoStaging(m_run, copy.IsEmpty() ? file.strSource : copy,
+                        JoinFolder(FolderAbove(m_database.strTarget), m_places.paths.at(file.strKey)));
+        file.size = m_run.manifest.back().size;
+        RequirePackable(m_database.strProductName, file.strSource, file.size);
+        TellChange(file);
+    }
+    m_run.log.Write(L"Added files: " + NumberText(static_cast<long long>(m_additions.files.size())) +
+                    L", laid beside the product's own");
 }
 
 // Packed beside the working copy, as the library goes back and forth in what it writes; then copied like any file.
@@ -238,8 +339,8 @@ void UserFileBuild::PackCabinet(const UserCabinet& cabinet)
     std::vector<CabinetMember> members;
     for (std::size_t index = cabinet.first; index < cabinet.first + cabinet.count; ++index) {
         const UserFile& file = m_additions.files[index];
-        const ScratchFile* rescued = RescuedCopy(file);
-        members.push_back({file.strKey, rescued ? rescued->Path() : file.strSource, 0});
+        const CString copy = CopyOf(file);
+        members.push_back({file.strKey, copy.IsEmpty() ? file.strSource : copy, 0});
     }
     const ScratchFile packed(m_database.strWorkingCopy + L"." + cabinet.strName);
     WriteCabinet(packed.Path(), members, [&](std::uint64_t bytes) { m_run.meter.Add(bytes); });
@@ -276,7 +377,7 @@ void UserFileBuild::TellProductNames(const DatabaseSnapshot& snapshot)
 
 void UserFileBuild::TellChange(const UserFile& file)
 {
-    if (RescuedCopy(file)) {
+    if (!CopyOf(file).IsEmpty()) {
         m_run.Warn(L"The added file \"" + file.strSource +
                    L"\" is not on this computer; the copy in the deployment was taken.");
     } else if (file.storedSize != file.size) {

@@ -51,10 +51,12 @@ CString RefusedTargets(const BuildPlan& plan, const CopyList& list)
             return refusal;
         }
     }
-    for (const CopyItem& file : list.files) {
-        refusal = add(file.strTarget, file.strSource);
-        if (!refusal.IsEmpty()) {
-            return refusal;
+    for (const std::vector<CopyItem>* files : {&list.files, &list.looseAdditions}) {
+        for (const CopyItem& file : *files) {
+            refusal = add(file.strTarget, file.strSource);
+            if (!refusal.IsEmpty()) {
+                return refusal;
+            }
         }
     }
     return refusal;
@@ -71,8 +73,10 @@ CString LongestPath(const BuildPlan& plan, const CopyList& list, const CString& 
     for (const auto& name : NamedTargets(plan)) {
         consider(name.first);
     }
-    for (const CopyItem& file : list.files) {
-        consider(file.strTarget);
+    for (const std::vector<CopyItem>* files : {&list.files, &list.looseAdditions}) {
+        for (const CopyItem& file : *files) {
+            consider(file.strTarget);
+        }
     }
     return JoinFolder(workstationPath, longest);
 }

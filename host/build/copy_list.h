@@ -17,8 +17,10 @@ struct CopyList
 {
     std::vector<CString> folders; // relative, parents before children
     std::vector<CopyItem> files;
-    std::uint64_t bytes = 0;           // of the files, of the databases and of the user's files
-    std::uint64_t userBytes = 0;       // of the user's files alone, which are packed before they are copied
+    std::vector<CopyItem>
+        looseAdditions;          // files of the user's that aren't packed; they come with their database
+    std::uint64_t bytes = 0;     // of the files, of the databases and of the user's files
+    std::uint64_t userBytes = 0; // of the user's files that are packed before they are copied
     std::vector<CString> skippedLinks; // full paths: links to other folders are not followed
 };
 

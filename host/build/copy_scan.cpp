@@ -20,6 +20,9 @@ public:
         for (const BuildDatabase& database : plan.databases) {
             if (database.hDatabase != 0) {
                 m_packageFolders.insert(FolderAbove(database.strTarget));
+                for (const CString& file : EarlierLooseFiles(database)) {
+                    m_earlierFiles.insert(JoinFolder(FolderAbove(database.strTarget), file));
+                }
             }
         }
     }
@@ -35,7 +38,7 @@ public:
         for (const BuildDatabase& database : m_plan.databases) {
             AddParents(database.strTarget);
             m_list.bytes += SizeOfFile(database.hDatabase ? database.strWorkingCopy : database.strOriginal);
-            m_list.userBytes += CheckUserFiles(database);
+            AddUserFiles(database);
         }
         for (const BuildText& text : m_plan.texts) {
             AddParents(text.strTarget);
@@ -70,7 +73,7 @@ private:
             const CString entrySource = JoinFolder(source, entry.strName);
             const CString entryTarget = JoinFolder(target, entry.strName);
             if (m_excluded.count(path) != 0 || m_named.count(entryTarget) != 0 ||
-                IsEarlierCabinet(entry.strName, target)) {
+                IsEarlierCabinet(entry.strName, target) || m_earlierFiles.count(entryTarget) != 0) {
                 continue;
             }
             if (!entry.IsFolder()) {
@@ -78,7 +81,9 @@ private:
             } else if (entry.IsLink()) {
                 m_list.skippedLinks.push_back(entrySource);
             } else {
-                AddFolder(entryTarget);
+                if (!HoldsEarlierFiles(entryTarget)) {
+                    AddFolder(entryTarget); // else with what still comes into it
+                }
                 ScanFolder(entrySource, path, entryTarget);
             }
         }
@@ -88,6 +93,23 @@ private:
     bool IsEarlierCabinet(const CString& name, const CString& targetFolder) const
     {
         return IsUserCabinet(name) && m_packageFolders.count(targetFolder) != 0;
+    }
+
+    bool HoldsEarlierFiles(const CString& folder) const
+    {
+        const auto first = m_earlierFiles.lower_bound(folder + L"\\");
+        return first != m_earlierFiles.end() && IsSameOrBelow(*first, folder);
+    }
+
+    void AddUserFiles(const BuildDatabase& database)
+    {
+        UserFileSources sources = CheckUserFiles(database);
+        m_list.userBytes += sources.bytesToPack;
+        for (CopyItem& file : sources.loose) {
+            AddParents(file.strTarget);
+            m_list.bytes += file.size;
+            m_list.looseAdditions.push_back(std::move(file));
+        }
     }
 
     void AddFile(CopyItem file)
@@ -121,6 +143,7 @@ private:
     NameSet m_excluded;
     NameSet m_folders;
     NameSet m_packageFolders; // targets of the databases that are written anew
+    NameSet m_earlierFiles; // targets of what was added to them before and lies loose; it comes anew as well
     CopyList m_list;
 };
 

@@ -7,8 +7,6 @@
 namespace {
 
 constexpr UINT PROPERTY_REVISION_NUMBER = 9;
-constexpr UINT PROPERTY_WORD_COUNT = 15;
-constexpr INT WORD_COUNT_COMPRESSED = 2;
 const wchar_t g_streams[] = L"_Streams";
 
 bool IsStreamType(const CString& type)
@@ -204,20 +202,6 @@ CString ReadRecordField(MSIHANDLE record, UINT field)
         text.ReleaseBuffer(code == ERROR_SUCCESS ? static_cast<int>(capacity) : 0);
     }
     return text;
-}
-
-bool IsPackageCompressed(MSIHANDLE database, const CString& path)
-{
-    CInstallerHandle summary;
-    CheckInstaller(MsiGetSummaryInformationW(database, nullptr, 0, summary.put()),
-                   L"Reading the summary information of", path);
-    UINT type = 0;
-    INT words = 0;
-    FILETIME time = {};
-    DWORD length = 0;
-    const UINT code = MsiSummaryInfoGetPropertyW(summary.get(), PROPERTY_WORD_COUNT, &type, &words, &time,
-                                                 nullptr, &length);
-    return code == ERROR_SUCCESS && (words & WORD_COUNT_COMPRESSED) != 0;
 }
 
 CString ReadPackageCode(MSIHANDLE database, const CString& path)

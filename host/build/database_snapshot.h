@@ -20,9 +20,6 @@ DatabaseSnapshot ReadSnapshot(MSIHANDLE database, const CString& path, const std
 // A column of a fetched record, of any length; counted from 1.
 CString ReadRecordField(MSIHANDLE record, UINT field);
 
-// Whether the source files are in cabinets unless their rows say otherwise.
-bool IsPackageCompressed(MSIHANDLE database, const CString& path);
-
 // The revision number of the summary information.
 CString ReadPackageCode(MSIHANDLE database, const CString& path);
 void WritePackageCode(MSIHANDLE database, const CString& packageCode, const CString& path);

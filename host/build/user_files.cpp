@@ -12,6 +12,7 @@ namespace {
 constexpr std::uint64_t CABINET_BYTES = 1ull << 30; // of content; half of what a cabinet can hold
 constexpr std::size_t CABINET_FILES = 30000;        // less than half of what a cabinet can list
 constexpr long long MAX_SHORT = 32767;              // the largest value of a column of type i2
+constexpr int FILE_NONCOMPRESSED = 0x2000;
 constexpr int FILE_COMPRESSED = 0x4000;
 const wchar_t g_userFeature[] = L"_UserDeploymentFile";
 
@@ -93,6 +94,23 @@ long long FinishFileRows(const WriteTable& files, const WriteTable& media, const
     return last + 1;
 }
 
+// Loose files need no numbers of their own, and no medium but one that is there.
+void FinishLooseFileRows(const WriteTable& files, const WriteTable& media, const UserAdditions& additions)
+{
+    if (media.Rows().empty()) {
+        RowValues row = media.EmptyRow();
+        media.Set(row, L"DiskId", L"1");
+        media.Set(row, L"LastSequence", L"1");
+        media.Rows()[{L"1"}] = std::move(row);
+    }
+    const CString sequence = NumberText(HighestNumber(media, L"LastSequence", {}));
+    for (const UserFile& file : additions.files) {
+        RowValues& row = files.Rows().at({file.strKey});
+        files.Set(row, L"Sequence", sequence);
+        files.Set(row, L"Attributes", NumberText(FILE_NONCOMPRESSED));
+    }
+}
+
 void AddMediaRows(const WriteTable& media, const std::vector<UserCabinet>& cabinets, long long firstSequence)
 {
     long long disk = HighestNumber(media, L"DiskId", {});
@@ -105,6 +123,21 @@ void AddMediaRows(const WriteTable& media, const std::vector<UserCabinet>& cabin
         media.Set(row, L"Cabinet", cabinet.strName);
         media.Rows()[{id}] = std::move(row);
     }
+}
+
+// Answers why the numbers don't fit; empty when they do.
+CString FinishPackedFileRows(const WriteTable& files, const WriteTable& media, const UserAdditions& additions,
+                             const std::vector<UserCabinet>& cabinets, bool packageIsCompressed)
+{
+    const long long first = FinishFileRows(files, media, additions, packageIsCompressed);
+    const long long last = first + static_cast<long long>(additions.files.size()) - 1;
+    if (last > MAX_SHORT &&
+        (files.HoldsOnlyShortNumbers(L"Sequence") || media.HoldsOnlyShortNumbers(L"LastSequence"))) {
+        return L"its database can number " + NumberText(MAX_SHORT) +
+               L" files, but with the additions the last one would have the number " + NumberText(last);
+    }
+    AddMediaRows(media, cabinets, first);
+    return {};
 }
 
 // Neither workstations nor whoever gets the deployment need to know where a file was chosen.
@@ -303,15 +336,16 @@ CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& add
         if (!media.Exists()) {
             return L"its database has no table Media";
         }
-        const long long first = FinishFileRows(files, media, additions, packageIsCompressed);
-        const long long last = first + static_cast<long long>(additions.files.size()) - 1;
-        if (last > MAX_SHORT &&
-            (files.HoldsOnlyShortNumbers(L"Sequence") || media.HoldsOnlyShortNumbers(L"LastSequence"))) {
-            return L"its database can number " + NumberText(MAX_SHORT) +
-                   L" files, but with the additions the last one would have the number " + NumberText(last);
+        if (additions.bLoose) {
+            FinishLooseFileRows(files, media, additions);
+        } else {
+            const CString refused =
+                FinishPackedFileRows(files, media, additions, cabinets, packageIsCompressed);
+            if (!refused.IsEmpty()) {
+                return refused;
+            }
         }
         SetUserFileSizes(database, additions);
-        AddMediaRows(media, cabinets, first);
         HideSourcePaths(TableToWrite(database, L"TarnCustomFile"), additions);
     }
     if (!additions.files.empty() || additions.bFolders) {

@@ -30,6 +30,7 @@ struct UserAdditions
     std::vector<CString> straySteps;   // what is left of drives that were only half removed
     bool bFolders = false;             // folders were added
     bool bBuiltBefore = false;         // the database names cabinets of an earlier build
+    bool bLoose = false;               // the files aren't packed, but lie in folders; the caller's to fill
 
     // Nothing was ever added, so that nothing needs to be finished.
     bool IsEmpty() const
@@ -67,9 +68,10 @@ constexpr std::uint64_t MAX_USER_FILE_BYTES = (1ull << 31) - (16u << 20);
 // Cuts the files, in their order, into cabinets of bounded size.
 [[nodiscard]] std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files);
 
-// Changes the snapshot into what is to be built: no rows of strays, sizes as given in `additions`, sequence numbers behind the product's
-// last one, a Media row for each cabinet in place of those of an earlier build, the compression attribute when the
-// package itself is not compressed, names in place of source paths, and the standard actions that additions depend on.
+// Changes the snapshot into what is to be built: no rows of strays, sizes as given in `additions`, sequence numbers
+// behind the product's last one, a Media row for each cabinet in place of those of an earlier build, the attribute of
+// compression where the package's own doesn't hold for them, names in place of source paths, and the standard actions
+// that additions depend on. Loose files share the last number of the media and have no Media row of their own.
 // Answers why the installer can't take it, to follow after the product's name; the snapshot is then of no use.
 [[nodiscard]] CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& additions,
                                           const std::vector<UserCabinet>& cabinets, bool packageIsCompressed);

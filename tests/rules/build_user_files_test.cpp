@@ -114,6 +114,13 @@ protected:
         return FinishUserAdditions(database, additions, PackUserFiles(additions.files), compressed);
     }
 
+    CString FinishLoose()
+    {
+        UserAdditions additions = FindUserAdditions(database);
+        additions.bLoose = true;
+        return FinishUserAdditions(database, additions, {}, false);
+    }
+
     CString Value(const wchar_t* table, const CString& key, std::size_t column) const
     {
         const auto& rows = database.at(table).rows;
@@ -149,6 +156,31 @@ TEST_F(FinishedFiles, OnlyAPackageThatIsNotCompressedNeedsTheAttribute)
     EXPECT_EQ(Finish(false), L"");
     EXPECT_EQ(Value(L"File", KeyOf(1), 4), L"16384");
     EXPECT_EQ(Value(L"File", L"Own", 4), L"8192");
+}
+
+TEST_F(FinishedFiles, LooseFilesGetNoCabinetAndTheLastNumberOfTheMedia)
+{
+    AddFile(1, L"a.txt", 8);
+    AddFile(2, L"b.txt", 8);
+    EXPECT_EQ(FinishLoose(), L"");
+    for (const int number : {1, 2}) {
+        EXPECT_EQ(Value(L"File", KeyOf(number), 4), L"8192");
+        EXPECT_EQ(Value(L"File", KeyOf(number), 5), L"9");
+        EXPECT_EQ(Value(L"TarnCustomFile", KeyOf(number), 1), number == 1 ? L"a.txt" : L"b.txt");
+    }
+    EXPECT_EQ(database[L"Media"].rows.size(), 1u);
+}
+
+TEST_F(FinishedFiles, LooseFilesOfAProductWithoutMediaGetAMediumOnce)
+{
+    AddFile(1, L"a.txt", 8);
+    database[L"Media"].rows.clear();
+    EXPECT_EQ(FinishLoose(), L"");
+    EXPECT_EQ(FinishLoose(), L"");
+    EXPECT_EQ(Value(L"File", KeyOf(1), 5), L"1");
+    EXPECT_EQ(Value(L"Media", L"1", 1), L"1");
+    EXPECT_EQ(Value(L"Media", L"1", 2), L"");
+    EXPECT_EQ(database[L"Media"].rows.size(), 1u);
 }
 
 TEST_F(FinishedFiles, FinishingTwiceComesToTheSame)
