@@ -236,7 +236,7 @@ void UserFileBuild::Decide(DatabaseSnapshot& snapshot)
     if (!refused.IsEmpty()) {
         throw BuildFailure{BUILD_INSTALLER_FAILED, L"The files that were added to " +
                                                        m_database.strProductName + L" can't be installed: " +
-                                                       refused + L". Add fewer files."};
+                                                       refused};
     }
 }
 

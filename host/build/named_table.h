@@ -5,6 +5,20 @@
 
 #include <algorithm>
 
+// A number as it stands in a snapshot; 0 for anything else.
+inline long long NumberOf(const CString& text)
+{
+    const bool negative = text.Left(1) == L"-";
+    long long number = 0;
+    for (int index = negative ? 1 : 0; index < text.GetLength() && number < (1ll << 40); ++index) {
+        if (text[index] < L'0' || text[index] > L'9') {
+            return 0;
+        }
+        number = number * 10 + (text[index] - L'0');
+    }
+    return negative ? -number : number;
+}
+
 // A table that isn't there has no rows: ask `Exists` before `Rows`.
 template <class Table>
 class NamedTable

@@ -2,6 +2,7 @@
 
 #include "host/build/build_names.h"
 #include "host/build/named_table.h"
+#include "host/build/standard_actions.h"
 
 #include <algorithm>
 #include <map>
@@ -15,27 +16,6 @@ constexpr long long MAX_SHORT = 32767;              // the largest value of a co
 constexpr int FILE_NONCOMPRESSED = 0x2000;
 constexpr int FILE_COMPRESSED = 0x4000;
 const wchar_t g_userFeature[] = L"_UserDeploymentFile";
-
-// The installer's standard actions that bring and remove additions, with the numbers that its documentation suggests.
-const struct
-{
-    const wchar_t* name;
-    int sequence;
-} g_actions[] = {
-    {L"RemoveFiles", 3500}, {L"RemoveFolders", 3600}, {L"CreateFolders", 3700}, {L"InstallFiles", 4000}};
-
-long long NumberOf(const CString& text)
-{
-    const bool negative = text.Left(1) == L"-";
-    long long number = 0;
-    for (int index = negative ? 1 : 0; index < text.GetLength() && number < (1ll << 40); ++index) {
-        if (text[index] < L'0' || text[index] > L'9') {
-            return 0;
-        }
-        number = number * 10 + (text[index] - L'0');
-    }
-    return negative ? -number : number;
-}
 
 CString CabinetName(std::size_t number)
 {
@@ -134,7 +114,8 @@ CString FinishPackedFileRows(const WriteTable& files, const WriteTable& media, c
     if (last > MAX_SHORT &&
         (files.HoldsOnlyShortNumbers(L"Sequence") || media.HoldsOnlyShortNumbers(L"LastSequence"))) {
         return L"its database can number " + NumberText(MAX_SHORT) +
-               L" files, but with the additions the last one would have the number " + NumberText(last);
+               L" files, but with the additions the last one would have the number " + NumberText(last) +
+               L". Add fewer files.";
     }
     AddMediaRows(media, cabinets, first);
     return {};
@@ -168,21 +149,6 @@ void FinishFeature(const WriteTable& features, const WriteTable& directories)
     }
     if (!directories.Has(L"INSTALLDIR")) {
         features.Set(features.Rows().at({g_userFeature}), L"Directory_", CString());
-    }
-}
-
-void AddMissingActions(const WriteTable& sequence)
-{
-    if (!sequence.Exists()) {
-        return;
-    }
-    for (const auto& action : g_actions) {
-        if (!sequence.Has(action.name)) {
-            RowValues row = sequence.EmptyRow();
-            sequence.Set(row, L"Action", action.name);
-            sequence.Set(row, L"Sequence", NumberText(action.sequence));
-            sequence.Rows()[{action.name}] = std::move(row);
-        }
     }
 }
 
@@ -334,7 +300,7 @@ CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& add
     RemoveStraySteps(database, additions.straySteps);
     if (!additions.files.empty()) {
         if (!media.Exists()) {
-            return L"its database has no table Media";
+            return L"its database has no table Media. Remove the additional files.";
         }
         if (additions.bLoose) {
             FinishLooseFileRows(files, media, additions);
@@ -350,7 +316,7 @@ CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& add
     }
     if (!additions.files.empty() || additions.bFolders) {
         FinishFeature(TableToWrite(database, L"Feature"), TableToWrite(database, L"Directory"));
-        AddMissingActions(TableToWrite(database, L"InstallExecuteSequence"));
+        return AddMissingActions(database);
     }
     return {};
 }

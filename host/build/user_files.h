@@ -72,7 +72,7 @@ constexpr std::uint64_t MAX_USER_FILE_BYTES = (1ull << 31) - (16u << 20);
 // behind the product's last one, a Media row for each cabinet in place of those of an earlier build, the attribute of
 // compression where the package's own doesn't hold for them, names in place of source paths, and the standard actions
 // that additions depend on. Loose files share the last number of the media and have no Media row of their own.
-// Answers why the installer can't take it, to follow after the product's name; the snapshot is then of no use.
+// Answers why the installer can't take it and what to do, to follow after the product's name; the snapshot is then of no use.
 [[nodiscard]] CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& additions,
                                           const std::vector<UserCabinet>& cabinets, bool packageIsCompressed);
 
