@@ -1,10 +1,12 @@
 #include "host/build/user_files.h"
 
 #include "host/build/build_names.h"
+#include "host/build/media_numbers.h"
 #include "host/build/named_table.h"
 #include "host/build/standard_actions.h"
 
 #include <algorithm>
+#include <limits>
 #include <map>
 #include <set>
 
@@ -54,24 +56,58 @@ long long HighestNumber(const WriteTable& table, const wchar_t* column, const st
     return highest;
 }
 
-// Numbers and attributes of the File rows; the first number is returned.
-long long FinishFileRows(const WriteTable& files, const WriteTable& media, const UserAdditions& additions,
-                         bool packageIsCompressed)
+// Where the numbers of the added files begin.
+struct Numbering
+{
+    long long first = 0;
+    CString strRefused; // why they can't; a sentence
+};
+
+CString RefuseNumbers(long long taken, std::size_t count)
+{
+    CString text = L"its database can number " + NumberText(MAX_SHORT) + L" files, and ";
+    if (taken >= MAX_SHORT) {
+        return text + L"the product takes all of these numbers. Remove the additional files.";
+    }
+    return text + L"the product takes " + NumberText(taken) +
+           L" of these numbers, so that there is room for " + NumberText(MAX_SHORT - taken) +
+           L" added files, not for " + NumberText(static_cast<long long>(count)) +
+           L". Remove some of the additional files.";
+}
+
+// Behind the numbers of the product's files and media. What media reserve beyond their last file is given up only
+// where the columns can't hold the numbers otherwise: a patch of the product's may count on it.
+Numbering NumberFiles(const WriteTable& files, const WriteTable& media, const UserAdditions& additions)
 {
     std::set<CString> added;
     for (const UserFile& file : additions.files) {
         added.insert(file.strKey);
     }
-    const long long last =
-        std::max(HighestNumber(files, L"Sequence", added), HighestNumber(media, L"LastSequence", {}));
-    long long sequence = last;
+    const auto lastTaken = [&] {
+        return std::max(HighestNumber(files, L"Sequence", added), HighestNumber(media, L"LastSequence", {}));
+    };
+    const long long room =
+        files.HoldsOnlyShortNumbers(L"Sequence") || media.HoldsOnlyShortNumbers(L"LastSequence")
+            ? MAX_SHORT - static_cast<long long>(additions.files.size())
+            : std::numeric_limits<int>::max();
+    if (lastTaken() > room) {
+        GiveUpReservedNumbers(media, HighestNumber(files, L"Sequence", added));
+    }
+    const long long last = lastTaken();
+    return last > room ? Numbering{0, RefuseNumbers(last, additions.files.size())} : Numbering{last + 1, {}};
+}
+
+// Numbers and attributes of the File rows.
+void FinishFileRows(const WriteTable& files, const UserAdditions& additions, long long firstSequence,
+                    bool packageIsCompressed)
+{
+    long long sequence = firstSequence;
     for (const UserFile& file : additions.files) {
         RowValues& row = files.Rows().at({file.strKey});
-        files.Set(row, L"Sequence", NumberText(++sequence));
+        files.Set(row, L"Sequence", NumberText(sequence++));
         // A compressed package takes every file for compressed; any other has to be told.
         files.Set(row, L"Attributes", NumberText(packageIsCompressed ? 0 : FILE_COMPRESSED));
     }
-    return last + 1;
 }
 
 // Loose files need no numbers of their own, and no medium but one that is there.
@@ -109,15 +145,17 @@ void AddMediaRows(const WriteTable& media, const std::vector<UserCabinet>& cabin
 CString FinishPackedFileRows(const WriteTable& files, const WriteTable& media, const UserAdditions& additions,
                              const std::vector<UserCabinet>& cabinets, bool packageIsCompressed)
 {
-    const long long first = FinishFileRows(files, media, additions, packageIsCompressed);
-    const long long last = first + static_cast<long long>(additions.files.size()) - 1;
-    if (last > MAX_SHORT &&
-        (files.HoldsOnlyShortNumbers(L"Sequence") || media.HoldsOnlyShortNumbers(L"LastSequence"))) {
-        return L"its database can number " + NumberText(MAX_SHORT) +
-               L" files, but with the additions the last one would have the number " + NumberText(last) +
-               L". Add fewer files.";
+    const long long disk = HighestNumber(media, L"DiskId", {});
+    if (disk + static_cast<long long>(cabinets.size()) > MAX_SHORT) {
+        return L"its table Media has the medium " + NumberText(disk) +
+               L", and no higher number is possible. Remove the additional files.";
     }
-    AddMediaRows(media, cabinets, first);
+    const Numbering numbering = NumberFiles(files, media, additions);
+    if (!numbering.strRefused.IsEmpty()) {
+        return numbering.strRefused;
+    }
+    FinishFileRows(files, additions, numbering.first, packageIsCompressed);
+    AddMediaRows(media, cabinets, numbering.first);
     return {};
 }
 

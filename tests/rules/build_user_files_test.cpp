@@ -221,11 +221,62 @@ TEST_F(FinishedFiles, TheSourcePathGivesWayToTheName)
 
 TEST_F(FinishedFiles, MoreFilesThanTheColumnsCanNumberAreRefused)
 {
+    Row(L"File", {L"Own", L"Own", L"own.txt", L"1", L"8192", L"32766"});
     AddFile(1, L"a.txt", 8);
-    Row(L"Media", {L"3", L"32766", L""});
     EXPECT_EQ(Finish(), L"");
     AddFile(2, L"b.txt", 9);
-    EXPECT_GE(Finish().Find(L"32768"), 0);
+    const CString refused = Finish();
+    EXPECT_GE(refused.Find(L"room for 1 added files, not for 2"), 0) << Utf8(refused);
+}
+
+// One addition was once refused with the advice to add fewer.
+TEST_F(FinishedFiles, AProductThatTakesAllNumbersIsToldAsSuch)
+{
+    Row(L"File", {L"Own", L"Own", L"own.txt", L"1", L"8192", L"32767"});
+    AddFile(1, L"a.txt", 8);
+    const CString refused = Finish();
+    EXPECT_GE(refused.Find(L"the product takes all of these numbers. Remove the additional files."), 0)
+        << Utf8(refused);
+}
+
+// Such a product once took no addition at all.
+TEST_F(FinishedFiles, NumbersThatAMediumOnlyReservesAreGivenUpWhereTheyAreNeeded)
+{
+    Row(L"Media", {L"3", L"32767", L""});
+    AddFile(1, L"a.txt", 8);
+    EXPECT_EQ(Finish(), L"");
+    EXPECT_EQ(Value(L"Media", L"3", 1), L"7");
+    EXPECT_EQ(Value(L"File", KeyOf(1), 5), L"8");
+    EXPECT_EQ(Value(L"Media", L"4", 1), L"8");
+}
+
+TEST_F(FinishedFiles, NumbersThatAMediumReservesAreKeptWhereThereIsRoomBehindThem)
+{
+    Row(L"Media", {L"3", L"32766", L""});
+    AddFile(1, L"a.txt", 8);
+    EXPECT_EQ(Finish(), L"");
+    EXPECT_EQ(Value(L"Media", L"3", 1), L"32766");
+    EXPECT_EQ(Value(L"File", KeyOf(1), 5), L"32767");
+}
+
+TEST_F(FinishedFiles, WideColumnsNeedNoRoom)
+{
+    database[L"File"].columnTypes[5] = L"i4";
+    database[L"Media"].columnTypes[1] = L"i4";
+    Row(L"Media", {L"3", L"40000", L""});
+    AddFile(1, L"a.txt", 8);
+    EXPECT_EQ(Finish(), L"");
+    EXPECT_EQ(Value(L"Media", L"3", 1), L"40000");
+    EXPECT_EQ(Value(L"File", KeyOf(1), 5), L"40001");
+}
+
+TEST_F(FinishedFiles, AMediumOfTheHighestNumberIsRefused)
+{
+    Row(L"Media", {L"32767", L"9", L""});
+    AddFile(1, L"a.txt", 8);
+    const CString refused = Finish();
+    EXPECT_GE(refused.Find(L"Media"), 0) << Utf8(refused);
+    EXPECT_GE(refused.Find(L"32767"), 0) << Utf8(refused);
 }
 
 TEST_F(FinishedFiles, AFeatureNamesNoDirectoryThatTheProductLacks)
