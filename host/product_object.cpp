@@ -7,6 +7,7 @@
 #include "host/media.h"
 #include "host/package_identity.h"
 #include "host/silent_installer.h"
+#include "host/user_feature_rows.h"
 #include "include/shortcut_strings.h"
 
 #include <msiquery.h>
@@ -153,6 +154,11 @@ HostError ProductObject::Open(std::vector<CString>& warnings)
     if (result != ERROR_SUCCESS) {
         return {result,
                 HostSentence(HostText::TableNotMade, {table, m_strOriginalFile, SystemReason(result)})};
+    }
+    result = GatherUserFeatures(m_database.get());
+    if (result != ERROR_SUCCESS) {
+        return {result,
+                HostSentence(HostText::MediaPackageBroken, {m_strOriginalFile, SystemReason(result)})};
     }
     if (HostError error = CheckPackageSources(m_database.get(), m_strOriginalFile)) {
         return error;

@@ -4,6 +4,7 @@
 #include "host/build/media_numbers.h"
 #include "host/build/named_table.h"
 #include "host/build/standard_actions.h"
+#include "host/build/user_features.h"
 
 #include <algorithm>
 #include <limits>
@@ -17,7 +18,6 @@ constexpr std::size_t CABINET_FILES = 30000;        // less than half of what a 
 constexpr long long MAX_SHORT = 32767;              // the largest value of a column of type i2
 constexpr int FILE_NONCOMPRESSED = 0x2000;
 constexpr int FILE_COMPRESSED = 0x4000;
-const wchar_t g_userFeature[] = L"_UserDeploymentFile";
 
 CString CabinetName(std::size_t number)
 {
@@ -167,27 +167,15 @@ void HideSourcePaths(const WriteTable& records, const UserAdditions& additions)
     }
 }
 
-// The pages write the feature of the additions once in a run, into the first product that lacks it; and it names
-// INSTALLDIR whether or not the product has such a directory.
-void FinishFeature(const WriteTable& features, const WriteTable& directories)
+// In the order in which they fill the features.
+std::vector<CString> ComponentsOf(const UserAdditions& additions)
 {
-    if (!features.Exists()) {
-        return;
+    std::vector<CString> keys;
+    for (const UserFile& file : additions.files) {
+        keys.push_back(file.strKey);
     }
-    if (!features.Has(g_userFeature)) {
-        RowValues row = features.EmptyRow();
-        features.Set(row, L"Feature", g_userFeature);
-        features.Set(row, L"Title", L"User Deployment Files");
-        features.Set(row, L"Description", L"User deployment files.");
-        features.Set(row, L"Display", L"0"); // nobody is asked for it
-        features.Set(row, L"Level", L"1");
-        features.Set(row, L"Directory_", L"INSTALLDIR");
-        features.Set(row, L"Attributes", L"16"); // it can't be left out
-        features.Rows()[{g_userFeature}] = std::move(row);
-    }
-    if (!directories.Has(L"INSTALLDIR")) {
-        features.Set(features.Rows().at({g_userFeature}), L"Directory_", CString());
-    }
+    keys.insert(keys.end(), additions.folders.begin(), additions.folders.end());
+    return keys;
 }
 
 } // namespace
@@ -220,11 +208,12 @@ UserAdditions FindUserAdditions(const DatabaseSnapshot& database)
         strays.insert(stray.strKey);
     }
     if (records.Exists()) {
-        additions.bFolders =
-            std::any_of(records.Rows().begin(), records.Rows().end(), [&](const auto& record) {
-                return records.Value(record.second, L"Flags") == FOLDER_FLAGS &&
-                       strays.count(record.first.front()) == 0;
-            });
+        for (const auto& [key, row] : records.Rows()) {
+            if (IsUserKey(key.front()) && records.Value(row, L"Flags") == FOLDER_FLAGS &&
+                strays.count(key.front()) == 0) {
+                additions.folders.push_back(key.front());
+            }
+        }
     }
     if (!files.Exists()) {
         return additions;
@@ -352,11 +341,9 @@ CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& add
         SetUserFileSizes(database, additions);
         HideSourcePaths(TableToWrite(database, L"TarnCustomFile"), additions);
     }
-    if (!additions.files.empty() || additions.bFolders) {
-        FinishFeature(TableToWrite(database, L"Feature"), TableToWrite(database, L"Directory"));
-        return AddMissingActions(database);
-    }
-    return {};
+    const std::vector<CString> components = ComponentsOf(additions);
+    FinishUserFeatures(database, components);
+    return components.empty() ? CString() : AddMissingActions(database);
 }
 
 void SetUserFileSizes(DatabaseSnapshot& database, const UserAdditions& additions)

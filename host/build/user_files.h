@@ -28,14 +28,14 @@ struct UserAdditions
     std::vector<UserFile> files;       // in the order in which they were added
     std::vector<StrayAddition> strays; // of files and folders, to be left out
     std::vector<CString> straySteps;   // what is left of drives that were only half removed
-    bool bFolders = false;             // folders were added
+    std::vector<CString> folders;      // keys of those that were added
     bool bBuiltBefore = false;         // the database names cabinets of an earlier build
     bool bLoose = false;               // the files aren't packed, but lie in folders; the caller's to fill
 
     // Nothing was ever added, so that nothing needs to be finished.
     bool IsEmpty() const
     {
-        return files.empty() && strays.empty() && straySteps.empty() && !bFolders && !bBuiltBefore;
+        return files.empty() && strays.empty() && straySteps.empty() && folders.empty() && !bBuiltBefore;
     }
 };
 
@@ -47,8 +47,9 @@ struct UserCabinet
     std::size_t count = 0;
 };
 
-// Larger files can't be packed: a cabinet ends at 2 GiB, and so does what a File row can tell.
-constexpr std::uint64_t MAX_USER_FILE_BYTES = (1ull << 31) - (16u << 20);
+// Larger files can't be packed: a cabinet ends at 2 GiB, and so does what a File row can tell. A packed file may be
+// larger than its content.
+constexpr std::uint64_t MAX_USER_FILE_BYTES = 2032ull << 20;
 
 // The name of a cabinet of added files, in any case: "TARN0001.cab". The installer wants 8.3 names.
 [[nodiscard]] bool IsUserCabinet(const CString& fileName);
@@ -70,9 +71,10 @@ constexpr std::uint64_t MAX_USER_FILE_BYTES = (1ull << 31) - (16u << 20);
 
 // Changes the snapshot into what is to be built: no rows of strays, sizes as given in `additions`, sequence numbers
 // behind the product's last one, a Media row for each cabinet in place of those of an earlier build, the attribute of
-// compression where the package's own doesn't hold for them, names in place of source paths, and the standard actions
-// that additions depend on. Loose files share the last number of the media and have no Media row of their own.
-// Answers why the installer can't take it and what to do, to follow after the product's name; the snapshot is then of no use.
+// compression where the package's own doesn't hold for them, names in place of source paths, as many features as the
+// components need, and the standard actions that additions depend on. Loose files share the last number of the media and
+// have no Media row of their own. Answers why the installer can't take it and what to do, to follow after the product's
+// name; the snapshot is then of no use.
 [[nodiscard]] CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& additions,
                                           const std::vector<UserCabinet>& cabinets, bool packageIsCompressed);
 

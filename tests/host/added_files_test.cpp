@@ -116,6 +116,22 @@ protected:
         return count;
     }
 
+    // The first column of the first row of a database on the disk.
+    static CString FirstOf(const CString& path, const wchar_t* query)
+    {
+        CInstallerHandle database;
+        CInstallerHandle view;
+        CInstallerHandle record;
+        EXPECT_EQ(MsiOpenDatabaseW(path, MSIDBOPEN_READONLY, database.put()), 0u);
+        EXPECT_EQ(MsiDatabaseOpenViewW(database.get(), query, view.put()), 0u);
+        EXPECT_EQ(MsiViewExecute(view.get(), 0), 0u);
+        CString text = L"(none)";
+        if (MsiViewFetch(view.get(), record.put()) == ERROR_SUCCESS) {
+            EXPECT_TRUE(ReadRecordText(record.get(), 1, text));
+        }
+        return text;
+    }
+
     static CString SourceOf(CProduct& product, const CString& key)
     {
         CInstallerHandle view;
@@ -266,6 +282,38 @@ TEST_F(AddedFilesTest, ModifyingAgainAndAgainPilesNothingUp)
         Build();
     }
     EXPECT_TRUE(IsFile(CabinetOf(L"Added")));
+}
+
+// The pages look for an addition in the first feature alone: what a build had put into a further one stayed behind half
+// when it was removed.
+TEST_F(AddedFilesTest, AdditionsOfFurtherFeaturesAreFoundAndRemovedWhenModified)
+{
+    const wchar_t* const inTheFirst =
+        L"SELECT `Component_` FROM `FeatureComponents` WHERE `Feature_`='_UserDeploymentFile'";
+    const wchar_t* const features = L"SELECT `Feature` FROM `Feature`";
+    CProduct& fresh = OpenSample(Setup::PLATFORM_X64);
+    const int before = CountRows(fresh, features);
+    {
+        AddedRows rows(fresh);
+        for (int number = 0; number < 1610; ++number) {
+            rows.AddFolder(L"folder " + NumberText(number), L"INSTALLDIR");
+        }
+    }
+    Build();
+    const CString database = location + L"Added\\Image\\x64\\Zolt\\Zolt2027.msi";
+    const CString further =
+        L"SELECT `Component_` FROM `FeatureComponents` WHERE `Feature_`='_UserDeploymentFile2'";
+    EXPECT_EQ(FirstOf(database, further).Left(5), L"TARN_");
+    CProduct& again = OpenAgain(Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"Added");
+    EXPECT_EQ(CountRows(again, inTheFirst), 1610);
+    EXPECT_EQ(CountRows(again, features), before + 1);
+    const CString gone = FirstOf(database, further);
+    AddedRows(again).RemoveFolder(gone);
+    Build();
+    CProduct& third = OpenAgain(Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"Added");
+    EXPECT_EQ(CountRows(third, inTheFirst), 1609);
+    EXPECT_EQ(CountRows(third, features), before + 1);
+    EXPECT_EQ(CountRows(third, L"SELECT `Component_` FROM `TarnCustomFile`"), 1609);
 }
 
 TEST_F(AddedFilesTest, WithTheLastAdditionItsCabinetGoes)

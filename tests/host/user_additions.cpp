@@ -101,3 +101,8 @@ void AddedRows::RemoveFile(const CString& parent, const CString& key)
 {
     EXPECT_TRUE(m_writer.RemoveUserFile(parent, key)) << Utf8(key);
 }
+
+void AddedRows::RemoveFolder(const CString& key)
+{
+    EXPECT_TRUE(m_writer.RemoveUserFolder(key)) << Utf8(key);
+}

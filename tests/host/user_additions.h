@@ -23,6 +23,7 @@ public:
     CString AddFolder(const CString& name, const CString& parent);
     CString AddDrive(const CString& drive);
     void RemoveFile(const CString& parent, const CString& key);
+    void RemoveFolder(const CString& key);
 
 private:
     std::unique_ptr<CProduct> m_product; // a stand-in when there is no host

@@ -334,7 +334,7 @@ TEST_F(FinishedFiles, AWholeAdditionIsNoStray)
     AddFolder(2, L"Folder");
     AddFile(3, L"inside.txt", 9, KeyOf(2));
     EXPECT_EQ(StrayNames(), std::vector<CString>());
-    EXPECT_TRUE(FindUserAdditions(database).bFolders);
+    EXPECT_EQ(FindUserAdditions(database).folders.size(), 1u);
 }
 
 TEST_F(FinishedFiles, AFileThatLacksAnyOfItsRowsIsLeftOutWithAllOthers)

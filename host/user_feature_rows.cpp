@@ -1,0 +1,76 @@
+#include "host/user_feature_rows.h"
+
+#include "host/build/stray_additions.h"
+#include "host/build/user_features.h"
+#include "host/database.h"
+
+#include <set>
+#include <vector>
+
+namespace {
+
+struct Assignment
+{
+    CString strFeature;
+    CString strComponent;
+};
+
+// Those of further features. One that holds anything but additions is the product's own.
+unsigned int FindFurther(MSIHANDLE database, std::set<CString>& features,
+                         std::vector<Assignment>& assignments)
+{
+    unsigned int result = ForEachRow(database, L"SELECT `Feature` FROM `Feature`", {}, [&](MSIHANDLE record) {
+        const CString feature = RecordText(record, 1);
+        if (IsFurtherFeatureName(feature)) {
+            features.insert(feature);
+        }
+        return true;
+    });
+    if (result != ERROR_SUCCESS || features.empty()) {
+        return result; // as in every package but large deployments
+    }
+    std::vector<Assignment> all;
+    result = ForEachRow(database, L"SELECT `Feature_`,`Component_` FROM `FeatureComponents`", {},
+                        [&](MSIHANDLE record) {
+                            all.push_back({RecordText(record, 1), RecordText(record, 2)});
+                            return true;
+                        });
+    for (const Assignment& assignment : all) {
+        if (!IsUserKey(assignment.strComponent)) {
+            features.erase(assignment.strFeature);
+        }
+    }
+    for (const Assignment& assignment : all) {
+        if (features.count(assignment.strFeature) != 0) {
+            assignments.push_back(assignment);
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+unsigned int GatherUserFeatures(MSIHANDLE database)
+{
+    std::set<CString> features;
+    std::vector<Assignment> assignments;
+    unsigned int result = FindFurther(database, features, assignments);
+    for (const Assignment& assignment : assignments) {
+        if (result == ERROR_SUCCESS) {
+            result = RunStatement(database,
+                                  L"DELETE FROM `FeatureComponents` WHERE `Feature_`=? AND `Component_`=?",
+                                  {assignment.strFeature, assignment.strComponent});
+        }
+        if (result == ERROR_SUCCESS) {
+            result = RunStatement(database,
+                                  L"INSERT INTO `FeatureComponents` (`Feature_`,`Component_`) VALUES (?,?)",
+                                  {USER_FEATURE, assignment.strComponent});
+        }
+    }
+    for (const CString& feature : features) {
+        if (result == ERROR_SUCCESS) {
+            result = RunStatement(database, L"DELETE FROM `Feature` WHERE `Feature`=?", {feature});
+        }
+    }
+    return result;
+}
