@@ -195,6 +195,7 @@ void CheckPlan(BuildRun& run)
     }
     run.replaces = CheckTarget(run);
     run.list = ScanSources(run.plan);
+    DecideDatabases(run);
     const CString refused = RefusedTargets(run.plan, run.list);
     if (!refused.IsEmpty()) {
         throw BuildFailure{BUILD_BAD_PATH_NAME, refused};

@@ -1,6 +1,7 @@
-// Database: what the pages stored is compared with the vendor's file. Without a difference the vendor's file is
-// copied byte for byte. Otherwise the changed database gets a package code of its own, is committed, read back and
-// compared with what was in the handle, and copied under the vendor's file name.
+// Database: what the pages stored is compared with the vendor's file, as a part of the check, so that a refusal comes
+// before anything is written. Without a difference the vendor's file is copied byte for byte. Otherwise the changed
+// database gets a package code of its own, is committed, read back and compared with what was in the handle, and copied
+// under the vendor's file name.
 #include "host/build/build_run.h"
 
 #include "host/build/build_failure.h"
@@ -76,31 +77,51 @@ void FinishCopy(const CString& path, const CString& target, const DatabaseSnapsh
     CheckInstaller(CopyStorage(path, target), L"Writing the database", target);
 }
 
-DatabaseChanges BuildOne(BuildRun& run, const BuildDatabase& database)
+} // namespace
+
+// Decided before anything is written, carried out when all else is copied. In between the open database rests.
+struct DatabaseDecision
+{
+    DatabaseChanges changes; // but for the sizes of added files, which count when they are packed
+    DatabaseSnapshot original;
+    DatabaseSnapshot wanted;
+    std::unique_ptr<UserFileBuild> userFiles;
+    bool HasUserFiles() const { return userFiles && userFiles->IsNeeded(); }
+    bool IsNeeded() const { return !changes.rows.empty() || HasUserFiles(); }
+};
+
+namespace {
+
+std::shared_ptr<DatabaseDecision> Decide(BuildRun& run, const BuildDatabase& database)
 {
     const std::function<void()> poll = [&run] { run.meter.Poll(); };
-    DatabaseChanges changes;
+    auto decision = std::make_shared<DatabaseDecision>();
+    DatabaseChanges& changes = decision->changes;
     changes.strTarget = database.strTarget;
     changes.strProductName = database.strProductName;
     const CInstallerHandle vendors = OpenDatabaseToRead(database.strOriginal);
     changes.strOldPackageCode = ReadPackageCode(vendors.get(), database.strOriginal);
     changes.strNewPackageCode = changes.strOldPackageCode;
     if (database.hDatabase == 0) {
-        return changes;
+        return decision;
     }
     // This reads every table of the handle, which a commit under Wine depends on (docs/building-deployments.md).
-    DatabaseSnapshot wanted = ReadSnapshot(database.hDatabase, database.strWorkingCopy, poll);
-    const DatabaseSnapshot original = ReadSnapshot(vendors.get(), database.strOriginal, poll);
-    UserFileBuild userFiles(run, database, wanted);
-    userFiles.Decide(wanted);
-    changes.rows = CompareSnapshots(original, wanted);
-    if (changes.rows.empty() && !userFiles.IsNeeded()) {
-        return changes;
-    }
+    decision->wanted = ReadSnapshot(database.hDatabase, database.strWorkingCopy, poll);
+    decision->original = ReadSnapshot(vendors.get(), database.strOriginal, poll);
+    decision->userFiles = std::make_unique<UserFileBuild>(run, database, decision->wanted);
+    decision->userFiles->Decide(decision->wanted);
+    changes.rows = CompareSnapshots(decision->original, decision->wanted);
     RequireCodePageHolds(database, changes.rows);
-    if (userFiles.IsNeeded()) {
-        userFiles.Pack(wanted);
-        changes.rows = CompareSnapshots(original, wanted);
+    return decision;
+}
+
+DatabaseChanges BuildOne(BuildRun& run, const BuildDatabase& database, DatabaseDecision& decision)
+{
+    const std::function<void()> poll = [&run] { run.meter.Poll(); };
+    DatabaseChanges changes = std::move(decision.changes);
+    if (decision.HasUserFiles()) {
+        decision.userFiles->Pack(decision.wanted);
+        changes.rows = CompareSnapshots(decision.original, decision.wanted);
     }
     changes.strNewPackageCode = NewPackageCode();
     WritePackageCode(database.hDatabase, changes.strNewPackageCode, database.strWorkingCopy);
@@ -112,26 +133,44 @@ DatabaseChanges BuildOne(BuildRun& run, const BuildDatabase& database)
     CheckInstaller(RemoveSignature(built.Path()), L"Removing the old signature of", built.Path());
     changes.bSignatureLost = HasSignature(database.strOriginal);
     const ScratchFile finished(database.strWorkingCopy + L".finished");
-    if (userFiles.IsNeeded()) {
-        FinishCopy(built.Path(), finished.Path(), wanted, poll);
+    if (decision.HasUserFiles()) {
+        FinishCopy(built.Path(), finished.Path(), decision.wanted, poll);
     }
-    const CString& result = userFiles.IsNeeded() ? finished.Path() : built.Path();
-    VerifyBuilt(result, wanted, changes.strNewPackageCode, poll);
+    const CString& result = decision.HasUserFiles() ? finished.Path() : built.Path();
+    VerifyBuilt(result, decision.wanted, changes.strNewPackageCode, poll);
     CopyIntoStaging(run, result, database.strTarget);
     return changes;
 }
 
 } // namespace
 
-void BuildDatabases(BuildRun& run)
+void DecideDatabases(BuildRun& run)
 {
     for (const BuildDatabase& database : run.plan.databases) {
+        run.decisions.push_back(Decide(run, database));
+        const DatabaseDecision& decision = *run.decisions.back();
+        if (decision.userFiles) {
+            run.list.userBytes += decision.userFiles->BytesToPack();
+            AddLooseFiles(run.list, decision.userFiles->LooseFiles());
+        }
+    }
+    run.list.bytes += run.list.userBytes;
+}
+
+void BuildDatabases(BuildRun& run)
+{
+    for (std::size_t index = 0; index < run.plan.databases.size(); ++index) {
+        const BuildDatabase& database = run.plan.databases[index];
+        DatabaseDecision& decision = *run.decisions[index];
         run.Step(L"Writing the settings into " + database.strProductName);
         run.meter.SetFile(database.strTarget);
-        DatabaseChanges changes = BuildOne(run, database);
-        if (!changes.IsChanged()) {
+        DatabaseChanges changes = decision.changes;
+        if (decision.IsNeeded()) {
+            changes = BuildOne(run, database, decision);
+        } else {
             CopyIntoStaging(run, database.strOriginal, database.strTarget);
         }
+        run.decisions[index].reset(); // both databases are in it, row by row
         run.log.Write(database.strTarget + L": " + NumberText(static_cast<long long>(changes.rows.size())) +
                       L" rows differ from the vendor's, package code " + changes.strNewPackageCode);
         if (changes.bSignatureLost) {

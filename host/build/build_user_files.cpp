@@ -25,57 +25,28 @@ CString Sentence(const CString& product, const CString& source, const CString& r
                                 L"files, and start the build again.")};
 }
 
+constexpr std::uint64_t MEGABYTE = 1u << 20;
+
+CString Megabytes(std::uint64_t bytes)
+{
+    return NumberText(static_cast<long long>(bytes / MEGABYTE)) + L" MB";
+}
+
 void RequirePackable(const CString& product, const CString& source, std::uint64_t size)
 {
     if (size > MAX_USER_FILE_BYTES) {
         throw BuildFailure{
             BUILD_FILE_TOO_LARGE,
             Sentence(product, source,
-                     L"has " + NumberText(static_cast<long long>(size >> 20)) +
-                         L" MB. The installer takes added files of less than 2 GB each. Remove "
-                         L"it from the additional files, or add it in smaller parts.")};
+                     L"has " + Megabytes(size + MEGABYTE - 1) +
+                         L". The installer takes added files of up to " + Megabytes(MAX_USER_FILE_BYTES) +
+                         L" each. Remove it from the additional files, or add it in smaller parts.")};
     }
 }
 
 bool IsFullPath(const CString& path)
 {
     return path.Left(2) == L"\\\\" || path.Mid(1, 2) == L":\\";
-}
-
-struct RecordedFile
-{
-    CString strKey;
-    CString strSource;
-};
-
-// Asked before the tables are read for the build, and then only of the one table that is short.
-std::vector<RecordedFile> RecordedFiles(const BuildDatabase& database)
-{
-    std::vector<RecordedFile> files;
-    if (database.hDatabase == 0 ||
-        MsiDatabaseIsTablePersistentW(database.hDatabase, L"TarnCustomFile") != MSICONDITION_TRUE) {
-        return files;
-    }
-    const CString what = L"Reading the added files of";
-    CInstallerHandle view;
-    CheckInstaller(
-        MsiDatabaseOpenViewW(database.hDatabase,
-                             L"SELECT `Component_`,`SourceFileName` FROM `TarnCustomFile` WHERE `Flags`=0",
-                             view.put()),
-        what, database.strWorkingCopy);
-    CheckInstaller(MsiViewExecute(view.get(), 0), what, database.strWorkingCopy);
-    for (;;) {
-        CInstallerHandle record;
-        const UINT code = MsiViewFetch(view.get(), record.put());
-        if (code == ERROR_NO_MORE_ITEMS) {
-            return files;
-        }
-        CheckInstaller(code, what, database.strWorkingCopy);
-        const RecordedFile file{ReadRecordField(record.get(), 1), ReadRecordField(record.get(), 2)};
-        if (IsUserKey(file.strKey)) {
-            files.push_back(file);
-        }
-    }
 }
 
 // The cabinets of the deployment that is built on; none beside a vendor's package.
@@ -171,26 +142,22 @@ private:
 
 } // namespace
 
-UserFileSources CheckUserFiles(const BuildDatabase& database)
+std::uint64_t MeasureUserFiles(const BuildPlan& plan)
 {
-    UserFileSources sources;
-    const std::vector<RecordedFile> files = RecordedFiles(database);
-    if (files.empty()) {
-        return sources;
-    }
-    const AdditionSources places = FindAdditionSources(database.hDatabase, PackageFolder(database));
-    SourceFinder finder(database);
-    for (const RecordedFile& file : files) {
-        const FoundSource found = finder.Find(file.strKey, file.strSource);
-        const auto place = places.paths.find(file.strKey);
-        if (!places.bLoose) {
-            sources.bytesToPack += found.size;
-        } else if (place != places.paths.end()) { // a stray addition has none, and is left out
-            sources.loose.push_back(
-                {file.strSource, JoinFolder(FolderAbove(database.strTarget), place->second), found.size});
+    std::uint64_t bytes = 0;
+    for (const BuildDatabase& database : plan.databases) {
+        if (database.hDatabase == 0) {
+            continue;
+        }
+        const DatabaseSnapshot tables =
+            ReadTables(database.hDatabase, database.strWorkingCopy,
+                       {L"TarnCustomFile", L"File", L"Component", L"FeatureComponents", L"Directory"});
+        SourceFinder finder(database);
+        for (const UserFile& file : FindUserAdditions(tables).files) {
+            bytes += finder.Find(file.strKey, file.strSource).size;
         }
     }
-    return sources;
+    return bytes;
 }
 
 std::vector<CString> EarlierLooseFiles(const BuildDatabase& database)
@@ -285,6 +252,28 @@ void UserFileBuild::FindSources()
                 std::make_unique<ScratchFile>(m_database.strWorkingCopy + L"." + file.strKey);
         }
     }
+}
+
+std::uint64_t UserFileBuild::BytesToPack() const
+{
+    std::uint64_t bytes = 0;
+    for (const UserFile& file : m_additions.files) {
+        bytes += m_additions.bLoose || m_rescued.count(file.strKey) != 0 ? 0 : file.size;
+    }
+    return bytes;
+}
+
+std::vector<CopyItem> UserFileBuild::LooseFiles() const
+{
+    std::vector<CopyItem> files;
+    for (const UserFile& file : m_additions.files) {
+        if (m_additions.bLoose) {
+            files.push_back({file.strSource,
+                             JoinFolder(FolderAbove(m_database.strTarget), m_places.paths.at(file.strKey)),
+                             file.size});
+        }
+    }
+    return files;
 }
 
 CString UserFileBuild::CopyOf(const UserFile& file) const

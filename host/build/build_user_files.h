@@ -9,14 +9,8 @@
 
 #include <memory>
 
-// Before anything is written: the sources of a database's added files must be there, or in cabinets of the deployment
-// that is built on, and must not be too large.
-struct UserFileSources
-{
-    std::uint64_t bytesToPack = 0;
-    std::vector<CopyItem> loose; // what isn't packed
-};
-[[nodiscard]] UserFileSources CheckUserFiles(const BuildDatabase& database);
+// The bytes of the sources of all added files. One that is nowhere, or too large, is refused.
+[[nodiscard]] std::uint64_t MeasureUserFiles(const BuildPlan& plan);
 
 // The loose files that were added when the database was built before, relative to its folder.
 [[nodiscard]] std::vector<CString> EarlierLooseFiles(const BuildDatabase& database);
@@ -30,8 +24,12 @@ public:
 
     bool IsNeeded() const { return !m_additions.IsEmpty(); }
     // Turns the snapshot of the open database into that of the database to be built. All that can be refused is
-    // refused here.
+    // refused here; nothing is written yet.
     void Decide(DatabaseSnapshot& snapshot);
+    // Both once it is decided: the bytes of the sources that will be packed, without those that come out of earlier
+    // cabinets, and the files that will be laid loose.
+    std::uint64_t BytesToPack() const;
+    std::vector<CopyItem> LooseFiles() const;
     // Makes the cabinets in the staging folder, or lays the files there, and puts the sizes that were found into the
     // snapshot.
     void Pack(DatabaseSnapshot& snapshot);

@@ -2,6 +2,9 @@
 
 #include "host/build/build_names.h"
 
+#include <functional>
+#include <set>
+
 namespace {
 
 const wchar_t g_builder[] = L"the builder's own file";
@@ -13,6 +16,22 @@ CString Clash(const CString& target, const CString& first, const CString& second
 }
 
 } // namespace
+
+void AddLooseFiles(CopyList& list, std::vector<CopyItem> files)
+{
+    std::set<CString, CompareNoCaseLess> known(list.folders.begin(), list.folders.end());
+    const std::function<void(const CString&)> addFolder = [&](const CString& folder) {
+        if (!folder.IsEmpty() && known.insert(folder).second) {
+            addFolder(FolderAbove(folder));
+            list.folders.push_back(folder);
+        }
+    };
+    for (CopyItem& file : files) {
+        addFolder(FolderAbove(file.strTarget));
+        list.bytes += file.size;
+        list.looseAdditions.push_back(std::move(file));
+    }
+}
 
 TargetNames NamedTargets(const BuildPlan& plan)
 {

@@ -17,12 +17,15 @@ struct CopyList
 {
     std::vector<CString> folders; // relative, parents before children
     std::vector<CopyItem> files;
-    std::vector<CopyItem>
-        looseAdditions;          // files of the user's that aren't packed; they come with their database
-    std::uint64_t bytes = 0;     // of the files, of the databases and of the user's files
-    std::uint64_t userBytes = 0; // of the user's files that are packed before they are copied
+    // Of the user's: files that aren't packed, which come with their database. Filled once that is decided.
+    std::vector<CopyItem> looseAdditions;
+    std::uint64_t bytes = 0; // of the files, of the databases and, once they are decided, of the user's files
+    std::uint64_t userBytes = 0;       // of the user's files that are packed before they are copied
     std::vector<CString> skippedLinks; // full paths: links to other folders are not followed
 };
+
+// Adds loose files of the user's, with the folders above them and their bytes.
+void AddLooseFiles(CopyList& list, std::vector<CopyItem> files);
 
 // Every target of a build with where its content comes from, in any case.
 using TargetNames = std::map<CString, CString, CompareNoCaseLess>;

@@ -4,6 +4,7 @@
 #include "host/build/build_names.h"
 #include "host/build/build_user_files.h"
 #include "host/build/file_operations.h"
+#include "host/build/user_files.h"
 
 #include <set>
 
@@ -38,12 +39,10 @@ public:
         for (const BuildDatabase& database : m_plan.databases) {
             AddParents(database.strTarget);
             m_list.bytes += SizeOfFile(database.hDatabase ? database.strWorkingCopy : database.strOriginal);
-            AddUserFiles(database);
         }
         for (const BuildText& text : m_plan.texts) {
             AddParents(text.strTarget);
         }
-        m_list.bytes += m_list.userBytes;
         return std::move(m_list);
     }
 
@@ -99,17 +98,6 @@ private:
     {
         const auto first = m_earlierFiles.lower_bound(folder + L"\\");
         return first != m_earlierFiles.end() && IsSameOrBelow(*first, folder);
-    }
-
-    void AddUserFiles(const BuildDatabase& database)
-    {
-        UserFileSources sources = CheckUserFiles(database);
-        m_list.userBytes += sources.bytesToPack;
-        for (CopyItem& file : sources.loose) {
-            AddParents(file.strTarget);
-            m_list.bytes += file.size;
-            m_list.looseAdditions.push_back(std::move(file));
-        }
     }
 
     void AddFile(CopyItem file)

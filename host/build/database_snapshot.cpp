@@ -34,6 +34,17 @@ public:
         return snapshot;
     }
 
+    DatabaseSnapshot Read(std::initializer_list<const wchar_t*> names)
+    {
+        DatabaseSnapshot snapshot;
+        for (const wchar_t* name : names) {
+            if (MsiDatabaseIsTablePersistentW(m_database, name) == MSICONDITION_TRUE) {
+                snapshot[name] = ReadTable(name);
+            }
+        }
+        return snapshot;
+    }
+
 private:
     void Check(UINT code, const CString& what) const
     {
@@ -188,6 +199,13 @@ CInstallerHandle OpenDatabaseToRead(const CString& path)
 DatabaseSnapshot ReadSnapshot(MSIHANDLE database, const CString& path, const std::function<void()>& poll)
 {
     return SnapshotReader(database, path, poll).Read();
+}
+
+DatabaseSnapshot ReadTables(MSIHANDLE database, const CString& path,
+                            std::initializer_list<const wchar_t*> names)
+{
+    const std::function<void()> poll = [] {};
+    return SnapshotReader(database, path, poll).Read(names);
 }
 
 CString ReadRecordField(MSIHANDLE record, UINT field)

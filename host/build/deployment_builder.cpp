@@ -4,6 +4,7 @@
 #include "host/build/build_failure.h"
 #include "host/build/build_lock.h"
 #include "host/build/build_names.h"
+#include "host/build/build_user_files.h"
 #include "host/build/copy_scan.h"
 #include "host/build/shown_text.h"
 
@@ -214,6 +215,6 @@ std::uint64_t MeasureBuild(const BuildPlan& plan) noexcept
 {
     std::uint64_t bytes = 0;
     // A source that can't be read is told by the check with its name.
-    static_cast<void>(Guard([&] { bytes = ScanSources(plan).bytes; }));
+    static_cast<void>(Guard([&] { bytes = ScanSources(plan).bytes + MeasureUserFiles(plan); }));
     return bytes;
 }

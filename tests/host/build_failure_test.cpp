@@ -267,8 +267,8 @@ TEST_F(RebuildTest, ALockedSourceIsNamed)
 TEST_F(RebuildTest, ASecondBuildOfTheSameNameIsRefused)
 {
     BuildResult second;
-    m_build.onProgress = [&](std::uint64_t, std::uint64_t) {
-        if (!second.error) {
+    m_build.onProgress = [&](std::uint64_t, std::uint64_t total) {
+        if (total != 0 && !second.error) { // the check is over, and the name is taken
             m_build.onProgress = nullptr;
             second = m_build.Build();
         }

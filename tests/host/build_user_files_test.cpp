@@ -435,7 +435,7 @@ TEST_P(RefusedFilesTest, AFileOfMoreThanTwoGigabytesIsRefusedByName)
         ASSERT_TRUE(SetEndOfFile(file.Get())) << GetLastError();
     }
     added.AddFile(source, L"INSTALLDIR");
-    ExpectRefused(223, {source, L"3072 MB", L"less than 2 GB"});
+    ExpectRefused(223, {source, L"3072 MB", L"up to 2032 MB"});
     EXPECT_EQ(build.steps.size(), 1u) << "more was done than checking";
 }
 
