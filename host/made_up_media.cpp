@@ -6,6 +6,7 @@
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/package_identity.h"
+#include "host/package_pages.h"
 #include "host/silent_installer.h"
 #include "host/xml_limits.h"
 #include "host/xml_values.h"
@@ -13,13 +14,6 @@
 #include <msiquery.h>
 
 namespace {
-
-// All pages of the library, each with its help file; those that it doesn't export are passed over.
-constexpr const wchar_t* ALL_PAGES[] = {
-    L"BeginDeployment",   L"ProductContact",     L"DeploymentSettings", L"WorkstationSetting",
-    L"PathCustomization", L"AddAdditionalFiles", L"OnlineResources",    L"NoticeDeskFeedBoard",
-    L"ServicePack",       L"DeploymentComplete", L"DeploymentFailed",
-};
 
 CString LanguageName(const CString& summaryTemplate)
 {
@@ -85,9 +79,7 @@ HostError DescribePackage(const CString& packageFile, SetupDescription& descript
     description.strDefaultLanguage = LanguageName(summaryTemplate);
     description.languages.push_back(description.strDefaultLanguage);
     description.platforms.push_back({platform, CString()});
-    for (const wchar_t* page : ALL_PAGES) {
-        description.flow.push_back({CString(page) + L"Dialog", CString(page) + L".html"});
-    }
+    description.flow = ChoosePages(database.get());
     ProductDescription product;
     product.strName = description.strName;
     product.packages.push_back(

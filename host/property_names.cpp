@@ -1,0 +1,31 @@
+#include "host/property_names.h"
+
+namespace {
+
+bool IsLetter(wchar_t character)
+{
+    return (character >= L'A' && character <= L'Z') || (character >= L'a' && character <= L'z') ||
+           character == L'_';
+}
+
+bool Continues(wchar_t character)
+{
+    return IsLetter(character) || (character >= L'0' && character <= L'9') || character == L'.';
+}
+
+} // namespace
+
+void ForEachIdentifier(const CString& text, const std::function<void(const CString& name)>& onName)
+{
+    for (int index = 0; index < text.GetLength();) {
+        const int start = index;
+        while (index < text.GetLength() && Continues(text[index])) {
+            ++index;
+        }
+        if (index == start) {
+            ++index;
+        } else if (IsLetter(text[start])) {
+            onName(text.Mid(start, index - start));
+        }
+    }
+}
