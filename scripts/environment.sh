@@ -4,6 +4,7 @@
 #   rollout_prefix [FOLDER]    makes the Wine prefix (default: build/prefix) and exports WINEPREFIX
 #   rollout_display            exports DISPLAY: the caller's with ROLLOUT_INTERACTIVE=1, otherwise a hidden one
 #   rollout_wine PROGRAM ...   runs a Windows program in that prefix, pinned to one core
+#   rollout_default_answers MEDIA   names the answers file of an unattended ./run on those media
 #   rollout_stop               ends the display and the Wine server that this process started
 
 ROLLOUT_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -131,3 +132,16 @@ rollout_build_native() {
 }
 
 mkdir -p "$ROLLOUT_BUILD"
+
+# The sample's answers are for media whose flow has all of the pages answered there. A lone package tells no flow.
+rollout_default_answers() {
+    local description
+    for description in "$1/Setup.xml" "$1/Image/Setup.xml"; do
+        if [ -f "$description" ] && grep -q 'name="OnlineResourcesDialog"' "$description" &&
+            grep -q 'name="NoticeDeskFeedBoardDialog"' "$description"; then
+            echo run-answers.txt
+            return
+        fi
+    done
+    echo run-answers-package.txt
+}
