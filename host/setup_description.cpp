@@ -12,6 +12,7 @@ constexpr std::size_t ITEM_LIMIT = 200; // of one kind; far above what a media h
 constexpr int DESCRIPTION_VERSION = 1;
 constexpr int PLATFORM_FIRST = 2;
 constexpr int PLATFORM_LAST = 3;
+constexpr wchar_t PAGE_ENDING[] = L"Dialog";
 
 template <class Items>
 bool IsFull(const Items& items, const wchar_t* name, XmlValues& values)
@@ -23,8 +24,10 @@ bool IsFull(const Items& items, const wchar_t* name, XmlValues& values)
     return true;
 }
 
+// A page of the flow is called as a dialog, so nothing else may be named.
 bool IsExportName(const CString& name)
 {
+    const CString ending(PAGE_ENDING);
     for (int index = 0; index < name.GetLength(); ++index) {
         const wchar_t unit = name[index];
         const bool letter = (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z');
@@ -32,7 +35,8 @@ bool IsExportName(const CString& name)
             return false;
         }
     }
-    return !name.IsEmpty() && name.GetLength() <= 100;
+    return name.GetLength() > ending.GetLength() && name.GetLength() <= 100 &&
+           name.Right(ending.GetLength()) == ending;
 }
 
 // Two products may name the same package (a shared one), but never two packages in one folder: the files beside
@@ -251,7 +255,8 @@ void SetupDescriptionReader::ReadPage(XmlValues& values)
     PageDescription page;
     page.strName = values.TakeText(L"name", 100);
     if (!IsExportName(page.strName)) {
-        values.Fail(HostSentence(HostText::ValueNotChoice, {L"name", page.strName, L"letters and digits"}));
+        values.Fail(HostSentence(HostText::ValueNotChoice,
+                                 {L"name", page.strName, L"names of letters and digits that end in Dialog"}));
     }
     page.strHelpFile = values.TakeOptionalText(L"help", NAME_LIMIT);
     if (!page.strHelpFile.IsEmpty() && !IsSafeRelativePath(page.strHelpFile)) {

@@ -7,6 +7,16 @@
 
 namespace {
 
+// The kinds of exports differ in what they return, so that one called as the other writes to nowhere.
+constexpr wchar_t PAGE_ENDING[] = L"Dialog";
+constexpr wchar_t TAB_PAGE_ENDING[] = L"Page";
+
+bool EndsIn(const CString& name, const wchar_t* ending)
+{
+    const CString tail(ending);
+    return name.Right(tail.GetLength()) == tail;
+}
+
 // The name of an export is plain ASCII; a name that isn't can't be one.
 FARPROC FindExport(HMODULE module, const CString& name)
 {
@@ -55,10 +65,11 @@ CString CPageLibrary::Load(const CString& programFolder)
 
 PageFunction CPageLibrary::Find(const CString& page) const
 {
-    return CastExport<PageFunction>(FindExport(m_module.get(), page));
+    return EndsIn(page, PAGE_ENDING) ? CastExport<PageFunction>(FindExport(m_module.get(), page)) : nullptr;
 }
 
 TabPageFunction CPageLibrary::FindTab(const CString& tabPage) const
 {
-    return CastExport<TabPageFunction>(FindExport(m_module.get(), tabPage));
+    return EndsIn(tabPage, TAB_PAGE_ENDING) ? CastExport<TabPageFunction>(FindExport(m_module.get(), tabPage))
+                                            : nullptr;
 }

@@ -34,7 +34,7 @@ class CPageLibrary
 {
 public:
     [[nodiscard]] CString Load(const CString& programFolder);
-    // Null when the library doesn't have the page.
+    // Null when the library doesn't have the page, and for the name of anything else that it exports.
     [[nodiscard]] PageFunction Find(const CString& page) const;
     [[nodiscard]] TabPageFunction FindTab(const CString& tabPage) const;
     const CString& Path() const { return m_strPath; }
