@@ -67,6 +67,9 @@ constexpr Sentence SENTENCES[] = {
      L"The media \"%1\" does not exist or cannot be reached. Check the path and that you may read it."},
     {HostText::MediaNotRecognised, L"\"%1\" holds neither a Setup.xml nor a Deployment.xml. Choose a media "
                                    L"folder, a deployment's folder or an installer package (.msi)."},
+    {HostText::MediaImageGone, L"\"%1\" is a deployment whose image is damaged: the file \"%2\" is missing. "
+                               L"Restore the deployment from a "
+                               L"backup, or choose the media that it was made from."},
     {HostText::MediaPackageMissing,
      L"The package \"%1\", which the media describes, is missing (%2). Copy the whole media again."},
     {HostText::MediaSourceMissing,

@@ -46,6 +46,7 @@ enum class HostText
     // Opening media
     MediaMissing,
     MediaNotRecognised,
+    MediaImageGone,
     MediaPackageMissing,
     MediaSourceMissing,
     MediaPackageBroken,

@@ -113,10 +113,14 @@ HostError OpenFolder(const CString& folder, Media& media)
                IsFile(ParentFolder(folder) + DEPLOYMENT_FILE)) {
         media.strDeploymentFile = ParentFolder(folder) + DEPLOYMENT_FILE;
     }
-    if (!IsFile(media.strRoot + SETUP_FILE)) {
+    const CString setupFile = media.strRoot + SETUP_FILE;
+    if (!IsFile(setupFile) && !media.strDeploymentFile.IsEmpty()) {
+        return {ERROR_FILE_NOT_FOUND, HostSentence(HostText::MediaImageGone, {folder, setupFile})};
+    }
+    if (!IsFile(setupFile)) {
         return {ERROR_FILE_NOT_FOUND, HostSentence(HostText::MediaNotRecognised, {folder})};
     }
-    const HostError error = ReadSetupFile(media.strRoot + SETUP_FILE, media.description);
+    const HostError error = ReadSetupFile(setupFile, media.description);
     return error ? error : CheckPackages(media);
 }
 

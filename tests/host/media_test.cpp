@@ -373,6 +373,15 @@ TEST_F(MediaTest, AFolderWithoutDescriptionIsRefused)
     EXPECT_GE(error.message.Find(L"neither a Setup.xml"), 0) << Utf8(error.message);
 }
 
+// It was said to hold neither a Setup.xml nor a Deployment.xml, which lay there for everybody to see.
+TEST_F(MediaTest, ADeploymentWithoutItsImageIsRefusedForJustThat)
+{
+    WriteFileBytes(scratch + DEPLOYMENT_FILE, "<?xml version=\"1.0\"?>\n<Deployment version=\"1\"/>");
+    const HostError error = Refusal(scratch);
+    EXPECT_GE(error.message.Find(L"a deployment whose image is damaged"), 0) << Utf8(error.message);
+    EXPECT_GE(error.message.Find(L"Image\\Setup.xml\" is missing"), 0) << Utf8(error.message);
+}
+
 TEST_F(MediaTest, ADamagedDescriptionIsRefusedWithItsLine)
 {
     MakeMedia(scratch);
