@@ -2,13 +2,15 @@
 """Installs a deployment as a workstation would, looks at what arrived, and removes it again.
 
     workstation.py DEPLOYMENT --prefix FOLDER --logs FOLDER [--answers FILE] [--set page.key=value ...]
+                   [--limit SECONDS] [--report SECONDS]
 
 DEPLOYMENT is the folder that the wizard made. It is reached over a network path in a Wine prefix of its own, through
 its own Install.cmd and Uninstall.cmd. Every file that the databases name must be there with its size after installing,
-and gone after uninstalling. Every registry value that carries one property to the workstation must hold what the
+and gone after uninstalling; what the package itself asks to leave is told apart from what was left behind. Every registry value that carries one property to the workstation must hold what the
 deployed database says. With the answers that the wizard was run with, those values must also be what was answered, so
 the choices are seen to arrive. When the deployment names a folder for logs, each product's log must have come there.
-Prints what it found; the exit code is 0 when all was well, otherwise 1.
+Says what it waits for while it waits. A command that doesn't come back within the limit is ended, with all that runs in
+the prefix, and the look ends there. Prints what it found; the exit code is 0 when all was well, otherwise 1.
 """
 
 import argparse
@@ -20,6 +22,7 @@ import subprocess
 import sys
 
 from asked_answers import asked_properties, find_unmet, same_value
+from watched_command import CommandOverdue, Patience, read_log, run_watched
 
 # Where the installer's own folders lie in the prefix; others have no fixed place.
 SYSTEM_FOLDERS = {
@@ -29,8 +32,11 @@ SYSTEM_FOLDERS = {
     "SystemFolder": "windows/syswow64", "System64Folder": "windows/system32", "FontsFolder": "windows/Fonts",
 }
 REGISTRY_ROOTS = {"0": "HKCR", "1": "HKCU", "2": "HKLM", "3": "HKU"}
-SIXTY_FOUR_BIT_COMPONENT = 256
-COMMAND_SECONDS = 600
+SHARED_COMPONENT, PERMANENT_COMPONENT, SIXTY_FOUR_BIT_COMPONENT = 8, 16, 256
+# Kinds of custom actions that run a program, a library or a script, whose work no table tells.
+RUNNING_ACTIONS = (1, 2, 5, 6)
+COMMAND_SECONDS = 300  # the slowest seen took 20
+REPORT_SECONDS = 10
 LOG_LINES = 3
 # Of thousands of lines in a log those that tell how it went.
 TELLING_LINE = re.compile(r"^(Action ended|Product: |.*-- (Installation|Configuration) |MSI .*returning|Error )")
@@ -41,6 +47,17 @@ def read_table(database, table):
     result = subprocess.run(["msiinfo", "export", database, table], capture_output=True)
     lines = [line.rstrip("\r\n").split("\t") for line in result.stdout.decode("utf-8").splitlines()]
     return [dict(zip(lines[0], line)) for line in lines[3:]] if result.returncode == 0 and len(lines) > 3 else []
+
+
+def reason_to_stay(component):
+    """Why what belongs to a component is not removed with the product; empty when it is."""
+    if not component["ComponentId"]:
+        return "its component has no code, so it is never removed"
+    if int(component["Attributes"]) & PERMANENT_COMPONENT:
+        return "its component is permanent"
+    if int(component["Attributes"]) & SHARED_COMPONENT:
+        return "its component is shared, and may still be in use"
+    return ""
 
 
 class Package:
@@ -69,17 +86,24 @@ class Package:
         return None if above is None else os.path.join(above, "" if name == "." else name)
 
     def files(self):
-        """Path and size of each file that a plain installation brings."""
+        """Path, size and reason to stay of each file that a plain installation brings."""
         for row in read_table(self.path, "File"):
             component = self.components.get(row["Component_"])
             if component and row["Component_"] in self.wanted and not component["Condition"]:
                 folder = self.folder(component["Directory_"])
                 if folder is not None:
-                    yield os.path.join(folder, row["FileName"].split("|")[-1]), int(row["FileSize"])
+                    yield (os.path.join(folder, row["FileName"].split("|")[-1]), int(row["FileSize"]),
+                           reason_to_stay(component))
 
+    def running_actions(self):
+        """The custom actions of an installation that do what no table tells."""
+        sequenced = {row["Action"] for row in read_table(self.path, "InstallExecuteSequence")}
+        return [row["Action"] for row in read_table(self.path, "CustomAction")
+                if row["Action"] in sequenced and int(row["Type"]) & 7 in RUNNING_ACTIONS]
 
     def carried_properties(self):
-        """(key with its root, bits of the registry's view, name, property) of each value that is one property."""
+        """(key with its root, bits of the registry's view, name, property, reason to stay) of each value that is one
+        property."""
         for row in read_table(self.path, "Registry"):
             reference = re.fullmatch(r"\[([A-Za-z_][\w.]*)\]", row["Value"])
             component = self.components.get(row["Component_"])
@@ -89,7 +113,8 @@ class Package:
             # Directories are properties too, but of the workstation's own making.
             if row["Root"] in REGISTRY_ROOTS and name not in self.directories:
                 bits = 64 if int(component["Attributes"]) & SIXTY_FOUR_BIT_COMPONENT else 32
-                yield REGISTRY_ROOTS[row["Root"]] + "\\" + row["Key"], bits, row["Name"], name
+                yield (REGISTRY_ROOTS[row["Root"]] + "\\" + row["Key"], bits, row["Name"], name,
+                       reason_to_stay(component))
 
 
 def find_without_case(root, path):
@@ -106,14 +131,6 @@ def find_without_case(root, path):
     return current
 
 
-def read_log(path):
-    """The lines of an installer's log, in whichever encoding it was written."""
-    with open(path, "rb") as file:
-        data = file.read()
-    encoding = "utf-16" if data[:2] in (b"\xff\xfe", b"\xfe\xff") else "cp1252"
-    return data.decode(encoding, "replace").splitlines()
-
-
 class NewLogs:
     """The logs that were written since the object was made, of those that a list of patterns finds."""
 
@@ -125,7 +142,9 @@ class NewLogs:
         return {log: os.stat(log).st_mtime_ns for pattern in self.patterns for log in glob.glob(pattern)}
 
     def find(self):
-        return sorted(log for log, stamp in self.stamps().items() if self.before.get(log) != stamp)
+        """The oldest first."""
+        found = self.stamps()
+        return sorted((log for log in found if self.before.get(log) != found[log]), key=found.get)
 
 
 class LogFolder:
@@ -155,7 +174,8 @@ class LogFolder:
 
 
 class Workstation:
-    def __init__(self, prefix, deployment, logs):
+    def __init__(self, prefix, deployment, logs, patience):
+        self.patience = patience
         self.drive = os.path.join(prefix, "drive_c")
         self.network_logs = LogFolder(prefix, deployment)
         self.local_logs = NewLogs([os.path.join(glob.escape(self.drive), pattern) for pattern in (
@@ -175,21 +195,26 @@ class Workstation:
         with open(wrapper, "w", encoding="ascii", newline="\r\n") as file:
             file.write("@echo off\ncall \"%%WORKSTATION_FOLDER%%\\%s\"\necho ExitCode=%%ERRORLEVEL%%\n" % script)
         environment = dict(os.environ, WORKSTATION_FOLDER=self.folder)
-        core = os.environ.get("ROLLOUT_CORE", "0")
-        result = subprocess.run(["taskset", "-c", core, "wine", "cmd", "/c", "C:\\workstation.cmd"], env=environment,
-                                capture_output=True, timeout=COMMAND_SECONDS)
-        output = result.stdout.decode("utf-8", "replace")
+        output = self.run_wine(script, ["cmd", "/c", "C:\\workstation.cmd"], environment)
         codes = [line.split("=")[1].strip() for line in output.splitlines() if line.startswith("ExitCode=")]
         if not codes:
             print("%s said no exit code:\n%s" % (script, output))
         return int(codes[-1]) if codes else -1
 
+    def run_wine(self, name, words, environment):
+        command = ["taskset", "-c", os.environ.get("ROLLOUT_CORE", "0"), "wine"] + words
+        local, network = self.local_logs, self.network_logs.logs
+        return run_watched(name, command, environment, self.patience, lambda: local.find() + network.find(), self.stop)
+
+    def stop(self):
+        """Ends all that runs in the prefix, as pulling the plug would."""
+        subprocess.run(["wineserver", "-k"], stderr=subprocess.DEVNULL)
+        subprocess.run(["wineserver", "-w"], stderr=subprocess.DEVNULL)
+
     def registry_values(self, key, bits):
         """The values of a registry key by name: (kind, text)."""
-        result = subprocess.run(["taskset", "-c", os.environ.get("ROLLOUT_CORE", "0"), "wine", "reg", "query", key,
-                                 "/reg:%d" % bits], capture_output=True, timeout=COMMAND_SECONDS)
-        rows = re.findall(r"^    (.*?)    (REG_\w+)(?:    (.*))?$", result.stdout.decode("utf-8", "replace")
-                          .replace("\r", ""), re.MULTILINE)
+        output = self.run_wine("reg query " + key, ["reg", "query", key, "/reg:%d" % bits], dict(os.environ))
+        rows = re.findall(r"^    (.*?)    (REG_\w+)(?:    (.*))?$", output.replace("\r", ""), re.MULTILINE)
         return {name: (kind, text) for name, kind, text in rows}
 
     def keep_logs(self):
@@ -206,7 +231,7 @@ def check_registry(workstation, packages, asked):
     values, carried = {}, {}
     good = 0
     for package in packages:
-        for key, bits, name, source in package.carried_properties():
+        for key, bits, name, source, _ in package.carried_properties():
             if (key, bits) not in values:
                 values[key, bits] = workstation.registry_values(key, bits)
             kind, found = values[key, bits].get(name, ("none", ""))
@@ -234,9 +259,31 @@ def check_answers(packages, asked, carried):
     return unmet
 
 
+def check_leftovers(workstation, packages, expected):
+    """What stays on purpose, what was left behind, and what can't be known."""
+    left = [(path, reason) for path, _, reason in expected if find_without_case(workstation.drive, path)]
+    values = {}
+    for package in packages:
+        for key, bits, name, _, reason in package.carried_properties():
+            if (key, bits) not in values:
+                values[key, bits] = workstation.registry_values(key, bits)
+            if name in values[key, bits]:
+                left.append(("%s\\%s" % (key, name), reason))
+    for path, reason in left:
+        if reason:
+            print("Stays on purpose: %s (%s)" % (path, reason))
+    behind = [path for path, reason in left if not reason]
+    print("%d files and values were left behind." % len(behind))
+    actions = sorted({action for package in packages for action in package.running_actions()})
+    if actions:
+        print("What these custom actions made can't be known from the tables, and may be there still: "
+              + ", ".join(actions))
+    return ["left behind: " + path for path in behind]
+
+
 def check(workstation, packages, asked):
     troubles = []
-    expected = [(path, size) for package in packages for path, size in package.files()]
+    expected = [row for package in packages for row in package.files()]
     code = workstation.run("Install.cmd")
     print("Install.cmd ended with %d." % code)
     if code not in (0, 3010):
@@ -249,7 +296,7 @@ def check(workstation, packages, asked):
             troubles.append("the log folder %s got %d logs of %d installations" % (log_folder.name, written,
                                                                                   len(packages)))
     good = 0
-    for path, size in expected:
+    for path, size, _ in expected:
         found = find_without_case(workstation.drive, path)
         if found is None:
             troubles.append("not installed: " + path)
@@ -263,9 +310,7 @@ def check(workstation, packages, asked):
     print("Uninstall.cmd ended with %d." % code)
     if code not in (0, 3010):
         troubles.append("Uninstall.cmd ended with %d" % code)
-    left = [path for path, _ in expected if find_without_case(workstation.drive, path)]
-    troubles += ["left behind: " + path for path in left]
-    print("%d files were left behind." % len(left))
+    troubles += check_leftovers(workstation, packages, expected)
     print("Logs on the workstation: %s" % (", ".join(workstation.keep_logs()) or "none"))
     return troubles
 
@@ -278,15 +323,24 @@ def main():
     parser.add_argument("--answers", help="the answers file that the wizard was run with")
     parser.add_argument("--set", action="append", default=[], metavar="page.key=value",
                         help="an answer that won over the file; may stand several times")
+    parser.add_argument("--limit", type=float, default=COMMAND_SECONDS, metavar="SECONDS",
+                        help="how long a command may take before it is ended (default: %(default)s)")
+    parser.add_argument("--report", type=float, default=REPORT_SECONDS, metavar="SECONDS",
+                        help="how often to say what is waited for (default: %(default)s)")
     arguments = parser.parse_args()
     asked = asked_properties(arguments.answers, arguments.set) if arguments.answers else {}
+    sys.stdout.reconfigure(line_buffering=True)
     deployment = os.path.abspath(arguments.deployment)
     databases = sorted(glob.glob(os.path.join(deployment, "Image", "**", "*.[mM][sS][iI]"), recursive=True))
     if not databases:
         print("There is no installer database in %s." % os.path.join(deployment, "Image"))
         return 1
-    troubles = check(Workstation(arguments.prefix, deployment, arguments.logs), [Package(path) for path in databases],
-                     asked)
+    workstation = Workstation(arguments.prefix, deployment, arguments.logs, Patience(arguments.limit, arguments.report))
+    try:
+        troubles = check(workstation, [Package(path) for path in databases], asked)
+    except CommandOverdue as overdue:
+        troubles = [str(overdue)]
+        print("Logs on the workstation: %s" % (", ".join(workstation.keep_logs()) or "none"))
     for trouble in troubles[:20]:
         print("TROUBLE: " + trouble)
     return 1 if troubles else 0

@@ -1,0 +1,93 @@
+"""The look at a workstation that ./run ends with, on packages that hang, leave things on purpose, or leave them behind."""
+
+import os
+import shutil
+import subprocess
+import sys
+
+from wizard import MEDIA, PROGRAM_FOLDER, ROOT, WizardTest, windows_path
+
+PACKAGE = os.path.join(MEDIA, "x64", "ZoltdeDE", "ZoltdeDE.msi")
+LIMIT = "10"  # seconds; the packages here install in one
+RUN_PROGRAM_OF_PROPERTY = 50  # a custom action's type
+PERMANENT, SIXTY_FOUR_BIT = 16, 256
+
+
+class WorkstationTest(WizardTest):
+    def setUp(self):
+        super().setUp()
+        # What these packages leave is nothing for the tests that come after.
+        installed = os.path.join(os.environ["WINEPREFIX"], "drive_c", "Program Files", "Velkmora")
+        self.addCleanup(shutil.rmtree, installed, ignore_errors=True)
+
+    def deployment_of(self, *statements):
+        """A deployment of the sample's package with its database changed first."""
+        package = os.path.join(self.folder, "media", "Odd.msi")
+        os.makedirs(os.path.dirname(package))
+        shutil.copy(PACKAGE, package)
+        for statement in statements:
+            subprocess.run(["msibuild", package, "-q", statement], check=True, stdout=subprocess.DEVNULL)
+        run = self.wizard(self.begin("Odd"), media=package)
+        self.assertEqual(run.code, 0, run.output)
+        return os.path.join(self.out, "Odd")
+
+    def look(self, deployment, *words):
+        return subprocess.run([sys.executable, os.path.join(ROOT, "scripts", "workstation.py"), deployment, "--prefix",
+                               os.environ["WINEPREFIX"], "--logs", os.path.join(self.folder, "logs"), *words],
+                              capture_output=True, text=True)
+
+    def hanging_deployment(self):
+        program = windows_path(os.path.join(PROGRAM_FOLDER, "broken_pages", "waits.exe"))
+        return self.deployment_of(
+            "INSERT INTO `Property` (`Property`, `Value`) VALUES ('WAITS', '%s')" % program,
+            "INSERT INTO `CustomAction` (`Action`, `Type`, `Source`) VALUES ('WaitForEver', %d, 'WAITS')"
+            % RUN_PROGRAM_OF_PROPERTY,
+            "INSERT INTO `InstallExecuteSequence` (`Action`, `Sequence`) VALUES ('WaitForEver', 4010)")
+
+    def change_component(self, file, assignment):
+        """The statement that changes the component of one of the package's files, and makes it another one than the
+        sample's, whose registration stays too."""
+        return "UPDATE `Component` SET `ComponentId` = '{0B6A5F0E-4C0E-4E5B-9B43-6A6C1D5F1E01}', %s WHERE `Component` = 'LANGUAGEDIR_DE_DE_%s'" % (assignment, file)
+
+    def test_an_installation_that_hangs_is_told_while_it_waits_and_ended_after_the_limit(self):
+        # Custom actions that hang held the look for ten silent minutes.
+        result = self.look(self.hanging_deployment(), "--limit", LIMIT, "--report", "1")
+        self.assertEqual(result.returncode, 1, result.stdout + result.stderr)
+        self.assertRegex(result.stdout, r"Waiting for Install.cmd for \d+ seconds; last action in its log: WaitForEver")
+        self.assertIn("TROUBLE: Install.cmd did not come back within 10 seconds and was ended; "
+                      "last action in its log: WaitForEver", result.stdout)
+        self.assertRegex(result.stdout, r"Logs on the workstation: .*_Install_")
+
+    def test_a_short_installation_says_nothing_of_waiting(self):
+        result = self.look(self.deployment_of())
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
+        self.assertNotIn("Waiting for", result.stdout)
+        self.assertNotIn("Stays on purpose", result.stdout)
+        self.assertNotIn("custom actions", result.stdout)
+
+    def test_the_file_of_a_permanent_component_stays_on_purpose(self):
+        deployment = self.deployment_of(
+            self.change_component("Words_dic", "`Attributes` = %d" % (PERMANENT | SIXTY_FOUR_BIT)))
+        result = self.look(deployment)
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
+        self.assertRegex(result.stdout, r"Stays on purpose: .*Words\.dic \(its component is permanent\)")
+        self.assertIn("0 files and values were left behind", result.stdout)
+
+    def test_a_file_that_only_stays_by_mistake_is_a_trouble(self):
+        deployment = self.deployment_of("DELETE FROM `InstallExecuteSequence` WHERE `Action` = 'RemoveFiles'")
+        result = self.look(deployment)
+        self.assertEqual(result.returncode, 1, result.stdout + result.stderr)
+        self.assertIn("4 files and values were left behind", result.stdout)
+        self.assertRegex(result.stdout, r"TROUBLE: left behind: .*Words\.dic")
+        self.assertNotIn("Stays on purpose", result.stdout)
+
+    def test_what_custom_actions_left_is_said_to_be_unknown(self):
+        deployment = self.deployment_of(
+            "INSERT INTO `Property` (`Property`, `Value`) VALUES ('GONE', 'C:\\windows\\system32\\hostname.exe')",
+            "INSERT INTO `CustomAction` (`Action`, `Type`, `Source`) VALUES ('AskTheName', %d, 'GONE')"
+            % RUN_PROGRAM_OF_PROPERTY,
+            "INSERT INTO `InstallExecuteSequence` (`Action`, `Condition`, `Sequence`) "
+            "VALUES ('AskTheName', 'NEVER', 4010)")
+        result = self.look(deployment)
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
+        self.assertRegex(result.stdout, r"What these custom actions made can't be known .*: AskTheName")
