@@ -2,6 +2,7 @@
 
 #include "setup/exit_codes.h"
 #include "setup/resource.h"
+#include "setup/run_record.h"
 #include "setup/texts.h"
 
 #include <exception>
@@ -45,6 +46,7 @@ BuildResult CBuildWorker::TakeResult()
 
 void CBuildWorker::OnStep(const CString& sentence)
 {
+    NoteSignOfLife();
     {
         const std::lock_guard lock(m_mutex);
         m_snapshot.strStep = sentence;
@@ -56,6 +58,7 @@ void CBuildWorker::OnStep(const CString& sentence)
 
 bool CBuildWorker::OnProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal, const CString& file)
 {
+    NoteSignOfLife();
     {
         const std::lock_guard lock(m_mutex);
         m_snapshot.bytesDone = bytesDone;

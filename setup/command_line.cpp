@@ -9,10 +9,18 @@ struct TextOption
     CString CommandLine::*target;
 };
 
+// Longer than any single step that was seen on the slowest share; a day is as good as no limit.
+constexpr unsigned int DEFAULT_QUIET_SECONDS = 600;
+constexpr unsigned int LONGEST_QUIET_SECONDS = 86400;
+
 constexpr TextOption TEXT_OPTIONS[] = {
-    {L"--media", &CommandLine::strMedia},       {L"--answers", &CommandLine::strAnswers},
-    {L"--out", &CommandLine::strOut},           {L"--language", &CommandLine::strLanguage},
-    {L"--pictures", &CommandLine::strPictures}, {L"--log", &CommandLine::strLog},
+    {L"--media", &CommandLine::strMedia},
+    {L"--answers", &CommandLine::strAnswers},
+    {L"--out", &CommandLine::strOut},
+    {L"--language", &CommandLine::strLanguage},
+    {L"--pictures", &CommandLine::strPictures},
+    {L"--log", &CommandLine::strLog},
+    {L"--quiet-limit", &CommandLine::strQuietLimit},
 };
 
 const TextOption* FindTextOption(const CString& name)
@@ -58,6 +66,28 @@ CString StoreText(const TextOption& option, const CString& text, CommandLine& li
     return CString();
 }
 
+// 0 for a text that is no number from 1 to the longest limit.
+unsigned int ParseSeconds(const CString& text)
+{
+    unsigned int seconds = 0;
+    for (int index = 0; index < text.GetLength(); ++index) {
+        if (text[index] < L'0' || text[index] > L'9' || seconds > LONGEST_QUIET_SECONDS) {
+            return 0;
+        }
+        seconds = seconds * 10 + static_cast<unsigned int>(text[index] - L'0');
+    }
+    return seconds <= LONGEST_QUIET_SECONDS ? seconds : 0;
+}
+
+CString CheckQuietLimit(const CString& text)
+{
+    if (text.IsEmpty() || ParseSeconds(text) > 0) {
+        return CString();
+    }
+    return L"--quiet-limit needs a number of seconds from 1 to " + NumberText(LONGEST_QUIET_SECONDS) +
+           L", but came with \"" + text + L"\".";
+}
+
 bool IsHelp(const CString& argument)
 {
     return argument == L"--help" || argument == L"-h" || argument == L"/?";
@@ -101,13 +131,19 @@ CString ParseCommandLine(const std::vector<CString>& arguments, CommandLine& lin
             return complaint;
         }
     }
-    return CString();
+    return CheckQuietLimit(line.strQuietLimit);
+}
+
+unsigned int CommandLine::QuietSeconds() const
+{
+    return strQuietLimit.IsEmpty() ? DEFAULT_QUIET_SECONDS : ParseSeconds(strQuietLimit);
 }
 
 CString CommandLineUsage()
 {
     return L"Setup.exe [--media PATH] [--answers FILE] [--set page.key=value ...] [--out DIR]\n"
-           L"          [--language LOCALE] [--pictures DIR] [--log FILE] [--check] [--help]\n"
+           L"          [--language LOCALE] [--pictures DIR] [--log FILE] [--quiet-limit SECONDS]\n"
+           L"          [--check] [--help]\n"
            L"\n"
            L"  --media PATH          a folder with Setup.xml, a deployment's folder, or one .msi\n"
            L"                        (default: the folder Media beside the program, else it asks)\n"
@@ -117,10 +153,13 @@ CString CommandLineUsage()
            L"  --language LOCALE     language of the wizard, such as en-US\n"
            L"  --pictures DIR        save a picture (PNG) of every page and box shown\n"
            L"  --log FILE            where the setup's log goes\n"
+           L"  --quiet-limit SECONDS ends an unattended run that shows no sign of life for so long\n"
+           L"                        (default: 600)\n"
            L"  --check               walk the pages and check all answers, but build nothing\n"
            L"  --help                this text\n"
            L"\n"
            L"Exit codes: 0 done, 1602 cancelled, 1603 failed, 20 bad command line, 21 bad answers,\n"
            L"22 an answer was refused by its page, 23 a question without an answer,\n"
-           L"24 answers for a page that isn't shown, 25 a page overdue.\n";
+           L"24 answers for a page that isn't shown, 25 a page overdue,\n"
+           L"26 the run broke off, 27 no sign of life.\n";
 }

@@ -2,7 +2,7 @@
 //
 //   line    = { option }
 //   option  = "--media" PATH | "--answers" FILE | "--out" DIR | "--language" LOCALE | "--pictures" DIR
-//           | "--log" FILE | "--set" page "." key "=" value | "--check" | "--help" | "-h" | "/?"
+//           | "--log" FILE | "--quiet-limit" SECONDS | "--set" page "." key "=" value | "--check" | "--help" | "-h" | "/?"
 //
 // A value stands in the next argument or behind "=" in the same one. "--set" may stand several times, once a key;
 // all others once. "--help" wins over everything else that is well formed.
@@ -28,10 +28,13 @@ struct CommandLine
     CString strLanguage;
     CString strPictures;
     CString strLog;
+    CString strQuietLimit;
     std::vector<CommandLineAnswer> answers;
     bool bCheck = false;
     bool bHelp = false;
 
+    // Seconds without a sign of life after which an unattended run is ended.
+    [[nodiscard]] unsigned int QuietSeconds() const;
     // With answers from anywhere the pages are walked without a person.
     [[nodiscard]] bool IsUnattended() const { return bCheck || !strAnswers.IsEmpty() || !answers.empty(); }
 };

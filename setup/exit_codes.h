@@ -14,4 +14,6 @@ enum SetupExitCode : unsigned int
     SETUP_UNANSWERED_BOX = 23,   // a box came up for which there is no answer
     SETUP_PAGE_NOT_REACHED = 24, // there are answers for a page that isn't shown
     SETUP_PAGE_OVERDUE = 25,     // a page didn't come, or didn't go, in time
+    SETUP_BROKE_OFF = 26,        // the run crashed, or was ended before it could say how
+    SETUP_NO_SIGN_OF_LIFE = 27,  // nothing got done for the quiet limit, so the run was ended
 };

@@ -1,10 +1,13 @@
-// Setup.exe: reads the command line, runs the wizard, tells how it ended.
+// Setup.exe: reads the command line, runs the wizard in a guarded process, tells how it ended.
 #include "setup/answers_input.h"
+#include "setup/crash_notes.h"
 #include "setup/exit_codes.h"
 #include "setup/media_choice.h"
 #include "setup/paths.h"
 #include "setup/resource.h"
+#include "setup/run_guard.h"
 #include "setup/run_log.h"
+#include "setup/run_record.h"
 #include "setup/texts.h"
 #include "setup/wizard.h"
 #include "window/handle.h"
@@ -85,7 +88,7 @@ RunOutcome RunWizard(const CommandLine& line, CRunLog& log)
     return outcome;
 }
 
-RunOutcome RunGuarded(const CommandLine& line, CRunLog& log)
+RunOutcome RunCaught(const CommandLine& line, CRunLog& log)
 {
     try {
         return RunWizard(line, log);
@@ -115,6 +118,64 @@ unsigned int TellUsage(const CString& complaint)
     return SETUP_BAD_COMMAND_LINE;
 }
 
+// A log by its full path, chosen before the host is there to choose one: should opening the media break off, the guard
+// writes to it.
+CString FreshLog()
+{
+    wchar_t folder[MAX_PATH + 1] = {};
+    const DWORD length = GetTempPathW(ARRAYSIZE(folder), folder);
+    LARGE_INTEGER now = {};
+    QueryPerformanceCounter(&now);
+    CString name;
+    name.Format(L"RolloutSetup-%08X.log", now.LowPart ^ (GetCurrentProcessId() << 16));
+    return CString(folder, static_cast<int>(length)) + name;
+}
+
+// The work itself, in the guarded process.
+unsigned int RunInRecord(CommandLine& line)
+{
+    const INITCOMMONCONTROLSEX classes = {sizeof(classes), ICC_PROGRESS_CLASS | ICC_STANDARD_CLASSES};
+    InitCommonControlsEx(&classes);
+    const bool oleStarted = SUCCEEDED(OleInitialize(nullptr)); // folder pickers and the taskbar need it
+    const scope_exit endOle([oleStarted] {
+        if (oleStarted) {
+            OleUninitialize();
+        }
+    });
+    CRunLog log(line.IsUnattended(),
+                line.strLog); // a run that opens no media leaves no log that nobody asked for
+    if (line.strLog.IsEmpty()) {
+        line.strLog = FreshLog();
+    }
+    NoteRunLog(line.strLog);
+    const RunOutcome outcome = RunCaught(line, log);
+    log.Finish(outcome);
+    if (!line.IsUnattended() && !outcome.bTold && outcome.exitCode != SETUP_DONE) {
+        ShowBox(outcome.strCause, MB_ICONERROR);
+    }
+    return outcome.exitCode;
+}
+
+unsigned int GuardAndTell(const CommandLine& line)
+{
+    const CRunLog console(line.IsUnattended(),
+                          CString()); // attached before the run, so that it finds the console too
+    GuardedEnd end = GuardRun(line.IsUnattended() ? line.QuietSeconds() : 0);
+    if (end.bSaid) {
+        return end.outcome.exitCode;
+    }
+    const CString file = end.strLog.IsEmpty() ? line.strLog : end.strLog;
+    if (!file.IsEmpty()) {
+        end.outcome.strCause = SetupText(IDS_SEE_LOG, {end.outcome.strCause, file});
+    }
+    CRunLog log(line.IsUnattended(), file);
+    log.Finish(end.outcome);
+    if (!line.IsUnattended()) {
+        ShowBox(end.outcome.strCause, MB_ICONERROR | MB_SETFOREGROUND);
+    }
+    return end.outcome.exitCode;
+}
+
 unsigned int RunSetup()
 {
     CommandLine line;
@@ -124,13 +185,13 @@ unsigned int RunSetup()
         return TellUsage(complaint);
     }
     MakePathsFull(line);
-    CRunLog log(line.IsUnattended(), line.strLog);
-    const RunOutcome outcome = RunGuarded(line, log);
-    log.Finish(outcome);
-    if (!line.IsUnattended() && !outcome.bTold && outcome.exitCode != SETUP_DONE) {
-        ShowBox(outcome.strCause, MB_ICONERROR);
+    CRunRecord* const record = new CRunRecord; // never unmapped: a crash at the very end is noted too
+    if (!record->OpenOwn()) {
+        return GuardAndTell(line);
     }
-    return outcome.exitCode;
+    UseRunRecord(record->get());
+    NoteCrashes();
+    return RunInRecord(line);
 }
 
 } // namespace
@@ -139,13 +200,5 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int)
 {
     _Module.Init(instance);
     const scope_exit endModule([] { _Module.Term(); });
-    const INITCOMMONCONTROLSEX classes = {sizeof(classes), ICC_PROGRESS_CLASS | ICC_STANDARD_CLASSES};
-    InitCommonControlsEx(&classes);
-    const bool oleStarted = SUCCEEDED(OleInitialize(nullptr)); // folder pickers and the taskbar need it
-    const scope_exit endOle([oleStarted] {
-        if (oleStarted) {
-            OleUninitialize();
-        }
-    });
     return static_cast<int>(RunSetup());
 }

@@ -26,13 +26,18 @@ CString GrowingText(Call call)
 
 } // namespace
 
-CString ProgramFolder()
+CString ProgramFile()
 {
     // This call cuts a path that is too long, and answers the buffer's size.
-    const CString file = GrowingText([](wchar_t* buffer, DWORD size) {
+    return GrowingText([](wchar_t* buffer, DWORD size) {
         const DWORD length = GetModuleFileNameW(nullptr, buffer, size);
         return length == size ? size * 2 : length;
     });
+}
+
+CString ProgramFolder()
+{
+    const CString file = ProgramFile();
     return file.Left(file.ReverseFind(L'\\') + 1);
 }
 

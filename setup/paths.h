@@ -3,6 +3,9 @@
 
 #include "window/string.h"
 
+// The full path of the program's file.
+CString ProgramFile();
+
 // The folder of the program's file, ending in a backslash.
 CString ProgramFolder();
 

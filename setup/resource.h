@@ -48,10 +48,15 @@
 #define IDS_ANSWERS_UNREADABLE 307 // %1: why
 #define IDS_PICTURES_FAILED 308    // %1: path, %2: why
 #define IDS_OUT_OF_MEMORY 309
-#define IDS_SEE_LOG 310 // %1: what failed, %2: log
+#define IDS_SEE_LOG 310         // %1: what failed, %2: log
+#define IDS_RUN_BROKE_OFF 311   // %1: fault, %2: place in the code, %3: last step
+#define IDS_RUN_ENDED_EARLY 312 // %1: the process's code, %2: last step
+#define IDS_RUN_QUIET 313       // %1: seconds, %2: last step
+#define IDS_RUN_NOT_STARTED 314 // %1: program, %2: why
+#define IDS_RUN_STARTING 315
 // What stands in the new deployment's place
-#define IDS_REPLACE_UNLISTED 320   // %1: folder, %2: product, %3: date
-#define IDS_REPLACE_OWN_FILES 321  // %1: names
+#define IDS_REPLACE_UNLISTED 320  // %1: folder, %2: product, %3: date
+#define IDS_REPLACE_OWN_FILES 321 // %1: names
 #define IDS_REPLACE_KEPT_WHOLE 322
 #define IDS_REPLACE_MORE_FILES 323 // %1: number
 #define IDS_REPLACE_QUESTION 324

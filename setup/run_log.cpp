@@ -1,11 +1,18 @@
 #include "setup/run_log.h"
 
 #include "host/setup_host.h"
+#include "setup/run_record.h"
 #include "window/handle.h"
 
 #include <string>
 
 void CRunLog::Line(const CString& text)
+{
+    NoteRunStep(text);
+    Write(text);
+}
+
+void CRunLog::Write(const CString& text)
 {
     if (m_bToConsole) {
         m_console.WriteLine(text);
@@ -28,11 +35,12 @@ void CRunLog::Finish(const RunOutcome& outcome)
         cause.Replace(lineEnd, L" ");
     }
     const CString text = L"Exit code " + NumberText(outcome.exitCode);
-    Line(cause.IsEmpty() ? text : text + L": " + cause);
+    Write(cause.IsEmpty() ? text : text + L": " + cause);
     for (const CString& line : m_waiting) {
         AppendToFile(line);
     }
     m_waiting.clear();
+    NoteRunEnd(outcome.exitCode);
 }
 
 void CRunLog::UseHost(CSetupHost* host)

@@ -35,6 +35,7 @@ public:
     void UseHost(CSetupHost* host);
 
 private:
+    void Write(const CString& text);
     void AppendToFile(const CString& text) const;
 
     CConsoleOutput m_console;

@@ -10,6 +10,7 @@
 #include "setup/box_rules.h"
 #include "setup/configure_dialog.h"
 #include "setup/exit_codes.h"
+#include "setup/run_record.h"
 #include "setup/texts.h"
 #include "window/scope_exit.h"
 
@@ -173,6 +174,7 @@ void CUnattendedPages::AddLeaveSteps(CScript& script)
 // Looks for boxes before each step. After a failure nothing else is done but closing what is open.
 StepOutcome CUnattendedPages::Watch()
 {
+    NoteSignOfLife(); // the page's loop runs; a page that is too slow has limits of its own
     if (m_hHandled && IsWindow(m_hHandled)) {
         return StepOutcome::Done(); // its answer is under way; the step's deadline guards it
     }

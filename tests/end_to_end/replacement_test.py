@@ -150,6 +150,10 @@ class ReplacementTest(WizardTest):
         ended = self.assert_refused(answers, north)
         self.assertIn("Office of the north", ended.output)
 
+    def signal(self, processes, number):
+        for process in processes:
+            os.kill(process, number)
+
     def test_a_deployment_that_another_wizard_built_meanwhile_is_not_replaced_unasked(self):
         answers = self.choose("name = Office", "platform = x64", location=self.first)
         waiting = subprocess.Popen(self.command(answers, out=""), stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
@@ -157,13 +161,14 @@ class ReplacementTest(WizardTest):
         for line in waiting.stdout:
             told += line
             if line.startswith(b"Page settings"):
-                waiting.send_signal(signal.SIGSTOP)
+                stopped = self.processes()
+                self.signal(stopped, signal.SIGSTOP)
                 break
         fresh = self.build_in(self.first, "Office")
         before = tree_of(fresh)
-        waiting.send_signal(signal.SIGCONT)
+        self.signal(stopped, signal.SIGCONT)
         told += waiting.communicate(timeout=120)[0]
-        ended = self.run_of(told)
+        ended = self.run_of(told, waiting.returncode)
         self.assertEqual(ended.code, 23, ended.output)
         self.assertIn("replace_unlisted", ended.output)
         self.assertEqual(tree_of(fresh), before)

@@ -1,5 +1,6 @@
 """What the end-to-end tests share: running Setup.exe on media, and a look at what came out."""
 
+import glob
 import hashlib
 import os
 import shutil
@@ -19,10 +20,10 @@ def windows_path(path):
 
 
 class Run:
-    """One unattended run of the wizard: its exit code, whole, and its output."""
+    """One unattended run of the wizard: its exit code, whole and as the shell has it, and its output."""
 
-    def __init__(self, code, output):
-        self.code, self.output = code, output
+    def __init__(self, code, output, shell_code):
+        self.code, self.output, self.shell_code = code, output, shell_code
 
 
 class WizardTest(unittest.TestCase):
@@ -57,13 +58,27 @@ class WizardTest(unittest.TestCase):
     def wizard(self, answers, *words, media=MEDIA, out=None, program=None):
         result = subprocess.run(self.command(answers, *words, media=media, out=out, program=program),
                                 stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=RUN_SECONDS)
-        return self.run_of(result.stdout)
+        return self.run_of(result.stdout, result.returncode)
 
-    def run_of(self, output):
+    def run_of(self, output, shell_code):
         output = output.decode("utf-8", "replace").replace("\r\n", "\n")
         last = output.strip().splitlines()[-1] if output.strip() else ""
         self.assertRegex(last, r"^Exit code \d+", "The wizard did not say its exit code:\n" + output)
-        return Run(int(last.split()[2].rstrip(":")), output)
+        return Run(int(last.split()[2].rstrip(":")), output, shell_code)
+
+    def processes(self):
+        """The numbers of the wizard's processes that have this test's folder on their command line: of a run that is
+        under way there are two, the guard and the guarded one."""
+        found = []
+        for path in glob.glob("/proc/[0-9]*/cmdline"):
+            try:
+                with open(path, "rb") as file:
+                    words = file.read().decode("utf-8", "replace").split("\0")
+            except OSError:
+                continue  # it has just ended
+            if any(word.endswith("Setup.exe") for word in words[:2]) and self.folder in " ".join(words).replace("\\", "/"):
+                found.append(int(path.split("/")[2]))
+        return found
 
     def build(self, name, **keys):
         run = self.wizard(self.begin(name, **keys))

@@ -115,11 +115,25 @@ TEST(SetupCommandLine, HelpIsKnownInThreeForms)
     }
 }
 
+TEST(SetupCommandLine, TheQuietLimitIsTenMinutesUnlessItIsNamed)
+{
+    EXPECT_EQ(Parsed({}).QuietSeconds(), 600u);
+    EXPECT_EQ(Parsed({L"--quiet-limit", L"5"}).QuietSeconds(), 5u);
+    EXPECT_EQ(Parsed({L"--quiet-limit", L"86400"}).QuietSeconds(), 86400u);
+}
+
+TEST(SetupCommandLine, AQuietLimitThatIsNoNumberOfSecondsIsRefused)
+{
+    for (const wchar_t* text : {L"0", L"-1", L"soon", L"5s", L"86401", L"99999999999999999999"}) {
+        EXPECT_NE(Complaint({L"--quiet-limit", text}).Find(L"1 to 86400"), -1) << Utf8(text);
+    }
+}
+
 TEST(SetupCommandLine, TheUsageNamesEveryOption)
 {
     const CString usage = CommandLineUsage();
     for (const wchar_t* option : {L"--media", L"--answers", L"--set", L"--out", L"--language", L"--pictures",
-                                  L"--log", L"--check", L"--help"}) {
+                                  L"--log", L"--quiet-limit", L"--check", L"--help"}) {
         EXPECT_NE(usage.Find(option), -1) << Utf8(option);
     }
 }

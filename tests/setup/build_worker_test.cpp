@@ -1,4 +1,5 @@
 #include "setup/build_worker.h"
+#include "setup/run_record.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
@@ -123,6 +124,25 @@ TEST(BuildWorker, ItsEndCancelsTheBuildAndWaitsForIt)
         });
     }
     EXPECT_TRUE(cancelled);
+}
+
+// Who guards the run ends it when there is no sign of life, and a slow copy isn't to be ended.
+TEST(BuildWorker, EachStepAndEachPieceOfProgressIsASignOfLife)
+{
+    RunRecord record = {};
+    UseRunRecord(&record);
+    CountingWindow window;
+    CBuildWorker worker;
+    worker.Start(window.Get(), [](IBuildProgress& progress) {
+        progress.OnStep(L"Copying");
+        progress.OnProgress(1, 3, L"file");
+        progress.OnProgress(2, 3, L"file");
+        return Done();
+    });
+    window.ReadUntilDone([&] { static_cast<void>(worker.TakeSnapshot()); });
+    static_cast<void>(worker.TakeResult());
+    UseRunRecord(nullptr);
+    EXPECT_EQ(record.signsOfLife, 3);
 }
 
 } // namespace

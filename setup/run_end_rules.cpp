@@ -1,0 +1,75 @@
+#include "setup/run_end_rules.h"
+
+namespace {
+
+struct Fault
+{
+    std::uint32_t code;
+    const wchar_t* name;
+};
+
+constexpr Fault FAULTS[] = {
+    {0xC0000005, L"access violation"},
+    {0xC0000006, L"a file in use can't be read any more"},
+    {0xC000001D, L"illegal instruction"},
+    {0xC0000094, L"division by zero"},
+    {0xC00000FD, L"stack overflow"},
+    {0xC0000374, L"broken heap"},
+    {0xC0000409, L"damaged stack or failed check"},
+    {0xC0000417, L"invalid argument of the C library"},
+    {FAULT_ABORT, L"abort"},
+};
+
+CString HexText(std::uint64_t number, int digits)
+{
+    CString text;
+    for (; number != 0 || digits > 0; number /= 16, --digits) {
+        text = CString(L"0123456789ABCDEF"[number % 16], 1) + text;
+    }
+    return L"0x" + text;
+}
+
+} // namespace
+
+CString FaultText(std::uint32_t code)
+{
+    const CString number = HexText(code, 8);
+    for (const Fault& fault : FAULTS) {
+        if (fault.code == code) {
+            return CString(fault.name) + L" (" + number + L")";
+        }
+    }
+    return L"code " + number;
+}
+
+CString PlaceText(const CString& library, std::uint64_t offset)
+{
+    return library.IsEmpty() ? L"address " + HexText(offset, 1) : library + L"+" + HexText(offset, 1);
+}
+
+void RunSteps::Add(const CString& line)
+{
+    CString text = line;
+    text.Trim();
+    if (!line.IsEmpty() && line[0] == L' ') {
+        m_strDetail = text;
+    } else {
+        m_strStep = text;
+        m_strDetail.Empty();
+    }
+}
+
+CString RunSteps::Text() const
+{
+    return m_strDetail.IsEmpty() ? m_strStep : m_strStep + L", " + m_strDetail;
+}
+
+bool QuietWatch::IsOverdue(std::uint64_t nowMilliseconds, std::uint64_t signs)
+{
+    if (!m_bStarted || signs != m_signs) {
+        m_bStarted = true;
+        m_signs = signs;
+        m_since = nowMilliseconds;
+    }
+    return nowMilliseconds - m_since >= m_limit;
+}
