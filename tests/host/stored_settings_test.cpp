@@ -185,17 +185,6 @@ TEST_F(StoredSettingsTest, ALogFolderOfTwoLinesRefusesTheBuild)
     EXPECT_GE(message.Find(L"networkLogFolder"), 0) << Utf8(message);
 }
 
-// The package's name would stand in the image's Setup.xml, whose reader refuses it.
-TEST_F(StoredSettingsTest, APackageWhoseNameTheImageCouldNotHoldRefusesTheBuild)
-{
-    MakePackage(scratch + L"downloads\\ Tool.msi");
-    CSetupManager& manager = Open(scratch + L"downloads\\ Tool.msi");
-    Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), L"Tool");
-    const CString message = RefusedBuild();
-    EXPECT_GE(message.Find(L"Setup.xml"), 0) << Utf8(message);
-    EXPECT_GE(message.Find(L"\" Tool.msi\""), 0) << Utf8(message);
-}
-
 TEST_F(StoredSettingsTest, ABuiltDeploymentNamesItsPatchesBelowTheImage)
 {
     WriteFileBytes(scratch + L"elsewhere\\sp1.msp", "patch");

@@ -166,9 +166,10 @@ TEST(SetupAnswers, UnknownWordsAreRefusedWithFileLineAndKey)
 TEST(SetupAnswers, AnUnknownKeysComplaintNamesTheKnownOnes)
 {
     const CString text = Refused(Sources().File("[begin]\nnaem = x\n"));
-    EXPECT_NE(text.Find(L"mode, location, base, name, platform, on_question.local_location, "
-                        L"on_question.confirm_folder, on_question.replace, leave"),
-              -1)
+    EXPECT_NE(
+        text.Find(L"mode, location, base, name, platform, on_question.local_location, "
+                  L"on_question.confirm_folder, on_question.replace, on_question.replace_unlisted, leave"),
+        -1)
         << Utf8(text);
 }
 
