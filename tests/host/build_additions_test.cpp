@@ -3,8 +3,7 @@
 #include "host/build/build_names.h"
 #include "host/build/database_snapshot.h"
 #include "host/build/file_operations.h"
-#include "tests/host/build_fixture.h"
-#include "tests/host/user_additions.h"
+#include "tests/host/additions_build.h"
 
 #include <windows.h>
 
@@ -35,13 +34,6 @@ ProductOptions PackageWith(const std::vector<CString>& statements, int codePage 
     return options;
 }
 
-CString ProgramFolder()
-{
-    wchar_t text[MAX_PATH] = L"";
-    GetEnvironmentVariableW(L"ProgramW6432", text, ARRAYSIZE(text));
-    return text + CString(L"\\ZoltTest");
-}
-
 void MakeHole(const CString& path, long long bytes)
 {
     const FileHandle file = OpenAlone(path, true);
@@ -51,27 +43,12 @@ void MakeHole(const CString& path, long long bytes)
     ASSERT_TRUE(SetEndOfFile(file.Get())) << GetLastError();
 }
 
-class AdditionsTest : public testing::Test
+class AdditionsTest : public testing::Test, protected AdditionsBuild
 {
 protected:
     explicit AdditionsTest(const std::vector<CString>& statements = {})
-        : build(PackageWith(statements)), added(build.plan.databases[0].hDatabase, 1)
+        : AdditionsBuild(PackageWith(statements))
     {
-        MakeFolders(sources.Path());
-    }
-    ~AdditionsTest() override
-    {
-        if (MsiQueryProductStateW(PRODUCT_CODE) == INSTALLSTATE_DEFAULT) {
-            RunProgram(CString(L"msiexec /x ") + PRODUCT_CODE + L" /qn /norestart");
-        }
-    }
-
-    CString Source(const CString& name, const std::string& bytes)
-    {
-        const CString path = sources / name;
-        MakeFolders(FolderAbove(path));
-        WriteBytes(path, bytes);
-        return path;
     }
 
     void AddFolders(int count)
@@ -79,13 +56,6 @@ protected:
         for (int number = 0; number < count; ++number) {
             added.AddFolder(L"folder " + NumberText(number), L"INSTALLDIR");
         }
-    }
-
-    void BuildIt()
-    {
-        const BuildResult result = build.Build();
-        warnings = result.warnings;
-        ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
     }
 
     // What a check says, too, and a build before it has written anything.
@@ -116,22 +86,14 @@ protected:
 
     void ExpectFileArrivesAndGoes(const CString& name, const std::string& bytes)
     {
-        const CString log = sources / L"install.log";
-        ASSERT_EQ(
-            RunProgram(L"msiexec /i \"" + build.Database() + L"\" /qn /norestart /L*V \"" + log + L"\""), 0u)
-            << ReadBytes(log);
+        Install();
         EXPECT_EQ(ReadBytes(ProgramFolder() + L"\\" + name), bytes);
         EXPECT_EQ(ReadBytes(ProgramFolder() + L"\\readme.txt"), "hello\n");
-        EXPECT_EQ(RunProgram(CString(L"msiexec /x ") + PRODUCT_CODE + L" /qn /norestart"), 0u);
+        EXPECT_EQ(Uninstall(), 0u);
         EXPECT_FALSE(Exists(ProgramFolder())) << NamesOf(ReadTree(ProgramFolder()));
     }
 
     CString BuiltValue(const CString& query) const { return QueryText(build.Database(), query); }
-
-    TestFolder sources{L"sources"};
-    TestBuild build;
-    AddedRows added;
-    std::vector<CString> warnings;
 };
 
 // ---- what is left out stops nothing --------------------------------------------------------------------------------

@@ -28,8 +28,6 @@ CString ReadText(const CString& path)
     return TextFromUtf8(bytes.data(), bytes.size());
 }
 
-#define EXPECT_HOLDS(text, part) EXPECT_GE((text).Find(part), 0) << "missing in:\n" << Utf8(text)
-
 TEST(BuildDeployment, HoldsTheFilesOfAFreshBuildAndNothingElse)
 {
     TestBuild build;

@@ -3,9 +3,8 @@
 #include "host/build/cabinet.h"
 #include "host/build/database_snapshot.h"
 #include "host/build/file_operations.h"
-#include "tests/host/build_fixture.h"
+#include "tests/host/additions_build.h"
 #include "tests/host/outside_links.h"
-#include "tests/host/user_additions.h"
 
 #include <windows.h>
 
@@ -65,57 +64,10 @@ ProductOptions OptionsFor(Form form)
     return options;
 }
 
-CString ProgramFolder()
-{
-    wchar_t text[MAX_PATH] = L"";
-    GetEnvironmentVariableW(L"ProgramW6432", text, ARRAYSIZE(text));
-    return text + CString(L"\\ZoltTest");
-}
-
-class UserFilesTest : public testing::TestWithParam<Form>
+class UserFilesTest : public testing::TestWithParam<Form>, protected AdditionsBuild
 {
 protected:
-    UserFilesTest() : build(OptionsFor(GetParam())), added(build.plan.databases[0].hDatabase, 1)
-    {
-        MakeFolders(sources.Path());
-    }
-    ~UserFilesTest() override
-    {
-        if (MsiQueryProductStateW(PRODUCT_CODE) == INSTALLSTATE_DEFAULT) {
-            RunProgram(CString(L"msiexec /x ") + PRODUCT_CODE + L" /qn /norestart");
-        }
-    }
-
-    CString Source(const CString& name, const std::string& bytes)
-    {
-        const CString path = sources / name;
-        MakeFolders(FolderAbove(path));
-        WriteBytes(path, bytes);
-        return path;
-    }
-
-    void BuildIt()
-    {
-        const BuildResult result = build.Build();
-        warnings = result.warnings;
-        ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
-    }
-    void Install()
-    {
-        const CString log = sources / L"install.log";
-        ASSERT_EQ(
-            RunProgram(L"msiexec /i \"" + build.Database() + L"\" /qn /norestart /L*V \"" + log + L"\""), 0u)
-            << ReadBytes(log);
-    }
-    unsigned long Uninstall()
-    {
-        return RunProgram(CString(L"msiexec /x ") + PRODUCT_CODE + L" /qn /norestart");
-    }
-
-    TestFolder sources{L"sources"};
-    TestBuild build;
-    AddedRows added;
-    std::vector<CString> warnings;
+    UserFilesTest() : AdditionsBuild(OptionsFor(GetParam())) {}
 };
 
 INSTANTIATE_TEST_SUITE_P(Packages, UserFilesTest, testing::Values(Form::Loose, Form::Compressed),

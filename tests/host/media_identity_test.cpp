@@ -44,9 +44,6 @@ protected:
     }
 };
 
-#define EXPECT_HOLDS(text, part)                                                                             \
-    EXPECT_GE((text).Find(part), 0) << Utf8(part) << " is missing in: " << Utf8(text)
-
 } // namespace
 
 TEST_F(MediaIdentityTest, AProductCodeThatIsNoGuidIsRefusedByNameAndReason)

@@ -32,7 +32,6 @@ BuildPlan TwoProducts()
     return plan;
 }
 
-#define EXPECT_HOLDS(text, part) EXPECT_GE((text).Find(part), 0) << "missing in:\n" << Utf8(text)
 #define EXPECT_LACKS(text, part) EXPECT_EQ((text).Find(part), -1) << "found in:\n" << Utf8(text)
 
 } // namespace

@@ -1,19 +1,11 @@
 // The features that additions are spread over, decided on snapshots.
 #include "host/build/user_features.h"
+#include "tests/rules/user_key.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-CString KeyOf(int number)
-{
-    CString digits = NumberText(number);
-    while (digits.GetLength() < 12) {
-        digits = L"0" + digits;
-    }
-    return L"TARN_0D7A5C1E_0000_4000_8000_" + digits;
-}
 
 // A product with one feature and one component of its own.
 class UserFeatures : public testing::Test
@@ -46,7 +38,7 @@ protected:
     {
         std::vector<CString> keys;
         for (int number = 0; number < count; ++number) {
-            keys.push_back(KeyOf(number));
+            keys.push_back(UserKey(number));
         }
         return keys;
     }
@@ -95,7 +87,7 @@ TEST_F(UserFeatures, MoreComponentsAreSpreadOverFurtherFeatures)
 
 TEST_F(UserFeatures, AFurtherFeatureInstallsLikeTheFirst)
 {
-    FinishUserFeatures(database, {KeyOf(1)});
+    FinishUserFeatures(database, {UserKey(1)});
     RowValues changed = RowOf(L"_UserDeploymentFile"); // as an administrator's other tool left it
     changed[1] = L"Main";
     changed[5] = L"3";
@@ -137,8 +129,8 @@ TEST_F(UserFeatures, TheFirstComponentsFillTheFirstFeature)
     std::vector<CString> keys = Keys(1601);
     std::swap(keys.front(), keys.back());
     FinishUserFeatures(database, keys);
-    EXPECT_EQ(database[L"FeatureComponents"].rows.count({L"_UserDeploymentFile", KeyOf(1600)}), 1u);
-    EXPECT_EQ(database[L"FeatureComponents"].rows.count({L"_UserDeploymentFile2", KeyOf(0)}), 1u);
+    EXPECT_EQ(database[L"FeatureComponents"].rows.count({L"_UserDeploymentFile", UserKey(1600)}), 1u);
+    EXPECT_EQ(database[L"FeatureComponents"].rows.count({L"_UserDeploymentFile2", UserKey(0)}), 1u);
 }
 
 TEST(UserFeatureNames, AreNumberedFromTwo)

@@ -1,5 +1,6 @@
 // What becomes of added files in the database that is built, decided on snapshots.
 #include "host/build/user_files.h"
+#include "tests/rules/user_key.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
@@ -7,15 +8,6 @@
 #include <algorithm>
 
 namespace {
-
-CString KeyOf(int number)
-{
-    CString digits = NumberText(number);
-    while (digits.GetLength() < 12) {
-        digits = L"0" + digits;
-    }
-    return L"TARN_0D7A5C1E_0000_4000_8000_" + digits;
-}
 
 // A product with one file of its own, sequence 7, on one medium that says it ends at 9.
 class FinishedFiles : public testing::Test
@@ -52,7 +44,7 @@ protected:
 
     void AddFile(int number, const CString& name, int sequence, const CString& folder = L"INSTALLDIR")
     {
-        const CString key = KeyOf(number);
+        const CString key = UserKey(number);
         Row(L"File", {key, key, name + L"|" + name, L"5", L"0", NumberText(sequence)});
         Row(L"Component", {key, folder});
         PairRow(L"FeatureComponents", L"_UserDeploymentFile", key);
@@ -62,7 +54,7 @@ protected:
 
     void AddFolder(int number, const CString& name, const CString& parent = L"INSTALLDIR")
     {
-        const CString key = KeyOf(number);
+        const CString key = UserKey(number);
         Row(L"Directory", {key, name, parent});
         Row(L"Component", {key, key});
         PairRow(L"FeatureComponents", L"_UserDeploymentFile", key);
@@ -139,8 +131,8 @@ TEST_F(FinishedFiles, NumbersFollowThoseOfTheProductAndOfItsMedia)
     AddFile(2, L"b.txt", 8);
     EXPECT_EQ(Finish(), L"");
     EXPECT_EQ(Value(L"File", L"Own", 5), L"7");
-    EXPECT_EQ(Value(L"File", KeyOf(1), 5), L"10");
-    EXPECT_EQ(Value(L"File", KeyOf(2), 5), L"11");
+    EXPECT_EQ(Value(L"File", UserKey(1), 5), L"10");
+    EXPECT_EQ(Value(L"File", UserKey(2), 5), L"11");
     EXPECT_EQ(Value(L"Media", L"4", 1), L"11");
     EXPECT_EQ(Value(L"Media", L"4", 2), L"TARN0001.cab");
     EXPECT_EQ(Value(L"Media", L"3", 1), L"9");
@@ -151,10 +143,10 @@ TEST_F(FinishedFiles, OnlyAPackageThatIsNotCompressedNeedsTheAttribute)
     AddFile(1, L"a.txt", 8);
     const DatabaseSnapshot before = database;
     EXPECT_EQ(Finish(true), L"");
-    EXPECT_EQ(Value(L"File", KeyOf(1), 4), L"0");
+    EXPECT_EQ(Value(L"File", UserKey(1), 4), L"0");
     database = before;
     EXPECT_EQ(Finish(false), L"");
-    EXPECT_EQ(Value(L"File", KeyOf(1), 4), L"16384");
+    EXPECT_EQ(Value(L"File", UserKey(1), 4), L"16384");
     EXPECT_EQ(Value(L"File", L"Own", 4), L"8192");
 }
 
@@ -164,9 +156,9 @@ TEST_F(FinishedFiles, LooseFilesGetNoCabinetAndTheLastNumberOfTheMedia)
     AddFile(2, L"b.txt", 8);
     EXPECT_EQ(FinishLoose(), L"");
     for (const int number : {1, 2}) {
-        EXPECT_EQ(Value(L"File", KeyOf(number), 4), L"8192");
-        EXPECT_EQ(Value(L"File", KeyOf(number), 5), L"9");
-        EXPECT_EQ(Value(L"TarnCustomFile", KeyOf(number), 1), number == 1 ? L"a.txt" : L"b.txt");
+        EXPECT_EQ(Value(L"File", UserKey(number), 4), L"8192");
+        EXPECT_EQ(Value(L"File", UserKey(number), 5), L"9");
+        EXPECT_EQ(Value(L"TarnCustomFile", UserKey(number), 1), number == 1 ? L"a.txt" : L"b.txt");
     }
     EXPECT_EQ(database[L"Media"].rows.size(), 1u);
 }
@@ -177,7 +169,7 @@ TEST_F(FinishedFiles, LooseFilesOfAProductWithoutMediaGetAMediumOnce)
     database[L"Media"].rows.clear();
     EXPECT_EQ(FinishLoose(), L"");
     EXPECT_EQ(FinishLoose(), L"");
-    EXPECT_EQ(Value(L"File", KeyOf(1), 5), L"1");
+    EXPECT_EQ(Value(L"File", UserKey(1), 5), L"1");
     EXPECT_EQ(Value(L"Media", L"1", 1), L"1");
     EXPECT_EQ(Value(L"Media", L"1", 2), L"");
     EXPECT_EQ(database[L"Media"].rows.size(), 1u);
@@ -199,7 +191,7 @@ TEST_F(FinishedFiles, WhenAllAdditionsAreGoneTheirMediumGoesToo)
     EXPECT_EQ(Finish(), L"");
     for (const wchar_t* table :
          {L"File", L"Component", L"FeatureComponents", L"CreateFolder", L"TarnCustomFile"}) {
-        Lose(table, KeyOf(1));
+        Lose(table, UserKey(1));
     }
     EXPECT_FALSE(FindUserAdditions(database).IsEmpty());
     EXPECT_EQ(Finish(), L"");
@@ -216,7 +208,7 @@ TEST_F(FinishedFiles, TheSourcePathGivesWayToTheName)
 {
     AddFile(1, L"a.txt", 8);
     EXPECT_EQ(Finish(), L"");
-    EXPECT_EQ(Value(L"TarnCustomFile", KeyOf(1), 1), L"a.txt");
+    EXPECT_EQ(Value(L"TarnCustomFile", UserKey(1), 1), L"a.txt");
 }
 
 TEST_F(FinishedFiles, MoreFilesThanTheColumnsCanNumberAreRefused)
@@ -246,7 +238,7 @@ TEST_F(FinishedFiles, NumbersThatAMediumOnlyReservesAreGivenUpWhereTheyAreNeeded
     AddFile(1, L"a.txt", 8);
     EXPECT_EQ(Finish(), L"");
     EXPECT_EQ(Value(L"Media", L"3", 1), L"7");
-    EXPECT_EQ(Value(L"File", KeyOf(1), 5), L"8");
+    EXPECT_EQ(Value(L"File", UserKey(1), 5), L"8");
     EXPECT_EQ(Value(L"Media", L"4", 1), L"8");
 }
 
@@ -256,7 +248,7 @@ TEST_F(FinishedFiles, NumbersThatAMediumReservesAreKeptWhereThereIsRoomBehindThe
     AddFile(1, L"a.txt", 8);
     EXPECT_EQ(Finish(), L"");
     EXPECT_EQ(Value(L"Media", L"3", 1), L"32766");
-    EXPECT_EQ(Value(L"File", KeyOf(1), 5), L"32767");
+    EXPECT_EQ(Value(L"File", UserKey(1), 5), L"32767");
 }
 
 TEST_F(FinishedFiles, WideColumnsNeedNoRoom)
@@ -267,7 +259,7 @@ TEST_F(FinishedFiles, WideColumnsNeedNoRoom)
     AddFile(1, L"a.txt", 8);
     EXPECT_EQ(Finish(), L"");
     EXPECT_EQ(Value(L"Media", L"3", 1), L"40000");
-    EXPECT_EQ(Value(L"File", KeyOf(1), 5), L"40001");
+    EXPECT_EQ(Value(L"File", UserKey(1), 5), L"40001");
 }
 
 TEST_F(FinishedFiles, AMediumOfTheHighestNumberIsRefused)
@@ -322,8 +314,8 @@ TEST_F(FinishedFiles, OnlyDirectoriesThatWereAddedWithAnActionAreDrives)
 {
     Row(L"Directory", {L"Own", L"DRIVE_Y", L"TARGETDIR"});
     Row(L"CustomAction", {L"Own"});
-    Row(L"Directory", {KeyOf(1), L"DRIVE_X", L"TARGETDIR"});
-    Row(L"CustomAction", {KeyOf(1)});
+    Row(L"Directory", {UserKey(1), L"DRIVE_X", L"TARGETDIR"});
+    Row(L"CustomAction", {UserKey(1)});
     AddFolder(2, L"DRIVE_D");
     EXPECT_EQ(FindUserDrives(database), std::vector<CString>{L"X:"});
 }
@@ -332,7 +324,7 @@ TEST_F(FinishedFiles, AWholeAdditionIsNoStray)
 {
     AddFile(1, L"a.txt", 8);
     AddFolder(2, L"Folder");
-    AddFile(3, L"inside.txt", 9, KeyOf(2));
+    AddFile(3, L"inside.txt", 9, UserKey(2));
     EXPECT_EQ(StrayNames(), std::vector<CString>());
     EXPECT_EQ(FindUserAdditions(database).folders.size(), 1u);
 }
@@ -342,11 +334,11 @@ TEST_F(FinishedFiles, AFileThatLacksAnyOfItsRowsIsLeftOutWithAllOthers)
     for (const wchar_t* table : {L"File", L"Component", L"FeatureComponents", L"TarnCustomFile"}) {
         AddFile(1, L"half.txt", 8);
         AddFile(2, L"whole.txt", 9);
-        Lose(table, KeyOf(1));
+        Lose(table, UserKey(1));
         EXPECT_EQ(StrayNames().size(), 1u) << Utf8(table);
         EXPECT_EQ(Finish(), L"");
-        EXPECT_EQ(TablesNaming(KeyOf(1)), L"") << Utf8(table);
-        EXPECT_EQ(Value(L"File", KeyOf(2), 5), L"10") << Utf8(table);
+        EXPECT_EQ(TablesNaming(UserKey(1)), L"") << Utf8(table);
+        EXPECT_EQ(Value(L"File", UserKey(2), 5), L"10") << Utf8(table);
     }
 }
 
@@ -354,10 +346,10 @@ TEST_F(FinishedFiles, AFolderThatLacksAnyOfItsRowsIsLeftOutWithAllOthers)
 {
     for (const wchar_t* table : {L"Directory", L"Component", L"FeatureComponents", L"TarnCustomFile"}) {
         AddFolder(1, L"Half");
-        Lose(table, KeyOf(1));
+        Lose(table, UserKey(1));
         EXPECT_EQ(StrayNames(), std::vector<CString>{L"Half"}) << Utf8(table);
         EXPECT_EQ(Finish(), L"");
-        EXPECT_EQ(TablesNaming(KeyOf(1)), L"") << Utf8(table);
+        EXPECT_EQ(TablesNaming(UserKey(1)), L"") << Utf8(table);
         EXPECT_EQ(Value(L"Feature", L"_UserDeploymentFile", 0), L"(none)") << Utf8(table);
     }
 }
@@ -365,40 +357,40 @@ TEST_F(FinishedFiles, AFolderThatLacksAnyOfItsRowsIsLeftOutWithAllOthers)
 TEST_F(FinishedFiles, AFileInAFolderThatIsGoneIsLeftOut)
 {
     AddFolder(1, L"Folder");
-    AddFile(2, L"inside.txt", 8, KeyOf(1));
-    Lose(L"Directory", KeyOf(1));
+    AddFile(2, L"inside.txt", 8, UserKey(1));
+    Lose(L"Directory", UserKey(1));
     EXPECT_EQ(StrayNames(), (std::vector<CString>{L"Folder", L"inside.txt"}));
     EXPECT_EQ(Finish(), L"");
-    EXPECT_EQ(TablesNaming(KeyOf(2)), L"");
+    EXPECT_EQ(TablesNaming(UserKey(2)), L"");
 }
 
 TEST_F(FinishedFiles, AFolderInAFolderThatIsGoneIsLeftOutWithItsFiles)
 {
     AddFolder(1, L"Outer");
-    AddFolder(2, L"Inner", KeyOf(1));
-    AddFile(3, L"deep.txt", 8, KeyOf(2));
+    AddFolder(2, L"Inner", UserKey(1));
+    AddFile(3, L"deep.txt", 8, UserKey(2));
     EXPECT_EQ(StrayNames(), std::vector<CString>());
-    Lose(L"Directory", KeyOf(1));
+    Lose(L"Directory", UserKey(1));
     EXPECT_EQ(StrayNames(), (std::vector<CString>{L"Outer", L"Inner", L"deep.txt"}));
 }
 
 TEST_F(FinishedFiles, FoldersThatLieInEachOtherAreLeftOut)
 {
-    AddFolder(1, L"First", KeyOf(2));
-    AddFolder(2, L"Second", KeyOf(1));
+    AddFolder(1, L"First", UserKey(2));
+    AddFolder(2, L"Second", UserKey(1));
     EXPECT_EQ(StrayNames(), (std::vector<CString>{L"First", L"Second"}));
 }
 
 TEST_F(FinishedFiles, AStepOfADriveWithoutItsActionIsLeftOut)
 {
-    Row(L"InstallExecuteSequence", {KeyOf(1), L"1"});
-    Row(L"InstallExecuteSequence", {KeyOf(2), L"1"});
-    Row(L"CustomAction", {KeyOf(2)});
-    EXPECT_EQ(FindUserAdditions(database).straySteps, std::vector<CString>{KeyOf(1)});
+    Row(L"InstallExecuteSequence", {UserKey(1), L"1"});
+    Row(L"InstallExecuteSequence", {UserKey(2), L"1"});
+    Row(L"CustomAction", {UserKey(2)});
+    EXPECT_EQ(FindUserAdditions(database).straySteps, std::vector<CString>{UserKey(1)});
     EXPECT_FALSE(FindUserAdditions(database).IsEmpty());
     EXPECT_EQ(Finish(), L"");
-    EXPECT_EQ(Value(L"InstallExecuteSequence", KeyOf(1), 0), L"(none)");
-    EXPECT_EQ(Value(L"InstallExecuteSequence", KeyOf(2), 1), L"1");
+    EXPECT_EQ(Value(L"InstallExecuteSequence", UserKey(1), 0), L"(none)");
+    EXPECT_EQ(Value(L"InstallExecuteSequence", UserKey(2), 1), L"1");
 }
 
 TEST_F(FinishedFiles, AStrayIsCalledByWhatIsLeftOfIt)
@@ -406,11 +398,11 @@ TEST_F(FinishedFiles, AStrayIsCalledByWhatIsLeftOfIt)
     AddFile(1, L"a.txt", 8);
     AddFile(2, L"b.txt", 9);
     AddFile(3, L"c.txt", 10);
-    Lose(L"TarnCustomFile", KeyOf(1));
-    Lose(L"File", KeyOf(2));
-    Lose(L"File", KeyOf(3));
-    Lose(L"TarnCustomFile", KeyOf(3));
-    EXPECT_EQ(StrayNames(), (std::vector<CString>{L"a.txt", L"C:\\Private\\b.txt", KeyOf(3)}));
+    Lose(L"TarnCustomFile", UserKey(1));
+    Lose(L"File", UserKey(2));
+    Lose(L"File", UserKey(3));
+    Lose(L"TarnCustomFile", UserKey(3));
+    EXPECT_EQ(StrayNames(), (std::vector<CString>{L"a.txt", L"C:\\Private\\b.txt", UserKey(3)}));
 }
 
 TEST_F(FinishedFiles, TheFeatureIsWrittenForAFolderAloneInAProductThatLacksIt)
@@ -428,9 +420,9 @@ TEST_F(FinishedFiles, AVendorsRowOfThePrivateTableIsNoAddition)
 
 TEST(UserFiles, KeysAreTheMarkAndAGuidWithUnderscores)
 {
-    EXPECT_TRUE(IsUserKey(KeyOf(1)));
-    EXPECT_FALSE(IsUserKey(KeyOf(1).Left(40)));
-    EXPECT_FALSE(IsUserKey(KeyOf(1) + L"0"));
+    EXPECT_TRUE(IsUserKey(UserKey(1)));
+    EXPECT_FALSE(IsUserKey(UserKey(1).Left(40)));
+    EXPECT_FALSE(IsUserKey(UserKey(1) + L"0"));
     EXPECT_FALSE(IsUserKey(L"TARN_0D7A5C1E-0000_4000_8000_000000000001"));
     EXPECT_FALSE(IsUserKey(L"TARN_0D7A5C1G_0000_4000_8000_000000000001"));
     EXPECT_FALSE(IsUserKey(L"BARN_0D7A5C1E_0000_4000_8000_000000000001"));

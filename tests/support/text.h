@@ -1,4 +1,4 @@
-// Lets GoogleTest print and compare wide texts as UTF-8, whatever the C library thinks of wide characters.
+// Wide texts in tests: printed and compared as UTF-8, whatever the C library thinks of wide characters.
 #pragma once
 
 #include "window/string.h"
@@ -17,3 +17,7 @@ inline void PrintTo(const CString& text, std::ostream* stream)
 {
     *stream << '"' << Utf8(text) << '"';
 }
+
+// A text holds a part of it.
+#define EXPECT_HOLDS(text, part)                                                                             \
+    EXPECT_GE((text).Find(part), 0) << "\"" << Utf8(part) << "\" is missing in:\n" << Utf8(text)
