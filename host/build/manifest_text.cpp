@@ -50,7 +50,7 @@ bool ReadLine(const CString& line, ManifestEntry& entry)
     entry.strSha256 = line.Left(hashEnd);
     entry.strPath = NameFromShown(line.Mid(sizeEnd + 1));
     return IsHash(entry.strSha256) && ReadSize(line.Mid(hashEnd + 1, sizeEnd - hashEnd - 1), entry.size) &&
-           !entry.strPath.IsEmpty();
+           !entry.strPath.IsEmpty() && entry.strPath.Find(L'\0') < 0;
 }
 
 } // namespace

@@ -59,6 +59,7 @@ TEST(BuildManifest, LinesThatAreNotUnderstoodMakeItNoManifest)
         HASH + "a 1 a\r\n",
         std::string(64, 'A') + " 1 a\r\n",
         std::string(64, 'g') + " 1 a\r\n",
+        HASH + " 1 a" + std::string(1, '\0') + "\r\n",
     };
     for (const std::string& line : lines) {
         EXPECT_FALSE(Read(good + line, entries)) << line;
