@@ -10,6 +10,7 @@ namespace {
 
 FileFault g_fault;
 std::atomic<long long> g_operations = 0;
+std::atomic<long long> g_flushes = 0;
 
 // The one place where a test makes an operation fail.
 bool IsFaultDue()
@@ -147,6 +148,7 @@ std::uint64_t SeekInFile(const FileHandle& file, long long distance, DWORD origi
 
 void FlushToDisk(const FileHandle& file, const CString& path)
 {
+    ++g_flushes;
     Check(!IsFaultDue() && FlushFileBuffers(file.Get()), L"Writing", path);
 }
 
@@ -348,9 +350,15 @@ void SetFileFault(const FileFault& fault)
 {
     g_fault = fault;
     g_operations = 0;
+    g_flushes = 0;
 }
 
 long long CountedFileOperations()
 {
     return g_operations;
+}
+
+long long CountedFlushes()
+{
+    return g_flushes;
 }

@@ -105,3 +105,4 @@ struct FileFault
 };
 void SetFileFault(const FileFault& fault);
 [[nodiscard]] long long CountedFileOperations(); // since the last SetFileFault
+[[nodiscard]] long long CountedFlushes();        // those of FlushToDisk among them

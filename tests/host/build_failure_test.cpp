@@ -331,6 +331,15 @@ TEST_F(RebuildTest, ADeploymentThatChangesDuringTheBuildIsNotReplaced)
     ExpectNoLeftovers("changed");
 }
 
+// A loss of power behind the swap must not cost both: the new one still in memory, the old one deleted.
+TEST_F(RebuildTest, EachFileIsOnTheDiskBeforeTheOldDeploymentGoes)
+{
+    SetFileFault({});
+    ASSERT_EQ(m_build.Build().error.code, 0u);
+    const long long flushes = CountedFlushes();
+    EXPECT_GE(flushes, static_cast<long long>(FilesOf(ReadTree(m_build.Target())).size()));
+}
+
 TEST_F(RebuildTest, WhatIsPutIntoTheOldOneDuringTheBuildIsKept)
 {
     m_build.onProgress = [&](std::uint64_t done, std::uint64_t total) {
