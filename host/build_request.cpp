@@ -55,7 +55,7 @@ public:
     BuildPlan Make()
     {
         m_stored = m_manager.DescribeDeployment();
-        m_plan.strLocation = m_manager.m_strDeploymentLocation;
+        m_plan.strLocation = FolderPath(m_manager.m_strDeploymentLocation);
         m_plan.strName = m_manager.m_strDeploymentName;
         m_plan.strBuiltBy = L"the deployment wizard " ROLLOUT_VERSION_TEXT;
         m_plan.strMediaName = m_media.description.strName;

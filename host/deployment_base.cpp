@@ -2,12 +2,28 @@
 
 #include "host/build/build_failure.h"
 #include "host/build/deployment_place.h"
+#include "host/build/file_operations.h"
 #include "host/files.h"
 #include "host/host_messages.h"
 
+namespace {
+
+// As it stands on the disk: a path may name it in another case, or by its 8.3 name.
+CString NameOfFolder(const CString& folder)
+{
+    try {
+        const CString name = EntryOnDisk(folder).strName;
+        return name.IsEmpty() ? FileName(folder) : name;
+    } catch (const BuildFailure&) {
+        return FileName(folder);
+    }
+}
+
+} // namespace
+
 CString NameOfDeployment(const CString& entry)
 {
-    const CString name = FileName(ParentFolder(entry));
+    const CString name = NameOfFolder(ParentFolder(entry));
     if (!name.IsEmpty() && name.Find(L':') < 0) {
         return name;
     }

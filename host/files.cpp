@@ -1,5 +1,7 @@
 #include "host/files.h"
 
+#include "host/build/link_rule.h"
+
 #include "window/handle.h"
 
 #include <algorithm>
@@ -193,7 +195,7 @@ unsigned int ListFolder(const CString& path, std::vector<FolderItem>& items)
         if (name != L"." && name != L"..") {
             items.push_back(
                 {name, (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
-                 (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0,
+                 IsLinkMark(found.dwFileAttributes, found.dwReserved0),
                  (static_cast<unsigned long long>(found.nFileSizeHigh) << 32) | found.nFileSizeLow});
         }
     } while (FindNextFileW(find, &found));

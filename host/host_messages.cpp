@@ -107,7 +107,10 @@ constexpr Sentence SENTENCES[] = {
                               L"choose another deployment."},
     {HostText::DeploymentUnreadable, L"The deployment file is passed over. %1"},
     {HostText::TargetIsFile, L"\"%1\" is a file. Choose another name, or move the file away."},
-    {HostText::TargetShortName, L"\"%1\" is the short name of the folder \"%2\". Choose another name."},
+    {HostText::TargetShortName, L"\"%1\" is the short (8.3) name of the folder \"%2\". Choose another name."},
+    {HostText::TargetIsLink,
+     L"The folder \"%1\" is a link to another folder, so it isn't replaced. Choose another "
+     L"name, or use the folder that it leads to."},
     {HostText::TargetNoDeployment,
      L"The folder \"%1\" holds no deployment, so it isn't replaced. Choose another "
      L"name, or move the folder away."},
@@ -117,10 +120,16 @@ constexpr Sentence SENTENCES[] = {
      L"The folder \"%1\" holds a deployment of another product, \"%2\", so it isn't "
      L"replaced. Choose another name or location."},
     {HostText::TargetUnasked,
-     L"The folder \"%1\" holds a deployment that nobody was asked about, so it isn't "
-     L"replaced. Choose another name, or start again and confirm that it is replaced."},
-    {HostText::LocationInsideDeployment, L"The location \"%1\" lies inside the deployment \"%2\". Choose a "
-                                         L"location outside of it."},
+     L"Replacing the deployment in \"%1\" has not been confirmed. Choose another name, or "
+     L"start again and confirm it."},
+    {HostText::LocationInsideDeployment, L"The location \"%1\" is a deployment or lies inside one: \"%2\" "
+                                         L"holds a Deployment.xml. Choose a location "
+                                         L"outside of it."},
+    {HostText::LocationInsideMedia,
+     L"The location \"%1\" lies inside the media \"%2\". Choose a location outside of them."},
+    {HostText::BaseChanged,
+     L"The deployment \"%1\" has changed since the wizard read it, so that the build would mix "
+     L"old and new. Choose it again to work with what it is now."},
     {HostText::PathsUnresolved, L"The installer cannot resolve the folders of \"%1\" (%2). Paths are worked "
                                 L"out from the package's tables instead."},
     {HostText::NoProductsForPlatform,

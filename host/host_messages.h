@@ -68,11 +68,14 @@ enum class HostText
     // What stands in a new deployment's place
     TargetIsFile,
     TargetShortName,
+    TargetIsLink,
     TargetNoDeployment,
     TargetUnreadable,
     TargetOtherSetup,
     TargetUnasked,
     LocationInsideDeployment,
+    LocationInsideMedia,
+    BaseChanged,
     PathsUnresolved,
     NoProductsForPlatform,
     // Log

@@ -63,6 +63,7 @@ std::vector<CString>* ManagerObject::GetDeploymentList(const CString& location)
             return bool(error);
         });
     }
+    AddBaseOfElsewhere();
     m_listed.clear();
     for (const CString& entry : m_deployments) {
         m_listed.push_back({entry, StampOrNone(ParentFolder(entry))});
@@ -71,6 +72,26 @@ std::vector<CString>* ManagerObject::GetDeploymentList(const CString& location)
         Tell(warning);
     }
     return &m_deployments;
+}
+
+// Modifying into another location makes a copy there. On the way back the page lists that one, and would have nothing to
+// modify, or another deployment than before.
+void ManagerObject::AddBaseOfElsewhere()
+{
+    const CString& entry = IsBaseLoaded() ? m_base.strEntry : m_openedMedia.strDeploymentFile;
+    if (!m_bHasDeployments || entry.IsEmpty()) {
+        return;
+    }
+    const CString name = NameOfDeployment(entry);
+    for (const CString& listed : m_deployments) {
+        if (NameOfDeployment(listed).CompareNoCase(name) == 0) {
+            return;
+        }
+    }
+    DeploymentBase base;
+    if (!OpenBase(entry, m_openedMedia.description.strCode, base)) {
+        m_deployments.push_back(entry);
+    }
 }
 
 CString ManagerObject::GetDeploymentName(const CString& entry)
@@ -209,6 +230,10 @@ bool ManagerObject::SetSetupMode(Setup::tagSETUPMODE mode)
         return false;
     }
     m_setupMode = mode;
+    if (mode == Setup::SETUPMODE_MODIFY_DEPLOYMENT) {
+        SetDeploymentName(
+            NameOfDeployment(m_base.strEntry)); // the page's hidden name may be that of an earlier choice
+    }
     UpdateDeploymentFolder();
     m_ui.m_bResetAllowed1 = m_ui.m_bResetAllowed2 = true;
     m_log.Append(HostSentence(HostText::LogMode, {NumberText(mode), NumberText(m_platform),
@@ -305,7 +330,18 @@ int ManagerObject::ResetSetupMode()
 
 TargetVerdict ManagerObject::JudgeTarget() const
 {
-    TargetQuestion question{m_strLocationText, m_strDeploymentText, m_openedMedia.description.strCode, {}};
+    // The working copies are those of what it was; the rest of the image would come from what it is.
+    if (IsBaseLoaded() && StampOrNone(ParentFolder(m_base.strEntry)) != m_base.strStamp) {
+        TargetVerdict verdict;
+        verdict.state = TargetVerdict::State::Refused;
+        verdict.message = HostSentence(HostText::BaseChanged, {NameOfDeployment(m_base.strEntry)});
+        return verdict;
+    }
+    TargetQuestion question{m_strLocationText,
+                            m_strDeploymentText,
+                            m_openedMedia.description.strCode,
+                            m_openedMedia.bSinglePackage ? CString() : m_openedMedia.strRoot,
+                            {}};
     if (!m_answeredStamp.IsEmpty()) {
         question.replaceable.push_back(m_answeredStamp);
     }
@@ -322,6 +358,14 @@ TargetVerdict ManagerObject::JudgeTarget() const
         }
     }
     return JudgeTargetFolder(question);
+}
+
+void ManagerObject::DeclineReplacing()
+{
+    // The page would list the declined location, and take the deployment there for the one to be modified.
+    if (m_setupMode == Setup::SETUPMODE_MODIFY_DEPLOYMENT && IsBaseLoaded()) {
+        SetDeploymentLocation(ParentFolder(ParentFolder(m_base.strEntry)));
+    }
 }
 
 CString ManagerObject::TakeModeFailure()

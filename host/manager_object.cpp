@@ -179,7 +179,8 @@ DeploymentFile ManagerObject::DescribeDeployment() const
     file.strSetupCode = m_media.description.strCode;
     file.strProductName = m_media.description.strName;
     file.strProductVersion = m_media.description.strProductVersion;
-    file.strBaseName = m_setupMode == Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT ? m_strBaseText : CString();
+    file.strBaseName =
+        m_setupMode == Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT ? m_strBaseText : m_base.file.strBaseName;
     file.strLanguage = LanguageManager::Object().GetDeploymentLanguage(nullptr);
     file.platform = m_platform;
     file.installMode = m_installMode == 3 ? 3 : 2;

@@ -53,6 +53,7 @@ public:
     // begin page asked about, and one that AllowReplacing named.
     TargetVerdict JudgeTarget() const;
     void AllowReplacing(const TargetVerdict& verdict) { m_answeredStamp = verdict.strStamp; }
+    void DeclineReplacing();
     // Why the mode that the begin page asked for could not be entered, once; empty when it was.
     CString TakeModeFailure();
     // Why the last call failed, for the person; empty after a success.
@@ -75,6 +76,7 @@ private:
     bool IsBaseLoaded() const { return !m_base.strEntry.IsEmpty(); }
     bool IsBaseCurrent(const CString& name) const; // loaded, and unchanged on the disk
     void LeavePage(const CString& reason);
+    void AddBaseOfElsewhere();
     void ForgetBase();
     void Tell(const CString& message);
 

@@ -1,5 +1,6 @@
 #include "host/media.h"
 
+#include "host/build/build_names.h"
 #include "host/database.h"
 #include "host/files.h"
 #include "host/host_messages.h"
@@ -12,12 +13,6 @@
 #include <msiquery.h>
 
 namespace {
-
-// The work folders of a build start with a dot and are nobody's deployment yet.
-bool IsBuildFolder(const CString& name)
-{
-    return name[0] == L'.' && (name.Find(L".staging-") > 0 || name.Find(L".old-") > 0);
-}
 
 HostError ReadDescribed(const CString& file, IXmlEvents& events)
 {
@@ -192,7 +187,7 @@ std::vector<CString> FindDeployments(const CString& location, std::vector<CStrin
     }
     for (const FolderItem& item : items) {
         const CString file = FolderPath(location) + item.name + L"\\" + DEPLOYMENT_FILE;
-        if (!item.isFolder || IsBuildFolder(item.name) || !IsFile(file)) {
+        if (!item.isFolder || IsWorkingName(item.name) || !IsFile(file)) {
             continue;
         }
         DeploymentFile deployment;

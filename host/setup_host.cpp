@@ -38,6 +38,7 @@ public:
     HostError CheckDatabase(CProduct& product) override;
     TargetVerdict JudgeTarget() override { return m_manager->JudgeTarget(); }
     void AllowReplacing(const TargetVerdict& verdict) override { m_manager->AllowReplacing(verdict); }
+    void DeclineReplacing() override { m_manager->DeclineReplacing(); }
     CString TakeModeFailure() override { return m_manager->TakeModeFailure(); }
     BuildResult Build(IBuildProgress& progress) override;
     std::uint64_t GetDeploymentBytes() override;

@@ -107,6 +107,8 @@ public:
     virtual TargetVerdict JudgeTarget() = 0;
     // Somebody was shown the verdict's deployment and wants it replaced. Counts as long as it stays as it is.
     virtual void AllowReplacing(const TargetVerdict& verdict) = 0;
+    // It isn't to be replaced, and the first page is shown again.
+    virtual void DeclineReplacing() = 0;
     // Why the begin page's choice could not be entered, once; empty when it was. The host has closed the page then; the
     // program shows the reason and the first page again.
     virtual CString TakeModeFailure() = 0;

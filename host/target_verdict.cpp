@@ -38,9 +38,12 @@ TargetVerdict Ask(const CString& folder, const DeploymentFile& file, const CStri
 
 TargetVerdict JudgeDeployment(const TargetQuestion& question, const CString& folder)
 {
-    const CString name = NameOnDisk(folder);
-    if (!name.IsEmpty() && name.CompareNoCase(question.strName) != 0) {
-        return Refuse(HostSentence(HostText::TargetShortName, {question.strName, name}));
+    const FolderEntry entry = EntryOnDisk(folder);
+    if (entry.IsLink()) {
+        return Refuse(HostSentence(HostText::TargetIsLink, {folder}));
+    }
+    if (!entry.strName.IsEmpty() && entry.strName.CompareNoCase(question.strName) != 0) {
+        return Refuse(HostSentence(HostText::TargetShortName, {question.strName, entry.strName}));
     }
     const CString stamp = StampOfDeployment(folder);
     if (stamp.IsEmpty()) {
@@ -70,11 +73,17 @@ TargetVerdict Judge(const TargetQuestion& question)
     if (!refused.IsEmpty()) {
         return Refuse(refused + L" " + RemedyOf(BUILD_INVALID_NAME));
     }
-    const CString around = DeploymentAround(question.strLocation);
+    const CString around = DeploymentAround(FolderPath(question.strLocation));
     if (!around.IsEmpty()) {
         return Refuse(HostSentence(HostText::LocationInsideDeployment, {question.strLocation, around}), true);
     }
-    const CString folder = JoinFolder(WithoutClosingBackslash(question.strLocation), question.strName);
+    // Nobody reaches a folder by the usual paths that a build would make by one that isn't normal.
+    const CString location = FolderPath(question.strLocation);
+    if (!question.strMediaRoot.IsEmpty() && IsSameOrBelow(location, question.strMediaRoot)) {
+        return Refuse(
+            HostSentence(HostText::LocationInsideMedia, {question.strLocation, question.strMediaRoot}), true);
+    }
+    const CString folder = JoinFolder(WithoutClosingBackslash(location), question.strName);
     switch (KindOfPath(folder)) {
     case PathKind::Nothing:
         return {};

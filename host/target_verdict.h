@@ -8,6 +8,7 @@ struct TargetQuestion
     CString strLocation;
     CString strName;
     CString strSetupCode;
+    CString strMediaRoot; // of described media, which no deployment may lie in; else empty
     // StampOfDeployment of those that may be replaced: the one that is modified, and those that somebody was asked about.
     std::vector<CString> replaceable;
 };

@@ -114,6 +114,7 @@ TargetSettled CTargetSettling::AskPerson(CSetupHost& host, const TargetVerdict& 
     const bool yes = ShowBox(question, MB_YESNO | MB_ICONWARNING | MB_DEFBUTTON2) == IDYES;
     m_log.Line(L"Question \"" + OneLine(question) + (yes ? L"\" = yes" : L"\" = no"));
     if (!yes) {
+        host.DeclineReplacing();
         return TargetSettled::ChooseAgain;
     }
     host.AllowReplacing(verdict);

@@ -19,6 +19,21 @@ constexpr unsigned int STAGE_AFTER_BUILD =
 // Below HKEY_CURRENT_USER: what the program remembers for a user.
 constexpr wchar_t USER_KEY[] = L"Software\\Velkmora\\Rollout";
 
+// More than a few would make a box that no screen holds; the log has them all.
+CString WarningLines(const std::vector<CString>& warnings)
+{
+    constexpr std::size_t SHOWN = 5;
+    CString lines;
+    for (std::size_t index = 0; index < warnings.size() && index < SHOWN; ++index) {
+        lines += L"\n\n" + warnings[index];
+    }
+    if (warnings.size() > SHOWN) {
+        lines += L"\n\n" + SetupText(IDS_BUILD_MORE_WARNINGS,
+                                     {NumberText(static_cast<long long>(warnings.size() - SHOWN))});
+    }
+    return lines;
+}
+
 } // namespace
 
 CWizard::CWizard(const CommandLine& line, const Answers& answers, CRunLog& log)
@@ -285,5 +300,9 @@ void CWizard::TellBuild(const BuildResult& result)
             result.error.message.IsEmpty() ? SystemErrorText(result.error.code) : result.error.message;
     } else {
         m_log.Line(L"Deployment " + result.strDeploymentFolder);
+    }
+    if (!result.error && !result.warnings.empty() && !m_line.IsUnattended()) {
+        MessageBoxW(nullptr, SetupText(IDS_BUILD_WARNINGS, {WarningLines(result.warnings)}),
+                    SetupText(IDS_PROGRAM_TITLE), MB_OK | MB_ICONWARNING | MB_SETFOREGROUND);
     }
 }

@@ -163,20 +163,23 @@ bool CheckTarget(const BuildRun& run)
     if (kind == PathKind::Nothing) {
         return false;
     }
-    const auto refuse = [](const CString& why) {
-        throw BuildFailure{BUILD_ALREADY_EXISTS, why + L" " + RemedyOf(BUILD_ALREADY_EXISTS)};
-    };
-    const CString name = NameOnDisk(run.target);
+    const auto refuse = [](const CString& why) { throw BuildFailure{BUILD_ALREADY_EXISTS, why}; };
+    const FolderEntry entry = EntryOnDisk(run.target);
     if (kind == PathKind::File) {
-        refuse(L"\"" + run.target + L"\" is a file.");
-    } else if (!name.IsEmpty() && name.CompareNoCase(run.plan.strName) != 0) {
-        refuse(L"\"" + run.plan.strName + L"\" is the short name of the folder \"" + name + L"\".");
+        refuse(L"\"" + run.target + L"\" is a file. Choose another name, or move the file away.");
+    } else if (entry.IsLink()) {
+        refuse(L"The folder \"" + run.target +
+               L"\" is a link to another folder, so it isn't replaced. Choose "
+               L"another name, or use the folder that it leads to.");
+    } else if (!entry.strName.IsEmpty() && entry.strName.CompareNoCase(run.plan.strName) != 0) {
+        refuse(L"\"" + run.plan.strName + L"\" is the short (8.3) name of the folder \"" + entry.strName +
+               L"\". Choose another name.");
     } else if (run.plan.strReplacedStamp.IsEmpty()) {
-        refuse(L"There is a folder \"" + run.target + L"\" already.");
+        refuse(L"There is a folder \"" + run.target + L"\" already. " + RemedyOf(BUILD_ALREADY_EXISTS));
     } else if (StampOfDeployment(run.target) != run.plan.strReplacedStamp) {
         refuse(L"The folder \"" + run.target +
                L"\" isn't the deployment that was to be replaced any more: it was changed, or another one "
-               L"stands in its place.");
+               L"stands in its place. Start again to see what is there now.");
     }
     return true;
 }
@@ -189,9 +192,10 @@ void CheckPlan(BuildRun& run)
     const CString folder = ExistingParent(run.plan.strLocation);
     const CString around = DeploymentAround(run.plan.strLocation);
     if (!around.IsEmpty()) {
-        throw BuildFailure{BUILD_BAD_PATH_NAME, L"The location \"" + run.plan.strLocation +
-                                                    L"\" lies inside the deployment \"" + around +
-                                                    L"\". Choose a location outside of it."};
+        throw BuildFailure{BUILD_BAD_PATH_NAME,
+                           L"The location \"" + run.plan.strLocation +
+                               L"\" is a deployment or lies inside one: \"" + around +
+                               L"\" holds a Deployment.xml. Choose a location outside of it."};
     }
     run.replaces = CheckTarget(run);
     run.list = ScanSources(run.plan);

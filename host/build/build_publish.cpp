@@ -3,6 +3,7 @@
 
 #include "host/build/build_check.h"
 #include "host/build/build_failure.h"
+#include "host/build/build_names.h"
 #include "host/build/file_operations.h"
 
 namespace {
@@ -53,8 +54,14 @@ void RetireOld(BuildRun& run)
 void JudgeOld(BuildRun& run)
 {
     if (run.replaces) {
-        run.Step(L"Looking for files that were added to " + run.plan.strName + L" or changed");
+        run.Step(L"Checking " + run.plan.strName + L" for added or changed files");
         run.judgement = FindOwnFiles(run.target, run.readOfOld, [&run] { run.meter.Poll(); });
+        if (!run.judgement.IsAllOurs()) {
+            // The log is closed before they are moved, so it can't name the folder yet.
+            run.log.Write(
+                DescribeKept(run.judgement.hasManifest, run.judgement.Own(),
+                             JoinFolder(run.plan.strLocation, KeptFolderName(run.plan.strName, L"..."))));
+        }
     }
 }
 

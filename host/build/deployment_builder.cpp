@@ -143,8 +143,8 @@ void RunPhases(BuildRun& run)
         StageFolders(run);
         CopyFiles(run);
         BuildDatabases(run);
-        WriteOutputs(run);
         JudgeOld(run);
+        WriteOutputs(run);
         Publish(run);
         location.Keep();
     } catch (const BuildFailure& failure) {

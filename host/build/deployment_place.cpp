@@ -1,13 +1,17 @@
 #include "host/build/deployment_place.h"
 
+#include "host/build/build_failure.h"
 #include "host/build/build_names.h"
 #include "host/build/file_operations.h"
 
 namespace {
 
-// Where a share has no such numbers they are the same for all its files, and time and size alone tell.
-CString NumbersOf(const BY_HANDLE_FILE_INFORMATION& information)
+// Where a share has no such numbers, the path tells.
+CString NumbersOf(const BY_HANDLE_FILE_INFORMATION& information, const CString& path)
 {
+    if (information.nFileIndexHigh == 0 && information.nFileIndexLow == 0) {
+        return CString(path).MakeLower();
+    }
     return HexText(information.dwVolumeSerialNumber) + HexText(information.nFileIndexHigh) +
            HexText(information.nFileIndexLow);
 }
@@ -21,23 +25,38 @@ CString StampOfDeployment(const CString& folder)
         return {};
     }
     const BY_HANDLE_FILE_INFORMATION ofFile = InformationOf(file);
-    return NumbersOf(InformationOf(folder)) + L" " + NumbersOf(ofFile) +
+    return NumbersOf(InformationOf(folder), folder) + L" " + NumbersOf(ofFile, file) +
            HexText(ofFile.ftLastWriteTime.dwHighDateTime) + HexText(ofFile.ftLastWriteTime.dwLowDateTime) +
            HexText(ofFile.nFileSizeLow);
 }
 
+namespace {
+
+// A folder that can't be looked at is none that anybody could have deployed into.
+bool HoldsDeploymentFile(const CString& folder)
+{
+    try {
+        return KindOfPath(JoinFolder(folder, DEPLOYMENT_FILE_NAME)) == PathKind::File;
+    } catch (const BuildFailure&) {
+        return false;
+    }
+}
+
+// The server alone is no folder, and asking it for a file may take as long as a network does.
+bool IsRoot(const CString& folder)
+{
+    const CString parent = FolderAbove(folder);
+    return parent.GetLength() < 3 || parent == folder ||
+           (parent.Left(2) == L"\\\\" && parent.ReverseFind(L'\\') == 1);
+}
+
+} // namespace
+
 CString DeploymentAround(const CString& location)
 {
     CString folder = WithoutClosingBackslash(location);
-    while (!folder.IsEmpty()) {
-        if (KindOfPath(JoinFolder(folder, DEPLOYMENT_FILE_NAME)) == PathKind::File) {
-            return folder;
-        }
-        const CString parent = FolderAbove(folder);
-        if (parent.GetLength() < 3 || parent == folder) {
-            break;
-        }
-        folder = parent;
+    while (!folder.IsEmpty() && !HoldsDeploymentFile(folder)) {
+        folder = IsRoot(folder) ? CString() : FolderAbove(folder);
     }
-    return {};
+    return folder;
 }

@@ -9,5 +9,6 @@ constexpr const wchar_t* DEPLOYMENT_FILE_NAME = L"Deployment.xml";
 // other deployment and after each build. Empty when `folder` is no folder with a deployment file.
 [[nodiscard]] CString StampOfDeployment(const CString& folder);
 
-// The deployment's folder that `location` is or lies in; empty when it lies in none. A failure to look is thrown.
+// The folder with a deployment file that `location` is or lies in; empty when it lies in none. What can't be looked at
+// counts as none.
 [[nodiscard]] CString DeploymentAround(const CString& location);

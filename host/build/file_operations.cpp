@@ -2,6 +2,7 @@
 
 #include "host/build/build_failure.h"
 #include "host/build/build_names.h"
+#include "host/build/link_rule.h"
 #include "host/build/system_text.h"
 
 #include <atomic>
@@ -75,8 +76,8 @@ FolderEntry EntryOf(const WIN32_FIND_DATAW& found)
 {
     return {found.cFileName, (std::uint64_t{found.nFileSizeHigh} << 32) | found.nFileSizeLow,
             found.dwFileAttributes,
-            (std::uint64_t{found.ftLastWriteTime.dwHighDateTime} << 32) |
-                found.ftLastWriteTime.dwLowDateTime};
+            (std::uint64_t{found.ftLastWriteTime.dwHighDateTime} << 32) | found.ftLastWriteTime.dwLowDateTime,
+            IsLinkMark(found.dwFileAttributes, found.dwReserved0)};
 }
 
 void ClearReadOnly(const CString& path)
@@ -196,15 +197,16 @@ BY_HANDLE_FILE_INFORMATION InformationOf(const CString& path)
     return information;
 }
 
-CString NameOnDisk(const CString& path)
+FolderEntry EntryOnDisk(const CString& path)
 {
     WIN32_FIND_DATAW found = {};
     const CString bare = UnlimitedPath(WithoutClosingBackslash(path));
     const FindHandle search(IsFaultDue() ? INVALID_HANDLE_VALUE : FindFirstFileW(bare, &found));
     if (search.Get() == INVALID_HANDLE_VALUE) {
         Check(IsMissing(GetLastError()), L"Looking for", path);
+        return {};
     }
-    return found.cFileName;
+    return EntryOf(found);
 }
 
 std::vector<FolderEntry> ListFolder(const CString& path)

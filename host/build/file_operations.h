@@ -38,8 +38,9 @@ struct FolderEntry
     std::uint64_t size = 0;
     DWORD attributes = 0;
     std::uint64_t lastWritten = 0; // 100 nanoseconds
+    bool isLink = false;           // stands for a file or folder elsewhere
     bool IsFolder() const { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
-    bool IsLink() const { return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0; }
+    bool IsLink() const { return isLink; }
 };
 
 // What a path names.
@@ -68,8 +69,9 @@ void CopyTimesAndAttributes(const FileHandle& from, const FileHandle& to, const 
 
 // The numbers by which the disk knows a file or folder, with its times and size; all zero when it isn't there.
 [[nodiscard]] BY_HANDLE_FILE_INFORMATION InformationOf(const CString& path);
-// The name under which the file or folder really stands, which an 8.3 name is not; empty when it isn't there.
-[[nodiscard]] CString NameOnDisk(const CString& path);
+// The entry of its folder: with the name under which it really stands, which an 8.3 name is not, and a link as itself.
+// Without a name when it isn't there.
+[[nodiscard]] FolderEntry EntryOnDisk(const CString& path);
 
 // Without "." and "..", in no order.
 [[nodiscard]] std::vector<FolderEntry> ListFolder(const CString& path);

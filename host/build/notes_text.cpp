@@ -62,7 +62,7 @@ void AppendScripts(CString& text, const CString& folder)
     for (const CString& script : scripts) {
         text += L"    \"" + WithoutQuotes(script) + L"\"\r\n";
     }
-    text += L"In a script (.cmd), which the lines above would end:\r\n";
+    text += L"In a batch file, which the lines above would end, use these:\r\n";
     for (const CString& script : scripts) {
         text += L"    " + CallOfScript(script) + L"\r\n";
     }
@@ -158,12 +158,13 @@ CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath)
     text += L"A deployment of " + ShownText(plan.strMediaName) + L", built by " + ShownText(plan.strBuiltBy) +
             L".\r\n\r\n";
     AppendScripts(text, workstationPath);
-    text +=
-        L"\r\nBoth show nothing, wait until all is done, and end with the installer's code. Their settings "
-        L"stand at\r\n"
-        L"their top. The folder can be moved or shared under another name; the lines below then need its "
-        L"new\r\n"
-        L"path. Workstations only read it; write access is needed for the log folder alone.\r\n";
+    text += CString(L"\r\nBoth show ") +
+            (plan.commands.strDisplay == L"/qn" ? L"nothing" : L"a progress bar") +
+            L", wait until all is done, and end with the installer's code. You can\r\n"
+            L"change their settings at the top of each file. The folder can be moved or shared under another "
+            L"name; the lines below then need its "
+            L"new\r\n"
+            L"path. Workstations only read it; write access is needed for the log folder alone.\r\n";
     for (const BuildDatabase& database : plan.databases) {
         AppendProduct(text, plan, database, workstationPath);
     }

@@ -135,6 +135,26 @@ CString MakeKeptFolder(const CString& location, const CString& name)
     return JoinFolder(folder, name);
 }
 
+void MoveFiles(const CString& folder, const std::vector<CString>& paths, const CString& target)
+{
+    for (const CString& path : paths) {
+        const CString place = JoinFolder(target, path);
+        MakeFolderChain(FolderAbove(place));
+        RenameFile(JoinFolder(folder, path), place);
+    }
+}
+
+// Beside what was kept already, under a name that says what it is.
+bool SetAside(const CString& old, const CString& kept)
+{
+    try {
+        RenameFolder(old, kept + L" (rest)");
+        return true;
+    } catch (const BuildFailure&) {
+        return false;
+    }
+}
+
 // What couldn't be kept there stays where it is, and needs no place beside.
 void RemoveEmptyFolders(const CString& folder)
 {
@@ -212,26 +232,31 @@ std::vector<CString> FindLateFiles(const CString& folder, const FolderJudgement&
 CString RetireDeployment(const CString& old, const CString& location, const CString& name, bool hasManifest,
                          const std::vector<CString>& own)
 {
-    const bool keepsAll = !hasManifest && HoldsFiles(old);
-    if (!keepsAll && own.empty()) {
-        DeleteByManifest(old);
-        return CString();
+    // Through a link the files of another folder would go.
+    if (EntryOnDisk(old).IsLink()) {
+        throw BuildFailure{BUILD_ALREADY_EXISTS,
+                           L"\"" + old + L"\" is a link to another folder. Remove the link by hand."};
     }
-    const CString kept = MakeKeptFolder(location, name);
+    const bool keepsAll = !hasManifest && HoldsFiles(old);
+    CString kept;
     try {
+        if (keepsAll || !own.empty()) {
+            kept = MakeKeptFolder(location, name);
+        }
         if (keepsAll) {
             RenameFolder(old, kept);
             return kept;
         }
-        for (const CString& path : own) {
-            const CString target = JoinFolder(kept, path);
-            MakeFolderChain(FolderAbove(target));
-            RenameFile(JoinFolder(old, path), target);
-        }
+        MoveFiles(old, own, kept);
+        DeleteByManifest(old);
     } catch (const BuildFailure&) {
-        RemoveEmptyFolders(FolderAbove(kept));
-        throw;
+        // One file that can't be moved or deleted would keep the folder, and every later build of that name waits for it
+        // to go. The folder as a whole can still be moved, mostly.
+        kept = kept.IsEmpty() ? MakeKeptFolder(location, name) : kept;
+        if (!SetAside(old, kept)) {
+            RemoveEmptyFolders(FolderAbove(kept));
+            throw;
+        }
     }
-    DeleteByManifest(old);
     return kept;
 }

@@ -36,7 +36,7 @@ struct FolderJudgement
 [[nodiscard]] std::vector<CString> FindLateFiles(const CString& folder, const FolderJudgement& judgement);
 
 // Deletes an old deployment that has its successor. What is somebody's own is moved into a folder beside first: all files
-// named by `own`, or the whole folder when it has no manifest. Returns the folder to which that went; empty when there was
-// nothing to keep.
+// named by `own`, or the whole folder when it has no manifest. What can't be deleted goes there too. Returns the folder to
+// which that went; empty when there was nothing to keep. A link is refused.
 [[nodiscard]] CString RetireDeployment(const CString& old, const CString& location, const CString& name,
                                        bool hasManifest, const std::vector<CString>& own);

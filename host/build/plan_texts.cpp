@@ -24,20 +24,20 @@ BuildFailure JudgeProduct(const BuildDatabase& database)
     const CString name = L"\"" + ShownText(database.strProductName) + L"\"";
     if (!IsBracedGuid(database.strProductCode)) {
         return {BUILD_DATABASE_DAMAGED, L"The product code \"" + ShownText(database.strProductCode) +
-                                            L"\" of " + name + L" is no GUID in braces. " +
+                                            L"\" of " + name + L" isn't a GUID in braces. " +
                                             RemedyOf(BUILD_DATABASE_DAMAGED)};
     }
     if (!IsInstallerVersion(database.strProductVersion)) {
         return {BUILD_DATABASE_DAMAGED, L"The version \"" + ShownText(database.strProductVersion) +
-                                            L"\" of " + name + L" is no version such as 27.0.1. " +
+                                            L"\" of " + name + L" isn't a version such as 27.0.1. " +
                                             RemedyOf(BUILD_DATABASE_DAMAGED)};
     }
     for (const CString& patch : database.patchTargets) {
         if (!IsPlainRelativePath(patch) || patch.Find(L';') >= 0) {
             return {BUILD_BAD_PATH_NAME,
                     L"The patch \"" + ShownText(patch) + L"\" of " + name +
-                        L" can't be chained: its path is none, or holds a semicolon, which "
-                        L"stands between patches. Rename the file."};
+                        L" can't be chained: its path isn't valid, or contains a semicolon, which separates "
+                        L"patches. Rename the file."};
         }
     }
     for (const CString& assignment : database.installProperties) {
@@ -74,7 +74,7 @@ BuildFailure FindUnfitText(const BuildPlan& plan)
     }
     if (!IsDisplayOption(plan.commands.strDisplay)) {
         return {BUILD_INVALID_PARAMETER, L"\"" + ShownText(plan.commands.strDisplay) +
-                                             L"\" is no display option of the installer. " +
+                                             L"\" isn't a display option of the installer. " +
                                              RemedyOf(BUILD_INVALID_PARAMETER)};
     }
     for (const BuildDatabase& database : plan.databases) {

@@ -129,7 +129,7 @@ class RunEndsTest(BrokenProgramTest):
              windows_path(self.media_with_flow("AccessViolationDialog")), "--log", windows_path(self.log)],
             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=60)
         told = result.stdout.decode("utf-8").replace("\r", "")
-        self.assertIn("The program broke off: access violation (0xC0000005) at RolloutUi.dll+0x", told)
+        self.assertIn("The program stopped unexpectedly: access violation (0xC0000005) at RolloutUi.dll+0x", told)
         self.assertIn("The log has more: " + windows_path(self.log), told)
         self.assertEqual(result.returncode, BROKE_OFF, told)
 

@@ -361,7 +361,7 @@ TEST(BuildDeployment, APlanWhoseProductCodeIsACommandIsRefusedBeforeAnythingIsWr
     build.plan.databases[0].strProductCode = CString(PRODUCT_CODE) + L" & md mark-code & rem ";
     const BuildResult result = build.Build();
     EXPECT_EQ(result.error.code, 1620u);
-    EXPECT_HOLDS(result.error.message, L" & md mark-code & rem \" of \"Zolt 2027\" is no GUID");
+    EXPECT_HOLDS(result.error.message, L" & md mark-code & rem \" of \"Zolt 2027\" isn't a GUID");
     EXPECT_FALSE(Exists(build.Target()));
     std::vector<CString> warnings;
     EXPECT_EQ(CheckBuild(build.plan, warnings).code, 1620u);

@@ -1,9 +1,11 @@
 // Whatever goes wrong, the old deployment stays whole, or there is none.
 #include "tests/host/build_fixture.h"
+#include "tests/host/outside_links.h"
 #include "tests/host/user_additions.h"
 
 #include "host/build/build_names.h"
 #include "host/build/file_operations.h"
+#include "host/build/own_files.h"
 
 #include <windows.h>
 
@@ -32,6 +34,18 @@ Tree FilesOf(const Tree& tree)
         }
     }
     return files;
+}
+
+bool CopyTree(const CString& from, const CString& to)
+{
+    for (const auto& [path, bytes] : ReadTree(from)) {
+        const CString target = to + L"\\" + path;
+        MakeFolders(path.Right(1) == L"\\" ? WithoutClosingBackslash(target) : FolderAbove(target));
+        if (path.Right(1) != L"\\") {
+            WriteBytes(target, bytes);
+        }
+    }
+    return ReadTree(from) == ReadTree(to);
 }
 
 // A build with added files and with an old deployment in place, known to the last byte.
@@ -97,8 +111,10 @@ protected:
     void ExpectOwnFileKept(const std::string& when)
     {
         const bool oldStands = Exists(m_build.Target() + L"\\" + OWN_FILE);
-        const Tree kept = KeptFiles(m_build.Location());
-        EXPECT_EQ(kept, oldStands ? Tree() : Tree({{OWN_FILE, "old"}})) << when << "\n" << NamesOf(kept);
+        Tree kept = KeptFiles(m_build.Location());
+        // With files of the build's own that could not be deleted.
+        EXPECT_EQ(oldStands ? "old" : kept[OWN_FILE], "old") << when << "\n" << NamesOf(kept);
+        EXPECT_TRUE(!oldStands || kept.empty()) << when << "\n" << NamesOf(kept);
     }
 
     TestFolder m_sources{L"sources"};
@@ -379,6 +395,56 @@ TEST_F(RebuildTest, WithoutAManifestAllOfTheOldOneIsKept)
     EXPECT_EQ(kept[OWN_FILE], "old");
     ASSERT_EQ(result.warnings.size(), 1u);
     EXPECT_HOLDS(result.warnings[0], L"was kept whole");
+}
+
+// One file that could not be deleted stopped every later build of that name.
+TEST_F(RebuildTest, AnOldDeploymentThatCannotBeDeletedGoesOutOfTheWay)
+{
+    const CString old = m_build.Location() + L"\\.Office.old-0123abcd";
+    ASSERT_TRUE(MoveFileW(m_build.Target(), old));
+    const CString path = old + L"\\Image\\x64\\Zolt\\readme.txt";
+    HANDLE file = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    const CString kept = RetireDeployment(old, m_build.Location(), L"Office", true, {OWN_FILE});
+    CloseHandle(file);
+    EXPECT_FALSE(Exists(old));
+    EXPECT_EQ(ReadBytes(kept + L"\\" + OWN_FILE), "old");
+    EXPECT_EQ(ReadBytes(kept + L" (rest)\\Image\\x64\\Zolt\\readme.txt"), "hello\n");
+}
+
+TEST_F(RebuildTest, TheLogOfTheBuildNamesWhatIsKept)
+{
+    ASSERT_EQ(m_build.Build().error.code, 0u);
+    const std::string log = ReadBytes(m_build.Target() + L"\\Build.log");
+    EXPECT_NE(log.find("only-old.txt"), std::string::npos) << log;
+}
+
+// The folder that a link leads to was renamed, or deleted file by file.
+TEST_F(RebuildTest, ALinkInThePlaceOfTheDeploymentIsRefused)
+{
+    const CString real = m_build.Folder() / L"real";
+    ASSERT_TRUE(MoveFileW(m_build.Target(), real));
+    if (!MakeFolderLink(m_build.Target(), real)) {
+        GTEST_SKIP() << "this system makes no link for a test";
+    }
+    m_build.AllowReplacing();
+    const BuildResult result = m_build.Build();
+    EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_ALREADY_EXISTS));
+    EXPECT_HOLDS(result.error.message, L"is a link to another folder");
+    EXPECT_TRUE(ReadTree(real) == m_old);
+}
+
+TEST_F(RebuildTest, ALinkLeftBehindIsNotFollowed)
+{
+    const CString real = m_build.Folder() / L"real";
+    ASSERT_TRUE(CopyTree(m_build.Target(), real));
+    if (!MakeFolderLink(m_build.Location() + L"\\.Office.old-0123abcd", real)) {
+        GTEST_SKIP() << "this system makes no link for a test";
+    }
+    WriteBytes(m_build.Location() + L"\\.Office.build-lock", "Deployment build 0123abcd\r\n");
+    StartAgain();
+    EXPECT_TRUE(ReadTree(real) == m_old) << m_messages;
+    EXPECT_NE(m_messages.find("is a link to another folder"), std::string::npos) << m_messages;
 }
 
 TEST_F(RebuildTest, ASecondReplacementKeepsItsOwnFilesApart)

@@ -93,7 +93,7 @@ TEST(RefusedBuild, ALocationInsideADeploymentIsRefused)
     build.plan.strLocation = build.Target() + L"\\Image\\deep";
     const BuildResult result = build.Build();
     EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_BAD_PATHNAME));
-    EXPECT_HOLDS(result.error.message, L"lies inside the deployment");
+    EXPECT_HOLDS(result.error.message, L"lies inside one");
 }
 
 TEST(RefusedBuild, ALocationThatIsMadeOnlyHalfLeavesNoFolder)

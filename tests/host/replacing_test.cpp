@@ -1,5 +1,6 @@
 // Which deployment the host is about: names by folders, bases that can be used, the way back to the first stage, and what
 // stands in a new deployment's place.
+#include "host/build/deployment_place.h"
 #include "include/ui_manager.h"
 #include "tests/host/folder_tree.h"
 #include "tests/host/through_host.h"
@@ -268,7 +269,7 @@ TEST_F(ReplacingTest, ALocationInsideADeploymentIsRefusedHoweverDeep)
     CSetupManager& manager = OpenMediaFolder();
     for (const wchar_t* below : {L"Outer", L"Outer\\Image", L"Outer\\Image\\x64\\not yet there"}) {
         Choose(manager, location + below, L"Inner");
-        ExpectRefused(L"lies inside the deployment");
+        ExpectRefused(L"lies inside one");
         EXPECT_TRUE(host->JudgeTarget().bLocationRefused);
         EXPECT_EQ(manager.CheckForDeploymentLocation(location + below), Setup::DEPLOYMENTLOCATION_REFUSED);
     }
@@ -294,7 +295,7 @@ TEST_F(ReplacingTest, ADeploymentThatChangedSinceItWasListedIsAskedAbout)
     SilentProgress progress;
     const BuildResult result = host->Build(progress);
     EXPECT_EQ(result.error.code, unsigned{ERROR_ALREADY_EXISTS});
-    EXPECT_GE(result.error.message.Find(L"nobody was asked about"), 0) << Utf8(result.error.message);
+    EXPECT_GE(result.error.message.Find(L"has not been confirmed"), 0) << Utf8(result.error.message);
 }
 
 TEST_F(ReplacingTest, ThePermissionGoesWithTheDeploymentItWasGivenFor)
@@ -341,4 +342,95 @@ TEST_F(ReplacingTest, ModifyingInAnotherPlaceAsksAboutTheDeploymentThatIsThere)
     EXPECT_EQ(host->JudgeTarget().state, TargetVerdict::State::MayBeReplaced);
     manager.SetDeploymentLocation(elsewhere);
     EXPECT_EQ(host->JudgeTarget().state, TargetVerdict::State::NeedsAnswer);
+}
+
+// The page's hidden name was that of an earlier choice, so that another folder came out of the deployment selected.
+TEST_F(ReplacingTest, ModifyingTakesTheNameOfTheDeploymentThatIsSelected)
+{
+    MakeTestDeployment(L"North");
+    MakeTestDeployment(L"South");
+    CSetupManager& manager = Open(location + L"North");
+    Begin(manager, Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"South", L"North");
+    EXPECT_EQ(CString(manager.m_strDeploymentName), CString(L"South"));
+    EXPECT_EQ(manager.m_strDeploymentFolder, location + L"South\\");
+}
+
+TEST_F(ReplacingTest, TheDeploymentThatIsModifiedIsListedInAnotherLocationToo)
+{
+    MakeTestDeployment(L"North");
+    const CString elsewhere = scratch + L"elsewhere\\";
+    MakeDeployment(elsewhere, L"Lab", DescribeTestDeployment(L"Lab"));
+    CSetupManager& manager = Open(location + L"North");
+    const std::vector<CString> list = *manager.GetDeploymentList(elsewhere);
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(manager.GetDeploymentName(list[0]), CString(L"Lab"));
+    EXPECT_EQ(manager.GetDeploymentName(list[1]), CString(L"North"));
+    manager.SetDeploymentLocation(elsewhere);
+    ASSERT_TRUE(manager.SetSetupMode(Setup::SETUPMODE_MODIFY_DEPLOYMENT));
+    EXPECT_EQ(manager.m_strDeploymentFolder, elsewhere + L"North\\");
+    EXPECT_EQ(host->JudgeTarget().state, TargetVerdict::State::Free);
+}
+
+// The page listed the declined location then, and Next replaced the deployment there without a question.
+TEST_F(ReplacingTest, DecliningReturnsToTheLocationOfTheDeploymentThatIsModified)
+{
+    MakeTestDeployment(L"North");
+    const CString elsewhere = scratch + L"elsewhere\\";
+    MakeDeployment(elsewhere, L"North", DescribeTestDeployment(L"North"));
+    CSetupManager& manager = Open(location + L"North");
+    Begin(manager, Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"North", L"North");
+    manager.SetDeploymentLocation(elsewhere);
+    ASSERT_EQ(host->JudgeTarget().state, TargetVerdict::State::NeedsAnswer);
+    host->DeclineReplacing();
+    EXPECT_EQ(CString(manager.m_strDeploymentLocation), location);
+}
+
+TEST_F(ReplacingTest, ABaseThatChangesBehindTheFirstPageIsNotBuiltOn)
+{
+    MakeTestDeployment(L"North");
+    for (const auto mode : {Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT, Setup::SETUPMODE_MODIFY_DEPLOYMENT}) {
+        CSetupManager& manager = Open(location + L"North");
+        Begin(manager, mode, L"North", mode == Setup::SETUPMODE_MODIFY_DEPLOYMENT ? L"North" : L"East");
+        DeploymentFile changed = DescribeTestDeployment(L"North");
+        changed.strNetworkLogFolder += CString(L'x', 1 + mode);
+        WriteText(location + L"North\\Deployment.xml", WriteDeploymentFile(changed));
+        ExpectRefused(L"has changed since the wizard read it");
+    }
+}
+
+TEST_F(ReplacingTest, ALinkInThePlaceIsRefused)
+{
+    MakeTestDeployment(L"Real");
+    if (!MakeFolderLink(location + L"Link", location + L"Real")) {
+        GTEST_SKIP() << "this system makes no link for a test";
+    }
+    Choose(OpenMediaFolder(), location, L"Link");
+    ExpectRefused(L"is a link to another folder");
+}
+
+TEST_F(ReplacingTest, ALocationInsideTheMediaIsRefusedWhereverItLies)
+{
+    CSetupManager& manager = OpenMediaFolder();
+    for (const wchar_t* below : {L"media", L"media\\x64", L"media\\new"}) {
+        Choose(manager, scratch + below, L"East");
+        ExpectRefused(L"lies inside the media");
+    }
+}
+
+TEST_F(ReplacingTest, AFolderAboveThatCannotBeLookedAtRefusesNoLocation)
+{
+    EXPECT_EQ(DeploymentAround(L"\\\\NOSUCHSERVER\\share\\deployments"), CString());
+    EXPECT_EQ(DeploymentAround(L"Q:\\gone\\deployments"), CString());
+}
+
+TEST_F(ReplacingTest, APathByTheShortNameGivesTheDeploymentItsOwnName)
+{
+    MakeTestDeployment(L"Office of the north");
+    wchar_t path[MAX_PATH] = {};
+    const DWORD length = GetShortPathNameW(location + L"Office of the north", path, MAX_PATH);
+    ASSERT_GT(length, 0u);
+    CSetupManager& manager = Open(CString(path, static_cast<int>(length)));
+    EXPECT_EQ(CString(manager.m_strDeploymentName), CString(L"Office of the north"));
+    CSetupManager& upper = Open(CString(location + L"Office of the north").MakeUpper());
+    EXPECT_EQ(CString(upper.m_strDeploymentName), CString(L"Office of the north"));
 }

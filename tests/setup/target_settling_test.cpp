@@ -21,11 +21,13 @@ public:
     HostError CheckDatabase(CProduct&) override { return {}; }
     TargetVerdict JudgeTarget() override { return verdict; }
     void AllowReplacing(const TargetVerdict& allowed) override { allowedStamps.push_back(allowed.strStamp); }
+    void DeclineReplacing() override { ++declined; }
     CString TakeModeFailure() override { return {}; }
     BuildResult Build(IBuildProgress&) override { return {}; }
     std::uint64_t GetDeploymentBytes() override { return 0; }
     void AppendLog(const CString&) override {}
 
+    int declined = 0;
     TargetVerdict verdict;
     std::vector<CString> allowedStamps;
 
@@ -106,7 +108,7 @@ TEST_F(TargetSettling, ADeploymentWithoutAManifestIsSaidToBeKeptWhole)
 {
     EXPECT_LT(ReplacementQuestion(host.verdict).Find(L"kept"), 0);
     host.verdict.bKeptWhole = true;
-    EXPECT_GE(ReplacementQuestion(host.verdict).Find(L"All of it will be kept"), 0);
+    EXPECT_GE(ReplacementQuestion(host.verdict).Find(L"The whole folder will be kept"), 0);
 }
 
 TEST_F(TargetSettling, EnterInTheQuestionMeansNo)
@@ -117,6 +119,7 @@ TEST_F(TargetSettling, EnterInTheQuestionMeansNo)
     EXPECT_EQ(box.buttons, static_cast<UINT>(MB_YESNO));
     EXPECT_EQ(box.icon, static_cast<UINT>(MB_ICONWARNING));
     EXPECT_EQ(host.allowedStamps, std::vector<CString>());
+    EXPECT_EQ(host.declined, 1);
 }
 
 TEST_F(TargetSettling, YesAllowsTheDeploymentThatWasShown)
