@@ -6,8 +6,9 @@
 
 DEPLOYMENT is the folder that the wizard made. It is reached over a network path in a Wine prefix of its own, through
 its own Install.cmd and Uninstall.cmd. Every file that the databases name must be there with its size after installing,
-and gone after uninstalling; what the package itself asks to leave is told apart from what was left behind. Every registry value that carries one property to the workstation must hold what the
-deployed database says. With the answers that the wizard was run with, those values must also be what was answered, so
+and gone after uninstalling; what the package itself asks to leave is told apart from what was left behind. Every registry value
+that carries one property to the workstation must hold what the deployed database says. Files whose place can't be told
+beforehand, other registry values, shortcuts, services and environment variables are not looked at. With the answers that the wizard was run with, those values must also be what was answered, so
 the choices are seen to arrive. When the deployment names a folder for logs, each product's log must have come there.
 Says what it waits for while it waits. A command that doesn't come back within the limit is ended, with all that runs in
 the prefix, and the look ends there. Prints what it found; the exit code is 0 when all was well, otherwise 1.
@@ -20,6 +21,7 @@ import re
 import shutil
 import subprocess
 import sys
+import xml.etree.ElementTree
 
 from asked_answers import asked_properties, find_unmet, same_value
 from watched_command import CommandOverdue, Patience, read_log, run_watched
@@ -42,11 +44,37 @@ LOG_LINES = 3
 TELLING_LINE = re.compile(r"^(Action ended|Product: |.*-- (Installation|Configuration) |MSI .*returning|Error )")
 
 
+def parse_rows(text):
+    """The rows of an exported table as dictionaries. A cell may hold line breaks: a line with too few cells goes on with
+    the row before."""
+    lines = [line.rstrip("\r") for line in text.split("\n")]
+    if lines and not lines[-1]:
+        lines.pop()
+    columns = lines[0].split("\t") if lines else []
+    rows = []
+    for line in lines[3:]:  # behind names, types and keys
+        cells = line.split("\t")
+        if rows and len(cells) < len(columns):
+            rows[-1][-1] += "\n" + cells[0]
+            rows[-1] += cells[1:]
+        else:
+            rows.append(cells)
+    return [dict(zip(columns, row)) for row in rows]
+
+
 def read_table(database, table):
-    """The rows of a table as dictionaries; empty when there is no such table."""
+    """The rows of a table; empty when there is no such table."""
     result = subprocess.run(["msiinfo", "export", database, table], capture_output=True)
-    lines = [line.rstrip("\r\n").split("\t") for line in result.stdout.decode("utf-8").splitlines()]
-    return [dict(zip(lines[0], line)) for line in lines[3:]] if result.returncode == 0 and len(lines) > 3 else []
+    return parse_rows(result.stdout.decode("utf-8", "replace")) if result.returncode == 0 else []
+
+
+def find_databases(deployment):
+    """The packages that the image's description names. Others that lie there belong to them."""
+    image = os.path.join(deployment, "Image")
+    setup = xml.etree.ElementTree.parse(os.path.join(image, "Setup.xml"))
+    named = {package.get("file").lower() for package in setup.iter("Package")}
+    found = glob.glob(os.path.join(glob.escape(image), "**", "*.[mM][sS][iI]"), recursive=True)
+    return sorted(path for path in found if os.path.basename(path).lower() in named)
 
 
 def reason_to_stay(component):
@@ -117,18 +145,31 @@ class Package:
                        reason_to_stay(component))
 
 
-def find_without_case(root, path):
-    """The real path of a file, whatever the case of its parts; None when it isn't there."""
-    current = root
-    for part in path.split("/"):
-        if not part:
-            continue
-        match = next((name for name in os.listdir(current) if name.lower() == part.lower()), None) \
-            if os.path.isdir(current) else None
-        if match is None:
-            return None
-        current = os.path.join(current, match)
-    return current
+class FolderView:
+    """Files below a folder, whatever the case of their names. Each folder is listed once, so what changes later isn't
+    seen."""
+
+    def __init__(self, root):
+        self.root = root
+        self.listings = {}
+
+    def names(self, folder):
+        if folder not in self.listings:
+            names = os.listdir(folder) if os.path.isdir(folder) else []
+            self.listings[folder] = {name.lower(): name for name in names}
+        return self.listings[folder]
+
+    def find(self, path):
+        """The real path of a file; None when it isn't there."""
+        current = self.root
+        for part in path.split("/"):
+            if not part:
+                continue
+            name = self.names(current).get(part.lower())
+            if name is None:
+                return None
+            current = os.path.join(current, name)
+        return current
 
 
 class NewLogs:
@@ -163,7 +204,7 @@ class LogFolder:
         if self.name.startswith("\\\\"):
             parts.insert(0, "unc")
         relative = "/".join(parts)
-        return find_without_case(devices, relative) or os.path.join(devices, relative)
+        return FolderView(devices).find(relative) or os.path.join(devices, relative)
 
     def tell(self):
         for log in self.logs.find():
@@ -210,6 +251,12 @@ class Workstation:
         """Ends all that runs in the prefix, as pulling the plug would."""
         subprocess.run(["wineserver", "-k"], stderr=subprocess.DEVNULL)
         subprocess.run(["wineserver", "-w"], stderr=subprocess.DEVNULL)
+
+    def discard(self):
+        """Has the next run begin on a fresh workstation: this one holds half an installation."""
+        marker = os.path.join(os.path.dirname(self.drive), ".rollout")
+        if os.path.exists(marker):
+            os.remove(marker)
 
     def registry_values(self, key, bits):
         """The values of a registry key by name: (kind, text)."""
@@ -261,7 +308,8 @@ def check_answers(packages, asked, carried):
 
 def check_leftovers(workstation, packages, expected):
     """What stays on purpose, what was left behind, and what can't be known."""
-    left = [(path, reason) for path, _, reason in expected if find_without_case(workstation.drive, path)]
+    view = FolderView(workstation.drive)
+    left = [(path, reason) for path, _, reason in expected if view.find(path)]
     values = {}
     for package in packages:
         for key, bits, name, _, reason in package.carried_properties():
@@ -284,6 +332,10 @@ def check_leftovers(workstation, packages, expected):
 def check(workstation, packages, asked):
     troubles = []
     expected = [row for package in packages for row in package.files()]
+    view = FolderView(workstation.drive)
+    early = [path for path, _, _ in expected if view.find(path)]
+    if early:
+        print("%d files were there before the installation, so that finding them proves nothing." % len(early))
     code = workstation.run("Install.cmd")
     print("Install.cmd ended with %d." % code)
     if code not in (0, 3010):
@@ -296,8 +348,9 @@ def check(workstation, packages, asked):
             troubles.append("the log folder %s got %d logs of %d installations" % (log_folder.name, written,
                                                                                   len(packages)))
     good = 0
+    view = FolderView(workstation.drive)
     for path, size, _ in expected:
-        found = find_without_case(workstation.drive, path)
+        found = view.find(path)
         if found is None:
             troubles.append("not installed: " + path)
         elif os.path.getsize(found) != size:
@@ -331,7 +384,7 @@ def main():
     asked = asked_properties(arguments.answers, arguments.set) if arguments.answers else {}
     sys.stdout.reconfigure(line_buffering=True)
     deployment = os.path.abspath(arguments.deployment)
-    databases = sorted(glob.glob(os.path.join(deployment, "Image", "**", "*.[mM][sS][iI]"), recursive=True))
+    databases = find_databases(deployment)
     if not databases:
         print("There is no installer database in %s." % os.path.join(deployment, "Image"))
         return 1
@@ -340,6 +393,7 @@ def main():
         troubles = check(workstation, [Package(path) for path in databases], asked)
     except CommandOverdue as overdue:
         troubles = [str(overdue)]
+        workstation.discard()
         print("Logs on the workstation: %s" % (", ".join(workstation.keep_logs()) or "none"))
     for trouble in troubles[:20]:
         print("TROUBLE: " + trouble)

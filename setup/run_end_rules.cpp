@@ -2,6 +2,8 @@
 
 namespace {
 
+constexpr std::uint64_t LONGEST_LOOK_MILLISECONDS = 10000; // between two looks; 200 is usual
+
 struct Fault
 {
     std::uint32_t code;
@@ -66,7 +68,10 @@ CString RunSteps::Text() const
 
 bool QuietWatch::IsOverdue(std::uint64_t nowMilliseconds, std::uint64_t signs)
 {
-    if (!m_bStarted || signs != m_signs) {
+    // Nobody looked for a while: the computer slept, or all of its processes were stopped, the run's among them.
+    const bool slept = m_bStarted && nowMilliseconds - m_lookedAt > LONGEST_LOOK_MILLISECONDS;
+    m_lookedAt = nowMilliseconds;
+    if (!m_bStarted || slept || signs != m_signs) {
         m_bStarted = true;
         m_signs = signs;
         m_since = nowMilliseconds;

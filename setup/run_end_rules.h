@@ -26,7 +26,7 @@ private:
     CString m_strDetail;
 };
 
-// Overdue when nothing that shows life has changed for the length of the limit.
+// Overdue when nothing that shows life has changed for the length of the limit. Time in which nobody looked doesn't count.
 class QuietWatch
 {
 public:
@@ -39,5 +39,6 @@ private:
     std::uint64_t m_limit;
     std::uint64_t m_signs = 0;
     std::uint64_t m_since = 0; // of the last change
+    std::uint64_t m_lookedAt = 0;
     bool m_bStarted = false;
 };

@@ -259,11 +259,12 @@ CString LogFileBase(const BuildDatabase& database, const wchar_t* action)
 {
     const CString name = FileNamePart(database.strProductName) + L"_" +
                          FileNamePart(database.strProductVersion) + L"_" + action + L"_";
-    // Letters beyond ASCII would tie the script to a code page for the sake of a log's name alone, and a percent sign
-    // means one thing at a prompt and another in a script.
+    // Letters beyond ASCII would tie the script to a code page for the sake of a log's name alone; a percent sign means
+    // one thing at a prompt and another in a script; and in the lines to paste PowerShell runs what a dollar sign or a
+    // backquote begins.
     CString plain;
     for (int index = 0; index < name.GetLength(); ++index) {
-        const bool fits = name[index] < 0x7F && name[index] != L'%';
+        const bool fits = name[index] < 0x7F && CString(L"%$`").Find(name[index]) < 0;
         plain += fits ? name[index] : L'_';
     }
     return plain;

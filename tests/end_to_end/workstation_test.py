@@ -4,6 +4,7 @@ import os
 import shutil
 import subprocess
 import sys
+import unittest
 
 from wizard import MEDIA, PROGRAM_FOLDER, ROOT, WizardTest, windows_path
 
@@ -11,6 +12,18 @@ PACKAGE = os.path.join(MEDIA, "x64", "ZoltdeDE", "ZoltdeDE.msi")
 LIMIT = "10"  # seconds; the packages here install in one
 RUN_PROGRAM_OF_PROPERTY = 50  # a custom action's type
 PERMANENT, SIXTY_FOUR_BIT = 16, 256
+
+sys.path.insert(0, os.path.join(ROOT, "scripts"))
+from workstation import parse_rows  # noqa: E402 - the folder has to be known first
+
+
+class TableTest(unittest.TestCase):
+    def test_a_cell_of_several_lines_stays_one_cell(self):
+        """Such a property ended the look with a traceback, as if the deployment did not install."""
+        rows = parse_rows("Property\tValue\r\ns72\tl0\r\nProperty\tProperty\r\n"
+                          "ARPCOMMENTS\tFirst line\r\nsecond\u2028 line\nthird\r\nName\tZolt\r\n")
+        self.assertEqual(rows, [{"Property": "ARPCOMMENTS", "Value": "First line\nsecond\u2028 line\nthird"},
+                                {"Property": "Name", "Value": "Zolt"}])
 
 
 class WorkstationTest(WizardTest):
@@ -91,3 +104,11 @@ class WorkstationTest(WizardTest):
         result = self.look(deployment)
         self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
         self.assertRegex(result.stdout, r"What these custom actions made can't be known .*: AskTheName")
+
+    def test_a_property_of_two_lines_and_a_package_that_is_only_payload_stop_no_look(self):
+        deployment = self.deployment_of(
+            "INSERT INTO `Property` (`Property`, `Value`) VALUES ('ARPCOMMENTS', 'First line\nsecond line')")
+        shutil.copy(PACKAGE, os.path.join(deployment, "Image", "Payload.msi"))
+        result = self.look(deployment)
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
+        self.assertIn("0 files and values were left behind.", result.stdout)

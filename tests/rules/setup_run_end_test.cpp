@@ -82,3 +82,16 @@ TEST(SetupRunEnd, SignsOfLifeThatGoBackCountToo)
 }
 
 } // namespace
+
+// A laptop that slept longer than the limit had its run ended on waking.
+TEST(SetupRunEnd, TimeInWhichNobodyLookedDoesNotCount)
+{
+    QuietWatch watch(600000);
+    EXPECT_FALSE(watch.IsOverdue(1000, 5));
+    EXPECT_FALSE(watch.IsOverdue(1000 + 3600000, 5));
+    std::uint64_t now = 1000 + 3600000;
+    for (int look = 0; look < 599; ++look) {
+        EXPECT_FALSE(watch.IsOverdue(now += 1000, 5));
+    }
+    EXPECT_TRUE(watch.IsOverdue(now += 1000, 5));
+}
