@@ -12,6 +12,7 @@
 #include "host/build/database_signature.h"
 #include "host/build/database_snapshot.h"
 #include "host/build/scratch_file.h"
+#include "host/build/shown_text.h"
 #include "host/build/storage_copy.h"
 
 #include <objbase.h>
@@ -47,13 +48,16 @@ void VerifyBuilt(const CString& path, const DatabaseSnapshot& expected, const CS
     const DatabaseSnapshot found = ReadSnapshot(database.get(), path, poll);
     const std::vector<RowDifference> differences = CompareSnapshots(expected, found);
     if (!differences.empty()) {
+        const RowDifference& first = differences.front();
         throw BuildFailure{
             BUILD_DATABASE_DAMAGED,
             L"The changed database, read back from the disk, differs from what was written: table " +
-                differences.front().strTable + L", " +
+                first.strTable + L", row " +
+                (first.key.empty() ? CString(L"?") : ShownText(first.key.front())) + L"; " +
                 NumberText(static_cast<long long>(differences.size())) +
-                L" rows in all. Nothing was published. Start the build again; when this comes back, "
-                L"keep the log and report it."};
+                L" rows in all. Nothing was published. Start the build again. If this comes back, the "
+                L"package holds something "
+                L"that the installer can't write: get it from its maker again, and report it with the log."};
     }
     if (!(ReadPackageCode(database.get(), path) == packageCode)) {
         throw BuildFailure{BUILD_DATABASE_DAMAGED,
