@@ -1,5 +1,7 @@
 #include "tests/host/build_fixture.h"
 
+#include "tests/host/platform_start.h"
+
 #include "host/build/build_names.h"
 #include "host/build/database_signature.h"
 #include "window/handle.h"
@@ -366,7 +368,9 @@ void CopyToStandardOutput(HANDLE file)
 
 } // namespace
 
-unsigned long RunProgram(const CString& commandLine)
+namespace {
+
+unsigned long StartProgram(const CString& commandLine)
 {
     const TestFolder folder(L"program");
     const CFileOwner output = CreateInheritable(folder / L"output.txt");
@@ -379,8 +383,7 @@ unsigned long RunProgram(const CString& commandLine)
     CString line = commandLine;
     if (!CreateProcessW(nullptr, line.GetBuffer(line.GetLength()), nullptr, nullptr, TRUE, CREATE_NO_WINDOW,
                         nullptr, nullptr, &startup, &process)) {
-        ADD_FAILURE() << "can't start " << Utf8(commandLine) << ": " << GetLastError();
-        return ~0ul;
+        return GetLastError();
     }
     DWORD code = ~0ul;
     if (WaitForSingleObject(process.hProcess, 60000) != WAIT_OBJECT_0) {
@@ -392,6 +395,13 @@ unsigned long RunProgram(const CString& commandLine)
     CloseHandle(process.hThread);
     CopyToStandardOutput(output.get());
     return code;
+}
+
+} // namespace
+
+unsigned long RunProgram(const CString& commandLine)
+{
+    return RunOnceMoreWhenNotStarted([&] { return StartProgram(commandLine); });
 }
 
 namespace {

@@ -3,6 +3,7 @@
 
 #include "include/product.h"
 #include "tests/host/package_maker.h"
+#include "tests/host/platform_start.h"
 
 #include <gtest/gtest.h>
 
@@ -14,16 +15,15 @@ public:
     bool cancel = false;
 };
 
-// Runs a program to its end; its exit code.
-inline unsigned long RunAndWait(CString command)
+// The program's exit code, or why it could not be started.
+inline unsigned long StartAndWait(CString command)
 {
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
     if (!CreateProcessW(nullptr, command.GetBuffer(command.GetLength()), nullptr, nullptr, FALSE,
                         CREATE_NO_WINDOW, nullptr, nullptr, &startup, &process)) {
-        ADD_FAILURE() << Utf8(command) << ": " << GetLastError();
-        return ~0ul;
+        return GetLastError();
     }
     EXPECT_EQ(WaitForSingleObject(process.hProcess, 120000), DWORD{WAIT_OBJECT_0}) << Utf8(command);
     DWORD code = ~0ul;
@@ -31,6 +31,12 @@ inline unsigned long RunAndWait(CString command)
     CloseHandle(process.hProcess);
     CloseHandle(process.hThread);
     return code;
+}
+
+// Runs a program to its end.
+inline unsigned long RunAndWait(const CString& command)
+{
+    return RunOnceMoreWhenNotStarted([&] { return StartAndWait(command); });
 }
 
 class ThroughHostTest : public testing::Test
