@@ -74,6 +74,9 @@ constexpr Sentence SENTENCES[] = {
      L"The package \"%1\", which the media describes, is missing (%2). Copy the whole media again."},
     {HostText::MediaSourceMissing,
      L"The file \"%1\", which the package \"%2\" installs from, is missing. Copy the whole media again."},
+    {HostText::CabinetMisnamed, L"The package \"%1\" can't be deployed: its cabinet is called \"%2\", a name "
+                                L"that the wizard keeps for added files. "
+                                L"Get the package from its maker under another cabinet name."},
     {HostText::MediaPackageBroken, L"The package \"%1\" cannot be opened (%2). It is damaged or no installer "
                                    L"package; copy it from the original media again."},
     {HostText::PackageNameInvalid, L"The package \"%1\" cannot be deployed under its name, which starts or "

@@ -49,6 +49,7 @@ enum class HostText
     MediaImageGone,
     MediaPackageMissing,
     MediaSourceMissing,
+    CabinetMisnamed,
     MediaPackageBroken,
     PackageNameInvalid,
     PackageCodeInvalid,

@@ -169,6 +169,11 @@ HostError CheckPlatform(const Media& media, int platform)
 HostError CheckPackageSources(InstallerHandle database, const CString& packageFile)
 {
     const CString folder = ParentFolder(packageFile);
+    const CString misnamed = FindMisnamedCabinet(database, folder);
+    if (!misnamed.IsEmpty()) {
+        return {ERROR_INSTALL_PACKAGE_INVALID,
+                HostSentence(HostText::CabinetMisnamed, {packageFile, misnamed})};
+    }
     for (const CString& file : FindPackageFiles(database, folder)) {
         if (!IsFile(folder + file)) {
             return {ERROR_FILE_NOT_FOUND,

@@ -221,6 +221,23 @@ std::vector<CString> FindPackageFiles(MSIHANDLE database, const CString& package
     return sources.Take();
 }
 
+CString FindMisnamedCabinet(MSIHANDLE database, const CString& packageFolder)
+{
+    const PackageReader package(database, packageFolder);
+    const std::vector<Medium> media = package.ReadMedia();
+    if (std::none_of(media.begin(), media.end(),
+                     [](const Medium& medium) { return IsUserCabinet(medium.strCabinet); })) {
+        return CString();
+    }
+    for (const SourceFile& file : package.ReadFiles(false)) {
+        const CString cabinet = CabinetOf(media, file.sequence);
+        if (file.place == SourcePlace::Cabinet && IsUserCabinet(cabinet)) {
+            return cabinet;
+        }
+    }
+    return CString();
+}
+
 AdditionSources FindAdditionSources(MSIHANDLE database, const CString& packageFolder)
 {
     const PackageReader package(database, packageFolder);

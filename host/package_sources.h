@@ -11,6 +11,10 @@
 // Cabinets from which nothing is installed are left out unless they are there. `packageFolder`: with backslash.
 [[nodiscard]] std::vector<CString> FindPackageFiles(MSIHANDLE database, const CString& packageFolder);
 
+// A cabinet with files of the product's own whose name is one that builds use for added files; empty when there is none. A
+// build would leave it out.
+[[nodiscard]] CString FindMisnamedCabinet(MSIHANDLE database, const CString& packageFolder);
+
 // Where files that were added to the product have to lie.
 struct AdditionSources
 {

@@ -331,6 +331,17 @@ class RefusalTest(WizardTest):
         set_property(package, "ProductCode", code)
         self.assert_refused(self.wizard(self.begin("Office"), media=package), 1603, "Lone product.msi", code)
 
+    def test_a_products_cabinet_of_a_name_for_added_files_is_refused(self):
+        """The build left it out and said that all was well; nothing installed."""
+        media = os.path.join(self.folder, "media")
+        shutil.copytree(MEDIA, media)
+        folder = os.path.join(media, "x64", "Zolt")
+        os.rename(os.path.join(folder, "Data1.cab"), os.path.join(folder, "TARN0001.cab"))
+        subprocess.run(["msibuild", os.path.join(folder, "Zolt2027.msi"), "-q",
+                        "UPDATE `Media` SET `Cabinet` = 'TARN0001.cab'"], check=True, stdout=subprocess.DEVNULL)
+        self.assert_refused(self.wizard(self.begin("Office", platform="x64"), media=media), 1603, "TARN0001.cab",
+                            "keeps for added files")
+
     def test_a_cut_off_package_is_refused_by_name(self):
         media = os.path.join(self.folder, "media")
         shutil.copytree(MEDIA, media)
