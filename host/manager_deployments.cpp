@@ -31,15 +31,6 @@ CString StampOrNone(const CString& folder)
     }
 }
 
-bool IsInsideDeployment(const CString& folder)
-{
-    try {
-        return !DeploymentAround(folder).IsEmpty();
-    } catch (const BuildFailure&) {
-        return true;
-    }
-}
-
 } // namespace
 
 std::vector<CString>* ManagerObject::GetDeploymentList(const CString& location)
@@ -115,7 +106,7 @@ Setup::tagDEPLOYMENTLOCATIONTYPE ManagerObject::CheckForDeploymentLocation(const
     std::vector<FolderItem> items;
     // A deployment inside another one, or inside the media, would be copied into itself.
     const bool insideMedia = folder.Left(m_media.strRoot.GetLength()).CompareNoCase(m_media.strRoot) == 0;
-    if (path.IsEmpty() || (insideMedia && !m_media.bSinglePackage) || IsInsideDeployment(folder) ||
+    if (path.IsEmpty() || (insideMedia && !m_media.bSinglePackage) || !DeploymentAround(folder).IsEmpty() ||
         ListFolder(folder, items) != ERROR_SUCCESS || !IsFolder(path)) {
         return Setup::DEPLOYMENTLOCATION_REFUSED;
     }
@@ -184,7 +175,6 @@ void ManagerObject::ApplyStoredSettings()
 
 bool ManagerObject::LoadDeploymentInfo(const CString& name)
 {
-    m_strLastMessage.Empty();
     DeleteProductList();
     if (name.IsEmpty()) {
         ForgetBase(); // a new deployment starts from the media as it was opened
@@ -209,7 +199,6 @@ bool ManagerObject::IsBaseCurrent(const CString& name) const
 
 bool ManagerObject::SetSetupMode(Setup::tagSETUPMODE mode)
 {
-    m_strLastMessage.Empty();
     const bool needsBase =
         mode == Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT || mode == Setup::SETUPMODE_MODIFY_DEPLOYMENT;
     HostError error;

@@ -43,7 +43,6 @@ HostError ManagerObject::Start()
 
 void ManagerObject::Tell(const CString& message)
 {
-    m_strLastMessage = message;
     m_log.Append(message);
 }
 

@@ -56,8 +56,6 @@ public:
     void DeclineReplacing();
     // Why the mode that the begin page asked for could not be entered, once; empty when it was.
     CString TakeModeFailure();
-    // Why the last call failed, for the person; empty after a success.
-    const CString& GetLastMessage() const { return m_strLastMessage; }
 
 private:
     HostError OpenProducts();
@@ -123,7 +121,6 @@ private:
     CString m_strModeFailure;
     PropertyStore m_properties;
     bool m_bCancellingEnabled = true;
-    CString m_strLastMessage;
 
     // What the public pointers of the base class point into.
     CString m_strCodeText, m_strNameText, m_strMediaFileText, m_strTextFolder, m_strRootText,
