@@ -42,13 +42,6 @@ protected:
     HostOwner host;
 };
 
-CString Own(CProduct& product, const wchar_t* name)
-{
-    wchar_t buffer[300] = {};
-    int size = 300;
-    return product.GetProperty(name, buffer, &size) ? CString(buffer) : CString(L"(none)");
-}
-
 CString Stored(CProduct& product, const wchar_t* name)
 {
     wchar_t buffer[300] = {};
@@ -120,7 +113,7 @@ TEST_F(DeploymentsTest, TheImageOfADeploymentOpensWithItsSettings)
         EXPECT_EQ(manager.m_installMode, 3);
         EXPECT_EQ(manager.m_strNetworkLogFolder, CString(L"\\\\server\\logs"));
         CProduct& product = *manager.m_pProducts->at(0);
-        EXPECT_EQ(Own(product, L"ADDITIONALFILES_MODIFIED"), CString(L"1"));
+        EXPECT_EQ(OwnProperty(product, L"ADDITIONALFILES_MODIFIED"), CString(L"1"));
         EXPECT_EQ(Stored(product, L"ZOLT_CHANGED"), CString(L"north"));
         EXPECT_EQ(product.GetMsiPatchState(), Setup::PATCHSTATE_5);
         EXPECT_TRUE(product.IsPatchMerged(L"D:\\elsewhere\\SP1.msp"));
@@ -149,7 +142,7 @@ TEST_F(DeploymentsTest, AnotherBaseBringsItsOwnDatabaseThroughTheStepsOfTheBegin
     ASSERT_TRUE(manager.SetSetupMode(Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT));
     ASSERT_EQ(manager.m_pProducts->size(), 1u);
     EXPECT_EQ(Stored(*manager.m_pProducts->at(0), L"ZOLT_CHANGED"), CString(L"south"));
-    EXPECT_EQ(Own(*manager.m_pProducts->at(0), L"ADDITIONALFILES_MODIFIED"), CString(L"south"));
+    EXPECT_EQ(OwnProperty(*manager.m_pProducts->at(0), L"ADDITIONALFILES_MODIFIED"), CString(L"south"));
     EXPECT_EQ(manager.m_installMode, 2);
     EXPECT_EQ(manager.m_strDeploymentFolder, location + L"East\\");
     EXPECT_EQ(CLangMgr::Instance().GetDeploymentLanguage(nullptr), CString(L"de-DE"));

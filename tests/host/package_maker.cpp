@@ -2,6 +2,7 @@
 
 #include "host/database.h"
 #include "host/setup_description.h"
+#include "include/product.h"
 
 #include <gtest/gtest.h>
 #include <msiquery.h>
@@ -208,4 +209,11 @@ HostOwner OpenHost(const CString& media, const CString& work)
     HostOwner host(OpenSetupHost(OptionsFor(media, work), error));
     EXPECT_TRUE(host) << error.code << ": " << Utf8(error.message);
     return host;
+}
+
+CString OwnProperty(CProduct& product, const wchar_t* name)
+{
+    wchar_t buffer[300] = {};
+    int size = 300;
+    return product.GetProperty(name, buffer, &size) ? CString(buffer) : CString(L"(none)");
 }

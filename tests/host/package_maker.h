@@ -53,6 +53,9 @@ void MakeMedia(const CString& folder);
 void MakeDeployment(const CString& location, const wchar_t* name, const DeploymentFile& file);
 DeploymentFile DescribeTestDeployment(const wchar_t* name);
 
+// A product's own property, apart from its database; "(none)" when there is none.
+CString OwnProperty(CProduct& product, const wchar_t* name);
+
 using HostOwner = std::unique_ptr<CSetupHost>;
 HostOptions OptionsFor(const CString& media, const CString& work);
 HostOwner OpenHost(const CString& media, const CString& work); // fails the test when it can't

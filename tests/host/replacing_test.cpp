@@ -41,14 +41,6 @@ protected:
         EXPECT_EQ(result.error.code, unsigned{ERROR_ALREADY_EXISTS});
         EXPECT_EQ(result.error.message, verdict.message);
     }
-
-    static CString Own(CSetupManager& manager, const wchar_t* name)
-    {
-        wchar_t buffer[300] = {};
-        int size = 300;
-        return manager.m_pProducts->at(0)->GetProperty(name, buffer, &size) ? CString(buffer)
-                                                                            : CString(L"(none)");
-    }
 };
 
 // What a page could tell of the host's first stage.
@@ -95,7 +87,7 @@ TEST_F(ReplacingTest, ResetOnMediaReturnsToTheFirstStageWhole)
     EXPECT_EQ(manager.ResetSetupMode(), 0);
     EXPECT_EQ(Describe(manager), first);
     EXPECT_EQ(Stored(manager, L"ZOLT_CHANGED"), CString(L"(none)"));
-    EXPECT_EQ(Own(manager, L"ADDITIONALFILES_MODIFIED"), CString(L"(none)"));
+    EXPECT_EQ(OwnProperty(*manager.m_pProducts->at(0), L"ADDITIONALFILES_MODIFIED"), CString(L"(none)"));
     Choose(manager, location, L"East");
     Build();
     EXPECT_LT(ReadText(location + L"East\\Deployment.xml").Find(L"TARN_SETUP_SUCCEEDED"), 0);
@@ -109,13 +101,13 @@ TEST_F(ReplacingTest, ResetOnAnImageReturnsToThatDeploymentAndItsSettings)
     MakeDeployment(location, L"South", south);
     CSetupManager& manager = Open(location + L"North");
     const std::string first = Describe(manager);
-    const CString setting = Own(manager, L"ADDITIONALFILES_MODIFIED");
+    const CString setting = OwnProperty(*manager.m_pProducts->at(0), L"ADDITIONALFILES_MODIFIED");
     Begin(manager, Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT, L"South", L"East");
     EXPECT_EQ(manager.m_strNetworkLogFolder, CString(L"\\\\south\\logs"));
     ChangeAll(manager);
     EXPECT_EQ(manager.ResetSetupMode(), 0);
     EXPECT_EQ(Describe(manager), first);
-    EXPECT_EQ(Own(manager, L"ADDITIONALFILES_MODIFIED"), setting);
+    EXPECT_EQ(OwnProperty(*manager.m_pProducts->at(0), L"ADDITIONALFILES_MODIFIED"), setting);
     EXPECT_EQ(Stored(manager, L"ZOLT_CHANGED"), CString(L"(none)"));
 }
 

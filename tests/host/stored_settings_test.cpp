@@ -47,13 +47,6 @@ protected:
     }
 };
 
-CString Own(CProduct& product, const wchar_t* name)
-{
-    wchar_t buffer[100] = {};
-    int size = 100;
-    return product.GetProperty(name, buffer, &size) ? CString(buffer) : CString(L"(none)");
-}
-
 void SetProductName(const CString& package, const wchar_t* name)
 {
     CInstallerHandle database;
@@ -97,14 +90,14 @@ TEST_F(StoredSettingsTest, AnEmptyValueIsKeptAndComesBackAsAValue)
     product.SetProperty(L"ZOLTProfile_MenuFile", L"C:\\menu.cui");
     product.SetProperty(L"ZOLTProfile_MenuFile", L"");
     product.SetProperty(L"ZOLTProfile_AltFont", nullptr);
-    EXPECT_EQ(Own(product, L"ZOLTProfile_MenuFile"), CString());
-    EXPECT_EQ(Own(product, L"ZOLTProfile_AltFont"), CString());
-    EXPECT_EQ(Own(product, L"ZOLTProfile_TEXMAPS"), CString(L"(none)"));
+    EXPECT_EQ(OwnProperty(product, L"ZOLTProfile_MenuFile"), CString());
+    EXPECT_EQ(OwnProperty(product, L"ZOLTProfile_AltFont"), CString());
+    EXPECT_EQ(OwnProperty(product, L"ZOLTProfile_TEXMAPS"), CString(L"(none)"));
     Build();
     CProduct& again = OpenBuilt();
-    EXPECT_EQ(Own(again, L"ZOLTProfile_MenuFile"), CString());
-    EXPECT_EQ(Own(again, L"ZOLTProfile_AltFont"), CString());
-    EXPECT_EQ(Own(again, L"ZOLTProfile_TEXMAPS"), CString(L"(none)"));
+    EXPECT_EQ(OwnProperty(again, L"ZOLTProfile_MenuFile"), CString());
+    EXPECT_EQ(OwnProperty(again, L"ZOLTProfile_AltFont"), CString());
+    EXPECT_EQ(OwnProperty(again, L"ZOLTProfile_TEXMAPS"), CString(L"(none)"));
 }
 
 TEST_F(StoredSettingsTest, ABufferTooSmallStaysAsItIsAndTheSizeSaysWhatIsNeeded)
