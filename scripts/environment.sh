@@ -50,8 +50,10 @@ rollout_install_packages() {
 
 rollout_wine() {
     # Client and server on one core: the prefix then answers several times faster, and figures scatter less.
-    local core=${ROLLOUT_CORE:-0}
-    taskset -c "$core" wine "$@"
+    # Steady addresses: scripts/steady_addresses.py says why, and warns where the system refuses them.
+    local core=${ROLLOUT_CORE:-0} steady=(setarch -R)
+    "${steady[@]}" true 2>/dev/null || steady=()
+    taskset -c "$core" ${steady[@]+"${steady[@]}"} wine "$@"
 }
 
 rollout_prefix() {

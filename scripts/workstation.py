@@ -24,6 +24,7 @@ import sys
 import xml.etree.ElementTree
 
 from asked_answers import asked_properties, find_unmet, same_value
+from steady_addresses import keep_addresses_steady
 from watched_command import CommandOverdue, Patience, read_log, run_watched
 
 # Where the installer's own folders lie in the prefix; others have no fixed place.
@@ -383,6 +384,7 @@ def main():
     arguments = parser.parse_args()
     asked = asked_properties(arguments.answers, arguments.set) if arguments.answers else {}
     sys.stdout.reconfigure(line_buffering=True)
+    keep_addresses_steady()
     deployment = os.path.abspath(arguments.deployment)
     databases = find_databases(deployment)
     if not databases:

@@ -1,7 +1,5 @@
 #include "tests/host/build_fixture.h"
 
-#include "tests/host/platform_start.h"
-
 #include "host/build/build_names.h"
 #include "host/build/database_signature.h"
 #include "window/handle.h"
@@ -368,9 +366,7 @@ void CopyToStandardOutput(HANDLE file)
 
 } // namespace
 
-namespace {
-
-unsigned long StartProgram(const CString& commandLine)
+unsigned long RunProgram(const CString& commandLine)
 {
     const TestFolder folder(L"program");
     const CFileOwner output = CreateInheritable(folder / L"output.txt");
@@ -395,13 +391,6 @@ unsigned long StartProgram(const CString& commandLine)
     CloseHandle(process.hThread);
     CopyToStandardOutput(output.get());
     return code;
-}
-
-} // namespace
-
-unsigned long RunProgram(const CString& commandLine)
-{
-    return RunOnceMoreWhenNotStarted([&] { return StartProgram(commandLine); });
 }
 
 namespace {

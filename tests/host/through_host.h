@@ -3,7 +3,6 @@
 
 #include "include/product.h"
 #include "tests/host/package_maker.h"
-#include "tests/host/platform_start.h"
 
 #include <gtest/gtest.h>
 
@@ -15,8 +14,8 @@ public:
     bool cancel = false;
 };
 
-// The program's exit code, or why it could not be started.
-inline unsigned long StartAndWait(CString command)
+// Runs a program to its end: its exit code, or why it could not be started.
+inline unsigned long RunAndWait(CString command)
 {
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
@@ -31,12 +30,6 @@ inline unsigned long StartAndWait(CString command)
     CloseHandle(process.hProcess);
     CloseHandle(process.hThread);
     return code;
-}
-
-// Runs a program to its end.
-inline unsigned long RunAndWait(const CString& command)
-{
-    return RunOnceMoreWhenNotStarted([&] { return StartAndWait(command); });
 }
 
 class ThroughHostTest : public testing::Test
