@@ -70,12 +70,20 @@ endfunction()
 # A test program. In the native tree it is a host program, in the Windows tree an .exe for Wine. Each has its own
 # main (tests/support/), which lists passed and failed tests for the script `test`.
 function(rollout_add_test name)
+    rollout_add_test_program(${name} ${ARGN})
+    set_property(GLOBAL APPEND PROPERTY ROLLOUT_TESTS ${name})
+endfunction()
+
+# The same, but the script `test` doesn't run it.
+function(rollout_add_test_program name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "FILES;LINK")
     rollout_add_googletest()
     add_executable(${name} ${arg_FILES} ${PROJECT_SOURCE_DIR}/tests/support/test_main.cpp)
+    if(NOT ROLLOUT_NATIVE) # there the runner alone counts the seconds: no windows, no message loops
+        target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/test_deadline.cpp)
+    endif()
     target_compile_options(${name} PRIVATE ${ROLLOUT_WARNINGS})
     target_link_libraries(${name} PRIVATE gtest ${arg_LINK})
-    set_property(GLOBAL APPEND PROPERTY ROLLOUT_TESTS ${name})
 endfunction()
 
 # rollout_add_fuzzer(NAME FILES files... LINK libraries...): a libFuzzer program; its seeds lie in fuzz/corpus/NAME.

@@ -17,12 +17,17 @@ import threading
 import time
 import unittest
 
+from steady_addresses import ADDR_NO_RANDOMIZE, keep_addresses_steady
+
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 BUILD = os.environ.get("ROLLOUT_BUILD", os.path.join(ROOT, "build"))
 LOGS = os.path.join(BUILD, "test-logs")
 # Programs that build and install deployments take the second lane, so that the page tests need not wait for them.
 SECOND_LANE = ("host_test", "build_test", "media_install_test")
-PROGRAM_SECONDS = 1200
+# How long one test may take; the programs for Wine keep to it by themselves and show their windows when it is over.
+TEST_SECONDS = int(os.environ.setdefault("ROLLOUT_TEST_SECONDS", "120"))
+GRACE_SECONDS = 30  # what a program has to end by itself
+MOST_RESTARTS = 10  # of one program whose tests end it
 FUZZ_SECONDS = int(os.environ.get("ROLLOUT_FUZZ_SECONDS", "4"))
 
 
@@ -44,42 +49,108 @@ class Tally:
                 print("FAILED  %s\n%s" % (name, detail.rstrip()), flush=True)
 
 
-def run_gtest(tally, label, command, pattern, environment):
-    """Runs one program and reads its results line by line; a crash fails the test that was running."""
-    wanted = ["--gtest_filter=*%s*" % pattern] if pattern else []
-    started = time.monotonic()
-    process = subprocess.Popen(command + wanted, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, env=environment,
-                               cwd=ROOT, stdin=subprocess.DEVNULL)
-    timer = threading.Timer(PROGRAM_SECONDS, process.kill)
-    timer.start()
-    running, lines, finished, count = None, [], False, 0
-    with open(os.path.join(LOGS, label + ".log"), "wb") as log:
+class GtestProgram:
+    """One program's tests, whose results it reads line by line. A program that ends before its tests are over fails the
+    test that was running, and is started again for the tests that are left."""
+
+    def __init__(self, tally, label, command, environment):
+        self.tally, self.label, self.command, self.environment = tally, label, command, environment
+        self.ended = set()  # names of tests that have a result
+        self.running = None
+        self.lines = []  # what the running test printed
+        self.failed_any = False
+
+    def run(self, pattern):
+        started = time.monotonic()
+        wanted = ["--gtest_filter=*%s*" % pattern] if pattern else []
+        words, starts = wanted, 0
+        with open(os.path.join(LOGS, self.label + ".log"), "wb") as log:
+            while words is not None:
+                finished, code = self.start(words, log)
+                starts += 1
+                words = None if finished else self.words_for_the_rest(code, wanted, starts)
+        if finished and code != 0 and not self.failed_any:
+            self.tally.add(self.label + ": (exit)", False, "All tests passed, but the program ended with %d." % code)
+        print("%-40s %4d tests, %5.1f s" % (self.label, len(self.ended), time.monotonic() - started), flush=True)
+
+    def start(self, words, log):
+        """Runs the program once. Returns whether it came to its end, and its exit code."""
+        process = subprocess.Popen(self.command + words, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                                   env=self.environment, cwd=ROOT, stdin=subprocess.DEVNULL)
+        timer = self.timer_for(process)
+        finished = False
+        self.running, self.lines = None, []
         for raw in process.stdout:
             log.write(raw)
             line = raw.decode("utf-8", "replace").rstrip()
             match = re.match(r"\[ +(RUN|OK|FAILED|SKIPPED) +\] ([\w/.]+)", line)
-            kind = match.group(1) if match else ""
-            if kind == "RUN":
-                running, lines = match.group(2), []
-            elif kind and running == match.group(2):
-                count += 1
-                if kind == "SKIPPED":
-                    tally.skipped += 1
-                else:
-                    tally.add(label + ": " + running, kind == "OK", "\n".join(lines))
-                running = None
+            if match and match.group(1) == "RUN":
+                timer.cancel()
+                timer = self.timer_for(process)
+                self.running, self.lines = match.group(2), []
+            elif match and self.running == match.group(2):
+                self.add_result(match.group(1))
             elif line.startswith("[==========]") and " ran." in line:
                 finished = True
-            elif running:
-                lines.append(line)
-    code = process.wait()
-    timer.cancel()
-    if running or not finished:
-        tally.add("%s: %s" % (label, running or "(the program)"), False,
-                  "\n".join(lines[-40:]) + "\nThe program ended with %d before its tests were over." % code)
-    elif code != 0 and not any(name.startswith(label + ": ") for name in tally.failed):
-        tally.add(label + ": (exit)", False, "All tests passed, but the program ended with %d." % code)
-    print("%-40s %4d tests, %5.1f s" % (label, count, time.monotonic() - started), flush=True)
+            elif self.running:
+                self.lines.append(line)
+        code = process.wait()
+        timer.cancel()
+        return finished and not self.running, code
+
+    def timer_for(self, process):
+        """Ends a program whose test is overdue and which doesn't say so itself (tests/support/test_deadline.h)."""
+        def end():
+            self.lines.append("Ended from outside: still running %d seconds later." % (TEST_SECONDS + GRACE_SECONDS))
+            process.kill()
+            if "WINEPREFIX" in self.environment:  # what the test started holds the program's output open
+                subprocess.run(["wineserver", "-k"], env=self.environment, stderr=subprocess.DEVNULL)
+        timer = threading.Timer(TEST_SECONDS + GRACE_SECONDS, end)
+        timer.start()
+        return timer
+
+    def add_result(self, kind):
+        self.ended.add(self.running)
+        if kind == "SKIPPED":
+            self.tally.skipped += 1
+        else:
+            self.fail_or_pass(self.running, kind == "OK", "\n".join(self.lines))
+        self.running = None
+
+    def fail_or_pass(self, name, ok, detail):
+        self.failed_any = self.failed_any or not ok
+        self.tally.add("%s: %s" % (self.label, name), ok, detail)
+
+    def words_for_the_rest(self, code, wanted, starts):
+        """Counts what the program's end has cost, and names the tests that are left; None when none can be run."""
+        why = "\n".join(self.lines[-60:]) + "\nThe program ended with %d before its tests were over." % code
+        self.fail_or_pass(self.running or "(the program)", False, why)
+        if not self.running:
+            return None
+        self.ended.add(self.running)
+        rest = [name for name in self.list_tests(wanted) if name not in self.ended]
+        if rest and starts > MOST_RESTARTS:
+            self.fail_or_pass("(%d tests)" % len(rest), False, "Not run: the program ended early %d times." % starts)
+            return None
+        return ["--gtest_flagfile=" + self.write_flags("--gtest_filter=" + ":".join(rest))] if rest else None
+
+    def list_tests(self, wanted):
+        listed = subprocess.run(self.command + wanted + ["--gtest_list_tests"], stdout=subprocess.PIPE,
+                                stderr=subprocess.DEVNULL, env=self.environment, cwd=ROOT, timeout=60)
+        names, suite = [], ""
+        for line in listed.stdout.decode("utf-8", "replace").splitlines():
+            word = line.split("#")[0].strip()
+            if not line.startswith(" "):
+                suite = word
+            elif word:
+                names.append(suite + word)
+        return names
+
+    def write_flags(self, text):
+        path = os.path.join(LOGS, self.label + ".flags")
+        with open(path, "w", encoding="ascii") as file:
+            file.write(text + "\n")
+        return "Z:" + path.replace("/", "\\") if "wine" in self.command else path
 
 
 def lane_environment(number):
@@ -100,7 +171,7 @@ def run_lane(tally, number, programs, tests, pattern):
     try:
         for program in programs:
             label = os.path.splitext(os.path.basename(program))[0]
-            run_gtest(tally, label, ["taskset", "-c", core, "wine", program], pattern, environment)
+            GtestProgram(tally, label, ["taskset", "-c", core, "wine", program], environment).run(pattern)
         if tests:
             # The tests of one lane alone start programs by this process's environment.
             os.environ.update({name: value for name, value in environment.items()
@@ -177,6 +248,7 @@ def main():
     except BlockingIOError:
         print("Another ./test runs in this checkout, and would be stopped with its prefix. Wait until it has ended.")
         return 1
+    keep_addresses_steady()
     tally = Tally()
     for test in checks:
         run_check(tally, test)
@@ -187,7 +259,7 @@ def main():
     for lane in lanes:
         lane.start()
     for program in native:
-        run_gtest(tally, "native " + os.path.basename(program), [program], pattern, dict(os.environ))
+        GtestProgram(tally, "native " + os.path.basename(program), [program], dict(os.environ)).run(pattern)
     run_fuzzers(tally, pattern)
     for lane in lanes:
         lane.join()

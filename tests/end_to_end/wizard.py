@@ -4,6 +4,7 @@ import glob
 import hashlib
 import os
 import shutil
+import signal
 import subprocess
 import tempfile
 import unittest
@@ -56,9 +57,16 @@ class WizardTest(unittest.TestCase):
                 windows_path(answers), *(["--out", out] if out else []), *words]
 
     def wizard(self, answers, *words, media=MEDIA, out=None, program=None):
-        result = subprocess.run(self.command(answers, *words, media=media, out=out, program=program),
-                                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=RUN_SECONDS)
-        return self.run_of(result.stdout, result.returncode)
+        process = subprocess.Popen(self.command(answers, *words, media=media, out=out, program=program),
+                                   stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        try:
+            output = process.communicate(timeout=RUN_SECONDS)[0]
+        except subprocess.TimeoutExpired:
+            for number in self.processes():  # both: the guarded one holds the output open
+                os.kill(number, signal.SIGKILL)
+            output = process.communicate()[0]
+            self.fail("The wizard still ran after %d seconds:\n%s" % (RUN_SECONDS, output.decode("utf-8", "replace")))
+        return self.run_of(output, process.returncode)
 
     def run_of(self, output, shell_code):
         output = output.decode("utf-8", "replace").replace("\r\n", "\n")

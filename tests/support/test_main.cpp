@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #if !defined(ROLLOUT_NATIVE)
+#include "tests/support/test_deadline.h"
+
 #include <windows.h>
 
 namespace {
@@ -24,7 +26,11 @@ int main(int count, char** arguments)
 {
     testing::InitGoogleTest(&count, arguments);
 #if !defined(ROLLOUT_NATIVE)
-    testing::UnitTest::GetInstance()->listeners().Append(new HeapCheck); // the list deletes it
+    testing::TestEventListeners& listeners =
+        testing::UnitTest::GetInstance()->listeners(); // deletes what it has
+    listeners.Append(new HeapCheck);
+    if (testing::TestEventListener* deadline = MakeTestDeadline())
+        listeners.Append(deadline);
 #endif
     return RUN_ALL_TESTS();
 }
