@@ -17,7 +17,8 @@ import threading
 import time
 import unittest
 
-from steady_addresses import ADDR_NO_RANDOMIZE, keep_addresses_steady
+from steady_addresses import keep_addresses_steady
+from test_lanes import Lane, built_programs, program_name, read_program
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 BUILD = os.environ.get("ROLLOUT_BUILD", os.path.join(ROOT, "build"))
@@ -50,14 +51,12 @@ class Tally:
 
 
 class GtestProgram:
-    """One program's tests, whose results it reads line by line. A program that ends before its tests are over fails the
-    test that was running, and is started again for the tests that are left."""
+    """One program's tests. A program that ends before its tests are over fails the test that was running, and is started
+    again for the tests that are left."""
 
-    def __init__(self, tally, label, command, environment):
-        self.tally, self.label, self.command, self.environment = tally, label, command, environment
+    def __init__(self, tally, label, command, environment, lane=None):
+        self.tally, self.label, self.command, self.environment, self.lane = tally, label, command, environment, lane
         self.ended = set()  # names of tests that have a result
-        self.running = None
-        self.lines = []  # what the running test printed
         self.failed_any = False
 
     def run(self, pattern):
@@ -66,68 +65,33 @@ class GtestProgram:
         words, starts = wanted, 0
         with open(os.path.join(LOGS, self.label + ".log"), "wb") as log:
             while words is not None:
-                finished, code = self.start(words, log)
+                run = read_program(self.command + words, self.environment, ROOT, log, TEST_SECONDS + GRACE_SECONDS,
+                                   self.add_result, self.lane)
                 starts += 1
-                words = None if finished else self.words_for_the_rest(code, wanted, starts)
-        if finished and code != 0 and not self.failed_any:
-            self.tally.add(self.label + ": (exit)", False, "All tests passed, but the program ended with %d." % code)
+                words = None if run.finished else self.words_for_the_rest(run, wanted, starts)
+        if run.finished and run.code != 0 and not self.failed_any:
+            self.tally.add(self.label + ": (exit)", False, "All tests passed, but the program ended with %d." % run.code)
         print("%-40s %4d tests, %5.1f s" % (self.label, len(self.ended), time.monotonic() - started), flush=True)
 
-    def start(self, words, log):
-        """Runs the program once. Returns whether it came to its end, and its exit code."""
-        process = subprocess.Popen(self.command + words, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                                   env=self.environment, cwd=ROOT, stdin=subprocess.DEVNULL)
-        timer = self.timer_for(process)
-        finished = False
-        self.running, self.lines = None, []
-        for raw in process.stdout:
-            log.write(raw)
-            line = raw.decode("utf-8", "replace").rstrip()
-            match = re.match(r"\[ +(RUN|OK|FAILED|SKIPPED) +\] ([\w/.]+)", line)
-            if match and match.group(1) == "RUN":
-                timer.cancel()
-                timer = self.timer_for(process)
-                self.running, self.lines = match.group(2), []
-            elif match and self.running == match.group(2):
-                self.add_result(match.group(1))
-            elif line.startswith("[==========]") and " ran." in line:
-                finished = True
-            elif self.running:
-                self.lines.append(line)
-        code = process.wait()
-        timer.cancel()
-        return finished and not self.running, code
-
-    def timer_for(self, process):
-        """Ends a program whose test is overdue and which doesn't say so itself (tests/support/test_deadline.h)."""
-        def end():
-            self.lines.append("Ended from outside: still running %d seconds later." % (TEST_SECONDS + GRACE_SECONDS))
-            process.kill()
-            if "WINEPREFIX" in self.environment:  # what the test started holds the program's output open
-                subprocess.run(["wineserver", "-k"], env=self.environment, stderr=subprocess.DEVNULL)
-        timer = threading.Timer(TEST_SECONDS + GRACE_SECONDS, end)
-        timer.start()
-        return timer
-
-    def add_result(self, kind):
-        self.ended.add(self.running)
+    def add_result(self, name, kind, lines):
+        self.ended.add(name)
         if kind == "SKIPPED":
             self.tally.skipped += 1
         else:
-            self.fail_or_pass(self.running, kind == "OK", "\n".join(self.lines))
-        self.running = None
+            self.fail_or_pass(name, kind == "OK", "\n".join(lines))
 
     def fail_or_pass(self, name, ok, detail):
         self.failed_any = self.failed_any or not ok
         self.tally.add("%s: %s" % (self.label, name), ok, detail)
 
-    def words_for_the_rest(self, code, wanted, starts):
+    def words_for_the_rest(self, run, wanted, starts):
         """Counts what the program's end has cost, and names the tests that are left; None when none can be run."""
-        why = "\n".join(self.lines[-60:]) + "\nThe program ended with %d before its tests were over." % code
-        self.fail_or_pass(self.running or "(the program)", False, why)
-        if not self.running:
+        end = "Ended from outside, overdue by %d seconds." % GRACE_SECONDS if run.late else \
+            "The program ended with %d before its tests were over." % run.code
+        self.fail_or_pass(run.running or "(the program)", False, "\n".join(run.lines[-60:] + [end]))
+        if not run.running:
             return None
-        self.ended.add(self.running)
+        self.ended.add(run.running)
         rest = [name for name in self.list_tests(wanted) if name not in self.ended]
         if rest and starts > MOST_RESTARTS:
             self.fail_or_pass("(%d tests)" % len(rest), False, "Not run: the program ended early %d times." % starts)
@@ -153,34 +117,16 @@ class GtestProgram:
         return "Z:" + path.replace("/", "\\") if "wine" in self.command else path
 
 
-def lane_environment(number):
-    """A prefix and a hidden display for one lane, made by the script that all entry points share."""
-    prefix = os.path.join(BUILD, "prefix" if number == 0 else "prefix-%d" % number)
-    script = ('. scripts/environment.sh; export ROLLOUT_CORE=%d; rollout_prefix "%s" && rollout_display && '
-              'echo "$DISPLAY $ROLLOUT_XVFB" && env -0 >&2' % (number % (os.cpu_count() or 1), prefix))
-    started = subprocess.run(["bash", "-c", script], cwd=ROOT, capture_output=True)
-    if started.returncode != 0:
-        raise RuntimeError("Lane %d did not start: %s" % (number, started.stderr.decode()[-400:]))
-    environment = dict(entry.split("=", 1) for entry in started.stderr.decode().split("\0") if "=" in entry)
-    return environment, int(started.stdout.split()[-1])
-
-
 def run_lane(tally, number, programs, tests, pattern):
-    environment, display = lane_environment(number)
-    core = environment["ROLLOUT_CORE"]
-    try:
+    with Lane(number, ROOT, BUILD, "prefix" if number == 0 else "prefix-%d" % number) as lane:
         for program in programs:
-            label = os.path.splitext(os.path.basename(program))[0]
-            GtestProgram(tally, label, ["taskset", "-c", core, "wine", program], environment).run(pattern)
+            GtestProgram(tally, program_name(program), lane.command(program), lane.environment, lane).run(pattern)
         if tests:
             # The tests of one lane alone start programs by this process's environment.
-            os.environ.update({name: value for name, value in environment.items()
+            os.environ.update({name: value for name, value in lane.environment.items()
                                if name.startswith(("WINE", "DISPLAY", "ROLLOUT_CORE"))})
         for test in tests:
             run_check(tally, test)
-    finally:
-        subprocess.run(["wineserver", "-k"], env=environment, stderr=subprocess.DEVNULL)
-        os.kill(display, 15)
 
 
 def run_check(tally, test):
@@ -194,13 +140,8 @@ def run_check(tally, test):
         print("%-60s %5.1f s" % (test.id(), elapsed), flush=True)
 
 
-def built_programs(tree, file):
-    with open(os.path.join(BUILD, tree, file), encoding="utf-8") as listed:
-        return sorted(listed.read().split("\n")[:-1])
-
-
 def run_fuzzers(tally, pattern):
-    for program in built_programs("native", "fuzzers.txt"):
+    for program in built_programs(BUILD, "native", "fuzzers.txt"):
         name = os.path.basename(program)
         if pattern not in "fuzz " + name:
             continue
@@ -235,8 +176,8 @@ def main():
     listing = "--list" in arguments
     pattern = next((word for word in arguments if not word.startswith("--")), "")
     os.makedirs(LOGS, exist_ok=True)
-    native = built_programs("native", "tests.txt")
-    windows = built_programs("windows", "tests.txt")
+    native = built_programs(BUILD, "native")
+    windows = built_programs(BUILD, "windows")
     checks = [test for test in load_checks("checks") if pattern in test.id()]
     scenarios = [test for test in load_checks("end_to_end") if pattern in test.id()]
     if listing:
@@ -252,7 +193,7 @@ def main():
     tally = Tally()
     for test in checks:
         run_check(tally, test)
-    second = [program for program in windows if os.path.basename(program)[:-4] in SECOND_LANE]
+    second = [program for program in windows if program_name(program) in SECOND_LANE]
     first = [program for program in windows if program not in second]
     lanes = [threading.Thread(target=guarded, args=(tally, run_lane, 0, first, [], pattern)),
              threading.Thread(target=guarded, args=(tally, run_lane, 1, second, scenarios, pattern))]

@@ -10,6 +10,7 @@ from wizard import PROGRAM_FOLDER, ROOT
 sys.path.insert(0, os.path.join(ROOT, "scripts"))
 
 import run_tests  # noqa: E402
+import steady_addresses  # noqa: E402
 
 
 class NotedResults:
@@ -53,7 +54,7 @@ class TestRunnerTest(unittest.TestCase):
         self.assertIn("Ended from outside", self.results.failed["stopping: Stopping.WaitsInABox"])
 
     def test_programs_are_started_at_steady_addresses(self):
-        if not run_tests.keep_addresses_steady():
+        if not steady_addresses.keep_addresses_steady():
             self.skipTest("the system refuses them")
         with open("/proc/self/personality", encoding="ascii") as file:
-            self.assertTrue(int(file.read(), 16) & run_tests.ADDR_NO_RANDOMIZE)
+            self.assertTrue(int(file.read(), 16) & steady_addresses.ADDR_NO_RANDOMIZE)
