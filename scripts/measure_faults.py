@@ -1,0 +1,382 @@
+#!/usr/bin/env python3
+"""Measures what the tests notice: puts the faults of tests/faults into a copy of this checkout, one at a time, builds,
+runs the tests that could notice, and counts.
+
+    scripts/measure_faults.py                    all faults
+    scripts/measure_faults.py --area host        those of one file of the table; may be repeated
+    scripts/measure_faults.py --name '*stage*'   those whose name fits; may be repeated
+    scripts/measure_faults.py --lanes 2          two copies at once, each with a prefix and a core of its own
+    scripts/measure_faults.py --list             names the faults and measures nothing
+
+Ends with 1 when less than 95 % are noticed, or when the table is wrong: a text that isn't there, a fault that doesn't
+build, a test that fails without the fault.
+"""
+
+import argparse
+import collections
+import fcntl
+import fnmatch
+import os
+import queue
+import re
+import shutil
+import signal
+import subprocess
+import sys
+import threading
+import time
+
+from fault_table import find_entry_trouble, find_source_tests, load_faults, read_source
+from steady_addresses import keep_addresses_steady
+from test_lanes import Lane, built_programs, program_name, read_program
+
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+BUILD = os.environ.get("ROLLOUT_BUILD", os.path.join(ROOT, "build"))
+FOLDER = os.path.join(BUILD, "faults")
+WANTED_PERCENT = 95
+# What the Python tests start; the build of Setup makes the libraries that it loads.
+CHECK_TARGETS = ("Setup", "sample_media")
+NOTICED, LATE, UNNOTICED, UNBUILT, WRONG = (
+    "noticed", "noticed by its deadline", "NOT NOTICED", "DIDN'T BUILD", "WRONG ENTRY")
+
+
+class Copy:
+    """A copy of the checkout with a build, a prefix and a display of its own."""
+
+    def __init__(self, number, jobs):
+        self.number, self.jobs = number, jobs
+        self.root = os.path.join(FOLDER, "lane-%d" % number)
+        self.build = os.path.join(self.root, "build")
+        self.kept_prefix = os.path.join(self.build, "prefix-kept")
+        self.unchanged = None  # the file that a fault is in, and its text without the fault
+        self.lane = None
+
+    def prepare(self):
+        """Brings the copy to the state of the checkout and builds everything once."""
+        listing = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=ROOT,
+                                 capture_output=True, check=True).stdout.decode()
+        names = {name for name in listing.split("\0") if name and os.path.isfile(os.path.join(ROOT, name))}
+        for path, folders, files in os.walk(self.root):
+            if path == self.root:
+                folders[:] = [name for name in folders if name not in ("build", ".git")]
+            for name in files:
+                if os.path.relpath(os.path.join(path, name), self.root) not in names:
+                    os.remove(os.path.join(path, name))
+        for name in sorted(names):
+            copy_changed(os.path.join(ROOT, name), os.path.join(self.root, name))
+        # Some checks ask git for the sources.
+        subprocess.run("git init -q . && git add -A", shell=True, cwd=self.root, check=True)
+        for tree in ("native", "windows"):
+            built = self.build_tree(tree, [])
+            if built.returncode != 0:
+                raise RuntimeError("The unchanged code doesn't build:\n" + built.stdout[-3000:])
+        self.lane = Lane(self.number, self.root, self.build)
+
+    def build_tree(self, tree, targets):
+        environment = dict(os.environ, ROLLOUT_BUILD=self.build)
+        if "CCACHE_BASEDIR" in environment:
+            environment["CCACHE_BASEDIR"] = self.root
+        return subprocess.run(
+            ["bash", "-c", '. scripts/environment.sh; rollout_build_%s -j%d "$@"' % (tree, self.jobs), "build", *targets],
+            cwd=self.root, env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+            errors="replace", stdin=subprocess.DEVNULL)
+
+    def keep_prefix(self):
+        self.lane.stop_programs()
+        shutil.rmtree(self.kept_prefix, ignore_errors=True)
+        shutil.copytree(os.path.join(self.build, "prefix"), self.kept_prefix, symlinks=True)
+
+    def restore_prefix(self):
+        """What a broken program left there must not fail the tests of the next fault."""
+        self.lane.stop_programs()
+        mirror(self.kept_prefix, os.path.join(self.build, "prefix"))
+
+    def write(self, name, text):
+        with open(os.path.join(self.root, name), "w", encoding="utf-8", newline="") as file:
+            file.write(text)
+
+    def put_in(self, fault):
+        """Takes the fault before out and puts this one in, so that one build does both."""
+        self.take_out()
+        text = read_source(self.root, fault.file)
+        self.unchanged = fault.file, text
+        self.write(fault.file, text.replace(fault.was, fault.becomes))
+
+    def take_out(self):
+        if self.unchanged:
+            self.write(*self.unchanged)
+            self.unchanged = None
+
+    def path_of(self, tests):
+        tree = "native" if tests.kind == "native" else "windows"
+        return next(path for path in built_programs(self.build, tree) if program_name(path) == tests.program)
+
+    def run(self, tests, pattern, seconds, log_path, options=()):
+        """Runs one set of tests. Gives the results as {name: kind}, and the ProgramRun of a program."""
+        if tests.kind == "check":
+            return self.run_check(tests.program, seconds, log_path), None
+        path, results = self.path_of(tests), {}
+        native = tests.kind == "native"
+        with open(log_path, "wb") as log:
+            run = read_program(([path] if native else self.lane.command(path)) + ["--gtest_filter=" + pattern, *options],
+                               self.lane.environment, self.root, log, seconds,
+                               lambda name, kind, _: results.__setitem__(name, kind), None if native else self.lane)
+        if run.late:
+            results[run.running or tests.program] = "LATE"
+        elif run.running or not run.finished or (run.code != 0 and "FAILED" not in results.values()):
+            results[run.running or tests.program] = "FAILED"
+        return results, run
+
+    def run_check(self, test, seconds, log_path):
+        folders = [os.path.join(self.root, *parts) for parts in (["tests", "checks"], ["tests", "end_to_end"], ["scripts"])]
+        environment = dict(self.lane.environment, PYTHONPATH=os.pathsep.join(folders), PYTHONDONTWRITEBYTECODE="1")
+        process = subprocess.Popen([sys.executable, "-m", "unittest", "-f", test], cwd=self.root, env=environment,
+                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL,
+                                   start_new_session=True)
+        try:
+            output, _ = process.communicate(timeout=seconds)
+        except subprocess.TimeoutExpired:
+            os.killpg(process.pid, signal.SIGKILL)
+            self.lane.stop_programs()
+            process.communicate()
+            return {test: "LATE"}
+        with open(log_path, "wb") as log:
+            log.write(output)
+        ran = re.search(rb"^Ran (\d+) test", output, re.M)
+        if not ran or ran.group(1) == b"0":
+            return {}
+        return {test: "OK" if process.returncode == 0 else "FAILED"}
+
+
+def copy_changed(source, target):
+    """Copies a file unless the target has its content, so that its time, which the build goes by, stays."""
+    with open(source, "rb") as file:
+        content = file.read()
+    if os.path.isfile(target):
+        with open(target, "rb") as file:
+            if file.read() == content:
+                return
+    os.makedirs(os.path.dirname(target), exist_ok=True)
+    with open(target, "wb") as file:
+        file.write(content)
+    shutil.copymode(source, target)
+
+
+def mirror(source, target):
+    """Makes the target folder equal to the source; files of the same size and time count as equal."""
+    for path, folders, files in os.walk(target):
+        beside = os.path.join(source, os.path.relpath(path, target))
+        for name in files + [name for name in folders if os.path.islink(os.path.join(path, name))]:
+            if not os.path.lexists(os.path.join(beside, name)):
+                os.remove(os.path.join(path, name))
+        for name in [name for name in folders if not os.path.lexists(os.path.join(beside, name))]:
+            if not os.path.islink(os.path.join(path, name)):
+                shutil.rmtree(os.path.join(path, name), ignore_errors=True)
+            folders.remove(name)
+    for path, folders, files in os.walk(source):
+        beside = os.path.join(target, os.path.relpath(path, source))
+        os.makedirs(beside, exist_ok=True)
+        for name in files + [name for name in folders if os.path.islink(os.path.join(path, name))]:
+            here, there = os.path.join(path, name), os.path.join(beside, name)
+            if os.path.islink(here):
+                if not os.path.islink(there) or os.readlink(there) != os.readlink(here):
+                    shutil.rmtree(there, ignore_errors=True) if os.path.isdir(there) else None
+                    if os.path.lexists(there):
+                        os.remove(there)
+                    os.symlink(os.readlink(here), there)
+            elif not os.path.isfile(there) or signature(here) != signature(there):
+                shutil.copy2(here, there)
+
+
+def signature(path):
+    status = os.stat(path)
+    return status.st_size, status.st_mtime_ns
+
+
+class Measure:
+    """The faults that were asked for, their results, and what the tests do without a fault."""
+
+    def __init__(self, faults, lanes, seconds):
+        self.faults, self.seconds = faults, seconds
+        self.copies = [Copy(number, max(1, (os.cpu_count() or 1) // lanes)) for number in range(lanes)]
+        self.lock = threading.Lock()
+        self.unchanged = {}  # {(kind, program): {test: kind of result}}
+        self.results = {}    # {fault: (outcome, detail)}
+        self.logs = os.path.join(FOLDER, "logs")
+
+    def in_lanes(self, items, work):
+        """Shares the items out to the copies; an error in one of them ends the run."""
+        waiting, errors = queue.Queue(), []
+        for item in items:
+            waiting.put(item)
+
+        def work_off(copy):
+            try:
+                while not errors:
+                    work(copy, waiting.get_nowait())
+            except queue.Empty:
+                pass
+            except Exception as error:  # noqa: BLE001 - shown below
+                errors.append(error)
+
+        threads = [threading.Thread(target=work_off, args=(copy,)) for copy in self.copies]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+        if errors:
+            raise errors[0]
+
+    def run(self):
+        """Measures all faults. Gives what is wrong with the table; then nothing is measured."""
+        try:
+            for copy in self.copies:
+                copy.prepare()
+            trouble = find_table_trouble(self.faults, self.copies[0].build)
+            if trouble:
+                return trouble
+            groups = collections.defaultdict(set)
+            for tests in (tests for fault in self.faults for tests in fault.tests):
+                groups[tests.kind, tests.program].add(tests)
+            print("%d programs on the unchanged code" % len(groups), flush=True)
+            self.in_lanes(groups.values(), self.run_unchanged)
+            for copy in self.copies:
+                copy.keep_prefix()
+            self.in_lanes(sorted(self.faults, key=lambda fault: fault.file), self.measure)
+            return []
+        finally:
+            for copy in self.copies:
+                copy.take_out()
+                if copy.lane:
+                    copy.lane.close()
+
+    def run_unchanged(self, copy, group):
+        some = next(iter(group))
+        # All that the filters name; what each of them leaves out counts for it alone.
+        wanted = ":".join(sorted({tests.filter.partition("-")[0] or "*" for tests in group}))
+        started = time.monotonic()
+        log_path = os.path.join(self.logs, "unchanged-%s-%s.log" % (some.kind, some.program))
+        results, run = copy.run(some, wanted, self.seconds * 5, log_path)
+        with self.lock:
+            self.unchanged[some.kind, some.program] = results
+            print("%-60s %4d tests, %5.1f s" % (some.program, len(results), time.monotonic() - started), flush=True)
+
+    def find_wrong_tests(self, fault):
+        for tests in fault.tests:
+            results = self.unchanged[tests.kind, tests.program]
+            fitting = [name for name in results if tests.kind == "check" or name == tests.program or tests.matches(name)]
+            failing = [name for name in fitting if results[name] in ("FAILED", "LATE")]
+            if failing:
+                return "%s fails without the fault" % failing[0]
+            if not any(results[name] == "OK" for name in fitting):
+                return "%s runs no test" % tests.text
+
+    def measure(self, copy, fault):
+        started = time.monotonic()
+        outcome, detail = self.judge(copy, fault)
+        with self.lock:
+            self.results[fault] = (outcome, detail)
+            print("%-24s %5.1f s  %s%s" % (outcome, time.monotonic() - started, fault.label,
+                                          " (%s)" % detail if detail else ""), flush=True)
+
+    def judge(self, copy, fault):
+        """The outcome and who noticed it, or why it can't be measured."""
+        wrong = self.find_wrong_tests(fault)
+        if wrong:
+            return WRONG, wrong
+        copy.put_in(fault)
+        log_path = os.path.join(self.logs, re.sub(r"\W+", "-", fault.label) + ".log")
+        for tests in fault.tests:
+            targets = CHECK_TARGETS if tests.kind == "check" else (tests.program,)
+            built = copy.build_tree("native" if tests.kind == "native" else "windows", targets)
+            if built.returncode != 0:
+                with open(log_path, "w", encoding="utf-8") as log:
+                    log.write(built.stdout)
+                errors = re.findall(r"error: .*", built.stdout)
+                return UNBUILT, errors[0] if errors else log_path
+            results, _ = copy.run(tests, tests.filter or "*", self.seconds, log_path, ["--gtest_fail_fast"])
+            bad = [(kind, name) for name, kind in results.items() if kind in ("FAILED", "LATE")]
+            if bad or not results:
+                if tests.kind != "native":
+                    copy.restore_prefix()
+                if not results:
+                    return WRONG, "%s runs no test with the fault" % tests.text
+                return (LATE if bad[0][0] == "LATE" else NOTICED), bad[0][1]
+        return UNNOTICED, ", ".join(tests.text for tests in fault.tests)
+
+    def report(self):
+        """Prints what came out; whether it is good enough."""
+        counts = collections.defaultdict(collections.Counter)
+        for fault, (outcome, _) in self.results.items():
+            counts[fault.folder][outcome in (NOTICED, LATE)] += 1
+        print()
+        for outcome in (UNNOTICED, UNBUILT, WRONG):
+            for fault, (its, detail) in self.results.items():
+                if its == outcome:
+                    print("%s: %s in %s (%s)" % (outcome, fault.label, fault.file, detail))
+        for folder, count in sorted(counts.items()):
+            print("%-24s %3d of %3d noticed" % (folder, count[True], sum(count.values())))
+        noticed = sum(count[True] for count in counts.values())
+        late = sum(outcome == LATE for outcome, _ in self.results.values())
+        percent = 100 * noticed / len(self.results) if self.results else 0
+        print("%d of %d faults noticed, %.1f %%, %d of them by a deadline" % (noticed, len(self.results), percent, late))
+        wrong = any(outcome in (UNBUILT, WRONG) for outcome, _ in self.results.values())
+        return percent >= WANTED_PERCENT and not wrong
+
+
+def print_equivalent(faults):
+    for fault in faults:
+        if fault.equivalent:
+            print("not counted: %s: %s" % (fault.label, fault.equivalent))
+
+
+def find_table_trouble(faults, build):
+    programs = {tree: {program_name(path) for path in built_programs(build, tree)} for tree in ("native", "windows")}
+    source_tests = find_source_tests(ROOT)
+    return ["%s: %s" % (fault.label, text) for fault in faults
+            for text in find_entry_trouble(ROOT, fault, programs, source_tests)]
+
+
+def read_arguments():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--area", action="append", help="a file of tests/faults, without .toml")
+    parser.add_argument("--name", action="append", help="a pattern of names")
+    parser.add_argument("--lanes", type=int, default=1, choices=(1, 2))
+    parser.add_argument("--seconds", type=int, default=180, help="time limit of a test program")
+    parser.add_argument("--list", action="store_true")
+    return parser.parse_args()
+
+
+def main():
+    arguments = read_arguments()
+    faults = [fault for fault in load_faults(ROOT)
+              if (not arguments.area or fault.area in arguments.area) and
+              (not arguments.name or any(fnmatch.fnmatch(fault.name, pattern) for pattern in arguments.name))]
+    if arguments.list:
+        for fault in faults:
+            print("%-60s %s" % (fault.label, fault.equivalent and "equivalent" or
+                                " ".join(tests.text for tests in fault.tests)))
+        return 0
+    counted = [fault for fault in faults if not fault.equivalent]
+    if not counted:
+        print("No fault of the table fits. --list names them all.")
+        return 1
+    os.makedirs(os.path.join(FOLDER, "logs"), exist_ok=True)
+    running = open(os.path.join(FOLDER, "run.lock"), "w", encoding="ascii")
+    try:
+        fcntl.flock(running, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        print("Another run measures in this checkout and works in the same copies. Wait until it has ended.")
+        return 1
+    keep_addresses_steady()
+    measure = Measure(counted, min(arguments.lanes, len(counted)), arguments.seconds)
+    trouble = measure.run()
+    if trouble:
+        print("\n".join(trouble))
+        return 1
+    print_equivalent(faults)
+    return 0 if measure.report() else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
