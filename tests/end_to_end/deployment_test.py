@@ -300,7 +300,7 @@ class RefusalTest(WizardTest):
         """Such media once made a deployment that said it was complete and failed on every workstation."""
         for platform, missing, code, told in (
                 ("x64", "Data1.cab", 1603, "Data1.cab"),
-                ("x86", "Velkmora/Zolt 2027/zolt.ini", 22, "cannot be made for the platform")):
+                ("x86", "Velkmora/Zolt 2027/zolt.ini", 22, "can't be created for the selected platform")):
             with self.subTest(platform=platform):
                 media = os.path.join(self.folder, "media " + platform)
                 shutil.copytree(MEDIA, media)

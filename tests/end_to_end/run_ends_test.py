@@ -130,7 +130,7 @@ class RunEndsTest(BrokenProgramTest):
             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=60)
         told = result.stdout.decode("utf-8").replace("\r", "")
         self.assertIn("The program stopped unexpectedly: access violation (0xC0000005) at RolloutUi.dll+0x", told)
-        self.assertIn("The log has more: " + windows_path(self.log), told)
+        self.assertIn("For more information, see the log: " + windows_path(self.log), told)
         self.assertEqual(result.returncode, BROKE_OFF, told)
 
     def test_a_crash_while_building_keeps_the_old_deployment_and_the_next_build_replaces_it(self):

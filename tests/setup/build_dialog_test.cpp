@@ -224,7 +224,7 @@ TEST_F(BuildDialog, WhileCancellingTheWindowSaysSoAndAsksNoMore)
     WaitForText(IDC_BUILD_STEP, L"Copying");
     Click(IDCANCEL);
     AnswerQuestion(IDYES);
-    WaitForText(IDC_BUILD_STEP, L"Cancelling: putting everything back as it was");
+    WaitForText(IDC_BUILD_STEP, L"Canceling: putting everything back as it was");
     bool usable = true;
     Do([&] { usable = CControl(Window(), IDCANCEL).IsUsable(); });
     LetGo();
