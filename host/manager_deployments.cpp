@@ -313,6 +313,7 @@ int ManagerObject::ResetSetupMode()
     }
     m_uiStage = 0;
     m_exitCode = 0;
+    m_bCancellingEnabled = true;
     m_ui.m_bResetAllowed1 = m_ui.m_bResetAllowed2 = false;
     return 0;
 }

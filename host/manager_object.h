@@ -7,6 +7,7 @@
 #include "host/small_managers.h"
 #include "include/setup_manager.h"
 
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -120,7 +121,7 @@ private:
     CString m_answeredStamp; // of the deployment that the program asked about
     CString m_strModeFailure;
     PropertyStore m_properties;
-    bool m_bCancellingEnabled = true;
+    std::atomic<bool> m_bCancellingEnabled = true;
 
     // What the public pointers of the base class point into.
     CString m_strCodeText, m_strNameText, m_strMediaFileText, m_strTextFolder, m_strRootText,

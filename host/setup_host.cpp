@@ -40,6 +40,7 @@ public:
     void AllowReplacing(const TargetVerdict& verdict) override { m_manager->AllowReplacing(verdict); }
     void DeclineReplacing() override { m_manager->DeclineReplacing(); }
     CString TakeModeFailure() override { return m_manager->TakeModeFailure(); }
+    bool IsCancellingEnabled() override { return m_manager->IsCancellingEnabled(); }
     BuildResult Build(IBuildProgress& progress) override;
     std::uint64_t GetDeploymentBytes() override;
     void AppendLog(const CString& line) override { m_log.Append(line); }

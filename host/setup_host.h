@@ -113,6 +113,10 @@ public:
     // program shows the reason and the first page again.
     virtual CString TakeModeFailure() = 0;
 
+    // False while a page asks whether to cancel, and after the answer Yes. Who else would end the run puts that off while a
+    // page has its own end in hand. May be asked from any thread.
+    virtual bool IsCancellingEnabled() = 0;
+
     // Builds the deployment that the pages described and stores the result lines and the exit code in the manager.
     virtual BuildResult Build(IBuildProgress& progress) = 0;
 

@@ -158,6 +158,19 @@ TEST_F(ReplacingTest, SettingThePlatformOnlyStoresIt)
     EXPECT_EQ(CString(product->m_strMsiFile), CString(L"x64\\Zolt\\Zolt.msi"));
 }
 
+TEST_F(ReplacingTest, TheProgramSeesWhetherAPageAsksAboutItsEnd)
+{
+    CSetupManager& manager = OpenMediaFolder();
+    EXPECT_TRUE(host->IsCancellingEnabled());
+    manager.EnableCancelling(false);
+    EXPECT_FALSE(host->IsCancellingEnabled());
+    manager.EnableCancelling(true);
+    EXPECT_TRUE(host->IsCancellingEnabled());
+    manager.EnableCancelling(false);
+    ASSERT_EQ(manager.ResetSetupMode(), 0);
+    EXPECT_TRUE(host->IsCancellingEnabled()) << "the first stage could not be left any more";
+}
+
 // ---- bases
 
 TEST_F(ReplacingTest, OnlyDeploymentsThatCanBeUsedAreListedAsBases)

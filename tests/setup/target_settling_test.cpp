@@ -23,6 +23,7 @@ public:
     void AllowReplacing(const TargetVerdict& allowed) override { allowedStamps.push_back(allowed.strStamp); }
     void DeclineReplacing() override { ++declined; }
     CString TakeModeFailure() override { return {}; }
+    bool IsCancellingEnabled() override { return true; }
     BuildResult Build(IBuildProgress&) override { return {}; }
     std::uint64_t GetDeploymentBytes() override { return 0; }
     void AppendLog(const CString&) override {}
