@@ -206,21 +206,32 @@ int RootLength(const CString& path)
     return drive ? 3 : 0;
 }
 
-// Takes "." and ".." out of a path with a root; the root stays.
+// The part that ".." leaves goes, with the empty parts behind it.
+void DropLastPart(std::vector<CString>& parts)
+{
+    while (!parts.empty() && parts.back().IsEmpty()) {
+        parts.pop_back();
+    }
+    if (!parts.empty()) {
+        parts.pop_back();
+    }
+}
+
+// Takes "." and ".." out of a path with a root; the root stays. Two backslashes have an empty part between them, and so
+// has a closing one behind it.
 CString CollapseDots(const CString& path)
 {
     const int root = RootLength(path);
+    const bool onlyRoot = root == path.GetLength();
     std::vector<CString> parts;
-    for (int start = root; start < path.GetLength();) {
+    for (int start = root; !onlyRoot && start <= path.GetLength();) {
         const int found = path.Find(L'\\', start);
         const int end = found < 0 ? path.GetLength() : found;
         const CString part = path.Mid(start, end - start);
         start = end + 1;
         if (part == L"..") {
-            if (!parts.empty()) {
-                parts.pop_back();
-            }
-        } else if (!part.IsEmpty() && part != L".") {
+            DropLastPart(parts);
+        } else if (part != L".") {
             parts.push_back(part);
         }
     }
@@ -310,8 +321,10 @@ CString ResolveAnswerPath(const CString& folder, const CString& path)
     }
     if (RootLength(text) == 0) {
         // "\x" counts from the root of the folder's drive or share.
-        const CString base = text[0] == L'\\' ? folder.Left(RootLength(folder)) : folder;
-        text = base + L"\\" + text;
+        const bool fromRoot = text[0] == L'\\';
+        CString base = fromRoot ? folder.Left(RootLength(folder)) : folder;
+        base.TrimRight(L"\\");
+        text = base + (fromRoot ? L"" : L"\\") + text;
     }
     return CollapseDots(text);
 }

@@ -73,8 +73,9 @@ struct AnswerSources
 AnswersError RefusedAnswer(const PageAnswers& page, const wchar_t* key, const AnswerOrigin& origin,
                            const CString& reason);
 
-// A path as the page's edit wants it: a relative one joined to `folder`, "." and ".." taken out, slashes turned.
-// Drive-relative paths ("C:x") and all that is no path stay as they are, for the page to judge.
+// A path as the page's edit wants it: a relative one joined to `folder`, "." and ".." taken out, slashes turned. Doubled
+// and closing backslashes, drive-relative paths ("C:x") and all that is no path stay as they are: the page judges them as
+// it would a person's.
 CString ResolveAnswerPath(const CString& folder, const CString& path);
 
 // True when `text` is `format` with any text in the place of each "%s".

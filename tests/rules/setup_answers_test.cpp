@@ -218,6 +218,27 @@ TEST(SetupAnswerPaths, RelativeOnesAreJoinedAndTidied)
     EXPECT_EQ(resolved(L"\\\\s\\h", L"x"), CString(L"\\\\s\\h\\x"));
     EXPECT_EQ(resolved(L"D:\\base", L"\\x"), CString(L"D:\\x"));
     EXPECT_EQ(resolved(L"D:\\base", L"."), CString(L"D:\\base"));
+    EXPECT_EQ(resolved(L"D:\\", L"x"), CString(L"D:\\x"));
+    EXPECT_EQ(resolved(L"D:\\", L"\\x"), CString(L"D:\\x"));
+    EXPECT_EQ(resolved(L"D:\\", L"."), CString(L"D:\\"));
+}
+
+// The page refused them from a person, and never saw them from a file.
+TEST(SetupAnswerPaths, DoubledAndClosingBackslashesStayForThePageToJudge)
+{
+    for (const wchar_t* path :
+         {L"C:\\a\\\\b.xml", L"C:\\a\\", L"C:\\\\a", L"\\\\s\\h\\a\\\\b", L"\\\\s\\h\\", L"C:\\a\\\\\\"}) {
+        EXPECT_EQ(ResolveAnswerPath(L"D:\\base", path), CString(path)) << Utf8(path);
+    }
+    EXPECT_EQ(ResolveAnswerPath(L"D:\\base", L"a\\\\b.xml"), CString(L"D:\\base\\a\\\\b.xml"));
+    EXPECT_EQ(ResolveAnswerPath(L"D:\\base", L"a\\"), CString(L"D:\\base\\a\\"));
+    EXPECT_EQ(ResolveAnswerPath(L"D:\\base", L"\\a\\\\b"), CString(L"D:\\a\\\\b"));
+}
+
+TEST(SetupAnswerPaths, DotsLeaveThePartBeforeDoubledBackslashes)
+{
+    EXPECT_EQ(ResolveAnswerPath(L"D:\\base", L"C:\\a\\\\..\\b"), CString(L"C:\\b"));
+    EXPECT_EQ(ResolveAnswerPath(L"D:\\base", L"C:\\a\\b\\..\\"), CString(L"C:\\a\\"));
 }
 
 TEST(SetupFormats, AHoleStandsForAnyText)
