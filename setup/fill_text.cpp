@@ -18,3 +18,18 @@ CString FillText(const CString& text, std::initializer_list<CString> arguments)
     }
     return result;
 }
+
+CString OneLine(const CString& text)
+{
+    CString line;
+    for (int index = 0; index < text.GetLength(); ++index) {
+        const bool ends = text[index] == L'\r' || text[index] == L'\n';
+        const bool follows = index > 0 && (text[index - 1] == L'\r' || text[index - 1] == L'\n');
+        if (!ends) {
+            line += text[index];
+        } else if (!follows) {
+            line += L' ';
+        }
+    }
+    return line;
+}

@@ -1,6 +1,7 @@
 #include "setup/run_log.h"
 
 #include "host/setup_host.h"
+#include "setup/fill_text.h"
 #include "setup/run_record.h"
 #include "window/handle.h"
 
@@ -30,10 +31,7 @@ void CRunLog::Finish(const RunOutcome& outcome)
         return;
     }
     m_bFinished = true;
-    CString cause = outcome.strCause; // one line, for scripts that read the last one
-    for (const wchar_t* lineEnd : {L"\r\n", L"\n\n", L"\n"}) {
-        cause.Replace(lineEnd, L" ");
-    }
+    const CString cause = OneLine(outcome.strCause); // for scripts that read the last one
     const CString text = L"Exit code " + NumberText(outcome.exitCode);
     Write(cause.IsEmpty() ? text : text + L": " + cause);
     for (const CString& line : m_waiting) {

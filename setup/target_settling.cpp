@@ -1,6 +1,7 @@
 #include "setup/target_settling.h"
 
 #include "setup/exit_codes.h"
+#include "setup/fill_text.h"
 #include "setup/resource.h"
 #include "setup/texts.h"
 #include "window/wait_cursor.h"
@@ -36,13 +37,6 @@ CString FileNames(const std::vector<CString>& files)
                                    {NumberText(static_cast<long long>(files.size() - NAMED_FILES))});
     }
     return names;
-}
-
-CString OneLine(CString text)
-{
-    text.Replace(L"\n\n", L" ");
-    text.Replace(L"\n", L" ");
-    return text;
 }
 
 // Null without one.

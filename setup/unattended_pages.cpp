@@ -10,6 +10,7 @@
 #include "setup/box_rules.h"
 #include "setup/configure_dialog.h"
 #include "setup/exit_codes.h"
+#include "setup/fill_text.h"
 #include "setup/run_record.h"
 #include "setup/texts.h"
 #include "window/scope_exit.h"
@@ -25,14 +26,6 @@ CString LoadPageString(unsigned int id)
     const HMODULE library = GetModuleHandleW(L"WizText.dll"); // the page that put the box holds it
     const int length = library ? LoadStringW(library, id, reinterpret_cast<wchar_t*>(&text), 0) : 0;
     return CString(text, length);
-}
-
-// A box's text in one line of output.
-CString OneLine(CString text)
-{
-    text.Replace(L"\r\n", L" ");
-    text.Replace(L'\n', L' ');
-    return text;
 }
 
 // The rows of a drop-down list's word stand in the order of its lines.

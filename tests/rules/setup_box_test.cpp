@@ -101,4 +101,12 @@ TEST(SetupTexts, PercentSignsAndHolesWithoutArgumentsStay)
     EXPECT_EQ(FillText(L"%%1 50% %3 %", {L"a"}), CString(L"%1 50% %3 %"));
 }
 
+TEST(SetupTexts, ABoxesLinesBecomeOneWithABlankBetweenThem)
+{
+    EXPECT_EQ(OneLine(L"one\ntwo\r\nthree"), CString(L"one two three"));
+    EXPECT_EQ(OneLine(L"one\n\ntwo\r\n\r\nthree"), CString(L"one two three"));
+    EXPECT_EQ(OneLine(L"one  two"), CString(L"one  two"));
+    EXPECT_EQ(OneLine(L""), CString());
+}
+
 } // namespace
