@@ -42,6 +42,13 @@ void CChangeWatch::NotePage()
     Note(m_left != m_entered);
 }
 
+void CChangeWatch::Forget()
+{
+    m_entered.clear();
+    m_left.clear();
+    m_bChanged = false;
+}
+
 int CChangeWatch::OnPageUp(PageContext* context)
 {
     if (s_current) {

@@ -24,8 +24,8 @@ public:
     void NotePage();
     [[nodiscard]] bool HasChanges() const { return m_bChanged; }
     void Note(bool changed) { m_bChanged = m_bChanged || changed; }
-    // What was entered is gone.
-    void Forget() { m_bChanged = false; }
+    // What was entered is gone, also for a NotePage behind a page that isn't watched.
+    void Forget();
 
 private:
     static int OnPageUp(PageContext* context);

@@ -187,6 +187,7 @@ FlowMove CWizard::OnModeFailure(const CString& reason, WizardFlow& flow)
     }
     MessageBoxW(nullptr, reason, SetupText(IDS_PROGRAM_TITLE), MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
     m_host->GetSetupManager().ResetSetupMode();
+    m_changes.Forget(); // the products were opened anew
     UseLocationOfCommandLine();
     return flow.StartAgain();
 }

@@ -173,4 +173,13 @@ TEST_F(ChangeWatch, StartingOverForgetsWhatIsGone)
     EXPECT_FALSE(watch.HasChanges());
 }
 
+// Behind Start over comes the first page, which isn't watched: Cancel asked about what was long gone.
+TEST_F(ChangeWatch, APageThatIsNotWatchedBringsNothingForgottenBack)
+{
+    WalkThrough([this] { edit.SetText(L"entered"); });
+    watch.Forget();
+    watch.NotePage();
+    EXPECT_FALSE(watch.HasChanges());
+}
+
 } // namespace
