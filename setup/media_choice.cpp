@@ -9,7 +9,7 @@
 
 CString MediaBesideProgram()
 {
-    return ProgramFolder() + L"Media";
+    return FolderOfProgram() + L"Media";
 }
 
 CString AskForMedia()

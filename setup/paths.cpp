@@ -35,7 +35,7 @@ CString ProgramFile()
     });
 }
 
-CString ProgramFolder()
+CString FolderOfProgram()
 {
     const CString file = ProgramFile();
     return file.Left(file.ReverseFind(L'\\') + 1);

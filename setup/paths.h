@@ -7,7 +7,7 @@
 CString ProgramFile();
 
 // The folder of the program's file, ending in a backslash.
-CString ProgramFolder();
+CString FolderOfProgram();
 
 // Without a backslash, but for a root.
 CString CurrentFolder();

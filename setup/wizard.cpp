@@ -84,7 +84,7 @@ void CWizard::UseLocationOfCommandLine()
 
 CString CWizard::LoadLibraries()
 {
-    const CString folder = ProgramFolder();
+    const CString folder = FolderOfProgram();
     const CString complaint = m_hostLibrary.Load(folder);
     return complaint.IsEmpty() ? m_pageLibrary.Load(folder) : complaint;
 }
@@ -94,7 +94,7 @@ CString CWizard::OpenHost(const CString& media)
     m_log.Line(L"Media " + media);
     HostOptions options;
     options.strMedia = media;
-    options.strProgramFolder = ProgramFolder();
+    options.strProgramFolder = FolderOfProgram();
     options.strLanguage = m_line.strLanguage;
     options.strLogFile = m_line.strLog;
     HostError error;
