@@ -108,6 +108,22 @@ bool CConfigureDialog::GoTo(int index)
     return true;
 }
 
+CConfigureDialog::BoxSubject CConfigureDialog::GetBoxSubject() const
+{
+    if (m_bOwnBox) {
+        return BoxSubject::Dialog;
+    }
+    return m_making >= 0 ? BoxSubject::NewPage : BoxSubject::Page;
+}
+
+int CConfigureDialog::GetBoxTab() const
+{
+    if (m_making >= 0) {
+        return m_making;
+    }
+    return m_asked >= 0 ? m_asked : m_front;
+}
+
 // ---- messages
 
 LRESULT CConfigureDialog::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&)
@@ -136,6 +152,16 @@ LRESULT CConfigureDialog::OnDestroy(UINT, WPARAM, LPARAM, BOOL&)
         tab.page = CTabPage();
     }
     PostQuitMessage(m_result);
+    return 0;
+}
+
+// A dialog that a page opens by itself may change what no control of the page shows.
+LRESULT CConfigureDialog::OnEnable(UINT, WPARAM enabled, LPARAM, BOOL& handled)
+{
+    if (!enabled && m_front >= 0 && m_asked < 0 && !m_bOwnBox) {
+        Front().bAccepted = false;
+    }
+    handled = FALSE;
     return 0;
 }
 
@@ -286,8 +312,10 @@ CString CConfigureDialog::Title() const
     return deployment.IsEmpty() ? product : product + L" - " + deployment;
 }
 
-int CConfigureDialog::ShowBox(const CString& text, UINT type) const
+int CConfigureDialog::ShowBox(const CString& text, UINT type)
 {
+    m_bOwnBox = true;
+    const scope_exit shown([this] { m_bOwnBox = false; });
     return MessageBox(text, CString(m_manager.m_strProductName), type);
 }
 
@@ -305,7 +333,6 @@ void CConfigureDialog::Enter(int index)
     MakePage(index);
     Tab& tab = At(index);
     m_front = index;
-    tab.bAccepted = false; // in front it may be changed
     TabCtrl_SetCurSel(GetDlgItem(IDC_CONFIGURE_TABS), index);
     m_view.ShowPage(tab.page.hWnd ? tab.page.hWnd : tab.substitute, tab.size);
     UseFilterOf(tab.page.hWnd ? &tab : nullptr);
@@ -321,6 +348,9 @@ void CConfigureDialog::MakePage(int index)
     if (tab.page.hWnd) {
         return;
     }
+    m_making = index;
+    const scope_exit made([this] { m_making = -1; });
+    tab.bAccepted = false;
     if (tab.substitute) {
         ::DestroyWindow(std::exchange(tab.substitute, nullptr));
     }
@@ -433,7 +463,8 @@ bool CConfigureDialog::LeaveFront()
     if (m_front < 0 || !Front().page.hWnd || !DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE)) {
         return true;
     }
-    return Ask(m_front, PAGE_MESSAGE_STORE);
+    // Who has answered a page's question isn't asked again while nothing has changed since.
+    return IsAccepted(Front()) || Ask(m_front, PAGE_MESSAGE_STORE);
 }
 
 bool CConfigureDialog::Ask(int index, UINT message)
@@ -442,6 +473,8 @@ bool CConfigureDialog::Ask(int index, UINT message)
     const scope_exit asked([this] { m_asked = -1; });
     const bool accepted = ::SendMessageW(At(index).page.hWnd, message, 0, 0) != 0;
     Accept(At(index), accepted);
+    m_seen =
+        nullptr; // what a page refuses has the focus, maybe as before, and may have been scrolled out of sight
     return accepted;
 }
 
@@ -451,7 +484,7 @@ void CConfigureDialog::Accept(Tab& tab, bool accepted)
     tab.accepted = accepted && tab.page.hWnd ? ReadControls(tab.page.hWnd) : std::vector<CString>();
 }
 
-// The last page stays in front when its own way on has stored it, and may be changed there.
+// In front, and by the page's own dialogs, it may be changed again.
 bool CConfigureDialog::IsAccepted(const Tab& tab)
 {
     return tab.bAccepted && ReadControls(tab.page.hWnd) == tab.accepted;
@@ -483,7 +516,6 @@ bool CConfigureDialog::SaveAll()
         if (!accepted && index != m_front) {
             Enter(index); // what it may complain of is then seen behind its box
         }
-        // Who has answered a page's question when its tab was left isn't asked again.
         if (!DatabaseAnswers(At(index), IDS_CONFIGURE_NO_DATABASE_SAVE) ||
             (!accepted && !Ask(index, PAGE_MESSAGE_STORE_ALL))) {
             Enter(index);

@@ -68,8 +68,16 @@ public:
     [[nodiscard]] int GetTabCount() const { return static_cast<int>(m_tabs.size()); }
     [[nodiscard]] const ConfigureTab& GetTab(int index) const { return At(index).described; }
     [[nodiscard]] int GetFront() const { return m_front; }
-    // The tab whose page is being asked to store, else the one in front.
-    [[nodiscard]] int GetAsked() const { return m_asked >= 0 ? m_asked : m_front; }
+    // What a box that is up now is about.
+    enum class BoxSubject
+    {
+        Page,    // something on a page: the one that is being asked to store, else the one in front
+        NewPage, // a page that is being made
+        Dialog,  // the dialog's own, as one about a database
+    };
+    [[nodiscard]] BoxSubject GetBoxSubject() const;
+    // The tab of that page.
+    [[nodiscard]] int GetBoxTab() const;
     // Null for a page that wasn't made.
     [[nodiscard]] HWND GetPage(int index) const { return At(index).page.hWnd; }
     // Goes to a tab as a click on it does. False when the page in front refuses to be left.
@@ -78,6 +86,7 @@ public:
     BEGIN_MSG_MAP(CConfigureDialog)
     MESSAGE_HANDLER(WM_INITDIALOG, OnInitDialog)
     MESSAGE_HANDLER(WM_DESTROY, OnDestroy)
+    MESSAGE_HANDLER(WM_ENABLE, OnEnable)
     MESSAGE_HANDLER(m_autoPlayMessage, OnQueryCancelAutoPlay)
     NOTIFY_HANDLER(IDC_CONFIGURE_TABS, TCN_SELCHANGING, OnTabLeaving)
     NOTIFY_HANDLER(IDC_CONFIGURE_TABS, TCN_SELCHANGE, OnTabChosen)
@@ -91,10 +100,10 @@ private:
     {
         ConfigureTab described;
         CTabPage page;
-        HWND substitute = nullptr;    // stands in the place of a page that could not be made
-        SIZE size = {};               // that the page or its substitute needs
-        std::vector<CString> entered; // what its controls held when it was made
-        bool bAccepted = false; // its page has stored, and no other tab came before it came to the front
+        HWND substitute = nullptr;     // stands in the place of a page that could not be made
+        SIZE size = {};                // that the page or its substitute needs
+        std::vector<CString> entered;  // what its controls held when it was made
+        bool bAccepted = false;        // its page has stored, and no dialog of its own came up since
         std::vector<CString> accepted; // what its controls held then
     };
 
@@ -112,6 +121,7 @@ private:
 
     LRESULT OnInitDialog(UINT, WPARAM, LPARAM, BOOL&);
     LRESULT OnDestroy(UINT, WPARAM, LPARAM, BOOL&);
+    LRESULT OnEnable(UINT, WPARAM, LPARAM, BOOL&);
     LRESULT OnQueryCancelAutoPlay(UINT, WPARAM, LPARAM, BOOL&) { return 1; }
     LRESULT OnTabLeaving(int, NMHDR*, BOOL&);
     LRESULT OnTabChosen(int, NMHDR*, BOOL&);
@@ -136,7 +146,7 @@ private:
 
     void AddTabs();
     CString Title() const;
-    int ShowBox(const CString& text, UINT type) const;
+    int ShowBox(const CString& text, UINT type);
 
     void Enter(int index);
     void MakePage(int index);
@@ -169,7 +179,9 @@ private:
     SIZE m_room = {}; // of the largest page so far
     int m_front = -1;
     int m_asked = -1;
-    bool m_bEntering = false;           // a page is being made
+    int m_making = -1;                  // the tab whose page is being made
+    bool m_bEntering = false;           // a tab comes to the front
+    bool m_bOwnBox = false;             // a box of the dialog's own is up
     bool m_bLeaving = false;            // the page in front stores for Back
     bool m_bChanged = false;            // told when the window went
     HWND m_seen = nullptr;              // the control that had the focus last

@@ -46,7 +46,9 @@ void CPageView::ShowPage(HWND page, SIZE size)
     m_page = page;
     m_pageSize = size;
     for (const int bar : BARS) {
-        SetScrollPos(m_hWnd, bar, 0, FALSE);
+        if (former != page) { // one that stands there stays as it is scrolled
+            SetScrollPos(m_hWnd, bar, 0, FALSE);
+        }
     }
     Arrange();
     ::ShowWindow(page, SW_SHOWNA);

@@ -329,19 +329,31 @@ void CUnattendedPages::OnBox(const MessageBoxView& box)
     if (OnConfigureCancel(box)) {
         return;
     }
-    if (m_pDialog && m_hPage) { // Continue asks the pages of other tabs too
-        UsePage(m_pDialog->GetTab(m_pDialog->GetAsked()).strPage, IsAnswered(m_pDialog->GetAsked()));
+    if (m_pDialog && m_pDialog->GetBoxTab() >= 0) { // Continue asks the pages of other tabs too
+        UsePage(m_pDialog->GetTab(m_pDialog->GetBoxTab()).strPage, IsAnswered(m_pDialog->GetBoxTab()));
     }
     m_strLastBox = box.text;
     m_log.Line(L"  Box \"" + OneLine(box.text) + L"\"");
     m_pictures.Take(box.window, m_strPage, L"-box");
-    if (!m_hPage) { // before there is a page, the library itself complains, and its result tells the flow
-        Fail(SETUP_FAILED, OneLine(box.text));
+    if (const CString cause = CauseWithoutPage(box); !cause.IsEmpty()) {
+        Fail(SETUP_FAILED, cause);
         Dismiss(box);
         return;
     }
     const CString section = m_pRow ? m_pRow->section : L"";
     AnswerBox(box, JudgeBox(section, m_pAnswers, box.text, box.buttons != MB_OK, LoadPageString));
+}
+
+// Of a box that no page puts because of its answers; empty for all others.
+CString CUnattendedPages::CauseWithoutPage(const MessageBoxView& box) const
+{
+    using Subject = CConfigureDialog::BoxSubject;
+    const Subject subject = m_pDialog ? m_pDialog->GetBoxSubject() : Subject::Page;
+    if (subject == Subject::NewPage) {
+        return L"The page " + PageName() + L" can't be shown in the configure dialog. " + OneLine(box.text);
+    }
+    // Before there is a page, the library itself complains.
+    return subject == Subject::Dialog || !m_hPage ? OneLine(box.text) : CString();
 }
 
 // Only "leave = cancel" brings it up, and who says that means it.

@@ -52,6 +52,7 @@ private:
     CString StayText(const wchar_t* what) const;
 
     void OnBox(const MessageBoxView& box);
+    CString CauseWithoutPage(const MessageBoxView& box) const;
     bool OnConfigureCancel(const MessageBoxView& box);
     void AnswerBox(const MessageBoxView& box, const BoxVerdict& verdict);
     void TellRefusal(const MessageBoxView& box, const BoxVerdict& verdict);

@@ -1,6 +1,7 @@
 // What the dialog and its pages say to each other, and when.
 #include "automation/picture.h"
 #include "setup/configure_rules.h"
+#include "setup/texts.h"
 #include "setup/window_place.h"
 #include "tests/setup/configure_fixture.h"
 
@@ -213,16 +214,61 @@ TEST_F(ConfigureDialog, ContinueAsksAPageThatItsOwnWayBackHasLeftUnchecked)
     EXPECT_EQ(Stores(), (Stored{StoreAllOf(1), StoreAllOf(2)}));
 }
 
-TEST_F(ConfigureDialog, ContinueAsksAPageAgainThatCameToTheFrontAgain)
+// A page with a question asked it at each pass.
+TEST_F(ConfigureDialog, APageIsNotAskedAgainWhileNothingHasChangedOnIt)
 {
     AddProduct(L"Zolt");
     AddTabs(3);
-    GoTo(2);
+    for (const int tab : {2, 0, 1, 0, 2, 0}) {
+        GoTo(tab);
+    }
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+    EXPECT_EQ(Stores(), (Stored{StoreOf(0), StoreOf(2), StoreOf(1)}));
+}
+
+TEST_F(ConfigureDialog, APageThatWasChangedIsAskedAgainWhenItIsLeft)
+{
+    TestProduct& zolt = AddProduct(L"Zolt");
+    AddTabs(2);
+    GoTo(1);
     GoTo(0);
     Do([this] { record.messages.clear(); });
+    Type(L"late");
+    GoTo(1);
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+    EXPECT_EQ(Stores(), (Stored{StoreOf(0)}));
+    EXPECT_EQ(Property(zolt, L"TEST_VALUE_0"), CString(L"late"));
+}
+
+TEST_F(ConfigureDialog, APageIsAskedAgainAfterADialogOfItsOwn)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    GoTo(1);
+    GoTo(0);
+    Do([this] { record.messages.clear(); });
+    Do([this] { MessageBoxW(FrontPage(), L"changes what no control shows", L"Zolt & Sons", MB_OK); });
+    Answer(IDOK, L"changes what no control shows");
     Press(IDC_CONFIGURE_NEXT);
     EXPECT_EQ(Run(), NAVIGATION_NEXT);
     EXPECT_EQ(Stores(), (Stored{StoreAllOf(0)}));
+}
+
+TEST_F(ConfigureDialog, TheDialogsOwnQuestionDoesNotHaveAPageAskedAgain)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    options.bLosesChoices = true;
+    GoTo(1);
+    GoTo(0);
+    Do([this] { record.messages.clear(); });
+    Press(IDC_CONFIGURE_CANCEL);
+    Answer(IDNO, SetupText(IDS_CONFIGURE_CANCEL_QUESTION));
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+    EXPECT_EQ(Stores(), Stored());
 }
 
 TEST_F(ConfigureDialog, ContinueDoesNotAskTheLastPageAgainThatItsOwnWayOnHasStored)
@@ -423,8 +469,9 @@ TEST_F(ConfigureDialog, LeavingAndEnteringTabs300TimesLeavesNothingBehind)
     }
     Do([&] { before = ReadProcessState(); });
     for (int turn = 0; turn < 25; ++turn) {
-        Do([this] {
+        Do([this, turn] {
             for (int step = 1; step <= TEST_PAGES; ++step) {
+                SetDlgItemTextW(FrontPage(), IDC_TEST_EDIT, NumberText(turn)); // so that it stores again
                 EXPECT_TRUE(Dialog().GoTo(step % TEST_PAGES));
             }
         });

@@ -69,8 +69,11 @@ ConfigureTest::ConfigureTest() : record(GetPagesRecord())
 void ConfigureTest::WarmUp()
 {
     AddProduct(L"Warm");
-    AddTabs(1);
+    AddTabs(2);
     AddTab(TEST_PAGES, *m_products.front());
+    for (const int tab : {2, 1, 0}) {
+        GoTo(tab);
+    }
     for (const UINT icon : {MB_ICONERROR, MB_ICONQUESTION, MB_ICONWARNING, MB_ICONINFORMATION}) {
         Do([this, icon] { MessageBoxW(Dialog(), L"warm", L"warm", MB_YESNO | icon); });
         Step(L"answer", [] {
@@ -82,8 +85,6 @@ void ConfigureTest::WarmUp()
     for (int stop = 0; stop < 10; ++stop) { // the focus on each kind of control
         Key(VK_TAB);
     }
-    GoTo(1);
-    GoTo(0);
     Press(IDC_CONFIGURE_CANCEL);
     (void)Run();
     m_dialog.reset();
@@ -248,6 +249,12 @@ int ConfigureTest::Run()
     EXPECT_TRUE(script.HasFailed() || script.IsFinished())
         << "left before: " << Utf8(script.GetCurrentStep());
     return result;
+}
+
+int ConfigureTest::RunUnattended(CUnattendedPages& pages)
+{
+    m_dialog = std::make_unique<CConfigureDialog>(host.manager, m_tabs, options);
+    return pages.ShowConfigure(*m_dialog);
 }
 
 int ConfigureTest::VisiblePages()

@@ -18,6 +18,7 @@
 #include "include/navigation.h"
 #include "include/resource_ids.h"
 #include "setup/configure_dialog.h"
+#include "setup/unattended_pages.h"
 #include "tests/setup/tab_pages/tab_page_ids.h"
 #include "tests/setup/tab_pages/tab_pages.h"
 #include "tests/support/leftovers.h"
@@ -75,6 +76,8 @@ protected:
 
     // Shows the dialog and plays the steps; its result.
     int Run();
+    // The same without steps or a person.
+    int RunUnattended(CUnattendedPages& pages);
 
     // ---- looks
 

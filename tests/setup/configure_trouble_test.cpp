@@ -257,7 +257,39 @@ TEST_F(ConfigureTrouble, ThePagesOwnWayOnTellsThatNothingWasStored)
     EXPECT_EQ(Run(), NAVIGATION_CANCEL);
 }
 
+// Once told, a silence was forgotten for good: of the second one nobody heard.
+TEST_F(ConfigureTrouble, ADatabaseThatGoesASecondTimeIsToldAgain)
+{
+    bool silent = false;
+    options.checkDatabase = [&silent](CProduct&) { return silent ? CString(L"gone") : CString(); };
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    GoTo(1);
+    for (int turn = 0; turn < 2; ++turn) {
+        Type(L"something");
+        Do([&silent] { silent = true; });
+        GoTo(0);
+        Answer(IDOK, SetupText(IDS_CONFIGURE_NO_DATABASE, {L"Zolt", L"gone"}));
+        Do([&silent] { silent = false; });
+        GoTo(1); // answers again
+    }
+    Do([this] { SetDlgItemTextW(FrontPage(), IDC_TEST_EDIT, L""); }); // so that Cancel doesn't ask
+    Press(IDC_CONFIGURE_CANCEL);
+    EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+}
+
 // ---- what Cancel would lose
+
+// The window is gone by then, and with it all that could be compared.
+TEST_F(ConfigureTrouble, WhatWasEnteredIsStillKnownOnceTheDialogWasLeftByBack)
+{
+    AddProduct(L"Zolt");
+    AddTabs(1);
+    Type(L"something");
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+    EXPECT_TRUE(Dialog().HasChanges());
+}
 
 TEST_F(ConfigureTrouble, CancelDoesNotAskWhenNothingWasEntered)
 {
@@ -414,6 +446,38 @@ TEST_F(ConfigureTrouble, APageLargerThanTheScreenIsScrolledInADialogThatFits)
     });
     Press(IDC_CONFIGURE_NEXT);
     (void)Run();
+}
+
+// The page had come to the front again at its top, with the focus where it was before, so nothing scrolled.
+TEST_F(ConfigureTrouble, ARefusedFieldIsInSightWhereverThePageWasScrolledTo)
+{
+    AddTab(TEST_PAGES, AddProduct(L"Zolt"));
+    const auto scroll = [this](int where) {
+        Do([this, where] {
+            const HWND view = InDialog(IDC_CONFIGURE_VIEW).GetWindow();
+            for (int page = 0; page < 10; ++page) {
+                SendMessageW(view, WM_VSCROLL, where, 0);
+            }
+        });
+    };
+    const auto isInSight = [this] {
+        RECT field = OnPage(IDC_TEST_LAST).GetRectangle();
+        const HWND view = InDialog(IDC_CONFIGURE_VIEW).GetWindow();
+        MapWindowPoints(FrontPage(), view, reinterpret_cast<POINT*>(&field), 2);
+        RECT room = {};
+        GetClientRect(view, &room);
+        return field.top >= 0 && field.left >= 0 && field.bottom <= room.bottom && field.right <= room.right;
+    };
+    Step(L"type into the last field", [this] { return OnPage(IDC_TEST_LAST).SetText(L"bad"); });
+    Await(L"the last field in sight", isInSight);
+    for (const int where : {SB_PAGEDOWN, SB_PAGEUP}) {
+        scroll(where);
+        Do([this] { PostMessageW(Dialog(), WM_COMMAND, IDC_CONFIGURE_NEXT, 0); }); // as by Alt+O
+        Answer(IDOK, L"Page 12 refuses");
+        Await(L"the refused field in sight", isInSight);
+    }
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
 }
 
 } // namespace

@@ -72,12 +72,14 @@ public:
     {
         g_record.stored.push_back(number);
         Store();
-        if (this->GetDlgItemText(IDC_TEST_EDIT) != L"bad") {
-            return true;
+        for (const int id : {IDC_TEST_EDIT, IDC_TEST_LAST}) {
+            if (this->GetDlgItemText(id) == L"bad") {
+                this->ShowPageBox(L"Page " + NumberText(number) + L" refuses", MB_OK);
+                CWindow(this->GetDlgItem(id)).SetFocus();
+                return false;
+            }
         }
-        this->ShowPageBox(L"Page " + NumberText(number) + L" refuses", MB_OK);
-        CWindow(this->GetDlgItem(IDC_TEST_EDIT)).SetFocus();
-        return false;
+        return true;
     }
 
     void StoreWithoutValidation()

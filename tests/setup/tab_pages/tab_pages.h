@@ -1,5 +1,5 @@
 // Twelve tab pages and a large one, on the real page frame, in a library of their own as the product's are. Each stores
-// its edit as the property TEST_VALUE_<number> and refuses the text "bad" with a box.
+// its edit as the property TEST_VALUE_<number> and refuses the text "bad" with a box, in its last edit too.
 #pragma once
 
 #include "include/page_context.h"

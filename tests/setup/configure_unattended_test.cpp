@@ -1,0 +1,76 @@
+// Runs without a person through the configure dialog: which page a box is blamed on, and with which code the run ends.
+#include "msi/msi_property.h"
+#include "setup/exit_codes.h"
+#include "setup/fill_text.h"
+#include "setup/texts.h"
+#include "tests/setup/configure_fixture.h"
+
+namespace {
+
+TestHost* g_host = nullptr; // of the running test, for its hooks
+
+class ConfigureUnattended : public ConfigureTest
+{
+protected:
+    ConfigureUnattended()
+    {
+        g_host = &host;
+        options.strPlaceKey.Empty();
+    }
+
+    void RunToItsFailure()
+    {
+        static_cast<void>(RunUnattended(m_pages));
+        ASSERT_TRUE(m_pages.GetFailure()) << "the run went through";
+        outcome = *m_pages.GetFailure();
+    }
+
+    RunOutcome outcome;
+
+private:
+    CRunLog m_log{false, CString()};
+    Answers m_answers;
+    CPagePictures m_pictures{CString(), m_log};
+    CUnattendedPages m_pages{m_answers, m_pictures, m_log};
+};
+
+TEST_F(ConfigureUnattended, APageThatRefusesIsBlamedItself)
+{
+    TestProduct& zolt = AddProduct(L"Zolt");
+    AddTabs(2);
+    WriteProperty(zolt.database, L"TEST_VALUE_0", L"bad");
+    RunToItsFailure();
+    EXPECT_EQ(outcome.exitCode, static_cast<unsigned int>(SETUP_ANSWER_REFUSED));
+    EXPECT_EQ(outcome.strCause, CString(L"Test0Page: Page 0 refuses"));
+}
+
+// It ended with 22, and the page before was blamed.
+TEST_F(ConfigureUnattended, ALaterPageThatCantBeMadeFailsTheRunUnderItsOwnName)
+{
+    leaveHooks = {[](PageContext*) {
+        g_host->language.wizTextPath = L"C:\\no such folder\\";
+        return 1;
+    }};
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    RunToItsFailure();
+    EXPECT_EQ(outcome.exitCode, static_cast<unsigned int>(SETUP_FAILED));
+    EXPECT_EQ(outcome.strCause,
+              CString(L"The page Test1Page can't be shown in the configure dialog. Failed to load "
+                      L"C:\\no such folder\\WizText.dll"));
+}
+
+// So it did for a database that no longer answers.
+TEST_F(ConfigureUnattended, ADatabaseThatGoesFailsTheRunAndIsNoRefusalOfAPage)
+{
+    options.checkDatabase = [asked = 0](CProduct&) mutable {
+        return ++asked > 1 ? CString(L"gone") : CString();
+    };
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    RunToItsFailure();
+    EXPECT_EQ(outcome.exitCode, static_cast<unsigned int>(SETUP_FAILED));
+    EXPECT_EQ(outcome.strCause, OneLine(SetupText(IDS_CONFIGURE_NO_DATABASE, {L"Zolt", L"gone"})));
+}
+
+} // namespace
