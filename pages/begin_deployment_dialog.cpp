@@ -242,12 +242,13 @@ void CBeginDeploymentDialog::FillDeployments()
 
 void CBeginDeploymentDialog::SelectDeployment(const CString& name)
 {
-    // By hand: the list box's own search takes "OFFICE" for "Office".
-    int line = m_deployments.GetCount() - 1;
-    while (line >= 0 && m_deployments.GetText(line) != name) {
-        --line;
+    // By hand: the list box's own search takes "OFFICE" for "Office". Of equal names the first, as in the name search.
+    const int count = m_deployments.GetCount();
+    int line = 0;
+    while (line < count && m_deployments.GetText(line) != name) {
+        ++line;
     }
-    m_deployments.SetCurSel(line);
+    m_deployments.SetCurSel(line < count ? line : -1);
 }
 
 // Shown always; the platform is a choice only where nothing exists and the media holds both images.

@@ -274,6 +274,15 @@ TEST_F(BeginLook, TheListSelectsTheFirstWhenNoNameFits)
     ShowAndLeave();
 }
 
+// The host opens the first deployment of a name, so that is the one to show as chosen.
+TEST_F(BeginLook, OfTwoDeploymentsOfOneNameTheFirstIsSelected)
+{
+    WithName(L"Beta");
+    WithDeployments(Setup::SETUPMODE_MODIFY_DEPLOYMENT, {L"Alpha", L"Beta", L"Beta"});
+    Look([&] { EXPECT_EQ(Control(IDC_DEPLOYMENTS).GetSelection(), 1); });
+    ShowAndLeave();
+}
+
 TEST_F(BeginLook, AnEmptyListHasNoSelection)
 {
     WithDeployments(Setup::SETUPMODE_MODIFY_DEPLOYMENT, {});
