@@ -163,6 +163,7 @@ void CBeginDeploymentDialog::ShowLayout()
     const BeginLayout layout = Layout();
     switch (layout) {
     case BeginLayout::None:
+        HideLayoutControls();
         return;
     case BeginLayout::Plain:
         ShowName(IDC_ANCHOR_NAME_HEADING_PLAIN, IDC_ANCHOR_NAME_PLAIN);
@@ -185,6 +186,17 @@ void CBeginDeploymentDialog::ShowLayout()
     ShowPlatforms();
     m_name.SetText(m_strName);
     Invalidate();
+}
+
+// The template shows them all.
+void CBeginDeploymentDialog::HideLayoutControls()
+{
+    for (const int id : {IDC_MODE_HEADING, IDC_MODE_CREATE, IDC_MODE_CREATE_FROM, IDC_MODE_MODIFY,
+                         IDC_LOCATION_HEADING_EXISTING, IDC_LOCATION_HEADING_NEW, IDC_LOCATION,
+                         IDC_LOCATION_BROWSE, IDC_DEPLOYMENTS_HEADING, IDC_DEPLOYMENTS, IDC_NAME_HEADING,
+                         IDC_NAME, IDC_PLATFORM_HEADING, IDC_PLATFORM_X86, IDC_PLATFORM_X64}) {
+        ShowControl(id, false);
+    }
 }
 
 void CBeginDeploymentDialog::ShowLocation(bool plain)

@@ -54,6 +54,7 @@ private:
     void FocusFirstControl();
     BeginLayout Layout() const;
     void ShowLayout();
+    void HideLayoutControls();
     void ShowLocation(bool plain);
     void ShowName(int headingAnchor, int editAnchor);
     void HideName();

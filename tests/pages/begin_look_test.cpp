@@ -160,6 +160,13 @@ TEST_F(BeginLook, AModeThatIsNotAboutDeploymentsShowsNoLayout)
             EXPECT_FALSE(Control(id).IsChecked()) << id;
         EXPECT_TRUE(Control(IDC_DEPLOYMENTS).GetLines().empty());
         EXPECT_FALSE(Control(IDC_NEXT).IsEnabled());
+        ExpectVisible(choiceControls, false);
+        ExpectVisible(nameControls, false);
+        ExpectVisible(listControls, false);
+        ExpectVisible(platformControls, false);
+        ExpectVisible(
+            {IDC_LOCATION, IDC_LOCATION_BROWSE, IDC_LOCATION_HEADING_NEW, IDC_LOCATION_HEADING_EXISTING},
+            false);
     });
     ShowAndLeave();
 }
