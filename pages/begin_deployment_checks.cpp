@@ -7,12 +7,18 @@
 bool CBeginDeploymentDialog::ValidateAndStore()
 {
     const bool wasBackEnabled = ::IsWindowEnabled(m_hBackButton);
+    const HWND focus = ::GetFocus();
+    bool focusIsLost = false;
     for (const HWND button : {m_hBackButton, m_hNextButton, m_hCancelButton}) {
+        focusIsLost = focusIsLost || button == focus; // a disabled button can't keep it
         ::EnableWindow(button, FALSE);
     }
     const Verdict verdict = CheckChoice();
     if (verdict != Verdict::Passed) {
         RestoreButtons(wasBackEnabled, verdict == Verdict::Declined);
+        if (focusIsLost) {
+            PlaceFocus(verdict);
+        }
         return false;
     }
     StoreChoice();
@@ -59,10 +65,23 @@ void CBeginDeploymentDialog::RestoreButtons(bool backEnabled, bool nextEnabled)
     ::EnableWindow(m_hBackButton, backEnabled);
     ::EnableWindow(m_hCancelButton, TRUE);
     ::EnableWindow(m_hNextButton, nextEnabled);
-    const HWND focus = ::GetFocus();
-    if (!focus || focus == m_hWnd || !::IsWindowEnabled(focus)) {
-        GotoDlgCtrl(nextEnabled ? m_hNextButton : m_location.m_hWnd); // it was on a button that is off now
+}
+
+// The system gives the lost focus to the first field after a box, with its whole text selected: the next key would
+// overwrite the location. A refused name has been focused already.
+void CBeginDeploymentDialog::PlaceFocus(Verdict verdict)
+{
+    if (::GetFocus() == m_name) {
+        return;
     }
+    if (verdict == Verdict::Declined) {
+        GotoDlgCtrl(m_hNextButton);
+        return;
+    }
+    const int end = m_location.GetText().GetLength();
+    m_location.SetFocus();
+    m_location.SendMessage(EM_SETSEL, end, end);
+    m_location.SendMessage(EM_SCROLLCARET);
 }
 
 bool CBeginDeploymentDialog::IsOtherProductsLocation()

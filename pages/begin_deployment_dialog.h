@@ -77,6 +77,7 @@ private:
     Verdict CheckChoice();
     Verdict Refuse(const CString& error);
     void RestoreButtons(bool backEnabled, bool nextEnabled);
+    void PlaceFocus(Verdict verdict);
     bool IsOtherProductsLocation();
     bool AreDeploymentPathsShortEnough();
     bool CheckLocation(bool& asked); // `asked`: a question was put
