@@ -5,8 +5,9 @@
 
 LRESULT CCancelDialog::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&)
 {
-    m_resource.Load(
-        GetResourceLibraryPath()); // a failure was told; the texts then come from the module in use
+    if (m_bLibraryFound) { // a second box would report the same
+        m_resource.Load(GetResourceLibraryPath());
+    }
     SetDlgItemText(IDC_CANCEL_QUESTION, QuestionText());
     CenterWindow();
     GotoDlgCtrl(

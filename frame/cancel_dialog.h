@@ -15,7 +15,12 @@ public:
         IDD = IDD_CANCEL
     };
 
-    explicit CCancelDialog(Setup::tagSETUPMODE setupMode) : m_setupMode(setupMode) {}
+    // `libraryFound`: whether the resource library could be loaded for the question. Where it could not, that was
+    // reported, and the texts come from the module in use.
+    CCancelDialog(Setup::tagSETUPMODE setupMode, bool libraryFound)
+        : m_setupMode(setupMode), m_bLibraryFound(libraryFound)
+    {
+    }
 
     BEGIN_MSG_MAP(CCancelDialog)
     MESSAGE_HANDLER(WM_INITDIALOG, OnInitDialog)
@@ -29,5 +34,6 @@ private:
     CString QuestionText() const;
 
     Setup::tagSETUPMODE m_setupMode;
+    bool m_bLibraryFound;
     CResourceLibrary m_resource;
 };

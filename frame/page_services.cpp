@@ -123,11 +123,12 @@ bool AskToCancel(HWND owner, CSetupManager& manager)
 {
     CResourceLibrary library;
     std::optional<CResourceInstanceSwap> resources;
-    if (library.Load(GetResourceLibraryPath())) {
+    const bool found = library.Load(GetResourceLibraryPath());
+    if (found) {
         resources.emplace(library.GetModule()); // otherwise the page's own serve
     }
     manager.EnableCancelling(false);
-    const bool leave = CCancelDialog(manager.m_setupMode).DoModal(owner) == IDYES;
+    const bool leave = CCancelDialog(manager.m_setupMode, found).DoModal(owner) == IDYES;
     if (!leave) {
         manager.EnableCancelling(true);
     }

@@ -38,3 +38,13 @@ TEST_F(LackingResourcesTest, AMissingDialogIsNamedAndGives1603)
     EXPECT_EQ(_Module.GetResourceInstance(), before);
     EXPECT_EQ(_Module.GetMessageLoop(), nullptr);
 }
+
+// Both the routine and its dialog load the library; the second box said the same once more.
+TEST_F(LackingResourcesTest, ALibraryThatIsMissingWhenTheUserCancelsIsReportedInOneBox)
+{
+    OnPage([this](HWND) { host.language.wizTextPath = L"C:\\no such folder\\"; });
+    Press(IDC_CANCEL);
+    AnswerBox(IDOK, L"Failed to load C:\\no such folder\\WizText.dll");
+    AnswerQuestion(IDYES, L"Leave? deployment deployment deployment"); // by the page's own texts
+    EXPECT_EQ(Show<CTestWizardPage>(), NAVIGATION_CANCEL);
+}
