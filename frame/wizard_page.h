@@ -310,8 +310,7 @@ private:
             return;
         }
         const CPersistentWaitCursor waitCursor;
-        OpenLinkTarget(*this->m_pSetupManager, id == IDC_LINK1 ? this->m_pSetupManager->m_strLinkTarget1
-                                                               : this->m_pSetupManager->m_strLinkTarget2);
+        OpenLinkTarget(*this->m_pSetupManager, (id == IDC_LINK1 ? m_link1 : m_link2).GetHyperLink());
     }
 
     // Enter on these presses them; on every other control it presses the default button.

@@ -72,6 +72,33 @@ TEST_F(Links, EachLinkWithATargetIsShownAndEnabled)
     ShowAndLeave();
 }
 
+TEST_F(Links, ALinkWithoutTargetStaysAPlainStatic)
+{
+    host.manager.m_strLinkTarget2 = L"";
+    Look([&] {
+        for (const int id : {IDC_LINK1, IDC_LINK2}) {
+            const HWND link = Control(id).GetWindow();
+            EXPECT_FALSE(GetWindowLongW(link, GWL_STYLE) & SS_NOTIFY) << id;
+            EXPECT_EQ(SendMessageW(link, WM_GETDLGCODE, 0, 0), DLGC_STATIC) << id;
+        }
+    });
+    ShowAndLeave();
+}
+
+// The host's member may have changed since: what the link shows is what it opens.
+TEST_F(Links, ALinkOpensTheTargetThatItWasSetUpWith)
+{
+    folder.AddFile(L"guide.bat", marker);
+    folder.AddFile(L"other.bat", "@echo opened> \"%~dp0other.txt\"\r\n");
+    host.manager.m_strLinkTarget1 = L"guide.bat";
+    Look([&] { host.manager.m_strLinkTarget1 = L"other.bat"; });
+    FocusOn(IDC_LINK1);
+    Key(VK_RETURN);
+    AwaitFile(folder / L"opened.txt");
+    ShowAndLeave();
+    EXPECT_FALSE(FileExists(folder / L"other.txt"));
+}
+
 TEST_F(Links, EnterOnALinkOpensTheTargetInTheResourceFolder)
 {
     folder.AddFile(L"guide.bat", marker);
