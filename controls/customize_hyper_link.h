@@ -16,7 +16,7 @@ public:
     CHAIN_MSG_MAP(Base)
     END_MSG_MAP()
 
-    // The browser's colours, which the base reads, stay unused: they would be lost on the banner.
+    // The browser's colours, which the base reads, stay unused: a page's links have colours of their own.
     COLORREF GetLinkColor() const noexcept
     {
         return LinkColour(this->HasTags(), this->m_bVisited, m_clrPaintA, m_clrPaintB);
@@ -44,7 +44,7 @@ public:
     BOOL m_bFocusDrawn = FALSE; // a focus rectangle is on the screen
 
 private:
-    // The system draws the rectangle by exclusive or, so drawing it again takes it off.
+    // DrawFocusRect is a pen with exclusive or: drawing the rectangle again removes it, before anything is painted.
     LRESULT OnKillFocus(UINT, WPARAM, LPARAM, BOOL& handled)
     {
         if (m_bFocusDrawn) {

@@ -3,7 +3,7 @@
 
 namespace {
 
-// White on the picture that the template puts behind the text.
+// White is the default colour alone: the text names one of its own, and the label draws white on white in black.
 RenderFormat ResultFormat()
 {
     RenderFormat format = PaneFormat();
