@@ -84,6 +84,24 @@ TEST_F(BeginChoice, SelectingALineOnCreateFromChangesTheBaseAlone)
     EXPECT_EQ(host.log.Of(L"SetBaseDeploymentName"), Calls({L"SetBaseDeploymentName(Beta)"}));
 }
 
+// The system sends that click also when Tab comes to the radio.
+TEST_F(BeginChoice, AClickOnTheCheckedRadioKeepsNameAndBase)
+{
+    WithLocation(folder.GetPath());
+    WithDeployments(Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT, {L"Alpha", L"Beta"});
+    Type(IDC_NAME, L"Gamma");
+    SelectLine(IDC_DEPLOYMENTS, L"Beta");
+    Press(IDC_MODE_CREATE_FROM);
+    Look([&] {
+        EXPECT_EQ(Text(IDC_NAME), CString(L"Gamma"));
+        EXPECT_EQ(Control(IDC_DEPLOYMENTS).GetSelectedLine(), CString(L"Beta"));
+    });
+    Press(IDC_NEXT);
+    EXPECT_EQ(ShowPage(), NAVIGATION_NEXT);
+    EXPECT_EQ(host.log.Of(L"SetDeploymentName"), Calls({L"SetDeploymentName(Gamma)"}));
+    EXPECT_EQ(host.log.Of(L"SetBaseDeploymentName"), Calls({L"SetBaseDeploymentName(Beta)"}));
+}
+
 TEST_F(BeginChoice, CreatingAnewDropsTheBase)
 {
     WithLocation(folder.GetPath());

@@ -74,6 +74,23 @@ TEST_F(Keyboard, TheCancelQuestionIsAnsweredByKeyboardAndEscapeMeansNo)
     ShowAndLeave(ProductContactDialog);
 }
 
+// A stray Enter must not throw the work away.
+TEST_F(Keyboard, EnterInTheCancelQuestionMeansNo)
+{
+    Press(IDC_CANCEL);
+    Step(L"press Enter in the question", [] {
+        const HWND question = FindWindowWithControls({IDC_CANCEL_QUESTION});
+        if (!question)
+            return StepOutcome::NotYet(L"the question isn't up");
+        EXPECT_EQ(GetFocus(), GetDlgItem(question, IDNO)) << Utf8(DescribeWindow(GetFocus()));
+        EXPECT_EQ(LOWORD(SendMessageW(question, DM_GETDEFID, 0, 0)), IDNO);
+        return PressKey(VK_RETURN);
+    });
+    Await(L"cancelling isn't enabled again", [&] { return host.log.Of(L"EnableCancelling").size() == 2; });
+    ShowAndLeave(ProductContactDialog);
+    EXPECT_EQ(host.manager.m_exitCode, 0u);
+}
+
 // ---- the walk
 
 struct Walk
