@@ -37,7 +37,7 @@ CFontOwner CCustomizeHyperLink::MakeLinkFont() const
     font.lfHeight = -::MulDiv(LINK_POINTS, ::GetDeviceCaps(screen.get(), LOGPIXELSY), POINTS_PER_INCH);
     font.lfWeight = FW_NORMAL;
     font.lfCharSet = DEFAULT_CHARSET;
-    font.lfUnderline = TRUE;
+    font.lfUnderline = TRUE; // the style asks for it, and the base underlines only fonts of its own
     std::wcscpy(font.lfFaceName, L"Tahoma");
     return CFontOwner(::CreateFontIndirectW(&font));
 }
