@@ -30,16 +30,19 @@ protected:
     {
         g_sent.clear();
         g_onNextTab = nullptr;
-        parent = ::CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 500, 400,
-                                   nullptr, nullptr, nullptr, nullptr);
+        // Two windows: what is sent to the frame is not sent to the parent.
+        frame = ::CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 500, 400,
+                                  nullptr, nullptr, nullptr, nullptr);
+        parent = ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 0, 0, 480, 360, frame, nullptr,
+                                   nullptr, nullptr);
         ::SetWindowLongPtrW(parent, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ParentProcedure));
         context.hParent = parent;
-        context.hFrame = parent;
+        context.hFrame = frame;
         context.rcDisplay = {1, 2, 3, 4};
         context.pProduct = &host.AddProduct(L"a.msi", L"a");
         context.hDatabase = 7;
     }
-    ~TabPageTest() override { ::DestroyWindow(parent); }
+    ~TabPageTest() override { ::DestroyWindow(frame); }
 
     HWND Create()
     {
@@ -51,6 +54,7 @@ protected:
     void Click(int id) { ::SendMessageW(::GetDlgItem(tab.hWnd, id), BM_CLICK, 0, 0); }
     bool IsEnabled(int id) const { return ::IsWindowEnabled(::GetDlgItem(tab.hWnd, id)) != FALSE; }
 
+    HWND frame = nullptr;
     HWND parent = nullptr;
     CTabPage tab;
 };
@@ -77,11 +81,13 @@ TEST_F(TabPageTest, ThePageGoesWithItsWindowAndGivesTheLibraryBack)
 TEST_F(TabPageTest, AMissingLibraryGivesAnEmptyTabPageAfterOneBox)
 {
     host.language.wizTextPath = L"C:\\no such folder\\";
+    const HINSTANCE before = _Module.GetResourceInstance();
     AnswerBox(IDOK, L"Failed to load C:\\no such folder\\WizText.dll");
     script.Start();
     EXPECT_EQ(Create(), nullptr);
     EXPECT_EQ(tab.pFilter, nullptr);
     EXPECT_TRUE(script.IsFinished());
+    EXPECT_EQ(_Module.GetResourceInstance(), before);
 }
 
 TEST_F(TabPageTest, InitUsesThePagesOwnLibrary)
@@ -101,7 +107,7 @@ TEST_F(TabPageTest, HooksGetThePagesOwnContext)
     ASSERT_EQ(g_hooks.calls, (std::vector<int>{0, 1}));
     for (const PageContext& hook : g_hooks.contexts) {
         EXPECT_EQ(hook.hParent, tab.hWnd);
-        EXPECT_EQ(hook.hFrame, parent);
+        EXPECT_EQ(hook.hFrame, frame);
         EXPECT_EQ(hook.rcDisplay.bottom, 4);
         EXPECT_EQ(hook.pProduct, context.pProduct);
         EXPECT_EQ(hook.hDatabase, 7u);
@@ -256,13 +262,14 @@ TEST_F(TabPageTest, TheMouseShowsTheWaitCursorWhileTheFrameIsDisabled)
     ::SetCursor(::LoadCursorW(nullptr, IDC_ARROW));
     Send(WM_MOUSEMOVE);
     EXPECT_EQ(::GetCursor(), ::LoadCursorW(nullptr, IDC_ARROW));
-    ::EnableWindow(parent, FALSE);
+    ::EnableWindow(frame, FALSE);
     Send(WM_MOUSEMOVE);
     EXPECT_EQ(::GetCursor(), ::LoadCursorW(nullptr, IDC_WAIT));
 }
 
 TEST_F(TabPageTest, AnExceptionDuringInitGivesAnEmptyTabPage)
 {
+    const HINSTANCE before = _Module.GetResourceInstance();
     g_record.onInit = [](HWND) { throw std::bad_alloc(); };
     Step(L"answer the box", [] {
         const std::optional<MessageBoxView> box = FindMessageBox();
@@ -271,6 +278,8 @@ TEST_F(TabPageTest, AnExceptionDuringInitGivesAnEmptyTabPage)
     script.Start();
     EXPECT_EQ(Create(), nullptr);
     EXPECT_EQ(g_record.destroyed, 1);
+    EXPECT_EQ(_Module.GetResourceInstance(), before);
+    EXPECT_EQ(::GetModuleHandleW(L"WizText.dll"), nullptr) << "the library is still held";
 }
 
 TEST_F(TabPageTest, AutoPlayIsToldToStayClosed)

@@ -2,32 +2,55 @@
 
 #include "include/navigation.h"
 
+#include <gtest/gtest.h>
+
 namespace {
 
-constexpr wchar_t WINDOW_CLASS[] = L"RolloutTestTabHost";
+constexpr wchar_t FRAME_CLASS[] = L"RolloutTestTabFrame";
+constexpr wchar_t PANE_CLASS[] = L"RolloutTestTabPane";
 
-void RegisterOnce(WNDPROC procedure)
+void Register(const wchar_t* name, WNDPROC procedure)
 {
-    static ATOM done = 0;
-    if (done) {
-        return;
-    }
     WNDCLASSEXW windowClass = {};
     windowClass.cbSize = sizeof windowClass;
     windowClass.lpfnWndProc = procedure;
     windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_3DFACE + 1);
-    windowClass.lpszClassName = WINDOW_CLASS;
-    done = RegisterClassExW(&windowClass);
+    windowClass.lpszClassName = name;
+    RegisterClassExW(&windowClass);
+}
+
+void RegisterOnce(WNDPROC frame, WNDPROC pane)
+{
+    static const bool done = (Register(FRAME_CLASS, frame), Register(PANE_CLASS, pane), true);
+    static_cast<void>(done);
+}
+
+bool AsksForTab(UINT message)
+{
+    return message == PAGE_MESSAGE_PREVIOUS_TAB || message == PAGE_MESSAGE_NEXT_TAB;
+}
+
+// Binds the object that the window is made with to it.
+CTabHost* HostOf(HWND window, UINT message, LPARAM lParam)
+{
+    if (message == WM_NCCREATE) {
+        const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
+    }
+    return reinterpret_cast<CTabHost*>(GetWindowLongPtrW(window, GWLP_USERDATA));
 }
 
 } // namespace
 
 CTabHost::CTabHost()
 {
-    RegisterOnce(Procedure);
-    m_window = CreateWindowExW(WS_EX_CONTROLPARENT, WINDOW_CLASS, L"Tabs", WS_OVERLAPPEDWINDOW | WS_VISIBLE,
-                               50, 50, 600, 520, nullptr, nullptr, GetModuleHandleW(nullptr), this);
+    RegisterOnce(FrameProcedure, PaneProcedure);
+    const HINSTANCE instance = GetModuleHandleW(nullptr);
+    m_window = CreateWindowExW(WS_EX_CONTROLPARENT, FRAME_CLASS, L"Tabs", WS_OVERLAPPEDWINDOW | WS_VISIBLE,
+                               50, 50, 600, 520, nullptr, nullptr, instance, this);
+    m_pane = CreateWindowExW(WS_EX_CONTROLPARENT, PANE_CLASS, L"", WS_CHILD | WS_VISIBLE, 0, 0, 580, 480,
+                             m_window, nullptr, instance, this);
 }
 
 CTabHost::~CTabHost()
@@ -40,7 +63,7 @@ CTabHost::~CTabHost()
 HWND CTabHost::Open(TabFunction page, PageContext& context)
 {
     m_asked.clear();
-    context.hParent = m_window;
+    context.hParent = m_pane;
     context.hFrame = m_window;
     m_page = page(&context);
     ShowWindow(m_page.hWnd, SW_SHOW);
@@ -67,26 +90,29 @@ UINT CTabHost::Run()
     return m_asked.empty() ? 0 : m_asked.back();
 }
 
-LRESULT CALLBACK CTabHost::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+LRESULT CALLBACK CTabHost::PaneProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (message == WM_NCCREATE) {
-        const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
-        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
-    }
-    auto* host = reinterpret_cast<CTabHost*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    switch (message) {
-    case PAGE_MESSAGE_PREVIOUS_TAB:
-    case PAGE_MESSAGE_NEXT_TAB:
+    CTabHost* host = HostOf(window, message, lParam);
+    if (AsksForTab(message)) {
         host->m_asked.push_back(message);
         return 0;
-    case WM_DESTROY:
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+LRESULT CALLBACK CTabHost::FrameProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    CTabHost* host = HostOf(window, message, lParam);
+    if (AsksForTab(message)) {
+        ADD_FAILURE() << "the page asked the frame for a tab, and not its parent";
+    }
+    if (message == WM_DESTROY) {
         // Gone before its time: a script that failed closes all windows.
         if (host->m_bRunning) {
             PostQuitMessage(0);
         }
         host->m_window = nullptr;
         return 0;
-    default:
-        return DefWindowProcW(window, message, wParam, lParam);
     }
+    return DefWindowProcW(window, message, wParam, lParam);
 }

@@ -1,5 +1,5 @@
-// A tabbed dialog as a tab page sees one: a parent window that hears which tab the page asks for, and a loop that
-// offers each message to the page's filter.
+// A tabbed dialog as a tab page sees one: a frame, within it a parent window that hears which tab the page asks for, and
+// a loop that offers each message to the page's filter.
 #pragma once
 
 #include "include/page_context.h"
@@ -18,7 +18,7 @@ public:
     CTabHost(const CTabHost&) = delete;
     CTabHost& operator=(const CTabHost&) = delete;
 
-    HWND GetWindow() const { return m_window; }
+    HWND GetWindow() const { return m_window; } // the frame
 
     // Makes and shows the page. Null when it could not be made.
     HWND Open(TabFunction page, PageContext& context);
@@ -32,9 +32,11 @@ public:
     const std::vector<UINT>& GetAsked() const { return m_asked; }
 
 private:
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    static LRESULT CALLBACK FrameProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    static LRESULT CALLBACK PaneProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
-    HWND m_window = nullptr;
+    HWND m_window = nullptr; // the frame
+    HWND m_pane = nullptr;   // the pages' parent
     CTabPage m_page;
     std::vector<UINT> m_asked;
     bool m_bRunning = false;
