@@ -15,6 +15,17 @@ public:
     LRESULT OnInitDialog() { return TRUE; }
 };
 
+class CTabWithoutDialog : public CTabPageImpl<CTabWithoutDialog>
+{
+public:
+    enum
+    {
+        IDD = 9998
+    };
+    using CTabPageImpl::CTabPageImpl;
+    LRESULT OnInitDialog() { return TRUE; }
+};
+
 class LackingResourcesTest : public FrameTest
 {
 };
@@ -47,4 +58,25 @@ TEST_F(LackingResourcesTest, ALibraryThatIsMissingWhenTheUserCancelsIsReportedIn
     AnswerBox(IDOK, L"Failed to load C:\\no such folder\\WizText.dll");
     AnswerQuestion(IDYES, L"Leave? deployment deployment deployment"); // by the page's own texts
     EXPECT_EQ(Show<CTestWizardPage>(), NAVIGATION_CANCEL);
+}
+
+TEST_F(LackingResourcesTest, ATabPageWithoutDialogLeavesTheResourceModuleAsItWas)
+{
+    const HINSTANCE before = _Module.GetResourceInstance();
+    CString told;
+    Step(L"close the box", [&told] {
+        const std::optional<MessageBoxView> box = FindMessageBox();
+        if (!box) {
+            return StepOutcome::NotYet(L"no box is up");
+        }
+        told = box->text;
+        return AnswerMessageBox(*box, IDOK);
+    });
+    script.Start();
+    const CTabPage tab = CreateTabPage<CTabWithoutDialog>(&context);
+    EXPECT_EQ(tab.hWnd, nullptr);
+    EXPECT_EQ(tab.pFilter, nullptr);
+    EXPECT_GE(told.Find(L"9998"), 0) << Utf8(told);
+    EXPECT_EQ(_Module.GetResourceInstance(), before);
+    EXPECT_EQ(::GetModuleHandleW(L"WizText.dll"), nullptr) << "the library is still held";
 }

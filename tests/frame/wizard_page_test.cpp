@@ -20,6 +20,18 @@ void PostEnter(HWND page, int id)
     ::PostMessageW(control, WM_KEYDOWN, VK_RETURN, 0);
 }
 
+// Whole-frame paints of a control, as the page sends them.
+int g_framePaints = 0;
+WNDPROC g_formerProcedure = nullptr;
+
+LRESULT CALLBACK CountFramePaints(HWND control, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_NCPAINT && wParam == 1) {
+        ++g_framePaints;
+    }
+    return ::CallWindowProcW(g_formerProcedure, control, message, wParam, lParam);
+}
+
 } // namespace
 
 TEST_F(WizardPageTest, NextStoresAndClosesWithOne)
@@ -259,6 +271,29 @@ TEST_F(WizardPageTest, ControlsStandOnWhite)
         }
         EXPECT_NE(::SendMessageW(page, WM_CTLCOLORSCROLLBAR, reinterpret_cast<WPARAM>(dc.get()), 0), white);
         EXPECT_EQ(::SendMessageW(page, WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc.get()), 0), 1);
+    });
+    Press(IDC_NEXT);
+    Show<CTestWizardPage>();
+}
+
+// The page's paint goes over the edges of its controls.
+TEST_F(WizardPageTest, PaintingThePageRepaintsTheFramesOfVisibleControlsAlone)
+{
+    OnPage([](HWND page) {
+        const auto framesPainted = [page](int id) {
+            const HWND control = ::GetDlgItem(page, id);
+            g_framePaints = 0;
+            const auto former = reinterpret_cast<WNDPROC>(
+                ::SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(CountFramePaints)));
+            g_formerProcedure = former;
+            ::InvalidateRect(page, nullptr, FALSE);
+            ::SendMessageW(page, WM_PAINT, 0, 0);
+            ::SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former));
+            return g_framePaints;
+        };
+        ::RedrawWindow(page, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+        EXPECT_EQ(framesPainted(IDC_TEST_EDIT), 1);
+        EXPECT_EQ(framesPainted(IDC_HIDDEN_AT_START), 0) << "it is hidden";
     });
     Press(IDC_NEXT);
     Show<CTestWizardPage>();
