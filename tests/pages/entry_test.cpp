@@ -1,6 +1,9 @@
 // What all exports have in common: the resource library, the results, what they leave behind.
 #include "tests/support/page_test.h"
 
+#include <cstring>
+#include <set>
+
 namespace {
 
 struct Export
@@ -14,14 +17,99 @@ void PrintTo(const Export& page, std::ostream* stream)
     *stream << Utf8(page.name);
 }
 
+struct TabExport
+{
+    const wchar_t* name;
+    TabFunction make;
+};
+
+void PrintTo(const TabExport& page, std::ostream* stream)
+{
+    *stream << Utf8(page.name);
+}
+
 const Export exports[] = {
     {L"BeginDeploymentDialog", BeginDeploymentDialog},
     {L"ProductContactDialog", ProductContactDialog},
+    {L"DeploymentSettingsDialog", DeploymentSettingsDialog},
+    {L"OnlineResourcesDialog", OnlineResourcesDialog},
+    {L"NoticeDeskFeedBoardDialog", NoticeDeskFeedBoardDialog},
     {L"DeploymentCompleteDialog", DeploymentCompleteDialog},
     {L"DeploymentFailedDialog", DeploymentFailedDialog},
 };
 
-class EachExport : public PageTest, public testing::WithParamInterface<Export>
+const TabExport tabExports[] = {
+    {L"OnlineResourcesPage", OnlineResourcesPage},
+    {L"NoticeDeskFeedBoardPage", NoticeDeskFeedBoardPage},
+};
+
+// The names that the page library exports.
+std::set<CString> ExportedPages()
+{
+    const auto* base = reinterpret_cast<const char*>(GetModuleHandleW(L"RolloutUi.dll"));
+    const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
+    const auto* header = reinterpret_cast<const IMAGE_NT_HEADERS64*>(base + dos->e_lfanew);
+    const IMAGE_DATA_DIRECTORY& place = header->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT];
+    const auto* directory = reinterpret_cast<const IMAGE_EXPORT_DIRECTORY*>(base + place.VirtualAddress);
+    const auto* names = reinterpret_cast<const DWORD*>(base + directory->AddressOfNames);
+    std::set<CString> pages;
+    for (DWORD index = 0; index < directory->NumberOfNames; ++index) {
+        const char* name = base + names[index];
+        const CString text = TextFromUtf8(name, std::strlen(name));
+        if (text.Right(6) == CString(L"Dialog") || text.Right(4) == CString(L"Page")) {
+            pages.insert(text);
+        }
+    }
+    return pages;
+}
+
+TEST(ExportList, EveryPageOfTheLibraryIsAmongTheTestedOnes)
+{
+    std::set<CString> tested;
+    for (const Export& page : exports) {
+        tested.insert(page.name);
+    }
+    for (const TabExport& page : tabExports) {
+        tested.insert(page.name);
+    }
+    EXPECT_EQ(ExportedPages(), tested);
+}
+
+// What any page can be shown with.
+class AnyPage : public PageTest
+{
+protected:
+    AnyPage()
+    {
+        context.pProduct = &host.AddProduct(L"zolt.msi", L"Zolt");
+        FillCaches();
+    }
+
+private:
+    // What the system makes for a drop-down list it keeps.
+    void FillCaches()
+    {
+        static bool done = false;
+        if (done) {
+            return;
+        }
+        done = true;
+        for (const Export& page : exports) {
+            Press(IDC_CANCEL);
+            AnswerCancelQuestion(IDNO);
+            Press(IDC_BACK);
+            EXPECT_EQ(Show(page.show), NAVIGATION_BACK);
+        }
+        host.log.Clear();
+        host.ui.saved = false;
+        host.ui.stored.clear();
+        host.manager.m_hCurrentPage = nullptr;
+        context.hResource = nullptr;
+        CountFromHere();
+    }
+};
+
+class EachExport : public AnyPage, public testing::WithParamInterface<Export>
 {
 };
 
@@ -89,6 +177,40 @@ TEST_P(EachExport, HasNextAsDefaultButton)
 
 INSTANTIATE_TEST_SUITE_P(OfThePageLibrary, EachExport, testing::ValuesIn(exports));
 
+// ---- tab pages
+
+class EachTabExport : public AnyPage, public testing::WithParamInterface<TabExport>
+{
+};
+
+TEST_P(EachTabExport, WithoutTheResourceLibraryGivesNoWindowAfterOneBox)
+{
+    host.language.wizTextPath = L"C:\\nowhere\\";
+    Answer(PlainBox(L"Failed to load C:\\nowhere\\WizText.dll").Titled(L"Error").WithoutOwner(), IDOK);
+    script.Start();
+    context.hParent = GetDesktopWindow();
+    const CTabPage page = GetParam().make(&context);
+    EXPECT_EQ(page.hWnd, nullptr);
+    EXPECT_EQ(page.pFilter, nullptr);
+    script.Stop();
+    EXPECT_EQ(script.GetFailure(), CString());
+    EXPECT_TRUE(script.IsFinished());
+}
+
+TEST_P(EachTabExport, IsAChildOfTheContextsParentWithNextAsDefaultButton)
+{
+    Look([&] {
+        EXPECT_EQ(GetParent(Page()), context.hParent);
+        EXPECT_TRUE(GetWindowLongW(Page(), GWL_STYLE) & WS_CHILD);
+        EXPECT_EQ(LOWORD(SendMessageW(Page(), DM_GETDEFID, 0, 0)), IDC_NEXT_TAB);
+        EXPECT_EQ(host.manager.m_hCurrentPage, nullptr) << "that is for wizard pages";
+    });
+    Press(IDC_PREVIOUS_TAB);
+    EXPECT_EQ(ShowTab(GetParam().make), static_cast<UINT>(PAGE_MESSAGE_PREVIOUS_TAB));
+}
+
+INSTANTIATE_TEST_SUITE_P(OfThePageLibrary, EachTabExport, testing::ValuesIn(tabExports));
+
 using Languages = PageTest;
 
 TEST_F(Languages, ShowLanguagesReturnsWhatWasSetLast)
@@ -105,7 +227,7 @@ TEST_F(Languages, ShowLanguagesReturnsWhatWasSetLast)
 
 constexpr int openings = 300;
 
-class ManyOpenings : public PageTest, public testing::WithParamInterface<Export>
+class ManyOpenings : public AnyPage, public testing::WithParamInterface<Export>
 {
 protected:
     void OpenAndClose(int times)
