@@ -78,11 +78,23 @@ LRESULT CALLBACK LabelTestWindow::Procedure(HWND window, UINT message, WPARAM wP
         const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
     }
-    const auto* self = reinterpret_cast<const LabelTestWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    auto* self = reinterpret_cast<LabelTestWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (message == WM_ACTIVATE && self && self->RestoreFocus(LOWORD(wParam) != WA_INACTIVE)) {
+        return 0;
+    }
     if (message == WM_CTLCOLORSTATIC && self) {
         return reinterpret_cast<LRESULT>(self->background ? self->background : GetStockObject(WHITE_BRUSH));
     }
     return DefWindowProcW(window, message, wParam, lParam);
+}
+
+bool LabelTestWindow::RestoreFocus(bool active)
+{
+    if (!active) {
+        m_lastFocus = GetFocus();
+        return false;
+    }
+    return m_lastFocus && SetFocus(m_lastFocus);
 }
 
 RenderFormat LabelTestWindow::FrameFormat()

@@ -48,6 +48,10 @@ public:
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
+    // As a dialog: a window that becomes active again has its focus where it was. False when there is nothing to restore.
+    bool RestoreFocus(bool active);
+
+    HWND m_lastFocus = nullptr;
     HFONT m_font = nullptr;
     HWND m_window = nullptr;
     HWND m_before = nullptr;

@@ -140,6 +140,49 @@ TEST_F(LabelLinkTest, ReleasingTheMouseBesideTheLinkActivatesNothing)
     EXPECT_EQ(notify.told, Told{});
 }
 
+TEST_F(LabelLinkTest, APressedLinkKeepsTheMouseUntilItIsReleased)
+{
+    SendMessageW(window.Label(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(14, 16));
+    EXPECT_EQ(GetCapture(), window.Label()) << "a release outside the label would be missed";
+    SendMessageW(window.Label(), WM_LBUTTONUP, 0, MAKELPARAM(-20, -20));
+    EXPECT_EQ(GetCapture(), nullptr);
+    EXPECT_EQ(notify.told, Told{});
+    SendMessageW(window.Label(), WM_LBUTTONUP, 0, MAKELPARAM(14, 16));
+    EXPECT_EQ(notify.told, Told{}) << "it is still pressed";
+}
+
+TEST_F(LabelLinkTest, ALinkThatLosesTheMouseIsPressedNoMore)
+{
+    SendMessageW(window.Label(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(14, 16));
+    SetCapture(window.Window());
+    ReleaseCapture();
+    SendMessageW(window.Label(), WM_LBUTTONUP, 0, MAKELPARAM(14, 16));
+    EXPECT_EQ(notify.told, Told{});
+}
+
+TEST_F(LabelLinkTest, ABoxInFrontLeavesTheFocusedLinkAsItWas)
+{
+    PressTab();
+    PressTab();
+    const HWND box = CreateWindowExW(0, L"STATIC", L"box", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50,
+                                     window.Window(), nullptr, nullptr, nullptr);
+    SetFocus(box);
+    ASSERT_EQ(GetFocus(), box);
+    DestroyWindow(box);
+    SetActiveWindow(window.Window());
+    ASSERT_EQ(GetFocus(), window.Label());
+    EXPECT_EQ(FocusedTarget(), CString(L"link two.pdf"));
+}
+
+TEST_F(LabelLinkTest, WhoeverLeavesTheLabelComesBackToItsFirstLink)
+{
+    PressTab();
+    PressTab();
+    SetFocus(window.Before());
+    PressTab();
+    EXPECT_EQ(FocusedTarget(), CString(L"link one.html"));
+}
+
 TEST_F(LabelLinkTest, AClickedLinkHasTheFocus)
 {
     window.Click(14, 16);
