@@ -316,3 +316,77 @@ TEST_P(ResourcesDialog, CancellingLeavesTheDefaultsOfTheEntryInPlace)
     EXPECT_EQ(ShowPage(), NAVIGATION_CANCEL);
     EXPECT_EQ(Table(), DEFAULTS);
 }
+
+// ---- the order of reads and writes
+
+namespace {
+
+std::vector<CString> g_statements; // a word and the property's name, an entry each
+
+UINT WINAPI NoteStatement(MSIHANDLE database, LPCWSTR statement, MSIHANDLE* view)
+{
+    const CString text(statement);
+    const int name = text.Find(L"'ZOLT_");
+    if (name >= 0) {
+        const int end = text.Find(L'\'', name + 1);
+        g_statements.push_back(text.Left(text.Find(L' ')) + L" " + text.Mid(name + 1, end - name - 1));
+    }
+    return MsiDatabaseOpenViewW(database, statement, view);
+}
+
+std::vector<CString> StatementsOf(const wchar_t* word)
+{
+    std::vector<CString> names;
+    for (const CString& statement : g_statements) {
+        if (statement.Find(CString(word) + L" ") == 0) {
+            names.push_back(statement.Mid(TextLength(word) + 1));
+        }
+    }
+    return names;
+}
+
+class ResourcesOrder : public ResourcesPage
+{
+protected:
+    ResourcesOrder() { g_statements.clear(); }
+
+    CImportRedirect redirect{L"RolloutUi.dll", "MsiDatabaseOpenViewW",
+                             reinterpret_cast<void*>(NoteStatement)};
+};
+INSTANTIATE_BOTH_SHAPES(ResourcesOrder);
+
+const std::vector<CString> FIVE = {L"ZOLT_PARTSBAY_ENABLE", L"ZOLT_MEMBERBAY_ENABLE",
+                                   L"ZOLT_ENABLE_ROUNDTRIP", L"ZOLT_ENABLE_SEND_PC_NAME",
+                                   L"ZOLT_SEARCH_LOCATIONS_CUSTOM_ENABLE"};
+
+} // namespace
+
+TEST_P(ResourcesOrder, EntryReadsTheFiveInTheirOrderAndWritesEachMissingOneAtOnce)
+{
+    WithProperty(L"ZOLT_ENABLE_ROUNDTRIP", L"#1");
+    Look([] {
+        EXPECT_EQ(StatementsOf(L"SELECT"), FIVE);
+        EXPECT_EQ(
+            StatementsOf(L"INSERT"),
+            (std::vector<CString>{L"ZOLT_PARTSBAY_ENABLE", L"ZOLT_MEMBERBAY_ENABLE",
+                                  L"ZOLT_ENABLE_SEND_PC_NAME", L"ZOLT_SEARCH_LOCATIONS_CUSTOM_ENABLE"}));
+        const auto firstWrite =
+            std::find(g_statements.begin(), g_statements.end(), CString(L"INSERT ZOLT_PARTSBAY_ENABLE"));
+        const auto secondRead =
+            std::find(g_statements.begin(), g_statements.end(), CString(L"SELECT ZOLT_MEMBERBAY_ENABLE"));
+        EXPECT_LT(firstWrite - g_statements.begin(), secondRead - g_statements.begin());
+    });
+    ShowAndGoBack();
+}
+
+TEST_P(ResourcesOrder, TheStoreWritesTheInverseBehindThePartsBayAndReadsNothing)
+{
+    Look([] { g_statements.clear(); });
+    Press(Next());
+    EXPECT_EQ(ShowPage(), NAVIGATION_NEXT);
+    EXPECT_EQ(StatementsOf(L"INSERT"),
+              (std::vector<CString>{L"ZOLT_PARTSBAY_ENABLE", L"ZOLT_PARTSBAY_DISABLE",
+                                    L"ZOLT_MEMBERBAY_ENABLE", L"ZOLT_ENABLE_ROUNDTRIP",
+                                    L"ZOLT_ENABLE_SEND_PC_NAME", L"ZOLT_SEARCH_LOCATIONS_CUSTOM_ENABLE"}));
+    EXPECT_EQ(StatementsOf(L"SELECT"), std::vector<CString>());
+}
