@@ -1,17 +1,21 @@
 // How the online pages look and how the keyboard walks them. With ROLLOUT_PICTURES set to a folder, a picture of every
-// state is saved there.
+// state is saved there too.
 #include "automation/picture.h"
 #include "tests/online/online_page.h"
+#include "tests/support/page_looks.h"
 
 namespace {
 
 class OnlineLook : public NoticePage
 {
 protected:
-    // Named by the shape: `notices-Wizard-off.png`.
-    void Picture(const wchar_t* state)
+    // No text is cut off in this state and no control covers another. Pictures are named by the shape:
+    // `notices-off-Wizard.png`.
+    void LookAt(const wchar_t* state)
     {
         Look([this, state] {
+            ExpectTextsFit(Page());
+            ExpectControlsApart(Page());
             wchar_t target[MAX_PATH] = {};
             if (GetEnvironmentVariableW(L"ROLLOUT_PICTURES", target, MAX_PATH) == 0) {
                 return;
@@ -38,20 +42,19 @@ INSTANTIATE_BOTH_SHAPES(OnlineLook);
 
 } // namespace
 
-// They are for who wants to look; what can be told without looking, the dialogs' own tests tell.
-TEST_P(OnlineLook, PicturesOfTheNotices)
+TEST_P(OnlineLook, TheNoticesFitInEachState)
 {
     context.strHelpFile = L"NoticeDeskFeedBoard.html";
     SendCounter();
-    Picture(L"notices-fresh");
+    LookAt(L"notices-fresh");
     SetChecked(IDC_SITE_CHANNEL, true);
     ChooseList(L"\\\\server\\share\\A rather long folder name\\updates.npl");
     Type(IDC_FEED_LOCATION, L"\\\\server\\share\\feed.xml");
-    Picture(L"notices-on");
+    LookAt(L"notices-on");
     SetChecked(IDC_UPDATES, false);
     SetChecked(IDC_SITE_CHANNEL, false);
     SetChecked(IDC_FEEDS, false);
-    Picture(L"notices-off");
+    LookAt(L"notices-off");
     ShowAndGoBack();
 }
 
@@ -114,11 +117,11 @@ INSTANTIATE_BOTH_SHAPES(ResourcesLook);
 
 } // namespace
 
-TEST_P(ResourcesLook, PictureOfTheResources)
+TEST_P(ResourcesLook, TheResourcesFit)
 {
     context.strHelpFile = L"OnlineResources.html";
     SendCounter();
-    Picture(L"resources");
+    LookAt(L"resources");
     ShowAndGoBack();
 }
 
