@@ -279,6 +279,31 @@ TEST_F(NetworkFolders, AShareThatIsNotThereFails)
     EXPECT_EQ(ValidateNetwork(L"\\\\NOWHERE\\nothing\\folder"), PCR_NETWORK_FAILED);
 }
 
+// They once overran the system's buffers; a local path of that length is refused before.
+TEST_F(NetworkFolders, PathsOf259To300CharactersFailAndLeaveNothingBehind)
+{
+    const CTestShare share(L"ROLLOUT", L"deployments");
+    for (const int length : {258, 259, 260, 261, 280, 300}) {
+        CString path = share.GetPath() + L"new\\";
+        while (path.GetLength() < length) {
+            const int rest = length - path.GetLength();
+            path += CString(L'a', rest > 101 ? 50 : rest - 1) + L"\\";
+        }
+        ASSERT_EQ(path.GetLength(), length);
+        EXPECT_EQ(ValidateNetwork(path), PCR_NETWORK_FAILED) << length;
+        EXPECT_FALSE(FolderExists(share.GetPath() + L"new")) << length;
+    }
+}
+
+TEST_F(NetworkFolders, AShareThatIsNotThereFailsWithPathsOf259To300CharactersToo)
+{
+    for (const int length : {259, 260, 300}) {
+        const CString server = L"\\\\NOWHERE\\";
+        EXPECT_EQ(ValidateNetwork(server + CString(L's', length - server.GetLength())), PCR_NETWORK_FAILED)
+            << length;
+    }
+}
+
 TEST_F(NetworkFolders, AFileOnAShareFails)
 {
     const CTestShare share(L"ROLLOUT", L"deployments");

@@ -6,6 +6,7 @@
 #include "automation/script.h"
 #include "automation/window_finder.h"
 #include "include/resource_ids.h"
+#include "tests/support/import_redirect.h"
 #include "tests/support/resource_strings.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/test_host.h"
@@ -13,6 +14,8 @@
 #include "window/module.h"
 
 #include <gtest/gtest.h>
+
+#include <shlobj.h>
 
 #include <set>
 
@@ -178,6 +181,38 @@ TEST_F(SharedHelpers, ACancelledPickerGivesNothingAndLeavesThePath)
 }
 
 // ---- names
+
+// What stands below the network root need not have a path of the file system: its folder knows its name.
+CString g_pickedFolder;
+int g_pathAsked = 0;
+
+LPITEMIDLIST WINAPI PickFolder(BROWSEINFOW*)
+{
+    LPITEMIDLIST item = nullptr;
+    EXPECT_EQ(SHParseDisplayName(g_pickedFolder, nullptr, &item, 0, nullptr), S_OK);
+    return item;
+}
+
+BOOL WINAPI HasNoPath(LPCITEMIDLIST, LPWSTR)
+{
+    ++g_pathAsked;
+    return FALSE;
+}
+
+TEST_F(SharedHelpers, APickedItemWithoutAPathIsNamedByItsFolder)
+{
+    const CTestFolder folder;
+    g_pickedFolder = folder.AddFolder(L"picked");
+    g_pathAsked = 0;
+    const CImportRedirect pick(nullptr, "SHBrowseForFolderW", reinterpret_cast<void*>(PickFolder));
+    const CImportRedirect noPath(nullptr, "SHGetPathFromIDListW", reinterpret_cast<void*>(HasNoPath));
+    ASSERT_TRUE(pick.IsInPlace());
+    ASSERT_TRUE(noPath.IsInPlace());
+    CString path;
+    EXPECT_TRUE(BrowseForFolder(nullptr, path, L"Title", true));
+    EXPECT_EQ(path.CompareNoCase(g_pickedFolder), 0) << Utf8(path);
+    EXPECT_EQ(g_pathAsked, 1);
+}
 
 TEST_F(SharedHelpers, ANameOfFifteenCharactersIsResolvedWhole)
 {
