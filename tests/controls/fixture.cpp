@@ -23,8 +23,8 @@ void ControlTest::SetUp()
     windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
     windowClass.lpszClassName = WINDOW_CLASS;
     RegisterClassW(&windowClass); // fails from the second test on: the class is there
-    window = CreateWindowExW(0, WINDOW_CLASS, L"Control", WS_POPUP | WS_CLIPCHILDREN, 40, 40, WIDTH, HEIGHT,
-                             nullptr, nullptr, instance, this);
+    window = CreateWindowExW(0, WINDOW_CLASS, L"Control", WS_POPUP, 40, 40, WIDTH, HEIGHT, nullptr, nullptr,
+                             instance, this);
     button = CreateWindowExW(0, L"BUTTON", L"Other", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 10, HEIGHT - 30, 80,
                              24, window, nullptr, instance, nullptr);
     ShowWindow(window, SW_SHOW);
