@@ -1,7 +1,7 @@
 #include "host/files.h"
 
 #include "host/build/link_rule.h"
-
+#include "host/host_messages.h"
 #include "window/handle.h"
 
 #include <algorithm>
@@ -90,6 +90,24 @@ CString SystemReason(unsigned int code)
     text.Trim();
     text.TrimRight(L".");
     return text.IsEmpty() ? L"code " + NumberText(code) : text + L", code " + NumberText(code);
+}
+
+CString ReasonOfCopy(unsigned int code, const CString& file, const CString& folder)
+{
+    constexpr unsigned long long MEGABYTE = 1u << 20;
+    WIN32_FILE_ATTRIBUTE_DATA data = {};
+    ULARGE_INTEGER free = {};
+    if ((code != ERROR_DISK_FULL && code != ERROR_HANDLE_DISK_FULL) ||
+        !GetFileAttributesExW(FilePath(file), GetFileExInfoStandard, &data) ||
+        !GetDiskFreeSpaceExW(FilePath(folder), &free, nullptr, nullptr)) {
+        return SystemReason(code);
+    }
+    const unsigned long long needed =
+        (static_cast<unsigned long long>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+    return HostSentence(HostText::ReasonWithRoom,
+                        {SystemReason(code),
+                         NumberText(static_cast<long long>((needed + MEGABYTE - 1) / MEGABYTE)),
+                         NumberText(static_cast<long long>(free.QuadPart / MEGABYTE)), folder});
 }
 
 unsigned int ReadWholeFile(const CString& path, std::size_t limit, std::string& bytes)

@@ -18,6 +18,9 @@
 // The system's sentence for a code, with the code: "Access denied. (5)".
 [[nodiscard]] CString SystemReason(unsigned int code);
 
+// The same of a copy into a folder; when its disk is full, with what the file needs and what is free there.
+[[nodiscard]] CString ReasonOfCopy(unsigned int code, const CString& file, const CString& folder);
+
 // 0, or why the file could not be read. Larger files than `limit` give ERROR_FILE_TOO_LARGE.
 [[nodiscard]] unsigned int ReadWholeFile(const CString& path, std::size_t limit, std::string& bytes);
 // Written beside, flushed and renamed: readers see the old content or the new. 0, or why not; the old one stays then.

@@ -58,13 +58,16 @@ constexpr Sentence SENTENCES[] = {
      L"Attribute \"%1\" is marked as escaped, but holds a backslash that starts no \\uXXXX. Correct it."},
     {HostText::SharedPackageFolder,
      L"Folder \"%1\" would hold two packages, \"%2\" and \"%3\". Give each product a folder of its own."},
+    {HostText::ProductListedTwice,
+     L"The package \"%1\" has the product code %2, and so has the package \"%3\" of the same platform. A "
+     L"product can stand only once. Remove one of them, or correct its productCode."},
     {HostText::NotReadAgain,
      L"Nothing was built, because the deployment's %1 could not be read again. %2 It is in: %3"},
     {HostText::ReadsDifferently, L"A value in it holds characters that get lost in the file. Change it."},
     {HostText::FileAndLine, L"%1, line %2: %3"},
     {HostText::FileOnly, L"%1: %2"},
     {HostText::MediaMissing,
-     L"The media \"%1\" does not exist or cannot be reached. Check the path and that you may read it."},
+     L"The media \"%1\" doesn't exist or can't be reached. Check the path and that you may read it."},
     {HostText::MediaNotRecognised, L"\"%1\" holds neither a Setup.xml nor a Deployment.xml. Choose a media "
                                    L"folder, a deployment's folder or an installer package (.msi)."},
     {HostText::MediaImageGone, L"\"%1\" is a deployment whose image is damaged: the file \"%2\" is missing. "
@@ -77,15 +80,15 @@ constexpr Sentence SENTENCES[] = {
     {HostText::CabinetMisnamed, L"The package \"%1\" can't be deployed: its cabinet is called \"%2\", a name "
                                 L"that the wizard keeps for added files. "
                                 L"Get the package from its maker under another cabinet name."},
-    {HostText::MediaPackageBroken, L"The package \"%1\" cannot be opened (%2). It is damaged or no installer "
+    {HostText::MediaPackageBroken, L"The package \"%1\" can't be opened (%2). It is damaged or no installer "
                                    L"package; copy it from the original media again."},
-    {HostText::PackageNameInvalid, L"The package \"%1\" cannot be deployed under its name, which starts or "
+    {HostText::PackageNameInvalid, L"The package \"%1\" can't be deployed under its name, which starts or "
                                    L"ends with a blank or holds a character "
                                    L"that names of files can't have. Rename the file."},
     {HostText::PackageCodeInvalid,
-     L"The package \"%1\" cannot be deployed: its product code \"%2\" is no GUID in braces, such as "
+     L"The package \"%1\" can't be deployed: its product code \"%2\" is no GUID in braces, such as "
      L"{12345678-1234-1234-1234-123456789ABC}. Get the package from its maker again."},
-    {HostText::PackageVersionInvalid, L"The package \"%1\" cannot be deployed: its version \"%2\" is not one "
+    {HostText::PackageVersionInvalid, L"The package \"%1\" can't be deployed: its version \"%2\" is not one "
                                       L"to four numbers with dots between "
                                       L"them, such as 27.0.1. Get the package from its maker again."},
     {HostText::PackageCodeDiffers, L"The package \"%1\" has the product code %2, but Setup.xml says %3. Copy "
@@ -95,15 +98,17 @@ constexpr Sentence SENTENCES[] = {
                                       L"the package that belongs to the media, "
                                       L"or correct version in Setup.xml."},
     {HostText::MediaFileUnreadable,
-     L"The file \"%1\" cannot be read (%2). Check that it is there and that you may read it."},
+     L"The file \"%1\" can't be read (%2). Check that it is there and that you may read it."},
     {HostText::WorkFolderFailed,
-     L"The work folder \"%1\" cannot be made (%2). Check the free space and the rights on that folder."},
+     L"The work folder \"%1\" can't be made (%2). Check the free space and the rights on that folder."},
     {HostText::WorkCopyFailed,
-     L"The package \"%1\" cannot be copied to the work folder as \"%2\" (%3). Check the free space."},
-    {HostText::TableNotMade, L"The table %1 cannot be added to the working copy of \"%2\" (%3). The package "
+     L"The package \"%1\" can't be copied to the work folder as \"%2\" (%3). Free space there, or set the "
+     L"variable TEMP to a folder with more room."},
+    {HostText::ReasonWithRoom, L"%1; it needs %2 MB, and \"%4\" has %3 MB free"},
+    {HostText::TableNotMade, L"The table %1 can't be added to the working copy of \"%2\" (%3). The package "
                              L"is damaged; copy it from the original media again."},
     {HostText::BaseGone, L"The deployment \"%1\" is not there any more in \"%2\". Choose another one."},
-    {HostText::BaseDamaged, L"The deployment \"%1\" cannot be used: %2"},
+    {HostText::BaseDamaged, L"The deployment \"%1\" can't be used: %2"},
     {HostText::BaseOtherSetup,
      L"The deployment \"%1\" belongs to another product (setup code %2). Choose one of this product."},
     {HostText::BaseImageGone, L"The deployment \"%1\" lacks its image folder \"%2\". Restore the folder or "
@@ -133,10 +138,10 @@ constexpr Sentence SENTENCES[] = {
     {HostText::BaseChanged,
      L"The deployment \"%1\" has changed since the wizard read it, so that the build would mix "
      L"old and new. Choose it again to work with what it is now."},
-    {HostText::PathsUnresolved, L"The installer cannot resolve the folders of \"%1\" (%2). Paths are worked "
+    {HostText::PathsUnresolved, L"The installer can't resolve the folders of \"%1\" (%2). Paths are worked "
                                 L"out from the package's tables instead."},
     {HostText::NoProductsForPlatform,
-     L"The media holds no package for the %1 platform. Choose the other platform."},
+     L"The media hold no package for the %1 platform. Choose the other platform."},
     {HostText::LogOpened, L"Media %1, language %2, work folder %3"},
     {HostText::LogMode, L"Setup mode %1, platform %2, deployment \"%3\" in %4, based on \"%5\""},
     {HostText::LogLoaded, L"Settings of the deployment \"%1\" loaded from %2"},

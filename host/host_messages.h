@@ -39,6 +39,7 @@ enum class HostText
     ValueRepeated,
     ValueBadEscape,
     SharedPackageFolder,
+    ProductListedTwice,
     NotReadAgain,
     ReadsDifferently,
     FileAndLine,
@@ -59,6 +60,7 @@ enum class HostText
     MediaFileUnreadable,
     WorkFolderFailed,
     WorkCopyFailed,
+    ReasonWithRoom,
     TableNotMade,
     // Deployments
     BaseGone,

@@ -18,6 +18,12 @@ HostError ReadDescribed(const CString& file, IXmlEvents& events)
 {
     std::string bytes;
     const unsigned int error = ReadWholeFile(file, XML_BYTES_LIMIT, bytes);
+    if (error == ERROR_FILE_TOO_LARGE) {
+        return {error,
+                HostSentence(HostText::FileOnly,
+                             {file, HostSentence(HostText::XmlTooLarge,
+                                                 {NumberText(static_cast<long long>(XML_BYTES_LIMIT))})})};
+    }
     if (error != ERROR_SUCCESS) {
         return {error, HostSentence(HostText::MediaFileUnreadable, {file, SystemReason(error)})};
     }

@@ -123,7 +123,8 @@ HostError ProductObject::CopyPackage()
     }
     if (error != ERROR_SUCCESS) {
         return {error, HostSentence(HostText::WorkCopyFailed,
-                                    {m_strOriginalFile, m_strWorkFile, SystemReason(error)})};
+                                    {m_strOriginalFile, m_strWorkFile,
+                                     ReasonOfCopy(error, m_strOriginalFile, ParentFolder(m_strWorkFile))})};
     }
     // Media are often read-only; the copy is for writing.
     SetFileAttributesW(FilePath(m_strWorkFile), FILE_ATTRIBUTE_NORMAL);

@@ -39,8 +39,7 @@ bool IsExportName(const CString& name)
            name.Right(ending.GetLength()) == ending;
 }
 
-// Two products may name the same package (a shared one), but never two packages in one folder: the files beside
-// them would mix.
+// Never two packages in one folder: the files beside them would mix.
 XmlFault FindSharedFolder(const SetupDescription& setup)
 {
     std::map<CString, CString, CompareNoCaseLess> files; // by folder
@@ -336,7 +335,19 @@ void SetupDescriptionReader::ReadPackage(XmlValues& values)
     if (owner.FindPackage(package.platform)) {
         values.Fail(HostSentence(HostText::ValueRepeated, {L"platform", NumberText(package.platform)}));
     }
+    CheckProductCode(package, values);
     owner.packages.push_back(package);
+}
+
+// A deployment's file names each product once, so that such media would be refused after the last page.
+void SetupDescriptionReader::CheckProductCode(const PackageDescription& package, XmlValues& values)
+{
+    const auto [first, isNew] =
+        m_packageFiles.emplace(std::pair{package.platform, package.strProductCode}, package.strFile);
+    if (!isNew) {
+        values.Fail(HostSentence(HostText::ProductListedTwice,
+                                 {package.strFile, package.strProductCode, first->second}));
+    }
 }
 
 void SetupDescriptionReader::CheckWhole()

@@ -4,6 +4,8 @@
 
 #include "host/xml_events.h"
 
+#include <map>
+#include <utility>
 #include <vector>
 
 struct PackageDescription
@@ -99,14 +101,16 @@ private:
     void ReadLanguagePack(XmlValues& values);
     void ReadPackage(XmlValues& values);
     void ReadGroup(XmlValues& values);
+    void CheckProductCode(const PackageDescription& package, class XmlValues& values);
     void CheckWhole();
     bool Fail(const CString& message, int line);
 
     SetupDescription m_setup;
     XmlFault m_fault;
-    std::vector<CString> m_open;    // names of the elements that are open
-    std::vector<CString> m_groups;  // elements seen that may stand once
-    std::size_t m_productCount = 0; // language packs included
+    std::vector<CString> m_open;                               // names of the elements that are open
+    std::vector<CString> m_groups;                             // elements seen that may stand once
+    std::size_t m_productCount = 0;                            // language packs included
+    std::map<std::pair<int, CString>, CString> m_packageFiles; // by platform and product code
 };
 
 // The text of a Setup.xml that reads back as the description.

@@ -176,12 +176,11 @@ void BuildDatabases(BuildRun& run)
         }
         run.decisions[index].reset(); // both databases are in it, row by row
         run.log.Write(database.strTarget + L": " + NumberText(static_cast<long long>(changes.rows.size())) +
-                      L" rows differ from the vendor's, package code " + changes.strNewPackageCode);
+                      L" rows differ from the maker's, package code " + changes.strNewPackageCode);
         if (changes.bSignatureLost) {
-            run.Warn(
-                L"The settings change \"" + database.strTarget +
-                L"\", so its vendor's digital signature is lost. Sign it again when workstations ask for "
-                L"signed packages.");
+            run.Warn(L"The settings change \"" + database.strTarget +
+                     L"\", so its maker's digital signature is lost. Sign it again when workstations ask for "
+                     L"signed packages.");
         }
         run.changes.push_back(std::move(changes));
     }

@@ -46,7 +46,7 @@ void ProgressMeter::Tell()
 {
     m_toldAt = GetTickCount64();
     if (!m_progress.OnProgress(m_done, m_total, m_file)) {
-        throw BuildFailure{BUILD_CANCELLED, L"The build was cancelled. Nothing was changed."};
+        throw BuildFailure{BUILD_CANCELLED, L"The build was canceled. Nothing was changed."};
     }
 }
 

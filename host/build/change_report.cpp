@@ -175,7 +175,7 @@ CString ComposeChangesText(const std::vector<DatabaseChanges>& databases)
         text +=
             L"\r\n" + ShownText(database.strTarget) + L" (" + ShownText(database.strProductName) + L")\r\n";
         if (!database.IsChanged()) {
-            text += L"  Nothing: the file is the vendor's, byte for byte. Package code " +
+            text += L"  Nothing: the file is the maker's, byte for byte. Package code " +
                     ShownText(database.strOldPackageCode) + L"\r\n";
             continue;
         }
@@ -186,7 +186,7 @@ CString ComposeChangesText(const std::vector<DatabaseChanges>& databases)
                 ShownText(database.strNewPackageCode) + L"\r\n";
         if (database.bSignatureLost) {
             text +=
-                L"  The vendor's digital signature no longer fits the changed database and was removed.\r\n";
+                L"  The maker's digital signature no longer fits the changed database and was removed.\r\n";
         }
         for (const RowDifference& row : database.rows) {
             AppendRow(text, row);

@@ -265,7 +265,7 @@ class RefusalTest(WizardTest):
 
     def test_a_log_folder_on_a_share_that_does_not_answer_is_a_question(self):
         path = self.settings("log_folder = \\\\nowhere\\logs")
-        self.assert_refused(self.wizard(path), 23, "cannot be reached", "nowhere")
+        self.assert_refused(self.wizard(path), 23, "can't be reached", "nowhere")
 
     def test_a_log_folder_out_of_reach_keeps_the_page_on_no(self):
         path = self.settings("log_folder = \\\\nowhere\\logs", "on_question.doubtful_log_folder = no")

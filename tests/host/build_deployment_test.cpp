@@ -150,7 +150,7 @@ TEST(BuildDeployment, TellsThatNothingWasChanged)
     TestBuild build;
     ASSERT_EQ(build.Build().error.code, 0u);
     EXPECT_HOLDS(ReadText(build.Target() + L"\\Changes.txt"),
-                 L"Nothing: the file is the vendor's, byte for byte.");
+                 L"Nothing: the file is the maker's, byte for byte.");
 }
 
 TEST(BuildDeployment, KeepsStreamsOfAChangedDatabase)

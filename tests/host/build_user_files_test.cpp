@@ -473,7 +473,7 @@ TEST_P(RefusedFilesTest, ACancelWhilePackingLeavesNothing)
         packing = packing || (!build.steps.empty() && build.steps.back().Find(L"Packing") == 0);
         return !packing;
     };
-    ExpectRefused(1602, {L"cancelled"});
+    ExpectRefused(1602, {L"canceled"});
     EXPECT_TRUE(packing);
 }
 

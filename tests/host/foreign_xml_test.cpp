@@ -117,11 +117,14 @@ std::string SetupWithPacks()
         "\" name=\"Z\" maker=\"M\" productVersion=\"1\"><Languages default=\"en-US\"><Language "
         "name=\"en-US\"/></Languages><Flow><Page name=\"ADialog\"/></Flow><Platforms><Platform id=\"2\" "
         "folder=\"x86\"/><Platform id=\"3\" folder=\"x64\"/></Platforms><Products>";
-    const auto packages = [](std::size_t number) {
+    std::size_t code = 0;
+    const auto packages = [&code](std::size_t number) {
         std::string both;
+        const std::string digits = Number(++code);
         for (const char* platform : {"2", "3"}) {
             both += std::string("<Package platform=\"") + platform + "\" file=\"a" + Number(number) +
-                    ".msi\" productCode=\"" + CODE + "\" version=\"1\"/>";
+                    ".msi\" productCode=\"{11111111-2222-3333-4444-" + std::string(12 - digits.size(), '0') +
+                    digits + "}\" version=\"1\"/>";
         }
         return both;
     };

@@ -363,7 +363,7 @@ TEST_F(MediaTest, ACutOffPackageIsNamed)
     ASSERT_EQ(ReadWholeFile(scratch + L"x64\\Zolt\\Zolt.msi", 1u << 24, bytes), 0u);
     WriteFileBytes(scratch + L"x64\\Zolt\\Zolt.msi", bytes.substr(0, 700));
     const HostError error = Refusal(scratch);
-    EXPECT_GE(error.message.Find(L"cannot be opened"), 0) << Utf8(error.message);
+    EXPECT_GE(error.message.Find(L"can't be opened"), 0) << Utf8(error.message);
     EXPECT_GE(error.message.Find(L"Zolt.msi"), 0) << Utf8(error.message);
 }
 

@@ -213,6 +213,10 @@ INSTANTIATE_TEST_SUITE_P(
                 L"was used before", 12},
         Refusal{"PackageWithPath", "file=\"Zolt.msi\"", "file=\"a\\Zolt.msi\"", L"not a file name", 11},
         Refusal{"PackageNoMsi", "file=\"Zolt.msi\"", "file=\"Zolt.exe\"", L".msi", 11},
+        Refusal{"ProductTwice", "555557}", "555556}",
+                L"\"ZoltDe.msi\" has the product code {11111111-2222-3333-4444-555555555556}, and so has the "
+                L"package \"Zolt.msi\"",
+                14},
         Refusal{"SharedFolder", "folder=\"ZoltDe\"", "folder=\"zolt\"", L"would hold two packages", 0},
         Refusal{"BadLocale", "default=\"en-US\"", "default=\"..\\\\en\"", L"not a language name", 6},
         Refusal{"BadExport", "BeginDeploymentDialog", "Begin;Dialog", L"letters and digits", 7},

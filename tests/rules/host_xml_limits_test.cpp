@@ -187,8 +187,10 @@ TEST(XmlLimitsTest, MediaOfMoreProductsThanADeploymentNamesAreRefused)
 {
     std::string products;
     for (std::size_t product = 0; product < 10; ++product) {
-        products += "<Product name=\"p\" folder=\"p" + Number(product) +
-                    "\"><Package platform=\"3\" file=\"a.msi\" productCode=\"" + CODE + "\" version=\"1\"/>";
+        products +=
+            "<Product name=\"p\" folder=\"p" + Number(product) +
+            "\"><Package platform=\"3\" file=\"a.msi\" productCode=\"{11111111-2222-3333-4444-55555555555" +
+            Number(product) + "}\" version=\"1\"/>";
         for (std::size_t pack = 0; pack < 100; ++pack) {
             products += "<LanguagePack name=\"l\" folder=\"l" + Number(product) + "x" + Number(pack) +
                         "\" language=\"de-DE\"/>";
