@@ -176,6 +176,24 @@ private:
     BuildPlan m_plan;
 };
 
+// The plan, or why there can be none.
+HostError DecidePlan(ManagerObject& manager, BuildPlan& plan)
+{
+    if (HostError error = manager.EnsureProducts()) {
+        return error;
+    }
+    const TargetVerdict verdict = manager.JudgeTarget();
+    if (verdict.state == TargetVerdict::State::Refused) {
+        return {ERROR_ALREADY_EXISTS, verdict.message};
+    }
+    if (verdict.state == TargetVerdict::State::NeedsAnswer) {
+        return {ERROR_ALREADY_EXISTS, HostSentence(HostText::TargetUnasked, {verdict.strFolder})};
+    }
+    PlanMaker maker(manager, verdict.strStamp);
+    plan = maker.Make();
+    return maker.CheckTexts();
+}
+
 } // namespace
 
 BuildPlan MakeBuildPlan(ManagerObject& manager, const CString& replacedStamp)
@@ -185,21 +203,8 @@ BuildPlan MakeBuildPlan(ManagerObject& manager, const CString& replacedStamp)
 
 BuildResult BuildFromManager(ManagerObject& manager, IBuildProgress& progress)
 {
-    if (HostError error = manager.EnsureProducts()) {
-        return {error, CString(), {}};
-    }
-    const TargetVerdict verdict = manager.JudgeTarget();
-    if (verdict.state == TargetVerdict::State::Refused) {
-        return {{ERROR_ALREADY_EXISTS, verdict.message}, CString(), {}};
-    }
-    if (verdict.state == TargetVerdict::State::NeedsAnswer) {
-        return {{ERROR_ALREADY_EXISTS, HostSentence(HostText::TargetUnasked, {verdict.strFolder})},
-                CString(),
-                {}};
-    }
-    PlanMaker maker(manager, verdict.strStamp);
-    const BuildPlan plan = maker.Make();
-    if (HostError error = maker.CheckTexts()) {
+    BuildPlan plan;
+    if (HostError error = DecidePlan(manager, plan)) {
         return {error, CString(), {}};
     }
     BuildResult result = BuildDeployment(plan, progress);
@@ -207,6 +212,13 @@ BuildResult BuildFromManager(ManagerObject& manager, IBuildProgress& progress)
         manager.SetResultLines(manager.m_strDeploymentName, result.strDeploymentFolder);
     }
     return result;
+}
+
+HostError CheckFromManager(ManagerObject& manager, std::vector<CString>& warnings)
+{
+    BuildPlan plan;
+    const HostError error = DecidePlan(manager, plan);
+    return error ? error : CheckBuild(plan, warnings);
 }
 
 std::uint64_t MeasureFromManager(ManagerObject& manager)

@@ -8,4 +8,6 @@
 [[nodiscard]] BuildPlan MakeBuildPlan(ManagerObject& manager, const CString& replacedStamp);
 // Builds the plan and leaves the manager at what came out: products, result lines.
 [[nodiscard]] BuildResult BuildFromManager(ManagerObject& manager, IBuildProgress& progress);
+// What such a build would refuse before it copies anything; its warnings are added.
+[[nodiscard]] HostError CheckFromManager(ManagerObject& manager, std::vector<CString>& warnings);
 [[nodiscard]] std::uint64_t MeasureFromManager(ManagerObject& manager);

@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr unsigned int STAGE_AFTER_BUILD = 4; // Cancel acts as Next: nothing is left to cancel
+
 class HostObject final : public CSetupHost
 {
 public:
@@ -42,6 +44,7 @@ public:
     CString TakeModeFailure() override { return m_manager->TakeModeFailure(); }
     bool IsCancellingEnabled() override { return m_manager->IsCancellingEnabled(); }
     BuildResult Build(IBuildProgress& progress) override;
+    HostError CheckBuild(std::vector<CString>& warnings) override;
     std::uint64_t GetDeploymentBytes() override;
     void AppendLog(const CString& line) override { m_log.Append(line); }
 
@@ -92,11 +95,14 @@ BuildResult HostObject::Build(IBuildProgress& progress)
 {
     BuildResult result = BuildFromManager(*m_manager, progress);
     m_manager->m_exitCode = result.error.code;
-    for (const CString& warning : result.warnings) {
-        m_log.Append(warning);
-    }
+    m_manager->m_uiStage = STAGE_AFTER_BUILD;
     m_log.Append(HostSentence(HostText::LogBuildEnd, {NumberText(result.error.code), result.error.message}));
-    return result;
+    return result; // its warnings are the caller's to show and to log
+}
+
+HostError HostObject::CheckBuild(std::vector<CString>& warnings)
+{
+    return CheckFromManager(*m_manager, warnings);
 }
 
 std::uint64_t HostObject::GetDeploymentBytes()

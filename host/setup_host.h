@@ -117,8 +117,12 @@ public:
     // page has its own end in hand. May be asked from any thread.
     virtual bool IsCancellingEnabled() = 0;
 
-    // Builds the deployment that the pages described and stores the result lines and the exit code in the manager.
+    // Builds the deployment that the pages described and stores the result lines, the exit code and the stage behind
+    // a build in the manager.
     virtual BuildResult Build(IBuildProgress& progress) = 0;
+
+    // What a build would refuse before it copies anything, and the warnings that it would give. Builds nothing.
+    virtual HostError CheckBuild(std::vector<CString>& warnings) = 0;
 
     // Bytes that the deployment will take, for the check of free space.
     virtual std::uint64_t GetDeploymentBytes() = 0;

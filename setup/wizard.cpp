@@ -134,6 +134,9 @@ RunOutcome CWizard::Walk(WizardFlow& flow)
         }
     }
     m_host->GetSetupManager().m_exitCode = move.exitCode;
+    if (m_line.bCheck && move.exitCode == SETUP_DONE) {
+        return CheckBuild();
+    }
     // The wizard's own pages and boxes have told whatever there was to tell.
     return {move.exitCode,
             move.exitCode == SETUP_CANCELLED && m_strCause.IsEmpty() ? CString(L"cancelled") : m_strCause,
@@ -289,6 +292,21 @@ unsigned int CWizard::Build()
     manager.m_exitCode = result.error.code;
     manager.m_uiStage = STAGE_AFTER_BUILD;
     return result.error.code;
+}
+
+// What the real run's build would refuse before it copies anything.
+RunOutcome CWizard::CheckBuild()
+{
+    std::vector<CString> warnings;
+    const HostError error = m_host->CheckBuild(warnings);
+    for (const CString& warning : warnings) {
+        m_log.Line(L"Warning: " + warning);
+    }
+    if (error) {
+        m_host->GetSetupManager().m_exitCode = SETUP_FAILED;
+        return {SETUP_FAILED, error.message, false};
+    }
+    return {SETUP_DONE, m_strCause, true};
 }
 
 void CWizard::TellBuild(const BuildResult& result)

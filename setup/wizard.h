@@ -43,6 +43,7 @@ private:
     [[nodiscard]] std::vector<ConfigureTab> MakeTabs();
     [[nodiscard]] ConfigureOptions MakeConfigureOptions(bool canGoBack);
     [[nodiscard]] unsigned int Build();
+    [[nodiscard]] RunOutcome CheckBuild();
     void TellBuild(const BuildResult& result);
 
     const CommandLine& m_line;
