@@ -18,6 +18,14 @@ void WriteOutputs(BuildRun& run)
     for (const BuildText& text : run.plan.texts) {
         WriteIntoStaging(run, text.strTarget, text.strText, text.bByteOrderMark);
     }
+    for (const BuildDatabase& database : run.plan.databases) {
+        const CString logName = LogNameFile(run.plan, database);
+        if (!logName.IsEmpty()) {
+            WriteIntoStaging(run, logName,
+                             L"The name of this file is the name of the product in the names of logs.\r\n",
+                             false);
+        }
+    }
     WriteIntoStaging(run, L"Install.cmd", ComposeInstallScript(run.plan), false);
     WriteIntoStaging(run, L"Uninstall.cmd", ComposeUninstallScript(run.plan), false);
     WriteIntoStaging(run, L"ReadMe.txt", ComposeReadMe(run.plan, seenPath), true);

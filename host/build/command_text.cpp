@@ -2,6 +2,7 @@
 
 #include "host/build/build_names.h"
 #include "host/build/product_identity.h"
+#include "host/build/shown_text.h"
 
 namespace {
 
@@ -41,6 +42,40 @@ CString PropertyArguments(const BuildDatabase& database)
         list += L" " + argument;
     }
     return list;
+}
+
+CString AsciiOnly(const CString& text)
+{
+    CString plain = text;
+    for (int index = 0; index < plain.GetLength(); ++index) {
+        if (plain[index] >= 0x7F) {
+            plain.SetAt(index, L'_');
+        }
+    }
+    return plain;
+}
+
+// A percent sign means one thing at a prompt and another in a script; in a line that is pasted there, PowerShell runs what a
+// dollar sign or a backquote begins; and what nobody sees, or UTF-8 can't hold, doesn't belong into a name.
+CString LogNamePart(const CString& text)
+{
+    const CString name = FileNamePart(text);
+    CString part;
+    for (int index = 0; index < name.GetLength(); ++index) {
+        const bool fits = CString(L"%$`\x7F").Find(name[index]) < 0 && !IsHiddenUnit(name, index);
+        part += fits ? name[index] : L'_';
+    }
+    return part;
+}
+
+CString LogProductName(const BuildDatabase& database)
+{
+    return LogNamePart(database.strProductName);
+}
+
+CString LogNameEnding(const BuildDatabase& database, const wchar_t* action)
+{
+    return L"_" + AsciiOnly(LogNamePart(database.strProductVersion)) + L"_" + action + L"_";
 }
 
 void Open(Script& script, const CString& purpose)
@@ -164,19 +199,21 @@ void Close(Script& script, bool uninstalls, bool ascii)
     script.Line(L"exit /b 0");
 }
 
-bool AllAscii(const BuildPlan& plan)
+// The letters of a log's name don't stand in the script, which each interpreter would read in its own code page, but in the
+// name of a file, which all read alike. Without that file the log takes a name in ASCII: a log must stop nothing.
+void SetLog(Script& script, const BuildPlan& plan, const BuildDatabase& database, const wchar_t* action)
 {
-    bool ascii = IsAscii(plan.commands.strLogFolder);
-    for (const BuildDatabase& database : plan.databases) {
-        ascii = ascii && IsAscii(database.strTarget) && IsAscii(PatchArgument(database)) &&
-                IsAscii(PropertyArguments(database)) && IsAscii(database.strProductCode);
+    const CString ending = LogNameEnding(database, action) + L"%COMPUTERNAME%.log";
+    script.Set(L"LOG", AsciiOnly(LogProductName(database)) + ending);
+    const CString file = LogNameFile(plan, database);
+    if (file.IsEmpty()) {
+        return;
     }
-    return ascii;
-}
-
-void SetLog(Script& script, const BuildDatabase& database, const wchar_t* action)
-{
-    script.Set(L"LOG", QuotedBatchText(LogFileBase(database, action)) + L"%COMPUTERNAME%.log");
+    const int number = LastName(file).Find(L'-') + 1;
+    script.Line(L"set \"NAME=\"");
+    script.Line(L"for /r \"%~dp0" + FolderAbove(file) + L"\" %%F in (" + LastName(file).Left(number) +
+                L"*) do set \"NAME=%%~nxF\"");
+    script.Line(L"if defined NAME set \"LOG=%NAME:~" + NumberText(number) + L"%" + ending + L"\"");
 }
 
 } // namespace
@@ -257,29 +294,40 @@ CString PropertyArgument(const CString& assignment)
 
 CString LogFileBase(const BuildDatabase& database, const wchar_t* action)
 {
-    const CString name = FileNamePart(database.strProductName) + L"_" +
-                         FileNamePart(database.strProductVersion) + L"_" + action + L"_";
-    // Letters beyond ASCII would tie the script to a code page for the sake of a log's name alone; a percent sign means
-    // one thing at a prompt and another in a script; and in the lines to paste PowerShell runs what a dollar sign or a
-    // backquote begins.
-    CString plain;
-    for (int index = 0; index < name.GetLength(); ++index) {
-        const bool fits = name[index] < 0x7F && CString(L"%$`").Find(name[index]) < 0;
-        plain += fits ? name[index] : L'_';
+    return LogProductName(database) + LogNameEnding(database, action);
+}
+
+CString LogNameFile(const BuildPlan& plan, const BuildDatabase& database)
+{
+    const CString name = LogProductName(database);
+    for (std::size_t index = 0; !IsAscii(name) && index < plan.databases.size(); ++index) {
+        if (&plan.databases[index] == &database) {
+            return L"Image\\LogNames\\" + NumberText(static_cast<long long>(index + 1)) + L"-" + name;
+        }
     }
-    return plain;
+    return {};
+}
+
+bool NeedsUtf8(const BuildPlan& plan)
+{
+    bool ascii = IsAscii(plan.commands.strLogFolder);
+    for (const BuildDatabase& database : plan.databases) {
+        ascii = ascii && IsAscii(database.strTarget) && IsAscii(PatchArgument(database)) &&
+                IsAscii(PropertyArguments(database)) && IsAscii(database.strProductCode);
+    }
+    return !ascii;
 }
 
 CString ComposeInstallScript(const BuildPlan& plan)
 {
-    const bool ascii = AllAscii(plan);
+    const bool ascii = !NeedsUtf8(plan);
     Script script;
     Open(script, L"Installs this deployment on the computer where it is run, without asking.");
     SwitchCodePage(script, ascii);
     WriteSettings(script, plan.commands);
     ChooseLogFolder(script);
     for (const BuildDatabase& database : plan.databases) {
-        SetLog(script, database, L"Install");
+        SetLog(script, plan, database, L"Install");
         Run(script, L"/i \"%~dp0" + QuotedBatchText(database.strTarget) + L"\"" + PatchArgument(database) +
                         PropertyArguments(database));
     }
@@ -289,7 +337,7 @@ CString ComposeInstallScript(const BuildPlan& plan)
 
 CString ComposeUninstallScript(const BuildPlan& plan)
 {
-    const bool ascii = AllAscii(plan);
+    const bool ascii = !NeedsUtf8(plan);
     Script script;
     Open(script, L"Removes this deployment's products from the computer where it is run, without asking.");
     SwitchCodePage(script, ascii);
@@ -297,7 +345,7 @@ CString ComposeUninstallScript(const BuildPlan& plan)
     ChooseLogFolder(script);
     // What was installed last, a language pack for instance, builds on what came before it.
     for (auto database = plan.databases.rbegin(); database != plan.databases.rend(); ++database) {
-        SetLog(script, *database, L"Uninstall");
+        SetLog(script, plan, *database, L"Uninstall");
         CString code = CodeArgument(database->strProductCode);
         code.Replace(L"%", L"%%");
         Run(script, L"/x " + code);

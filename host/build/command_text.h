@@ -10,8 +10,15 @@
 CString ComposeInstallScript(const BuildPlan& plan);
 CString ComposeUninstallScript(const BuildPlan& plan);
 
+// True when the scripts have letters beyond ASCII.
+bool NeedsUtf8(const BuildPlan& plan);
+
 // `Zolt 2027_27.0.0_Install_` before the computer's name.
 CString LogFileBase(const BuildDatabase& database, const wchar_t* action);
+
+// The file that has a product's letters beyond ASCII in its name, for the names of logs: `Image\LogNames\1-Français`. Empty for
+// a product without such letters. `database` is one of the plan's.
+CString LogNameFile(const BuildPlan& plan, const BuildDatabase& database);
 
 // The text as it stands between quotes of a command: quotes and control characters out, as nothing else ends the quotes
 // or the line.

@@ -1,6 +1,7 @@
 #include "host/build/copy_list.h"
 
 #include "host/build/build_names.h"
+#include "host/build/command_text.h"
 
 #include <functional>
 #include <set>
@@ -45,6 +46,10 @@ TargetNames NamedTargets(const BuildPlan& plan)
     }
     for (const BuildDatabase& database : plan.databases) {
         names[database.strTarget] = database.strOriginal;
+        const CString logName = LogNameFile(plan, database);
+        if (!logName.IsEmpty()) {
+            names[logName] = g_builder;
+        }
     }
     return names;
 }

@@ -2,6 +2,7 @@
 
 #include "host/build/build_failure.h"
 #include "host/build/build_names.h"
+#include "host/build/command_text.h"
 #include "host/build/build_user_files.h"
 #include "host/build/file_operations.h"
 #include "host/build/user_files.h"
@@ -38,6 +39,7 @@ public:
         }
         for (const BuildDatabase& database : m_plan.databases) {
             AddParents(database.strTarget);
+            AddParents(LogNameFile(m_plan, database));
             m_list.bytes += SizeOfFile(database.hDatabase ? database.strWorkingCopy : database.strOriginal);
         }
         for (const BuildText& text : m_plan.texts) {

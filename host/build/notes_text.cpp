@@ -9,21 +9,51 @@
 
 namespace {
 
-// A line to paste, as it stands at a prompt and in a script: there "%" of a name stands twice.
+// Between single quotes PowerShell changes nothing but the quotes themselves, and takes the typographic ones for quotes too.
+CString InSingleQuotes(const CString& text)
+{
+    CString quoted;
+    for (int index = 0; index < text.GetLength(); ++index) {
+        quoted += text[index];
+        if (CString(L"'\x2018\x2019\x201A\x201B").Find(text[index]) >= 0) {
+            quoted += text[index];
+        }
+    }
+    return quoted;
+}
+
+// Waits for the program and shows its exit code. The arguments are one text, which is handed on as it is.
+CString PowerShellStart(const wchar_t* program, const CString& arguments)
+{
+    return CString(L"(Start-Process ") + program + L" -Wait -PassThru -ArgumentList ('" + arguments +
+           L"')).ExitCode";
+}
+
+// A call of the installer to paste, as it stands at a prompt, in a script, where "%" of a name stands twice, and in
+// PowerShell.
 class PasteLine
 {
 public:
-    // The same in both, and with variables for the interpreter to replace.
-    void Add(const CString& command)
+    // The same in all.
+    void Add(const CString& arguments)
     {
-        m_prompt += command;
-        m_script += command;
+        m_prompt += arguments;
+        m_script += arguments;
+        m_powerShell += InSingleQuotes(arguments);
+    }
+    // A variable of the environment, for the interpreter to replace.
+    void AddVariable(const CString& name)
+    {
+        m_prompt += L"%" + name + L"%";
+        m_script += L"%" + name + L"%";
+        m_powerShell += L"' + $env:" + name + L" + '";
     }
     // What must come through as it is, between quotes.
     void AddName(const CString& name)
     {
         m_prompt += WithoutQuotes(name);
         m_script += QuotedBatchText(name);
+        m_powerShell += InSingleQuotes(WithoutQuotes(name));
     }
     // What is quoted already where it needs to be.
     void AddArgument(const CString& argument)
@@ -32,19 +62,22 @@ public:
         CString doubled = argument;
         doubled.Replace(L"%", L"%%");
         m_script += doubled;
+        m_powerShell += InSingleQuotes(argument);
     }
     void AppendTo(CString& text) const
     {
-        text += L"    " + m_prompt + L"\r\n";
+        text += L"    msiexec " + m_prompt + L"\r\n";
         if (!(m_prompt == m_script)) {
             text += L"    in a script (.cmd), where a percent sign of a name stands twice:\r\n";
-            text += L"    " + m_script + L"\r\n";
+            text += L"    msiexec " + m_script + L"\r\n";
         }
+        text += L"    in PowerShell:\r\n    " + PowerShellStart(L"msiexec.exe", m_powerShell) + L"\r\n";
     }
 
 private:
     CString m_prompt;
     CString m_script;
+    CString m_powerShell;
 };
 
 // Another script ends at a line that runs a script without `call`. That one reads its line a second time, which would
@@ -55,16 +88,33 @@ CString CallOfScript(const CString& script)
     return (readTwice ? L"cmd /d /c @\"" : L"call \"") + QuotedBatchText(script) + L"\"";
 }
 
-void AppendScripts(CString& text, const CString& folder)
+bool HasLogNames(const BuildPlan& plan)
+{
+    return std::any_of(plan.databases.begin(), plan.databases.end(),
+                       [&](const BuildDatabase& database) { return !LogNameFile(plan, database).IsEmpty(); });
+}
+
+void AppendScripts(CString& text, const BuildPlan& plan, const CString& folder)
 {
     const CString scripts[] = {JoinFolder(folder, L"Install.cmd"), JoinFolder(folder, L"Uninstall.cmd")};
     text += L"On a workstation or from a management system, with rights to install:\r\n";
     for (const CString& script : scripts) {
         text += L"    \"" + WithoutQuotes(script) + L"\"\r\n";
     }
-    text += L"In a batch file, which the lines above would end, use these:\r\n";
+    text += L"In a batch file (.cmd, a start script), which the lines above would end, use these:\r\n";
     for (const CString& script : scripts) {
         text += L"    " + CallOfScript(script) + L"\r\n";
+    }
+    if (NeedsUtf8(plan) || !IsAscii(folder) || HasLogNames(plan)) {
+        text += L"A batch file with these or the lines below, which have letters beyond ASCII, must be saved "
+                L"as UTF-8 "
+                L"without\r\na byte order mark and have this line before them:\r\n    chcp 65001 >nul\r\n";
+    }
+    text += L"In PowerShell:\r\n";
+    for (const CString& script : scripts) {
+        // Of two pairs of quotes cmd takes the outer one off and reads the path between the inner one.
+        const CString path = InSingleQuotes(WithoutQuotes(script));
+        text += L"    " + PowerShellStart(L"cmd.exe", L"/d /c \"\"" + path + L"\"\"") + L"\r\n";
     }
 }
 
@@ -83,19 +133,21 @@ void AddLog(PasteLine& line, const BuildPlan& plan, const BuildDatabase& databas
 {
     line.Add(L" " + DisplayArgument(plan.commands.strDisplay) + L" /norestart /L*V \"");
     if (plan.commands.strLogFolder.IsEmpty()) {
-        line.Add(L"%windir%\\Logs\\Software\\");
+        line.AddVariable(L"windir");
+        line.Add(L"\\Logs\\Software\\");
         line.AddName(LogFileBase(database, action));
     } else {
         line.AddName(JoinFolder(plan.commands.strLogFolder, LogFileBase(database, action)));
     }
-    line.Add(L"%COMPUTERNAME%.log\"");
+    line.AddVariable(L"COMPUTERNAME");
+    line.Add(L".log\"");
 }
 
 void AppendInstallLine(CString& text, const BuildPlan& plan, const BuildDatabase& database,
                        const CString& folder)
 {
     PasteLine line;
-    line.Add(L"msiexec /i \"");
+    line.Add(L"/i \"");
     line.AddName(JoinFolder(folder, database.strTarget));
     line.Add(L"\"");
     AddPatches(line, database, folder);
@@ -110,7 +162,7 @@ void AppendCodeLine(CString& text, const BuildPlan& plan, const BuildDatabase& d
                     const wchar_t* option, const wchar_t* action)
 {
     PasteLine line;
-    line.Add(CString(L"msiexec ") + option + L" ");
+    line.Add(CString(option) + L" ");
     line.AddArgument(CodeArgument(database.strProductCode));
     AddLog(line, plan, database, action);
     line.AppendTo(text);
@@ -143,7 +195,7 @@ void AppendProduct(CString& text, const BuildPlan& plan, const BuildDatabase& da
 const wchar_t g_exitCodes[] =
     L"\r\nExit codes (the installer's own, handed on unchanged)\r\n"
     L"  0           success\r\n"
-    L"  1602        cancelled by the user\r\n"
+    L"  1602        canceled by the user\r\n"
     L"  1603        failed, see the log\r\n"
     L"  1605, 1614  not installed; success for Uninstall.cmd, which then ends with 0\r\n"
     L"  1612, 1619  the source or the package can't be opened\r\n"
@@ -157,7 +209,7 @@ CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath)
     CString text = ShownText(plan.strName) + L"\r\n\r\n";
     text += L"A deployment of " + ShownText(plan.strMediaName) + L", built by " + ShownText(plan.strBuiltBy) +
             L".\r\n\r\n";
-    AppendScripts(text, workstationPath);
+    AppendScripts(text, plan, workstationPath);
     text += CString(L"\r\nBoth show ") +
             (plan.commands.strDisplay == L"/qn" ? L"nothing" : L"a progress bar") +
             L", wait until all is done, and end with the installer's code. You can\r\n"
@@ -172,10 +224,14 @@ CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath)
     text += L"\r\nFiles\r\n"
             L"  Manifest.txt               SHA-256, size and path of every file, to check that nothing was "
             L"changed\r\n"
-            L"  Changes.txt, Changes.json  what differs from the vendor's databases, row by row\r\n"
+            L"  Changes.txt, Changes.json  what differs from the maker's databases, row by row\r\n"
             L"  Build.log                  how this folder was built\r\n"
             L"  Deployment.xml             the settings, for the wizard\r\n"
             L"  Image\\                     the products\r\n";
+    if (HasLogNames(plan)) {
+        text +=
+            L"  Image\\LogNames\\            files whose names give the logs their letters beyond ASCII\r\n";
+    }
     return text;
 }
 

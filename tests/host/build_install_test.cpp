@@ -141,6 +141,20 @@ TEST_F(InstallTest, ALogFolderOutOfReachNeverStopsTheInstallation)
     EXPECT_EQ(LogIn(LocalLogs(), L"Install"), L"there");
 }
 
+// The log was called "Fran_ais".
+TEST_F(InstallTest, TheLogKeepsTheLettersOfTheProductsName)
+{
+    ProductOptions options;
+    options.strProductName = L"Fran\x00E7"
+                             L"ais \x65E5";
+    Deploy(L"letters", options);
+    EXPECT_EQ(Run(L"Install.cmd"), 0u);
+    EXPECT_TRUE(IsInstalled());
+    EXPECT_TRUE(Exists(m_folder / L"logs\\" + (options.strProductName + L"_27.0.0_Install_" +
+                                               Environment(L"COMPUTERNAME") + L".log")))
+        << NamesOf(ReadTree(m_folder / L"logs"));
+}
+
 TEST_F(InstallTest, WithoutALogFolderTheLogStaysOnTheComputer)
 {
     DeleteFileW(LocalLogs() + L"\\" + LogName(L"Install"));

@@ -215,6 +215,20 @@ TEST(HostileTexts, NoneAddsALineToTheNotes)
     });
 }
 
+TEST(HostileTexts, NoneLeadsTheFileForANameOfALogElsewhere)
+{
+    for (const wchar_t* text : g_hostile) {
+        BuildPlan plan = HarmlessPlan();
+        plan.databases[0].strProductName = L"\x00E9..\\..\\" + CString(text);
+        const CString file = LogNameFile(plan, plan.databases[0]);
+        EXPECT_TRUE(IsPlainRelativePath(file)) << Utf8(file);
+        EXPECT_EQ(FolderAbove(file), CString(L"Image\\LogNames"));
+        for (const CString& line : LinesOf(ComposeInstallScript(plan))) {
+            EXPECT_TRUE(line.Find(L"LOG=") < 0 || SignsOutsideQuotes(line).IsEmpty()) << Utf8(line);
+        }
+    }
+}
+
 TEST(HostileTexts, ACodeThatIsNoGuidStandsBetweenQuotes)
 {
     BuildPlan plan = HarmlessPlan();
@@ -305,6 +319,90 @@ TEST(HostileTexts, JsonHoldsNoControlCharacterAndNoHalfPair)
 {
     EXPECT_EQ(JsonText(CString(L"\x01\x1F\x7F\x85\x2028\x2029\xD800") + L"x\xDC00\xD83D\xDE00"),
               CString(L"\"\\u0001\\u001f\\u007f\\u0085\\u2028\\u2029\\ud800x\\udc00\xD83D\xDE00\""));
+}
+
+// What PowerShell would see of a line outside of its single quotes. Typographic ones are quotes to it too, and two in a row
+// stand for one.
+CString OutsideSingleQuotes(const CString& line)
+{
+    const CString quotes = L"'\x2018\x2019\x201A\x201B";
+    CString outside;
+    bool quoted = false;
+    for (int index = 0; index < line.GetLength(); ++index) {
+        const bool isQuote = quotes.Find(line[index]) >= 0;
+        if (quoted && isQuote && index + 1 < line.GetLength() && quotes.Find(line[index + 1]) >= 0) {
+            ++index;
+        } else if (isQuote) {
+            quoted = !quoted;
+        } else if (!quoted) {
+            outside += line[index];
+        }
+    }
+    return quoted ? outside + L"(open)" : outside;
+}
+
+std::vector<CString> PowerShellLines(const BuildPlan& plan)
+{
+    std::vector<CString> lines;
+    for (const CString& line : LinesOf(ComposeReadMe(plan, L"\\\\server\\apps\\" + plan.strName))) {
+        if (line.Find(L"(Start-Process ") >= 0) {
+            lines.push_back(line);
+        }
+    }
+    return lines;
+}
+
+TEST(PastedLines, PowerShellRunsNothingThatStandsInAName)
+{
+    BuildPlan harmless = HarmlessPlan();
+    std::vector<CString> expected;
+    for (const CString& line : PowerShellLines(harmless)) {
+        expected.push_back(OutsideSingleQuotes(line));
+    }
+    ASSERT_EQ(expected.size(), 5u);
+    EXPECT_EQ(expected[0], CString(L"    (Start-Process cmd.exe -Wait -PassThru -ArgumentList ()).ExitCode"));
+    EXPECT_EQ(expected[2], CString(L"    (Start-Process msiexec.exe -Wait -PassThru -ArgumentList ( + "
+                                   L"$env:COMPUTERNAME + )).ExitCode"));
+    for (const wchar_t* text : {L"$(calc)", L"`$(calc)`", L"'; calc; '", L"\x2019; calc; \x2019",
+                                L"\x201A; calc; \x201B", L"a'", L"''", L"\x2018'"}) {
+        for (const Place& place : Places()) {
+            BuildPlan plan = HarmlessPlan();
+            place.put(plan, text);
+            const std::vector<CString> lines = PowerShellLines(plan);
+            ASSERT_EQ(lines.size(), expected.size()) << place.name;
+            for (std::size_t index = 0; index < lines.size(); ++index) {
+                EXPECT_EQ(OutsideSingleQuotes(lines[index]), expected[index])
+                    << place.name << ": " << Utf8(lines[index]);
+            }
+        }
+    }
+}
+
+TEST(PastedLines, PowerShellGetsNamesAndVariablesInItsOwnForm)
+{
+    BuildPlan plan = HarmlessPlan();
+    plan.commands.strLogFolder.Empty();
+    plan.databases[0].patchTargets.clear();
+    plan.databases[0].strTarget = L"Image\\it's 100%.msi";
+    const CString text = ComposeReadMe(plan, L"\\\\server\\apps\\$(North)");
+    EXPECT_HOLDS(
+        text,
+        L"(Start-Process msiexec.exe -Wait -PassThru -ArgumentList ('/i "
+        L"\"\\\\server\\apps\\$(North)\\Image\\it''s 100%.msi\" NAME=\"value\" /qn /norestart /L*V \"' + "
+        L"$env:windir + '\\Logs\\Software\\Zolt_27.0.0_Install_' + $env:COMPUTERNAME + "
+        L"'.log\"')).ExitCode\r\n");
+    EXPECT_HOLDS(text, L"'/d /c \"\"\\\\server\\apps\\$(North)\\Install.cmd\"\"')).ExitCode\r\n");
+}
+
+TEST(PastedLines, LettersBeyondAsciiNeedTheirCodePageInABatchFile)
+{
+    const wchar_t* const advice = L"    chcp 65001 >nul\r\n";
+    EXPECT_EQ(ComposeReadMe(HarmlessPlan(), L"\\\\server\\apps\\Office").Find(advice), -1);
+    EXPECT_HOLDS(ComposeReadMe(HarmlessPlan(), L"\\\\server\\apps\\B\x00FCro"), advice);
+    BuildPlan plan = HarmlessPlan();
+    plan.databases[0].strProductName = L"Fran\x00E7"
+                                       L"ais";
+    EXPECT_HOLDS(ComposeReadMe(plan, L"\\\\server\\apps\\Office"), advice);
 }
 
 TEST(PastedLines, AreCalledInAScript)

@@ -94,14 +94,40 @@ TEST(BuildCommands, PropertiesAreQuoted)
     EXPECT_EQ(PropertyArgument(L"T=a \"b\""), CString(L"T=\"a \"\"b\"\"\""));
 }
 
-TEST(BuildCommands, TheScriptIsAsciiUnlessAPathHasOtherLetters)
+TEST(BuildCommands, TheScriptIsAsciiUnlessANameHasOtherLetters)
 {
     BuildPlan plan = TwoProducts();
-    plan.databases[0].strProductName = L"Z\x00F6lt";
-    EXPECT_HOLDS(ComposeInstallScript(plan), L"set \"LOG=Z_lt_27.0.0_Install_");
     EXPECT_LACKS(ComposeInstallScript(plan), L"chcp");
     plan.databases[0].strTarget = L"Image\\Z\x00F6lt.msi";
     EXPECT_HOLDS(ComposeInstallScript(plan), L"chcp 65001 >nul");
+}
+
+TEST(BuildCommands, ALogTakesTheLettersOfItsProductFromTheNameOfAFile)
+{
+    BuildPlan plan = TwoProducts();
+    plan.databases[1].strProductName = L"Fran\x00E7"
+                                       L"ais \x65E5";
+    EXPECT_EQ(LogNameFile(plan, plan.databases[0]), CString());
+    EXPECT_EQ(LogNameFile(plan, plan.databases[1]), CString(L"Image\\LogNames\\2-Fran\x00E7"
+                                                            L"ais \x65E5"));
+    const CString script = ComposeInstallScript(plan);
+    EXPECT_HOLDS(script, L"set \"LOG=Fran_ais __27.0.0_Install_%COMPUTERNAME%.log\"\r\n"
+                         L"set \"NAME=\"\r\n"
+                         L"for /r \"%~dp0Image\\LogNames\" %%F in (2-*) do set \"NAME=%%~nxF\"\r\n"
+                         L"if defined NAME set \"LOG=%NAME:~2%_27.0.0_Install_%COMPUTERNAME%.log\"\r\n");
+    EXPECT_LACKS(script, L"chcp");
+    EXPECT_LACKS(script, L"(1-*)");
+    const TargetNames targets = NamedTargets(plan);
+    EXPECT_EQ(targets.count(LogNameFile(plan, plan.databases[1])), 1u);
+}
+
+TEST(BuildCommands, ALogsNameLosesWhatNobodySeesAndWhatInterpretersRead)
+{
+    BuildPlan plan = TwoProducts();
+    plan.databases[0].strProductName = L"a\x202E"
+                                       L"b$c`d%e\xD800"
+                                       L"f\x85g:h";
+    EXPECT_EQ(LogFileBase(plan.databases[0], L"Install"), CString(L"a_b_c_d_e_f_g_h_27.0.0_Install_"));
 }
 
 TEST(BuildCommands, EveryLineEndsAsTheInterpreterWantsIt)
