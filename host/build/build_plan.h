@@ -65,6 +65,13 @@ struct WorkstationCommands
         L"/qn"; // the installer's display option: /qn silent, /qb-! a progress bar without questions
 };
 
+// How much of the added files goes into one cabinet.
+struct CabinetLimits
+{
+    std::uint64_t bytes = 1ull << 30; // of content; half of what a cabinet can hold
+    std::size_t files = 30000;        // less than half of what a cabinet can list
+};
+
 struct BuildPlan
 {
     CString strLocation; // full path of the folder in which the deployment's folder stands
@@ -82,4 +89,5 @@ struct BuildPlan
     std::vector<BuildText> texts;
     std::vector<BuildDatabase> databases;
     WorkstationCommands commands;
+    CabinetLimits cabinetLimits;
 };

@@ -197,7 +197,7 @@ void UserFileBuild::Decide(DatabaseSnapshot& snapshot)
     }
     FindSources();
     if (!m_additions.bLoose) {
-        m_cabinets = PackUserFiles(m_additions.files);
+        m_cabinets = PackUserFiles(m_additions.files, m_run.plan.cabinetLimits);
     }
     const CString refused = FinishUserAdditions(snapshot, m_additions, m_cabinets, m_places.bPackedUnmarked);
     if (!refused.IsEmpty()) {

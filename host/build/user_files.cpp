@@ -13,9 +13,7 @@
 
 namespace {
 
-constexpr std::uint64_t CABINET_BYTES = 1ull << 30; // of content; half of what a cabinet can hold
-constexpr std::size_t CABINET_FILES = 30000;        // less than half of what a cabinet can list
-constexpr long long MAX_SHORT = 32767;              // the largest value of a column of type i2
+constexpr long long MAX_SHORT = 32767; // the largest value of a column of type i2
 constexpr int FILE_NONCOMPRESSED = 0x2000;
 constexpr int FILE_COMPRESSED = 0x4000;
 
@@ -300,13 +298,13 @@ std::vector<CString> FindUserDrives(const DatabaseSnapshot& database)
     return drives;
 }
 
-std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files)
+std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files, const CabinetLimits& limits)
 {
     std::vector<UserCabinet> cabinets;
     std::uint64_t bytes = 0;
     for (std::size_t index = 0; index < files.size(); ++index) {
-        const bool full = !cabinets.empty() && (cabinets.back().count >= CABINET_FILES ||
-                                                bytes + files[index].size > CABINET_BYTES);
+        const bool full = !cabinets.empty() &&
+                          (cabinets.back().count >= limits.files || bytes + files[index].size > limits.bytes);
         if (cabinets.empty() || full) {
             cabinets.push_back({CabinetName(cabinets.size() + 1), index, 0});
             bytes = 0;

@@ -6,6 +6,7 @@
 // built gets what is decided here.
 #pragma once
 
+#include "host/build/build_plan.h"
 #include "host/build/change_report.h"
 #include "host/build/stray_additions.h"
 
@@ -66,8 +67,9 @@ constexpr std::uint64_t MAX_USER_FILE_BYTES = 2032ull << 20;
 // The drives that were added, as `X:`.
 [[nodiscard]] std::vector<CString> FindUserDrives(const DatabaseSnapshot& database);
 
-// Cuts the files, in their order, into cabinets of bounded size.
-[[nodiscard]] std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files);
+// Cuts the files, in their order, into cabinets within the limits.
+[[nodiscard]] std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files,
+                                                     const CabinetLimits& limits = {});
 
 // Changes the snapshot into what is to be built: no rows of strays, sizes as given in `additions`, sequence numbers
 // behind the product's last one, a Media row for each cabinet in place of those of an earlier build, the attribute of
