@@ -6,9 +6,6 @@
 
 void SetupLog::Append(const CString& line) const
 {
-    if (m_file.IsEmpty()) {
-        return;
-    }
     const CFileOwner file(CreateFileW(FilePath(m_file), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                       nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file) {

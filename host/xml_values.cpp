@@ -1,5 +1,6 @@
 #include "host/xml_values.h"
 
+#include "host/build/build_names.h"
 #include "host/build/product_identity.h"
 #include "host/host_messages.h"
 #include "host/xml_limits.h"
@@ -22,21 +23,6 @@ bool IsPlainLetter(wchar_t unit)
 bool IsPlainDigit(wchar_t unit)
 {
     return unit >= L'0' && unit <= L'9';
-}
-
-// CON, NUL, COM1, ... are devices in every folder, with any extension.
-bool IsDeviceName(const CString& name)
-{
-    const int dot = name.Find(L'.');
-    CString stem = dot < 0 ? name : name.Left(dot);
-    stem.TrimRight(L" ");
-    for (const wchar_t* device : {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"}) {
-        if (stem.CompareNoCase(device) == 0) {
-            return true;
-        }
-    }
-    const bool numbered = stem.Left(3).CompareNoCase(L"COM") == 0 || stem.Left(3).CompareNoCase(L"LPT") == 0;
-    return numbered && stem.GetLength() == 4 && stem[3] >= L'1' && stem[3] <= L'9';
 }
 
 bool ParseNumber(const CString& text, int least, int most, int& number)

@@ -129,15 +129,11 @@ void WarnOfVersions(BuildRun& run)
 
 void CheckSpace(const BuildRun& run, const CString& folder)
 {
-    const std::uint64_t needed = run.list.bytes + SPARE_BYTES;
     const std::uint64_t free = FreeBytes(folder);
-    if (free < needed) {
-        const auto megabytes = [](std::uint64_t bytes) {
-            return NumberText(static_cast<long long>((bytes + (1 << 20) - 1) >> 20)) + L" MB";
-        };
-        throw BuildFailure{BUILD_DISK_FULL, L"The deployment needs " + megabytes(needed) + L" in \"" +
-                                                run.plan.strLocation + L"\", but only " + megabytes(free) +
-                                                L" are free. " + RemedyOf(BUILD_DISK_FULL)};
+    if (!HasRoom(free, run.list.bytes)) {
+        throw BuildFailure{BUILD_DISK_FULL, RoomSentence(run) + L" Only " +
+                                                NumberText(static_cast<long long>(free >> 20)) +
+                                                L" MB are free. " + RemedyOf(BUILD_DISK_FULL)};
     }
 }
 
@@ -155,6 +151,18 @@ void WarnOfLongPaths(BuildRun& run)
 }
 
 } // namespace
+
+bool HasRoom(std::uint64_t freeBytes, std::uint64_t fileBytes)
+{
+    return freeBytes >= SPARE_BYTES && freeBytes - SPARE_BYTES >= fileBytes;
+}
+
+CString RoomSentence(const BuildRun& run)
+{
+    const std::uint64_t megabytes = (run.list.bytes + SPARE_BYTES + (1 << 20) - 1) >> 20;
+    return L"The deployment needs " + NumberText(static_cast<long long>(megabytes)) + L" MB in \"" +
+           run.plan.strLocation + L"\".";
+}
 
 // Checked again right before the swap: what a build may replace was decided before it began.
 bool CheckTarget(const BuildRun& run)

@@ -10,7 +10,7 @@ struct Remedy
 
 const Remedy g_remedies[] = {
     {0, L"Nothing needs to be done."},
-    {2, L"Check that the file is still there, and that the media is complete."},
+    {2, L"Check that the file is still there, and that the media are complete."},
     {3, L"Check that the folder is still there and that its drive or share is connected."},
     {5, L"Check the rights on the folder, and that no computer has one of its files open."},
     {19, L"The medium is write-protected. Choose a location that can be written to."},
@@ -56,7 +56,7 @@ CString RemedyOf(unsigned int code)
             return remedy.text;
         }
     }
-    return L"See the log for the step that failed, mend the cause, and start the build again.";
+    return L"See the log for the step that failed, fix the cause, and start the build again.";
 }
 
 CString DescribeFailure(const CString& operation, const CString& path, unsigned int code,

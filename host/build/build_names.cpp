@@ -10,22 +10,6 @@ bool IsReserved(wchar_t character)
     return character < 32 || CString(g_reservedCharacters).Find(character) >= 0;
 }
 
-// Device names count with any extension and with the superscript digits that Windows takes for 1 to 3.
-bool IsDeviceName(const CString& name)
-{
-    const int dot = name.Find(L'.');
-    CString base = dot < 0 ? name : name.Left(dot);
-    base.TrimRight(L" ");
-    for (const wchar_t* device : {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"}) {
-        if (base.CompareNoCase(device) == 0) {
-            return true;
-        }
-    }
-    const CString port = base.Left(3);
-    return base.GetLength() == 4 && (port.CompareNoCase(L"COM") == 0 || port.CompareNoCase(L"LPT") == 0) &&
-           CString(L"0123456789\x00B9\x00B2\x00B3").Find(base[3]) >= 0;
-}
-
 bool EndsBadly(const CString& name)
 {
     const wchar_t last = name[name.GetLength() - 1];
@@ -91,6 +75,21 @@ bool IsPlainRelativePath(const CString& path)
         start = end + 1;
     }
     return true;
+}
+
+bool IsDeviceName(const CString& name)
+{
+    const int dot = name.Find(L'.');
+    CString base = dot < 0 ? name : name.Left(dot);
+    base.TrimRight(L" ");
+    for (const wchar_t* device : {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"}) {
+        if (base.CompareNoCase(device) == 0) {
+            return true;
+        }
+    }
+    const CString port = base.Left(3);
+    return base.GetLength() == 4 && (port.CompareNoCase(L"COM") == 0 || port.CompareNoCase(L"LPT") == 0) &&
+           CString(L"0123456789\x00B9\x00B2\x00B3").Find(base[3]) >= 0;
 }
 
 CString JoinFolder(const CString& folder, const CString& name)

@@ -16,6 +16,10 @@ CString RefusedName(const CString& name);
 // a leading or closing backslash, "." and "..", reserved characters and device names, closing dots and blanks.
 bool IsPlainRelativePath(const CString& path);
 
+// True for the name of a device: CON, NUL, COM1, ... Such a name counts with any extension and with the superscript digits
+// that Windows takes for 1 to 3.
+bool IsDeviceName(const CString& name);
+
 // Folder and name with one backslash between them; the folder alone for an empty name.
 CString JoinFolder(const CString& folder, const CString& name);
 // Without closing backslashes; a drive's root keeps its one.

@@ -1,8 +1,8 @@
 #include "host/build/database_snapshot.h"
 
 #include "host/build/build_failure.h"
+#include "host/build/file_operations.h"
 #include "host/build/sha256.h"
-#include "host/build/system_text.h"
 
 namespace {
 
@@ -79,6 +79,11 @@ private:
         CInstallerHandle record;
         while (Fetch(view, record, L"the list of tables")) {
             names.push_back(ReadText(record.get(), 1));
+            if (names.back().IsEmpty()) {
+                throw BuildFailure{BUILD_DATABASE_DAMAGED, L"The database \"" + m_path +
+                                                               L"\" lists a table without a name. " +
+                                                               RemedyOf(BUILD_DATABASE_DAMAGED)};
+            }
         }
         return names;
     }
@@ -185,7 +190,7 @@ private:
 void CheckInstaller(unsigned int code, const CString& operation, const CString& path)
 {
     if (code != ERROR_SUCCESS) {
-        throw BuildFailure{code, DescribeFailure(operation, path, code, SystemText(code))};
+        throw BuildFailure{code, DescribeFailure(operation, path, code, ReasonFor(code, path))};
     }
 }
 

@@ -132,6 +132,12 @@ void RemoveStaging(BuildRun& run, BuildLock& lock)
     }
 }
 
+// One code comes of files, the other of handles.
+bool IsDiskFull(unsigned int code)
+{
+    return code == BUILD_DISK_FULL || code == BUILD_HANDLE_DISK_FULL;
+}
+
 void RunPhases(BuildRun& run)
 {
     run.log.Write(run.plan.strBuiltBy + L" builds \"" + run.target + L"\"");
@@ -149,10 +155,15 @@ void RunPhases(BuildRun& run)
         location.Keep();
     } catch (const BuildFailure& failure) {
         RemoveStaging(run, lock);
-        if (failure.code != BUILD_CANCELLED) {
-            KeepFailedLog(run, failure);
+        if (failure.code == BUILD_CANCELLED) {
+            throw;
         }
-        throw;
+        BuildFailure shown = failure;
+        if (IsDiskFull(failure.code)) {
+            shown.message += L" " + RoomSentence(run);
+        }
+        KeepFailedLog(run, shown);
+        throw shown;
     } catch (...) {
         RemoveStaging(run, lock);
         throw;

@@ -31,7 +31,7 @@ bool IsFaultDue()
 [[noreturn]] void Fail(const wchar_t* operation, const CString& path)
 {
     const DWORD code = GetLastError();
-    throw BuildFailure{code, DescribeFailure(operation, path, code, SystemText(code))};
+    throw BuildFailure{code, DescribeFailure(operation, path, code, ReasonFor(code, path))};
 }
 
 void Check(bool done, const wchar_t* operation, const CString& path)
@@ -299,6 +299,19 @@ void RequireNothingOpenBelow(const CString& path)
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
         Check(probe.IsOpen(), L"Replacing", inner);
     }
+}
+
+CString ReasonFor(unsigned int code, const CString& path)
+{
+    CString reason = SystemText(code).TrimRight(L".");
+    ULARGE_INTEGER free = {};
+    const CString folder = FolderAbove(path);
+    if ((code == ERROR_DISK_FULL || code == ERROR_HANDLE_DISK_FULL) &&
+        GetDiskFreeSpaceExW(UnlimitedPath(WithClosingBackslash(folder)), &free, nullptr, nullptr)) {
+        reason += L"; \"" + folder + L"\" has " + NumberText(static_cast<long long>(free.QuadPart >> 20)) +
+                  L" MB free";
+    }
+    return reason;
 }
 
 std::uint64_t FreeBytes(const CString& folder)

@@ -87,6 +87,8 @@ void DeleteTree(const CString& path);
 // Fails with the first file of the folder that somebody has open in a way that keeps it from being renamed.
 void RequireNothingOpenBelow(const CString& path);
 
+// The system's words for why an operation on a path failed; when the disk is full, with what is free there.
+[[nodiscard]] CString ReasonFor(unsigned int code, const CString& path);
 [[nodiscard]] std::uint64_t FreeBytes(const CString& folder);
 [[nodiscard]] bool IsRemote(const CString& path);
 
