@@ -283,7 +283,13 @@ class Recorder final : public IBuildProgress
 {
 public:
     explicit Recorder(TestBuild& build) : m_build(build) {}
-    void OnStep(const CString& sentence) override { m_build.steps.push_back(sentence); }
+    void OnStep(const CString& sentence) override
+    {
+        m_build.steps.push_back(sentence);
+        if (m_build.onStep) {
+            m_build.onStep(sentence);
+        }
+    }
     bool OnProgress(std::uint64_t done, std::uint64_t total, const CString&) override
     {
         ++m_build.progressCalls;

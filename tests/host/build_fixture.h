@@ -73,6 +73,7 @@ public:
     void AllowReplacing(); // the deployment that stands in the target's place now
     BuildPlan plan;
     std::function<bool(std::uint64_t, std::uint64_t)> onProgress; // true goes on
+    std::function<void(const CString&)> onStep;
     std::vector<CString> steps;
     int progressCalls = 0;
 

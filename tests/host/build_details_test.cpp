@@ -1,0 +1,327 @@
+// What a build does besides its files: probes, marks, room, what it counts and when it listens.
+#include "tests/host/additions_build.h"
+#include "tests/host/outside_links.h"
+
+#include "host/build/build_check.h"
+#include "host/build/build_failure.h"
+#include "host/build/build_names.h"
+#include "host/build/file_operations.h"
+
+#include <windows.h>
+
+#include <winioctl.h>
+
+#include <msi.h>
+#include <msiquery.h>
+#include <objidl.h>
+
+#include <cstring>
+
+namespace {
+
+const CString g_changeDatabase = L"UPDATE `Property` SET `Value` = 'Other' WHERE `Property` = 'Manufacturer'";
+
+class FaultScope
+{
+public:
+    explicit FaultScope(const FileFault& fault) { SetFileFault(fault); }
+    FaultScope(const FaultScope&) = delete;
+    FaultScope& operator=(const FaultScope&) = delete;
+    ~FaultScope() { SetFileFault({}); }
+};
+
+void MakeHole(const CString& path, std::uint64_t bytes)
+{
+    const FileHandle file = OpenAlone(path, true);
+    DWORD count = 0;
+    DeviceIoControl(file.Get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &count, nullptr);
+    ASSERT_GT(SeekInFile(file, static_cast<long long>(bytes), FILE_BEGIN, path), 0u);
+    ASSERT_TRUE(SetEndOfFile(file.Get())) << GetLastError();
+}
+
+bool IsHidden(const CString& path)
+{
+    const DWORD attributes = GetFileAttributesW(UnlimitedPath(path));
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_HIDDEN);
+}
+
+// ---- the log folder
+
+TEST(BuildDetails, TheProbeOfTheLogFolderLeavesNothingThere)
+{
+    TestBuild build;
+    const TestFolder logs(L"logs");
+    const CString share = ShareFolder(logs.Path() + L"\\", L"logs");
+    if (share.IsEmpty()) {
+        GTEST_SKIP() << "shares are made by a link of the prefix, which this system doesn't have";
+    }
+    build.plan.commands.strLogFolder = share;
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    EXPECT_TRUE(result.warnings.empty()) << Utf8(result.warnings.front());
+    EXPECT_EQ(NamesOf(ReadTree(logs.Path())), "");
+}
+
+TEST(BuildDetails, ALogFolderThatNoPathCanNameIsRefusedByTheCheckToo)
+{
+    TestBuild build;
+    build.plan.commands.strLogFolder = L"\\\\server\\a>b";
+    std::vector<CString> warnings;
+    const HostError checked = CheckBuild(build.plan, warnings);
+    EXPECT_EQ(checked.code, static_cast<unsigned>(ERROR_BAD_PATHNAME));
+    EXPECT_HOLDS(checked.message,
+                 L"The log folder \"\\\\server\\a>b\" holds a character that paths can't have");
+    EXPECT_EQ(build.Build().error.message, checked.message);
+    EXPECT_EQ(ReadTree(build.Location()).size(), 0u);
+}
+
+// ---- room
+
+TEST(BuildDetails, TheTextsBesideTheFilesNeedRoomToo)
+{
+    constexpr std::uint64_t MEGABYTE = 1u << 20;
+    EXPECT_TRUE(HasRoom(10 * MEGABYTE, 6 * MEGABYTE));
+    EXPECT_FALSE(HasRoom(10 * MEGABYTE, 6 * MEGABYTE + 1));
+    EXPECT_FALSE(HasRoom(3 * MEGABYTE, 0));
+}
+
+TEST(BuildDetails, ADiskThatIsTooSmallIsToldWithBothNumbersBeforeAnythingIsWritten)
+{
+    TestBuild build;
+    const CString source = build.Folder() / L"huge.bin";
+    const std::uint64_t bytes = FreeBytes(build.Location()) + (8ull << 30);
+    MakeHole(source, bytes);
+    build.plan.files.push_back({source, L"Image\\huge.bin"});
+    build.onProgress = [](std::uint64_t, std::uint64_t total) {
+        return total == 0;
+    }; // no copying, should it begin
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_DISK_FULL)) << Utf8(result.error.message);
+    EXPECT_HOLDS(result.error.message, L" MB in \"" + build.Location() + L"\". Only ");
+    EXPECT_HOLDS(result.error.message, L" MB are free. Free space on the disk");
+    EXPECT_EQ(ReadTree(build.Location()).size(), 0u);
+}
+
+// "Disk full" said neither which disk nor how much.
+TEST(BuildDetails, ADiskThatFillsUpMeanwhileIsToldWithWhatIsFreeAndNeeded)
+{
+    for (const unsigned int code : {ERROR_DISK_FULL, ERROR_HANDLE_DISK_FULL}) {
+        TestBuild build;
+        BuildResult result;
+        {
+            const FaultScope fault({60, code, false});
+            result = build.Build();
+        }
+        ASSERT_EQ(result.error.code, code);
+        EXPECT_HOLDS(result.error.message, L" MB free (code ");
+        EXPECT_HOLDS(result.error.message, L"The deployment needs ");
+        EXPECT_HOLDS(result.error.message, L" MB in \"" + build.Location() + L"\".");
+    }
+}
+
+TEST(BuildDetails, AnotherFailureSaysNothingOfRoom)
+{
+    const CString path = L"C:\\folder\\file";
+    EXPECT_EQ(ReasonFor(ERROR_ACCESS_DENIED, path).Find(L"free"), -1);
+    EXPECT_HOLDS(ReasonFor(ERROR_DISK_FULL, L"C:\\file"), L"\"C:\\\" has ");
+}
+
+// ---- the log and the flushes
+
+TEST(BuildDetails, TheLogCountsTheFilesOfTheDeployment)
+{
+    TestBuild build;
+    ASSERT_EQ(build.Build().error.code, 0u);
+    long long files = 0;
+    for (const auto& [path, bytes] : ReadTree(build.Target())) {
+        files += path.Right(1) == L"\\" ? 0 : 1;
+    }
+    const std::string log = ReadBytes(build.Target() + L"\\Build.log");
+    EXPECT_NE(log.find("  Files: " + std::to_string(files) + "\r\n"), std::string::npos) << files << "\n"
+                                                                                         << log;
+}
+
+// Each file of a deployment that replaces another one, and the lock file. A loss of power must not cost both deployments.
+TEST(BuildDetails, EveryFileOfAReplacementIsFlushedOnce)
+{
+    TestBuild build;
+    ASSERT_EQ(build.Build().error.code, 0u);
+    build.AllowReplacing();
+    SetFileFault({});
+    ASSERT_EQ(build.Build().error.code, 0u);
+    long long files = 0;
+    for (const auto& [path, bytes] : ReadTree(build.Target())) {
+        files += path.Right(1) == L"\\" ? 0 : 1;
+    }
+    EXPECT_EQ(CountedFlushes(), files + 1);
+}
+
+// Without the right to write the system refuses the flush, so that one which does nothing is found.
+TEST(BuildDetails, AFlushReachesTheSystem)
+{
+    const TestFolder folder;
+    WriteBytes(folder / L"file", "x");
+    const FileHandle file = OpenForReading(folder / L"file");
+    EXPECT_THROW(FlushToDisk(file, folder / L"file"), BuildFailure);
+}
+
+// ---- attributes and times
+
+TEST(BuildDetails, HiddenFilesStayHiddenAndSoIsTheLockFile)
+{
+    TestBuild build;
+    const CString source = build.Media() + L"\\x64\\Zolt\\readme.txt";
+    SetFileAttributesW(source, FILE_ATTRIBUTE_HIDDEN);
+    if (!IsHidden(source)) {
+        GTEST_SKIP() << "the disk of the tests keeps no such attribute";
+    }
+    bool lockWasHidden = false;
+    build.onProgress = [&](std::uint64_t, std::uint64_t) {
+        lockWasHidden = lockWasHidden || IsHidden(build.Location() + L"\\.Office.build-lock");
+        return true;
+    };
+    ASSERT_EQ(build.Build().error.code, 0u);
+    EXPECT_TRUE(IsHidden(build.Target() + L"\\Image\\x64\\Zolt\\readme.txt"));
+    EXPECT_FALSE(IsHidden(build.Target() + L"\\Install.cmd"));
+    EXPECT_TRUE(lockWasHidden);
+}
+
+class AddedDetails : public testing::Test, protected AdditionsBuild
+{
+protected:
+    AddedDetails() : AdditionsBuild(Options()) {}
+
+    static ProductOptions Options()
+    {
+        ProductOptions options;
+        options.bytesOfLargeFile = 1000;
+        options.prepare = MakeAdditionTables;
+        return options;
+    }
+
+    // Date and time of the first file, as they stand in the cabinet.
+    static std::pair<USHORT, USHORT> StampInCabinet(const CString& path)
+    {
+        const std::string cabinet = ReadBytes(path);
+        std::uint32_t place = 0;
+        std::memcpy(&place, cabinet.data() + 16, 4); // where the list of files begins
+        USHORT date = 0;
+        USHORT time = 0;
+        std::memcpy(&date, cabinet.data() + place + 10, 2);
+        std::memcpy(&time, cabinet.data() + place + 12, 2);
+        return {date, time};
+    }
+};
+
+TEST_F(AddedDetails, AddedFilesKeepTheirTimeInTheCabinet)
+{
+    const CString source = Source(L"old.txt", "old");
+    SYSTEMTIME moment = {2019, 5, 0, 17, 13, 45, 20, 0};
+    FILETIME local = {};
+    FILETIME written = {};
+    ASSERT_TRUE(SystemTimeToFileTime(&moment, &local) && LocalFileTimeToFileTime(&local, &written));
+    {
+        const FileHandle file = OpenAlone(source, false);
+        ASSERT_TRUE(SetFileTime(file.Get(), nullptr, nullptr, &written));
+    }
+    added.AddFile(source, L"INSTALLDIR");
+    BuildIt();
+    const auto [date, time] = StampInCabinet(FolderAbove(build.Database()) + L"\\TARN0001.cab");
+    EXPECT_EQ(date, ((2019 - 1980) << 9) | (5 << 5) | 17);
+    EXPECT_EQ(time, (13 << 11) | (45 << 5) | (20 / 2));
+}
+
+// ---- listening
+
+// Only size and hash of a stream are kept, so the copy behind the commit is what takes time.
+TEST(BuildDetails, CancelIsHeardWhileALargeDatabaseIsCopied)
+{
+    constexpr std::size_t BYTES = 8u << 20;
+    ProductOptions options;
+    options.prepare = [](const CString& path) {
+        WriteBytes(path + L".bin", std::string(BYTES, 'b'));
+        MSIHANDLE database = 0;
+        MSIHANDLE view = 0;
+        const MSIHANDLE record = MsiCreateRecord(1);
+        ASSERT_EQ(MsiRecordSetStreamW(record, 1, path + L".bin"), 0u);
+        ASSERT_EQ(MsiOpenDatabaseW(path, MSIDBOPEN_TRANSACT, &database), 0u);
+        EXPECT_EQ(MsiDatabaseOpenViewW(database, L"INSERT INTO `Binary` (`Name`, `Data`) VALUES ('Large', ?)",
+                                       &view),
+                  0u);
+        EXPECT_EQ(MsiViewExecute(view, record), 0u);
+        MsiCloseHandle(record);
+        MsiCloseHandle(view);
+        EXPECT_EQ(MsiDatabaseCommit(database), 0u);
+        MsiCloseHandle(database);
+        DeleteFileW(path + L".bin");
+    };
+    TestBuild build(options);
+    build.Change(g_changeDatabase);
+    const CString copy = build.plan.databases[0].strWorkingCopy + L".built";
+    bool heard = false;
+    build.onProgress = [&](std::uint64_t, std::uint64_t) {
+        heard = heard || (Exists(copy) && SizeOfFile(copy) < BYTES);
+        return !heard;
+    };
+    // The builder tells at most every 50 milliseconds; so that the first chunk is told, the last time has to be that long ago.
+    build.onStep = [](const CString&) {
+        for (const ULONGLONG start = GetTickCount64(); GetTickCount64() - start < 60;) {
+            SwitchToThread();
+        }
+    };
+    EXPECT_EQ(build.Build().error.code, 1602u);
+    EXPECT_TRUE(heard) << "nobody was asked before the copy was whole";
+    EXPECT_FALSE(Exists(copy));
+    EXPECT_EQ(ReadTree(build.Location()).size(), 0u);
+}
+
+// ---- a damaged package
+
+// The list of tables is a stream of numbers of texts, two bytes each; number 0 is the empty text. The service writes the
+// names of such streams in letters of its own: a sign for tables, then two characters to a unit.
+CString EncodedStreamName(const char* name)
+{
+    const CString digits = L"0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz._";
+    CString encoded = L"\x4840";
+    for (; *name; ++name) {
+        const int first = digits.Find(static_cast<wchar_t>(*name));
+        if (name[1] == 0) {
+            encoded += static_cast<wchar_t>(0x4800 + first);
+            break;
+        }
+        encoded += static_cast<wchar_t>(0x3800 + first + (digits.Find(static_cast<wchar_t>(*++name)) << 6));
+    }
+    return encoded;
+}
+
+void ListATableWithoutName(const CString& path)
+{
+    IStorage* storage = nullptr;
+    IStream* stream = nullptr;
+    ASSERT_EQ(StgOpenStorage(path, nullptr, STGM_TRANSACTED | STGM_READWRITE | STGM_SHARE_EXCLUSIVE, nullptr,
+                             0, &storage),
+              S_OK);
+    ASSERT_EQ(storage->OpenStream(EncodedStreamName("_Tables"), nullptr,
+                                  STGM_READWRITE | STGM_SHARE_EXCLUSIVE, 0, &stream),
+              S_OK);
+    LARGE_INTEGER end = {};
+    EXPECT_EQ(stream->Seek(end, STREAM_SEEK_END, nullptr), S_OK);
+    EXPECT_EQ(stream->Write("\0\0", 2, nullptr), S_OK);
+    stream->Release();
+    EXPECT_EQ(storage->Commit(STGC_DEFAULT), S_OK);
+    storage->Release();
+}
+
+// "Reading the table  of ..." named nothing.
+TEST(BuildDetails, APackageThatListsATableWithoutNameIsRefusedAsDamaged)
+{
+    ProductOptions options;
+    options.prepare = ListATableWithoutName;
+    TestBuild build(options);
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, 1620u);
+    EXPECT_HOLDS(result.error.message, L"\" lists a table without a name. The database is damaged.");
+    EXPECT_FALSE(Exists(build.Target()));
+}
+
+} // namespace
