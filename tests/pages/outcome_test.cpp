@@ -44,6 +44,31 @@ TEST_F(CompletePage, NextClosesWithOne)
     EXPECT_EQ(host.log.Changes(), Calls());
 }
 
+class OutcomeButtons : public OutcomePage, public testing::WithParamInterface<int (*)(PageContext*)>
+{
+};
+
+INSTANTIATE_TEST_SUITE_P(Pages, OutcomeButtons,
+                         testing::Values(DeploymentCompleteDialog, DeploymentFailedDialog));
+
+TEST_P(OutcomeButtons, FinishAloneIsShown)
+{
+    Look([&] {
+        EXPECT_TRUE(Control(IDC_NEXT).IsVisible());
+        EXPECT_FALSE(Control(IDC_CANCEL).IsVisible());
+    });
+    ShowAndLeave(GetParam());
+}
+
+// Behind the build there is nothing left to cancel.
+TEST_P(OutcomeButtons, EscDoesWhatFinishDoes)
+{
+    host.manager.m_uiStage = 4;
+    Key(VK_ESCAPE);
+    EXPECT_EQ(Show(GetParam()), NAVIGATION_NEXT);
+    EXPECT_EQ(host.log.Changes(), Calls());
+}
+
 TEST_F(CompletePage, TheLinesAreTheStringsFollowedByTheHostsTexts)
 {
     host.manager.m_strCompleteLine1 = L"Zolt 2027";

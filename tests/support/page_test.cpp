@@ -42,9 +42,16 @@ StepOutcome PressOn(std::initializer_list<int> controls, int button)
     return window ? CControl(window, button).Click() : StepOutcome::NotYet(L"no such window is up");
 }
 
+// By the caption's X: not every page shows its Cancel button.
+StepOutcome CloseOn(std::initializer_list<int> controls)
+{
+    HWND window = FindWindowWithControls(controls);
+    return Until(window && PostMessageW(window, WM_CLOSE, 0, 0), L"no such window is up");
+}
+
 void AskAndLeaveNextPage(CScript& script)
 {
-    script.Add(L"cancel", [] { return PressOn({IDC_NEXT, IDC_CANCEL, IDC_BACK}, IDC_CANCEL); });
+    script.Add(L"cancel", [] { return CloseOn({IDC_NEXT, IDC_CANCEL, IDC_BACK}); });
     script.Add(L"stay", [] { return PressOn({IDC_CANCEL_QUESTION}, IDNO); });
     script.Add(L"leave", [] { return PressOn({IDC_NEXT, IDC_CANCEL, IDC_BACK}, IDC_BACK); });
     script.Start();
