@@ -159,7 +159,7 @@ TEST_P(Texts, TheSetOfTextsIsThatOfEnglish)
 TEST_P(Texts, TheIconHasAllSizes)
 {
     const std::vector<int> sizes = IconSizes(m_library.GetModule(), IDI_SETUP);
-    for (const int size : {16, 24, 32, 48, 256}) {
+    for (const int size : {16, 20, 24, 32, 40, 48, 64, 256}) {
         EXPECT_NE(std::find(sizes.begin(), sizes.end(), size % 256), sizes.end()) << size;
     }
 }
