@@ -51,42 +51,44 @@ constexpr Sentence SENTENCES[] = {
                                  L"for it or correct the number."},
     {HostText::ValueNotLocale,
      L"\"%2\" of attribute \"%1\" is not a language name such as \"en-US\". Correct it."},
-    {HostText::ValueEmpty, L"Attribute \"%1\" is empty. Give it a value."},
+    {HostText::ValueEmpty, L"Attribute \"%1\" is empty. Add a value."},
     {HostText::ValueTooLong, L"Attribute \"%1\" is longer than %2 characters. Shorten it."},
     {HostText::ValueRepeated, L"\"%2\" of attribute \"%1\" was used before. Each one may stand only once."},
     {HostText::ValueBadEscape,
      L"Attribute \"%1\" is marked as escaped, but holds a backslash that starts no \\uXXXX. Correct it."},
     {HostText::SharedPackageFolder,
-     L"Folder \"%1\" would hold two packages, \"%2\" and \"%3\". Give each product a folder of its own."},
+     L"Folder \"%1\" would hold two packages, \"%2\" and \"%3\". Use a folder of its own for each product."},
     {HostText::ProductListedTwice,
      L"The package \"%1\" has the product code %2, and so has the package \"%3\" of the same platform. A "
-     L"product can stand only once. Remove one of them, or correct its productCode."},
+     L"product can be listed only once. Remove one of them, or correct its productCode."},
     {HostText::NotReadAgain,
      L"Nothing was built, because the deployment's %1 could not be read again. %2 It is in: %3"},
     {HostText::ReadsDifferently, L"A value in it holds characters that get lost in the file. Change it."},
     {HostText::FileAndLine, L"%1, line %2: %3"},
     {HostText::FileOnly, L"%1: %2"},
     {HostText::MediaMissing,
-     L"The media \"%1\" doesn't exist or can't be reached. Check the path and that you may read it."},
-    {HostText::MediaNotRecognised, L"\"%1\" holds neither a Setup.xml nor a Deployment.xml. Choose a media "
-                                   L"folder, a deployment's folder or an installer package (.msi)."},
+     L"The media \"%1\" don't exist or can't be reached. Check the path and your permission to read it."},
+    {HostText::MediaNotRecognised,
+     L"\"%1\" contains neither a Setup.xml nor a Deployment.xml. Choose a media "
+     L"folder, a deployment's folder or an installer package (.msi)."},
     {HostText::MediaImageGone, L"\"%1\" is a deployment whose image is damaged: the file \"%2\" is missing. "
                                L"Restore the deployment from a "
-                               L"backup, or choose the media that it was made from."},
+                               L"backup, or choose the media that it was created from."},
     {HostText::MediaPackageMissing,
-     L"The package \"%1\", which the media describes, is missing (%2). Copy the whole media again."},
+     L"The package \"%1\", which the media describe, is missing (%2). Copy all of the media again."},
     {HostText::MediaSourceMissing,
-     L"The file \"%1\", which the package \"%2\" installs from, is missing. Copy the whole media again."},
+     L"The file \"%1\", which the package \"%2\" installs from, is missing. Copy all of the media again."},
     {HostText::CabinetMisnamed, L"The package \"%1\" can't be deployed: its cabinet is called \"%2\", a name "
                                 L"that the wizard keeps for added files. "
                                 L"Get the package from its maker under another cabinet name."},
-    {HostText::MediaPackageBroken, L"The package \"%1\" can't be opened (%2). It is damaged or no installer "
-                                   L"package; copy it from the original media again."},
+    {HostText::MediaPackageBroken,
+     L"The package \"%1\" can't be opened (%2). It is damaged or not an installer "
+     L"package; copy it from the original media again."},
     {HostText::PackageNameInvalid, L"The package \"%1\" can't be deployed under its name, which starts or "
                                    L"ends with a blank or holds a character "
                                    L"that names of files can't have. Rename the file."},
     {HostText::PackageCodeInvalid,
-     L"The package \"%1\" can't be deployed: its product code \"%2\" is no GUID in braces, such as "
+     L"The package \"%1\" can't be deployed: its product code \"%2\" is not a GUID in braces, such as "
      L"{12345678-1234-1234-1234-123456789ABC}. Get the package from its maker again."},
     {HostText::PackageVersionInvalid, L"The package \"%1\" can't be deployed: its version \"%2\" is not one "
                                       L"to four numbers with dots between "
@@ -98,29 +100,29 @@ constexpr Sentence SENTENCES[] = {
                                       L"the package that belongs to the media, "
                                       L"or correct version in Setup.xml."},
     {HostText::MediaFileUnreadable,
-     L"The file \"%1\" can't be read (%2). Check that it is there and that you may read it."},
-    {HostText::WorkFolderFailed,
-     L"The work folder \"%1\" can't be made (%2). Check the free space and the rights on that folder."},
+     L"The file \"%1\" can't be read (%2). Check that it exists and that you have permission to read it."},
+    {HostText::WorkFolderFailed, L"The work folder \"%1\" can't be created (%2). Check the free space and "
+                                 L"the permissions of that folder."},
     {HostText::WorkCopyFailed,
      L"The package \"%1\" can't be copied to the work folder as \"%2\" (%3). Free space there, or set the "
-     L"variable TEMP to a folder with more room."},
+     L"variable TEMP to a folder with more space."},
     {HostText::ReasonWithRoom, L"%1; it needs %2 MB, and \"%4\" has %3 MB free"},
     {HostText::TableNotMade, L"The table %1 can't be added to the working copy of \"%2\" (%3). The package "
                              L"is damaged; copy it from the original media again."},
-    {HostText::BaseGone, L"The deployment \"%1\" is not there any more in \"%2\". Choose another one."},
+    {HostText::BaseGone, L"The deployment \"%1\" is no longer in \"%2\". Choose another one."},
     {HostText::BaseDamaged, L"The deployment \"%1\" can't be used: %2"},
     {HostText::BaseOtherSetup,
      L"The deployment \"%1\" belongs to another product (setup code %2). Choose one of this product."},
     {HostText::BaseImageGone, L"The deployment \"%1\" lacks its image folder \"%2\". Restore the folder or "
                               L"choose another deployment."},
-    {HostText::DeploymentUnreadable, L"The deployment file is passed over. %1"},
+    {HostText::DeploymentUnreadable, L"The deployment file is skipped. %1"},
     {HostText::TargetIsFile, L"\"%1\" is a file. Choose another name, or move the file away."},
     {HostText::TargetShortName, L"\"%1\" is the short (8.3) name of the folder \"%2\". Choose another name."},
     {HostText::TargetIsLink,
      L"The folder \"%1\" is a link to another folder, so it isn't replaced. Choose another "
      L"name, or use the folder that it leads to."},
     {HostText::TargetNoDeployment,
-     L"The folder \"%1\" holds no deployment, so it isn't replaced. Choose another "
+     L"The folder \"%1\" contains no deployment, so it isn't replaced. Choose another "
      L"name, or move the folder away."},
     {HostText::TargetUnreadable, L"The folder \"%1\" holds a deployment file that can't be read, so it isn't "
                                  L"replaced. Choose another name, or move the folder away. (%2)"},
@@ -141,7 +143,7 @@ constexpr Sentence SENTENCES[] = {
     {HostText::PathsUnresolved, L"The installer can't resolve the folders of \"%1\" (%2). Paths are worked "
                                 L"out from the package's tables instead."},
     {HostText::NoProductsForPlatform,
-     L"The media hold no package for the %1 platform. Choose the other platform."},
+     L"The media hold no package for the %1 platform. Select the other platform."},
     {HostText::LogOpened, L"Media %1, language %2, work folder %3"},
     {HostText::LogMode, L"Setup mode %1, platform %2, deployment \"%3\" in %4, based on \"%5\""},
     {HostText::LogLoaded, L"Settings of the deployment \"%1\" loaded from %2"},

@@ -116,7 +116,7 @@ private:
     {
         if (value != L"next" && value != L"cancel") {
             return Refuse(Named(page, LEAVE_KEY), origin,
-                          L"\"" + value + L"\" is no way to leave a page. Known are: next, cancel.");
+                          L"\"" + value + L"\" is not a way to leave a page. Known are: next, cancel.");
         }
         page.bCancel = value == L"cancel";
         page.leaveOrigin = origin;

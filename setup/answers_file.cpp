@@ -102,7 +102,7 @@ public:
     bool Parse(std::string_view bytes, AnswersError& error)
     {
         if (bytes.size() > LONGEST_ANSWERS_FILE) {
-            error.strReason = L"The file is larger than 1 MB; that is no answers file.";
+            error.strReason = L"The file is larger than 1 MB, so it is not an answers file.";
             return false;
         }
         if (bytes.substr(0, 2) == "\xFF\xFE" || bytes.substr(0, 2) == "\xFE\xFF") {
@@ -160,7 +160,7 @@ private:
 
     static CString MissingHeader()
     {
-        return L"The first line that is no comment must be \"rollout-answers 1\".";
+        return L"The first line that is not a comment must be \"rollout-answers 1\".";
     }
 
     CString ParseHeader(const CString& line)
@@ -185,7 +185,7 @@ private:
         const CString name = TrimBlanks(line.Mid(1, line.GetLength() - 2));
         if (!IsWord(name)) {
             return L"\"" + name +
-                   L"\" is no section's name: a word of small letters, digits and underscores.";
+                   L"\" is not a section name: a word of small letters, digits and underscores.";
         }
         for (const AnswerSection& section : m_file.sections) {
             if (section.strName == name) {
@@ -206,7 +206,7 @@ private:
         const CString key = TrimBlanks(line.Left(equals));
         if (!IsKey(key)) {
             return L"\"" + key +
-                   L"\" is no key: words of small letters, digits and underscores, joined by dots.";
+                   L"\" is not a key: words of small letters, digits and underscores, joined by dots.";
         }
         if (m_file.sections.empty()) {
             return L"The answer \"" + key +

@@ -158,7 +158,7 @@ CString CommandLineUsage()
            L"  --check               walk the pages and check all answers, but build nothing\n"
            L"  --help                this text\n"
            L"\n"
-           L"Exit codes: 0 done, 1602 cancelled, 1603 failed, 20 bad command line, 21 bad answers,\n"
+           L"Exit codes: 0 done, 1602 canceled, 1603 failed, 20 bad command line, 21 bad answers,\n"
            L"22 an answer was refused by its page, 23 a question without an answer,\n"
            L"24 answers for a page that isn't shown, 25 a page overdue,\n"
            L"26 the run broke off, 27 no sign of life.\n";

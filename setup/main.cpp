@@ -62,7 +62,7 @@ void UseLanguage(const CString& locale)
 
 RunOutcome CancelledOutcome()
 {
-    return {SETUP_CANCELLED, L"cancelled", true};
+    return {SETUP_CANCELLED, L"canceled", true};
 }
 
 RunOutcome RunWizard(const CommandLine& line, CRunLog& log)

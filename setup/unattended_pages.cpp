@@ -288,7 +288,7 @@ StepOutcome CUnattendedPages::PressLeave()
         Fail(SETUP_ANSWER_REFUSED,
              AnswersError{
                  PageOrigin().strSource, PageOrigin().nLine, PageName(),
-                 cancels ? L"The page can't be cancelled: its button Cancel is off."
+                 cancels ? L"The page can't be canceled: its button Cancel is off."
                          : L"The page can't be left with these answers: its button Next is off. An answer "
                            L"that the page needs is missing or empty."}
                  .Text());

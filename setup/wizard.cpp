@@ -139,7 +139,7 @@ RunOutcome CWizard::Walk(WizardFlow& flow)
     }
     // The wizard's own pages and boxes have told whatever there was to tell.
     return {move.exitCode,
-            move.exitCode == SETUP_CANCELLED && m_strCause.IsEmpty() ? CString(L"cancelled") : m_strCause,
+            move.exitCode == SETUP_CANCELLED && m_strCause.IsEmpty() ? CString(L"canceled") : m_strCause,
             true};
 }
 

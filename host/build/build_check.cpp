@@ -103,7 +103,8 @@ void CheckName(const BuildPlan& plan)
     }
     if (plan.strLocation.Left(2) != L"\\\\" && plan.strLocation.Mid(1, 2) != L":\\") {
         throw BuildFailure{BUILD_BAD_PATH_NAME, L"The location \"" + plan.strLocation +
-                                                    L"\" is no full path. " + RemedyOf(BUILD_BAD_PATH_NAME)};
+                                                    L"\" is not a full path. " +
+                                                    RemedyOf(BUILD_BAD_PATH_NAME)};
     }
 }
 
@@ -186,7 +187,7 @@ bool CheckTarget(const BuildRun& run)
         refuse(L"There is a folder \"" + run.target + L"\" already. " + RemedyOf(BUILD_ALREADY_EXISTS));
     } else if (StampOfDeployment(run.target) != run.plan.strReplacedStamp) {
         refuse(L"The folder \"" + run.target +
-               L"\" isn't the deployment that was to be replaced any more: it was changed, or another one "
+               L"\" is no longer the deployment that was to be replaced: it was changed, or another one "
                L"stands in its place. Start again to see what is there now.");
     }
     return true;

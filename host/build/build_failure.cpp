@@ -12,7 +12,7 @@ const Remedy g_remedies[] = {
     {0, L"Nothing needs to be done."},
     {2, L"Check that the file is still there, and that the media are complete."},
     {3, L"Check that the folder is still there and that its drive or share is connected."},
-    {5, L"Check the rights on the folder, and that no computer has one of its files open."},
+    {5, L"Check the permissions of the folder, and that no computer has one of its files open."},
     {19, L"The medium is write-protected. Choose a location that can be written to."},
     {21, L"The drive is not ready. Insert the medium again, or connect the drive."},
     {23, L"The medium is damaged at this place. Clean it, or copy the file from another source."},
@@ -37,7 +37,7 @@ const Remedy g_remedies[] = {
     {183, L"Choose another name, or modify the deployment that is there."},
     {206, L"Choose a location with a shorter path, or a shorter name."},
     {223, L"Remove the file from the additional files, or add it in smaller parts."},
-    {267, L"Choose a folder as location."},
+    {267, L"Choose a folder as the location."},
     {1113, L"Choose names in letters of that code page."},
     {1117, L"The disk could not do this. Check it, and start the build again."},
     {1223, L"Start the build again when you are ready."},
@@ -56,7 +56,7 @@ CString RemedyOf(unsigned int code)
             return remedy.text;
         }
     }
-    return L"See the log for the step that failed, fix the cause, and start the build again.";
+    return L"See the log for the step that failed, correct the problem, and start the build again.";
 }
 
 CString DescribeFailure(const CString& operation, const CString& path, unsigned int code,

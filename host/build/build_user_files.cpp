@@ -21,7 +21,7 @@ CString Sentence(const CString& product, const CString& source, const CString& r
 {
     throw BuildFailure{BUILD_FILE_NOT_FOUND,
                        Sentence(product, source,
-                                L"is not there any more. Put it back, or remove it from the additional "
+                                L"is no longer there. Put it back, or remove it from the additional "
                                 L"files, and start the build again.")};
 }
 

@@ -185,8 +185,8 @@ CString ComposeChangesText(const std::vector<DatabaseChanges>& databases)
         text += L"  Package code: " + ShownText(database.strOldPackageCode) + L" -> " +
                 ShownText(database.strNewPackageCode) + L"\r\n";
         if (database.bSignatureLost) {
-            text +=
-                L"  The maker's digital signature no longer fits the changed database and was removed.\r\n";
+            text += L"  The maker's digital signature no longer matches the changed database and was "
+                    L"removed.\r\n";
         }
         for (const RowDifference& row : database.rows) {
             AppendRow(text, row);

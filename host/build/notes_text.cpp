@@ -193,7 +193,7 @@ void AppendProduct(CString& text, const BuildPlan& plan, const BuildDatabase& da
 }
 
 const wchar_t g_exitCodes[] =
-    L"\r\nExit codes (the installer's own, handed on unchanged)\r\n"
+    L"\r\nExit codes (the installer's own, passed on unchanged)\r\n"
     L"  0           success\r\n"
     L"  1602        canceled by the user\r\n"
     L"  1603        failed, see the log\r\n"
@@ -212,7 +212,7 @@ CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath)
     AppendScripts(text, plan, workstationPath);
     text += CString(L"\r\nBoth show ") +
             (plan.commands.strDisplay == L"/qn" ? L"nothing" : L"a progress bar") +
-            L", wait until all is done, and end with the installer's code. You can\r\n"
+            L", wait until everything is done, and end with the installer's code. You can\r\n"
             L"change their settings at the top of each file. The folder can be moved or shared under another "
             L"name; the lines below then need its "
             L"new\r\n"

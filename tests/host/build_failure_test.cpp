@@ -342,7 +342,7 @@ TEST_F(RebuildTest, ADeploymentThatChangesDuringTheBuildIsNotReplaced)
     };
     const BuildResult result = m_build.Build();
     EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_ALREADY_EXISTS));
-    EXPECT_HOLDS(result.error.message, L"isn't the deployment that was to be replaced any more");
+    EXPECT_HOLDS(result.error.message, L"is no longer the deployment that was to be replaced");
     EXPECT_EQ(ReadBytes(m_build.Target() + L"\\Deployment.xml"), "<Deployment by=\"another wizard\"/>");
     ExpectNoLeftovers("changed");
 }

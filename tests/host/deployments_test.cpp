@@ -157,7 +157,7 @@ TEST_F(DeploymentsTest, AModeWhoseBaseIsGoneIsRefusedWithAReason)
     RemoveFolder(location + L"South");
     EXPECT_FALSE(manager.LoadDeploymentInfo(L"South"));
     EXPECT_FALSE(manager.SetSetupMode(Setup::SETUPMODE_MODIFY_DEPLOYMENT));
-    EXPECT_GE(Log().Find(L"\"South\" is not there any more"), 0) << Utf8(Log());
+    EXPECT_GE(Log().Find(L"\"South\" is no longer in"), 0) << Utf8(Log());
 }
 
 TEST_F(DeploymentsTest, ADeploymentOfAnotherProductIsNoBase)

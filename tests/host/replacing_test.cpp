@@ -265,7 +265,7 @@ TEST_F(ReplacingTest, AFolderWithoutADeploymentIsRefusedWithTheListedNameToo)
     ASSERT_EQ(host->JudgeTarget().state, TargetVerdict::State::MayBeReplaced);
     RemoveFolder(location + L"East");
     WriteFileBytes(location + L"East\\thesis.doc", "years of work");
-    ExpectRefused(L"holds no deployment");
+    ExpectRefused(L"contains no deployment");
 }
 
 TEST_F(ReplacingTest, ALocationInsideADeploymentIsRefusedHoweverDeep)
