@@ -35,7 +35,7 @@
 #define IDS_BUILD_HOURS_LEFT 209   // %1: number
 #define IDS_BUILD_SHUTDOWN_REASON 210
 #define IDS_DECIMAL_POINT 211
-#define IDS_BUILD_BROKE_OFF 212
+#define IDS_BUILD_BROKE_OFF 212     // %1: the fault
 #define IDS_BUILD_WARNINGS 213      // %1: the warnings, each behind an empty line
 #define IDS_BUILD_MORE_WARNINGS 214 // %1: number
 

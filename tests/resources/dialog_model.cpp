@@ -59,6 +59,11 @@ bool DialogControl::IsButton() const
     return className.CompareNoCase(L"Button") == 0;
 }
 
+bool DialogControl::IsEdit() const
+{
+    return className.CompareNoCase(L"Edit") == 0;
+}
+
 bool DialogControl::IsRadio() const
 {
     return IsButton() && (style & BS_TYPEMASK) == BS_AUTORADIOBUTTON;

@@ -19,6 +19,7 @@ struct DialogControl
 
     bool IsStatic() const;
     bool IsButton() const;
+    bool IsEdit() const;
     bool IsRadio() const;
     bool HasMark() const; // a radio button or a check box
     bool IsDefaultButton() const;

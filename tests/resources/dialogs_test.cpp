@@ -171,6 +171,92 @@ TEST_P(Dialogs, NoMnemonicStandsTwiceInALayout)
     }
 }
 
+TEST_P(Dialogs, NextTabIsTheDefaultButtonOfEveryTabPage)
+{
+    for (const int dialogId : TabDialogs()) {
+        CDialogModel dialog(m_library.GetModule(), dialogId);
+        EXPECT_TRUE(dialog.Get(IDC_NEXT_TAB).IsDefaultButton()) << "dialog " << dialogId;
+    }
+}
+
+// Enter must not throw away what was entered.
+TEST_P(Dialogs, NoIsTheDefaultButtonOfTheCancelQuestion)
+{
+    CDialogModel dialog(m_library.GetModule(), IDD_CANCEL);
+    EXPECT_TRUE(dialog.Get(IDNO).IsDefaultButton());
+    EXPECT_FALSE(dialog.Get(IDYES).IsDefaultButton());
+}
+
+// The arrow keys go round in a group: from the radio with the mark to the control before the next one with a mark.
+TEST_P(Dialogs, EveryRadioGroupIsMarkedAtItsFirstRadioAndBehindItsLast)
+{
+    int groups = 0;
+    for (const DialogLayout& layout : AllLayouts(m_library)) {
+        const auto& controls = layout.dialog.controls;
+        for (size_t index = 0; index < controls.size(); ++index) {
+            const bool followsRadio = index > 0 && controls[index - 1].IsRadio();
+            const bool starts = (controls[index].style & WS_GROUP) != 0;
+            if (controls[index].IsRadio()) {
+                EXPECT_EQ(starts, !followsRadio) << layout.name << ": " << controls[index].Describe();
+                EXPECT_TRUE(followsRadio || (controls[index].style & WS_TABSTOP))
+                    << layout.name << ": " << controls[index].Describe();
+                groups += followsRadio ? 0 : 1;
+            } else if (followsRadio) {
+                EXPECT_TRUE(starts) << layout.name << ": " << controls[index].Describe();
+            }
+        }
+    }
+    EXPECT_GT(groups, 0);
+}
+
+// What stands in the template is there to be copied.
+TEST_P(Dialogs, AnEditIsReadOnlyExactlyWhenTheTemplateFillsIt)
+{
+    int addresses = 0;
+    for (const DialogLayout& layout : AllLayouts(m_library)) {
+        for (const DialogControl& control : layout.dialog.controls) {
+            if (!control.IsEdit()) {
+                continue;
+            }
+            EXPECT_EQ((control.style & ES_READONLY) != 0, !control.text.IsEmpty())
+                << layout.name << ": " << control.Describe();
+            addresses += control.text.IsEmpty() ? 0 : 1;
+        }
+    }
+    EXPECT_EQ(addresses, 2);
+}
+
+// A path or a name shows its "&". The result lines get it doubled, so there it must not be taken as it stands.
+TEST_P(Dialogs, AnAmpersandOfANameShowsInEveryStaticThatIsFilledIn)
+{
+    const std::pair<int, int> filled[] = {{IDD_CANCEL, IDC_CANCEL_QUESTION},
+                                          {IDD_DEPLOYMENT_FAILED, IDC_FAILURE_REASON}};
+    for (const auto& [dialogId, id] : filled) {
+        CDialogModel dialog(m_library.GetModule(), dialogId);
+        EXPECT_TRUE(dialog.Get(id).style & SS_NOPREFIX) << dialog.Get(id).Describe();
+    }
+    for (const int dialogId : PageDialogs()) {
+        const CDialogModel dialog(m_library.GetModule(), dialogId);
+        for (const DialogControl& control : dialog.controls) {
+            EXPECT_TRUE(!control.IsHtml() || (control.style & SS_NOPREFIX)) << control.Describe();
+        }
+    }
+    CDialogModel complete(m_library.GetModule(), IDD_DEPLOYMENT_COMPLETE);
+    for (const int id : {IDC_RESULT_LINE1, IDC_RESULT_LINE2}) {
+        EXPECT_FALSE(complete.Get(id).style & SS_NOPREFIX) << complete.Get(id).Describe();
+    }
+}
+
+// Cancel does what Finish does there, so one of them is enough.
+TEST_P(Dialogs, CancelIsShownOnEveryPageButTheOutcomePages)
+{
+    for (const int dialogId : PageDialogs()) {
+        CDialogModel dialog(m_library.GetModule(), dialogId);
+        const bool isOutcome = dialogId == IDD_DEPLOYMENT_COMPLETE || dialogId == IDD_DEPLOYMENT_FAILED;
+        EXPECT_EQ(dialog.Get(IDC_CANCEL).bVisible, !isOutcome) << "dialog " << dialogId;
+    }
+}
+
 // Back and Continue of the dialog around the tab pages; a page's own mnemonic would take theirs.
 TEST_P(Dialogs, NoTabPageTakesAMnemonicOfTheDialogAroundIt)
 {
