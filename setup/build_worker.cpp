@@ -76,7 +76,7 @@ void CBuildWorker::Notify(bool atOnce)
         return;
     }
     m_notifiedAt = now;
-    if (!m_bNotified.exchange(true) && !PostMessageW(m_hWindow, BUILD_MESSAGE_PROGRESS, 0, 0)) {
+    if (!m_bNotified.exchange(true) && !m_post(m_hWindow, BUILD_MESSAGE_PROGRESS, 0, 0)) {
         m_bNotified = false; // a full queue: the next piece of news tries again
     }
 }
@@ -95,7 +95,7 @@ void CBuildWorker::Run() noexcept
         m_result.error.code = SETUP_FAILED;
     }
     // The window waits for this one message; a full queue empties, as its thread does nothing but read it.
-    while (!PostMessageW(m_hWindow, BUILD_MESSAGE_DONE, 0, 0) && IsWindow(m_hWindow)) {
+    while (!m_post(m_hWindow, BUILD_MESSAGE_DONE, 0, 0) && IsWindow(m_hWindow)) {
         SwitchToThread();
     }
 }

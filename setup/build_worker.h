@@ -32,7 +32,9 @@ struct BuildSnapshot
 class CBuildWorker final : private IBuildProgress
 {
 public:
-    CBuildWorker() = default;
+    using PostFunction = BOOL(WINAPI*)(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+    explicit CBuildWorker(PostFunction post = PostMessageW) : m_post(post) {}
     // Cancels and waits for the build's end.
     ~CBuildWorker();
     CBuildWorker(const CBuildWorker&) = delete;
@@ -53,6 +55,7 @@ private:
     void Run() noexcept;
     void Notify(bool atOnce);
 
+    PostFunction m_post; // may refuse while the queue is full
     HWND m_hWindow = nullptr;
     BuildFunction m_build;
     std::thread m_thread;

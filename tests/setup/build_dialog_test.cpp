@@ -250,6 +250,16 @@ TEST_F(BuildDialog, EscapeAsksToo)
     EXPECT_EQ(Run(HeldBuild(1, 2)).error.code, 1602u);
 }
 
+TEST_F(BuildDialog, TheEndOfTheSessionWaitsForTheBuild)
+{
+    WaitForText(IDC_BUILD_STEP, L"Copying Zolt & Sons");
+    LRESULT mayEnd = TRUE;
+    Do([&] { mayEnd = SendMessageW(Window(), WM_QUERYENDSESSION, 0, 0); });
+    LetGo();
+    static_cast<void>(Run(HeldBuild(1, 2)));
+    EXPECT_EQ(mayEnd, FALSE);
+}
+
 TEST_F(BuildDialog, ABuildThatEndsDuringTheQuestionTakesTheQuestionAway)
 {
     WaitForText(IDC_BUILD_STEP, L"Copying Zolt & Sons");

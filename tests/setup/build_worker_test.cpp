@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <stdexcept>
 
 namespace {
@@ -124,6 +125,30 @@ TEST(BuildWorker, ItsEndCancelsTheBuildAndWaitsForIt)
         });
     }
     EXPECT_TRUE(cancelled);
+}
+
+std::atomic<int> g_refusals = 0; // that are still to come
+std::atomic<int> g_doneTries = 0;
+
+// As a system whose queues are full: Windows refuses the 10,000th message that waits.
+BOOL WINAPI PostWhenThereIsRoom(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    g_doneTries += message == BUILD_MESSAGE_DONE;
+    return g_refusals > 0 && g_refusals-- > 0 ? FALSE : PostMessageW(window, message, wParam, lParam);
+}
+
+// Posted only once, it never came, and the window stayed up for ever.
+TEST(BuildWorker, TheEndOfTheBuildComesThroughAFullQueue)
+{
+    CountingWindow window;
+    g_refusals = 3;
+    g_doneTries = 0;
+    CBuildWorker worker(PostWhenThereIsRoom);
+    worker.Start(window.Get(), [](IBuildProgress&) { return Done(); });
+    static_cast<void>(worker.TakeResult()); // its thread has done all it will do
+    MSG message = {};
+    EXPECT_TRUE(PeekMessageW(&message, window.Get(), BUILD_MESSAGE_DONE, BUILD_MESSAGE_DONE, PM_REMOVE));
+    EXPECT_EQ(g_doneTries, 4);
 }
 
 // Who guards the run ends it when there is no sign of life, and a slow copy isn't to be ended.
