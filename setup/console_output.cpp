@@ -2,8 +2,11 @@
 
 #include <string>
 
-CConsoleOutput::CConsoleOutput()
+CConsoleOutput::CConsoleOutput(bool wanted)
 {
+    if (!wanted) {
+        return;
+    }
     m_hOutput = GetStdHandle(STD_OUTPUT_HANDLE);
     if ((!m_hOutput || m_hOutput == INVALID_HANDLE_VALUE) && AttachConsole(ATTACH_PARENT_PROCESS)) {
         *m_console.put() =

@@ -8,7 +8,8 @@
 class CConsoleOutput
 {
 public:
-    CConsoleOutput();
+    // Without `wanted` it is never open: a program that is attached to a console is ended by Ctrl+C there.
+    explicit CConsoleOutput(bool wanted);
 
     bool IsOpen() const { return m_hOutput && m_hOutput != INVALID_HANDLE_VALUE; }
     // One line; the text's own line ends are kept. UTF-8 for a file or pipe. Any thread.

@@ -40,11 +40,12 @@ std::vector<CString> Arguments()
 // From here on no path depends on the current folder.
 void MakePathsFull(CommandLine& line)
 {
-    for (CString* path : {&line.strMedia, &line.strAnswers, &line.strOut, &line.strPictures, &line.strLog}) {
+    for (CString* path : {&line.strMedia, &line.strAnswers, &line.strPictures, &line.strLog}) {
         if (!path->IsEmpty()) {
             *path = FullPath(*path);
         }
     }
+    line.strOut = ResolveAnswerPath(CurrentFolder(), line.strOut); // the page is to see it as it was typed
 }
 
 void ShowBox(const CString& text, UINT icon)
@@ -67,6 +68,9 @@ RunOutcome CancelledOutcome()
 
 RunOutcome RunWizard(const CommandLine& line, CRunLog& log)
 {
+    if (const CString reason = log.TryFile(); !reason.IsEmpty()) {
+        return {SETUP_FAILED, SetupText(IDS_LOG_FAILED, {line.strLog, reason})};
+    }
     Answers answers;
     AnswersError error;
     if (!ReadAnswers(line, CurrentFolder(), answers, error)) {

@@ -3,9 +3,25 @@
 #include "host/setup_host.h"
 #include "setup/fill_text.h"
 #include "setup/run_record.h"
+#include "setup/texts.h"
 #include "window/handle.h"
 
 #include <string>
+
+namespace {
+
+CFileOwner OpenToAppend(const CString& path)
+{
+    return CFileOwner(CreateFileW(path, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                  OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+} // namespace
+
+CString CRunLog::TryFile() const
+{
+    return m_strFile.IsEmpty() || OpenToAppend(m_strFile) ? CString() : SystemErrorText(GetLastError());
+}
 
 void CRunLog::Line(const CString& text)
 {
@@ -15,9 +31,7 @@ void CRunLog::Line(const CString& text)
 
 void CRunLog::Write(const CString& text)
 {
-    if (m_bToConsole) {
-        m_console.WriteLine(text);
-    }
+    m_console.WriteLine(text);
     if (m_pHost) {
         m_pHost->AppendLog(text);
     } else {
@@ -58,8 +72,7 @@ void CRunLog::AppendToFile(const CString& text) const
     if (m_strFile.IsEmpty()) {
         return;
     }
-    const CFileOwner file(CreateFileW(m_strFile, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                      nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const CFileOwner file = OpenToAppend(m_strFile);
     std::string bytes;
     AppendUtf8(bytes, text + L"\r\n");
     DWORD written = 0;

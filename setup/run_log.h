@@ -21,10 +21,13 @@ class CRunLog
 {
 public:
     // `file`: full path, empty for none of its own.
-    CRunLog(bool toConsole, const CString& file) : m_bToConsole(toConsole), m_strFile(file) {}
+    CRunLog(bool toConsole, const CString& file) : m_console(toConsole), m_strFile(file) {}
+
+    // Why nothing can be written to the file; empty when it can, or when there is none. What isn't there is made.
+    [[nodiscard]] CString TryFile() const;
 
     void Line(const CString& text);
-    // For words that the user asked for: always to the console, never to the log.
+    // For words that the user asked for: to the console, never to the log.
     void Say(const CString& text) { m_console.WriteLine(text); }
     // False when words would go nowhere, so that a window has to tell them.
     bool HasConsole() const { return m_console.IsOpen(); }
@@ -39,7 +42,6 @@ private:
     void AppendToFile(const CString& text) const;
 
     CConsoleOutput m_console;
-    bool m_bToConsole;
     CString m_strFile;
     CSetupHost* m_pHost = nullptr;
     std::vector<CString> m_waiting;
