@@ -57,6 +57,7 @@
 #define IDS_RUN_NOT_STARTED 314 // %1: program, %2: why
 #define IDS_RUN_STARTING 315
 #define IDS_LOG_FAILED 316 // %1: path, %2: why
+#define IDS_SESSION_END_WAITS 317
 // What stands in the new deployment's place
 #define IDS_REPLACE_UNLISTED 320  // %1: folder, %2: product, %3: date
 #define IDS_REPLACE_OWN_FILES 321 // %1: names

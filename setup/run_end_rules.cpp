@@ -13,6 +13,7 @@ struct Fault
 constexpr Fault FAULTS[] = {
     {0xC0000005, L"access violation"},
     {0xC0000006, L"a file in use can no longer be read"},
+    {0xC000013A, L"Ctrl+C in the console"},
     {0xC000001D, L"illegal instruction"},
     {0xC0000094, L"division by zero"},
     {0xC00000FD, L"stack overflow"},

@@ -142,10 +142,18 @@ RunOutcome OutcomeOf(const RunningProcess& run, bool ended, unsigned int quietSe
     return {SETUP_BROKE_OFF, SetupText(IDS_RUN_ENDED_EARLY, {FaultText(code), StepWords(record)})};
 }
 
+// Ctrl+C is for the run; who only waits for it stays, to say how it ended. (What the system ignores for a process without a
+// handler, it ignores for the processes that this one starts, too.)
+BOOL WINAPI OutliveRun(DWORD event)
+{
+    return event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
+}
+
 } // namespace
 
 GuardedEnd GuardRun(unsigned int quietSeconds)
 {
+    SetConsoleCtrlHandler(OutliveRun, TRUE);
     RunningProcess run;
     const CString program = ProgramFile();
     if (const DWORD error = StartRun(program, run)) {

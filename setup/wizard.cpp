@@ -13,6 +13,7 @@ namespace {
 
 constexpr wchar_t TARGET_PAGE[] = L"BeginDeploymentDialog"; // chooses name and place of the deployment
 
+
 constexpr unsigned int STAGE_AFTER_BUILD =
     4; // Cancel means the same as Next: there is nothing left to cancel
 
@@ -103,6 +104,7 @@ CString CWizard::OpenHost(const CString& media)
         return error.message.IsEmpty() ? SystemErrorText(error.code) : error.message;
     }
     m_log.UseHost(m_host.get());
+    m_endRequests.emplace(*m_host);
     return CString();
 }
 

@@ -5,6 +5,7 @@
 #include "setup/change_watch.h"
 #include "setup/command_line.h"
 #include "setup/configure_dialog.h"
+#include "setup/end_requests.h"
 #include "setup/flow.h"
 #include "setup/page_pictures.h"
 #include "setup/program_libraries.h"
@@ -54,7 +55,8 @@ private:
     CHostLibrary m_hostLibrary;
     CPageLibrary m_pageLibrary;
     std::unique_ptr<CSetupHost> m_host; // goes before the libraries
-    std::vector<FlowPage> m_pages;      // those that exist
+    std::optional<CEndRequests> m_endRequests;
+    std::vector<FlowPage> m_pages; // those that exist
     CTargetSettling m_target;
     CChangeWatch m_changes;
     CString m_strCause;                // of a run that has failed so far

@@ -18,6 +18,7 @@ TEST(SetupRunEnd, AFaultIsToldByItsNameAndNumber)
 {
     EXPECT_EQ(FaultText(0xC0000005), CString(L"access violation (0xC0000005)"));
     EXPECT_EQ(FaultText(0xC00000FD), CString(L"stack overflow (0xC00000FD)"));
+    EXPECT_EQ(FaultText(0xC000013A), CString(L"Ctrl+C in the console (0xC000013A)"));
     EXPECT_EQ(FaultText(FAULT_ABORT), CString(L"abort (0x40000015)"));
 }
 

@@ -3,40 +3,12 @@
 #include "automation/script.h"
 #include "automation/window_finder.h"
 #include "setup/target_settling.h"
+#include "tests/setup/stub_host.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-class HostWithVerdict final : public CSetupHost
-{
-public:
-    CSetupManager& GetSetupManager() override { throw std::logic_error("nobody needs it here"); }
-    const std::vector<FlowPage>& GetFlow() override { return m_flow; }
-    bool OffersConfigure() override { return false; }
-    const std::vector<CProduct*>& GetProducts() override { return m_products; }
-    PageContext MakePageContext(const FlowPage&, bool) override { return {}; }
-    PageContext MakePageContext(const FlowPage&, bool, CProduct*) override { return {}; }
-    HostError CheckDatabase(CProduct&) override { return {}; }
-    TargetVerdict JudgeTarget() override { return verdict; }
-    void AllowReplacing(const TargetVerdict& allowed) override { allowedStamps.push_back(allowed.strStamp); }
-    void DeclineReplacing() override { ++declined; }
-    CString TakeModeFailure() override { return {}; }
-    bool IsCancellingEnabled() override { return true; }
-    BuildResult Build(IBuildProgress&) override { return {}; }
-    HostError CheckBuild(std::vector<CString>&) override { return {}; }
-    std::uint64_t GetDeploymentBytes() override { return 0; }
-    void AppendLog(const CString&) override {}
-
-    int declined = 0;
-    TargetVerdict verdict;
-    std::vector<CString> allowedStamps;
-
-private:
-    std::vector<FlowPage> m_flow;
-    std::vector<CProduct*> m_products;
-};
 
 class TargetSettling : public testing::Test
 {
@@ -75,7 +47,7 @@ protected:
         return settled;
     }
 
-    HostWithVerdict host;
+    StubHost host;
     Answers answers;
     CRunLog log{false, CString()};
     CTargetSettling settling{answers, log};

@@ -1,0 +1,35 @@
+// A host without media, for what asks it little.
+#pragma once
+
+#include "host/setup_host.h"
+
+#include <stdexcept>
+
+class StubHost final : public CSetupHost
+{
+public:
+    CSetupManager& GetSetupManager() override { throw std::logic_error("nobody needs it here"); }
+    const std::vector<FlowPage>& GetFlow() override { return m_flow; }
+    bool OffersConfigure() override { return false; }
+    const std::vector<CProduct*>& GetProducts() override { return m_products; }
+    PageContext MakePageContext(const FlowPage&, bool) override { return {}; }
+    PageContext MakePageContext(const FlowPage&, bool, CProduct*) override { return {}; }
+    HostError CheckDatabase(CProduct&) override { return {}; }
+    TargetVerdict JudgeTarget() override { return verdict; }
+    void AllowReplacing(const TargetVerdict& allowed) override { allowedStamps.push_back(allowed.strStamp); }
+    void DeclineReplacing() override { ++declined; }
+    CString TakeModeFailure() override { return {}; }
+    bool IsCancellingEnabled() override { return cancelling; }
+    BuildResult Build(IBuildProgress&) override { return {}; }
+    std::uint64_t GetDeploymentBytes() override { return 0; }
+    void AppendLog(const CString&) override {}
+
+    bool cancelling = true;
+    int declined = 0;
+    TargetVerdict verdict;
+    std::vector<CString> allowedStamps;
+
+private:
+    std::vector<FlowPage> m_flow;
+    std::vector<CProduct*> m_products;
+};
