@@ -58,6 +58,7 @@
 #define IDS_RUN_STARTING 315
 #define IDS_LOG_FAILED 316 // %1: path, %2: why
 #define IDS_SESSION_END_WAITS 317
+#define IDS_FAILURE_PANE 318 // HTML. %1: what failed and what to do, %2: log
 // What stands in the new deployment's place
 #define IDS_REPLACE_UNLISTED 320  // %1: folder, %2: product, %3: date
 #define IDS_REPLACE_OWN_FILES 321 // %1: names

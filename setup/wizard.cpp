@@ -5,6 +5,7 @@
 #include "setup/build_dialog.h"
 #include "setup/configure_rules.h"
 #include "setup/exit_codes.h"
+#include "setup/failure_pane.h"
 #include "setup/paths.h"
 #include "setup/resource.h"
 #include "setup/texts.h"
@@ -13,6 +14,7 @@ namespace {
 
 constexpr wchar_t TARGET_PAGE[] = L"BeginDeploymentDialog"; // chooses name and place of the deployment
 
+constexpr wchar_t FAILED_PAGE[] = L"DeploymentFailedDialog"; // shown after a failed build alone
 
 constexpr unsigned int STAGE_AFTER_BUILD =
     4; // Cancel means the same as Next: there is nothing left to cancel
@@ -214,6 +216,10 @@ int CWizard::ShowPage(const FlowPage& page, bool canGoBack)
     }
     if (canGoBack) { // the first page only says which deployment is meant
         m_changes.Watch(context);
+    }
+    std::optional<CFailurePane> failure;
+    if (page.strName == FAILED_PAGE && m_host->GetSetupManager().m_exitCode != SETUP_CANCELLED) {
+        failure.emplace(m_strCause, m_line.strLog, context);
     }
     const PageFunction show = m_pageLibrary.Find(page.strName);
     const int result =

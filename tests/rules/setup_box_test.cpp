@@ -109,4 +109,11 @@ TEST(SetupTexts, ABoxesLinesBecomeOneWithABlankBetweenThem)
     EXPECT_EQ(OneLine(L""), CString());
 }
 
+TEST(SetupTexts, NothingInATextIsTakenForHtml)
+{
+    EXPECT_EQ(HtmlText(L"<b> & \"C:\\a\""), CString(L"&lt;b&gt; &amp; \"C:\\a\""));
+    EXPECT_EQ(HtmlText(L"&lt;"), CString(L"&amp;lt;"));
+    EXPECT_EQ(HtmlText(L"one\r\ntwo\n\nthree"), CString(L"one<br>two<br><br>three"));
+}
+
 } // namespace

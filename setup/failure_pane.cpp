@@ -1,0 +1,37 @@
+#include "setup/failure_pane.h"
+
+#include "include/navigation.h"
+#include "setup/fill_text.h"
+#include "setup/resource.h"
+#include "setup/texts.h"
+
+#include <windows.h>
+
+namespace {
+
+constexpr int GO_ON = 1; // no veto
+
+} // namespace
+
+const CFailurePane* CFailurePane::s_current = nullptr;
+
+CFailurePane::CFailurePane(const CString& cause, const CString& log, PageContext& context)
+    : m_strHtml(SetupText(IDS_FAILURE_PANE, {HtmlText(cause), HtmlText(log)}))
+{
+    s_current = this;
+    context.postInitHooks.push_back(OnPageUp);
+}
+
+CFailurePane::~CFailurePane()
+{
+    s_current = nullptr;
+}
+
+int CFailurePane::OnPageUp(PageContext* context)
+{
+    if (s_current) {
+        SendMessageW(context->hParent, PAGE_MESSAGE_SIDE_PANE, 0,
+                     reinterpret_cast<LPARAM>(s_current->m_strHtml.GetString()));
+    }
+    return GO_ON;
+}
