@@ -6,6 +6,7 @@
 #include "automation/script.h"
 #include "automation/window_finder.h"
 #include "setup/build_dialog.h"
+#include "setup/texts.h"
 #include "tests/support/text.h"
 #include "window/module.h"
 
@@ -156,6 +157,14 @@ TEST_F(BuildDialog, TheTimeLeftIsToldOnceTheSpeedIsKnown)
                  [] { return Until(Text(IDC_BUILD_TIME_LEFT).Find(L"About ") == 0, L"it isn't told"); });
     LetGo();
     static_cast<void>(Run(HeldBuild(250 * MEGABYTE, 500 * MEGABYTE)));
+}
+
+// A window would have to be up for a minute before it tells hours.
+TEST_F(BuildDialog, EachTimeLeftIsToldInItsUnit)
+{
+    EXPECT_GE(SetupText(IDS_BUILD_SECONDS_LEFT, {L"3"}).Find(L"3 seconds"), 0);
+    EXPECT_GE(SetupText(IDS_BUILD_MINUTES_LEFT, {L"3"}).Find(L"3 minutes"), 0);
+    EXPECT_GE(SetupText(IDS_BUILD_HOURS_LEFT, {L"3"}).Find(L"3 hours"), 0);
 }
 
 TEST_F(BuildDialog, WithoutATotalTheBarOnlyMoves)

@@ -151,6 +151,20 @@ TEST(BuildWorker, TheEndOfTheBuildComesThroughAFullQueue)
     EXPECT_EQ(g_doneTries, 4);
 }
 
+TEST(BuildWorker, NewsThatFoundAFullQueueIsFollowedByTheNext)
+{
+    CountingWindow window;
+    g_refusals = 1;
+    CBuildWorker worker(PostWhenThereIsRoom);
+    worker.Start(window.Get(), [](IBuildProgress& progress) {
+        progress.OnStep(L"lost");
+        progress.OnStep(L"told");
+        return Done();
+    });
+    window.ReadUntilDone([] {});
+    EXPECT_EQ(window.progressMessages, 1);
+}
+
 // Who guards the run ends it when there is no sign of life, and a slow copy isn't to be ended.
 TEST(BuildWorker, EachStepAndEachPieceOfProgressIsASignOfLife)
 {

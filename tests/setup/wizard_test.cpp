@@ -56,8 +56,10 @@ protected:
     {
         CRunLog log(false, line.strLog);
         CWizard wizard(line, m_answers, log);
+        m_script.SetEnding(L"the run's end", [] { return StepOutcome::NotYet(L"a window is still up"); });
         m_script.Start();
         const RunOutcome outcome = wizard.Run(media + L"\\Zolt2027.msi");
+        m_script.Stop();
         EXPECT_FALSE(m_script.HasFailed()) << Utf8(m_script.GetFailure());
         return outcome;
     }
@@ -167,6 +169,17 @@ TEST_F(Wizard, ThePageForAFailedBuildNamesWhatFailedAndWhatToDo)
     EXPECT_GE(pane.Find(outcome.strCause), 0) << Utf8(pane);
     EXPECT_GE(outcome.strCause.Find(media + L"\\" + CABINET), 0) << Utf8(outcome.strCause);
     EXPECT_GE(pane.Find(line.strLog), 0) << Utf8(pane);
+}
+
+TEST_F(Wizard, ThePageForAFailedBuildClosesWithoutAQuestion)
+{
+    Begin(L"Office");
+    BuildThatFails();
+    OnPage(IDC_FAILURE_REASON, [](HWND page) {
+        PostMessageW(page, WM_CLOSE, 0, 0); // as its close box and Escape
+        return StepOutcome::Done();
+    });
+    EXPECT_EQ(Run().exitCode, static_cast<unsigned int>(SETUP_FAILED));
 }
 
 TEST_F(Wizard, TheEndOfTheSessionWaitsWhileThePageAsksWhetherToCancel)
