@@ -239,6 +239,17 @@ TEST_F(WizardPageTest, InitFillsTheFramesControls)
     Show<CTestWizardPage>();
 }
 
+TEST_F(WizardPageTest, ThePanelThatATemplateShowsIsHiddenWhenThePageIsPainted)
+{
+    g_record.onInit = [](HWND page) { ::ShowWindow(::GetDlgItem(page, IDC_PANEL), SW_SHOW); };
+    OnPage([](HWND page) {
+        ::RedrawWindow(page, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        EXPECT_FALSE(::IsWindowVisible(::GetDlgItem(page, IDC_PANEL)));
+    });
+    Press(IDC_NEXT);
+    Show<CTestWizardPage>();
+}
+
 TEST_F(WizardPageTest, TheSidePaneShowsTheTextThatTheHostSends)
 {
     OnPage([](HWND page) {

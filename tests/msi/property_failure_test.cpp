@@ -5,6 +5,8 @@
 #include "tests/msi/database_fixture.h"
 #include "tests/msi/refusal.h"
 
+#include <algorithm>
+
 namespace {
 
 class PropertyFailureTest : public DatabaseTest
@@ -31,6 +33,14 @@ protected:
         EXPECT_FALSE(WriteProperty(database, name, L"value"));
     }
 };
+
+// As a service that fills the whole buffer with what it cuts, without an end.
+UINT WINAPI CutWithoutAnEnd(MSIHANDLE, UINT, LPWSTR buffer, LPDWORD size)
+{
+    std::fill_n(buffer, *size, L'x');
+    *size += 10;
+    return ERROR_MORE_DATA;
+}
 
 } // namespace
 
@@ -75,6 +85,16 @@ TEST_F(PropertyFailureTest, AWriteIntoATableWithoutTheColumnHasDeletedTheOldRow)
     TakeTheColumnAway();
     EXPECT_FALSE(WriteProperty(Database(), L"A", L"value"));
     EXPECT_EQ(Select(L"SELECT * FROM `Property`"), Rows());
+}
+
+TEST_F(PropertyFailureTest, AValueThatTheServiceCutsWithoutAnEndIsEnded)
+{
+    ASSERT_TRUE(WriteProperty(Database(), L"A", L"1"));
+    const Refusal cut("MsiRecordGetStringW", CutWithoutAnEnd);
+    wchar_t buffer[] = L"123y";
+    EXPECT_FALSE(ReadTableValue(Database(), L"Property", L"A", buffer, 3));
+    EXPECT_EQ(CString(buffer), CString(L"xx"));
+    EXPECT_EQ(buffer[3], L'y');
 }
 
 TEST_F(PropertyFailureTest, ANameWithAnApostropheGivesNothing)

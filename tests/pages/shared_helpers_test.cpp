@@ -219,6 +219,7 @@ TEST_F(SharedHelpers, ANameOfFifteenCharactersIsResolvedWhole)
     const CString host15 = L"127.000.000.001";
     ASSERT_EQ(host15.GetLength(), 15);
     EXPECT_TRUE(IsHostResolvable(host15));
+    EXPECT_FALSE(IsHostResolvable(L"127.000.000.256")) << "without its last digit it would be an address";
     EXPECT_TRUE(IsHostResolvable(L"localhost"));
     EXPECT_FALSE(IsHostResolvable(L"no.such.invalid"));
 }
@@ -275,6 +276,19 @@ TEST_F(SharedHelpers, TheSamePathInAnotherCaseKeepsTheModule)
     CString path = BuiltLanguageFolder() + L"WizText.dll";
     EXPECT_TRUE(library.Load(path.MakeUpper()));
     EXPECT_EQ(library.GetModule(), held);
+}
+
+TEST_F(SharedHelpers, ALibraryThatIsLoadedIsNotReadAgain)
+{
+    const CTestFolder folder;
+    const CString path = folder / L"Text.dll";
+    ASSERT_TRUE(CopyFileW(BuiltLanguageFolder() + L"WizText.dll", path, FALSE));
+    CResourceLibrary other;
+    ASSERT_TRUE(other.Load(path));
+    ASSERT_TRUE(MoveFileW(path, folder / L"Moved.dll"));
+    AnswerBox(); // that it can't be loaded
+    EXPECT_TRUE(other.Load(path));
+    script.Stop();
 }
 
 TEST_F(SharedHelpers, AFailedLoadFreesTheFormerModuleAfterOneBox)
