@@ -19,178 +19,24 @@ import fnmatch
 import os
 import queue
 import re
-import shutil
-import signal
-import subprocess
 import sys
 import threading
 import time
 
-from fault_table import find_entry_trouble, find_source_tests, load_faults, read_source
+from fault_copy import Copy
+from fault_table import find_entry_trouble, find_source_tests, load_faults
 from steady_addresses import keep_addresses_steady
-from test_lanes import Lane, built_programs, program_name, read_program
+from test_lanes import built_programs, program_name
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 BUILD = os.environ.get("ROLLOUT_BUILD", os.path.join(ROOT, "build"))
 FOLDER = os.path.join(BUILD, "faults")
 WANTED_PERCENT = 95
+LEAST_SECONDS = 30  # what any program may take to start
 # What the Python tests start; the build of Setup makes the libraries that it loads.
 CHECK_TARGETS = ("Setup", "sample_media")
 NOTICED, LATE, UNNOTICED, UNBUILT, WRONG = (
     "noticed", "noticed by its deadline", "NOT NOTICED", "DIDN'T BUILD", "WRONG ENTRY")
-
-
-class Copy:
-    """A copy of the checkout with a build, a prefix and a display of its own."""
-
-    def __init__(self, number, jobs):
-        self.number, self.jobs = number, jobs
-        self.root = os.path.join(FOLDER, "lane-%d" % number)
-        self.build = os.path.join(self.root, "build")
-        self.kept_prefix = os.path.join(self.build, "prefix-kept")
-        self.unchanged = None  # the file that a fault is in, and its text without the fault
-        self.lane = None
-
-    def prepare(self):
-        """Brings the copy to the state of the checkout and builds everything once."""
-        listing = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=ROOT,
-                                 capture_output=True, check=True).stdout.decode()
-        names = {name for name in listing.split("\0") if name and os.path.isfile(os.path.join(ROOT, name))}
-        for path, folders, files in os.walk(self.root):
-            if path == self.root:
-                folders[:] = [name for name in folders if name not in ("build", ".git")]
-            for name in files:
-                if os.path.relpath(os.path.join(path, name), self.root) not in names:
-                    os.remove(os.path.join(path, name))
-        for name in sorted(names):
-            copy_changed(os.path.join(ROOT, name), os.path.join(self.root, name))
-        # Some checks ask git for the sources.
-        subprocess.run("git init -q . && git add -A", shell=True, cwd=self.root, check=True)
-        for tree in ("native", "windows"):
-            built = self.build_tree(tree, [])
-            if built.returncode != 0:
-                raise RuntimeError("The unchanged code doesn't build:\n" + built.stdout[-3000:])
-        self.lane = Lane(self.number, self.root, self.build)
-
-    def build_tree(self, tree, targets):
-        environment = dict(os.environ, ROLLOUT_BUILD=self.build)
-        if "CCACHE_BASEDIR" in environment:
-            environment["CCACHE_BASEDIR"] = self.root
-        return subprocess.run(
-            ["bash", "-c", '. scripts/environment.sh; rollout_build_%s -j%d "$@"' % (tree, self.jobs), "build", *targets],
-            cwd=self.root, env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-            errors="replace", stdin=subprocess.DEVNULL)
-
-    def keep_prefix(self):
-        self.lane.stop_programs()
-        shutil.rmtree(self.kept_prefix, ignore_errors=True)
-        shutil.copytree(os.path.join(self.build, "prefix"), self.kept_prefix, symlinks=True)
-
-    def restore_prefix(self):
-        """What a broken program left there must not fail the tests of the next fault."""
-        self.lane.stop_programs()
-        mirror(self.kept_prefix, os.path.join(self.build, "prefix"))
-
-    def write(self, name, text):
-        with open(os.path.join(self.root, name), "w", encoding="utf-8", newline="") as file:
-            file.write(text)
-
-    def put_in(self, fault):
-        """Takes the fault before out and puts this one in, so that one build does both."""
-        self.take_out()
-        text = read_source(self.root, fault.file)
-        self.unchanged = fault.file, text
-        self.write(fault.file, text.replace(fault.was, fault.becomes))
-
-    def take_out(self):
-        if self.unchanged:
-            self.write(*self.unchanged)
-            self.unchanged = None
-
-    def path_of(self, tests):
-        tree = "native" if tests.kind == "native" else "windows"
-        return next(path for path in built_programs(self.build, tree) if program_name(path) == tests.program)
-
-    def run(self, tests, pattern, seconds, log_path, options=()):
-        """Runs one set of tests. Gives the results as {name: kind}, and the ProgramRun of a program."""
-        if tests.kind == "check":
-            return self.run_check(tests.program, seconds, log_path), None
-        path, results = self.path_of(tests), {}
-        native = tests.kind == "native"
-        with open(log_path, "wb") as log:
-            run = read_program(([path] if native else self.lane.command(path)) + ["--gtest_filter=" + pattern, *options],
-                               self.lane.environment, self.root, log, seconds,
-                               lambda name, kind, _: results.__setitem__(name, kind), None if native else self.lane)
-        if run.late:
-            results[run.running or tests.program] = "LATE"
-        elif run.running or not run.finished or (run.code != 0 and "FAILED" not in results.values()):
-            results[run.running or tests.program] = "FAILED"
-        return results, run
-
-    def run_check(self, test, seconds, log_path):
-        folders = [os.path.join(self.root, *parts) for parts in (["tests", "checks"], ["tests", "end_to_end"], ["scripts"])]
-        environment = dict(self.lane.environment, PYTHONPATH=os.pathsep.join(folders), PYTHONDONTWRITEBYTECODE="1")
-        process = subprocess.Popen([sys.executable, "-m", "unittest", "-f", test], cwd=self.root, env=environment,
-                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL,
-                                   start_new_session=True)
-        try:
-            output, _ = process.communicate(timeout=seconds)
-        except subprocess.TimeoutExpired:
-            os.killpg(process.pid, signal.SIGKILL)
-            self.lane.stop_programs()
-            process.communicate()
-            return {test: "LATE"}
-        with open(log_path, "wb") as log:
-            log.write(output)
-        ran = re.search(rb"^Ran (\d+) test", output, re.M)
-        if not ran or ran.group(1) == b"0":
-            return {}
-        return {test: "OK" if process.returncode == 0 else "FAILED"}
-
-
-def copy_changed(source, target):
-    """Copies a file unless the target has its content, so that its time, which the build goes by, stays."""
-    with open(source, "rb") as file:
-        content = file.read()
-    if os.path.isfile(target):
-        with open(target, "rb") as file:
-            if file.read() == content:
-                return
-    os.makedirs(os.path.dirname(target), exist_ok=True)
-    with open(target, "wb") as file:
-        file.write(content)
-    shutil.copymode(source, target)
-
-
-def mirror(source, target):
-    """Makes the target folder equal to the source; files of the same size and time count as equal."""
-    for path, folders, files in os.walk(target):
-        beside = os.path.join(source, os.path.relpath(path, target))
-        for name in files + [name for name in folders if os.path.islink(os.path.join(path, name))]:
-            if not os.path.lexists(os.path.join(beside, name)):
-                os.remove(os.path.join(path, name))
-        for name in [name for name in folders if not os.path.lexists(os.path.join(beside, name))]:
-            if not os.path.islink(os.path.join(path, name)):
-                shutil.rmtree(os.path.join(path, name), ignore_errors=True)
-            folders.remove(name)
-    for path, folders, files in os.walk(source):
-        beside = os.path.join(target, os.path.relpath(path, source))
-        os.makedirs(beside, exist_ok=True)
-        for name in files + [name for name in folders if os.path.islink(os.path.join(path, name))]:
-            here, there = os.path.join(path, name), os.path.join(beside, name)
-            if os.path.islink(here):
-                if not os.path.islink(there) or os.readlink(there) != os.readlink(here):
-                    shutil.rmtree(there, ignore_errors=True) if os.path.isdir(there) else None
-                    if os.path.lexists(there):
-                        os.remove(there)
-                    os.symlink(os.readlink(here), there)
-            elif not os.path.isfile(there) or signature(here) != signature(there):
-                shutil.copy2(here, there)
-
-
-def signature(path):
-    status = os.stat(path)
-    return status.st_size, status.st_mtime_ns
 
 
 class Measure:
@@ -198,9 +44,9 @@ class Measure:
 
     def __init__(self, faults, lanes, seconds):
         self.faults, self.seconds = faults, seconds
-        self.copies = [Copy(number, max(1, (os.cpu_count() or 1) // lanes)) for number in range(lanes)]
+        self.copies = [Copy(number, max(1, (os.cpu_count() or 1) // lanes), FOLDER) for number in range(lanes)]
         self.lock = threading.Lock()
-        self.unchanged = {}  # {(kind, program): {test: kind of result}}
+        self.unchanged = {}  # {(kind, program): {test: (kind of result, seconds)}}
         self.results = {}    # {fault: (outcome, detail)}
         self.logs = os.path.join(FOLDER, "logs")
 
@@ -222,8 +68,13 @@ class Measure:
         threads = [threading.Thread(target=work_off, args=(copy,)) for copy in self.copies]
         for thread in threads:
             thread.start()
-        for thread in threads:
-            thread.join()
+        try:
+            for thread in threads:
+                thread.join()
+        except KeyboardInterrupt as stop:  # the copies end what they are at
+            errors.append(stop)
+            for thread in threads:
+                thread.join()
         if errors:
             raise errors[0]
 
@@ -256,20 +107,29 @@ class Measure:
         wanted = ":".join(sorted({tests.filter.partition("-")[0] or "*" for tests in group}))
         started = time.monotonic()
         log_path = os.path.join(self.logs, "unchanged-%s-%s.log" % (some.kind, some.program))
-        results, run = copy.run(some, wanted, self.seconds * 5, log_path)
+        results = copy.run(some, wanted, self.seconds * 5, log_path)
         with self.lock:
             self.unchanged[some.kind, some.program] = results
             print("%-60s %4d tests, %5.1f s" % (some.program, len(results), time.monotonic() - started), flush=True)
 
+    def unchanged_results(self, tests):
+        return {name: result for name, result in self.unchanged[tests.kind, tests.program].items()
+                if tests.kind == "check" or name == tests.program or tests.matches(name)}
+
     def find_wrong_tests(self, fault):
         for tests in fault.tests:
-            results = self.unchanged[tests.kind, tests.program]
-            fitting = [name for name in results if tests.kind == "check" or name == tests.program or tests.matches(name)]
-            failing = [name for name in fitting if results[name] in ("FAILED", "LATE")]
+            results = self.unchanged_results(tests)
+            failing = [name for name, (kind, _) in results.items() if kind in ("FAILED", "LATE")]
             if failing:
                 return "%s fails without the fault" % failing[0]
-            if not any(results[name] == "OK" for name in fitting):
+            if not any(kind == "OK" for kind, _ in results.values()):
                 return "%s runs no test" % tests.text
+        return None
+
+    def limit_of(self, tests):
+        """Several times what the tests need without the fault: a test that hangs must not cost minutes each time."""
+        needed = sum(seconds for _, seconds in self.unchanged_results(tests).values())
+        return min(self.seconds, LEAST_SECONDS + 4 * needed)
 
     def measure(self, copy, fault):
         started = time.monotonic()
@@ -294,8 +154,8 @@ class Measure:
                     log.write(built.stdout)
                 errors = re.findall(r"error: .*", built.stdout)
                 return UNBUILT, errors[0] if errors else log_path
-            results, _ = copy.run(tests, tests.filter or "*", self.seconds, log_path, ["--gtest_fail_fast"])
-            bad = [(kind, name) for name, kind in results.items() if kind in ("FAILED", "LATE")]
+            results = copy.run(tests, tests.filter or "*", self.limit_of(tests), log_path, True)
+            bad = [(kind, name) for name, (kind, _) in results.items() if kind in ("FAILED", "LATE")]
             if bad or not results:
                 if tests.kind != "native":
                     copy.restore_prefix()

@@ -117,6 +117,15 @@ TEST(HtmlLayoutTest, ItemsAreSetInAndTheirBulletStandsLeftOfThem)
     EXPECT_EQ(layout.fragments[1].x + layout.fragments[1].width, 32 - 8);
 }
 
+TEST(HtmlLayoutTest, AnItemOfTwoLinesHasItsBulletBesideTheFirst)
+{
+    const HtmlDocument document = Parse(L"<ul><li>ab cd</ul>");
+    const HtmlLayout layout = LayOut(document, Wide(80));
+    ASSERT_EQ(layout.lines.size(), 2u);
+    EXPECT_EQ(layout.lines[0].fragmentCount, 2);
+    EXPECT_EQ(layout.lines[1].fragmentCount, 1);
+}
+
 TEST(HtmlLayoutTest, DeepListsLeaveHalfTheWidth)
 {
     CString html;

@@ -77,6 +77,14 @@ TEST(HtmlReferenceTest, ReadsDecimalAndHexadecimalNumbers)
     EXPECT_EQ(Reference(L"&#65x").length, 4);
 }
 
+TEST(HtmlReferenceTest, ACharacterBeyond16BitsBecomesAPairInTextsAndTargets)
+{
+    const HtmlDocument document = Parse(L"<a href=\"&#x1F600;.html\">&#x1F601;</a>");
+    EXPECT_EQ(PlainText(document), CString(L"\U0001F601"));
+    ASSERT_EQ(document.links.size(), 1u);
+    EXPECT_EQ(document.links[0], CString(L"\U0001F600.html"));
+}
+
 TEST(HtmlReferenceTest, NumbersThatAreNoCharacterGiveTheReplacement)
 {
     for (const wchar_t* text : {L"&#0;", L"&#xD800;", L"&#x110000;", L"&#99999999999999999999;"}) {

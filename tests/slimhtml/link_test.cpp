@@ -224,6 +224,20 @@ TEST_F(LabelLinkTest, FocusingALinkBelowScrollsItIntoView)
     EXPECT_GT(GetScrollPos(window.Label(), SB_VERT), 0);
 }
 
+TEST_F(LabelLinkTest, AClickInAScrolledTextActivatesTheLinkThatIsSeenThere)
+{
+    CString html;
+    for (int index = 0; index < 40; ++index) {
+        html.AppendFormat(L"<a href=\"%d\">link</a><br>", index);
+    }
+    label->LoadText(html);
+    SendMessageW(window.Label(), WM_VSCROLL, SB_BOTTOM, 0);
+    ASSERT_GT(GetScrollPos(window.Label(), SB_VERT), 0);
+    window.Click(14, 50);
+    ASSERT_EQ(notify.told.size(), 1u);
+    EXPECT_GE(_wtoi(notify.told[0].Mid(TextLength(L"link "))), 30) << Utf8(notify.told[0]);
+}
+
 TEST_F(LabelLinkTest, TheOwnerMayLoadAnotherPageFromTheClick)
 {
     notify.onLink = [this](const wchar_t*) { label->LoadText(L"the next page"); };

@@ -1,4 +1,5 @@
 #include "tests/slimhtml/label_test_window.h"
+#include "tests/support/import_redirect.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +10,13 @@ namespace {
 const wchar_t* const longText =
     L"one two three four five six seven eight nine ten eleven twelve thirteen fourteen "
     L"fifteen sixteen seventeen eighteen nineteen twenty";
+
+// As while the mouse drags the thumb; the real call knows of no dragging then.
+BOOL WINAPI ThumbAtForty(HWND, int, SCROLLINFO* info)
+{
+    info->nTrackPos = 40;
+    return TRUE;
+}
 
 class LabelTextTest : public testing::Test
 {
@@ -191,6 +199,17 @@ TEST_F(LabelTextTest, TheScrollBarsArrowScrolls)
     LoadTallText();
     SendMessageW(window.Label(), WM_VSCROLL, SB_LINEDOWN, 0);
     EXPECT_GT(ScrollPosition(), 0);
+}
+
+TEST_F(LabelTextTest, DraggingTheScrollBarsThumbScrollsThere)
+{
+    LoadTallText();
+    {
+        const CImportRedirect drag(L"SlimHtml.dll", "GetScrollInfo", reinterpret_cast<void*>(ThumbAtForty));
+        ASSERT_TRUE(drag.IsInPlace());
+        SendMessageW(window.Label(), WM_VSCROLL, SB_THUMBTRACK, 0);
+    }
+    EXPECT_EQ(ScrollPosition(), 40);
 }
 
 TEST_F(LabelTextTest, ANewTextStartsAtItsTop)
