@@ -21,6 +21,7 @@ public:
     CString TakeModeFailure() override { return {}; }
     bool IsCancellingEnabled() override { return cancelling; }
     BuildResult Build(IBuildProgress&) override { return {}; }
+    HostError CheckBuild(std::vector<CString>&) override { return {}; }
     std::uint64_t GetDeploymentBytes() override { return 0; }
     void AppendLog(const CString&) override {}
 
