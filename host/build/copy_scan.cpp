@@ -2,8 +2,8 @@
 
 #include "host/build/build_failure.h"
 #include "host/build/build_names.h"
-#include "host/build/command_text.h"
 #include "host/build/build_user_files.h"
+#include "host/build/command_text.h"
 #include "host/build/file_operations.h"
 #include "host/build/user_files.h"
 
