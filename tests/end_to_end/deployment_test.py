@@ -273,7 +273,7 @@ class RefusalTest(WizardTest):
 
     def test_a_question_without_an_answer_ends_the_run_with_its_text(self):
         run = self.wizard(self.answers("[begin]\nname = Office\n"))
-        self.assert_refused(run, 23, "lies on this computer")
+        self.assert_refused(run, 23, "is on this computer")
 
     def test_answers_for_a_page_that_is_not_reached_are_an_error(self):
         media = os.path.join(self.folder, "media")
