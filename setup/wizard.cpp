@@ -307,9 +307,7 @@ RunOutcome CWizard::CheckBuild()
 {
     std::vector<CString> warnings;
     const HostError error = m_host->CheckBuild(warnings);
-    for (const CString& warning : warnings) {
-        m_log.Line(L"Warning: " + warning);
-    }
+    LogWarnings(warnings);
     if (error) {
         m_host->GetSetupManager().m_exitCode = SETUP_FAILED;
         return {SETUP_FAILED, error.message, false};
@@ -317,11 +315,16 @@ RunOutcome CWizard::CheckBuild()
     return {SETUP_DONE, m_strCause, true};
 }
 
-void CWizard::TellBuild(const BuildResult& result)
+void CWizard::LogWarnings(const std::vector<CString>& warnings)
 {
-    for (const CString& warning : result.warnings) {
+    for (const CString& warning : warnings) {
         m_log.Line(L"Warning: " + warning);
     }
+}
+
+void CWizard::TellBuild(const BuildResult& result)
+{
+    LogWarnings(result.warnings);
     if (result.error) {
         m_strCause =
             result.error.message.IsEmpty() ? SystemErrorText(result.error.code) : result.error.message;

@@ -45,6 +45,7 @@ private:
     [[nodiscard]] ConfigureOptions MakeConfigureOptions(bool canGoBack);
     [[nodiscard]] unsigned int Build();
     [[nodiscard]] RunOutcome CheckBuild();
+    void LogWarnings(const std::vector<CString>& warnings);
     void TellBuild(const BuildResult& result);
 
     const CommandLine& m_line;

@@ -201,6 +201,7 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{"ForwardSlash", "folder=\"Wizard\"", "folder=\"a/b\"", L"not a path below", 3},
         Refusal{"UncFolder", "folder=\"Wizard\"", "folder=\"\\\\server\\share\"", L"not a path below", 3},
         Refusal{"DeviceName", "folder=\"Wizard\"", "folder=\"con.txt\"", L"not a path below", 3},
+        Refusal{"DeviceNumber", "folder=\"Wizard\"", "folder=\"lpt\xC2\xB2\"", L"not a path below", 3},
         Refusal{"TrailingDot", "folder=\"Wizard\"", "folder=\"Wizard.\"", L"not a path below", 3},
         Refusal{"StreamName", "folder=\"Wizard\"", "folder=\"Wizard:x\"", L"not a path below", 3},
         Refusal{"NewerVersion", "version=\"1\" code", "version=\"2\" code", L"Use a newer program", 2},
