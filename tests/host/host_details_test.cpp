@@ -125,6 +125,24 @@ TEST_F(HostDetails, ADeploymentWithoutItsImageIsToldAsThat)
     EXPECT_HOLDS(error.message, L"Image\\Setup.xml\" is missing.");
 }
 
+// ---- modes
+
+TEST_F(HostDetails, ANewDeploymentHasNoBaseHoweverItsModeIsEntered)
+{
+    DeploymentFile file = DescribeTestDeployment(L"North");
+    file.strBaseName = L"Earlier";
+    file.products[0].patches.clear();
+    MakeDeployment(location, L"North", file);
+    CSetupManager& manager = Open(location + L"North");
+    manager.SetBaseDeploymentName(L"");
+    manager.SetDeploymentName(L"East");
+    ASSERT_TRUE(manager.SetSetupMode(Setup::SETUPMODE_CREATE_DEPLOYMENT));
+    Build();
+    DeploymentFile built;
+    ASSERT_FALSE(ReadDeploymentFile(location + L"East\\Deployment.xml", built));
+    EXPECT_EQ(built.strBaseName, CString());
+}
+
 // ---- the check
 
 TEST_F(HostDetails, TheCheckRefusesWhatTheBuildWouldAndBuildsNothing)
