@@ -237,12 +237,20 @@ class RefusalTest(WizardTest):
             with self.subTest(name=name):
                 self.assert_refused(self.wizard(self.begin(name)), 22, "name")
 
-    def test_reserved_device_names_and_trailing_dots_build_nothing(self):
-        for name in ("CON", "nul.txt", "Office."):
-            with self.subTest(name=name):
-                run = self.wizard(self.begin(name))
-                self.assertNotEqual(run.code, 0, run.output)
-                self.assertEqual([entry for entry in os.listdir(self.out) if not entry.endswith(".log")], [])
+    def test_names_that_only_the_build_refuses_are_refused_behind_the_first_page(self):
+        for name in ("CON", "nul.txt", "Office.", "Off\tice"):
+            for words in ((), ("--check",)):
+                with self.subTest(name=name, words=words):
+                    run = self.wizard(self.begin(name), *words)
+                    self.assert_refused(run, 22, "answers.txt(3): begin.name: The name \"%s\"" % name)
+                    self.assertNotIn("Page settings", run.output)
+
+    def test_a_log_that_can_not_be_written_ends_the_run_before_it_begins(self):
+        log = windows_path(os.path.join(self.folder, "missing", "run.log"))
+        for words in ((), ("--check",)):
+            run = self.wizard(self.begin("Office"), "--log", log, *words)
+            self.assert_refused(run, 1603, "Exit code 1603: The log %s can't be written: " % log, "--log")
+            self.assertNotIn("Page begin", run.output)
 
     def test_a_location_that_is_a_file_is_refused(self):
         path = os.path.join(self.folder, "file")
