@@ -35,7 +35,7 @@ protected:
 
     Wizard()
     {
-        media = folder.AddFolder(L"Media");
+        media = folder.AddFolder(L"MediaInAFolderWhoseLongNameHasNoBlankAtWhichALineOfTheSidePaneCouldEnd");
         for (const wchar_t* file : {L"Zolt2027.msi", CABINET}) {
             CopyFromSample(file);
         }
@@ -160,6 +160,9 @@ TEST_F(Wizard, ThePageForAFailedBuildNamesWhatFailedAndWhatToDo)
     CString pane;
     OnPage(IDC_FAILURE_REASON, [&pane](HWND page) {
         pane = WindowText(GetDlgItem(page, IDC_SIDE_PANE));
+        wchar_t temporary[MAX_PATH] = L"";
+        GetTempPathW(MAX_PATH, temporary);
+        (void)SaveWindowPicture(page, CString(temporary) + L"failed-page.png"); // for who wants to look
         return StepOutcome::Done();
     });
     Press(IDC_FAILURE_REASON, IDC_NEXT);
