@@ -225,7 +225,7 @@ TEST_F(Wizard, WhatAnEarlierBuildFailedOfIsForgottenWhenTheWizardStartsOver)
     Cancel(IDC_LOCATION);
     const RunOutcome outcome = Run();
     EXPECT_EQ(outcome.exitCode, static_cast<unsigned int>(SETUP_CANCELLED));
-    EXPECT_EQ(outcome.strCause, CString(L"cancelled"));
+    EXPECT_EQ(outcome.strCause, CString(L"canceled"));
 }
 
 } // namespace
