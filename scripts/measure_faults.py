@@ -230,12 +230,21 @@ def main():
         return 1
     keep_addresses_steady()
     measure = Measure(counted, min(arguments.lanes, len(counted)), arguments.seconds)
-    trouble = measure.run()
+    stopped = False
+    try:
+        trouble = measure.run()
+    except RuntimeError as error:
+        trouble = [str(error)]
+    except KeyboardInterrupt:
+        trouble, stopped = [], True
     if trouble:
         print("\n".join(trouble))
         return 1
     print_equivalent(faults)
-    return 0 if measure.report() else 1
+    good = measure.report()
+    if stopped:
+        print("Stopped after %d of %d faults." % (len(measure.results), len(counted)))
+    return 0 if good and not stopped else 1
 
 
 if __name__ == "__main__":

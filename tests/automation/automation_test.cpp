@@ -111,6 +111,14 @@ TEST_F(Fixture, AnEditCanBeEmptied)
     EXPECT_GE(Count({ID_EDIT, EN_CHANGE}), 1);
 }
 
+TEST_F(Fixture, AnEditThatCanOnlyBeReadIsNotTypedInto)
+{
+    SetDlgItemTextW(dialog, ID_EDIT, L"as it was");
+    SendDlgItemMessageW(dialog, ID_EDIT, EM_SETREADONLY, TRUE, 0);
+    EXPECT_TRUE(CControl(dialog, ID_EDIT).SetText(L"typed").IsNotYet());
+    EXPECT_EQ(CControl(dialog, ID_EDIT).GetText(), CString(L"as it was"));
+}
+
 TEST_F(Fixture, ATextOverAnEditsLimitFails)
 {
     SendDlgItemMessageW(dialog, ID_EDIT, EM_LIMITTEXT, 3, 0);
