@@ -232,3 +232,10 @@ TEST_F(DeploymentsTest, TheSetupsOwnPropertiesAreLogged)
     manager.SetMsiProperty(L"TARN_SETUP_SUCCEEDED", L"1", false);
     EXPECT_GE(Log().Find(L"TARN_SETUP_SUCCEEDED = \"1\""), 0) << Utf8(Log());
 }
+
+TEST_F(DeploymentsTest, AValueOfTwoLinesForgesNoLineOfTheLog)
+{
+    CSetupManager& manager = OpenMediaFolder();
+    manager.SetMsiProperty(L"NOTE", L"one\r\ntwo", false);
+    EXPECT_GE(Log().Find(L"one<U+000D><U+000A>two"), 0) << Utf8(Log());
+}
