@@ -5,6 +5,9 @@ import re
 import subprocess
 import threading
 
+# The line of a GoogleTest program that tells what becomes of a test.
+TEST_LINE = re.compile(r"\[ +(RUN|OK|FAILED|SKIPPED) +\] ([\w/.]+)")
+
 
 def built_programs(build, tree, file="tests.txt"):
     """The paths of the programs that the build of one tree (native or windows) lists."""
@@ -93,7 +96,7 @@ def read_program(command, environment, folder, log, test_seconds, on_result, lan
     for raw in process.stdout:
         log.write(raw)
         line = raw.decode("utf-8", "replace").rstrip()
-        match = re.match(r"\[ +(RUN|OK|FAILED|SKIPPED) +\] ([\w/.]+)", line)
+        match = TEST_LINE.match(line)
         kind = match.group(1) if match else ""
         if kind == "RUN":
             limit.start_anew()
