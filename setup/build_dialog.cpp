@@ -32,9 +32,8 @@ CString TimeLeftText(const TimeLeft& left)
 
 } // namespace
 
-CBuildDialog::CBuildDialog(const CString& name, BuildFunction build,
-                           std::function<void(const CString&)> onStep)
-    : m_strName(name), m_build(std::move(build)), m_onStep(std::move(onStep))
+CBuildDialog::CBuildDialog(const CString& name, BuildFunction build)
+    : m_strName(name), m_build(std::move(build))
 {
 }
 
@@ -137,9 +136,6 @@ void CBuildDialog::ShowStep(const BuildSnapshot& snapshot)
     }
     if (!m_bCancelling) {
         ShowText(IDC_BUILD_STEP, snapshot.strStep);
-    }
-    if (m_onStep) {
-        m_onStep(snapshot.strStep);
     }
 }
 

@@ -10,8 +10,6 @@
 
 #include <commctrl.h>
 
-#include <functional>
-
 class CBuildDialog : public CDialogImpl<CBuildDialog>
 {
 public:
@@ -20,8 +18,8 @@ public:
         IDD = IDD_BUILD
     };
 
-    // `name`: the deployment's. `onStep`, if any, is told of each step that the window shows, on the window's thread.
-    CBuildDialog(const CString& name, BuildFunction build, std::function<void(const CString&)> onStep = {});
+    // `name`: the deployment's.
+    CBuildDialog(const CString& name, BuildFunction build);
 
     // Shows the window until the build has ended. A window that can't be made is a failed build: nothing is begun that
     // nobody could stop.
@@ -56,7 +54,6 @@ private:
 
     CString m_strName;
     BuildFunction m_build;
-    std::function<void(const CString&)> m_onStep;
 
     CTaskbarProgress m_taskbar;
     BuildSnapshot m_shown;

@@ -37,6 +37,28 @@ CString WarningLines(const std::vector<CString>& warnings)
     return lines;
 }
 
+// Logs each step before the window is told, which shows the last of those that follow fast on one another.
+class CLoggedProgress final : public IBuildProgress
+{
+public:
+    // Borrows both.
+    CLoggedProgress(IBuildProgress& shown, CRunLog& log) : m_shown(shown), m_log(log) {}
+
+    void OnStep(const CString& sentence) override
+    {
+        m_log.Line(L"  " + sentence);
+        m_shown.OnStep(sentence);
+    }
+    bool OnProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal, const CString& file) override
+    {
+        return m_shown.OnProgress(bytesDone, bytesTotal, file);
+    }
+
+private:
+    IBuildProgress& m_shown;
+    CRunLog& m_log; // nobody else writes to it while the build runs
+};
+
 } // namespace
 
 CWizard::CWizard(const CommandLine& line, const Answers& answers, CRunLog& log)
@@ -292,9 +314,10 @@ unsigned int CWizard::Build()
 {
     CSetupManager& manager = m_host->GetSetupManager();
     m_log.Line(CString(L"Building ") + manager.m_strDeploymentName);
-    CBuildDialog dialog(
-        manager.m_strDeploymentName, [this](IBuildProgress& progress) { return m_host->Build(progress); },
-        [this](const CString& step) { m_log.Line(L"  " + step); });
+    CBuildDialog dialog(manager.m_strDeploymentName, [this](IBuildProgress& progress) {
+        CLoggedProgress logged(progress, m_log);
+        return m_host->Build(logged);
+    });
     const BuildResult result = dialog.Run();
     TellBuild(result);
     manager.m_exitCode = result.error.code;

@@ -7,6 +7,7 @@
 #include "automation/window_finder.h"
 #include "setup/build_dialog.h"
 #include "setup/texts.h"
+#include "tests/support/import_redirect.h"
 #include "tests/support/text.h"
 #include "window/module.h"
 
@@ -61,8 +62,7 @@ protected:
 
     BuildResult Run(BuildFunction build)
     {
-        CBuildDialog dialog(L"Office", std::move(build),
-                            [this](const CString& step) { m_steps.push_back(step); });
+        CBuildDialog dialog(L"Office", std::move(build));
         m_script.Start();
         const BuildResult result = dialog.Run();
         EXPECT_FALSE(m_script.HasFailed()) << Utf8(m_script.GetFailure());
@@ -106,7 +106,6 @@ protected:
 
     CScript m_script;
     std::atomic<bool> m_bLetGo = false;
-    std::vector<CString> m_steps;
 };
 
 TEST_F(BuildDialog, TheResultOfTheBuildComesBack)
@@ -182,14 +181,39 @@ TEST_F(BuildDialog, WithoutATotalTheBarOnlyMoves)
     EXPECT_EQ(amount, CString());
 }
 
-TEST_F(BuildDialog, EachStepIsHandedOnOnce)
+std::vector<CString> g_reasons; // given to the system, empty when one was withdrawn
+
+BOOL WINAPI NoteReason(HWND, const wchar_t* reason)
 {
-    static_cast<void>(Run([](IBuildProgress& progress) {
-        progress.OnStep(L"last step");
-        return BuildResult();
-    }));
-    ASSERT_EQ(m_steps.size(), 1u);
-    EXPECT_EQ(m_steps[0], CString(L"last step"));
+    g_reasons.push_back(reason);
+    return TRUE;
+}
+
+BOOL WINAPI NoteNoReason(HWND)
+{
+    g_reasons.push_back(CString());
+    return TRUE;
+}
+
+TEST_F(BuildDialog, TheSystemIsToldWhyItCanNotEndTheSessionAsLongAsTheWindowIsUp)
+{
+    g_reasons.clear();
+    const CImportRedirect create(nullptr, "ShutdownBlockReasonCreate", reinterpret_cast<void*>(NoteReason));
+    const CImportRedirect destroy(nullptr, "ShutdownBlockReasonDestroy",
+                                  reinterpret_cast<void*>(NoteNoReason));
+    ASSERT_TRUE(create.IsInPlace() && destroy.IsInPlace());
+    WaitForText(IDC_BUILD_STEP, L"Copying Zolt & Sons");
+    std::vector<CString> meanwhile;
+    LRESULT mayEnd = TRUE;
+    Do([&] {
+        meanwhile = g_reasons;
+        mayEnd = SendMessageW(Window(), WM_QUERYENDSESSION, 0, 0);
+    });
+    LetGo();
+    static_cast<void>(Run(HeldBuild(0, 0)));
+    EXPECT_EQ(meanwhile, std::vector<CString>{SetupText(IDS_BUILD_SHUTDOWN_REASON)});
+    EXPECT_FALSE(mayEnd);
+    EXPECT_EQ(g_reasons, (std::vector<CString>{SetupText(IDS_BUILD_SHUTDOWN_REASON), CString()}));
 }
 
 TEST_F(BuildDialog, CancelAsksFirstAndNoGoesOn)
