@@ -24,7 +24,7 @@ ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 BUILD = os.environ.get("ROLLOUT_BUILD", os.path.join(ROOT, "build"))
 LOGS = os.path.join(BUILD, "test-logs")
 # Programs that build and install deployments take the second lane, so that the page tests need not wait for them.
-SECOND_LANE = ("host_test", "build_test", "media_install_test")
+SECOND_LANE = ("by_hand_test", "host_test", "build_test", "media_install_test")
 # How long one test may take; the programs for Wine keep to it by themselves and show their windows when it is over.
 TEST_SECONDS = int(os.environ.setdefault("ROLLOUT_TEST_SECONDS", "120"))
 GRACE_SECONDS = 30  # what a program has to end by itself
