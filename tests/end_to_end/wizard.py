@@ -73,7 +73,6 @@ class WizardTest(unittest.TestCase):
         last = output.strip().splitlines()[-1] if output.strip() else ""
         self.assertRegex(last, r"^Exit code \d+", "The wizard did not say its exit code. The shell has %d, and this was "
                          "its output:\n%s" % (shell_code, output))
-                         "its output:\n%s" % (shell_code, output))
         return Run(int(last.split()[2].rstrip(":")), output, shell_code)
 
     def processes(self):
