@@ -176,6 +176,21 @@ private:
     BuildPlan m_plan;
 };
 
+// What was there when the media were opened can be gone by now, and a folder is copied as it is found: without a
+// cabinet it would be built without a complaint and fail on every workstation.
+HostError CheckSources(const std::vector<std::unique_ptr<ProductObject>>& products)
+{
+    for (const std::unique_ptr<ProductObject>& product : products) {
+        if (HostError error = CheckPackageSources(product->GetMsiHandle(), product->GetOriginalFile())) {
+            return error;
+        }
+        if (HostError error = CheckSources(product->GetPackObjects())) {
+            return error;
+        }
+    }
+    return {};
+}
+
 // The plan, or why there can be none.
 HostError DecidePlan(ManagerObject& manager, BuildPlan& plan)
 {
@@ -188,6 +203,9 @@ HostError DecidePlan(ManagerObject& manager, BuildPlan& plan)
     }
     if (verdict.state == TargetVerdict::State::NeedsAnswer) {
         return {ERROR_ALREADY_EXISTS, HostSentence(HostText::TargetUnasked, {verdict.strFolder})};
+    }
+    if (HostError error = CheckSources(manager.GetProductObjects())) {
+        return error;
     }
     PlanMaker maker(manager, verdict.strStamp);
     plan = maker.Make();

@@ -464,3 +464,18 @@ TEST_F(PackageSourcesTest, TheCabinetOfAFilesOwnMediumIsAskedFor)
     }
     EXPECT_GE(Refusal().message.Find(L"second.cab"), 0);
 }
+
+// The media's folder is copied as it is found: the build said that all was well, and no workstation could install.
+TEST_F(PackageSourcesTest, ACabinetThatIsGoneSinceTheFirstPageStopsTheBuild)
+{
+    for (const Shape shape : {Shape::Folder, Shape::Lone}) {
+        Make({2, RowMarks::None, Layout::Packed}, shape);
+        ASSERT_TRUE(BeginNew(L"Gone"));
+        ASSERT_TRUE(DeleteFileW(sourceFolder + SOURCE_CABINET));
+        SilentProgress progress;
+        const BuildResult result = host->Build(progress);
+        EXPECT_EQ(result.error.code, unsigned{ERROR_FILE_NOT_FOUND});
+        EXPECT_GE(result.error.message.Find(sourceFolder + SOURCE_CABINET), 0) << Utf8(result.error.message);
+        EXPECT_FALSE(IsFolder(location + L"Gone"));
+    }
+}
