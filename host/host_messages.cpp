@@ -1,5 +1,7 @@
 #include "host/host_messages.h"
 
+#include "include/setup_enums.h"
+
 namespace {
 
 struct Sentence
@@ -177,4 +179,9 @@ CString HostSentence(HostText id, std::initializer_list<CString> arguments)
         }
     }
     return result;
+}
+
+CString PlatformText(int platform)
+{
+    return platform == Setup::PLATFORM_X64 ? L"64-bit" : L"32-bit";
 }

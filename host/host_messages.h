@@ -92,3 +92,6 @@ enum class HostText
 
 // The sentence with %1, %2, ... replaced. A replaced text is not looked at again.
 [[nodiscard]] CString HostSentence(HostText id, std::initializer_list<CString> arguments = {});
+
+// What a platform is called in sentences: "64-bit" or "32-bit".
+[[nodiscard]] CString PlatformText(int platform);

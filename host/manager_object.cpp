@@ -116,6 +116,7 @@ bool ManagerObject::DoesImageMatchPlatform(Setup::tagPLATFORM platform)
 bool ManagerObject::IsTargetPlatformAllowed(Setup::tagPLATFORM platform)
 {
     if (!HasPackageFile(m_media, platform)) {
+        Tell(HostSentence(HostText::NoProductsForPlatform, {PlatformText(platform)}));
         return false;
     }
     // Told here the page can still be mended; once it has stored its choice, a failure would leave it without buttons.

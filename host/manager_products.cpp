@@ -5,15 +5,6 @@
 
 #include <utility>
 
-namespace {
-
-CString PlatformText(int platform)
-{
-    return platform == Setup::PLATFORM_X64 ? L"64-bit" : L"32-bit";
-}
-
-} // namespace
-
 void ManagerObject::ReloadProductData()
 {
     DeleteProductList();

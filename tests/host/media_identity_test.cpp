@@ -112,6 +112,16 @@ TEST_F(MediaIdentityTest, ACodeOfTheOtherPlatformIsRefusedWhenThatIsChosen)
     EXPECT_HOLDS(log, OTHER_CODE);
 }
 
+// The page says that the log names what is missing.
+TEST_F(MediaIdentityTest, APlatformWhosePackageHasGoneIsNamedInTheLog)
+{
+    MakeMedia(scratch + L"media\\");
+    CSetupManager& manager = Open(scratch + L"media\\");
+    ASSERT_TRUE(DeleteFileW(scratch + L"media\\x86\\Zolt\\Zolt.msi"));
+    EXPECT_FALSE(manager.IsTargetPlatformAllowed(Setup::PLATFORM_X86));
+    EXPECT_HOLDS(ReadText(work + L"Setup.log"), L"The media hold no package for the 32-bit platform.");
+}
+
 TEST_F(MediaIdentityTest, AVersionOfTheDescriptionThatIsNotThePackagesIsRefused)
 {
     const CString folder = scratch + L"media\\";
