@@ -119,7 +119,7 @@ bool ManagerObject::IsTargetPlatformAllowed(Setup::tagPLATFORM platform)
         Tell(HostSentence(HostText::NoProductsForPlatform, {PlatformText(platform)}));
         return false;
     }
-    // Told here the page can still be mended; once it has stored its choice, a failure would leave it without buttons.
+    // Reported here the page can still be corrected; once it has stored its choice, a failure would leave it without buttons.
     const HostError error = CheckPlatform(m_media, platform);
     if (error) {
         Tell(error.message);

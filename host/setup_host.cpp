@@ -93,9 +93,9 @@ HostError HostObject::CheckDatabase(CProduct& product)
 
 BuildResult HostObject::Build(IBuildProgress& progress)
 {
+    m_manager->m_uiStage = STAGE_AFTER_BUILD; // at once, so that it stands too when the build throws
     BuildResult result = BuildFromManager(*m_manager, progress);
     m_manager->m_exitCode = result.error.code;
-    m_manager->m_uiStage = STAGE_AFTER_BUILD;
     m_log.Append(HostSentence(HostText::LogBuildEnd, {NumberText(result.error.code), result.error.message}));
     return result; // its warnings are the caller's to show and to log
 }

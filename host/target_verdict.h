@@ -1,4 +1,4 @@
-// What stands where a deployment is to lie, and whether the build may replace it.
+// What stands where a deployment will be, and whether the build may replace it.
 #pragma once
 
 #include "host/setup_host.h"

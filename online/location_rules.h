@@ -50,7 +50,7 @@ protected:
 enum class LocationReaction
 {
     Accept,
-    Ask,    // Yes takes it all the same
+    Ask,    // Yes accepts it anyway
     Refuse, // the page stays
 };
 

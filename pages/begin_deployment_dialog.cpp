@@ -164,6 +164,7 @@ void CBeginDeploymentDialog::ShowLayout()
     switch (layout) {
     case BeginLayout::None:
         HideLayoutControls();
+        ShowPlatforms();
         return;
     case BeginLayout::Plain:
         ShowName(IDC_ANCHOR_NAME_HEADING_PLAIN, IDC_ANCHOR_NAME_PLAIN);
@@ -191,10 +192,10 @@ void CBeginDeploymentDialog::ShowLayout()
 // The template shows them all.
 void CBeginDeploymentDialog::HideLayoutControls()
 {
-    for (const int id : {IDC_MODE_HEADING, IDC_MODE_CREATE, IDC_MODE_CREATE_FROM, IDC_MODE_MODIFY,
-                         IDC_LOCATION_HEADING_EXISTING, IDC_LOCATION_HEADING_NEW, IDC_LOCATION,
-                         IDC_LOCATION_BROWSE, IDC_DEPLOYMENTS_HEADING, IDC_DEPLOYMENTS, IDC_NAME_HEADING,
-                         IDC_NAME, IDC_PLATFORM_HEADING, IDC_PLATFORM_X86, IDC_PLATFORM_X64}) {
+    for (const int id :
+         {IDC_MODE_HEADING, IDC_MODE_CREATE, IDC_MODE_CREATE_FROM, IDC_MODE_MODIFY,
+          IDC_LOCATION_HEADING_EXISTING, IDC_LOCATION_HEADING_NEW, IDC_LOCATION, IDC_LOCATION_BROWSE,
+          IDC_DEPLOYMENTS_HEADING, IDC_DEPLOYMENTS, IDC_NAME_HEADING, IDC_NAME}) {
         ShowControl(id, false);
     }
 }

@@ -41,6 +41,9 @@ BeginLayout LayoutFor(bool hasDeployments, Setup::tagSETUPMODE mode)
 
 bool IsChoiceComplete(BeginLayout layout, bool hasSelection, const CString& location, const CString& name)
 {
+    if (layout == BeginLayout::None) {
+        return false; // nobody sees what would be stored
+    }
     const bool needsSelection = layout == BeginLayout::CreateFrom || layout == BeginLayout::Modify;
     return (hasSelection || !needsSelection) && !location.IsEmpty() && !name.IsEmpty();
 }

@@ -28,6 +28,7 @@ SECOND_LANE = ("by_hand_test", "host_test", "build_test", "media_install_test")
 # How long one test may take; the programs for Wine keep to it by themselves and show their windows when it is over.
 TEST_SECONDS = int(os.environ.setdefault("ROLLOUT_TEST_SECONDS", "120"))
 GRACE_SECONDS = 30  # what a program has to end by itself
+CHECK_SECONDS = 600  # of a test in Python that starts programs
 MOST_RESTARTS = 10  # of one program whose tests end it
 FUZZ_SECONDS = int(os.environ.get("ROLLOUT_FUZZ_SECONDS", "4"))
 
@@ -126,13 +127,21 @@ def run_lane(tally, number, programs, tests, pattern):
             os.environ.update({name: value for name, value in lane.environment.items()
                                if name.startswith(("WINE", "DISPLAY", "ROLLOUT_CORE"))})
         for test in tests:
-            run_check(tally, test)
+            run_check(tally, test, lane)
 
 
-def run_check(tally, test):
+def run_check(tally, test, lane=None):
+    """Runs a Python test. What waits in it for a program that doesn't come back goes on when its lane is stopped."""
     started = time.monotonic()
     result = unittest.TestResult()
+    limit = threading.Timer(CHECK_SECONDS, lane.stop_programs) if lane else None
+    if limit:
+        limit.start()
     test.run(result)
+    if limit:
+        limit.cancel()
+        if time.monotonic() - started >= CHECK_SECONDS:
+            result.failures.append((test, "Its programs were ended after %d seconds.\n" % CHECK_SECONDS))
     trouble = result.failures + result.errors
     tally.add(test.id(), not trouble, "".join(text for _, text in trouble))
     elapsed = time.monotonic() - started

@@ -155,7 +155,7 @@ CString CommandLineUsage()
            L"  --log FILE            where the setup's log goes\n"
            L"  --quiet-limit SECONDS ends an unattended run that shows no sign of life for so long\n"
            L"                        (default: 600)\n"
-           L"  --check               walk the pages and check all answers, but build nothing\n"
+           L"  --check               check all answers, and what a build would refuse; build nothing\n"
            L"  --help                this text\n"
            L"\n"
            L"Exit codes: 0 done, 1602 canceled, 1603 failed, 20 bad command line, 21 bad answers,\n"

@@ -283,7 +283,9 @@ StepOutcome CUnattendedPages::PressLeave()
         return StepOutcome::Done();
     }
     const bool cancels = m_pAnswers && m_pAnswers->bCancel;
-    const CControl button(m_hWindow, cancels ? IDC_CANCEL : IDC_NEXT);
+    // Behind the build nothing is left to cancel: the page has one button, and both words press it.
+    const bool isOutcome = m_pAnswers && m_pAnswers->pPage->bOutcome;
+    const CControl button(m_hWindow, cancels && !isOutcome ? IDC_CANCEL : IDC_NEXT);
     if (!button.NeedUsable().IsDone()) {
         Fail(SETUP_ANSWER_REFUSED,
              AnswersError{

@@ -16,9 +16,6 @@ constexpr wchar_t TARGET_PAGE[] = L"BeginDeploymentDialog"; // chooses name and 
 
 constexpr wchar_t FAILED_PAGE[] = L"DeploymentFailedDialog"; // shown after a failed build alone
 
-constexpr unsigned int STAGE_AFTER_BUILD =
-    4; // Cancel means the same as Next: there is nothing left to cancel
-
 // Below HKEY_CURRENT_USER: what the program remembers for a user.
 constexpr wchar_t USER_KEY[] = L"Software\\Velkmora\\Rollout";
 
@@ -240,7 +237,7 @@ int CWizard::ShowPage(const FlowPage& page, bool canGoBack)
         m_changes.Watch(context);
     }
     std::optional<CFailurePane> failure;
-    if (page.strName == FAILED_PAGE && m_host->GetSetupManager().m_exitCode != SETUP_CANCELLED) {
+    if (page.strName == FAILED_PAGE) {
         failure.emplace(m_strCause, m_line.strLog, context);
     }
     const PageFunction show = m_pageLibrary.Find(page.strName);
@@ -253,8 +250,9 @@ int CWizard::ShowPage(const FlowPage& page, bool canGoBack)
         UseLocationOfCommandLine();
     }
     if (result == NAVIGATION_LOAD_FAILED) {
-        m_strCause =
-            L"The page " + page.strName + L" could not be shown: its resource library can't be loaded.";
+        m_strCause = L"The page " + page.strName +
+                     L" could not be shown. Its window, or the library with its texts, "
+                     L"can't be loaded. Copy the whole program again.";
     }
     return result;
 }
@@ -321,7 +319,6 @@ unsigned int CWizard::Build()
     const BuildResult result = dialog.Run();
     TellBuild(result);
     manager.m_exitCode = result.error.code;
-    manager.m_uiStage = STAGE_AFTER_BUILD;
     return result.error.code;
 }
 

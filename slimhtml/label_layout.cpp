@@ -112,7 +112,7 @@ void Label::FitToClient()
         m_layout = LayOutAt(fullWidth, margin);
     }
     const bool bScrolls = m_layout.height > height;
-    // A bar without room for its own arrows helps nobody; keys and wheel scroll all the same.
+    // A bar without room for its own arrows helps nobody; keys and wheel scroll anyway.
     const bool bRoomForBar = height >= 2 * barWidth && fullWidth >= 4 * barWidth;
     if (bScrolls && bRoomForBar) {
         m_layout = LayOutAt(fullWidth - barWidth, margin);

@@ -1,4 +1,4 @@
-// What lies where a deployment is to lie: whether it is a deployment, and whether it is still the same one.
+// What lies where a deployment will be: whether it is a deployment, and whether it is still the same one.
 #pragma once
 
 #include "window/string.h"

@@ -14,7 +14,7 @@ constexpr LONGLONG MEGABYTE = 1024 * 1024;
 class BuildingByHand : public ByHandTest
 {
 protected:
-    // Media with so many megabytes in a loose file, which are copied for a while; no byte of them takes room on the disk.
+    // Media with so many megabytes in a loose file, which are copied for a while; they take no room before that.
     CString LargeMedia(LONGLONG megabytes)
     {
         const CString media = CopyOfMedia();
@@ -45,7 +45,7 @@ protected:
 
 TEST_F(BuildingByHand, IsCanceledByEscapeTheCloseBoxAndTheButtonAndLeavesNothing)
 {
-    HWND build = StartBuilding(600);
+    HWND build = StartBuilding(2000); // the copying goes on behind the questions, and must outlast them
     const CString question = ProgramText(IDS_BUILD_CANCEL_QUESTION);
     StrikeKey(VK_ESCAPE);
     AnswerBox('N');

@@ -57,7 +57,7 @@ PROGRAM_WORDS = {
     "IDS_CONFIGURE_NO_PRODUCT": "none of the media's products", "IDS_TAB_ADDITIONAL_FILES": "files",
     "IDS_TAB_WORKSTATIONS": "Workstations", "IDS_TAB_SERVICE_PACK": "Service pack", "IDS_TAB_PATHS": "Paths",
     "IDS_TAB_ONLINE_RESOURCES": "Online", "IDS_TAB_NOTICES": "Notices", "IDS_LOG_FAILED": "--log",
-    "IDS_SESSION_END_WAITS": "asking", "IDS_FAILURE_PANE": "What went wrong",
+    "IDS_SESSION_END_WAITS": "asking", "IDS_FAILURE_PANE": "What happened",
 }
 CONTROL_WORDS = {
     "IDYES": "Yes", "IDNO": "No", "IDC_BACK": "Back", "IDC_RESET": "over", "IDC_LINK1": "guide", "IDC_LINK2": "notes",

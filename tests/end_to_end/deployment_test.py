@@ -304,6 +304,17 @@ class RefusalTest(WizardTest):
         os.remove(os.path.join(media, "x64", "Zolt", "Zolt2027.msi"))
         self.assert_refused(self.wizard(self.begin("Office", platform="x64"), media=media), 1603, "Zolt2027.msi")
 
+    def test_the_last_page_is_left_by_either_word(self):
+        """The page behind the build shows one button; "cancel" once ended a finished run with 22."""
+        for word in ("next", "cancel"):
+            with self.subTest(leave=word):
+                answers = self.begin("Left by " + word)
+                with open(answers, "a", encoding="utf-8") as file:
+                    file.write("[complete]\nleave = %s\n" % word)
+                run = self.wizard(answers)
+                self.assertEqual(run.code, 0, run.output)
+                self.assertIn("leave = " + word, run.output)
+
     def test_media_without_a_cabinet_or_a_loose_file_are_refused_by_its_name(self):
         """Such media once made a deployment that said it was complete and failed on every workstation."""
         for platform, missing, code, told in (
@@ -316,6 +327,7 @@ class RefusalTest(WizardTest):
                 log = os.path.join(self.folder, "setup.log")
                 run = self.wizard(self.begin("Office", platform=platform), "--log", windows_path(log), media=media)
                 self.assert_refused(run, code, told)
+                self.assertIn(os.path.basename(missing), text_of(log))
 
     def test_a_code_of_the_description_that_is_not_the_packages_is_refused(self):
         """Such media once made an Uninstall.cmd that ended with 0 and removed nothing."""

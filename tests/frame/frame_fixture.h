@@ -24,6 +24,7 @@ struct PageRecord
     int stored = 0;
     int storedWithoutValidation = 0;
     int destroyed = 0;
+    int askedWhenClosed = 0; // for a message, without a window
 };
 inline PageRecord g_record;
 
@@ -52,6 +53,11 @@ public:
         return g_record.accepts;
     }
     void StoreWithoutValidation() { ++g_record.storedWithoutValidation; }
+    BOOL PreTranslateMessage(MSG* message) override
+    {
+        g_record.askedWhenClosed += this->m_hWnd ? 0 : 1;
+        return Shape::PreTranslateMessage(message);
+    }
 };
 
 class CTestWizardPage : public CRecordingPage<CWizardPageImpl<CTestWizardPage>>

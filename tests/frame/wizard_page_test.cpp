@@ -421,6 +421,14 @@ TEST_F(WizardPageTest, TheResourceModuleIsThePagesDuringTheCallAndComesBack)
     EXPECT_EQ(_Module.GetMessageLoop(), nullptr);
 }
 
+TEST_F(WizardPageTest, AClosedPageSeesNoMessageThatStillWaits)
+{
+    g_record.onStore = [](HWND) { ::PostThreadMessageW(::GetCurrentThreadId(), WM_NULL, 0, 0); };
+    Press(IDC_NEXT);
+    EXPECT_EQ(Show<CTestWizardPage>(), NAVIGATION_NEXT);
+    EXPECT_EQ(g_record.askedWhenClosed, 0);
+}
+
 TEST_F(WizardPageTest, AnExceptionInAHandlerEndsThePageAndPutsTheModuleBack)
 {
     const HINSTANCE before = _Module.GetResourceInstance();

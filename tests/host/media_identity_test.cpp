@@ -112,7 +112,7 @@ TEST_F(MediaIdentityTest, ACodeOfTheOtherPlatformIsRefusedWhenThatIsChosen)
     EXPECT_HOLDS(log, OTHER_CODE);
 }
 
-// The page says that the log names what is missing.
+// The page says that the log has the reason.
 TEST_F(MediaIdentityTest, APlatformWhosePackageHasGoneIsNamedInTheLog)
 {
     MakeMedia(scratch + L"media\\");

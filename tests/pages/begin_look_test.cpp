@@ -155,6 +155,8 @@ TEST_F(BeginLook, TheAnchorsNeverShow)
 TEST_F(BeginLook, AModeThatIsNotAboutDeploymentsShowsNoLayout)
 {
     WithDeployments(Setup::SETUPMODE_INSTALL, {L"Alpha"});
+    WithLocation(L"\\\\server\\share");
+    WithName(L"Office");
     Look([&] {
         for (const int id : {IDC_MODE_CREATE, IDC_MODE_CREATE_FROM, IDC_MODE_MODIFY})
             EXPECT_FALSE(Control(id).IsChecked()) << id;
@@ -163,7 +165,9 @@ TEST_F(BeginLook, AModeThatIsNotAboutDeploymentsShowsNoLayout)
         ExpectVisible(choiceControls, false);
         ExpectVisible(nameControls, false);
         ExpectVisible(listControls, false);
-        ExpectVisible(platformControls, false);
+        ExpectVisible(platformControls, true);
+        for (const int id : {IDC_PLATFORM_X86, IDC_PLATFORM_X64})
+            EXPECT_FALSE(Control(id).IsEnabled()) << id;
         ExpectVisible(
             {IDC_LOCATION, IDC_LOCATION_BROWSE, IDC_LOCATION_HEADING_NEW, IDC_LOCATION_HEADING_EXISTING},
             false);

@@ -184,6 +184,16 @@ TEST_F(Leaving, CancelWithNoStaysEnablesCancellingAndGivesTheFocusBack)
     EXPECT_EQ(host.manager.m_exitCode, 0u);
 }
 
+// The command comes from the Cancel button, wherever the focus was when Esc was pressed.
+TEST_F(Leaving, EscapeWithNoGivesTheFocusToTheCancelButton)
+{
+    FocusOn(IDC_NEXT);
+    Key(VK_ESCAPE);
+    AnswerCancelQuestion(IDNO);
+    Await(L"the Cancel button has no focus", [&] { return HasFocus(IDC_CANCEL); });
+    ShowAndLeave();
+}
+
 TEST_F(Leaving, CancelWithYesClosesWithTwoAndLeavesTheExitCode)
 {
     Press(IDC_CANCEL);

@@ -1,7 +1,6 @@
 // Whole runs for a person, with the real host and the real pages, whose steps are played in this process.
 #include "automation/control.h"
 #include "automation/message_box.h"
-#include "automation/picture.h"
 #include "automation/script.h"
 #include "automation/window_finder.h"
 #include "include/resource_ids.h"
@@ -160,9 +159,6 @@ TEST_F(Wizard, ThePageForAFailedBuildNamesWhatFailedAndWhatToDo)
     CString pane;
     OnPage(IDC_FAILURE_REASON, [&pane](HWND page) {
         pane = WindowText(GetDlgItem(page, IDC_SIDE_PANE));
-        wchar_t temporary[MAX_PATH] = L"";
-        GetTempPathW(MAX_PATH, temporary);
-        (void)SaveWindowPicture(page, CString(temporary) + L"failed-page.png"); // for who wants to look
         return StepOutcome::Done();
     });
     Press(IDC_FAILURE_REASON, IDC_NEXT);
