@@ -216,6 +216,7 @@ void CConfigureDialog::OnPreviousTab()
     if (m_bLeaving || m_front < 0) {
         return;
     }
+    Front().bAccepted = false; // stored unchecked
     DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE);
     if (m_front > 0) {
         Enter(m_front - 1);

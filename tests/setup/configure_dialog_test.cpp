@@ -214,6 +214,24 @@ TEST_F(ConfigureDialog, ContinueAsksAPageThatItsOwnWayBackHasLeftUnchecked)
     EXPECT_EQ(Stores(), (Stored{StoreAllOf(1), StoreAllOf(2)}));
 }
 
+TEST_F(ConfigureDialog, AValueThatIsPutBackAfterThePagesOwnWayBackIsStoredAgain)
+{
+    TestProduct& zolt = AddProduct(L"Zolt");
+    AddTabs(2);
+    GoTo(1);
+    Type(L"first");
+    GoTo(0); // accepted with "first"
+    GoTo(1);
+    Type(L"second");
+    PressOnPage(IDC_PREVIOUS_TAB); // stores "second" unchecked
+    Await(L"the tab before", [this] { return Dialog().GetFront() == 0; });
+    GoTo(1);
+    Type(L"first");
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+    EXPECT_EQ(Property(zolt, L"TEST_VALUE_1"), CString(L"first"));
+}
+
 // A page with a question asked it at each pass.
 TEST_F(ConfigureDialog, APageIsNotAskedAgainWhileNothingHasChangedOnIt)
 {
