@@ -106,8 +106,8 @@ constexpr Sentence SENTENCES[] = {
     {HostText::WorkFolderFailed, L"The work folder \"%1\" can't be created (%2). Check the free space and "
                                  L"the permissions of that folder."},
     {HostText::WorkCopyFailed,
-     L"The package \"%1\" can't be copied to the work folder as \"%2\" (%3). Free space there, or set the "
-     L"variable TEMP to a folder with more space."},
+     L"The package \"%1\" can't be copied to the work folder as \"%2\" (%3). Check that the package can be "
+     L"read, and that the work folder can be written to and has space; the variable TEMP says where it is."},
     {HostText::ReasonWithRoom, L"%1; it needs %2 MB, and \"%4\" has %3 MB free"},
     {HostText::TableNotMade, L"The table %1 can't be added to the working copy of \"%2\" (%3). The package "
                              L"is damaged; copy it from the original media again."},

@@ -93,7 +93,11 @@ class GtestProgram:
         if not run.running:
             return None
         self.ended.add(run.running)
-        rest = [name for name in self.list_tests(wanted) if name not in self.ended]
+        listed = self.list_tests(wanted)
+        if run.running not in listed:
+            self.fail_or_pass("(the tests behind it)", False, "Not run: the program doesn't list its tests.")
+            return None
+        rest = [name for name in listed if name not in self.ended]
         if rest and starts > MOST_RESTARTS:
             self.fail_or_pass("(%d tests)" % len(rest), False, "Not run: the program ended early %d times." % starts)
             return None

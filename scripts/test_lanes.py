@@ -77,6 +77,7 @@ class Limit:
     def stop(self):
         if self.timer:
             self.timer.cancel()
+            self.timer.join()  # one that has fired stops the lane, which the next program must not meet
 
     def end(self):
         self.run.late = True

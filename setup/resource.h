@@ -55,6 +55,7 @@
 #define IDS_RUN_ENDED_EARLY 312 // %1: the process's code, %2: last step
 #define IDS_RUN_QUIET 313       // %1: seconds, %2: last step
 #define IDS_RUN_NOT_STARTED 314 // %1: program, %2: why
+#define IDS_RUN_INTERRUPTED 319 // %1: last step
 #define IDS_RUN_STARTING 315
 #define IDS_LOG_FAILED 316 // %1: path, %2: why
 #define IDS_SESSION_END_WAITS 317

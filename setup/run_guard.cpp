@@ -139,6 +139,9 @@ RunOutcome OutcomeOf(const RunningProcess& run, bool ended, unsigned int quietSe
     }
     DWORD code = 0;
     GetExitCodeProcess(run.process.get(), &code);
+    if (code == STATUS_CONTROL_C_EXIT) {
+        return {SETUP_BROKE_OFF, SetupText(IDS_RUN_INTERRUPTED, {StepWords(record)})};
+    }
     return {SETUP_BROKE_OFF, SetupText(IDS_RUN_ENDED_EARLY, {FaultText(code), StepWords(record)})};
 }
 

@@ -73,6 +73,18 @@ CString LogProductName(const BuildDatabase& database)
     return LogNamePart(database.strProductName);
 }
 
+// What a name takes at most where file systems count bytes, as those behind many shares do: up to 255 of UTF-8.
+int MostBytes(const CString& name)
+{
+    int bytes = 0;
+    for (int index = 0; index < name.GetLength(); ++index) {
+        bytes += name[index] < 0x80 ? 1 : name[index] < 0x800 ? 2 : 3;
+    }
+    return bytes;
+}
+
+constexpr int LOG_NAME_BYTES = 200; // leaves room for the number before it
+
 CString LogNameEnding(const BuildDatabase& database, const wchar_t* action)
 {
     return L"_" + AsciiOnly(LogNamePart(database.strProductVersion)) + L"_" + action + L"_";
@@ -300,7 +312,8 @@ CString LogFileBase(const BuildDatabase& database, const wchar_t* action)
 CString LogNameFile(const BuildPlan& plan, const BuildDatabase& database)
 {
     const CString name = LogProductName(database);
-    for (std::size_t index = 0; !IsAscii(name) && index < plan.databases.size(); ++index) {
+    const bool needed = !IsAscii(name) && MostBytes(name) <= LOG_NAME_BYTES;
+    for (std::size_t index = 0; needed && index < plan.databases.size(); ++index) {
         if (&plan.databases[index] == &database) {
             return L"Image\\LogNames\\" + NumberText(static_cast<long long>(index + 1)) + L"-" + name;
         }

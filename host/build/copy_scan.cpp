@@ -54,7 +54,7 @@ private:
         if (IsSameOrBelow(m_plan.strLocation, folder.strSource)) {
             throw BuildFailure{BUILD_BAD_PATH_NAME, L"The location \"" + m_plan.strLocation +
                                                         L"\" lies inside the media \"" + folder.strSource +
-                                                        L"\". Choose a location outside of it."};
+                                                        L"\". Choose a location outside of them."};
         }
         m_excluded.clear();
         for (const CString& path : folder.excludedPaths) {

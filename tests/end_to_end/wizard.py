@@ -64,7 +64,7 @@ class WizardTest(unittest.TestCase):
         except subprocess.TimeoutExpired:
             for number in self.processes():  # both: the guarded one holds the output open
                 os.kill(number, signal.SIGKILL)
-            output = process.communicate()[0]
+            output = process.communicate(timeout=30)[0]
             self.fail("The wizard still ran after %d seconds:\n%s" % (RUN_SECONDS, output.decode("utf-8", "replace")))
         return self.run_of(output, process.returncode)
 

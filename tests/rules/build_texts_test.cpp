@@ -121,6 +121,16 @@ TEST(BuildCommands, ALogTakesTheLettersOfItsProductFromTheNameOfAFile)
     EXPECT_EQ(targets.count(LogNameFile(plan, plan.databases[1])), 1u);
 }
 
+// Disks behind many shares take names of 255 bytes; a log must not stop the build.
+TEST(BuildCommands, ANameOfTooManyBytesIsNoNameOfAFile)
+{
+    BuildPlan plan = TwoProducts();
+    plan.databases[0].strProductName = CString(L'\x65E5', 66);
+    EXPECT_FALSE(LogNameFile(plan, plan.databases[0]).IsEmpty());
+    plan.databases[0].strProductName = CString(L'\x65E5', 67);
+    EXPECT_EQ(LogNameFile(plan, plan.databases[0]), CString());
+}
+
 TEST(BuildCommands, ALogsNameLosesWhatNobodySeesAndWhatInterpretersRead)
 {
     BuildPlan plan = TwoProducts();
