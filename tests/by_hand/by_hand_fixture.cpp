@@ -146,13 +146,13 @@ CString ByHandTest::CopyOfMedia() const
     return copy;
 }
 
-void ByHandTest::Start(const CString& media)
+void ByHandTest::Start(const CString& media, const CString& furtherWords)
 {
     m_boxes.clear();
     m_media = media;
     m_run.reset(); // the log of a run before is that run's
     DeleteFileW(InFolder(L"setup.log"));
-    m_run = std::make_unique<CWizardRun>(L"--media \"" + media + L"\"", m_folder.GetPath());
+    m_run = std::make_unique<CWizardRun>(L"--media \"" + media + L"\" " + furtherWords, m_folder.GetPath());
 }
 
 void ByHandTest::StartWithoutMedia()

@@ -51,7 +51,7 @@ protected:
     [[nodiscard]] CString Deployment(const wchar_t* name) const { return m_location + L"\\" + name; }
     [[nodiscard]] CString InFolder(const wchar_t* name) const { return m_folder / name; }
 
-    void Start(const CString& media);
+    void Start(const CString& media, const CString& furtherWords = CString());
     void StartWithoutMedia();
     // The text of a yes-or-no box on the first page that a local location brings up.
     [[nodiscard]] static CString LocalLocationQuestion();

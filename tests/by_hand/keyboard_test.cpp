@@ -118,6 +118,13 @@ TEST_F(KeyboardByHand, MnemonicsOfTheFirstPageLeadToTheirControls)
     WaitFor(Shown::FirstPage);
 }
 
+TEST_F(KeyboardByHand, TheLocationOfTheCommandLineStandsOnTheFirstPage)
+{
+    Start(SampleMedia(), L"--out \"" + GetLocation() + L"\"");
+    HWND page = WaitFor(Shown::FirstPage);
+    EXPECT_EQ(WindowText(GetDlgItem(page, IDC_LOCATION)), GetLocation());
+}
+
 TEST_F(KeyboardByHand, EnterOnCancelAsksInsteadOfGoingOn)
 {
     Start(SampleMedia());

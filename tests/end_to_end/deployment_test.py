@@ -398,6 +398,15 @@ class CommandTest(WizardTest):
                           program=os.path.join(folder, "Setup.exe"))
         self.assertEqual(run.code, 0, run.output)
 
+    def test_an_unattended_run_without_media_asks_nobody(self):
+        self.assertFalse(os.path.exists(os.path.join(PROGRAM_FOLDER, "Media")))
+        program = os.path.join(PROGRAM_FOLDER, "Setup.exe")
+        words = ["--answers", windows_path(self.begin("Office")), "--quiet-limit", "20"]
+        run = subprocess.run(["wine", program, *words], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=60)
+        run = self.run_of(run.stdout, run.returncode)
+        self.assertEqual(run.code, 1603, run.output)
+        self.assertIn("No media are specified", run.output)
+
     def test_no_binary_holds_a_path_of_the_building_machine(self):
         for name in ("Setup.exe", "RolloutUi.dll", "WizCore.dll", "SlimHtml.dll", "Languages/en-US/WizText.dll"):
             with open(os.path.join(PROGRAM_FOLDER, name), "rb") as file:

@@ -82,6 +82,17 @@ TEST_F(BeginRefusal, TheFieldInWhichEnterWasPressedKeepsTheFocus)
     ShowAndLeave();
 }
 
+TEST_F(BeginRefusal, ThePlatformOnWhichEnterWasPressedKeepsTheFocus)
+{
+    WithAPathThatIsTooLong();
+    FocusOn(IDC_PLATFORM_X64);
+    Key(VK_RETURN);
+    AnswerTooLong();
+    Await(L"Cancel is still disabled", [&] { return Control(IDC_CANCEL).IsEnabled(); });
+    Look([&] { EXPECT_TRUE(HasFocus(IDC_PLATFORM_X64)) << Utf8(DescribeWindow(GetFocus())); });
+    ShowAndLeave();
+}
+
 TEST_F(BeginRefusal, NoToAQuestionGivesNextTheFocusBack)
 {
     PressFocusedNext();

@@ -228,6 +228,32 @@ TEST_F(BuildDialog, CancelAsksFirstAndNoGoesOn)
     EXPECT_TRUE(canCancel);
 }
 
+// The question's loop hands on what others send to the window behind it.
+TEST_F(BuildDialog, ASecondCancelDuringTheQuestionAsksNoMore)
+{
+    WaitForText(IDC_BUILD_STEP, L"Copying Zolt & Sons");
+    Click(IDCANCEL);
+    m_script.Add(L"cancel again behind the question", [] {
+        const HWND build = Window();
+        if (!FindMessageBox() || !build) {
+            return StepOutcome::NotYet(L"there is no box");
+        }
+        PostMessageW(build, WM_COMMAND, IDCANCEL, 0);
+        PostMessageW(build, WM_NULL, 0, 0);
+        return StepOutcome::Done();
+    });
+    std::size_t windows = 0;
+    m_script.Add(L"let the second one come", [] {
+        MSG waiting = {};
+        return Until(!PeekMessageW(&waiting, Window(), 0, 0, PM_NOREMOVE), L"it still waits");
+    });
+    Do([&] { windows = TopLevelWindows().size(); });
+    AnswerQuestion(IDNO);
+    LetGo();
+    EXPECT_EQ(Run(HeldBuild(1, 2)).error.code, 0u);
+    EXPECT_EQ(windows, 2u) << "the build's window and one question";
+}
+
 TEST_F(BuildDialog, NoIsTheDefaultAnswer)
 {
     WaitForText(IDC_BUILD_STEP, L"Copying Zolt & Sons");

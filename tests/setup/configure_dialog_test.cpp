@@ -383,6 +383,17 @@ TEST_F(ConfigureDialog, BackStoresThePageInFrontWithoutValidation)
     EXPECT_EQ(Property(zolt, L"TEST_VALUE_1"), CString(L"bad"));
 }
 
+// The page's own way back stores it and goes to the tab before; Back only stores.
+TEST_F(ConfigureDialog, BackMakesNoPageThatNobodyLookedAt)
+{
+    AddProduct(L"Zolt");
+    AddTabs(3);
+    GoTo(2);
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+    EXPECT_EQ(record.created, (std::vector<int>{0, 2}));
+}
+
 TEST_F(ConfigureDialog, BackIsOffWhereThereIsNothingBefore)
 {
     AddProduct(L"Zolt");

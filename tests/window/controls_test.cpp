@@ -131,4 +131,17 @@ TEST_F(ControlsTest, AListViewGivesItsCellsBack)
     EXPECT_EQ(list.GetSelectedIndex(), 0);
 }
 
+TEST_F(ControlsTest, AnItemOfAListViewHasTheImageThatItWasGiven)
+{
+    CExchangeDialog dialog;
+    ASSERT_NE(dialog.Create(nullptr), nullptr);
+    const CListViewCtrl list(CreateWindowExW(0, WC_LISTVIEWW, nullptr, WS_CHILD | LVS_REPORT, 0, 0, 50, 50,
+                                             dialog, nullptr, nullptr, nullptr));
+    ASSERT_EQ(list.InsertItem(0, L"row", 31, 3), 0);
+    LVITEMW item = {};
+    item.mask = LVIF_IMAGE;
+    ASSERT_TRUE(SendMessageW(list, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)));
+    EXPECT_EQ(item.iImage, 3);
+}
+
 } // namespace

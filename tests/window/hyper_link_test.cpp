@@ -74,6 +74,7 @@ TEST_F(HyperLinkTest, AMouseReleaseInsideTheLinkSendsTheCommand)
     Bind();
     Press(MiddleOfLink());
     EXPECT_EQ(GetCapture(), link.m_hWnd);
+    EXPECT_EQ(GetFocus(), link.m_hWnd);
     EXPECT_TRUE(commands.empty());
     Release(MiddleOfLink());
     EXPECT_EQ(commands, std::vector<int>{BN_CLICKED});

@@ -1,6 +1,7 @@
 #include "tests/support/text.h"
 #include "tests/window/fixture.h"
 #include "window/controls.h"
+#include "window/window_binding.h"
 #include "window/window_impl.h"
 
 #include <memory>
@@ -70,6 +71,17 @@ TEST_F(SubclassTest, ASubclassAnswersAndTheControlDoesTheRest)
     EXPECT_EQ(SendMessageW(m_edit, askMessage, 0, 0), 1);
     subclass.SetText(L"still an edit");
     EXPECT_EQ(ReadWindowText(m_edit), CString(L"still an edit"));
+}
+
+// A window that comes later can get the same handle.
+TEST_F(SubclassTest, AnUnboundWindowIsForgotten)
+{
+    static const char key = 0;
+    const HWND window = GetDesktopWindow();
+    ASSERT_TRUE(BindWindow(window, &key, {true, nullptr, nullptr}));
+    EXPECT_TRUE(FindBinding(window, &key).bound);
+    UnbindWindow(window, &key);
+    EXPECT_FALSE(FindBinding(window, &key).bound);
 }
 
 TEST_F(SubclassTest, UnsubclassingGivesTheWindowItsProcedureBack)
