@@ -32,7 +32,7 @@ protected:
     {
         return CountColor(control, ClientOf(control), color) - CountInLink(color);
     }
-    // A line of the link's rectangle's upper edge has pixels that the rest of the ground doesn't: the rectangle is drawn.
+    // Pixels of the color in the top row of the link's rectangle, where only the focus rectangle draws.
     int CountUpperEdge(COLORREF color) const
     {
         const RECT& rectangle = link.GetLinkRect();

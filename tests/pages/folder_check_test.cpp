@@ -280,7 +280,7 @@ TEST_F(NetworkFolders, AShareThatIsNotThereFails)
 }
 
 // They once overran the system's buffers; a local path of that length is refused before.
-TEST_F(NetworkFolders, PathsOf259To300CharactersFailAndLeaveNothingBehind)
+TEST_F(NetworkFolders, PathsOf258To300CharactersFailAndLeaveNothingBehind)
 {
     const CTestShare share(L"ROLLOUT", L"deployments");
     for (const int length : {258, 259, 260, 261, 280, 300}) {
