@@ -165,9 +165,12 @@ TestFolder::TestFolder(const CString& name)
     wchar_t base[MAX_PATH] = L"";
     GetTempPathW(MAX_PATH, base);
     static int number = 0;
-    m_path = WithoutClosingBackslash(base) + L"\\" + name + L"-" + NumberText(GetCurrentProcessId()) + L"-" +
-             NumberText(++number);
-    RemoveTree(m_path);
+    // Numbers of processes come back, and one that was ended in the middle may have left what can't be removed.
+    do {
+        m_path = WithoutClosingBackslash(base) + L"\\" + name + L"-" + NumberText(GetCurrentProcessId()) +
+                 L"-" + NumberText(++number);
+        RemoveTree(m_path);
+    } while (Exists(m_path));
     MakeFolders(m_path);
 }
 

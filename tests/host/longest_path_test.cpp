@@ -39,8 +39,9 @@ TEST_F(LongestPathTest, MediaWithLinksThatGoRoundOpenWithTheLengthOfTheirFiles)
 {
     MakeMedia(scratch + L"media\\");
     WriteFileBytes(scratch + L"media\\x64\\Zolt\\data\\the longest name of all files.txt", "x");
-    if (!MakeFolderLink(scratch + L"media\\x64\\Zolt\\self", scratch + L"media\\x64\\Zolt") ||
-        !MakeFolderLink(scratch + L"media\\x64\\Zolt\\data\\up", scratch + L"media\\x64")) {
+    const FolderLink self(scratch + L"media\\x64\\Zolt\\self", scratch + L"media\\x64\\Zolt");
+    const FolderLink up(scratch + L"media\\x64\\Zolt\\data\\up", scratch + L"media\\x64");
+    if (!self.IsThere() || !up.IsThere()) {
         GTEST_SKIP() << "links are made outside of the prefix, which this system doesn't have";
     }
     std::vector<FolderItem> items;

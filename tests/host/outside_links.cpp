@@ -100,16 +100,22 @@ LinkedDrive::~LinkedDrive()
     }
 }
 
-bool MakeFolderLink(const CString& link, const CString& folder)
+FolderLink::FolderLink(const CString& link, const CString& folder) : m_path(link)
 {
     const int slash = link.ReverseFind(L'\\');
     const CString parent = PathOfSystem(link.Left(slash + 1));
     const CString target = PathOfSystem(folder);
-    if (parent.IsEmpty() || target.IsEmpty()) {
-        return false;
+    if (!parent.IsEmpty() && !target.IsEmpty()) {
+        m_link = parent + L"/" + link.Mid(slash + 1);
+        EXPECT_TRUE(RunOutside(L"Z:\\bin\\ln -sfn \"" + target + L"\" \"" + m_link + L"\""));
+        WaitUntil(m_path, true);
     }
-    EXPECT_TRUE(
-        RunOutside(L"Z:\\bin\\ln -sfn \"" + target + L"\" \"" + parent + L"/" + link.Mid(slash + 1) + L"\""));
-    WaitUntil(link, true);
-    return IsThere(link);
+}
+
+FolderLink::~FolderLink()
+{
+    if (!m_link.IsEmpty()) {
+        EXPECT_TRUE(RunOutside(L"Z:\\bin\\rm -f \"" + m_link + L"\""));
+        WaitUntil(m_path, false);
+    }
 }

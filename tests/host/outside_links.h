@@ -22,5 +22,18 @@ private:
     CString m_link; // outside of the prefix
 };
 
-// A link to a folder, as copies of media made elsewhere hold them. False where none can be made.
-[[nodiscard]] bool MakeFolderLink(const CString& link, const CString& folder);
+// A link to a folder, as copies of media made elsewhere hold them, for as long as the object lives. One that outlived what
+// it leads to could not be deleted from within the prefix, and would stand in the way of a later test.
+class FolderLink
+{
+public:
+    FolderLink(const CString& link, const CString& folder);
+    FolderLink(const FolderLink&) = delete;
+    FolderLink& operator=(const FolderLink&) = delete;
+    ~FolderLink();
+    bool IsThere() const { return !m_link.IsEmpty(); }
+
+private:
+    CString m_path;
+    CString m_link; // outside of the prefix
+};
