@@ -6,6 +6,8 @@
 
 #include <windows.h>
 
+#include <msi.h>
+#include <msiquery.h>
 #include <objbase.h>
 
 namespace {
@@ -228,6 +230,7 @@ TEST(BuildDeployment, ASignatureThatNoLongerFitsIsRemovedAndTold)
     EXPECT_FALSE(IsSigned(build.Database()));
     ASSERT_EQ(result.warnings.size(), 1u);
     EXPECT_HOLDS(result.warnings[0], L"digital signature is lost");
+    EXPECT_HOLDS(ReadText(build.Target() + L"\\Build.log"), L"  Warning: " + result.warnings[0] + L"\r\n");
     EXPECT_HOLDS(ReadText(build.Target() + L"\\Changes.json"), L"\"signatureLost\": true");
 }
 
@@ -240,6 +243,65 @@ TEST(BuildDeployment, AnUnchangedDatabaseKeepsItsSignature)
     ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
     EXPECT_TRUE(IsSigned(build.Database()));
     EXPECT_EQ(result.warnings.size(), 0u);
+}
+
+// The rows that the build expects, in a file that it doesn't commit: what the installer would leave that loses, or keeps,
+// something besides the rows.
+CString ChangedElsewhere(TestBuild& build)
+{
+    build.Change(g_changeDatabase);
+    const CString path = build.Folder() / L"elsewhere.msi";
+    EXPECT_TRUE(CopyFileW(build.plan.databases[0].strOriginal, path, TRUE));
+    MSIHANDLE database = 0;
+    EXPECT_EQ(MsiOpenDatabaseW(path, MSIDBOPEN_TRANSACT, &database), 0u);
+    EXPECT_EQ(RunSql(database, g_changeDatabase), 0u);
+    EXPECT_EQ(MsiDatabaseCommit(database), 0u);
+    MsiCloseHandle(database);
+    return path;
+}
+
+TEST(BuildDeployment, ADatabaseThatWasWrittenWithoutItsNewPackageCodeIsNotPublished)
+{
+    TestBuild build;
+    build.plan.databases[0].strWorkingCopy = ChangedElsewhere(build);
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, 1620u);
+    EXPECT_HOLDS(result.error.message, L"The new package code could not be read back");
+    EXPECT_FALSE(Exists(build.Target()));
+}
+
+bool CanBeOpened(const CString& path)
+{
+    IStorage* storage = nullptr;
+    const bool opened =
+        SUCCEEDED(StgOpenStorage(path, nullptr, STGM_READ | STGM_SHARE_DENY_WRITE, nullptr, 0, &storage));
+    if (opened) {
+        storage->Release();
+    }
+    return opened;
+}
+
+// The installer here commits no signed database, and one that does keeps the signature.
+TEST(BuildDeployment, ASignatureThatACommitKeptIsGoneBeforeTheDatabaseIsReadBack)
+{
+    TestBuild build;
+    const CString path = ChangedElsewhere(build);
+    Sign(path);
+    ASSERT_TRUE(IsSigned(path));
+    build.plan.databases[0].strWorkingCopy = path;
+    const CString built = path + L".built";
+    bool looked = false;
+    build.onStep = [](const CString&) { LetTheNextMomentBeTold(); };
+    build.onProgress = [&](std::uint64_t, std::uint64_t) {
+        if (!looked && Exists(built)) {
+            looked = CanBeOpened(built); // it isn't while it is written
+            EXPECT_FALSE(looked && IsSigned(built));
+            LetTheNextMomentBeTold();
+        }
+        return true;
+    };
+    EXPECT_HOLDS(build.Build().error.message, L"The new package code could not be read back");
+    EXPECT_TRUE(looked);
 }
 
 TEST(BuildDeployment, ListsEveryFileButItselfInTheManifestWithItsHash)
@@ -305,6 +367,29 @@ TEST(BuildDeployment, TellsProgressUpToAllBytesAndNotTooOften)
     EXPECT_GT(total, std::uint64_t{3 << 20});
     EXPECT_LE(build.progressCalls, 3 + static_cast<int>((GetTickCount64() - start) / 50));
     EXPECT_EQ(build.steps.front(), L"Checking the location and the media");
+}
+
+TEST(BuildDeployment, TellsAllBytesAsDoneWhenASourceHasShrunkMeanwhile)
+{
+    TestBuild build;
+    bool shrunk = false;
+    std::uint64_t last = 0;
+    std::uint64_t total = 0;
+    build.onStep = [&](const CString& sentence) {
+        if (sentence.Find(L"Copying") == 0) {
+            WriteBytes(build.Media() + L"\\x64\\Zolt\\Data\\Deep\\large.bin", "short");
+            shrunk = true;
+        }
+    };
+    build.onProgress = [&](std::uint64_t done, std::uint64_t all) {
+        last = done;
+        total = all;
+        return true;
+    };
+    ASSERT_EQ(build.Build().error.code, 0u);
+    ASSERT_TRUE(shrunk);
+    EXPECT_EQ(last, total);
+    EXPECT_GT(total, std::uint64_t{3 << 20});
 }
 
 TEST(BuildDeployment, ReplacesAnOldDeploymentWhole)

@@ -119,6 +119,14 @@ TEST(BuildDetails, ADiskThatFillsUpMeanwhileIsToldWithWhatIsFreeAndNeeded)
     }
 }
 
+TEST(BuildDetails, ASizeBeyondFourGigabytesIsReadWhole)
+{
+    const TestFolder folder;
+    const std::uint64_t bytes = (4ull << 30) + 5;
+    MakeHole(folder / L"huge.bin", bytes);
+    EXPECT_EQ(SizeOfFile(folder / L"huge.bin"), bytes);
+}
+
 TEST(BuildDetails, AnotherFailureSaysNothingOfRoom)
 {
     const CString path = L"C:\\folder\\file";
@@ -229,6 +237,67 @@ TEST_F(AddedDetails, AddedFilesKeepTheirTimeInTheCabinet)
     EXPECT_EQ(time, (13 << 11) | (45 << 5) | (20 / 2));
 }
 
+// FILETIME reaches back to 1601, the cabinet's numbers to 1980. Wine's conversion refuses only what lies before 1970.
+TEST_F(AddedDetails, AFileOlderThanACabinetsTimeIsOfItsFirstDay)
+{
+    const CString source = Source(L"old.txt", "old");
+    SYSTEMTIME moment = {1965, 5, 0, 17, 13, 45, 20, 0};
+    FILETIME written = {};
+    FILETIME found = {};
+    ASSERT_TRUE(SystemTimeToFileTime(&moment, &written));
+    {
+        const FileHandle file = OpenAlone(source, false);
+        ASSERT_TRUE(SetFileTime(file.Get(), nullptr, nullptr, &written));
+        ASSERT_TRUE(GetFileTime(file.Get(), nullptr, nullptr, &found));
+    }
+    if (CompareFileTime(&written, &found) != 0) {
+        GTEST_SKIP() << "the disk of the tests keeps no such time";
+    }
+    added.AddFile(source, L"INSTALLDIR");
+    BuildIt();
+    const auto [date, time] = StampInCabinet(FolderAbove(build.Database()) + L"\\TARN0001.cab");
+    EXPECT_EQ(date, (0 << 9) | (1 << 5) | 1);
+    EXPECT_EQ(time, 0);
+}
+
+TEST_F(AddedDetails, TheRoomForAddedFilesIsNeededToo)
+{
+    constexpr std::uint64_t MEGABYTE = 1u << 20;
+    added.AddFile(Source(L"added.bin", std::string(5 * MEGABYTE, 'a')), L"INSTALLDIR");
+    const std::uint64_t bytes = MeasureBuild(build.plan);
+    ASSERT_GT(bytes, 5 * MEGABYTE);
+    BuildResult result;
+    {
+        const FaultScope fault({60, ERROR_DISK_FULL, false});
+        result = build.Build();
+    }
+    ASSERT_EQ(result.error.code, static_cast<unsigned>(ERROR_DISK_FULL));
+    const auto needed =
+        static_cast<long long>((bytes + 5 * MEGABYTE - 1) / MEGABYTE); // with 4 MB for the texts
+    EXPECT_HOLDS(result.error.message, L"The deployment needs " + NumberText(needed) + L" MB in ");
+}
+
+// ---- links
+
+// Windows deletes the link itself. Wine would delete what it leads to, and refuses as that isn't empty.
+TEST(BuildDetails, WhatALinkInADeletedFolderLeadsToStays)
+{
+    const TestFolder folder;
+    MakeFolders(folder / L"real");
+    MakeFolders(folder / L"deleted");
+    WriteBytes(folder / L"real\\thesis.doc", "years of work");
+    const FolderLink link(folder / L"deleted\\link", folder / L"real");
+    if (!link.IsThere()) {
+        GTEST_SKIP() << "this system makes no link for a test";
+    }
+    try {
+        DeleteTree(folder / L"deleted");
+    } catch (const BuildFailure& failure) {
+        EXPECT_HOLDS(failure.message, L"deleted\\link\"");
+    }
+    EXPECT_EQ(ReadBytes(folder / L"real\\thesis.doc"), "years of work");
+}
+
 // ---- listening
 
 // Only size and hash of a stream are kept, so the copy behind the commit is what takes time.
@@ -261,12 +330,7 @@ TEST(BuildDetails, CancelIsHeardWhileALargeDatabaseIsCopied)
         heard = heard || (Exists(copy) && SizeOfFile(copy) < BYTES);
         return !heard;
     };
-    // The builder tells at most every 50 milliseconds; so that the first chunk is told, the last time has to be that long ago.
-    build.onStep = [](const CString&) {
-        for (const ULONGLONG start = GetTickCount64(); GetTickCount64() - start < 60;) {
-            SwitchToThread();
-        }
-    };
+    build.onStep = [](const CString&) { LetTheNextMomentBeTold(); }; // the first chunk
     EXPECT_EQ(build.Build().error.code, 1602u);
     EXPECT_TRUE(heard) << "nobody was asked before the copy was whole";
     EXPECT_FALSE(Exists(copy));

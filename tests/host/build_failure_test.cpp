@@ -356,13 +356,13 @@ TEST_F(RebuildTest, EachFileIsOnTheDiskBeforeTheOldDeploymentGoes)
     EXPECT_GE(flushes, static_cast<long long>(FilesOf(ReadTree(m_build.Target())).size()));
 }
 
+// At the last moment to cancel: the old one has been judged long before.
 TEST_F(RebuildTest, WhatIsPutIntoTheOldOneDuringTheBuildIsKept)
 {
-    m_build.onProgress = [&](std::uint64_t done, std::uint64_t total) {
-        if (done == total) {
+    m_build.onStep = [&](const CString& sentence) {
+        if (sentence.Find(L"Publishing") == 0) {
             WriteBytes(m_build.Target() + L"\\late.txt", "late");
         }
-        return true;
     };
     const BuildResult result = m_build.Build();
     ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);

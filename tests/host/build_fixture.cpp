@@ -354,6 +354,13 @@ BuildResult TestBuild::Build()
     return BuildDeployment(plan, recorder);
 }
 
+void LetTheNextMomentBeTold()
+{
+    for (const ULONGLONG start = GetTickCount64(); GetTickCount64() - start < 60;) {
+        SwitchToThread();
+    }
+}
+
 namespace {
 
 CFileOwner CreateInheritable(const CString& path)

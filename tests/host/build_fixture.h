@@ -83,6 +83,9 @@ private:
     InstallerHandle m_database = 0;
 };
 
+// The builder tells at most every 50 milliseconds how far it is. After this the next moment is told.
+void LetTheNextMomentBeTold();
+
 // Runs a program and waits; its exit code, or a failure of the test after a minute. What it says is told with the
 // test, where a failure shows it.
 unsigned long RunProgram(const CString& commandLine);

@@ -2,6 +2,8 @@
 // UNC path.
 #include "tests/host/build_fixture.h"
 
+#include "host/build/file_operations.h"
+
 #include <windows.h>
 
 namespace {
@@ -54,6 +56,25 @@ TEST(NetworkBuild, BuildsOnAShareAndReplacesTheDeploymentThere)
     result = build.Build();
     EXPECT_EQ(result.error.code, 0u) << Utf8(result.error.message);
     EXPECT_EQ(Leftovers(build.Location(), L"Office"), std::vector<CString>());
+}
+
+// A share reports only then what it could not take. The lock file is flushed as well.
+TEST(NetworkBuild, EveryFileOfAFirstBuildOnAShareIsFlushed)
+{
+    TestBuild build;
+    const TestShare share(build.Location());
+    if (!Exists(L"\\\\BUILDTEST\\share")) {
+        GTEST_SKIP() << "this system makes no share for a test";
+    }
+    build.plan.strLocation = L"\\\\BUILDTEST\\share";
+    SetFileFault({}); // counts anew
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    long long files = 0;
+    for (const auto& [path, bytes] : ReadTree(build.Target())) {
+        files += path.Right(1) == L"\\" ? 0 : 1;
+    }
+    EXPECT_EQ(CountedFlushes(), files + 1);
 }
 
 TEST(NetworkBuild, AShareThatIsLostMeanwhileIsTold)

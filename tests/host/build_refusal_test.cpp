@@ -86,6 +86,18 @@ TEST(RefusedBuild, AFolderInTheLockFilesPlaceIsNamed)
     EXPECT_HOLDS(result.error.message, L"Office.build-lock\" stands where a build writes its lock file");
 }
 
+TEST(RefusedBuild, AFileOfSomebodysOwnInTheLockFilesPlaceIsNamedAndLeftAlone)
+{
+    TestBuild build;
+    const CString own = build.Location() + L"\\.Office.build-lock";
+    WriteBytes(own, "my own notes");
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_ALREADY_EXISTS));
+    EXPECT_HOLDS(result.error.message, L"The file \"" + own + L"\" is not this program's.");
+    EXPECT_EQ(ReadBytes(own), "my own notes");
+    EXPECT_FALSE(Exists(build.Target()));
+}
+
 TEST(RefusedBuild, ALocationInsideADeploymentIsRefused)
 {
     TestBuild build;
