@@ -10,6 +10,7 @@ namespace {
 // line     = "#" anything / 64 lower-case hex digits " " decimal digits " " path
 constexpr int HASH_DIGITS = 64;
 constexpr int SIZE_DIGITS = 19; // more would not fit into 64 bits
+constexpr std::uint64_t LARGEST_SIZE = 0x7FFFFFFFFFFFFFFF; // of a file; more would be written as a negative number
 
 bool IsHash(const CString& text)
 {
@@ -37,7 +38,7 @@ bool ReadSize(const CString& text, std::uint64_t& size)
         }
         size = size * 10 + static_cast<std::uint64_t>(text[index] - L'0');
     }
-    return true;
+    return size <= LARGEST_SIZE;
 }
 
 bool ReadLine(const CString& line, ManifestEntry& entry)

@@ -55,6 +55,7 @@ TEST(BuildManifest, LinesThatAreNotUnderstoodMakeItNoManifest)
         HASH + " -1 a\r\n",
         HASH + "  a\r\n",
         HASH + " 12345678901234567890 a\r\n",
+        HASH + " 9223372036854775808 a\r\n", // one more than a file can have, written as a negative number
         HASH.substr(1) + " 1 a\r\n",
         HASH + "a 1 a\r\n",
         std::string(64, 'A') + " 1 a\r\n",
