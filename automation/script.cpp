@@ -225,6 +225,28 @@ StepOutcome Until(bool condition, const wchar_t* reason)
     return condition ? StepOutcome::Done() : StepOutcome::NotYet(reason);
 }
 
+namespace {
+
+UINT_PTR g_closingTimer = 0;
+
+void CALLBACK CloseOneWindow(HWND, UINT, UINT_PTR, DWORD)
+{
+    CloseFrontWindow();
+}
+
+} // namespace
+
+void StartClosingWindows()
+{
+    g_closingTimer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, CloseOneWindow);
+}
+
+void StopClosingWindows()
+{
+    if (g_closingTimer)
+        KillTimer(nullptr, std::exchange(g_closingTimer, 0));
+}
+
 bool CloseFrontWindow()
 {
     const std::vector<HWND> windows = TopLevelWindows();

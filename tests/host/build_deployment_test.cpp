@@ -12,8 +12,6 @@
 
 namespace {
 
-const CString g_changeDatabase = L"UPDATE `Property` SET `Value` = 'Other' WHERE `Property` = 'Manufacturer'";
-
 CString HashOf(const std::string& bytes)
 {
     Sha256 hash;
@@ -91,7 +89,7 @@ TEST(BuildDeployment, KeepsAnUnchangedDatabaseByteForByte)
 TEST(BuildDeployment, GivesAChangedDatabaseAPackageCodeOfItsOwn)
 {
     TestBuild build;
-    build.Change(g_changeDatabase);
+    build.Change(CHANGE_DATABASE);
     const BuildResult result = build.Build();
     ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
     const CString code = PackageCodeOf(build.Database());
@@ -106,7 +104,7 @@ TEST(BuildDeployment, GivesAChangedDatabaseAPackageCodeOfItsOwn)
 TEST(BuildDeployment, NeverUsesAPackageCodeTwice)
 {
     TestBuild build;
-    build.Change(g_changeDatabase);
+    build.Change(CHANGE_DATABASE);
     ASSERT_EQ(build.Build().error.code, 0u);
     const CString first = PackageCodeOf(build.Database());
     build.AllowReplacing();
@@ -117,7 +115,7 @@ TEST(BuildDeployment, NeverUsesAPackageCodeTwice)
 TEST(BuildDeployment, ReportsRowsAddedChangedAndRemovedWithBothValues)
 {
     TestBuild build;
-    build.Change(g_changeDatabase);
+    build.Change(CHANGE_DATABASE);
     build.Change(L"INSERT INTO `Property` (`Property`, `Value`) VALUES ('NEWS', 'a \"b\"')");
     build.Change(L"DELETE FROM `Property` WHERE `Property` = 'OLD'");
     build.Change(L"CREATE TABLE `Extra` (`Key` CHAR(72) NOT NULL, `Number` LONG PRIMARY KEY `Key`)");
@@ -158,7 +156,7 @@ TEST(BuildDeployment, TellsThatNothingWasChanged)
 TEST(BuildDeployment, KeepsStreamsOfAChangedDatabase)
 {
     TestBuild build;
-    build.Change(g_changeDatabase);
+    build.Change(CHANGE_DATABASE);
     ASSERT_EQ(build.Build().error.code, 0u);
     EXPECT_EQ(QueryText(build.Database(), L"SELECT `Name` FROM `Binary`"), L"Icon");
     const CString text = ReadText(build.Target() + L"\\Changes.txt");
@@ -224,7 +222,7 @@ TEST(BuildDeployment, ASignatureThatNoLongerFitsIsRemovedAndTold)
     options.prepare = Sign;
     TestBuild build(options);
     ASSERT_TRUE(IsSigned(build.plan.databases[0].strOriginal));
-    build.Change(g_changeDatabase);
+    build.Change(CHANGE_DATABASE);
     const BuildResult result = build.Build();
     ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
     EXPECT_FALSE(IsSigned(build.Database()));
@@ -249,12 +247,12 @@ TEST(BuildDeployment, AnUnchangedDatabaseKeepsItsSignature)
 // something besides the rows.
 CString ChangedElsewhere(TestBuild& build)
 {
-    build.Change(g_changeDatabase);
+    build.Change(CHANGE_DATABASE);
     const CString path = build.Folder() / L"elsewhere.msi";
     EXPECT_TRUE(CopyFileW(build.plan.databases[0].strOriginal, path, TRUE));
     MSIHANDLE database = 0;
     EXPECT_EQ(MsiOpenDatabaseW(path, MSIDBOPEN_TRANSACT, &database), 0u);
-    EXPECT_EQ(RunSql(database, g_changeDatabase), 0u);
+    EXPECT_EQ(RunSql(database, CHANGE_DATABASE), 0u);
     EXPECT_EQ(MsiDatabaseCommit(database), 0u);
     MsiCloseHandle(database);
     return path;
@@ -307,7 +305,7 @@ TEST(BuildDeployment, ASignatureThatACommitKeptIsGoneBeforeTheDatabaseIsReadBack
 TEST(BuildDeployment, ListsEveryFileButItselfInTheManifestWithItsHash)
 {
     TestBuild build;
-    build.Change(g_changeDatabase);
+    build.Change(CHANGE_DATABASE);
     ASSERT_EQ(build.Build().error.code, 0u);
     const CString manifest = ReadText(build.Target() + L"\\Manifest.txt");
     int files = 0;
@@ -337,7 +335,7 @@ TEST(BuildDeployment, EndsTheLogWithCodeCauseAndRemedy)
 TEST(BuildDeployment, NamesNoPathOfTheBuildInTheDatabase)
 {
     TestBuild build;
-    build.Change(g_changeDatabase);
+    build.Change(CHANGE_DATABASE);
     ASSERT_EQ(build.Build().error.code, 0u);
     const std::string bytes = ReadBytes(build.Database());
     for (const CString& path : {build.Folder().Path(), build.Location()}) {
@@ -412,7 +410,7 @@ TEST(BuildDeployment, ReplacesTheDeploymentItIsMadeFrom)
     build.AllowReplacing();
     build.plan.folders[0].strSource = build.Target() + L"\\Image\\x64\\Zolt";
     build.plan.databases[0].strOriginal = build.Database();
-    build.Change(g_changeDatabase);
+    build.Change(CHANGE_DATABASE);
     const BuildResult result = build.Build();
     ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
     EXPECT_EQ(ReadBytes(build.Target() + L"\\Image\\x64\\Zolt\\readme.txt"), "hello\n");

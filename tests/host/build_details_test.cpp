@@ -19,17 +19,6 @@
 
 namespace {
 
-const CString g_changeDatabase = L"UPDATE `Property` SET `Value` = 'Other' WHERE `Property` = 'Manufacturer'";
-
-class FaultScope
-{
-public:
-    explicit FaultScope(const FileFault& fault) { SetFileFault(fault); }
-    FaultScope(const FaultScope&) = delete;
-    FaultScope& operator=(const FaultScope&) = delete;
-    ~FaultScope() { SetFileFault({}); }
-};
-
 void MakeHole(const CString& path, std::uint64_t bytes)
 {
     const FileHandle file = OpenAlone(path, true);
@@ -323,7 +312,7 @@ TEST(BuildDetails, CancelIsHeardWhileALargeDatabaseIsCopied)
         DeleteFileW(path + L".bin");
     };
     TestBuild build(options);
-    build.Change(g_changeDatabase);
+    build.Change(CHANGE_DATABASE);
     const CString copy = build.plan.databases[0].strWorkingCopy + L".built";
     bool heard = false;
     build.onProgress = [&](std::uint64_t, std::uint64_t) {

@@ -11,18 +11,6 @@
 
 namespace {
 
-const CString g_changeDatabase = L"UPDATE `Property` SET `Value` = 'Other' WHERE `Property` = 'Manufacturer'";
-
-// Switches faults off again, also when a check leaves the test.
-class FaultScope
-{
-public:
-    explicit FaultScope(const FileFault& fault) { SetFileFault(fault); }
-    FaultScope(const FaultScope&) = delete;
-    FaultScope& operator=(const FaultScope&) = delete;
-    ~FaultScope() { SetFileFault({}); }
-};
-
 constexpr const wchar_t* OWN_FILE = L"Image\\x64\\Zolt\\only-old.txt"; // put there by somebody
 
 Tree FilesOf(const Tree& tree)
@@ -61,7 +49,7 @@ protected:
         WriteBytes(m_build.Target() + L"\\" + OWN_FILE, "old");
         m_old = ReadTree(m_build.Target());
         m_build.AllowReplacing();
-        m_build.Change(g_changeDatabase);
+        m_build.Change(CHANGE_DATABASE);
     }
 
     static ProductOptions SmallProduct()

@@ -3,6 +3,7 @@
 
 #include "host/build/deployment_builder.h"
 #include "host/build/deployment_place.h"
+#include "host/build/file_operations.h"
 #include "tests/host/folder_tree.h"
 #include "tests/support/text.h"
 
@@ -33,6 +34,20 @@ void RemoveTree(const CString& path);
 
 constexpr const wchar_t* PRODUCT_CODE = L"{6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A11}";
 constexpr const wchar_t* PACKAGE_CODE = L"{1B1D6C3E-52B7-4C0B-9C8D-6D2E9C1A4F22}";
+
+// A change of a product's database, for what a build does with a changed one.
+inline constexpr const wchar_t* CHANGE_DATABASE =
+    L"UPDATE `Property` SET `Value` = 'Other' WHERE `Property` = 'Manufacturer'";
+
+// Switches faults off again, also when a check leaves the test.
+class FaultScope
+{
+public:
+    explicit FaultScope(const FileFault& fault) { SetFileFault(fault); }
+    FaultScope(const FaultScope&) = delete;
+    FaultScope& operator=(const FaultScope&) = delete;
+    ~FaultScope() { SetFileFault({}); }
+};
 
 // What stands in the product's database and beside it.
 struct ProductOptions

@@ -6,19 +6,6 @@
 
 namespace {
 
-UINT_PTR g_closingTimer = 0;
-
-void CALLBACK CloseOneWindow(HWND, UINT, UINT_PTR, DWORD)
-{
-    CloseFrontWindow();
-}
-
-// What stands open after a failure would hold the program for ever.
-void StartClosing()
-{
-    g_closingTimer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, CloseOneWindow);
-}
-
 CString TestProgramFolder()
 {
     wchar_t program[MAX_PATH] = L"";
@@ -44,7 +31,7 @@ CSetupManager& PagesOnHost::OpenWithTexts(const CString& path)
 void PagesOnHost::Renew()
 {
     m_script = std::make_unique<CScript>();
-    m_script->SetFailureHandler(StartClosing);
+    m_script->SetFailureHandler(StartClosingWindows);
     m_page = nullptr;
 }
 
@@ -134,9 +121,7 @@ int PagesOnHost::Show(PageFunction page, bool canGoBack)
     m_script->Start();
     const int result = page(&context);
     m_script->Stop();
-    if (g_closingTimer) {
-        KillTimer(nullptr, std::exchange(g_closingTimer, 0));
-    }
+    StopClosingWindows();
     if (m_script->HasFailed()) {
         ADD_FAILURE() << Utf8(m_script->GetFailure());
     } else if (!m_script->IsFinished()) {

@@ -6,27 +6,6 @@
 
 namespace {
 
-UINT_PTR g_closingTimer = 0;
-
-// Closes what stands open after a failure, one window at a time: the loop of an inner box has to come back before the
-// window that opened it may go.
-void CALLBACK CloseOneWindow(HWND, UINT, UINT_PTR, DWORD)
-{
-    CloseFrontWindow();
-}
-
-void StartClosing()
-{
-    g_closingTimer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, CloseOneWindow);
-}
-
-void StopClosing()
-{
-    if (g_closingTimer)
-        KillTimer(nullptr, g_closingTimer);
-    g_closingTimer = 0;
-}
-
 void CloseNextBox(CScript& script)
 {
     script.Add(L"close the box", [] {
@@ -105,7 +84,7 @@ PageTest::PageTest()
     host.manager.m_strResourceFolder = host.Keep(BuiltLanguageFolder());
     host.manager.sourceResourceFolder = BuiltLanguageFolder();
     context.pSetupManager = &host.manager;
-    script.SetFailureHandler(StartClosing);
+    script.SetFailureHandler(StartClosingWindows);
     WarmUp();
     m_before = ReadProcessState();
 }
@@ -352,7 +331,7 @@ void PageTest::Play()
 
 void PageTest::ReportFailure()
 {
-    StopClosing();
+    StopClosingWindows();
     script.Stop();
     if (script.HasFailed())
         ADD_FAILURE() << Utf8(script.GetFailure());
