@@ -26,7 +26,7 @@ LOGS = os.path.join(BUILD, "test-logs")
 # Programs that build and install deployments take the second lane, so that the page tests need not wait for them.
 SECOND_LANE = ("by_hand_test", "host_test", "build_test", "media_install_test")
 # How long one test may take; the programs for Wine keep to it by themselves and show their windows when it is over.
-TEST_SECONDS = int(os.environ.setdefault("ROLLOUT_TEST_SECONDS", "120"))
+TEST_SECONDS = int(os.environ.setdefault("ROLLOUT_TEST_SECONDS", "240"))
 GRACE_SECONDS = 30  # what a program has to end by itself
 CHECK_SECONDS = 600  # of a test in Python that starts programs
 MOST_RESTARTS = 10  # of one program whose tests end it

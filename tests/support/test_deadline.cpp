@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int DEFAULT_SECONDS = 120;
+constexpr int DEFAULT_SECONDS = 240;
 constexpr int LONGEST_TEXT = 1024; // characters of a window's text that are printed
 
 int SecondsOfEachTest()

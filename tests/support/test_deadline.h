@@ -10,6 +10,6 @@ class TestEventListener;
 constexpr int TEST_OVERDUE = 124;
 
 // The test programs' main appends it to the listeners, which delete it. Each test has the seconds that the environment
-// variable ROLLOUT_TEST_SECONDS says (120 without it, 0: no limit, for a debugger). When they are over, the process's visible
+// variable ROLLOUT_TEST_SECONDS says (240 without it, 0: no limit, for a debugger). When they are over, the process's visible
 // windows are printed with their texts, and the process ends with TEST_OVERDUE.
 testing::TestEventListener* MakeTestDeadline();
