@@ -10,7 +10,8 @@ namespace {
 // line     = "#" anything / 64 lower-case hex digits " " decimal digits " " path
 constexpr int HASH_DIGITS = 64;
 constexpr int SIZE_DIGITS = 19; // more would not fit into 64 bits
-constexpr std::uint64_t LARGEST_SIZE = 0x7FFFFFFFFFFFFFFF; // of a file; more would be written as a negative number
+constexpr std::uint64_t LARGEST_SIZE =
+    0x7FFFFFFFFFFFFFFF; // of a file; more would be written as a negative number
 
 bool IsHash(const CString& text)
 {
