@@ -74,8 +74,9 @@ CString ShareFolder(const CString& folder, const wchar_t* name)
         return CString();
     }
     const CString shares = links + L"/unc/HOSTTEST";
-    EXPECT_TRUE(RunOutside(L"Z:\\bin\\mkdir -p \"" + shares + L"\""));
-    EXPECT_TRUE(RunOutside(L"Z:\\bin\\ln -sfn \"" + target + L"\" \"" + shares + L"/" + name + L"\""));
+    // In one program: two would run side by side, and in a fresh prefix the link came before its folder.
+    EXPECT_TRUE(RunOutside(L"Z:\\bin\\sh -c \"mkdir -p '" + shares + L"' && ln -sfn '" + target + L"' '" +
+                           shares + L"/" + name + L"'\""));
     const CString share = CString(L"\\\\HOSTTEST\\") + name + L"\\";
     WaitUntil(share, true);
     return share;
