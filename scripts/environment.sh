@@ -65,8 +65,9 @@ rollout_prefix() {
     [ "$(cat "$WINEPREFIX/.rollout" 2>/dev/null)" = "$made_by" ] && return 0
     rm -rf "$WINEPREFIX"
     mkdir -p "$WINEPREFIX"
-    DISPLAY='' rollout_wine wineboot --init >/dev/null 2>&1
-    [ -d "$WINEPREFIX/drive_c/windows" ] || { rollout_say "Wine made no prefix in $WINEPREFIX."; return 1; }
+    # A half-made one is not marked as made, or every later run would fail in it.
+    DISPLAY='' rollout_wine wineboot --init >/dev/null 2>&1 && [ -d "$WINEPREFIX/drive_c/windows" ] ||
+        { rollout_say "Wine made no prefix in $WINEPREFIX."; return 1; }
     # No crash dialog would ever be answered; an unmanaged window goes at once instead of after two seconds.
     cat >"$WINEPREFIX/settings.reg" <<'REG'
 REGEDIT4
