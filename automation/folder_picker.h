@@ -2,7 +2,7 @@
 #pragma once
 
 #include "automation/step_outcome.h"
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

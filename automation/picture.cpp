@@ -1,7 +1,7 @@
 #include "automation/picture.h"
 
+#include "window/drawing_handles.h"
 #include "window/gdi.h"
-#include "window/handle.h"
 
 #include <objidl.h>
 

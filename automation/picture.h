@@ -1,7 +1,7 @@
 // Pictures of windows as PNG files.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

@@ -4,7 +4,7 @@
 // the reason; a script tries again until its deadline and then reports that reason.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 class [[nodiscard]] StepOutcome
 {

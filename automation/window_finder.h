@@ -1,7 +1,7 @@
 // Finds the windows of a thread of this process and tells what they are, for people and for error texts.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

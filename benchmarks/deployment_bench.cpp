@@ -1,10 +1,10 @@
 // The build of a deployment, beside plain copies of the same files in chunks of the same size: one that only copies,
 // one that hashes each file too, as the manifest needs it.
 #include "benchmarks/measurement.h"
-#include "host/build/build_names.h"
-#include "host/build/deployment_builder.h"
-#include "host/build/file_operations.h"
-#include "host/build/plain_copy.h"
+#include "builder/build_names.h"
+#include "builder/deployment_builder.h"
+#include "builder/file_operations.h"
+#include "builder/plain_copy.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
 // Figures of one run of the benchmarks, and the table in which they are shown.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <optional>
 #include <vector>

@@ -1,10 +1,10 @@
 // From an export's call to its first painted page, beside a bare modeless dialog of the same template. The host is the
 // real one on the sample media. Painted means: the page's first WM_PAINT is done and its controls are painted too.
+#include "base/handle.h"
 #include "benchmarks/measurement.h"
 #include "benchmarks/sample_host.h"
 #include "include/resource_ids.h"
 #include "include/rollout_ui.h"
-#include "window/handle.h"
 
 #include <windows.h>
 

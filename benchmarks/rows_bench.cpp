@@ -3,7 +3,7 @@
 #include "benchmarks/measurement.h"
 #include "benchmarks/sample_host.h"
 #include "include/product.h"
-#include "msi/installer_handle.h"
+#include "installer/handle.h"
 #include "msi/msi_property.h"
 #include "msi/user_file_writer.h"
 

@@ -1,6 +1,7 @@
 // Switching between all tabs of a product with twelve, beside bare dialogs of the same templates that are shown and
 // hidden in turn. The tabs are the product's two tab pages six times over, on the real host and the sample media. A page
 // that is left stores itself, as always; a bare dialog has nothing to store.
+#include "base/handle.h"
 #include "benchmarks/measurement.h"
 #include "benchmarks/sample_host.h"
 #include "include/navigation.h"
@@ -8,7 +9,6 @@
 #include "include/resource_ids.h"
 #include "include/rollout_ui.h"
 #include "setup/configure_dialog.h"
-#include "window/handle.h"
 #include "window/module.h"
 
 #include <windows.h>

@@ -1,7 +1,7 @@
 #include "controls/separator_static.h"
 
+#include "window/drawing_handles.h"
 #include "window/gdi.h"
-#include "window/handle.h"
 
 namespace {
 

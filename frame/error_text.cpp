@@ -1,10 +1,10 @@
 #include "frame/error_text.h"
 
+#include "base/handle.h"
 #include "frame/resource_library.h"
 #include "frame/resource_text.h"
 #include "include/lang_mgr.h"
 #include "include/resource_ids.h"
-#include "window/handle.h"
 
 namespace {
 

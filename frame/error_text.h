@@ -1,7 +1,7 @@
 // Installer and system error codes in words.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

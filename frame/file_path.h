@@ -1,7 +1,7 @@
 // Paths of files that the pages open.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 // The folder without quotes around it, and the file below it. Empty when the result has 260 characters or more.
 [[nodiscard]] CString JoinPath(const CString& folder, const CString& file);

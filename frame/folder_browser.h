@@ -1,7 +1,7 @@
 // The system's dialog that picks a folder.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

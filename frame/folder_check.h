@@ -1,7 +1,7 @@
 // Whether a folder can take a deployment or a log.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 enum PathCheckResult
 {

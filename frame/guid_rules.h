@@ -1,7 +1,7 @@
 // The text forms of GUIDs.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 // The text without all leading "{" and all trailing "}".
 [[nodiscard]] CString StripGuidBraces(const CString& text);

@@ -1,7 +1,7 @@
 // GUIDs as text.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 // A new GUID in upper case, with hyphens and without braces; empty when the system gives none.
 [[nodiscard]] CString NewGuidText();

@@ -4,12 +4,12 @@
 // let no exception out: what failed is told in a message box, and the module is put back.
 #pragma once
 
+#include "base/scope_exit.h"
 #include "frame/resource_library.h"
 #include "include/navigation.h"
 #include "include/page_context.h"
 #include "window/message_loop.h"
 #include "window/module.h"
-#include "window/scope_exit.h"
 #include "window/window.h"
 
 #include <memory>

@@ -1,8 +1,8 @@
 // What the page frame decides without a window: titles, places, texts of buttons' messages, files behind links.
 #pragma once
 
+#include "base/string.h"
 #include "include/setup_enums.h"
-#include "window/string.h"
 
 // A rectangle in screen pixels, right and bottom outside it.
 struct PageRectangle

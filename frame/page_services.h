@@ -1,9 +1,9 @@
 // What the page shapes do with windows and files, apart from the templates.
 #pragma once
 
+#include "base/string.h"
 #include "include/page_context.h"
-#include "window/handle.h"
-#include "window/string.h"
+#include "window/drawing_handles.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
 // Forms of paths and file names, judged by their text alone.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 // What PathIsUNCW answers: two backslashes in front; of the "\\?\" forms only "\\?\UNC\".
 [[nodiscard]] bool IsUncForm(const CString& text);

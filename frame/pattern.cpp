@@ -1,6 +1,6 @@
 #include "frame/pattern.h"
 
-#include "window/character.h"
+#include "base/character.h"
 
 namespace {
 

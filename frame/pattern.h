@@ -11,7 +11,7 @@
 // Everything else is a literal, compared by collation one character at a time.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 // True when all of `text` matches the pattern that runs from `pattern` up to `patternEnd`.
 [[nodiscard]] bool MatchPattern(const wchar_t* text, const wchar_t* pattern, const wchar_t* patternEnd,

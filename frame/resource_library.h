@@ -1,8 +1,8 @@
 // The library with the dialogs, icons, menus and strings of all pages.
 #pragma once
 
-#include "window/handle.h"
-#include "window/string.h"
+#include "base/handle.h"
+#include "base/string.h"
 
 #include <windows.h>
 

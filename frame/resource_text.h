@@ -1,7 +1,7 @@
 // Strings of the resource library, by way of the global resource handle.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 // Empty when there is no such string.
 [[nodiscard]] CString LoadResourceString(unsigned int id);

@@ -1,7 +1,7 @@
 // Text operations that pages and rules share. They need no window.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <vector>
 

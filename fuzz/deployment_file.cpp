@@ -1,5 +1,6 @@
 // Any bytes as Deployment.xml: no crash, what is accepted names nothing outside of the deployment, and it reads back
 // equal after it is written.
+#include "base/name_rules.h"
 #include "host/read_again.h"
 #include "host/xml_values.h"
 

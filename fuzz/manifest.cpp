@@ -1,5 +1,5 @@
 // Any bytes as Manifest.txt: no crash, and what is accepted reads back equal after it is written.
-#include "host/build/manifest_text.h"
+#include "builder/manifest_text.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // Fuzzer bytes as wide text: two bytes a unit, the low one first; a single last byte is dropped.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <cstddef>
 #include <cstdint>

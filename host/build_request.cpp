@@ -1,9 +1,9 @@
 #include "host/build_request.h"
 
-#include "host/build/deployment_builder.h"
+#include "builder/deployment_builder.h"
+#include "builder/package_sources.h"
 #include "host/files.h"
 #include "host/host_messages.h"
-#include "host/package_sources.h"
 #include "host/read_again.h"
 #include "include/version.h"
 

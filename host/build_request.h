@@ -1,7 +1,7 @@
 // From what the pages stored to a plan for the builder.
 #pragma once
 
-#include "host/build/build_plan.h"
+#include "builder/build_plan.h"
 #include "host/manager_object.h"
 
 // `replacedStamp`: see BuildPlan::strReplacedStamp.

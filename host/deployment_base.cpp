@@ -1,8 +1,8 @@
 #include "host/deployment_base.h"
 
-#include "host/build/build_failure.h"
-#include "host/build/deployment_place.h"
-#include "host/build/file_operations.h"
+#include "builder/build_failure.h"
+#include "builder/deployment_place.h"
+#include "builder/file_operations.h"
 #include "host/files.h"
 #include "host/host_messages.h"
 

@@ -1,7 +1,7 @@
 #include "host/directories.h"
 
-#include "host/database.h"
 #include "host/silent_installer.h"
+#include "installer/database.h"
 
 #include <msiquery.h>
 

@@ -1,9 +1,9 @@
 // The directories and features of one product's open database.
 #pragma once
 
-#include "host/directory_rules.h"
 #include "host/setup_host.h"
 #include "include/directory_manager.h"
+#include "msi/directory_rules.h"
 #include "msi/msi_rows.h"
 
 #include <memory>

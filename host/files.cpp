@@ -1,8 +1,8 @@
 #include "host/files.h"
 
-#include "host/build/link_rule.h"
+#include "base/handle.h"
+#include "builder/link_rule.h"
 #include "host/host_messages.h"
-#include "window/handle.h"
 
 #include <algorithm>
 

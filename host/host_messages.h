@@ -1,7 +1,7 @@
 // The host's own sentences for people, kept in one table so that they can move to a language folder.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <initializer_list>
 

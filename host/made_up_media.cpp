@@ -1,8 +1,8 @@
 #include "host/made_up_media.h"
 
-#include "host/build/product_identity.h"
-#include "host/build/shown_text.h"
-#include "host/database.h"
+#include "base/name_rules.h"
+#include "builder/product_identity.h"
+#include "builder/shown_text.h"
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/package_identity.h"
@@ -10,6 +10,7 @@
 #include "host/silent_installer.h"
 #include "host/xml_limits.h"
 #include "host/xml_values.h"
+#include "installer/database.h"
 
 #include <msiquery.h>
 

@@ -1,8 +1,8 @@
 // Which deployment the setup manager is about: lists, bases, modes, the way back to the first stage, and what stands in the
 // new deployment's place.
-#include "host/build/build_failure.h"
-#include "host/build/deployment_builder.h"
-#include "host/build/deployment_place.h"
+#include "builder/build_failure.h"
+#include "builder/deployment_builder.h"
+#include "builder/deployment_place.h"
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/manager_object.h"

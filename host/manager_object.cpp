@@ -1,10 +1,10 @@
 #include "host/manager_object.h"
 
+#include "builder/package_sources.h"
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/languages.h"
 #include "host/longest_path.h"
-#include "host/package_sources.h"
 
 ManagerObject::ManagerObject(Media media, const CString& workFolder, SetupLog& log)
     : m_openedMedia(std::move(media)), m_strWorkFolder(workFolder), m_log(log)

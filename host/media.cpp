@@ -1,14 +1,14 @@
 #include "host/media.h"
 
-#include "host/build/build_names.h"
-#include "host/database.h"
+#include "builder/build_names.h"
+#include "builder/package_sources.h"
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/made_up_media.h"
 #include "host/package_identity.h"
-#include "host/package_sources.h"
 #include "host/silent_installer.h"
 #include "host/xml_limits.h"
+#include "installer/database.h"
 
 #include <msiquery.h>
 

@@ -1,10 +1,10 @@
 #include "host/package_identity.h"
 
-#include "host/build/product_identity.h"
-#include "host/build/shown_text.h"
-#include "host/database.h"
+#include "builder/product_identity.h"
+#include "builder/shown_text.h"
 #include "host/host_messages.h"
 #include "host/xml_limits.h"
+#include "installer/database.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "host/package_pages.h"
 
-#include "host/database.h"
 #include "host/property_names.h"
+#include "installer/database.h"
 
 #include <msiquery.h>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/setup_description.h"
-#include "msi/installer_handle.h"
+#include "installer/handle.h"
 
 // The pages that mean something for the package, in their order, each with its help file. A page that only sets
 // properties is among them when the package knows one of these: has it in its Property table, or names it in a text or

@@ -1,7 +1,6 @@
 #include "host/product_object.h"
 
-#include "host/build/database_signature.h"
-#include "host/database.h"
+#include "builder/database_signature.h"
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/media.h"
@@ -9,6 +8,7 @@
 #include "host/silent_installer.h"
 #include "host/user_feature_rows.h"
 #include "include/shortcut_strings.h"
+#include "installer/database.h"
 
 #include <msiquery.h>
 

@@ -5,7 +5,7 @@
 #include "host/directories.h"
 #include "host/setup_description.h"
 #include "include/product.h"
-#include "msi/installer_handle.h"
+#include "installer/handle.h"
 
 #include <memory>
 #include <vector>

@@ -1,7 +1,7 @@
 // The names of installer properties in the texts of a database. A rule: no window header.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <functional>
 

@@ -1,14 +1,14 @@
 #include "host/setup_host.h"
 
+#include "base/handle.h"
 #include "host/build_request.h"
-#include "host/database.h"
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/languages.h"
 #include "host/manager_object.h"
 #include "host/setup_log.h"
 #include "host/work_folder.h"
-#include "window/handle.h"
+#include "installer/database.h"
 
 #include <exception>
 

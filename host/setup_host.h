@@ -2,22 +2,14 @@
 // build. The pages never see this file.
 #pragma once
 
+#include "base/string.h"
+#include "builder/build_result.h"
 #include "include/lang_mgr.h"
 #include "include/page_context.h"
 #include "include/setup_manager.h"
-#include "window/string.h"
 
 #include <cstdint>
 #include <vector>
-
-// Why something failed, for the person who reads it: which thing, why, and what to do. Code 0 is success; otherwise
-// an installer or system code, or one of the program's own below.
-struct HostError
-{
-    unsigned int code = 0;
-    CString message;
-    explicit operator bool() const { return code != 0; }
-};
 
 struct HostOptions
 {
@@ -34,26 +26,6 @@ struct FlowPage
 {
     CString strName;     // export of the page library
     CString strHelpFile; // HTML of the side pane
-};
-
-// Told of a build by the thread that builds.
-class IBuildProgress
-{
-public:
-    // A step begins: a sentence such as "Copying Zolt 2027".
-    virtual void OnStep(const CString& sentence) = 0;
-    // Bytes so far, of all, and the file being copied. False cancels: the build undoes itself and ends with 1602.
-    virtual bool OnProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal, const CString& file) = 0;
-
-protected:
-    ~IBuildProgress() = default;
-};
-
-struct BuildResult
-{
-    HostError error;               // 0: the deployment stands; 1602: cancelled; nothing else was changed
-    CString strDeploymentFolder;   // <location>\<name>\ with the backslash
-    std::vector<CString> warnings; // each a sentence: a lost signature, a path that may be too long, ...
 };
 
 // What stands where the deployment will lie.

@@ -1,8 +1,8 @@
 #include "host/setup_log.h"
 
-#include "host/build/shown_text.h"
+#include "base/handle.h"
+#include "builder/shown_text.h"
 #include "host/files.h"
-#include "window/handle.h"
 
 void SetupLog::Append(const CString& line) const
 {

@@ -1,7 +1,7 @@
 // The setup's log: a line a time stamp, UTF-8, readable while it is written.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 class SetupLog
 {

@@ -1,9 +1,9 @@
 #include "host/target_verdict.h"
 
-#include "host/build/build_failure.h"
-#include "host/build/build_names.h"
-#include "host/build/deployment_place.h"
-#include "host/build/own_files.h"
+#include "builder/build_failure.h"
+#include "builder/build_names.h"
+#include "builder/deployment_place.h"
+#include "builder/own_files.h"
 #include "host/files.h"
 #include "host/host_messages.h"
 #include "host/media.h"

@@ -1,8 +1,8 @@
 #include "host/user_feature_rows.h"
 
-#include "host/build/stray_additions.h"
-#include "host/build/user_features.h"
-#include "host/database.h"
+#include "builder/stray_additions.h"
+#include "builder/user_features.h"
+#include "installer/database.h"
 
 #include <set>
 #include <vector>

@@ -2,8 +2,8 @@
 // which folders still have an owner.
 #pragma once
 
+#include "base/handle.h"
 #include "host/setup_host.h"
-#include "window/handle.h"
 
 [[nodiscard]] CString TemporaryFolder(); // with backslash
 // Makes a folder that nobody else uses, and clears those of dead owners beside it.

@@ -2,7 +2,7 @@
 // the rules of a file turn events into a description. The rules therefore see the same on every build.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <cstddef>
 #include <vector>

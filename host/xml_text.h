@@ -3,7 +3,7 @@
 // write the same files with this.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <initializer_list>
 #include <utility>

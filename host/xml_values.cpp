@@ -1,19 +1,17 @@
 #include "host/xml_values.h"
 
-#include "host/build/build_names.h"
-#include "host/build/product_identity.h"
+#include "base/character.h"
+#include "base/name_rules.h"
+#include "builder/build_names.h"
+#include "builder/product_identity.h"
 #include "host/host_messages.h"
 #include "host/xml_limits.h"
 #include "host/xml_text.h"
-#include "window/character.h"
 
 #include <algorithm>
 #include <set>
 
 namespace {
-
-constexpr int PATH_LIMIT = 240;
-constexpr int COMPONENT_LIMIT = 255;
 
 bool IsPlainLetter(wchar_t unit)
 {
@@ -71,40 +69,6 @@ bool IsLocaleName(const CString& text)
             return true;
         }
         start = hyphen + 1;
-    }
-}
-
-bool IsSafeFileName(const CString& name)
-{
-    if (name.IsEmpty() || name.GetLength() > COMPONENT_LIMIT) {
-        return false;
-    }
-    for (int index = 0; index < name.GetLength(); ++index) {
-        if (name[index] < 0x20) {
-            return false;
-        }
-    }
-    const wchar_t last = name[name.GetLength() - 1];
-    return name.FindOneOf(L"\\/:*?\"<>|") < 0 && last != L'.' && last != L' ' && name[0] != L' ' &&
-           !IsDeviceName(name);
-}
-
-bool IsSafeRelativePath(const CString& path)
-{
-    if (path.IsEmpty() || path.GetLength() > PATH_LIMIT) {
-        return false;
-    }
-    int start = 0;
-    for (;;) {
-        const int slash = path.Find(L'\\', start);
-        // A name that ends in a dot is refused, so "." and ".." are too.
-        if (!IsSafeFileName(path.Mid(start, (slash < 0 ? path.GetLength() : slash) - start))) {
-            return false;
-        }
-        if (slash < 0) {
-            return true;
-        }
-        start = slash + 1;
     }
 }
 

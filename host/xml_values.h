@@ -49,8 +49,5 @@ private:
 
 // "de", "de-DE", "zh-Hans-CN": two to eight letters, then parts of one to eight letters or digits.
 [[nodiscard]] bool IsLocaleName(const CString& text);
-// True for a path that names a file or folder below its base on every Windows file system.
-[[nodiscard]] bool IsSafeRelativePath(const CString& path);
-[[nodiscard]] bool IsSafeFileName(const CString& name);
 // A foreign text as a message shows it: in one line and not at any length.
 [[nodiscard]] CString Shown(const CString& value);

@@ -1,7 +1,7 @@
 // The features and directories of a product's installer database, resolved by the host.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <map>
 

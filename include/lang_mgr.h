@@ -1,7 +1,7 @@
 // The setup's languages. One object, the host's; two small operations of it are exported by the page library.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 class CConfigReader;
 class CProduct;

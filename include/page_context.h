@@ -1,9 +1,9 @@
 // The one argument of every page function and hook, and the value that a tab page's function returns.
 #pragma once
 
+#include "base/string.h"
 #include "include/setup_enums.h"
 #include "window/message_loop.h"
-#include "window/string.h"
 
 #include <windows.h>
 

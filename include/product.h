@@ -1,9 +1,9 @@
 // One product of the deployment, as the pages see it. The host implements the operations.
 #pragma once
 
+#include "base/string.h"
 #include "include/directory_manager.h"
 #include "include/setup_enums.h"
-#include "window/string.h"
 
 #include <vector>
 

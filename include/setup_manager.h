@@ -2,8 +2,8 @@
 // between two calls.
 #pragma once
 
+#include "base/string.h"
 #include "include/setup_enums.h"
-#include "window/string.h"
 
 #include <windows.h>
 

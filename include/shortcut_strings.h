@@ -1,7 +1,7 @@
 // A custom shortcut that the product's database already holds.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 struct ShortcutStrings
 {

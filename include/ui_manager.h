@@ -1,7 +1,7 @@
 // What all windows of the setup share: one window rectangle, the icon, the reset flags.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

@@ -1,6 +1,6 @@
 #include "msi/msi_property.h"
 
-#include "msi/installer_handle.h"
+#include "installer/handle.h"
 
 #include <cwchar>
 #include <memory>

@@ -7,8 +7,8 @@
 // CProduct::SetProperty.
 #pragma once
 
+#include "base/string.h"
 #include "include/setup_enums.h"
-#include "window/string.h"
 
 // Reads `Value` of the row of `table` whose column `Property` is `key`. `capacity`: characters that the buffer holds,
 // the closing zero included. False when there is no such row, when anything failed, and when the buffer was too

@@ -7,7 +7,7 @@
 #pragma once
 
 #include "include/setup_enums.h"
-#include "msi/installer_handle.h"
+#include "installer/handle.h"
 #include "msi/row_columns.h"
 #include "msi/row_statements.h"
 

@@ -1,7 +1,7 @@
 // References to installer properties inside a text: "[Name]".
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <functional>
 

@@ -1,6 +1,6 @@
 #include "msi/record_reader.h"
 
-#include "msi/installer_handle.h"
+#include "installer/handle.h"
 #include "msi/msi_property.h"
 
 bool RecordReader::IsNextWanted()

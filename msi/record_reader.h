@@ -1,8 +1,8 @@
 // Takes the columns of a fetched record one after the other, for the row classes.
 #pragma once
 
+#include "base/string.h"
 #include "include/setup_enums.h"
-#include "window/string.h"
 
 // The record holds the columns of the mask alone. Each call stands for the next field of the row; a field whose bit isn't
 // in the mask is left as it is. Texts are taken only while all went well, so that the columns behind a text that couldn't

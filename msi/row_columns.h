@@ -3,7 +3,7 @@
 // the host's path rules) works on these alone.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 struct ComponentColumns
 {

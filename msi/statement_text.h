@@ -1,7 +1,7 @@
 // Fills the placeholders of a fixed text, a statement above all.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <initializer_list>
 

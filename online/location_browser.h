@@ -1,7 +1,7 @@
 // The file dialog of the notice and feed page.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
 // Whether the locations of the notice and feed page can be used, and what the page says when they can't.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <initializer_list>
 

@@ -5,7 +5,7 @@
 // is off; the temporary one is the page's own memory of what stood there when the feature was last off.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 // Where a page's properties lie: with the host, or straight in the product's database.
 class IPropertyStore

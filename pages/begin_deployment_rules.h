@@ -1,9 +1,9 @@
 // What the begin page decides without a window.
 #pragma once
 
+#include "base/string.h"
 #include "frame/folder_check.h"
 #include "include/setup_enums.h"
-#include "window/string.h"
 
 #include <vector>
 

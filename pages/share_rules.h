@@ -1,7 +1,7 @@
 // How a path on a drive is told as a path on the network: the parts that ask nothing of the system.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <map>
 

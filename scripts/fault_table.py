@@ -2,7 +2,7 @@
 
     [[fault]]
     name = "reset keeps the stage"
-    file = "host/manager_object.cpp"
+    file = "host/host_setup_manager.cpp"
     was = "m_uiStage = 0;"              # occurs exactly once in the file
     becomes = ""
     tests = ["host_test:Resetting.*"]   # program:filter, native:program:filter or check:module.Class.test
@@ -23,7 +23,7 @@ AREAS = {
     "slimhtml": ("slimhtml",),
     "msi": ("msi",),
     "host": ("host",),
-    "builder": ("host/build",),
+    "builder": ("builder", "base"),
     "setup": ("setup", "automation"),
     "resources": ("resources",),
 }

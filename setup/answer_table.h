@@ -2,7 +2,7 @@
 // here and nowhere else. The same rows serve to write an answers file from a run.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 // A page's section in an answers file.
 struct AnswerPage

@@ -15,7 +15,7 @@
 // around every sign above.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <cstddef>
 #include <vector>

@@ -1,9 +1,9 @@
 #include "setup/answers_input.h"
 
+#include "base/handle.h"
 #include "setup/paths.h"
 #include "setup/resource.h"
 #include "setup/texts.h"
-#include "window/handle.h"
 
 #include <string>
 

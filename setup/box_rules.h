@@ -1,8 +1,8 @@
 // What a message box on a page means to a run without a person.
 #pragma once
 
+#include "base/string.h"
 #include "setup/answers.h"
-#include "window/string.h"
 
 #include <functional>
 

@@ -3,8 +3,8 @@
 // runs; who wants the last figures looks once more by itself.
 #pragma once
 
+#include "base/string.h"
 #include "host/setup_host.h"
-#include "window/string.h"
 
 #include <windows.h>
 

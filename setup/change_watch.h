@@ -1,8 +1,8 @@
 // Whether something was entered on the wizard pages of a run, so that leaving would lose it.
 #pragma once
 
+#include "base/string.h"
 #include "include/page_context.h"
-#include "window/string.h"
 
 #include <windows.h>
 

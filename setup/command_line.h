@@ -8,7 +8,7 @@
 // all others once. "--help" wins over everything else that is well formed.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <vector>
 

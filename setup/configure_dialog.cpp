@@ -1,5 +1,6 @@
 #include "setup/configure_dialog.h"
 
+#include "base/scope_exit.h"
 #include "include/navigation.h"
 #include "include/product.h"
 #include "include/resource_ids.h"
@@ -9,7 +10,6 @@
 #include "setup/control_snapshot.h"
 #include "setup/program_icon.h"
 #include "setup/texts.h"
-#include "window/scope_exit.h"
 
 #include <uxtheme.h>
 

@@ -1,7 +1,7 @@
 // Where the configure dialog's tabs, page and buttons stand, and how large the dialog is.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

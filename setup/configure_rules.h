@@ -2,7 +2,7 @@
 // on the screen.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 // ---- pages and captions
 

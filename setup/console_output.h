@@ -2,8 +2,8 @@
 // the program that started it, else nowhere.
 #pragma once
 
-#include "window/handle.h"
-#include "window/string.h"
+#include "base/handle.h"
+#include "base/string.h"
 
 class CConsoleOutput
 {

@@ -2,7 +2,7 @@
 // that nothing would be lost.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

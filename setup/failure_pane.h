@@ -2,8 +2,8 @@
 // that, such as "disk full", name no thing.
 #pragma once
 
+#include "base/string.h"
 #include "include/page_context.h"
-#include "window/string.h"
 
 // Puts the words into the side pane of the page that is shown with the context. One object at a time, as a hook has no
 // argument of its own; it outlives the page's call.

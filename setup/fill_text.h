@@ -4,7 +4,7 @@
 // And texts brought into the form that they are shown in.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <initializer_list>
 

@@ -1,8 +1,8 @@
 // What comes after what: pages, the build, the outcome. Knows names and results alone.
 #pragma once
 
+#include "base/string.h"
 #include "setup/exit_codes.h"
-#include "window/string.h"
 
 #include <vector>
 

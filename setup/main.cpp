@@ -1,4 +1,6 @@
 // Setup.exe: reads the command line, runs the wizard in a guarded process, tells how it ended.
+#include "base/handle.h"
+#include "base/scope_exit.h"
 #include "setup/answers_input.h"
 #include "setup/crash_notes.h"
 #include "setup/exit_codes.h"
@@ -10,9 +12,7 @@
 #include "setup/run_record.h"
 #include "setup/texts.h"
 #include "setup/wizard.h"
-#include "window/handle.h"
 #include "window/module.h"
-#include "window/scope_exit.h"
 
 #include <commctrl.h>
 #include <objbase.h>

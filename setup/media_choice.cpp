@@ -1,9 +1,9 @@
 #include "setup/media_choice.h"
 
+#include "base/handle.h"
 #include "setup/paths.h"
 #include "setup/resource.h"
 #include "setup/texts.h"
-#include "window/handle.h"
 
 #include <shlobj.h>
 

@@ -1,7 +1,7 @@
 // Which media a run is about when the command line doesn't say.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 // The folder Media beside the program, whether it is there or not.
 CString MediaBesideProgram();

@@ -1,7 +1,7 @@
 // Numbered pictures of what an unattended run showed: "01-BeginDeploymentDialog.png", "02-...-box.png".
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

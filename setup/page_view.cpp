@@ -1,8 +1,8 @@
 #include "setup/page_view.h"
 
+#include "base/scope_exit.h"
 #include "include/navigation.h"
 #include "setup/configure_rules.h"
-#include "window/scope_exit.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // Paths of the running program and of its arguments.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 // The full path of the program's file.
 CString ProgramFile();

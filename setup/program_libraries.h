@@ -5,10 +5,10 @@
 //   CPageLibrary   RolloutUi.dll, which shows pages
 #pragma once
 
+#include "base/handle.h"
+#include "base/string.h"
 #include "host/setup_host.h"
 #include "include/page_context.h"
-#include "window/handle.h"
-#include "window/string.h"
 
 #include <memory>
 

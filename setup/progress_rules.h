@@ -1,7 +1,7 @@
 // The figures of the progress window: what share is done and how long the rest may take.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <cstdint>
 

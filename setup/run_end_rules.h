@@ -1,7 +1,7 @@
 // What is said of a run that didn't say itself how it ended, and when a run counts as hanging.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <cstdint>
 

@@ -1,10 +1,10 @@
 #include "setup/run_log.h"
 
+#include "base/handle.h"
 #include "host/setup_host.h"
 #include "setup/fill_text.h"
 #include "setup/run_record.h"
 #include "setup/texts.h"
-#include "window/handle.h"
 
 #include <string>
 

@@ -2,8 +2,8 @@
 // wait for it; when it never opens they go to the file of --log by themselves.
 #pragma once
 
+#include "base/string.h"
 #include "setup/console_output.h"
-#include "window/string.h"
 
 #include <vector>
 

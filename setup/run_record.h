@@ -3,8 +3,8 @@
 // its own process id. Without a record the notes go nowhere.
 #pragma once
 
-#include "window/handle.h"
-#include "window/string.h"
+#include "base/handle.h"
+#include "base/string.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
 #include "setup/texts.h"
 
+#include "base/handle.h"
 #include "setup/fill_text.h"
-#include "window/handle.h"
 #include "window/module.h"
 
 CString SetupText(unsigned int id, std::initializer_list<CString> arguments)

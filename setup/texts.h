@@ -1,7 +1,7 @@
 // The program's own texts and the system's words for its errors.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <initializer_list>
 

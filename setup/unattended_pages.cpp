@@ -4,6 +4,7 @@
 #include "automation/list_control.h"
 #include "automation/message_box.h"
 #include "automation/window_finder.h"
+#include "base/scope_exit.h"
 #include "include/navigation.h"
 #include "include/resource_ids.h"
 #include "include/setup_manager.h"
@@ -13,7 +14,6 @@
 #include "setup/fill_text.h"
 #include "setup/run_record.h"
 #include "setup/texts.h"
-#include "window/scope_exit.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "setup/window_place.h"
 
-#include "window/handle.h"
+#include "base/handle.h"
 
 std::optional<ScreenCorner> ReadWindowCorner(const CString& key, const wchar_t* window)
 {

@@ -1,8 +1,8 @@
 // Where a window stood the last time, for each user of the machine.
 #pragma once
 
+#include "base/string.h"
 #include "setup/configure_rules.h"
-#include "window/string.h"
 
 #include <windows.h>
 

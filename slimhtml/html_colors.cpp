@@ -1,6 +1,6 @@
 #include "slimhtml/html_colors.h"
 
-#include "window/character.h"
+#include "base/character.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // What a page of HTML holds once its markup is read: blocks of runs over one text. Knows nothing of pixels.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <cstdint>
 #include <vector>

@@ -5,7 +5,7 @@
 //   text     everything else, also a "<" with which no tag begins or whose tag never ends
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <vector>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "slimhtml/html_layout.h"
-#include "window/handle.h"
+#include "window/drawing_handles.h"
 
 #include <array>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "slimhtml/label_images.h"
 
-#include "window/handle.h"
+#include "base/handle.h"
 
 #include <objidl.h>
 #include <shlwapi.h>

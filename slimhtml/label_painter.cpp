@@ -2,8 +2,8 @@
 
 #include "slimhtml/html_colors.h"
 #include "slimhtml/link_walk.h"
+#include "window/drawing_handles.h"
 #include "window/gdi.h"
-#include "window/handle.h"
 
 namespace {
 

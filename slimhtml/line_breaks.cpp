@@ -1,6 +1,6 @@
 #include "slimhtml/line_breaks.h"
 
-#include "window/character.h"
+#include "base/character.h"
 
 namespace {
 

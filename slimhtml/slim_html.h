@@ -2,7 +2,7 @@
 // Exported by SlimHtml.dll; used by the page frame and by the wizard program.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

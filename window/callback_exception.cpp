@@ -1,6 +1,6 @@
 #include "window/callback_exception.h"
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <atomic>
 #include <cstring>

@@ -14,7 +14,7 @@
 // beeps) and returns FALSE; the member keeps its value.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 #include "window/window.h"
 
 #include <windows.h>

@@ -10,8 +10,8 @@
 #pragma once
 
 #include "window/controls.h"
+#include "window/drawing_handles.h"
 #include "window/gdi.h"
-#include "window/handle.h"
 #include "window/hyper_link_paint.h"
 #include "window/window_impl.h"
 

@@ -1,7 +1,7 @@
 #include "window/hyper_link_paint.h"
 
+#include "base/handle.h"
 #include "window/gdi.h"
-#include "window/handle.h"
 
 #include <algorithm>
 

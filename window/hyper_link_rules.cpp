@@ -1,6 +1,6 @@
 #include "window/hyper_link_rules.h"
 
-#include "window/character.h"
+#include "base/character.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The text forms of a link: a label with tags, and a colour in the browser's settings.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <cstdint>
 #include <optional>

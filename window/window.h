@@ -2,7 +2,7 @@
 // It owns nothing: the window goes when the system or its owner destroys it.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

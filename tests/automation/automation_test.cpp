@@ -7,8 +7,8 @@
 #include "automation/script.h"
 #include "automation/tree_control.h"
 #include "automation/window_finder.h"
+#include "base/handle.h"
 #include "tests/support/text.h"
-#include "window/handle.h"
 
 #include <gtest/gtest.h>
 #include <objidl.h>

@@ -1,11 +1,11 @@
 // While a build runs: cancelling it, and a log-off.
 #include "automation/message_box.h"
 #include "automation/window_finder.h"
+#include "base/handle.h"
 #include "include/resource_ids.h"
 #include "setup/resource.h"
 #include "tests/by_hand/by_hand_fixture.h"
 #include "tests/support/resource_strings.h"
-#include "window/handle.h"
 
 namespace {
 

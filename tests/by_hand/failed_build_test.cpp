@@ -1,8 +1,8 @@
 // A build that fails, and the way from its page back to the first one.
 #include "automation/window_finder.h"
+#include "base/handle.h"
 #include "include/resource_ids.h"
 #include "tests/by_hand/by_hand_fixture.h"
-#include "window/handle.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // A tree view of another process: whatever its messages point to has to lie in that process.
 #pragma once
 
-#include "window/handle.h"
-#include "window/string.h"
+#include "base/handle.h"
+#include "base/string.h"
 
 #include <windows.h>
 

@@ -3,7 +3,7 @@
 // key waits first until the window that is meant has the focus.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

@@ -1,9 +1,9 @@
 // A start without media: the program asks for their folder.
 #include "automation/window_finder.h"
+#include "base/handle.h"
 #include "include/resource_ids.h"
 #include "tests/by_hand/by_hand_fixture.h"
 #include "tests/by_hand/foreign_tree.h"
-#include "window/handle.h"
 
 #include <shellapi.h>
 #include <shlobj.h>

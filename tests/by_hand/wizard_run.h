@@ -1,8 +1,8 @@
 // A run of the real Setup.exe without answers, as a process of its own.
 #pragma once
 
-#include "window/handle.h"
-#include "window/string.h"
+#include "base/handle.h"
+#include "base/string.h"
 
 #include <windows.h>
 

@@ -36,11 +36,12 @@ class EntryTest(unittest.TestCase):
     """Each kind of trouble is seen in an entry of a small checkout."""
 
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.root = folder.name
-        os.makedirs(os.path.join(self.root, "host", "build"))
-        for name in ("host/a.cpp", "host/build/b.cpp"):
+        place = tempfile.TemporaryDirectory()
+        self.addCleanup(place.cleanup)
+        self.root = place.name
+        for folder in ("host", "builder"):
+            os.makedirs(os.path.join(self.root, folder))
+        for name in ("host/a.cpp", "builder/b.cpp"):
             with open(os.path.join(self.root, name), "w", encoding="utf-8") as file:
                 file.write("one two two")
 
@@ -75,8 +76,8 @@ class EntryTest(unittest.TestCase):
         self.assertEqual(self.trouble(equivalent="x"), ["has tests and a reason"])
 
     def test_an_entry_stands_in_the_file_of_its_folder(self):
-        self.assertEqual(self.trouble(area="builder", file="host/build/b.cpp"), [])
-        self.assertIn("another area", self.trouble(file="host/build/b.cpp")[0])
+        self.assertEqual(self.trouble(area="builder", file="builder/b.cpp"), [])
+        self.assertIn("another area", self.trouble(file="builder/b.cpp")[0])
         self.assertIn("no area", self.trouble(area="lost")[0])
 
     def test_an_unknown_key_is_trouble(self):

@@ -257,8 +257,8 @@ class Figures(unittest.TestCase):
 class FailureTexts(unittest.TestCase):
     def test_every_code_of_the_builder_has_a_text(self):
         """A system that knows none in the wizard's language would leave the failed page without a reason."""
-        codes = set(re.findall(r"^    BUILD_\w+ = (\d+),", read("host/build/build_failure.h"), re.MULTILINE))
-        codes |= set(re.findall(r'^    \{(\d+), L"', read("host/build/build_failure.cpp"), re.MULTILINE))
+        codes = set(re.findall(r"^    BUILD_\w+ = (\d+),", read("builder/build_failure.h"), re.MULTILINE))
+        codes |= set(re.findall(r'^    \{(\d+), L"', read("builder/build_failure.cpp"), re.MULTILINE))
         self.assertGreaterEqual(len(codes), 30)
         texts = texts_of("resources/en-US/strings.rc")
         missing = [code for code in sorted(codes - {"0"}, key=int) if not texts.get("FAILURE_TEXT(%s)" % code)]

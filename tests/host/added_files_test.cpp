@@ -1,6 +1,6 @@
 // What is added to the sample product, from the pages' writer to a workstation that has it, for the 64-bit media, whose
 // files lie in a cabinet, and the 32-bit media, whose files lie loose.
-#include "host/build/build_names.h"
+#include "builder/build_names.h"
 #include "msi/msi_property.h"
 #include "tests/host/folder_tree.h"
 #include "tests/host/through_host.h"

@@ -1,6 +1,6 @@
 #include "tests/host/additions_build.h"
 
-#include "host/build/build_names.h"
+#include "builder/build_names.h"
 
 #include <windows.h>
 

@@ -1,8 +1,8 @@
 // Additions to packages of other makers: what is decided about them before anything is written, and what a package's own
 // numbers and limits make of them.
-#include "host/build/build_names.h"
-#include "host/build/database_snapshot.h"
-#include "host/build/file_operations.h"
+#include "builder/build_names.h"
+#include "builder/database_snapshot.h"
+#include "builder/file_operations.h"
 #include "tests/host/additions_build.h"
 
 #include <windows.h>

@@ -1,8 +1,8 @@
 // A whole build of a small real product, looked at as an administrator would.
 #include "tests/host/build_fixture.h"
 
-#include "host/build/build_names.h"
-#include "host/build/sha256.h"
+#include "builder/build_names.h"
+#include "builder/sha256.h"
 
 #include <windows.h>
 

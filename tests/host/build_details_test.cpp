@@ -2,10 +2,10 @@
 #include "tests/host/additions_build.h"
 #include "tests/host/outside_links.h"
 
-#include "host/build/build_check.h"
-#include "host/build/build_failure.h"
-#include "host/build/build_names.h"
-#include "host/build/file_operations.h"
+#include "builder/build_check.h"
+#include "builder/build_failure.h"
+#include "builder/build_names.h"
+#include "builder/file_operations.h"
 
 #include <windows.h>
 

@@ -3,9 +3,9 @@
 #include "tests/host/outside_links.h"
 #include "tests/host/user_additions.h"
 
-#include "host/build/build_names.h"
-#include "host/build/file_operations.h"
-#include "host/build/own_files.h"
+#include "builder/build_names.h"
+#include "builder/file_operations.h"
+#include "builder/own_files.h"
 
 #include <windows.h>
 

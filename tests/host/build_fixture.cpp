@@ -1,8 +1,8 @@
 #include "tests/host/build_fixture.h"
 
-#include "host/build/build_names.h"
-#include "host/build/database_signature.h"
-#include "window/handle.h"
+#include "base/handle.h"
+#include "builder/build_names.h"
+#include "builder/database_signature.h"
 
 #include <windows.h>
 

@@ -1,9 +1,9 @@
 // A small product, real enough to be installed, in a folder of the test's own, and what the tests ask about folders.
 #pragma once
 
-#include "host/build/deployment_builder.h"
-#include "host/build/deployment_place.h"
-#include "host/build/file_operations.h"
+#include "builder/deployment_builder.h"
+#include "builder/deployment_place.h"
+#include "builder/file_operations.h"
 #include "tests/host/folder_tree.h"
 #include "tests/support/text.h"
 

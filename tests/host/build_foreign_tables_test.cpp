@@ -1,8 +1,8 @@
 // Packages of other makers' tools: numbers beyond 32,767, media with gaps, columns of their own, many and large additions.
 #include "tests/host/additions_build.h"
 
-#include "host/build/build_names.h"
-#include "host/build/file_operations.h"
+#include "builder/build_names.h"
+#include "builder/file_operations.h"
 
 #include <windows.h>
 

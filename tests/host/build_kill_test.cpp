@@ -3,10 +3,10 @@
 #include "tests/host/build_fixture.h"
 #include "tests/host/user_additions.h"
 
-#include "host/build/build_names.h"
-#include "host/build/file_operations.h"
-#include "host/build/notes_text.h"
-#include "host/build/sha256.h"
+#include "builder/build_names.h"
+#include "builder/file_operations.h"
+#include "builder/notes_text.h"
+#include "builder/sha256.h"
 
 #include <windows.h>
 

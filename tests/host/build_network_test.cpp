@@ -2,7 +2,7 @@
 // UNC path.
 #include "tests/host/build_fixture.h"
 
-#include "host/build/file_operations.h"
+#include "builder/file_operations.h"
 
 #include <windows.h>
 

@@ -2,8 +2,8 @@
 #include "tests/host/build_fixture.h"
 #include "tests/host/user_additions.h"
 
-#include "host/build/build_names.h"
-#include "host/build/file_operations.h"
+#include "builder/build_names.h"
+#include "builder/file_operations.h"
 
 #include <windows.h>
 

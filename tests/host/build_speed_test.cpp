@@ -1,7 +1,7 @@
 // Not run by default: 500 MB built and copied plainly, in turns.
 #include "tests/host/build_fixture.h"
 
-#include "host/build/plain_copy.h"
+#include "builder/plain_copy.h"
 
 #include <windows.h>
 

@@ -1,8 +1,8 @@
 // Files, folders and drives that were added to a product really arrive on a workstation, and go again.
-#include "host/build/build_names.h"
-#include "host/build/cabinet.h"
-#include "host/build/database_snapshot.h"
-#include "host/build/file_operations.h"
+#include "builder/build_names.h"
+#include "builder/cabinet.h"
+#include "builder/database_snapshot.h"
+#include "builder/file_operations.h"
 #include "tests/host/additions_build.h"
 #include "tests/host/outside_links.h"
 

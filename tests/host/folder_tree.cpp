@@ -1,6 +1,6 @@
 #include "tests/host/folder_tree.h"
 
-#include "host/build/build_names.h"
+#include "builder/build_names.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>

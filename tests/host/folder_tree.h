@@ -1,7 +1,7 @@
 // What lies in a folder, name by name and byte by byte.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

@@ -1,6 +1,7 @@
 // Media whose texts were made to run commands, from the package to the workstation: what the texts say must not happen,
 // and the product is installed and removed as any other.
-#include "host/build/command_text.h"
+#include "builder/command_text.h"
+#include "host/setup_host.h"
 #include "include/product.h"
 #include "tests/host/build_fixture.h"
 

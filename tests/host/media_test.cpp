@@ -1,7 +1,7 @@
 // Opening media, working copies, properties and paths: what the pages ask of the host before anything is built.
-#include "host/database.h"
 #include "include/product.h"
 #include "include/shortcut_strings.h"
+#include "installer/database.h"
 #include "tests/host/package_maker.h"
 
 #include <gtest/gtest.h>

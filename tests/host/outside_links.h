@@ -1,7 +1,7 @@
 // Links for the tests, and the shares and drives that the prefix takes links for. There are none on Windows itself.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 // Makes \\HOSTTEST\<name>\ another name of a folder. The path has a backslash at its end; empty where there is no such
 // prefix.

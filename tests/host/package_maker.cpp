@@ -1,8 +1,8 @@
 #include "tests/host/package_maker.h"
 
-#include "host/database.h"
 #include "host/setup_description.h"
 #include "include/product.h"
+#include "installer/database.h"
 
 #include <gtest/gtest.h>
 #include <msiquery.h>

@@ -4,7 +4,7 @@
 #include "host/files.h"
 #include "host/media.h"
 #include "host/setup_host.h"
-#include "msi/installer_handle.h"
+#include "installer/handle.h"
 #include "tests/host/outside_links.h"
 #include "tests/support/text.h"
 

@@ -1,7 +1,7 @@
 // Packages of other makers, whose files lie where their word count and their rows say: opened, built, installed and
 // added to, each as the only package at its media's root and in a folder of media with a description.
-#include "host/database.h"
 #include "include/directory_manager.h"
+#include "installer/database.h"
 #include "tests/host/folder_tree.h"
 #include "tests/host/source_packages.h"
 #include "tests/host/through_host.h"

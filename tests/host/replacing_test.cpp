@@ -1,6 +1,6 @@
 // Which deployment the host is about: names by folders, bases that can be used, the way back to the first stage, and what
 // stands in a new deployment's place.
-#include "host/build/deployment_place.h"
+#include "builder/deployment_place.h"
 #include "include/ui_manager.h"
 #include "tests/host/folder_tree.h"
 #include "tests/host/through_host.h"

@@ -1,6 +1,6 @@
 #include "tests/host/source_packages.h"
 
-#include "host/build/cabinet.h"
+#include "builder/cabinet.h"
 #include "host/setup_description.h"
 
 #include <gtest/gtest.h>

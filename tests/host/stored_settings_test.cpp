@@ -1,8 +1,8 @@
 // What a deployment's file keeps of the settings, from one wizard to the next.
 #include "tests/host/through_host.h"
 
-#include "host/database.h"
 #include "host/xml_limits.h"
+#include "installer/database.h"
 #include "tests/host/processor_time.h"
 
 #include <msiquery.h>

@@ -1,5 +1,5 @@
 // The values that travel in a record: every character and every length comes back as it went in.
-#include "host/database.h"
+#include "installer/database.h"
 #include "msi/msi_property.h"
 #include "msi/msi_rows.h"
 #include "tests/msi/database_fixture.h"

@@ -1,6 +1,6 @@
 #include "tests/msi/database_fixture.h"
 
-#include "host/database.h"
+#include "installer/database.h"
 
 #include <ostream>
 

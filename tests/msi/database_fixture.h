@@ -1,7 +1,7 @@
 // A fresh database with all tables that the pages need, made and read back with the service's own calls.
 #pragma once
 
-#include "msi/installer_handle.h"
+#include "installer/handle.h"
 #include "tests/host/package_maker.h"
 #include "tests/support/text.h"
 

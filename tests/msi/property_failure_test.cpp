@@ -1,6 +1,6 @@
 // What the service can refuse, for properties and the texts of records: nothing is read or written, and no handle stays
 // open. Each test of this file ends with the fixture's count of open handles.
-#include "host/database.h"
+#include "installer/database.h"
 #include "msi/msi_property.h"
 #include "tests/msi/database_fixture.h"
 #include "tests/msi/refusal.h"

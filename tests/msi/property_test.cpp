@@ -1,8 +1,8 @@
 // Properties and record texts on an open database.
-#include "host/database.h"
 #include "host/silent_installer.h"
 #include "include/product.h"
-#include "msi/installer_handle.h"
+#include "installer/database.h"
+#include "installer/handle.h"
 #include "msi/msi_property.h"
 #include "tests/msi/database_fixture.h"
 

@@ -1,6 +1,6 @@
 // What the service can refuse, for rows: each failure is plain false, and no handle stays open. Each test of this file ends
 // with the fixture's count of open handles.
-#include "host/database.h"
+#include "installer/database.h"
 #include "msi/msi_property.h"
 #include "msi/msi_rows.h"
 #include "tests/msi/database_fixture.h"

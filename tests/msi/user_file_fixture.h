@@ -1,8 +1,8 @@
 // A product of opened media, and the writer that adds to it. After each test no installer handle may be open.
 #pragma once
 
-#include "host/database.h"
 #include "include/product.h"
+#include "installer/database.h"
 #include "msi/msi_property.h"
 #include "msi/user_file_writer.h"
 #include "tests/msi/database_fixture.h"

@@ -1,6 +1,6 @@
 // What a user adds, on a product of opened media: real rows, real properties.
+#include "base/handle.h"
 #include "tests/msi/user_file_fixture.h"
-#include "window/handle.h"
 
 #include <winioctl.h>
 

@@ -1,5 +1,5 @@
 // The page of online resources on a real installer database.
-#include "msi/installer_handle.h"
+#include "installer/handle.h"
 #include "msi/msi_property.h"
 #include "tests/online/online_page.h"
 #include "tests/support/import_redirect.h"

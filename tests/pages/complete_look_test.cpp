@@ -1,8 +1,8 @@
 // What the page of a made deployment shows on the screen: its lines letter by letter, and its label.
 #include "slimhtml/slim_html.h"
 #include "tests/support/page_test.h"
+#include "window/drawing_handles.h"
 #include "window/gdi.h"
-#include "window/handle.h"
 
 #include <algorithm>
 #include <vector>

@@ -1,8 +1,9 @@
 // What the frame shows on every page: title, icon, labels, panel, colours, place.
 #include "automation/picture.h"
+#include "base/handle.h"
 #include "tests/pages/contact_page.h"
+#include "window/drawing_handles.h"
 #include "window/gdi.h"
-#include "window/handle.h"
 
 namespace {
 

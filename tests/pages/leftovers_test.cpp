@@ -1,8 +1,9 @@
 // The count of what a test leaves behind must notice each kind of thing, or it proves nothing.
+#include "base/handle.h"
 #include "tests/support/leftovers.h"
 #include "tests/support/resource_strings.h"
 #include "tests/support/text.h"
-#include "window/handle.h"
+#include "window/drawing_handles.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // The pages that say what came of the deployment, and the contact page's own texts.
+#include "base/handle.h"
 #include "tests/support/page_test.h"
-#include "window/handle.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "tests/pages/picker_redirect.h"
 
-#include "window/handle.h"
+#include "base/handle.h"
 
 #include <shlobj.h>
 

@@ -4,8 +4,8 @@
 // is let through with the whole desktop as root; all else of it, and the picker, is real.
 #pragma once
 
+#include "base/string.h"
 #include "tests/support/import_redirect.h"
-#include "window/string.h"
 
 #include <windows.h>
 

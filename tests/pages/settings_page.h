@@ -1,9 +1,9 @@
 // The settings page with a host on which it can be shown, and words for what its tests do.
 #pragma once
 
+#include "base/handle.h"
 #include "tests/support/page_test.h"
 #include "tests/support/test_network.h"
-#include "window/handle.h"
 
 #include <msi.h>
 #include <msiquery.h>

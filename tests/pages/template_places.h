@@ -1,8 +1,8 @@
 // Where the controls of a dialog template stand before a page moves any: the template's own dialog, made hidden.
 #pragma once
 
+#include "base/handle.h"
 #include "tests/support/resource_strings.h"
-#include "window/handle.h"
 
 #include <windows.h>
 

@@ -2,7 +2,7 @@
 
 #include "include/resource_ids.h"
 #include "tests/support/text.h"
-#include "window/handle.h"
+#include "window/drawing_handles.h"
 
 #include <gtest/gtest.h>
 

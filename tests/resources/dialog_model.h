@@ -1,7 +1,7 @@
 // A dialog template as the dialog manager builds it, without the page's code: controls in tab order with their places.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

@@ -1,8 +1,8 @@
 // The built resource libraries, a folder a language, and the ids that each must have.
 #pragma once
 
-#include "window/handle.h"
-#include "window/string.h"
+#include "base/handle.h"
+#include "base/string.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>

@@ -1,10 +1,11 @@
 // Texts of packages and settings that were made to get out of the place where they are written: a deployment's scripts
 // once ran what stood in a product code.
-#include "host/build/build_names.h"
-#include "host/build/change_report.h"
-#include "host/build/command_text.h"
-#include "host/build/manifest_text.h"
-#include "host/build/notes_text.h"
+#include "base/name_rules.h"
+#include "builder/build_names.h"
+#include "builder/change_report.h"
+#include "builder/command_text.h"
+#include "builder/manifest_text.h"
+#include "builder/notes_text.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>

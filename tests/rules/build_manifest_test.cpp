@@ -1,5 +1,5 @@
 // Manifest.txt as it is read back to tell a build's own files from others.
-#include "host/build/manifest_text.h"
+#include "builder/manifest_text.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>

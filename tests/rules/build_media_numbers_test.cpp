@@ -1,5 +1,5 @@
 // The numbers that media give up for added files.
-#include "host/build/media_numbers.h"
+#include "builder/media_numbers.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
-#include "host/build/build_names.h"
+#include "base/name_rules.h"
+#include "builder/build_names.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // Which texts of a plan are refused before anything is written, and the forms of codes, versions and names.
-#include "host/build/command_text.h"
-#include "host/build/plan_texts.h"
-#include "host/build/product_identity.h"
-#include "host/build/shown_text.h"
+#include "builder/command_text.h"
+#include "builder/plan_texts.h"
+#include "builder/product_identity.h"
+#include "builder/shown_text.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // Where the standard actions of additions stand among a package's own.
-#include "host/build/standard_actions.h"
+#include "builder/standard_actions.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // The texts of a deployment, composed without building one.
-#include "host/build/build_failure.h"
-#include "host/build/change_report.h"
-#include "host/build/command_text.h"
-#include "host/build/copy_list.h"
-#include "host/build/notes_text.h"
+#include "builder/build_failure.h"
+#include "builder/change_report.h"
+#include "builder/command_text.h"
+#include "builder/copy_list.h"
+#include "builder/notes_text.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // The features that additions are spread over, decided on snapshots.
-#include "host/build/user_features.h"
+#include "builder/user_features.h"
 #include "tests/rules/user_key.h"
 #include "tests/support/text.h"
 

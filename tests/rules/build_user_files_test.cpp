@@ -1,5 +1,5 @@
 // What becomes of added files in the database that is built, decided on snapshots.
-#include "host/build/user_files.h"
+#include "builder/user_files.h"
 #include "tests/rules/user_key.h"
 #include "tests/support/text.h"
 

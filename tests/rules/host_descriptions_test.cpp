@@ -1,9 +1,9 @@
 #include "host/deployment_file.h"
-#include "host/directory_rules.h"
 #include "host/setup_description.h"
 #include "host/xml_limits.h"
 #include "host/xml_text.h"
 #include "host/xml_values.h"
+#include "msi/directory_rules.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>

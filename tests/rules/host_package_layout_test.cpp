@@ -1,6 +1,6 @@
 // Where the files of a package lie, by its word count and their attributes.
-#include "host/directory_rules.h"
-#include "host/package_layout.h"
+#include "installer/package_layout.h"
+#include "msi/directory_rules.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>

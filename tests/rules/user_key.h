@@ -1,7 +1,7 @@
 // Keys of a user's additions for tests on snapshots.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 // The key of that number; keys sort as their numbers do.
 inline CString UserKey(int number)

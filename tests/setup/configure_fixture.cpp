@@ -1,6 +1,6 @@
 #include "tests/setup/configure_fixture.h"
 
-#include "msi/installer_handle.h"
+#include "installer/handle.h"
 #include "msi/msi_property.h"
 #include "setup/configure_rules.h"
 #include "setup/texts.h"

@@ -15,6 +15,7 @@
 #include "automation/message_box.h"
 #include "automation/script.h"
 #include "automation/window_finder.h"
+#include "base/handle.h"
 #include "include/navigation.h"
 #include "include/resource_ids.h"
 #include "setup/configure_dialog.h"
@@ -25,7 +26,6 @@
 #include "tests/support/test_folder.h"
 #include "tests/support/test_host.h"
 #include "tests/support/text.h"
-#include "window/handle.h"
 
 #include <gtest/gtest.h>
 

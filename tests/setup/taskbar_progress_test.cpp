@@ -1,7 +1,7 @@
 // What the button in the taskbar is told.
+#include "base/string.h"
 #include "setup/taskbar_progress.h"
 #include "tests/support/text.h"
-#include "window/string.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What a recording host was asked, in order. A call reads as in code: `SetDeploymentName(Alpha)`.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <vector>
 

@@ -1,7 +1,7 @@
 // Sends a loaded library's calls of one imported function elsewhere, as long as the object lives.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

@@ -1,6 +1,6 @@
 #include "tests/support/leftovers.h"
 
-#include "window/handle.h"
+#include "window/drawing_handles.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
 // What a test may leave behind in its process: counted before and after, compared to the last one.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <set>
 

@@ -1,8 +1,8 @@
 #include "tests/support/resource_strings.h"
 
+#include "base/handle.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/text.h"
-#include "window/handle.h"
 
 #include <gtest/gtest.h>
 

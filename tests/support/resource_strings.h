@@ -1,7 +1,7 @@
 // Texts of the resource library, read without the page library's help.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
 #include "tests/support/test_folder.h"
 
+#include "base/handle.h"
 #include "tests/support/text.h"
-#include "window/handle.h"
 
 #include <gtest/gtest.h>
 

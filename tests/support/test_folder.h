@@ -1,7 +1,7 @@
 // Folders and files of a test.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

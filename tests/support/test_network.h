@@ -4,7 +4,7 @@
 // connections to it are answered by a network provider DLL of the tests, registered as on Windows.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <windows.h>
 

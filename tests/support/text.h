@@ -1,7 +1,7 @@
 // Wide texts in tests: printed and compared as UTF-8, whatever the C library thinks of wide characters.
 #pragma once
 
-#include "window/string.h"
+#include "base/string.h"
 
 #include <ostream>
 #include <string>

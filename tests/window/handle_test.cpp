@@ -1,6 +1,7 @@
+#include "base/handle.h"
 #include "tests/window/fixture.h"
+#include "window/drawing_handles.h"
 #include "window/gdi.h"
-#include "window/handle.h"
 
 #include <utility>
 

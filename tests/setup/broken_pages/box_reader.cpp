@@ -1,7 +1,7 @@
 // box_reader.exe PROGRAM WORD ...: starts the program, waits for the first message box of it or of what it starts, writes the
 // box's text to the output, presses OK, and ends with the program's code.
-#include "window/handle.h"
-#include "window/string.h"
+#include "base/handle.h"
+#include "base/string.h"
 
 #include <windows.h>
 

@@ -1,8 +1,8 @@
 // Stands in for RolloutUi.dll in a copy of the program's folder, with pages that break in their own ways when they are
 // called. Media choose them by name in their flow. The begin page is the product's own, from RealPages.dll beside it.
+#include "base/string.h"
 #include "include/page_context.h"
 #include "include/setup_manager.h"
-#include "window/string.h"
 
 #include <windows.h>
 

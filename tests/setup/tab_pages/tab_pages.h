@@ -2,9 +2,9 @@
 // its edit as the property TEST_VALUE_<number> and refuses the text "bad" with a box, in its last edit too.
 #pragma once
 
+#include "base/string.h"
 #include "include/page_context.h"
 #include "setup/program_libraries.h"
-#include "window/string.h"
 
 #include <vector>
 

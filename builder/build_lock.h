@@ -1,0 +1,25 @@
+// The file that says a build of this name lives: held open by it, over all computers of a share. What a dead build
+// left is known by it and by nothing else.
+#pragma once
+
+#include "builder/file_operations.h"
+
+class BuildLock
+{
+public:
+    // Takes the lock of that deployment's name; clears what a dead holder left. Throws 170 when a living one has it.
+    BuildLock(const CString& location, const CString& name, std::uint32_t id);
+    BuildLock(const BuildLock&) = delete;
+    BuildLock& operator=(const BuildLock&) = delete;
+    ~BuildLock();
+
+    // Leaves the file for the next start, which then clears this build's folders.
+    void KeepForCleanup() { m_keep = true; }
+
+private:
+    void Remove();
+
+    CString m_path;
+    FileHandle m_file;
+    bool m_keep = false;
+};

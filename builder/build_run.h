@@ -1,0 +1,92 @@
+// One build under way: what its phases share. The phases stand in files of their own, in the order in which they
+// run: check, stage, copy, database, outputs, publish.
+#pragma once
+
+#include "builder/build_result.h"
+#include "builder/change_report.h"
+#include "builder/copy_list.h"
+#include "builder/notes_text.h"
+#include "builder/own_files.h"
+
+#include <memory>
+
+constexpr std::size_t CHUNK_BYTES = 1 << 20; // small enough to cancel between two of them
+
+// Tells the caller how far the build is, not oftener than needed, and stops the build when the caller says so.
+class ProgressMeter
+{
+public:
+    explicit ProgressMeter(IBuildProgress& progress) : m_progress(progress) {}
+
+    void Start(std::uint64_t total); // told at once
+    void SetFile(const CString& file) { m_file = file; }
+    void Add(std::uint64_t bytes); // told when the last time is a while ago
+    void Poll() { Add(0); }
+    void Finish(); // told at once, with all bytes done
+    void Step(const CString& sentence) { m_progress.OnStep(sentence); }
+
+private:
+    void Tell(); // throws a BuildFailure 1602 when the caller cancels
+
+    IBuildProgress& m_progress;
+    CString m_file;
+    std::uint64_t m_done = 0;
+    std::uint64_t m_total = 0;
+    unsigned long long m_toldAt = 0; // milliseconds of the system's clock
+};
+
+// The text of Build.log: each line with its time.
+class BuildLog
+{
+public:
+    void Write(const CString& line);
+    const CString& Text() const { return m_text; }
+
+private:
+    CString m_text;
+};
+
+struct DatabaseDecision; // what becomes of one database; the database phase's own
+
+struct BuildRun
+{
+    BuildRun(const BuildPlan& thePlan, IBuildProgress& theProgress);
+
+    // A step begins: told to the caller and to the log.
+    void Step(const CString& sentence);
+    void Warn(const CString& sentence);
+
+    const BuildPlan& plan;
+    ProgressMeter meter;
+    BuildLog log;
+    std::uint32_t id; // of this build, in the names of its working folders
+    CString target;   // full paths without closing backslash
+    CString staging;
+    CString old;
+    CopyList list;
+    std::vector<unsigned char> buffer; // of one chunk
+    std::vector<ManifestEntry> manifest;
+    std::vector<std::shared_ptr<DatabaseDecision>> decisions; // made by the check, carried out later
+    std::vector<DatabaseChanges> changes;
+    std::vector<CString> warnings;
+    bool replaces = false;     // an old deployment stood in the target's place when the build began
+    ReadContents readOfOld;    // what was copied from that one
+    FolderJudgement judgement; // of that one
+    bool oldIsAside = false;   // the old deployment lies in `old`, whole or partly deleted
+};
+
+void CheckPlan(BuildRun& run); // build_check.cpp
+// A part of the check: what becomes of each database, with all that can be refused about it. Adds the bytes of added
+// files to the list.
+void DecideDatabases(BuildRun& run); // build_database.cpp
+void StageFolders(BuildRun& run);    // build_copy.cpp
+void CopyFiles(BuildRun& run);       // build_copy.cpp
+void BuildDatabases(BuildRun& run);  // build_database.cpp
+void WriteOutputs(BuildRun& run);    // build_outputs.cpp
+void JudgeOld(BuildRun& run);        // build_publish.cpp
+void Publish(BuildRun& run);         // build_publish.cpp
+
+// Copies one file into the staging folder and notes it for the manifest; bytes count as progress.
+void CopyIntoStaging(BuildRun& run, const CString& source, const CString& target);
+// Writes one new file there.
+void WriteIntoStaging(BuildRun& run, const CString& target, const CString& text, bool byteOrderMark);

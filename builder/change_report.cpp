@@ -1,0 +1,235 @@
+#include "builder/change_report.h"
+
+#include "builder/shown_text.h"
+
+namespace {
+
+RowDifference DescribeWholeRow(const CString& name, const TableSnapshot& table, RowChange change,
+                               const std::vector<CString>& key, const RowValues& values)
+{
+    RowDifference row{name, change, key, {}};
+    for (std::size_t index = 0; index < values.size(); ++index) {
+        const CString& value = values[index];
+        if (!value.IsEmpty()) {
+            row.columns.push_back({table.columns[index], change == RowChange::Removed ? value : CString(),
+                                   change == RowChange::Added ? value : CString()});
+        }
+    }
+    return row;
+}
+
+// A column of the other side by name: a table that gained a column is compared by what both have.
+const CString* FindValue(const TableSnapshot& table, const RowValues& values, const CString& column)
+{
+    for (std::size_t index = 0; index < table.columns.size(); ++index) {
+        if (table.columns[index] == column) {
+            return &values[index];
+        }
+    }
+    return nullptr;
+}
+
+std::vector<ColumnChange> CompareRows(const TableSnapshot& oldTable, const RowValues& oldValues,
+                                      const TableSnapshot& newTable, const RowValues& newValues)
+{
+    std::vector<ColumnChange> changes;
+    const bool sameColumns = oldTable.columns == newTable.columns;
+    for (std::size_t index = 0; index < newTable.columns.size(); ++index) {
+        const CString& column = newTable.columns[index];
+        const CString* oldValue = sameColumns ? &oldValues[index] : FindValue(oldTable, oldValues, column);
+        const CString before = oldValue ? *oldValue : CString();
+        if (!(before == newValues[index])) {
+            changes.push_back({column, before, newValues[index]});
+        }
+    }
+    for (std::size_t index = 0; !sameColumns && index < oldTable.columns.size(); ++index) {
+        const CString& column = oldTable.columns[index];
+        if (!FindValue(newTable, newValues, column) && !oldValues[index].IsEmpty()) {
+            changes.push_back({column, oldValues[index], CString()});
+        }
+    }
+    return changes;
+}
+
+void CompareTables(const CString& name, const TableSnapshot& oldTable, const TableSnapshot& newTable,
+                   std::vector<RowDifference>& differences)
+{
+    // Both sides are sorted by key, so that one walk over both meets every row.
+    auto before = oldTable.rows.begin();
+    auto after = newTable.rows.begin();
+    while (before != oldTable.rows.end() || after != newTable.rows.end()) {
+        if (after == newTable.rows.end() || (before != oldTable.rows.end() && before->first < after->first)) {
+            differences.push_back(
+                DescribeWholeRow(name, oldTable, RowChange::Removed, before->first, before->second));
+            ++before;
+        } else if (before == oldTable.rows.end() || after->first < before->first) {
+            differences.push_back(
+                DescribeWholeRow(name, newTable, RowChange::Added, after->first, after->second));
+            ++after;
+        } else {
+            auto columns = CompareRows(oldTable, before->second, newTable, after->second);
+            if (!columns.empty()) {
+                differences.push_back({name, RowChange::Changed, after->first, std::move(columns)});
+            }
+            ++before;
+            ++after;
+        }
+    }
+}
+
+const TableSnapshot& TableOf(const DatabaseSnapshot& database, const CString& name)
+{
+    static const TableSnapshot none;
+    const auto found = database.find(name);
+    return found == database.end() ? none : found->second;
+}
+
+CString JoinKey(const std::vector<CString>& key)
+{
+    CString text;
+    for (const CString& part : key) {
+        text += (text.IsEmpty() ? L"" : L", ") + part;
+    }
+    return text;
+}
+
+const wchar_t* WordOf(RowChange change)
+{
+    return change == RowChange::Added ? L"added" : change == RowChange::Removed ? L"removed" : L"changed";
+}
+
+int CountOf(const DatabaseChanges& database, RowChange change)
+{
+    int count = 0;
+    for (const RowDifference& row : database.rows) {
+        count += row.change == change ? 1 : 0;
+    }
+    return count;
+}
+
+// The value on one line between quotes; quotes inside stand twice, so that nothing in it looks like another value.
+CString Quoted(const CString& value)
+{
+    CString shown = ShownText(value);
+    shown.Replace(L"\"", L"\"\"");
+    return L"\"" + shown + L"\"";
+}
+
+void AppendRow(CString& text, const RowDifference& row)
+{
+    text += L"  " + ShownText(row.strTable) + L": " + ShownText(JoinKey(row.key)) + L" " +
+            WordOf(row.change) + L"\r\n";
+    for (const ColumnChange& column : row.columns) {
+        text += L"      " + ShownText(column.strColumn) + L": ";
+        if (row.change == RowChange::Changed) {
+            text += Quoted(column.strOld) + L" -> " + Quoted(column.strNew) + L"\r\n";
+        } else {
+            text += Quoted(row.change == RowChange::Added ? column.strNew : column.strOld) + L"\r\n";
+        }
+    }
+}
+
+CString JsonRow(const RowDifference& row)
+{
+    CString text = L"      {\"table\": " + JsonText(row.strTable) + L", \"change\": \"" + WordOf(row.change) +
+                   L"\", \"key\": [";
+    for (std::size_t index = 0; index < row.key.size(); ++index) {
+        text += (index ? L", " : L"") + JsonText(row.key[index]);
+    }
+    text += L"], \"columns\": [";
+    for (std::size_t index = 0; index < row.columns.size(); ++index) {
+        const ColumnChange& column = row.columns[index];
+        text += CString(index ? L", " : L"") + L"{\"name\": " + JsonText(column.strColumn);
+        // What isn't there is null: an added row has no old value, a removed one no new value.
+        text +=
+            L", \"old\": " + (row.change == RowChange::Added ? CString(L"null") : JsonText(column.strOld));
+        text +=
+            L", \"new\": " + (row.change == RowChange::Removed ? CString(L"null") : JsonText(column.strNew));
+        text += L"}";
+    }
+    return text + L"]}";
+}
+
+} // namespace
+
+std::vector<RowDifference> CompareSnapshots(const DatabaseSnapshot& original, const DatabaseSnapshot& current)
+{
+    std::map<CString, bool> names;
+    for (const auto& table : original) {
+        names[table.first] = true;
+    }
+    for (const auto& table : current) {
+        names[table.first] = true;
+    }
+    std::vector<RowDifference> differences;
+    for (const auto& name : names) {
+        CompareTables(name.first, TableOf(original, name.first), TableOf(current, name.first), differences);
+    }
+    return differences;
+}
+
+CString ComposeChangesText(const std::vector<DatabaseChanges>& databases)
+{
+    CString text = L"What this deployment changes in the databases of the products\r\n";
+    for (const DatabaseChanges& database : databases) {
+        text +=
+            L"\r\n" + ShownText(database.strTarget) + L" (" + ShownText(database.strProductName) + L")\r\n";
+        if (!database.IsChanged()) {
+            text += L"  Nothing: the file is the maker's, byte for byte. Package code " +
+                    ShownText(database.strOldPackageCode) + L"\r\n";
+            continue;
+        }
+        text += L"  Rows added: " + NumberText(CountOf(database, RowChange::Added)) + L", changed: " +
+                NumberText(CountOf(database, RowChange::Changed)) + L", removed: " +
+                NumberText(CountOf(database, RowChange::Removed)) + L"\r\n";
+        text += L"  Package code: " + ShownText(database.strOldPackageCode) + L" -> " +
+                ShownText(database.strNewPackageCode) + L"\r\n";
+        if (database.bSignatureLost) {
+            text += L"  The maker's digital signature no longer matches the changed database and was "
+                    L"removed.\r\n";
+        }
+        for (const RowDifference& row : database.rows) {
+            AppendRow(text, row);
+        }
+    }
+    return text;
+}
+
+CString JsonText(const CString& text)
+{
+    CString quoted = L"\"";
+    for (int index = 0; index < text.GetLength(); ++index) {
+        const wchar_t character = text[index];
+        if (character == L'"' || character == L'\\') {
+            quoted += L'\\';
+            quoted += character;
+        } else if (IsHiddenUnit(text, index)) {
+            quoted += L"\\u";
+            for (int shift = 12; shift >= 0; shift -= 4) {
+                quoted += L"0123456789abcdef"[(character >> shift) & 15];
+            }
+        } else {
+            quoted += character;
+        }
+    }
+    return quoted + L"\"";
+}
+
+CString ComposeChangesJson(const std::vector<DatabaseChanges>& databases)
+{
+    CString text = L"{\r\n  \"version\": 1,\r\n  \"databases\": [";
+    for (std::size_t index = 0; index < databases.size(); ++index) {
+        const DatabaseChanges& database = databases[index];
+        text += CString(index ? L"," : L"") + L"\r\n    {\"file\": " + JsonText(database.strTarget);
+        text += L", \"product\": " + JsonText(database.strProductName);
+        text += L", \"oldPackageCode\": " + JsonText(database.strOldPackageCode);
+        text += L", \"newPackageCode\": " + JsonText(database.strNewPackageCode);
+        text += CString(L", \"signatureLost\": ") + (database.bSignatureLost ? L"true" : L"false");
+        text += L", \"rows\": [";
+        for (std::size_t row = 0; row < database.rows.size(); ++row) {
+            text += CString(row ? L"," : L"") + L"\r\n" + JsonRow(database.rows[row]);
+        }
+        text += L"]}";
+    }
+    return text + L"\r\n  ]\r\n}\r\n";
+}

@@ -1,0 +1,66 @@
+// What a database holds, and what differs between two of them. No window header: snapshots are made by
+// database_snapshot.h, compared and told here.
+#pragma once
+
+#include "base/string.h"
+
+#include <map>
+#include <vector>
+
+// Values of one row in the order of the table's columns. A stream stands as its size and SHA-256.
+using RowValues = std::vector<CString>;
+
+struct TableSnapshot
+{
+    std::vector<CString> columns;
+    std::vector<CString> columnTypes; // as the service tells them: `s72`, `L255`, `i2`, `V0`
+    int keyColumns = 0;               // the first columns of a table are its primary key
+    std::map<std::vector<CString>, RowValues> rows;
+};
+
+using DatabaseSnapshot = std::map<CString, TableSnapshot>; // by table name
+
+enum class RowChange
+{
+    Added,
+    Changed,
+    Removed,
+};
+
+struct ColumnChange
+{
+    CString strColumn;
+    CString strOld; // empty for an added row
+    CString strNew; // empty for a removed row
+};
+
+struct RowDifference
+{
+    CString strTable;
+    RowChange change = RowChange::Changed;
+    std::vector<CString> key;
+    std::vector<ColumnChange> columns; // of a changed row only the columns that differ
+};
+
+// One database of a deployment and what the build changed in it.
+struct DatabaseChanges
+{
+    CString strTarget; // relative path in the deployment
+    CString strProductName;
+    CString strOldPackageCode;
+    CString strNewPackageCode; // equal to the old one when nothing changed
+    bool bSignatureLost = false;
+    std::vector<RowDifference> rows;
+    // With added files the database is made anew even when all its rows come out as they were.
+    bool IsChanged() const { return !rows.empty() || !(strOldPackageCode == strNewPackageCode); }
+};
+
+// Differences in the order of tables and keys; one pass over both sides.
+std::vector<RowDifference> CompareSnapshots(const DatabaseSnapshot& original,
+                                            const DatabaseSnapshot& current);
+
+CString ComposeChangesText(const std::vector<DatabaseChanges>& databases);
+CString ComposeChangesJson(const std::vector<DatabaseChanges>& databases);
+
+// A JSON string with its quotes.
+CString JsonText(const CString& text);

@@ -1,0 +1,94 @@
+#include "builder/code_page.h"
+
+#include "builder/build_failure.h"
+#include "builder/build_names.h"
+#include "builder/database_snapshot.h"
+#include "builder/file_operations.h"
+
+namespace {
+
+constexpr UINT NEUTRAL_CODE_PAGE = 0;
+
+bool CodePageHolds(UINT codePage, const CString& text)
+{
+    if (IsAscii(text) || codePage == CP_UTF8) {
+        return true;
+    }
+    if (codePage == NEUTRAL_CODE_PAGE) {
+        return false; // each computer would read other letters as those of its own language
+    }
+    BOOL replaced = FALSE;
+    const int bytes = WideCharToMultiByte(codePage, WC_NO_BEST_FIT_CHARS, text, text.GetLength(), nullptr, 0,
+                                          nullptr, &replaced);
+    return bytes > 0 && !replaced;
+}
+
+// The service tells the code page only by exporting a table that doesn't exist.
+UINT ReadCodePage(const BuildDatabase& database)
+{
+    const CString folder = FolderAbove(database.strWorkingCopy);
+    const CString name = LastName(database.strWorkingCopy) + L".codepage";
+    const CString path = JoinFolder(folder, name);
+    CheckInstaller(MsiDatabaseExportW(database.hDatabase, L"_ForceCodepage", folder, name),
+                   L"Reading the code page of", database.strWorkingCopy);
+    std::vector<char> bytes(256);
+    {
+        const FileHandle file = OpenForReading(path);
+        bytes.resize(ReadChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path));
+    }
+    DeleteOneFile(path);
+    const int codePage = ParseCodePage(bytes.data(), bytes.size());
+    if (codePage < 0) {
+        throw BuildFailure{BUILD_DATABASE_DAMAGED,
+                           L"The database \"" + database.strOriginal +
+                               L"\" doesn't tell its code page. Get the media again."};
+    }
+    return static_cast<UINT>(codePage);
+}
+
+bool HasOtherLetters(const std::vector<RowDifference>& rows)
+{
+    for (const RowDifference& row : rows) {
+        for (const ColumnChange& column : row.columns) {
+            if (!IsAscii(column.strNew)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+void RequireCodePageHolds(const BuildDatabase& database, const std::vector<RowDifference>& rows)
+{
+    if (!HasOtherLetters(rows)) {
+        return;
+    }
+    const UINT codePage = ReadCodePage(database);
+    for (const RowDifference& row : rows) {
+        for (const ColumnChange& column : row.columns) {
+            if (!CodePageHolds(codePage, column.strNew)) {
+                throw BuildFailure{BUILD_NO_TRANSLATION,
+                                   L"The database of " + database.strProductName + L" uses the code page " +
+                                       NumberText(codePage) + L", which lacks letters of \"" + column.strNew +
+                                       L"\" (table " + row.strTable + L", row " + row.key.front() +
+                                       L", column " + column.strColumn + L"). " +
+                                       RemedyOf(BUILD_NO_TRANSLATION)};
+            }
+        }
+    }
+}
+
+int ParseCodePage(const char* text, std::size_t length)
+{
+    std::size_t index = 0;
+    while (index < length && (text[index] == '\r' || text[index] == '\n' || text[index] == '\t')) {
+        ++index;
+    }
+    int codePage = -1;
+    for (; index < length && text[index] >= '0' && text[index] <= '9' && codePage < 1000000; ++index) {
+        codePage = (codePage < 0 ? 0 : codePage * 10) + (text[index] - '0');
+    }
+    return index < length && text[index] == '\t' ? codePage : -1;
+}

@@ -1,0 +1,40 @@
+// What a plan comes to, file by file: made before anything is written, so that size, paths and clashes are known
+// first. The list itself needs no window header; filling it looks at the disk (copy_scan.h).
+#pragma once
+
+#include "builder/build_plan.h"
+
+#include <map>
+
+struct CopyItem
+{
+    CString strSource; // full path
+    CString strTarget; // relative
+    std::uint64_t size = 0;
+};
+
+struct CopyList
+{
+    std::vector<CString> folders; // relative, parents before children
+    std::vector<CopyItem> files;
+    // Of the user's: files that aren't packed, which come with their database. Filled once that is decided.
+    std::vector<CopyItem> looseAdditions;
+    std::uint64_t bytes = 0; // of the files, of the databases and, once they are decided, of the user's files
+    std::uint64_t userBytes = 0;       // of the user's files that are packed before they are copied
+    std::vector<CString> skippedLinks; // full paths: links to other folders are not followed
+};
+
+// Adds loose files of the user's, with the folders above them and their bytes.
+void AddLooseFiles(CopyList& list, std::vector<CopyItem> files);
+
+// Every target of a build with where its content comes from, in any case.
+using TargetNames = std::map<CString, CString, CompareNoCaseLess>;
+
+// The names that the plan and the builder itself write: databases, texts, commands, notes.
+TargetNames NamedTargets(const BuildPlan& plan);
+
+// A sentence when two sources would become one file, or a target leads out of the deployment; else empty.
+CString RefusedTargets(const BuildPlan& plan, const CopyList& list);
+
+// The longest path of the deployment as workstations see it.
+CString LongestPath(const BuildPlan& plan, const CopyList& list, const CString& workstationPath);

@@ -1,0 +1,7 @@
+// Fills a copy list by looking at the plan's sources.
+#pragma once
+
+#include "builder/copy_list.h"
+
+// Throws a BuildFailure when a source is missing, can't be read, or holds the location of the deployment itself.
+CopyList ScanSources(const BuildPlan& plan);

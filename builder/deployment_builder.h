@@ -1,0 +1,26 @@
+// Carries out a build plan. The deployment appears by one rename at the end: whatever happens before leaves the old
+// deployment, or none.
+//
+//   CleanUpLocation(location);                          at start and before listing deployments
+//   BuildResult result = BuildDeployment(plan, progress);
+//
+// One build of one deployment at a time, over all computers: a second one is refused with a message.
+#pragma once
+
+#include "builder/build_plan.h"
+#include "builder/build_result.h"
+
+// Builds; returns after the deployment stands or everything is undone. May run on another thread than the one that
+// opened the databases, as long as nobody else uses them meanwhile. Nothing is thrown.
+[[nodiscard]] BuildResult BuildDeployment(const BuildPlan& plan, IBuildProgress& progress) noexcept;
+
+// The checks of a build alone, nothing is written but a probe of the right to write. `warnings` are added.
+[[nodiscard]] HostError CheckBuild(const BuildPlan& plan, std::vector<CString>& warnings) noexcept;
+
+// Bytes that the plan's deployment will take; files that can't be read count as nothing here (the build tells them).
+[[nodiscard]] std::uint64_t MeasureBuild(const BuildPlan& plan) noexcept;
+
+// Removes what dead builds left in a location: `.<name>.staging-<8 hex digits>` and `.<name>.old-<8 hex digits>`
+// folders whose lock file nobody holds. Where a build died between its two renames the old deployment is put back.
+// Nothing else is touched. `messages` gets a sentence for each thing done or not possible; failures are not fatal.
+void CleanUpLocation(const CString& location, std::vector<CString>& messages) noexcept;

@@ -1,0 +1,379 @@
+#include "builder/file_operations.h"
+
+#include "builder/build_failure.h"
+#include "builder/build_names.h"
+#include "builder/link_rule.h"
+#include "builder/system_text.h"
+
+#include <atomic>
+
+namespace {
+
+FileFault g_fault;
+std::atomic<long long> g_operations = 0;
+std::atomic<long long> g_flushes = 0;
+
+// The one place where a test makes an operation fail.
+bool IsFaultDue()
+{
+    const long long number = ++g_operations;
+    if (g_fault.operation == 0 || number < g_fault.operation ||
+        (number > g_fault.operation && !g_fault.stays)) {
+        return false;
+    }
+    if (g_fault.code == 0) {
+        TerminateProcess(GetCurrentProcess(), 99);
+    }
+    SetLastError(g_fault.code);
+    return true;
+}
+
+[[noreturn]] void Fail(const wchar_t* operation, const CString& path)
+{
+    const DWORD code = GetLastError();
+    throw BuildFailure{code, DescribeFailure(operation, path, code, ReasonFor(code, path))};
+}
+
+void Check(bool done, const wchar_t* operation, const CString& path)
+{
+    if (!done) {
+        Fail(operation, path);
+    }
+}
+
+bool IsMissing(DWORD code)
+{
+    return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND;
+}
+
+// Owns a search.
+class FindHandle
+{
+public:
+    explicit FindHandle(HANDLE handle) : m_handle(handle) {}
+    FindHandle(const FindHandle&) = delete;
+    FindHandle& operator=(const FindHandle&) = delete;
+    ~FindHandle()
+    {
+        if (m_handle != INVALID_HANDLE_VALUE) {
+            FindClose(m_handle);
+        }
+    }
+    HANDLE Get() const { return m_handle; }
+
+private:
+    HANDLE m_handle;
+};
+
+FileHandle Open(const CString& path, DWORD access, DWORD share, DWORD disposition, DWORD flags)
+{
+    return IsFaultDue() ? FileHandle()
+                        : FileHandle(CreateFileW(UnlimitedPath(path), access, share, nullptr, disposition,
+                                                 flags, nullptr));
+}
+
+FolderEntry EntryOf(const WIN32_FIND_DATAW& found)
+{
+    return {found.cFileName, (std::uint64_t{found.nFileSizeHigh} << 32) | found.nFileSizeLow,
+            found.dwFileAttributes,
+            (std::uint64_t{found.ftLastWriteTime.dwHighDateTime} << 32) | found.ftLastWriteTime.dwLowDateTime,
+            IsLinkMark(found.dwFileAttributes, found.dwReserved0)};
+}
+
+void ClearReadOnly(const CString& path)
+{
+    const DWORD attributes = GetFileAttributesW(UnlimitedPath(path));
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)) {
+        SetFileAttributesW(UnlimitedPath(path), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
+    }
+}
+
+} // namespace
+
+void FileHandle::Close()
+{
+    if (IsOpen()) {
+        const DWORD error = GetLastError();
+        CloseHandle(std::exchange(m_handle, INVALID_HANDLE_VALUE));
+        SetLastError(error);
+    }
+}
+
+FileHandle OpenForReading(const CString& path)
+{
+    FileHandle file = Open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                           OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
+    Check(file.IsOpen(), L"Opening", path);
+    return file;
+}
+
+FileHandle CreateForWriting(const CString& path)
+{
+    FileHandle file = Open(path, GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL);
+    Check(file.IsOpen(), L"Creating", path);
+    return file;
+}
+
+FileHandle CreateForBoth(const CString& path)
+{
+    FileHandle file = Open(path, GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL);
+    Check(file.IsOpen(), L"Creating", path);
+    return file;
+}
+
+DWORD ReadChunk(const FileHandle& file, void* bytes, DWORD size, const CString& path)
+{
+    DWORD read = 0;
+    Check(!IsFaultDue() && ReadFile(file.Get(), bytes, size, &read, nullptr), L"Reading", path);
+    return read;
+}
+
+void WriteChunk(const FileHandle& file, const void* bytes, DWORD size, const CString& path)
+{
+    DWORD written = 0;
+    Check(!IsFaultDue() && WriteFile(file.Get(), bytes, size, &written, nullptr), L"Writing", path);
+    if (written != size) {
+        SetLastError(ERROR_DISK_FULL);
+        Fail(L"Writing", path);
+    }
+}
+
+std::uint64_t SeekInFile(const FileHandle& file, long long distance, DWORD origin, const CString& path)
+{
+    LARGE_INTEGER wanted = {};
+    LARGE_INTEGER place = {};
+    wanted.QuadPart = distance;
+    Check(!IsFaultDue() && SetFilePointerEx(file.Get(), wanted, &place, origin), L"Reading", path);
+    return static_cast<std::uint64_t>(place.QuadPart);
+}
+
+void FlushToDisk(const FileHandle& file, const CString& path)
+{
+    ++g_flushes;
+    Check(!IsFaultDue() && FlushFileBuffers(file.Get()), L"Writing", path);
+}
+
+void CopyTimesAndAttributes(const FileHandle& from, const FileHandle& to, const CString& path)
+{
+    FILE_BASIC_INFO basic = {};
+    Check(!IsFaultDue() && GetFileInformationByHandleEx(from.Get(), FileBasicInfo, &basic, sizeof(basic)),
+          L"Reading times and attributes for", path);
+    // Compression and the like belong to the disk that the file came from.
+    basic.FileAttributes &= FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
+                            FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+    if (basic.FileAttributes == 0) {
+        basic.FileAttributes = FILE_ATTRIBUTE_NORMAL;
+    }
+    basic.ChangeTime.QuadPart = 0; // the system's own
+    Check(!IsFaultDue() && SetFileInformationByHandle(to.Get(), FileBasicInfo, &basic, sizeof(basic)),
+          L"Setting times and attributes of", path);
+}
+
+FILETIME LastWriteTime(const FileHandle& file, const CString& path)
+{
+    FILETIME written = {};
+    Check(!IsFaultDue() && GetFileTime(file.Get(), nullptr, nullptr, &written), L"Reading the time of", path);
+    return written;
+}
+
+std::uint64_t SizeOfFile(const CString& path)
+{
+    WIN32_FILE_ATTRIBUTE_DATA data = {};
+    Check(!IsFaultDue() && GetFileAttributesExW(UnlimitedPath(path), GetFileExInfoStandard, &data),
+          L"Reading the size of", path);
+    return (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
+}
+
+BY_HANDLE_FILE_INFORMATION InformationOf(const CString& path)
+{
+    BY_HANDLE_FILE_INFORMATION information = {};
+    const FileHandle file =
+        Open(path, FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+             OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+    if (!file.IsOpen() && IsMissing(GetLastError())) {
+        return information;
+    }
+    Check(file.IsOpen() && GetFileInformationByHandle(file.Get(), &information), L"Looking at", path);
+    return information;
+}
+
+FolderEntry EntryOnDisk(const CString& path)
+{
+    WIN32_FIND_DATAW found = {};
+    const CString bare = UnlimitedPath(WithoutClosingBackslash(path));
+    const FindHandle search(IsFaultDue() ? INVALID_HANDLE_VALUE : FindFirstFileW(bare, &found));
+    if (search.Get() == INVALID_HANDLE_VALUE) {
+        Check(IsMissing(GetLastError()), L"Looking for", path);
+        return {};
+    }
+    return EntryOf(found);
+}
+
+std::vector<FolderEntry> ListFolder(const CString& path)
+{
+    WIN32_FIND_DATAW found = {};
+    const CString pattern = UnlimitedPath(JoinFolder(path, L"*"));
+    FindHandle search(IsFaultDue() ? INVALID_HANDLE_VALUE
+                                   : FindFirstFileExW(pattern, FindExInfoBasic, &found, FindExSearchNameMatch,
+                                                      nullptr, FIND_FIRST_EX_LARGE_FETCH));
+    if (search.Get() == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND) {
+        return {}; // an empty disk: its root lists not even itself
+    }
+    Check(search.Get() != INVALID_HANDLE_VALUE, L"Listing", path);
+    std::vector<FolderEntry> entries;
+    do {
+        FolderEntry entry = EntryOf(found);
+        if (!(entry.strName == L".") && !(entry.strName == L"..")) {
+            entries.push_back(std::move(entry));
+        }
+    } while (!IsFaultDue() && FindNextFileW(search.Get(), &found));
+    Check(GetLastError() == ERROR_NO_MORE_FILES, L"Listing", path);
+    return entries;
+}
+
+PathKind KindOfPath(const CString& path)
+{
+    const DWORD attributes = IsFaultDue() ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(UnlimitedPath(path));
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        Check(IsMissing(GetLastError()), L"Looking for", path);
+        return PathKind::Nothing;
+    }
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) ? PathKind::Folder : PathKind::File;
+}
+
+void MakeFolder(const CString& path)
+{
+    Check(!IsFaultDue() && CreateDirectoryW(UnlimitedPath(path), nullptr), L"Creating the folder", path);
+}
+
+void RenameFolder(const CString& from, const CString& to)
+{
+    Check(!IsFaultDue() && MoveFileExW(UnlimitedPath(from), UnlimitedPath(to), 0), L"Renaming the folder",
+          from);
+}
+
+void RenameFile(const CString& from, const CString& to)
+{
+    Check(!IsFaultDue() && MoveFileExW(UnlimitedPath(from), UnlimitedPath(to), 0), L"Moving", from);
+}
+
+void DeleteOneFile(const CString& path)
+{
+    ClearReadOnly(path);
+    Check(!IsFaultDue() && DeleteFileW(UnlimitedPath(path)), L"Deleting", path);
+}
+
+void DeleteEmptyFolder(const CString& path)
+{
+    ClearReadOnly(path);
+    Check(!IsFaultDue() && RemoveDirectoryW(UnlimitedPath(path)), L"Deleting the folder", path);
+}
+
+void DeleteTree(const CString& path)
+{
+    for (const FolderEntry& entry : ListFolder(path)) {
+        const CString inner = JoinFolder(path, entry.strName);
+        if (!entry.IsFolder()) {
+            DeleteOneFile(inner);
+        } else if (entry.IsLink()) {
+            DeleteEmptyFolder(inner);
+        } else {
+            DeleteTree(inner);
+        }
+    }
+    DeleteEmptyFolder(path);
+}
+
+void RequireNothingOpenBelow(const CString& path)
+{
+    for (const FolderEntry& entry : ListFolder(path)) {
+        const CString inner = JoinFolder(path, entry.strName);
+        if (entry.IsFolder()) {
+            if (!entry.IsLink()) {
+                RequireNothingOpenBelow(inner);
+            }
+            continue;
+        }
+        // Asking for the right to delete is refused exactly when a rename would be.
+        const FileHandle probe = Open(inner, DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+        Check(probe.IsOpen(), L"Replacing", inner);
+    }
+}
+
+CString ReasonFor(unsigned int code, const CString& path)
+{
+    CString reason = SystemText(code).TrimRight(L".");
+    ULARGE_INTEGER free = {};
+    const CString folder = FolderAbove(path);
+    if ((code == ERROR_DISK_FULL || code == ERROR_HANDLE_DISK_FULL) &&
+        GetDiskFreeSpaceExW(UnlimitedPath(WithClosingBackslash(folder)), &free, nullptr, nullptr)) {
+        reason += L"; \"" + folder + L"\" has " + NumberText(static_cast<long long>(free.QuadPart >> 20)) +
+                  L" MB free";
+    }
+    return reason;
+}
+
+std::uint64_t FreeBytes(const CString& folder)
+{
+    ULARGE_INTEGER free = {};
+    const CString path = WithClosingBackslash(folder);
+    Check(!IsFaultDue() && GetDiskFreeSpaceExW(UnlimitedPath(path), &free, nullptr, nullptr),
+          L"Reading the free space of", folder);
+    return free.QuadPart;
+}
+
+bool IsRemote(const CString& path)
+{
+    return path.Left(2) == L"\\\\" ||
+           (path.Mid(1, 1) == L":" && GetDriveTypeW(path.Left(2) + L"\\") == DRIVE_REMOTE);
+}
+
+FileHandle OpenAlone(const CString& path, bool makeIt)
+{
+    FileHandle file = Open(path, GENERIC_READ | GENERIC_WRITE | DELETE, 0,
+                           makeIt ? OPEN_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_HIDDEN);
+    Check(file.IsOpen() || GetLastError() == ERROR_SHARING_VIOLATION, L"Creating", path);
+    return file;
+}
+
+std::vector<char> ReadAll(const FileHandle& file, const CString& path)
+{
+    std::vector<char> bytes(4096);
+    SetFilePointer(file.Get(), 0, nullptr, FILE_BEGIN);
+    bytes.resize(ReadChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path));
+    return bytes;
+}
+
+void ReplaceAll(const FileHandle& file, const std::vector<char>& bytes, const CString& path)
+{
+    SetFilePointer(file.Get(), 0, nullptr, FILE_BEGIN);
+    Check(!IsFaultDue() && SetEndOfFile(file.Get()), L"Writing", path);
+    WriteChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path);
+    FlushToDisk(file, path);
+}
+
+void DeleteOnClose(const FileHandle& file, const CString& path)
+{
+    FILE_DISPOSITION_INFO disposition = {TRUE};
+    Check(!IsFaultDue() &&
+              SetFileInformationByHandle(file.Get(), FileDispositionInfo, &disposition, sizeof(disposition)),
+          L"Deleting", path);
+}
+
+void SetFileFault(const FileFault& fault)
+{
+    g_fault = fault;
+    g_operations = 0;
+    g_flushes = 0;
+}
+
+long long CountedFileOperations()
+{
+    return g_operations;
+}
+
+long long CountedFlushes()
+{
+    return g_flushes;
+}

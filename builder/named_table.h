@@ -1,0 +1,73 @@
+// A table of a snapshot with its columns by name. No window header.
+#pragma once
+
+#include "builder/change_report.h"
+
+#include <algorithm>
+
+// A number as it stands in a snapshot; 0 for anything else.
+inline long long NumberOf(const CString& text)
+{
+    const bool negative = text.Left(1) == L"-";
+    long long number = 0;
+    for (int index = negative ? 1 : 0; index < text.GetLength() && number < (1ll << 40); ++index) {
+        if (text[index] < L'0' || text[index] > L'9') {
+            return 0;
+        }
+        number = number * 10 + (text[index] - L'0');
+    }
+    return negative ? -number : number;
+}
+
+// A table that isn't there has no rows: ask `Exists` before `Rows`.
+template <class Table>
+class NamedTable
+{
+public:
+    explicit NamedTable(Table* table) : m_table(table) {}
+
+    bool Exists() const { return m_table != nullptr; }
+    auto& Rows() const { return m_table->rows; }
+    bool Has(const CString& key) const { return m_table && m_table->rows.count({key}) != 0; }
+    int ColumnOf(const wchar_t* name) const
+    {
+        const auto found = std::find(m_table->columns.begin(), m_table->columns.end(), CString(name));
+        return found == m_table->columns.end() ? -1 : static_cast<int>(found - m_table->columns.begin());
+    }
+    CString Value(const RowValues& row, const wchar_t* column) const
+    {
+        const int index = ColumnOf(column);
+        return index < 0 ? CString() : row[static_cast<std::size_t>(index)];
+    }
+    void Set(RowValues& row, const wchar_t* column, const CString& value) const
+    {
+        const int index = ColumnOf(column);
+        if (index >= 0) {
+            row[static_cast<std::size_t>(index)] = value;
+        }
+    }
+    bool HoldsOnlyShortNumbers(const wchar_t* column) const
+    {
+        const int index = ColumnOf(column);
+        return index >= 0 && m_table->columnTypes[static_cast<std::size_t>(index)].Right(1) == L"2"; // i2, I2
+    }
+    RowValues EmptyRow() const { return RowValues(m_table->columns.size()); }
+
+private:
+    Table* m_table;
+};
+
+using ReadTable = NamedTable<const TableSnapshot>;
+using WriteTable = NamedTable<TableSnapshot>;
+
+inline ReadTable TableToRead(const DatabaseSnapshot& database, const wchar_t* name)
+{
+    const auto found = database.find(name);
+    return ReadTable(found == database.end() ? nullptr : &found->second);
+}
+
+inline WriteTable TableToWrite(DatabaseSnapshot& database, const wchar_t* name)
+{
+    const auto found = database.find(name);
+    return WriteTable(found == database.end() ? nullptr : &found->second);
+}

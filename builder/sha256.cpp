@@ -1,0 +1,54 @@
+#include "builder/sha256.h"
+
+#include "builder/build_failure.h"
+
+#include <windows.h>
+
+#include <bcrypt.h>
+
+namespace {
+
+void Require(NTSTATUS status)
+{
+    if (status < 0) {
+        throw BuildFailure{BUILD_INSTALLER_FAILED,
+                           L"Windows could not compute SHA-256 (status " + NumberText(status) +
+                               L"). Repair the system's cryptography and start the build again."};
+    }
+}
+
+} // namespace
+
+Sha256::Sha256()
+{
+    Require(BCryptOpenAlgorithmProvider(&m_algorithm, BCRYPT_SHA256_ALGORITHM, nullptr, 0));
+    const NTSTATUS status = BCryptCreateHash(m_algorithm, &m_hash, nullptr, 0, nullptr, 0, 0);
+    if (status < 0) {
+        BCryptCloseAlgorithmProvider(m_algorithm, 0);
+    }
+    Require(status);
+}
+
+Sha256::~Sha256()
+{
+    BCryptDestroyHash(m_hash);
+    BCryptCloseAlgorithmProvider(m_algorithm, 0);
+}
+
+void Sha256::Add(const void* bytes, std::size_t size)
+{
+    Require(
+        BCryptHashData(m_hash, static_cast<PUCHAR>(const_cast<void*>(bytes)), static_cast<ULONG>(size), 0));
+}
+
+CString Sha256::Finish()
+{
+    unsigned char digest[32] = {};
+    Require(BCryptFinishHash(m_hash, digest, sizeof(digest), 0));
+    CString text;
+    for (const unsigned char byte : digest) {
+        text += L"0123456789abcdef"[byte >> 4];
+        text += L"0123456789abcdef"[byte & 15];
+    }
+    return text;
+}

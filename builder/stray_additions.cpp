@@ -1,0 +1,178 @@
+#include "builder/stray_additions.h"
+
+#include "builder/named_table.h"
+
+#include <set>
+
+namespace {
+
+bool IsHexDigit(wchar_t character)
+{
+    return (character >= L'0' && character <= L'9') || (character >= L'A' && character <= L'F') ||
+           (character >= L'a' && character <= L'f');
+}
+
+// The tables with a row, or rows, for each added file or folder, and the column that names it.
+const struct
+{
+    const wchar_t* table;
+    const wchar_t* column;
+} g_places[] = {{L"File", L"File"},
+                {L"Component", L"Component"},
+                {L"FeatureComponents", L"Component_"},
+                {L"CreateFolder", L"Component_"},
+                {L"TarnCustomFile", L"Component_"}};
+
+std::set<CString> UserKeysIn(const DatabaseSnapshot& database, const wchar_t* name, const wchar_t* column)
+{
+    std::set<CString> keys;
+    const ReadTable table = TableToRead(database, name);
+    if (table.Exists()) {
+        for (const auto& [key, row] : table.Rows()) {
+            const CString value = table.Value(row, column);
+            if (IsUserKey(value)) {
+                keys.insert(value);
+            }
+        }
+    }
+    return keys;
+}
+
+constexpr std::size_t MAX_DEPTH = 1000; // folders in folders; a path is far shorter
+
+class StrayFinder
+{
+public:
+    explicit StrayFinder(const DatabaseSnapshot& database)
+        : m_records(TableToRead(database, L"TarnCustomFile")), m_files(TableToRead(database, L"File")),
+          m_components(TableToRead(database, L"Component")),
+          m_directories(TableToRead(database, L"Directory")),
+          m_featureKeys(UserKeysIn(database, L"FeatureComponents", L"Component_"))
+    {
+    }
+
+    // Whether the installer finds all that the rows of the addition point to.
+    bool IsWhole(const CString& key) const
+    {
+        return m_records.Has(key) && (IsFolder(key) ? m_directories : m_files).Has(key) &&
+               m_components.Has(key) && m_featureKeys.count(key) != 0 &&
+               LiesInAFolder(m_components.Value(m_components.Rows().at({key}), L"Directory_"));
+    }
+
+    // What the user knows it by; the key where nothing else is left.
+    CString NameOf(const CString& key) const
+    {
+        if (m_files.Has(key)) {
+            return LongName(m_files.Value(m_files.Rows().at({key}), L"FileName"));
+        }
+        if (m_records.Has(key)) {
+            return m_records.Value(m_records.Rows().at({key}), L"SourceFileName");
+        }
+        if (m_directories.Has(key)) {
+            return LongName(m_directories.Value(m_directories.Rows().at({key}), L"DefaultDir"));
+        }
+        return key;
+    }
+
+private:
+    // The directory and all that it lies in are there, as far as they were added.
+    bool LiesInAFolder(const CString& directory) const
+    {
+        CString key = directory;
+        for (std::size_t depth = 0; depth <= MAX_DEPTH; ++depth) {
+            if (!IsUserKey(key)) {
+                return true; // the product's own, for better or worse
+            }
+            if (!m_directories.Has(key)) {
+                return false;
+            }
+            key = m_directories.Value(m_directories.Rows().at({key}), L"Directory_Parent");
+        }
+        return false;
+    }
+
+    bool IsFolder(const CString& key) const
+    {
+        return m_records.Value(m_records.Rows().at({key}), L"Flags") == FOLDER_FLAGS;
+    }
+
+    ReadTable m_records;
+    ReadTable m_files;
+    ReadTable m_components;
+    ReadTable m_directories;
+    std::set<CString> m_featureKeys;
+};
+
+} // namespace
+
+bool IsUserKey(const CString& key)
+{
+    if (key.GetLength() != 41 || !(key.Left(5) == L"TARN_")) {
+        return false;
+    }
+    for (int index = 0; index < 36; ++index) {
+        const bool dash = index == 8 || index == 13 || index == 18 || index == 23;
+        const wchar_t character = key[index + 5];
+        if (dash ? character != L'_' : !IsHexDigit(character)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+CString LongName(const CString& fileName)
+{
+    return fileName.Mid(fileName.Find(L'|') + 1);
+}
+
+std::vector<CString> FindStraySteps(const DatabaseSnapshot& database)
+{
+    const ReadTable actions = TableToRead(database, L"CustomAction");
+    std::vector<CString> strays;
+    for (const CString& key : UserKeysIn(database, L"InstallExecuteSequence", L"Action")) {
+        if (!actions.Has(key)) {
+            strays.push_back(key);
+        }
+    }
+    return strays;
+}
+
+void RemoveStraySteps(DatabaseSnapshot& database, const std::vector<CString>& steps)
+{
+    const WriteTable sequence = TableToWrite(database, L"InstallExecuteSequence");
+    for (const CString& step : steps) {
+        sequence.Rows().erase({step});
+    }
+}
+
+std::vector<StrayAddition> FindStrayAdditions(const DatabaseSnapshot& database)
+{
+    std::set<CString> keys;
+    for (const auto& place : g_places) {
+        keys.merge(UserKeysIn(database, place.table, place.column));
+    }
+    const StrayFinder finder(database);
+    std::vector<StrayAddition> strays;
+    for (const CString& key : keys) {
+        if (!finder.IsWhole(key)) {
+            strays.push_back({key, finder.NameOf(key)});
+        }
+    }
+    return strays;
+}
+
+void RemoveStrayAdditions(DatabaseSnapshot& database, const std::vector<StrayAddition>& strays)
+{
+    std::set<CString> keys;
+    for (const StrayAddition& stray : strays) {
+        keys.insert(stray.strKey);
+    }
+    for (const auto& place : g_places) {
+        const WriteTable table = TableToWrite(database, place.table);
+        if (table.Exists()) {
+            std::erase_if(table.Rows(), [&](const auto& row) {
+                return keys.count(table.Value(row.second, place.column)) != 0;
+            });
+        }
+    }
+}

@@ -1,7 +1,0 @@
-// Fills a copy list by looking at the plan's sources.
-#pragma once
-
-#include "host/build/copy_list.h"
-
-// Throws a BuildFailure when a source is missing, can't be read, or holds the location of the deployment itself.
-CopyList ScanSources(const BuildPlan& plan);
