@@ -25,7 +25,7 @@ bool IsTextId(int id)
     return (id & 0xFFFF) == WINDOWS_TEXT_ID || id == WINE_TEXT_ID;
 }
 
-bool TakeButton(HWND button, BoxParts& parts)
+bool ReadButton(HWND button, BoxParts& parts)
 {
     const int id = GetDlgCtrlID(button);
     // Wine's box holds every button and hides those that aren't asked for.
@@ -39,7 +39,7 @@ bool TakeButton(HWND button, BoxParts& parts)
     return true;
 }
 
-bool TakeStatic(HWND control, BoxParts& parts)
+bool ReadStatic(HWND control, BoxParts& parts)
 {
     const LONG style = GetWindowLongW(control, GWL_STYLE);
     if ((style & SS_TYPEMASK) == SS_ICON) {
@@ -54,15 +54,15 @@ bool TakeStatic(HWND control, BoxParts& parts)
 }
 
 // Nothing tells a message box from another dialog but its make: an icon, one text, and buttons with standard ids.
-std::optional<BoxParts> TakeApart(HWND window)
+std::optional<BoxParts> ReadParts(HWND window)
 {
     if (WindowClass(window) != CString(L"#32770"))
         return std::nullopt;
     BoxParts parts;
     for (HWND child : ChildWindows(window)) {
         const CString name = WindowClass(child);
-        const bool fits = name == CString(L"Button")   ? TakeButton(child, parts)
-                          : name == CString(L"Static") ? TakeStatic(child, parts)
+        const bool fits = name == CString(L"Button")   ? ReadButton(child, parts)
+                          : name == CString(L"Static") ? ReadStatic(child, parts)
                                                        : false;
         if (!fits)
             return std::nullopt;
@@ -151,7 +151,7 @@ CString MessageBoxView::Describe() const
 
 std::optional<MessageBoxView> ReadMessageBox(HWND window)
 {
-    const std::optional<BoxParts> parts = TakeApart(window);
+    const std::optional<BoxParts> parts = ReadParts(window);
     if (!parts)
         return std::nullopt;
     MessageBoxView view;

@@ -5,7 +5,7 @@
 
 // Why something failed, for the person who reads it: which thing, why, and what to do. Code 0 is success; otherwise
 // an installer or system code, or one of the program's own below.
-struct HostError
+struct OperationError
 {
     unsigned int code = 0;
     CString message;

@@ -17,7 +17,7 @@ constexpr std::size_t SMALL_FILE_BYTES = 16 << 10;
 constexpr std::size_t LARGE_FILES = 4;
 constexpr std::size_t FOLDERS = 40;
 
-class SilentProgress final : public IBuildProgress
+class CSilentProgress final : public IBuildProgress
 {
 public:
     void OnStep(const CString&) override {}
@@ -29,8 +29,8 @@ void WriteFileOf(const CString& path, std::uint64_t size)
     // No two blocks are equal, so that no file system can store them once.
     std::string block(1 << 20, '\0');
     std::uint32_t state = 0x12345678u ^ static_cast<std::uint32_t>(size);
-    const FileHandle file(CreateFileW(UnlimitedPath(path), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
+    const CFileHandle file(CreateFileW(UnlimitedPath(path), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                       FILE_ATTRIBUTE_NORMAL, nullptr));
     while (size > 0) {
         for (char& byte : block) {
             state = state * 1664525u + 1013904223u;
@@ -125,7 +125,7 @@ double Copy(const BuildPlan& plan, PlainCopy way)
 
 double Build(const BuildPlan& plan)
 {
-    SilentProgress progress;
+    CSilentProgress progress;
     const double start = NowMilliseconds();
     const BuildResult result = BuildDeployment(plan, progress);
     const double end = NowMilliseconds();

@@ -29,10 +29,10 @@ const wchar_t* const PARENT_KEY = L"INSTALLDIR";
     throw CannotMeasure{CString(what) + L" failed on the sample product's database"};
 }
 
-class OpenProduct
+class COpenProduct
 {
 public:
-    explicit OpenProduct(const BenchOptions& options) : m_host(OpenSampleHost(options)) {}
+    explicit COpenProduct(const BenchOptions& options) : m_host(OpenSampleHost(options)) {}
     CProduct* Get() const { return m_host->GetSetupManager().m_pProducts->at(0); }
 
 private:
@@ -143,7 +143,7 @@ double AddFilesBare(CProduct& product, const CString& source, int first, int cou
 
 double AddFiles(CProduct& product, const CString& source, int first, int count)
 {
-    UserFileWriter writer(&product, product.GetMsiHandle());
+    CUserFileWriter writer(&product, product.GetMsiHandle());
     CString key;
     const double start = NowMilliseconds();
     if (first == 0) {
@@ -218,8 +218,8 @@ Comparison MeasureFiles(const BenchOptions& options, const CString& source, int 
     comparison.strWhat = NumberText(count) + L" user files";
     comparison.goal = 1.1;
     for (int run = 0; run < runs; ++run) {
-        const OpenProduct bareProduct(options);
-        const OpenProduct product(options);
+        const COpenProduct bareProduct(options);
+        const COpenProduct product(options);
         double bare = 0;
         double ours = 0;
         for (int first = 0; first < count; first += FILES_AT_A_TIME) {
@@ -267,7 +267,7 @@ std::vector<Comparison> MeasureRows(const BenchOptions& options)
     Comparison properties;
     properties.strWhat = NumberText(PROPERTIES) + L" property writes and reads";
     properties.goal = 1.1;
-    const OpenProduct product(options);
+    const COpenProduct product(options);
     const MSIHANDLE database = product.Get()->GetMsiHandle();
     static_cast<void>(WriteAndReadBare(database));
     static_cast<void>(WriteAndRead(database));

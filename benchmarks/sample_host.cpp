@@ -6,7 +6,7 @@ std::unique_ptr<CSetupHost> OpenSampleHost(const BenchOptions& options)
     hostOptions.strMedia = options.strMedia;
     hostOptions.strProgramFolder = options.strProgramFolder;
     hostOptions.strWorkFolder = options.strScratch;
-    HostError error;
+    OperationError error;
     std::unique_ptr<CSetupHost> host(OpenSetupHost(hostOptions, error));
     if (!host) {
         throw CannotMeasure{error.message};

@@ -37,10 +37,10 @@ BOOL CALLBACK LookForPage(HWND window, LPARAM parameter)
 }
 
 // A program that is ended whatever happens.
-class Program
+class CProgram
 {
 public:
-    explicit Program(const CString& commandLine)
+    explicit CProgram(const CString& commandLine)
     {
         STARTUPINFOW startup = {};
         startup.cb = sizeof(startup);
@@ -50,15 +50,15 @@ public:
             throw CannotMeasure{L"Can't start " + commandLine};
         }
     }
-    ~Program()
+    ~CProgram()
     {
         TerminateProcess(m_process.hProcess, 1);
         WaitForSingleObject(m_process.hProcess, INFINITE);
         CloseHandle(m_process.hThread);
         CloseHandle(m_process.hProcess);
     }
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
+    CProgram(const CProgram&) = delete;
+    CProgram& operator=(const CProgram&) = delete;
 
     // Waits for the page, painted and answering.
     void AwaitPage(double start) const
@@ -98,7 +98,7 @@ private:
 Started Start(const CString& commandLine)
 {
     const double start = NowMilliseconds();
-    const Program program(commandLine);
+    const CProgram program(commandLine);
     program.AwaitPage(start);
     Started started;
     started.milliseconds = NowMilliseconds() - start;

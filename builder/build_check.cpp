@@ -56,7 +56,7 @@ void WarnOfLogFolder(BuildRun& run)
     CString reason;
     try {
         const CString probe = JoinFolder(logs, L"." + run.plan.strName + L".probe-" + HexText(run.id));
-        const FileHandle file = OpenAlone(probe, true);
+        const CFileHandle file = OpenAlone(probe, true);
         if (file.IsOpen()) {
             DeleteOnClose(file, probe);
         }

@@ -4,8 +4,8 @@
 
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
-#include "builder/notes_text.h"
 #include "builder/own_files.h"
+#include "builder/readme_text.h"
 
 namespace {
 
@@ -48,7 +48,7 @@ void ClearBuild(const CString& location, const CString& name, std::uint32_t id,
 }
 
 // Clears by the lock file that this process now holds. False when the file isn't a lock of ours.
-bool ClearByLock(const FileHandle& lock, const CString& path, std::vector<CString>& messages)
+bool ClearByLock(const CFileHandle& lock, const CString& path, std::vector<CString>& messages)
 {
     const std::vector<char> bytes = ReadAll(lock, path);
     std::uint32_t id = 0;
@@ -63,7 +63,7 @@ bool ClearByLock(const FileHandle& lock, const CString& path, std::vector<CStrin
 void ClearOneLock(const CString& path, std::vector<CString>& messages)
 {
     try {
-        const FileHandle lock = OpenAlone(path, false);
+        const CFileHandle lock = OpenAlone(path, false);
         if (lock.IsOpen() && ClearByLock(lock, path, messages)) {
             DeleteOnClose(lock, path);
         }
@@ -74,7 +74,7 @@ void ClearOneLock(const CString& path, std::vector<CString>& messages)
 
 } // namespace
 
-BuildLock::BuildLock(const CString& location, const CString& name, std::uint32_t id)
+CBuildLock::CBuildLock(const CString& location, const CString& name, std::uint32_t id)
     : m_path(JoinFolder(location, LockFileName(name)))
 {
     if (KindOfPath(m_path) == PathKind::Folder) {
@@ -106,14 +106,14 @@ BuildLock::BuildLock(const CString& location, const CString& name, std::uint32_t
     }
 }
 
-BuildLock::~BuildLock()
+CBuildLock::~CBuildLock()
 {
     if (!m_keep) {
         Remove();
     }
 }
 
-void BuildLock::Remove()
+void CBuildLock::Remove()
 {
     try {
         DeleteOnClose(m_file, m_path);

@@ -11,7 +11,7 @@ namespace {
 
 // A share reports only now what it could not take. And an old deployment goes for good once the new one stands: a loss
 // of power must not cost both.
-void FlushWhereNeeded(const BuildRun& run, const FileHandle& file, const CString& path)
+void FlushWhereNeeded(const BuildRun& run, const CFileHandle& file, const CString& path)
 {
     if (run.replaces || IsRemote(run.staging)) {
         FlushToDisk(file, path);
@@ -19,7 +19,7 @@ void FlushWhereNeeded(const BuildRun& run, const FileHandle& file, const CString
 }
 
 // What a file of the old deployment held needn't be read once more to be judged.
-void NoteReadOfOld(BuildRun& run, const FileHandle& from, const CString& source, const ManifestEntry& read)
+void NoteReadOfOld(BuildRun& run, const CFileHandle& from, const CString& source, const ManifestEntry& read)
 {
     if (run.replaces && IsSameOrBelow(source, run.target)) {
         const FILETIME written = LastWriteTime(from, source);
@@ -51,8 +51,8 @@ void CopyIntoStaging(BuildRun& run, const CString& source, const CString& target
 {
     const CString path = JoinFolder(run.staging, target);
     run.meter.SetFile(target);
-    const FileHandle from = OpenForReading(source);
-    const FileHandle to = CreateForWriting(path);
+    const CFileHandle from = OpenForReading(source);
+    const CFileHandle to = CreateForWriting(path);
     Sha256 hash;
     std::uint64_t size = 0;
     while (const DWORD read =
@@ -76,7 +76,7 @@ void WriteIntoStaging(BuildRun& run, const CString& target, const CString& text,
     }
     AppendUtf8(bytes, text);
     const CString path = JoinFolder(run.staging, target);
-    const FileHandle file = CreateForWriting(path);
+    const CFileHandle file = CreateForWriting(path);
     WriteChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path);
     FlushWhereNeeded(run, file, path);
     Sha256 hash;

@@ -32,8 +32,8 @@ CString NewPackageCode()
 
 void CopyForReadingBack(BuildRun& run, const CString& source, const CString& target)
 {
-    const FileHandle from = OpenForReading(source);
-    const FileHandle to = CreateForWriting(target);
+    const CFileHandle from = OpenForReading(source);
+    const CFileHandle to = CreateForWriting(target);
     while (const DWORD read =
                ReadChunk(from, run.buffer.data(), static_cast<DWORD>(run.buffer.size()), source)) {
         WriteChunk(to, run.buffer.data(), read, target);
@@ -89,7 +89,7 @@ struct DatabaseDecision
     DatabaseChanges changes; // but for the sizes of added files, which count when they are packed
     DatabaseSnapshot original;
     DatabaseSnapshot wanted;
-    std::unique_ptr<UserFileBuild> userFiles;
+    std::unique_ptr<CUserFileBuild> userFiles;
     bool HasUserFiles() const { return userFiles && userFiles->IsNeeded(); }
     bool IsNeeded() const { return !changes.rows.empty() || HasUserFiles(); }
 };
@@ -112,7 +112,7 @@ std::shared_ptr<DatabaseDecision> Decide(BuildRun& run, const BuildDatabase& dat
     // This reads every table of the handle, which a commit under Wine depends on (docs/building-deployments.md).
     decision->wanted = ReadSnapshot(database.hDatabase, database.strWorkingCopy, poll);
     decision->original = ReadSnapshot(vendors.get(), database.strOriginal, poll);
-    decision->userFiles = std::make_unique<UserFileBuild>(run, database, decision->wanted);
+    decision->userFiles = std::make_unique<CUserFileBuild>(run, database, decision->wanted);
     decision->userFiles->Decide(decision->wanted);
     changes.rows = CompareSnapshots(decision->original, decision->wanted);
     RequireCodePageHolds(database, changes.rows);
@@ -132,11 +132,11 @@ DatabaseChanges BuildOne(BuildRun& run, const BuildDatabase& database, DatabaseD
     CheckInstaller(MsiDatabaseCommit(database.hDatabase), L"Writing the database", database.strWorkingCopy);
 
     // The installer service holds the working copy open, and opens no path beyond 260 characters.
-    const ScratchFile built(database.strWorkingCopy + L".built");
+    const CScratchFile built(database.strWorkingCopy + L".built");
     CopyForReadingBack(run, database.strWorkingCopy, built.Path());
     CheckInstaller(RemoveSignature(built.Path()), L"Removing the old signature of", built.Path());
     changes.bSignatureLost = HasSignature(database.strOriginal);
-    const ScratchFile finished(database.strWorkingCopy + L".finished");
+    const CScratchFile finished(database.strWorkingCopy + L".finished");
     if (decision.HasUserFiles()) {
         FinishCopy(built.Path(), finished.Path(), decision.wanted, poll);
     }

@@ -4,14 +4,14 @@
 
 #include "builder/file_operations.h"
 
-class BuildLock
+class CBuildLock
 {
 public:
     // Takes the lock of that deployment's name; clears what a dead holder left. Throws 170 when a living one has it.
-    BuildLock(const CString& location, const CString& name, std::uint32_t id);
-    BuildLock(const BuildLock&) = delete;
-    BuildLock& operator=(const BuildLock&) = delete;
-    ~BuildLock();
+    CBuildLock(const CString& location, const CString& name, std::uint32_t id);
+    CBuildLock(const CBuildLock&) = delete;
+    CBuildLock& operator=(const CBuildLock&) = delete;
+    ~CBuildLock();
 
     // Leaves the file for the next start, which then clears this build's folders.
     void KeepForCleanup() { m_keep = true; }
@@ -20,6 +20,6 @@ private:
     void Remove();
 
     CString m_path;
-    FileHandle m_file;
+    CFileHandle m_file;
     bool m_keep = false;
 };

@@ -22,7 +22,7 @@ protected:
 
 struct BuildResult
 {
-    HostError error;               // 0: the deployment stands; 1602: cancelled; nothing else was changed
+    OperationError error;          // 0: the deployment stands; 1602: cancelled; nothing else was changed
     CString strDeploymentFolder;   // <location>\<name>\ with the backslash
     std::vector<CString> warnings; // each a sentence: a lost signature, a path that may be too long, ...
 };

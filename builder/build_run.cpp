@@ -19,13 +19,13 @@ std::uint32_t NewBuildId()
 
 } // namespace
 
-void ProgressMeter::Start(std::uint64_t total)
+void CProgressMeter::Start(std::uint64_t total)
 {
     m_total = total;
     Tell();
 }
 
-void ProgressMeter::Add(std::uint64_t bytes)
+void CProgressMeter::Add(std::uint64_t bytes)
 {
     m_done += bytes;
     if (m_done > m_total) {
@@ -36,13 +36,13 @@ void ProgressMeter::Add(std::uint64_t bytes)
     }
 }
 
-void ProgressMeter::Finish()
+void CProgressMeter::Finish()
 {
     m_done = m_total;
     Tell();
 }
 
-void ProgressMeter::Tell()
+void CProgressMeter::Tell()
 {
     m_toldAt = GetTickCount64();
     if (!m_progress.OnProgress(m_done, m_total, m_file)) {
@@ -50,7 +50,7 @@ void ProgressMeter::Tell()
     }
 }
 
-void BuildLog::Write(const CString& line)
+void CBuildLog::Write(const CString& line)
 {
     SYSTEMTIME now = {};
     GetSystemTime(&now);

@@ -5,18 +5,18 @@
 #include "builder/build_result.h"
 #include "builder/change_report.h"
 #include "builder/copy_list.h"
-#include "builder/notes_text.h"
 #include "builder/own_files.h"
+#include "builder/readme_text.h"
 
 #include <memory>
 
 constexpr std::size_t CHUNK_BYTES = 1 << 20; // small enough to cancel between two of them
 
 // Tells the caller how far the build is, not oftener than needed, and stops the build when the caller says so.
-class ProgressMeter
+class CProgressMeter
 {
 public:
-    explicit ProgressMeter(IBuildProgress& progress) : m_progress(progress) {}
+    explicit CProgressMeter(IBuildProgress& progress) : m_progress(progress) {}
 
     void Start(std::uint64_t total); // told at once
     void SetFile(const CString& file) { m_file = file; }
@@ -36,7 +36,7 @@ private:
 };
 
 // The text of Build.log: each line with its time.
-class BuildLog
+class CBuildLog
 {
 public:
     void Write(const CString& line);
@@ -57,8 +57,8 @@ struct BuildRun
     void Warn(const CString& sentence);
 
     const BuildPlan& plan;
-    ProgressMeter meter;
-    BuildLog log;
+    CProgressMeter meter;
+    CBuildLog log;
     std::uint32_t id; // of this build, in the names of its working folders
     CString target;   // full paths without closing backslash
     CString staging;

@@ -85,10 +85,10 @@ struct FoundSource
 };
 
 // Looks for the source of an added file.
-class SourceFinder
+class CSourceFinder
 {
 public:
-    explicit SourceFinder(const BuildDatabase& database)
+    explicit CSourceFinder(const BuildDatabase& database)
         : m_database(database), m_loosePaths(EarlierLoosePaths(database))
     {
     }
@@ -152,7 +152,7 @@ std::uint64_t MeasureUserFiles(const BuildPlan& plan)
         const DatabaseSnapshot tables =
             ReadTables(database.hDatabase, database.strWorkingCopy,
                        {L"TarnCustomFile", L"File", L"Component", L"FeatureComponents", L"Directory"});
-        SourceFinder finder(database);
+        CSourceFinder finder(database);
         for (const UserFile& file : FindUserAdditions(tables).files) {
             bytes += finder.Find(file.strKey, file.strSource).size;
         }
@@ -169,7 +169,7 @@ std::vector<CString> EarlierLooseFiles(const BuildDatabase& database)
     return files;
 }
 
-UserFileBuild::UserFileBuild(BuildRun& run, const BuildDatabase& database, const DatabaseSnapshot& snapshot)
+CUserFileBuild::CUserFileBuild(BuildRun& run, const BuildDatabase& database, const DatabaseSnapshot& snapshot)
     : m_run(run), m_database(database),
       m_places(FindAdditionSources(database.hDatabase, PackageFolder(database))),
       m_additions(FindUserAdditions(snapshot))
@@ -177,7 +177,7 @@ UserFileBuild::UserFileBuild(BuildRun& run, const BuildDatabase& database, const
     m_additions.bLoose = m_places.bLoose;
 }
 
-void UserFileBuild::Decide(DatabaseSnapshot& snapshot)
+void CUserFileBuild::Decide(DatabaseSnapshot& snapshot)
 {
     // Of a drive with nothing on it too: it stands among the folders that the installer resolves.
     for (const CString& drive : FindUserDrives(snapshot)) {
@@ -187,9 +187,9 @@ void UserFileBuild::Decide(DatabaseSnapshot& snapshot)
     if (!IsNeeded()) {
         return;
     }
-    TellStrays();
+    WarnAboutIncompleteAdditions();
     if (!m_additions.files.empty()) {
-        TellProductNames(snapshot);
+        WarnAboutProductNames(snapshot);
     }
     const CString clash = FindSameTarget(m_additions);
     if (!clash.IsEmpty()) {
@@ -207,7 +207,7 @@ void UserFileBuild::Decide(DatabaseSnapshot& snapshot)
     }
 }
 
-void UserFileBuild::Pack(DatabaseSnapshot& snapshot)
+void CUserFileBuild::Pack(DatabaseSnapshot& snapshot)
 {
     if (m_additions.files.empty()) {
         return;
@@ -220,10 +220,10 @@ void UserFileBuild::Pack(DatabaseSnapshot& snapshot)
     SetUserFileSizes(snapshot, m_additions);
 }
 
-void UserFileBuild::PackCabinets()
+void CUserFileBuild::PackCabinets()
 {
     m_run.Step(L"Packing the files that were added to " + m_database.strProductName);
-    RescueMissing();
+    KeepMissingSources();
     for (const UserCabinet& cabinet : m_cabinets) {
         PackCabinet(cabinet);
     }
@@ -232,9 +232,9 @@ void UserFileBuild::PackCabinets()
                     (m_cabinets.size() == 1 ? L" cabinet" : L" cabinets"));
 }
 
-void UserFileBuild::FindSources()
+void CUserFileBuild::FindSources()
 {
-    SourceFinder finder(m_database);
+    CSourceFinder finder(m_database);
     for (UserFile& file : m_additions.files) {
         if (m_additions.bLoose && m_places.paths.count(file.strKey) == 0) {
             throw BuildFailure{BUILD_INSTALLER_FAILED,
@@ -249,12 +249,12 @@ void UserFileBuild::FindSources()
         } else if (found.bEarlier) {
             file.size = file.storedSize;
             m_rescued[file.strKey] =
-                std::make_unique<ScratchFile>(m_database.strWorkingCopy + L"." + file.strKey);
+                std::make_unique<CScratchFile>(m_database.strWorkingCopy + L"." + file.strKey);
         }
     }
 }
 
-std::uint64_t UserFileBuild::BytesToPack() const
+std::uint64_t CUserFileBuild::BytesToPack() const
 {
     std::uint64_t bytes = 0;
     for (const UserFile& file : m_additions.files) {
@@ -263,7 +263,7 @@ std::uint64_t UserFileBuild::BytesToPack() const
     return bytes;
 }
 
-std::vector<CopyItem> UserFileBuild::LooseFiles() const
+std::vector<CopyItem> CUserFileBuild::LooseFiles() const
 {
     std::vector<CopyItem> files;
     for (const UserFile& file : m_additions.files) {
@@ -276,7 +276,7 @@ std::vector<CopyItem> UserFileBuild::LooseFiles() const
     return files;
 }
 
-CString UserFileBuild::CopyOf(const UserFile& file) const
+CString CUserFileBuild::CopyOf(const UserFile& file) const
 {
     const auto rescued = m_rescued.find(file.strKey);
     if (rescued != m_rescued.end()) {
@@ -286,7 +286,7 @@ CString UserFileBuild::CopyOf(const UserFile& file) const
     return earlier == m_earlierFiles.end() ? CString() : earlier->second;
 }
 
-void UserFileBuild::RescueMissing()
+void CUserFileBuild::KeepMissingSources()
 {
     if (m_rescued.empty()) {
         return;
@@ -306,24 +306,24 @@ void UserFileBuild::RescueMissing()
     }
 }
 
-void UserFileBuild::LayLooseFiles()
+void CUserFileBuild::LayLooseFiles()
 {
     m_run.Step(L"Copying the files that were added to " + m_database.strProductName);
-    RescueMissing();
+    KeepMissingSources();
     for (UserFile& file : m_additions.files) {
         const CString copy = CopyOf(file);
         CopyIntoStaging(m_run, copy.IsEmpty() ? file.strSource : copy,
                         JoinFolder(FolderAbove(m_database.strTarget), m_places.paths.at(file.strKey)));
         file.size = m_run.manifest.back().size;
         RequirePackable(m_database.strProductName, file.strSource, file.size);
-        TellChange(file);
+        ReportChange(file);
     }
     m_run.log.Write(L"Added files: " + NumberText(static_cast<long long>(m_additions.files.size())) +
                     L", laid beside the product's own");
 }
 
 // Packed beside the working copy, as the library goes back and forth in what it writes; then copied like any file.
-void UserFileBuild::PackCabinet(const UserCabinet& cabinet)
+void CUserFileBuild::PackCabinet(const UserCabinet& cabinet)
 {
     std::vector<CabinetMember> members;
     for (std::size_t index = cabinet.first; index < cabinet.first + cabinet.count; ++index) {
@@ -331,20 +331,20 @@ void UserFileBuild::PackCabinet(const UserCabinet& cabinet)
         const CString copy = CopyOf(file);
         members.push_back({file.strKey, copy.IsEmpty() ? file.strSource : copy, 0});
     }
-    const ScratchFile packed(m_database.strWorkingCopy + L"." + cabinet.strName);
+    const CScratchFile packed(m_database.strWorkingCopy + L"." + cabinet.strName);
     WriteCabinet(packed.Path(), members, [&](std::uint64_t bytes) { m_run.meter.Add(bytes); });
     for (std::size_t index = 0; index < members.size(); ++index) {
         UserFile& file = m_additions.files[cabinet.first + index];
         file.size = members[index].bytesRead;
         RequirePackable(m_database.strProductName, file.strSource, file.size);
-        TellChange(file);
+        ReportChange(file);
     }
     CopyIntoStaging(m_run, packed.Path(), JoinFolder(FolderAbove(m_database.strTarget), cabinet.strName));
 }
 
-void UserFileBuild::TellStrays()
+void CUserFileBuild::WarnAboutIncompleteAdditions()
 {
-    for (const StrayAddition& stray : m_additions.strays) {
+    for (const IncompleteAddition& stray : m_additions.strays) {
         m_run.Warn(
             L"The addition \"" + stray.strName + L"\" to " + m_database.strProductName +
             L" was never completed, or only half removed, and is left out of the deployment. Remove it "
@@ -356,7 +356,7 @@ void UserFileBuild::TellStrays()
     }
 }
 
-void UserFileBuild::TellProductNames(const DatabaseSnapshot& snapshot)
+void CUserFileBuild::WarnAboutProductNames(const DatabaseSnapshot& snapshot)
 {
     for (const CString& source : FindProductNames(snapshot, m_additions)) {
         m_run.Warn(L"The added file \"" + source + L"\" takes the place of one of " +
@@ -364,7 +364,7 @@ void UserFileBuild::TellProductNames(const DatabaseSnapshot& snapshot)
     }
 }
 
-void UserFileBuild::TellChange(const UserFile& file)
+void CUserFileBuild::ReportChange(const UserFile& file)
 {
     if (!CopyOf(file).IsEmpty()) {
         m_run.Warn(L"The added file \"" + file.strSource +

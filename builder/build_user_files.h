@@ -16,11 +16,11 @@
 [[nodiscard]] std::vector<CString> EarlierLooseFiles(const BuildDatabase& database);
 
 // One database's added files. Nothing happens, and nothing is read, when there are none.
-class UserFileBuild
+class CUserFileBuild
 {
 public:
     // `snapshot`: of the open database, as the pages left it.
-    UserFileBuild(BuildRun& run, const BuildDatabase& database, const DatabaseSnapshot& snapshot);
+    CUserFileBuild(BuildRun& run, const BuildDatabase& database, const DatabaseSnapshot& snapshot);
 
     bool IsNeeded() const { return !m_additions.IsEmpty(); }
     // Turns the snapshot of the open database into that of the database to be built. All that can be refused is
@@ -36,13 +36,13 @@ public:
 
 private:
     void FindSources();
-    void RescueMissing();
+    void KeepMissingSources();
     void LayLooseFiles();
     void PackCabinets();
     void PackCabinet(const UserCabinet& cabinet);
-    void TellStrays();
-    void TellProductNames(const DatabaseSnapshot& snapshot);
-    void TellChange(const UserFile& file);
+    void WarnAboutIncompleteAdditions();
+    void WarnAboutProductNames(const DatabaseSnapshot& snapshot);
+    void ReportChange(const UserFile& file);
     // Of a file that is not on this computer; empty for any other.
     CString CopyOf(const UserFile& file) const;
 
@@ -51,6 +51,6 @@ private:
     AdditionSources m_places;
     UserAdditions m_additions;
     std::vector<UserCabinet> m_cabinets;
-    std::map<CString, std::unique_ptr<ScratchFile>> m_rescued; // by key: taken out of earlier cabinets
-    std::map<CString, CString> m_earlierFiles;                 // by key: full paths, in an earlier deployment
+    std::map<CString, std::unique_ptr<CScratchFile>> m_rescued; // by key: taken out of earlier cabinets
+    std::map<CString, CString> m_earlierFiles; // by key: full paths, in an earlier deployment
 };

@@ -26,21 +26,21 @@ constexpr char CABINET_NAME[] = "cabinet";
 constexpr INT_PTR FAILED = -1;
 
 // What the callbacks of one use of the library share.
-class Session
+class CSession
 {
 public:
-    explicit Session(const CabinetMeter& meter) : m_meter(meter) {}
+    explicit CSession(const CabinetMeter& meter) : m_meter(meter) {}
 
     struct OpenedFile
     {
-        Session* session = nullptr;
-        FileHandle handle;
+        CSession* session = nullptr;
+        CFileHandle handle;
         CString path;
         std::uint64_t* bytesRead = nullptr; // of a source that goes in
         bool metered = false;               // what is read or written counts as progress
     };
 
-    INT_PTR Keep(FileHandle handle, const CString& path)
+    INT_PTR Keep(CFileHandle handle, const CString& path)
     {
         m_opened.push_back(std::make_unique<OpenedFile>());
         OpenedFile& file = *m_opened.back();
@@ -100,7 +100,7 @@ void DIAMONDAPI Release(void* memory)
 
 UINT DIAMONDAPI Read(INT_PTR handle, void* bytes, UINT size)
 {
-    Session::OpenedFile& file = Session::FileOf(handle);
+    CSession::OpenedFile& file = CSession::FileOf(handle);
     return file.session->Guard(static_cast<UINT>(FAILED), [&] {
         const DWORD read = ReadChunk(file.handle, bytes, size, file.path);
         if (file.bytesRead) {
@@ -113,7 +113,7 @@ UINT DIAMONDAPI Read(INT_PTR handle, void* bytes, UINT size)
 
 UINT DIAMONDAPI Write(INT_PTR handle, void* bytes, UINT size)
 {
-    Session::OpenedFile& file = Session::FileOf(handle);
+    CSession::OpenedFile& file = CSession::FileOf(handle);
     return file.session->Guard(static_cast<UINT>(FAILED), [&] {
         WriteChunk(file.handle, bytes, size, file.path);
         if (file.metered) {
@@ -125,14 +125,14 @@ UINT DIAMONDAPI Write(INT_PTR handle, void* bytes, UINT size)
 
 int DIAMONDAPI Close(INT_PTR handle)
 {
-    Session::OpenedFile& file = Session::FileOf(handle);
+    CSession::OpenedFile& file = CSession::FileOf(handle);
     file.session->Forget(file);
     return 0;
 }
 
 __LONG32 DIAMONDAPI Seek(INT_PTR handle, __LONG32 distance, int origin)
 {
-    Session::OpenedFile& file = Session::FileOf(handle);
+    CSession::OpenedFile& file = CSession::FileOf(handle);
     return file.session->Guard(static_cast<__LONG32>(FAILED), [&] {
         return static_cast<__LONG32>(
             SeekInFile(file.handle, distance, static_cast<DWORD>(origin), file.path));
@@ -142,11 +142,11 @@ __LONG32 DIAMONDAPI Seek(INT_PTR handle, __LONG32 distance, int origin)
 // ---- writing ---------------------------------------------------------------------------------------------------
 
 // Names for the library: "cabinet", "source7" for the eighth member, "scratch3".
-class CabinetMaker : public Session
+class CCabinetMaker : public CSession
 {
 public:
-    CabinetMaker(const CString& path, std::vector<CabinetMember>& members, const CabinetMeter& meter)
-        : Session(meter), m_path(path), m_members(members)
+    CCabinetMaker(const CString& path, std::vector<CabinetMember>& members, const CabinetMeter& meter)
+        : CSession(meter), m_path(path), m_members(members)
     {
     }
 
@@ -192,11 +192,11 @@ private:
         return m_path + L".scratch" + NumberText(std::atoi(name + std::strlen(SCRATCH_NAME)));
     }
 
-    static CabinetMaker& MakerOf(void* context) { return *static_cast<CabinetMaker*>(context); }
+    static CCabinetMaker& MakerOf(void* context) { return *static_cast<CCabinetMaker*>(context); }
 
     static INT_PTR DIAMONDAPI OnOpen(char* name, int, int, int*, void* context)
     {
-        CabinetMaker& maker = MakerOf(context);
+        CCabinetMaker& maker = MakerOf(context);
         return maker.Guard(FAILED, [&] {
             const CString path = maker.PathOf(name);
             return maker.Keep(CreateForBoth(path), path);
@@ -206,11 +206,11 @@ private:
     static INT_PTR DIAMONDAPI OnSource(char* name, USHORT* date, USHORT* time, USHORT* attributes, int*,
                                        void* context)
     {
-        CabinetMaker& maker = MakerOf(context);
+        CCabinetMaker& maker = MakerOf(context);
         return maker.Guard(FAILED, [&] {
             CabinetMember& member =
                 maker.m_members[static_cast<std::size_t>(std::atoi(name + std::strlen(SOURCE_NAME)))];
-            FileHandle file = OpenForReading(member.strSource);
+            CFileHandle file = OpenForReading(member.strSource);
             ReadDosTime(file, member.strSource, *date, *time);
             *attributes = ARCHIVE_ATTRIBUTE;
             const INT_PTR handle = maker.Keep(std::move(file), member.strSource);
@@ -218,7 +218,7 @@ private:
             return handle;
         });
     }
-    static void ReadDosTime(const FileHandle& file, const CString& path, USHORT& date, USHORT& time)
+    static void ReadDosTime(const CFileHandle& file, const CString& path, USHORT& date, USHORT& time)
     {
         const FILETIME written = LastWriteTime(file, path);
         FILETIME local = {};
@@ -242,7 +242,7 @@ private:
     }
     static int DIAMONDAPI OnDelete(char* name, int*, void* context)
     {
-        CabinetMaker& maker = MakerOf(context);
+        CCabinetMaker& maker = MakerOf(context);
         return maker.Guard(static_cast<int>(FAILED), [&] {
             DeleteOneFile(maker.PathOf(name));
             return 0;
@@ -274,11 +274,11 @@ private:
 
 // ---- reading ---------------------------------------------------------------------------------------------------
 
-class CabinetOpener : public Session
+class CCabinetOpener : public CSession
 {
 public:
-    CabinetOpener(const CString& path, const std::map<CString, CString>& targets, const CabinetMeter& meter)
-        : Session(meter), m_path(path), m_targets(targets)
+    CCabinetOpener(const CString& path, const std::map<CString, CString>& targets, const CabinetMeter& meter)
+        : CSession(meter), m_path(path), m_targets(targets)
     {
     }
 
@@ -303,14 +303,14 @@ private:
     // The library gives no context to this callback alone.
     static INT_PTR DIAMONDAPI OnOpen(char*, int, int)
     {
-        CabinetOpener& opener = *s_current;
+        CCabinetOpener& opener = *s_current;
         return opener.Guard(FAILED,
                             [&] { return opener.Keep(OpenForReading(opener.m_path), opener.m_path); });
     }
 
     static INT_PTR DIAMONDAPI OnNotify(FDINOTIFICATIONTYPE kind, PFDINOTIFICATION about)
     {
-        CabinetOpener& opener = *s_current;
+        CCabinetOpener& opener = *s_current;
         return opener.Guard(FAILED, [&] {
             switch (kind) {
             case fdintCOPY_FILE:
@@ -341,23 +341,23 @@ private:
         return handle;
     }
 
-    static thread_local CabinetOpener* s_current;
+    static thread_local CCabinetOpener* s_current;
     const CString& m_path;
     const std::map<CString, CString>& m_targets;
     std::set<CString> m_found;
 };
 
-thread_local CabinetOpener* CabinetOpener::s_current = nullptr;
+thread_local CCabinetOpener* CCabinetOpener::s_current = nullptr;
 
 } // namespace
 
 void WriteCabinet(const CString& path, std::vector<CabinetMember>& members, const CabinetMeter& meter)
 {
-    CabinetMaker(path, members, meter).Make();
+    CCabinetMaker(path, members, meter).Make();
 }
 
 std::set<CString> ReadCabinet(const CString& path, const std::map<CString, CString>& targets,
                               const CabinetMeter& meter)
 {
-    return CabinetOpener(path, targets, meter).Extract();
+    return CCabinetOpener(path, targets, meter).Extract();
 }

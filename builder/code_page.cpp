@@ -33,7 +33,7 @@ UINT ReadCodePage(const BuildDatabase& database)
                    L"Reading the code page of", database.strWorkingCopy);
     std::vector<char> bytes(256);
     {
-        const FileHandle file = OpenForReading(path);
+        const CFileHandle file = OpenForReading(path);
         bytes.resize(ReadChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path));
     }
     DeleteOneFile(path);

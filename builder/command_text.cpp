@@ -10,7 +10,7 @@ namespace {
 const wchar_t g_newLine[] = L"\r\n";
 
 // Collects lines.
-class Script
+class CScript
 {
 public:
     void Line(const CString& line) { m_text += line + g_newLine; }
@@ -91,7 +91,7 @@ CString LogNameEnding(const BuildDatabase& database, const wchar_t* action)
     return L"_" + AsciiOnly(LogNamePart(database.strProductVersion)) + L"_" + action + L"_";
 }
 
-void Open(Script& script, const CString& purpose)
+void Open(CScript& script, const CString& purpose)
 {
     script.Line(L"@echo off");
     script.Line(L"rem " + purpose);
@@ -106,7 +106,7 @@ void Open(Script& script, const CString& purpose)
 
 // Before the first line with other letters: each line is read in the code page of its moment. The names decide, not the
 // location: that one is never written into the scripts.
-void SwitchCodePage(Script& script, bool ascii)
+void SwitchCodePage(CScript& script, bool ascii)
 {
     if (ascii) {
         return;
@@ -116,7 +116,7 @@ void SwitchCodePage(Script& script, bool ascii)
     script.Line(L"chcp 65001 >nul 2>&1");
 }
 
-void WriteSettings(Script& script, const WorkstationCommands& commands)
+void WriteSettings(CScript& script, const WorkstationCommands& commands)
 {
     script.Line(L"rem ---- Settings "
                 L"---------------------------------------------------------------------------------");
@@ -135,7 +135,7 @@ void WriteSettings(Script& script, const WorkstationCommands& commands)
     script.Line(L"");
 }
 
-void ChooseLogFolder(Script& script)
+void ChooseLogFolder(CScript& script)
 {
     script.Line(L"set \"LOCAL_LOGS=%windir%\\Logs\\Software\"");
     script.Line(L"set \"LOGS=%LOG_FOLDER%\"");
@@ -150,7 +150,7 @@ void ChooseLogFolder(Script& script)
     script.Line(L"");
 }
 
-void Run(Script& script, const CString& arguments)
+void Run(CScript& script, const CString& arguments)
 {
     script.Line(L"start \"\" /wait \"%windir%\\System32\\msiexec.exe\" " + arguments +
                 L" %DISPLAY_OPTION% /norestart /L*V \"%LOGS%\\%LOG%\"");
@@ -161,7 +161,7 @@ void Run(Script& script, const CString& arguments)
     script.Line(L"");
 }
 
-void Close(Script& script, bool uninstalls, bool ascii)
+void Close(CScript& script, bool uninstalls, bool ascii)
 {
     script.Line(L":finish");
     if (!ascii) {
@@ -214,7 +214,7 @@ void Close(Script& script, bool uninstalls, bool ascii)
 
 // The letters of a log's name don't stand in the script, which each interpreter would read in its own code page, but in the
 // name of a file, which all read alike. Without that file the log takes a name in ASCII: a log must stop nothing.
-void SetLog(Script& script, const BuildPlan& plan, const BuildDatabase& database, const wchar_t* action)
+void SetLog(CScript& script, const BuildPlan& plan, const BuildDatabase& database, const wchar_t* action)
 {
     const CString ending = LogNameEnding(database, action) + L"%COMPUTERNAME%.log";
     script.Set(L"LOG", AsciiOnly(LogProductName(database)) + ending);
@@ -335,7 +335,7 @@ bool NeedsUtf8(const BuildPlan& plan)
 CString ComposeInstallScript(const BuildPlan& plan)
 {
     const bool ascii = !NeedsUtf8(plan);
-    Script script;
+    CScript script;
     Open(script, L"Installs this deployment on the computer where it is run, without asking.");
     SwitchCodePage(script, ascii);
     WriteSettings(script, plan.commands);
@@ -352,7 +352,7 @@ CString ComposeInstallScript(const BuildPlan& plan)
 CString ComposeUninstallScript(const BuildPlan& plan)
 {
     const bool ascii = !NeedsUtf8(plan);
-    Script script;
+    CScript script;
     Open(script, L"Removes this deployment's products from the computer where it is run, without asking.");
     SwitchCodePage(script, ascii);
     WriteSettings(script, plan.commands);

@@ -11,10 +11,10 @@
 
 namespace {
 
-class Scanner
+class CScanner
 {
 public:
-    explicit Scanner(const BuildPlan& plan) : m_plan(plan), m_named(NamedTargets(plan))
+    explicit CScanner(const BuildPlan& plan) : m_plan(plan), m_named(NamedTargets(plan))
     {
         for (const BuildFile& file : plan.files) {
             m_named[file.strTarget] = file.strSource;
@@ -141,5 +141,5 @@ private:
 
 CopyList ScanSources(const BuildPlan& plan)
 {
-    return Scanner(plan).Scan();
+    return CScanner(plan).Scan();
 }

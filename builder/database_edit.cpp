@@ -6,10 +6,10 @@
 namespace {
 
 // Statements are few and rows are many, so each statement's view is opened once.
-class Editor
+class CEditor
 {
 public:
-    Editor(MSIHANDLE database, const CString& path) : m_database(database), m_path(path) {}
+    CEditor(MSIHANDLE database, const CString& path) : m_database(database), m_path(path) {}
 
     void Apply(const RowDifference& row, const TableSnapshot& table)
     {
@@ -136,7 +136,7 @@ bool HasStreams(const TableSnapshot& table)
 void ApplyDifferences(MSIHANDLE database, const CString& path, const DatabaseSnapshot& from,
                       const DatabaseSnapshot& to, const std::function<void()>& poll)
 {
-    Editor editor(database, path);
+    CEditor editor(database, path);
     for (const RowDifference& row : CompareSnapshots(from, to)) {
         const TableSnapshot& table = to.at(row.strTable);
         if (!HasStreams(table)) {

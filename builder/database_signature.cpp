@@ -16,16 +16,16 @@ const wchar_t* const g_signatures[] = {L"\x05"
                                        L"MsiDigitalSignatureEx"};
 
 // Owns a storage.
-class Storage
+class CStorage
 {
 public:
-    Storage(const CString& path, DWORD mode)
+    CStorage(const CString& path, DWORD mode)
     {
         m_result = StgOpenStorage(path, nullptr, mode, nullptr, 0, &m_storage);
     }
-    Storage(const Storage&) = delete;
-    Storage& operator=(const Storage&) = delete;
-    ~Storage()
+    CStorage(const CStorage&) = delete;
+    CStorage& operator=(const CStorage&) = delete;
+    ~CStorage()
     {
         if (m_storage) {
             m_storage->Release();
@@ -52,7 +52,7 @@ unsigned int CodeOf(HRESULT result)
 
 bool HasSignature(const CString& path)
 {
-    Storage storage(path, STGM_READ | STGM_SHARE_DENY_WRITE);
+    CStorage storage(path, STGM_READ | STGM_SHARE_DENY_WRITE);
     IStream* stream = nullptr;
     const bool found = SUCCEEDED(storage.Result()) &&
                        SUCCEEDED(storage->OpenStream(g_signatures[0], nullptr,
@@ -68,7 +68,7 @@ unsigned int RemoveSignature(const CString& path)
     if (!HasSignature(path)) {
         return ERROR_SUCCESS;
     }
-    Storage storage(path, STGM_TRANSACTED | STGM_READWRITE | STGM_SHARE_EXCLUSIVE);
+    CStorage storage(path, STGM_TRANSACTED | STGM_READWRITE | STGM_SHARE_EXCLUSIVE);
     HRESULT result = storage.Result();
     for (const wchar_t* name : g_signatures) {
         const HRESULT removed = SUCCEEDED(result) ? storage->DestroyElement(name) : result;

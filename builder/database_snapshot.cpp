@@ -14,10 +14,10 @@ bool IsStreamType(const CString& type)
     return type.Left(1).CompareNoCase(L"v") == 0;
 }
 
-class SnapshotReader
+class CSnapshotReader
 {
 public:
-    SnapshotReader(MSIHANDLE database, const CString& path, const std::function<void()>& poll)
+    CSnapshotReader(MSIHANDLE database, const CString& path, const std::function<void()>& poll)
         : m_database(database), m_path(path), m_poll(poll), m_chunk(64 * 1024), m_text(1024)
     {
     }
@@ -203,14 +203,14 @@ CInstallerHandle OpenDatabaseToRead(const CString& path)
 
 DatabaseSnapshot ReadSnapshot(MSIHANDLE database, const CString& path, const std::function<void()>& poll)
 {
-    return SnapshotReader(database, path, poll).Read();
+    return CSnapshotReader(database, path, poll).Read();
 }
 
 DatabaseSnapshot ReadTables(MSIHANDLE database, const CString& path,
                             std::initializer_list<const wchar_t*> names)
 {
     const std::function<void()> poll = [] {};
-    return SnapshotReader(database, path, poll).Read(names);
+    return CSnapshotReader(database, path, poll).Read(names);
 }
 
 CString ReadRecordField(MSIHANDLE record, UINT field)

@@ -14,7 +14,7 @@
 namespace {
 
 // Says nothing and never cancels.
-class SilentProgress final : public IBuildProgress
+class CSilentProgress final : public IBuildProgress
 {
 public:
     void OnStep(const CString&) override {}
@@ -22,10 +22,10 @@ public:
 };
 
 // Folders of the location that the build made itself; they go again when it fails.
-class MadeLocation
+class CMadeLocation
 {
 public:
-    explicit MadeLocation(const CString& location)
+    explicit CMadeLocation(const CString& location)
     {
         try {
             Make(WithoutClosingBackslash(location));
@@ -34,9 +34,9 @@ public:
             throw;
         }
     }
-    MadeLocation(const MadeLocation&) = delete;
-    MadeLocation& operator=(const MadeLocation&) = delete;
-    ~MadeLocation() { Remove(); }
+    CMadeLocation(const CMadeLocation&) = delete;
+    CMadeLocation& operator=(const CMadeLocation&) = delete;
+    ~CMadeLocation() { Remove(); }
     void Keep() { m_made.clear(); }
 
 private:
@@ -106,7 +106,7 @@ void KeepFailedLog(BuildRun& run, const BuildFailure& failure)
             path = KindOfPath(place) == PathKind::Nothing ? place : CString();
         }
         if (!path.IsEmpty()) {
-            const FileHandle file = CreateForWriting(path);
+            const CFileHandle file = CreateForWriting(path);
             WriteChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path);
         }
     } catch (const BuildFailure&) {
@@ -114,7 +114,7 @@ void KeepFailedLog(BuildRun& run, const BuildFailure& failure)
     }
 }
 
-void RemoveStaging(BuildRun& run, BuildLock& lock)
+void RemoveStaging(BuildRun& run, CBuildLock& lock)
 {
     if (run.oldIsAside) {
         // While the staging folder is there too, the next start knows that the old deployment has no successor.
@@ -142,8 +142,8 @@ void RunPhases(BuildRun& run)
 {
     run.log.Write(run.plan.strBuiltBy + L" builds \"" + run.target + L"\"");
     CheckPlan(run);
-    MadeLocation location(run.plan.strLocation);
-    BuildLock lock(run.plan.strLocation, run.plan.strName, run.id);
+    CMadeLocation location(run.plan.strLocation);
+    CBuildLock lock(run.plan.strLocation, run.plan.strName, run.id);
     try {
         run.meter.Start(run.list.bytes + run.list.userBytes);
         StageFolders(run);
@@ -174,7 +174,7 @@ void RunPhases(BuildRun& run)
     }
 }
 
-HostError OutOfMemory()
+OperationError OutOfMemory()
 {
     return {BUILD_OUT_OF_MEMORY,
             L"There was not enough memory. Close other programs and start the build again."};
@@ -182,7 +182,7 @@ HostError OutOfMemory()
 
 // Runs a step and tells how it ended. The one place where failures are caught for good.
 template <class Step>
-HostError Guard(Step step)
+OperationError Guard(Step step)
 {
     try {
         step();
@@ -211,9 +211,9 @@ BuildResult BuildDeployment(const BuildPlan& plan, IBuildProgress& progress) noe
     return result;
 }
 
-HostError CheckBuild(const BuildPlan& plan, std::vector<CString>& warnings) noexcept
+OperationError CheckBuild(const BuildPlan& plan, std::vector<CString>& warnings) noexcept
 {
-    SilentProgress progress;
+    CSilentProgress progress;
     return Guard([&] {
         BuildRun run(plan, progress);
         CheckPlan(run);

@@ -15,7 +15,7 @@
 [[nodiscard]] BuildResult BuildDeployment(const BuildPlan& plan, IBuildProgress& progress) noexcept;
 
 // The checks of a build alone, nothing is written but a probe of the right to write. `warnings` are added.
-[[nodiscard]] HostError CheckBuild(const BuildPlan& plan, std::vector<CString>& warnings) noexcept;
+[[nodiscard]] OperationError CheckBuild(const BuildPlan& plan, std::vector<CString>& warnings) noexcept;
 
 // Bytes that the plan's deployment will take; files that can't be read count as nothing here (the build tells them).
 [[nodiscard]] std::uint64_t MeasureBuild(const BuildPlan& plan) noexcept;

@@ -47,13 +47,13 @@ bool IsMissing(DWORD code)
 }
 
 // Owns a search.
-class FindHandle
+class CFindHandle
 {
 public:
-    explicit FindHandle(HANDLE handle) : m_handle(handle) {}
-    FindHandle(const FindHandle&) = delete;
-    FindHandle& operator=(const FindHandle&) = delete;
-    ~FindHandle()
+    explicit CFindHandle(HANDLE handle) : m_handle(handle) {}
+    CFindHandle(const CFindHandle&) = delete;
+    CFindHandle& operator=(const CFindHandle&) = delete;
+    ~CFindHandle()
     {
         if (m_handle != INVALID_HANDLE_VALUE) {
             FindClose(m_handle);
@@ -65,11 +65,11 @@ private:
     HANDLE m_handle;
 };
 
-FileHandle Open(const CString& path, DWORD access, DWORD share, DWORD disposition, DWORD flags)
+CFileHandle Open(const CString& path, DWORD access, DWORD share, DWORD disposition, DWORD flags)
 {
-    return IsFaultDue() ? FileHandle()
-                        : FileHandle(CreateFileW(UnlimitedPath(path), access, share, nullptr, disposition,
-                                                 flags, nullptr));
+    return IsFaultDue() ? CFileHandle()
+                        : CFileHandle(CreateFileW(UnlimitedPath(path), access, share, nullptr, disposition,
+                                                  flags, nullptr));
 }
 
 FolderEntry EntryOf(const WIN32_FIND_DATAW& found)
@@ -90,7 +90,7 @@ void ClearReadOnly(const CString& path)
 
 } // namespace
 
-void FileHandle::Close()
+void CFileHandle::Close()
 {
     if (IsOpen()) {
         const DWORD error = GetLastError();
@@ -99,36 +99,36 @@ void FileHandle::Close()
     }
 }
 
-FileHandle OpenForReading(const CString& path)
+CFileHandle OpenForReading(const CString& path)
 {
-    FileHandle file = Open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                           OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
+    CFileHandle file = Open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                            OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
     Check(file.IsOpen(), L"Opening", path);
     return file;
 }
 
-FileHandle CreateForWriting(const CString& path)
+CFileHandle CreateForWriting(const CString& path)
 {
-    FileHandle file = Open(path, GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL);
+    CFileHandle file = Open(path, GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL);
     Check(file.IsOpen(), L"Creating", path);
     return file;
 }
 
-FileHandle CreateForBoth(const CString& path)
+CFileHandle CreateForBoth(const CString& path)
 {
-    FileHandle file = Open(path, GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL);
+    CFileHandle file = Open(path, GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL);
     Check(file.IsOpen(), L"Creating", path);
     return file;
 }
 
-DWORD ReadChunk(const FileHandle& file, void* bytes, DWORD size, const CString& path)
+DWORD ReadChunk(const CFileHandle& file, void* bytes, DWORD size, const CString& path)
 {
     DWORD read = 0;
     Check(!IsFaultDue() && ReadFile(file.Get(), bytes, size, &read, nullptr), L"Reading", path);
     return read;
 }
 
-void WriteChunk(const FileHandle& file, const void* bytes, DWORD size, const CString& path)
+void WriteChunk(const CFileHandle& file, const void* bytes, DWORD size, const CString& path)
 {
     DWORD written = 0;
     Check(!IsFaultDue() && WriteFile(file.Get(), bytes, size, &written, nullptr), L"Writing", path);
@@ -138,7 +138,7 @@ void WriteChunk(const FileHandle& file, const void* bytes, DWORD size, const CSt
     }
 }
 
-std::uint64_t SeekInFile(const FileHandle& file, long long distance, DWORD origin, const CString& path)
+std::uint64_t SeekInFile(const CFileHandle& file, long long distance, DWORD origin, const CString& path)
 {
     LARGE_INTEGER wanted = {};
     LARGE_INTEGER place = {};
@@ -147,13 +147,13 @@ std::uint64_t SeekInFile(const FileHandle& file, long long distance, DWORD origi
     return static_cast<std::uint64_t>(place.QuadPart);
 }
 
-void FlushToDisk(const FileHandle& file, const CString& path)
+void FlushToDisk(const CFileHandle& file, const CString& path)
 {
     ++g_flushes;
     Check(!IsFaultDue() && FlushFileBuffers(file.Get()), L"Writing", path);
 }
 
-void CopyTimesAndAttributes(const FileHandle& from, const FileHandle& to, const CString& path)
+void CopyTimesAndAttributes(const CFileHandle& from, const CFileHandle& to, const CString& path)
 {
     FILE_BASIC_INFO basic = {};
     Check(!IsFaultDue() && GetFileInformationByHandleEx(from.Get(), FileBasicInfo, &basic, sizeof(basic)),
@@ -169,7 +169,7 @@ void CopyTimesAndAttributes(const FileHandle& from, const FileHandle& to, const 
           L"Setting times and attributes of", path);
 }
 
-FILETIME LastWriteTime(const FileHandle& file, const CString& path)
+FILETIME LastWriteTime(const CFileHandle& file, const CString& path)
 {
     FILETIME written = {};
     Check(!IsFaultDue() && GetFileTime(file.Get(), nullptr, nullptr, &written), L"Reading the time of", path);
@@ -187,7 +187,7 @@ std::uint64_t SizeOfFile(const CString& path)
 BY_HANDLE_FILE_INFORMATION InformationOf(const CString& path)
 {
     BY_HANDLE_FILE_INFORMATION information = {};
-    const FileHandle file =
+    const CFileHandle file =
         Open(path, FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
              OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
     if (!file.IsOpen() && IsMissing(GetLastError())) {
@@ -201,7 +201,7 @@ FolderEntry EntryOnDisk(const CString& path)
 {
     WIN32_FIND_DATAW found = {};
     const CString bare = UnlimitedPath(WithoutClosingBackslash(path));
-    const FindHandle search(IsFaultDue() ? INVALID_HANDLE_VALUE : FindFirstFileW(bare, &found));
+    const CFindHandle search(IsFaultDue() ? INVALID_HANDLE_VALUE : FindFirstFileW(bare, &found));
     if (search.Get() == INVALID_HANDLE_VALUE) {
         Check(IsMissing(GetLastError()), L"Looking for", path);
         return {};
@@ -213,9 +213,10 @@ std::vector<FolderEntry> ListFolder(const CString& path)
 {
     WIN32_FIND_DATAW found = {};
     const CString pattern = UnlimitedPath(JoinFolder(path, L"*"));
-    FindHandle search(IsFaultDue() ? INVALID_HANDLE_VALUE
-                                   : FindFirstFileExW(pattern, FindExInfoBasic, &found, FindExSearchNameMatch,
-                                                      nullptr, FIND_FIRST_EX_LARGE_FETCH));
+    CFindHandle search(IsFaultDue()
+                           ? INVALID_HANDLE_VALUE
+                           : FindFirstFileExW(pattern, FindExInfoBasic, &found, FindExSearchNameMatch,
+                                              nullptr, FIND_FIRST_EX_LARGE_FETCH));
     if (search.Get() == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND) {
         return {}; // an empty disk: its root lists not even itself
     }
@@ -295,8 +296,8 @@ void RequireNothingOpenBelow(const CString& path)
             continue;
         }
         // Asking for the right to delete is refused exactly when a rename would be.
-        const FileHandle probe = Open(inner, DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+        const CFileHandle probe = Open(inner, DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
         Check(probe.IsOpen(), L"Replacing", inner);
     }
 }
@@ -329,15 +330,15 @@ bool IsRemote(const CString& path)
            (path.Mid(1, 1) == L":" && GetDriveTypeW(path.Left(2) + L"\\") == DRIVE_REMOTE);
 }
 
-FileHandle OpenAlone(const CString& path, bool makeIt)
+CFileHandle OpenAlone(const CString& path, bool makeIt)
 {
-    FileHandle file = Open(path, GENERIC_READ | GENERIC_WRITE | DELETE, 0,
-                           makeIt ? OPEN_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_HIDDEN);
+    CFileHandle file = Open(path, GENERIC_READ | GENERIC_WRITE | DELETE, 0,
+                            makeIt ? OPEN_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_HIDDEN);
     Check(file.IsOpen() || GetLastError() == ERROR_SHARING_VIOLATION, L"Creating", path);
     return file;
 }
 
-std::vector<char> ReadAll(const FileHandle& file, const CString& path)
+std::vector<char> ReadAll(const CFileHandle& file, const CString& path)
 {
     std::vector<char> bytes(4096);
     SetFilePointer(file.Get(), 0, nullptr, FILE_BEGIN);
@@ -345,7 +346,7 @@ std::vector<char> ReadAll(const FileHandle& file, const CString& path)
     return bytes;
 }
 
-void ReplaceAll(const FileHandle& file, const std::vector<char>& bytes, const CString& path)
+void ReplaceAll(const CFileHandle& file, const std::vector<char>& bytes, const CString& path)
 {
     SetFilePointer(file.Get(), 0, nullptr, FILE_BEGIN);
     Check(!IsFaultDue() && SetEndOfFile(file.Get()), L"Writing", path);
@@ -353,7 +354,7 @@ void ReplaceAll(const FileHandle& file, const std::vector<char>& bytes, const CS
     FlushToDisk(file, path);
 }
 
-void DeleteOnClose(const FileHandle& file, const CString& path)
+void DeleteOnClose(const CFileHandle& file, const CString& path)
 {
     FILE_DISPOSITION_INFO disposition = {TRUE};
     Check(!IsFaultDue() &&

@@ -11,18 +11,20 @@
 #include <vector>
 
 // Owns a file handle.
-class FileHandle
+class CFileHandle
 {
 public:
-    FileHandle() = default;
-    explicit FileHandle(HANDLE handle) : m_handle(handle) {}
-    FileHandle(FileHandle&& other) noexcept : m_handle(std::exchange(other.m_handle, INVALID_HANDLE_VALUE)) {}
-    FileHandle& operator=(FileHandle&& other) noexcept
+    CFileHandle() = default;
+    explicit CFileHandle(HANDLE handle) : m_handle(handle) {}
+    CFileHandle(CFileHandle&& other) noexcept : m_handle(std::exchange(other.m_handle, INVALID_HANDLE_VALUE))
+    {
+    }
+    CFileHandle& operator=(CFileHandle&& other) noexcept
     {
         std::swap(m_handle, other.m_handle);
         return *this;
     }
-    ~FileHandle() { Close(); }
+    ~CFileHandle() { Close(); }
 
     HANDLE Get() const { return m_handle; }
     bool IsOpen() const { return m_handle != INVALID_HANDLE_VALUE; }
@@ -51,20 +53,20 @@ enum class PathKind
     Folder,
 };
 
-FileHandle OpenForReading(const CString& path);   // others may go on reading and writing
-FileHandle CreateForWriting(const CString& path); // fails when the file is there; nobody else may open it
-FileHandle CreateForBoth(const CString& path);    // for reading and writing; empties a file that is there
-[[nodiscard]] DWORD ReadChunk(const FileHandle& file, void* bytes, DWORD size,
+CFileHandle OpenForReading(const CString& path);   // others may go on reading and writing
+CFileHandle CreateForWriting(const CString& path); // fails when the file is there; nobody else may open it
+CFileHandle CreateForBoth(const CString& path);    // for reading and writing; empties a file that is there
+[[nodiscard]] DWORD ReadChunk(const CFileHandle& file, void* bytes, DWORD size,
                               const CString& path); // 0 at the end
-void WriteChunk(const FileHandle& file, const void* bytes, DWORD size, const CString& path);
+void WriteChunk(const CFileHandle& file, const void* bytes, DWORD size, const CString& path);
 // `origin` is FILE_BEGIN, FILE_CURRENT or FILE_END; the new place from the begin.
-[[nodiscard]] std::uint64_t SeekInFile(const FileHandle& file, long long distance, DWORD origin,
+[[nodiscard]] std::uint64_t SeekInFile(const CFileHandle& file, long long distance, DWORD origin,
                                        const CString& path);
 // On a share the system reports data that it could not deliver only when asked to flush.
-void FlushToDisk(const FileHandle& file, const CString& path);
+void FlushToDisk(const CFileHandle& file, const CString& path);
 // Times and attributes; call after the last write.
-void CopyTimesAndAttributes(const FileHandle& from, const FileHandle& to, const CString& path);
-[[nodiscard]] FILETIME LastWriteTime(const FileHandle& file, const CString& path);
+void CopyTimesAndAttributes(const CFileHandle& from, const CFileHandle& to, const CString& path);
+[[nodiscard]] FILETIME LastWriteTime(const CFileHandle& file, const CString& path);
 [[nodiscard]] std::uint64_t SizeOfFile(const CString& path);
 
 // The numbers by which the disk knows a file or folder, with its times and size; all zero when it isn't there.
@@ -93,11 +95,11 @@ void RequireNothingOpenBelow(const CString& path);
 [[nodiscard]] bool IsRemote(const CString& path);
 
 // Opens or makes a file that nobody else can open meanwhile. Not open: another one holds it.
-[[nodiscard]] FileHandle OpenAlone(const CString& path, bool makeIt);
+[[nodiscard]] CFileHandle OpenAlone(const CString& path, bool makeIt);
 // The whole content of a small file; replaces it; marks it for deletion when the handle closes.
-[[nodiscard]] std::vector<char> ReadAll(const FileHandle& file, const CString& path);
-void ReplaceAll(const FileHandle& file, const std::vector<char>& bytes, const CString& path);
-void DeleteOnClose(const FileHandle& file, const CString& path);
+[[nodiscard]] std::vector<char> ReadAll(const CFileHandle& file, const CString& path);
+void ReplaceAll(const CFileHandle& file, const std::vector<char>& bytes, const CString& path);
+void DeleteOnClose(const CFileHandle& file, const CString& path);
 
 // For tests: the operation of that number (from 1, counted over all of the above) fails with the code, all later
 // ones too when `stays`; with code 0 the process ends there as if it had been killed. 0 switches it off.

@@ -1,7 +1,7 @@
 // Reads a deployment's Manifest.txt back. No window header.
 #pragma once
 
-#include "builder/notes_text.h"
+#include "builder/readme_text.h"
 
 #include <cstddef>
 

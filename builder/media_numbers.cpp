@@ -5,7 +5,7 @@
 #include <map>
 #include <vector>
 
-void GiveUpReservedNumbers(const WriteTable& media, long long lastFile)
+void FreeReservedNumbers(const WriteTable& media, long long lastFile)
 {
     std::map<long long, std::vector<RowValues*>> ends; // the media by the number that they end with
     bool isCovered = lastFile == 0;

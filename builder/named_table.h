@@ -21,10 +21,10 @@ inline long long NumberOf(const CString& text)
 
 // A table that isn't there has no rows: ask `Exists` before `Rows`.
 template <class Table>
-class NamedTable
+class CNamedTable
 {
 public:
-    explicit NamedTable(Table* table) : m_table(table) {}
+    explicit CNamedTable(Table* table) : m_table(table) {}
 
     bool Exists() const { return m_table != nullptr; }
     auto& Rows() const { return m_table->rows; }
@@ -57,8 +57,8 @@ private:
     Table* m_table;
 };
 
-using ReadTable = NamedTable<const TableSnapshot>;
-using WriteTable = NamedTable<TableSnapshot>;
+using ReadTable = CNamedTable<const TableSnapshot>;
+using WriteTable = CNamedTable<TableSnapshot>;
 
 inline ReadTable TableToRead(const DatabaseSnapshot& database, const wchar_t* name)
 {

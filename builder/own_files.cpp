@@ -19,7 +19,7 @@ bool LoadManifest(const CString& folder, Entries& entries)
     if (KindOfPath(path) != PathKind::File) {
         return false;
     }
-    const FileHandle file = OpenForReading(path);
+    const CFileHandle file = OpenForReading(path);
     std::vector<char> bytes;
     std::vector<char> piece(PIECE_BYTES);
     while (const DWORD read = ReadChunk(file, piece.data(), static_cast<DWORD>(piece.size()), path)) {
@@ -51,7 +51,7 @@ void VisitFiles(const CString& folder, const CString& inner,
 
 CString HashOf(const CString& path, const std::function<void()>& poll)
 {
-    const FileHandle file = OpenForReading(path);
+    const CFileHandle file = OpenForReading(path);
     std::vector<char> piece(PIECE_BYTES);
     Sha256 hash;
     while (const DWORD read = ReadChunk(file, piece.data(), static_cast<DWORD>(piece.size()), path)) {
@@ -61,10 +61,10 @@ CString HashOf(const CString& path, const std::function<void()>& poll)
     return hash.Finish();
 }
 
-class FolderJudge
+class CFolderJudge
 {
 public:
-    FolderJudge(const CString& folder, const ReadContents& known, const std::function<void()>& poll)
+    CFolderJudge(const CString& folder, const ReadContents& known, const std::function<void()>& poll)
         : m_folder(folder), m_known(known), m_poll(poll)
     {
     }
@@ -210,7 +210,7 @@ std::vector<CString> FolderJudgement::Own() const
 FolderJudgement FindOwnFiles(const CString& folder, const ReadContents& known,
                              const std::function<void()>& poll)
 {
-    return FolderJudge(folder, known, poll).Judge();
+    return CFolderJudge(folder, known, poll).Judge();
 }
 
 std::vector<CString> FindLateFiles(const CString& folder, const FolderJudgement& judgement)

@@ -2,7 +2,7 @@
 
 #include "base/name_rules.h"
 #include "builder/build_names.h"
-#include "builder/stray_additions.h"
+#include "builder/incomplete_additions.h"
 #include "builder/user_files.h"
 #include "installer/database.h"
 #include "installer/package_layout.h"
@@ -15,10 +15,10 @@
 
 namespace {
 
-class DirectoryRows final : public IDirectorySource
+class CDirectoryRows final : public IDirectorySource
 {
 public:
-    explicit DirectoryRows(MSIHANDLE database)
+    explicit CDirectoryRows(MSIHANDLE database)
     {
         const unsigned int result =
             ForEachRow(database, L"SELECT `Directory`,`Directory_Parent`,`DefaultDir` FROM `Directory`", {},
@@ -57,10 +57,10 @@ struct Medium
     CString strCabinet;
 };
 
-class PackageReader
+class CPackageReader
 {
 public:
-    PackageReader(MSIHANDLE database, const CString& packageFolder)
+    CPackageReader(MSIHANDLE database, const CString& packageFolder)
         : m_database(database), m_packageFolder(packageFolder),
           m_layout(LayoutOf(SummaryNumber(database, SUMMARY_WORD_COUNT)))
     {
@@ -126,7 +126,7 @@ private:
     {
         PackageLayout laidOut = m_layout;
         laidOut.bCompressed = false;
-        const DirectoryRows directories(m_database);
+        const CDirectoryRows directories(m_database);
         std::map<CString, CString> folders;
         const unsigned int result = ForEachRow(
             m_database, L"SELECT `Component`,`Directory_` FROM `Component`", {}, [&](MSIHANDLE record) {
@@ -143,7 +143,7 @@ private:
     PackageLayout m_layout;
 };
 
-class SourceList
+class CSourceList
 {
 public:
     void Add(const CString& relative)
@@ -175,7 +175,7 @@ CString CabinetOf(const std::vector<Medium>& media, int sequence)
 }
 
 // A file that isn't laid out as it should be, taken as it lies. False when it isn't there at all.
-bool AddAsItLies(const PackageReader& package, const SourceFile& file, SourceList& sources)
+bool AddAsItLies(const CPackageReader& package, const SourceFile& file, CSourceList& sources)
 {
     bool found = false;
     for (const CString& path : {file.strFolderPath, file.strRootPath}) {
@@ -187,8 +187,8 @@ bool AddAsItLies(const PackageReader& package, const SourceFile& file, SourceLis
     return found;
 }
 
-void AddFile(const PackageReader& package, const SourceFile& file, const CString& cabinet,
-             SourceList& sources)
+void AddFile(const CPackageReader& package, const SourceFile& file, const CString& cabinet,
+             CSourceList& sources)
 {
     const bool unclear = package.Layout().IsUnclear();
     if (unclear && AddAsItLies(package, file, sources)) {
@@ -207,9 +207,9 @@ void AddFile(const PackageReader& package, const SourceFile& file, const CString
 
 std::vector<CString> FindPackageFiles(MSIHANDLE database, const CString& packageFolder)
 {
-    const PackageReader package(database, packageFolder);
+    const CPackageReader package(database, packageFolder);
     const std::vector<Medium> media = package.ReadMedia();
-    SourceList sources;
+    CSourceList sources;
     for (const SourceFile& file : package.ReadFiles(false)) {
         AddFile(package, file, CabinetOf(media, file.sequence), sources);
     }
@@ -223,7 +223,7 @@ std::vector<CString> FindPackageFiles(MSIHANDLE database, const CString& package
 
 CString FindMisnamedCabinet(MSIHANDLE database, const CString& packageFolder)
 {
-    const PackageReader package(database, packageFolder);
+    const CPackageReader package(database, packageFolder);
     const std::vector<Medium> media = package.ReadMedia();
     if (std::none_of(media.begin(), media.end(),
                      [](const Medium& medium) { return IsUserCabinet(medium.strCabinet); })) {
@@ -240,7 +240,7 @@ CString FindMisnamedCabinet(MSIHANDLE database, const CString& packageFolder)
 
 AdditionSources FindAdditionSources(MSIHANDLE database, const CString& packageFolder)
 {
-    const PackageReader package(database, packageFolder);
+    const CPackageReader package(database, packageFolder);
     AdditionSources sources;
     sources.bLoose = package.Layout().IsLaidOut();
     sources.bPackedUnmarked = PlaceOfFile(package.Layout(), 0) == SourcePlace::Cabinet;

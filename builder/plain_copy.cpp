@@ -12,10 +12,11 @@ namespace {
 std::uint64_t CopyOne(const CString& source, const CString& target, std::vector<unsigned char>& buffer,
                       PlainCopy way)
 {
-    const FileHandle from(CreateFileW(UnlimitedPath(source), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                      nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    const FileHandle to(CreateFileW(UnlimitedPath(target), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+    const CFileHandle from(CreateFileW(UnlimitedPath(source), GENERIC_READ,
+                                       FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                       FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    const CFileHandle to(CreateFileW(UnlimitedPath(target), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                     FILE_ATTRIBUTE_NORMAL, nullptr));
     Sha256 hash;
     std::uint64_t size = 0;
     for (;;) {

@@ -4,13 +4,13 @@
 #include "builder/build_failure.h"
 #include "builder/file_operations.h"
 
-class ScratchFile
+class CScratchFile
 {
 public:
-    explicit ScratchFile(const CString& path) : m_path(path) { Remove(); }
-    ScratchFile(const ScratchFile&) = delete;
-    ScratchFile& operator=(const ScratchFile&) = delete;
-    ~ScratchFile()
+    explicit CScratchFile(const CString& path) : m_path(path) { Remove(); }
+    CScratchFile(const CScratchFile&) = delete;
+    CScratchFile& operator=(const CScratchFile&) = delete;
+    ~CScratchFile()
     {
         try {
             Remove();

@@ -62,10 +62,10 @@ struct Place
     CString strBefore;
 };
 
-class SequencePlan
+class CSequencePlan
 {
 public:
-    explicit SequencePlan(const WriteTable& sequence) : m_sequence(sequence)
+    explicit CSequencePlan(const WriteTable& sequence) : m_sequence(sequence)
     {
         for (const auto& [key, row] : sequence.Rows()) {
             const long long number = NumberOf(sequence.Value(row, L"Sequence"));
@@ -226,5 +226,5 @@ private:
 CString AddMissingActions(DatabaseSnapshot& database)
 {
     const WriteTable sequence = TableToWrite(database, L"InstallExecuteSequence");
-    return sequence.Exists() ? SequencePlan(sequence).Complete() : CString();
+    return sequence.Exists() ? CSequencePlan(sequence).Complete() : CString();
 }

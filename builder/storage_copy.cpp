@@ -9,13 +9,13 @@
 namespace {
 
 // Owns a storage.
-class StorageFile
+class CStorageFile
 {
 public:
-    StorageFile() = default;
-    StorageFile(const StorageFile&) = delete;
-    StorageFile& operator=(const StorageFile&) = delete;
-    ~StorageFile()
+    CStorageFile() = default;
+    CStorageFile(const CStorageFile&) = delete;
+    CStorageFile& operator=(const CStorageFile&) = delete;
+    ~CStorageFile()
     {
         if (m_storage) {
             m_storage->Release();
@@ -32,8 +32,8 @@ private:
 
 unsigned int CopyStorage(const CString& source, const CString& target)
 {
-    StorageFile from;
-    StorageFile to;
+    CStorageFile from;
+    CStorageFile to;
     HRESULT result =
         StgOpenStorage(source, nullptr, STGM_READ | STGM_SHARE_DENY_WRITE, nullptr, 0, from.Put());
     if (SUCCEEDED(result)) {

@@ -1,8 +1,8 @@
 #include "builder/user_features.h"
 
 #include "builder/build_names.h"
+#include "builder/incomplete_additions.h"
 #include "builder/named_table.h"
-#include "builder/stray_additions.h"
 
 #include <algorithm>
 

@@ -89,7 +89,7 @@ Numbering NumberFiles(const WriteTable& files, const WriteTable& media, const Us
             ? MAX_SHORT - static_cast<long long>(additions.files.size())
             : std::numeric_limits<int>::max();
     if (lastTaken() > room) {
-        GiveUpReservedNumbers(media, HighestNumber(files, L"Sequence", added));
+        FreeReservedNumbers(media, HighestNumber(files, L"Sequence", added));
     }
     const long long last = lastTaken();
     return last > room ? Numbering{0, RefuseNumbers(last, additions.files.size())} : Numbering{last + 1, {}};
@@ -199,10 +199,10 @@ UserAdditions FindUserAdditions(const DatabaseSnapshot& database)
     const ReadTable files = TableToRead(database, L"File");
     const ReadTable components = TableToRead(database, L"Component");
     additions.bBuiltBefore = NamesUserCabinets(TableToRead(database, L"Media"));
-    additions.strays = FindStrayAdditions(database);
-    additions.straySteps = FindStraySteps(database);
+    additions.strays = FindIncompleteAdditions(database);
+    additions.straySteps = FindOrphanedSteps(database);
     std::set<CString> strays;
-    for (const StrayAddition& stray : additions.strays) {
+    for (const IncompleteAddition& stray : additions.strays) {
         strays.insert(stray.strKey);
     }
     if (records.Exists()) {
@@ -321,8 +321,8 @@ CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& add
     const WriteTable files = TableToWrite(database, L"File");
     const WriteTable media = TableToWrite(database, L"Media");
     RemoveOldCabinets(media);
-    RemoveStrayAdditions(database, additions.strays);
-    RemoveStraySteps(database, additions.straySteps);
+    RemoveIncompleteAdditions(database, additions.strays);
+    RemoveOrphanedSteps(database, additions.straySteps);
     if (!additions.files.empty()) {
         if (!media.Exists()) {
             return L"its database has no table Media. Remove the additional files.";

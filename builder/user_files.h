@@ -8,7 +8,7 @@
 
 #include "builder/build_plan.h"
 #include "builder/change_report.h"
-#include "builder/stray_additions.h"
+#include "builder/incomplete_additions.h"
 
 #include <cstdint>
 
@@ -26,12 +26,12 @@ struct UserFile
 
 struct UserAdditions
 {
-    std::vector<UserFile> files;       // in the order in which they were added
-    std::vector<StrayAddition> strays; // of files and folders, to be left out
-    std::vector<CString> straySteps;   // what is left of drives that were only half removed
-    std::vector<CString> folders;      // keys of those that were added
-    bool bBuiltBefore = false;         // the database names cabinets of an earlier build
-    bool bLoose = false;               // the files aren't packed, but lie in folders; the caller's to fill
+    std::vector<UserFile> files;            // in the order in which they were added
+    std::vector<IncompleteAddition> strays; // of files and folders, to be left out
+    std::vector<CString> straySteps;        // what is left of drives that were only half removed
+    std::vector<CString> folders;           // keys of those that were added
+    bool bBuiltBefore = false;              // the database names cabinets of an earlier build
+    bool bLoose = false; // the files aren't packed, but lie in folders; the caller's to fill
 
     // Nothing was ever added, so that nothing needs to be finished.
     bool IsEmpty() const

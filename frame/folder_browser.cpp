@@ -12,18 +12,18 @@ constexpr UINT BROWSE_FLAGS = BIF_RETURNONLYFSDIRS | BIF_STATUSTEXT | BIF_NEWDIA
 static_assert(BROWSE_FLAGS == 325);
 
 // The dialog's new style needs OLE on its thread.
-class OleScope
+class COleScope
 {
 public:
-    OleScope() : m_hResult(::OleInitialize(nullptr)) {}
-    ~OleScope()
+    COleScope() : m_hResult(::OleInitialize(nullptr)) {}
+    ~COleScope()
     {
         if (SUCCEEDED(m_hResult)) {
             ::OleUninitialize();
         }
     }
-    OleScope(const OleScope&) = delete;
-    OleScope& operator=(const OleScope&) = delete;
+    COleScope(const COleScope&) = delete;
+    COleScope& operator=(const COleScope&) = delete;
 
 private:
     HRESULT m_hResult;
@@ -84,7 +84,7 @@ CString FileSystemPath(const ITEMIDLIST* item)
 
 bool BrowseForFolder(HWND owner, CString& path, const wchar_t* title, bool networkRoot)
 {
-    const OleScope ole;
+    const COleScope ole;
     const ItemIdList root = networkRoot ? NetworkRoot() : ItemIdList();
     const CString selection = path.Left(MAX_PATH);
     wchar_t displayName[MAX_PATH] = {};

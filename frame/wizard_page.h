@@ -43,7 +43,7 @@ public:
         }
         PageContext context = HookContext();
         context.hParent = this->m_hWnd;
-        if (CUiManager* uiManager = UiManager()) {
+        if (CUiManager* uiManager = CHostUiManager()) {
             context.rcDisplay = *uiManager->GetWindowPos();
         }
         return CallHooks(hooks, context, false);
@@ -137,7 +137,7 @@ protected:
         this->DestroyWindow();
     }
 
-    CUiManager* UiManager() const { return this->m_pSetupManager->m_pUiManager; }
+    CUiManager* CHostUiManager() const { return this->m_pSetupManager->m_pUiManager; }
 
     CSlimHtmlCtrl m_sidePane;
     CSlimHtmlCtrl m_footer;
@@ -170,7 +170,8 @@ private:
 
     void InitIcon()
     {
-        this->SetIcon(LoadPageIcon(UiManager() ? CString(UiManager()->m_strIconFile) : CString(), m_icon));
+        this->SetIcon(
+            LoadPageIcon(CHostUiManager() ? CString(CHostUiManager()->m_strIconFile) : CString(), m_icon));
     }
 
     void AddToMessageLoop()
@@ -195,8 +196,8 @@ private:
             return;
         }
         BindLabel(m_stepLabel, control);
-        if (UiManager()) {
-            m_stepLabel.LoadText(FormatResource(IDS_STEP, CString(UiManager()->m_strStepArgument)));
+        if (CHostUiManager()) {
+            m_stepLabel.LoadText(FormatResource(IDS_STEP, CString(CHostUiManager()->m_strStepArgument)));
         }
     }
 
@@ -238,7 +239,8 @@ private:
         if (!m_hResetButton) {
             return;
         }
-        const bool allowed = UiManager() && UiManager()->m_bResetAllowed1 && UiManager()->m_bResetAllowed2;
+        const bool allowed =
+            CHostUiManager() && CHostUiManager()->m_bResetAllowed1 && CHostUiManager()->m_bResetAllowed2;
         ::ShowWindow(m_hResetButton, allowed ? SW_SHOW : SW_HIDE);
         ::EnableWindow(m_hResetButton, allowed);
     }
@@ -369,7 +371,7 @@ private:
     LRESULT OnPaint(UINT, WPARAM, LPARAM, BOOL&)
     {
         PaintPage(this->m_hWnd, m_backgroundColor,
-                  m_useBackgroundImage && UiManager() ? UiManager()->m_pBackgroundImage : nullptr);
+                  m_useBackgroundImage && CHostUiManager() ? CHostUiManager()->m_pBackgroundImage : nullptr);
         return 0;
     }
 
@@ -383,7 +385,7 @@ private:
 
     LRESULT OnWindowPosChanged(UINT, WPARAM, LPARAM, BOOL& handled)
     {
-        TrackWindowPlace(this->m_hWnd, UiManager(), m_bPlaced);
+        TrackWindowPlace(this->m_hWnd, CHostUiManager(), m_bPlaced);
         handled = FALSE;
         return 0;
     }

@@ -36,7 +36,7 @@ bool Joins(const AnswersFile& file)
     sources.strFile = L"C:\\answers.txt";
     sources.strFileFolder = L"C:\\";
     sources.strCurrentFolder = L"C:\\";
-    Answers answers;
+    CAnswers answers;
     AnswersError error;
     const bool joined = JoinAnswers(sources, answers, error);
     if (joined == !error.strReason.IsEmpty()) {

@@ -8,7 +8,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
 {
-    DeploymentFileReader reader;
+    CDeploymentFileReader reader;
     if (ReadXml(reinterpret_cast<const char*>(data), size, reader)) {
         return 0;
     }

@@ -5,7 +5,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
 {
-    SetupDescriptionReader reader;
+    CSetupDescriptionReader reader;
     if (!ReadXml(reinterpret_cast<const char*>(data), size, reader) &&
         CheckReadsAgain(reader.GetDescription())) {
         std::abort();

@@ -43,10 +43,10 @@ SetupDescription DescribeImage(const Media& media, int platform)
     return image;
 }
 
-class PlanMaker
+class CPlanMaker
 {
 public:
-    PlanMaker(ManagerObject& manager, const CString& replacedStamp)
+    CPlanMaker(CHostSetupManager& manager, const CString& replacedStamp)
         : m_manager(manager), m_media(manager.GetMedia())
     {
         m_plan.strReplacedStamp = replacedStamp;
@@ -62,9 +62,9 @@ public:
         m_plan.commands.strLogFolder = m_manager.m_bNetworkLog ? m_manager.m_strNetworkLogFolder : CString();
         m_plan.commands.bKeepLocalLog = m_manager.m_bSettingsOption;
         m_plan.commands.strDisplay = m_manager.m_installMode == INSTALL_WITH_PROGRESS ? L"/qb-!" : L"/qn";
-        for (const std::unique_ptr<ProductObject>& product : m_manager.GetProductObjects()) {
+        for (const std::unique_ptr<CHostProduct>& product : m_manager.GetProductObjects()) {
             AddProduct(*product);
-            for (const std::unique_ptr<ProductObject>& pack : product->GetPackObjects()) {
+            for (const std::unique_ptr<CHostProduct>& pack : product->GetPackObjects()) {
                 AddProduct(*pack);
             }
         }
@@ -78,15 +78,15 @@ public:
     }
 
     // After Make: the deployment must be one that the wizard can list and modify.
-    HostError CheckTexts() const
+    OperationError CheckTexts() const
     {
         const XmlFault deployment = CheckReadsAgain(m_stored);
         const XmlFault fault = deployment ? deployment : CheckReadsAgain(m_image);
-        return fault ? HostError{ERROR_INVALID_DATA, fault.message} : HostError();
+        return fault ? OperationError{ERROR_INVALID_DATA, fault.message} : OperationError();
     }
 
 private:
-    void AddProduct(ProductObject& product)
+    void AddProduct(CHostProduct& product)
     {
         const CString folder = ParentOf(product.GetRelativeFile());
         BuildDatabase database;
@@ -113,7 +113,7 @@ private:
     }
 
     // Patch files come into the image, and the deployment's file names them there.
-    void AddPatches(const ProductObject& product, const CString& folder, BuildDatabase& database)
+    void AddPatches(const CHostProduct& product, const CString& folder, BuildDatabase& database)
     {
         const bool appended = product.m_patchFiles.empty() ? false : IsAppended(product);
         StoredProduct* stored = nullptr;
@@ -134,14 +134,14 @@ private:
         }
     }
 
-    static bool IsAppended(const ProductObject& product)
+    static bool IsAppended(const CHostProduct& product)
     {
-        const Setup::tagPATCHSTATE state = const_cast<ProductObject&>(product).GetPatchState();
+        const Setup::tagPATCHSTATE state = const_cast<CHostProduct&>(product).GetPatchState();
         return state == Setup::PATCHSTATE_2 || state == Setup::PATCHSTATE_3;
     }
 
     // A package that stands at the media's root may share its folder with anything: only what it names goes along.
-    void AddLooseFiles(ProductObject& product)
+    void AddLooseFiles(CHostProduct& product)
     {
         for (const CString& file : FindPackageFiles(product.GetMsiHandle(), m_media.strRoot)) {
             const CString target = InImage(file);
@@ -169,7 +169,7 @@ private:
         m_plan.folders.push_back({m_media.strRoot + relative, target, {}});
     }
 
-    ManagerObject& m_manager;
+    CHostSetupManager& m_manager;
     const Media& m_media;
     DeploymentFile m_stored;
     SetupDescription m_image;
@@ -178,13 +178,13 @@ private:
 
 // What was there when the media were opened can be gone by now, and a folder is copied as it is found: without a
 // cabinet it would be built without a complaint and fail on every workstation.
-HostError CheckSources(const std::vector<std::unique_ptr<ProductObject>>& products)
+OperationError CheckSources(const std::vector<std::unique_ptr<CHostProduct>>& products)
 {
-    for (const std::unique_ptr<ProductObject>& product : products) {
-        if (HostError error = CheckPackageSources(product->GetMsiHandle(), product->GetOriginalFile())) {
+    for (const std::unique_ptr<CHostProduct>& product : products) {
+        if (OperationError error = CheckPackageSources(product->GetMsiHandle(), product->GetOriginalFile())) {
             return error;
         }
-        if (HostError error = CheckSources(product->GetPackObjects())) {
+        if (OperationError error = CheckSources(product->GetPackObjects())) {
             return error;
         }
     }
@@ -192,9 +192,9 @@ HostError CheckSources(const std::vector<std::unique_ptr<ProductObject>>& produc
 }
 
 // The plan, or why there can be none.
-HostError DecidePlan(ManagerObject& manager, BuildPlan& plan)
+OperationError DecidePlan(CHostSetupManager& manager, BuildPlan& plan)
 {
-    if (HostError error = manager.EnsureProducts()) {
+    if (OperationError error = manager.EnsureProducts()) {
         return error;
     }
     const TargetVerdict verdict = manager.JudgeTarget();
@@ -204,25 +204,25 @@ HostError DecidePlan(ManagerObject& manager, BuildPlan& plan)
     if (verdict.state == TargetVerdict::State::NeedsAnswer) {
         return {ERROR_ALREADY_EXISTS, HostSentence(HostText::TargetUnasked, {verdict.strFolder})};
     }
-    if (HostError error = CheckSources(manager.GetProductObjects())) {
+    if (OperationError error = CheckSources(manager.GetProductObjects())) {
         return error;
     }
-    PlanMaker maker(manager, verdict.strStamp);
+    CPlanMaker maker(manager, verdict.strStamp);
     plan = maker.Make();
     return maker.CheckTexts();
 }
 
 } // namespace
 
-BuildPlan MakeBuildPlan(ManagerObject& manager, const CString& replacedStamp)
+BuildPlan MakeBuildPlan(CHostSetupManager& manager, const CString& replacedStamp)
 {
-    return PlanMaker(manager, replacedStamp).Make();
+    return CPlanMaker(manager, replacedStamp).Make();
 }
 
-BuildResult BuildFromManager(ManagerObject& manager, IBuildProgress& progress)
+BuildResult BuildFromManager(CHostSetupManager& manager, IBuildProgress& progress)
 {
     BuildPlan plan;
-    if (HostError error = DecidePlan(manager, plan)) {
+    if (OperationError error = DecidePlan(manager, plan)) {
         return {error, CString(), {}};
     }
     BuildResult result = BuildDeployment(plan, progress);
@@ -232,14 +232,14 @@ BuildResult BuildFromManager(ManagerObject& manager, IBuildProgress& progress)
     return result;
 }
 
-HostError CheckFromManager(ManagerObject& manager, std::vector<CString>& warnings)
+OperationError CheckFromManager(CHostSetupManager& manager, std::vector<CString>& warnings)
 {
     BuildPlan plan;
-    const HostError error = DecidePlan(manager, plan);
+    const OperationError error = DecidePlan(manager, plan);
     return error ? error : CheckBuild(plan, warnings);
 }
 
-std::uint64_t MeasureFromManager(ManagerObject& manager)
+std::uint64_t MeasureFromManager(CHostSetupManager& manager)
 {
     return manager.EnsureProducts() ? 0 : MeasureBuild(MakeBuildPlan(manager, CString()));
 }

@@ -28,11 +28,11 @@ CString NameOfDeployment(const CString& entry)
         return name;
     }
     DeploymentFile file;
-    const HostError error = ReadDeploymentFile(entry, file);
+    const OperationError error = ReadDeploymentFile(entry, file);
     return error ? CString() : file.strName;
 }
 
-HostError OpenBase(const CString& entry, const CString& setupCode, DeploymentBase& base)
+OperationError OpenBase(const CString& entry, const CString& setupCode, DeploymentBase& base)
 {
     const CString name = NameOfDeployment(entry);
     const CString folder = ParentFolder(entry);
@@ -46,7 +46,7 @@ HostError OpenBase(const CString& entry, const CString& setupCode, DeploymentBas
     } catch (const BuildFailure& failure) {
         return {failure.code, HostSentence(HostText::BaseDamaged, {name, failure.message})};
     }
-    if (HostError error = ReadDeploymentFile(entry, opened.file)) {
+    if (OperationError error = ReadDeploymentFile(entry, opened.file)) {
         return {error.code, HostSentence(HostText::BaseDamaged, {name, error.message})};
     }
     if (opened.file.strSetupCode.CompareNoCase(setupCode) != 0) {
@@ -56,7 +56,7 @@ HostError OpenBase(const CString& entry, const CString& setupCode, DeploymentBas
     if (!IsFolder(image)) {
         return {ERROR_PATH_NOT_FOUND, HostSentence(HostText::BaseImageGone, {name, image})};
     }
-    if (HostError error = OpenMedia(image, opened.image)) {
+    if (OperationError error = OpenMedia(image, opened.image)) {
         return {error.code, HostSentence(HostText::BaseDamaged, {name, error.message})};
     }
     base = std::move(opened);

@@ -18,4 +18,4 @@ struct DeploymentBase
 [[nodiscard]] CString NameOfDeployment(const CString& entry);
 
 // Opens a deployment of that setup code with its image. An error says why it can't be a base.
-[[nodiscard]] HostError OpenBase(const CString& entry, const CString& setupCode, DeploymentBase& base);
+[[nodiscard]] OperationError OpenBase(const CString& entry, const CString& setupCode, DeploymentBase& base);

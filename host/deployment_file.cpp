@@ -11,7 +11,7 @@ constexpr int DEPLOYMENT_VERSION = 1;
 
 // Notes the fault of one item too many.
 template <class Items>
-bool IsFull(const Items& items, std::size_t limit, const wchar_t* name, XmlValues& values)
+bool IsFull(const Items& items, std::size_t limit, const wchar_t* name, CXmlValues& values)
 {
     if (items.size() < limit) {
         return false;
@@ -39,7 +39,7 @@ bool IsKnownPlace(const CString& name, const CString& parent)
     return false;
 }
 
-void WriteProperties(XmlText& xml, const PropertyStore& store)
+void WriteProperties(CXmlText& xml, const PropertyStore& store)
 {
     for (const StoredProperty& property : store) {
         xml.OpenElement(L"Property");
@@ -49,7 +49,7 @@ void WriteProperties(XmlText& xml, const PropertyStore& store)
     }
 }
 
-void WriteProduct(XmlText& xml, const StoredProduct& product)
+void WriteProduct(CXmlText& xml, const StoredProduct& product)
 {
     xml.OpenElement(L"Product");
     xml.AddAttribute(L"code", product.strProductCode);
@@ -119,11 +119,11 @@ const StoredProduct* DeploymentFile::FindProduct(const CString& productCode) con
     return nullptr;
 }
 
-bool DeploymentFileReader::OnElement(const CString& name, const std::vector<XmlAttribute>& attributes,
-                                     int line)
+bool CDeploymentFileReader::OnElement(const CString& name, const std::vector<XmlAttribute>& attributes,
+                                      int line)
 {
     const CString parent = m_open.empty() ? CString() : m_open.back();
-    XmlValues values(name, attributes, line);
+    CXmlValues values(name, attributes, line);
     if (!IsKnownPlace(name, parent)) {
         values.Fail(parent.IsEmpty() ? HostSentence(HostText::XmlWrongRoot, {Shown(name), L"Deployment"})
                                      : HostSentence(HostText::XmlUnknownElement, {Shown(name), parent}));
@@ -135,7 +135,7 @@ bool DeploymentFileReader::OnElement(const CString& name, const std::vector<XmlA
     return !m_fault;
 }
 
-bool DeploymentFileReader::OnElementEnd()
+bool CDeploymentFileReader::OnElementEnd()
 {
     m_open.pop_back();
     if (m_open.empty() && !m_settingsSeen) {
@@ -144,7 +144,7 @@ bool DeploymentFileReader::OnElementEnd()
     return !m_fault;
 }
 
-bool DeploymentFileReader::OnText(const CString& text, int line)
+bool CDeploymentFileReader::OnText(const CString& text, int line)
 {
     CString trimmed = text;
     if (!trimmed.Trim().IsEmpty()) {
@@ -155,7 +155,7 @@ bool DeploymentFileReader::OnText(const CString& text, int line)
     return !m_fault;
 }
 
-void DeploymentFileReader::ReadElement(const CString& name, const CString& parent, XmlValues& values)
+void CDeploymentFileReader::ReadElement(const CString& name, const CString& parent, CXmlValues& values)
 {
     if (name == L"Deployment") {
         ReadDeployment(values);
@@ -174,41 +174,41 @@ void DeploymentFileReader::ReadElement(const CString& name, const CString& paren
     }
 }
 
-void DeploymentFileReader::ReadDeployment(XmlValues& values)
+void CDeploymentFileReader::ReadDeployment(CXmlValues& values)
 {
-    const int version = values.TakeNumber(L"version", 1, 1000000);
+    const int version = values.ReadNumber(L"version", 1, 1000000);
     if (version > DEPLOYMENT_VERSION) {
         values.Fail(
             HostSentence(HostText::XmlNewerVersion, {NumberText(version), NumberText(DEPLOYMENT_VERSION)}));
     }
-    m_file.strName = values.TakeFolderName(L"name", false);
-    m_file.strSetupCode = values.TakeGuid(L"setupCode");
-    m_file.strProductName = values.TakeText(L"productName", NAME_LIMIT);
-    m_file.strProductVersion = values.TakeText(L"productVersion", VERSION_LIMIT);
-    m_file.platform = values.TakeNumber(L"platform", 2, 3);
-    m_file.strLanguage = values.TakeLocale(L"language");
-    m_file.strBaseName = values.TakeFolderName(L"base", true);
+    m_file.strName = values.ReadFolderName(L"name", false);
+    m_file.strSetupCode = values.ReadGuid(L"setupCode");
+    m_file.strProductName = values.ReadText(L"productName", NAME_LIMIT);
+    m_file.strProductVersion = values.ReadText(L"productVersion", VERSION_LIMIT);
+    m_file.platform = values.ReadNumber(L"platform", 2, 3);
+    m_file.strLanguage = values.ReadLocale(L"language");
+    m_file.strBaseName = values.ReadFolderName(L"base", true);
 }
 
-void DeploymentFileReader::ReadSettings(XmlValues& values)
+void CDeploymentFileReader::ReadSettings(CXmlValues& values)
 {
     if (m_settingsSeen) {
         values.Fail(HostSentence(HostText::XmlRepeatedElement, {L"Settings"}));
     }
     m_settingsSeen = true;
-    m_file.installMode = values.TakeNumber(L"installMode", 2, 3);
-    m_file.bNetworkLog = values.TakeNumber(L"networkLog", 0, 1) == 1;
-    m_file.strNetworkLogFolder = values.TakeOptionalPath(L"networkLogFolder");
-    m_file.bSettingsOption = values.TakeNumber(L"settingsOption", 0, 1) == 1;
+    m_file.installMode = values.ReadNumber(L"installMode", 2, 3);
+    m_file.bNetworkLog = values.ReadNumber(L"networkLog", 0, 1) == 1;
+    m_file.strNetworkLogFolder = values.ReadOptionalPath(L"networkLogFolder");
+    m_file.bSettingsOption = values.ReadNumber(L"settingsOption", 0, 1) == 1;
 }
 
-void DeploymentFileReader::ReadProduct(XmlValues& values)
+void CDeploymentFileReader::ReadProduct(CXmlValues& values)
 {
     StoredProduct product;
-    product.strProductCode = values.TakeGuid(L"code");
-    product.strName = values.TakeText(L"name", NAME_LIMIT);
-    product.patchState = values.TakeNumber(L"patchState", 0, 5);
-    product.includePatch = values.TakeNumber(L"includePatch", -1, 2);
+    product.strProductCode = values.ReadGuid(L"code");
+    product.strName = values.ReadText(L"name", NAME_LIMIT);
+    product.patchState = values.ReadNumber(L"patchState", 0, 5);
+    product.includePatch = values.ReadNumber(L"includePatch", -1, 2);
     if (!m_productCodes.insert(product.strProductCode).second) {
         values.Fail(HostSentence(HostText::ValueRepeated, {L"code", product.strProductCode}));
     }
@@ -218,46 +218,46 @@ void DeploymentFileReader::ReadProduct(XmlValues& values)
     m_patchTextsSeen = false;
 }
 
-void DeploymentFileReader::ReadPatch(XmlValues& values)
+void CDeploymentFileReader::ReadPatch(CXmlValues& values)
 {
     StoredPatch patch;
-    patch.file = values.TakeRelativePath(L"file", false);
-    patch.merged = values.TakeNumber(L"merged", 0, 1) == 1;
+    patch.file = values.ReadRelativePath(L"file", false);
+    patch.merged = values.ReadNumber(L"merged", 0, 1) == 1;
     if (++m_patchCount > PATCH_LIMIT) {
         values.Fail(HostSentence(HostText::XmlTooMany, {L"Patch", NumberText(PATCH_LIMIT)}));
     }
     m_file.products.back().patches.push_back(patch);
 }
 
-void DeploymentFileReader::ReadAddedFile(XmlValues& values)
+void CDeploymentFileReader::ReadAddedFile(CXmlValues& values)
 {
     StoredAddedFile file;
-    file.component = values.TakeText(L"component", TABLE_KEY_LIMIT);
-    file.source = values.TakeAnyValue(L"source", FULL_PATH_LIMIT);
+    file.component = values.ReadText(L"component", TABLE_KEY_LIMIT);
+    file.source = values.ReadAnyValue(L"source", FULL_PATH_LIMIT);
     std::vector<StoredAddedFile>& files = m_file.products.back().addedFiles;
     if (!IsFull(files, ADDED_FILE_LIMIT, L"AddedFile", values)) {
         files.push_back(file);
     }
 }
 
-void DeploymentFileReader::ReadDownloadedPatch(XmlValues& values)
+void CDeploymentFileReader::ReadDownloadedPatch(CXmlValues& values)
 {
     if (m_patchTextsSeen) {
         values.Fail(HostSentence(HostText::XmlRepeatedElement, {L"DownloadedPatch"}));
     }
     m_patchTextsSeen = true;
     StoredProduct& product = m_file.products.back();
-    product.strPatchPath = values.TakeOptionalAnyValue(L"path", FULL_PATH_LIMIT);
-    product.strPatchName = values.TakeOptionalAnyValue(L"name", PATCH_NAME_LIMIT);
-    product.strPatchReadme = values.TakeOptionalAnyValue(L"readme", PATCH_README_LIMIT);
-    product.strPatchSize = values.TakeOptionalAnyValue(L"size", PATCH_SIZE_LIMIT);
+    product.strPatchPath = values.ReadOptionalAnyValue(L"path", FULL_PATH_LIMIT);
+    product.strPatchName = values.ReadOptionalAnyValue(L"name", PATCH_NAME_LIMIT);
+    product.strPatchReadme = values.ReadOptionalAnyValue(L"readme", PATCH_README_LIMIT);
+    product.strPatchSize = values.ReadOptionalAnyValue(L"size", PATCH_SIZE_LIMIT);
 }
 
-void DeploymentFileReader::ReadProperty(PropertyStore& store, XmlValues& values)
+void CDeploymentFileReader::ReadProperty(PropertyStore& store, CXmlValues& values)
 {
     StoredProperty property;
-    property.name = values.TakeText(L"name", PROPERTY_NAME_LIMIT);
-    property.value = values.TakeAnyValue(L"value", PROPERTY_VALUE_LIMIT);
+    property.name = values.ReadText(L"name", PROPERTY_NAME_LIMIT);
+    property.value = values.ReadAnyValue(L"value", PROPERTY_VALUE_LIMIT);
     if (!IsFull(store, PROPERTY_LIMIT, L"Property", values)) {
         store.push_back(property);
     }
@@ -265,7 +265,7 @@ void DeploymentFileReader::ReadProperty(PropertyStore& store, XmlValues& values)
 
 CString WriteDeploymentFile(const DeploymentFile& file)
 {
-    XmlText xml;
+    CXmlText xml;
     xml.OpenElement(L"Deployment");
     xml.AddAttribute(L"version", NumberText(DEPLOYMENT_VERSION));
     xml.AddAttribute(L"name", file.strName);

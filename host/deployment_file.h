@@ -72,7 +72,7 @@ struct DeploymentFile
 };
 
 // Takes the events of one Deployment.xml. GetDeployment is whole only when there is no fault.
-class DeploymentFileReader final : public IXmlEvents
+class CDeploymentFileReader final : public IXmlEvents
 {
 public:
     bool OnElement(const CString& name, const std::vector<XmlAttribute>& attributes, int line) override;
@@ -82,14 +82,14 @@ public:
     const DeploymentFile& GetDeployment() const { return m_file; }
 
 private:
-    void ReadElement(const CString& name, const CString& parent, class XmlValues& values);
-    void ReadDeployment(XmlValues& values);
-    void ReadSettings(XmlValues& values);
-    void ReadProduct(XmlValues& values);
-    void ReadPatch(XmlValues& values);
-    void ReadAddedFile(XmlValues& values);
-    void ReadDownloadedPatch(XmlValues& values);
-    void ReadProperty(PropertyStore& store, XmlValues& values);
+    void ReadElement(const CString& name, const CString& parent, class CXmlValues& values);
+    void ReadDeployment(CXmlValues& values);
+    void ReadSettings(CXmlValues& values);
+    void ReadProduct(CXmlValues& values);
+    void ReadPatch(CXmlValues& values);
+    void ReadAddedFile(CXmlValues& values);
+    void ReadDownloadedPatch(CXmlValues& values);
+    void ReadProperty(PropertyStore& store, CXmlValues& values);
 
     DeploymentFile m_file;
     XmlFault m_fault;

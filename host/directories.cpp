@@ -73,7 +73,7 @@ void DropSessionTable(MSIHANDLE database)
 
 } // namespace
 
-CFeature* FeatureManager::FindFeature(const CString& name)
+CFeature* CHostFeatureManager::FindFeature(const CString& name)
 {
     bool found = false;
     const unsigned int result =
@@ -84,7 +84,7 @@ CFeature* FeatureManager::FindFeature(const CString& name)
     return result == ERROR_SUCCESS && found ? &m_feature : nullptr;
 }
 
-DirectoryManager::DirectoryManager(InstallerHandle database, const CString& packageFolder)
+CHostDirectoryManager::CHostDirectoryManager(InstallerHandle database, const CString& packageFolder)
     : m_database(database), m_packageFolder(packageFolder),
       m_layout(LayoutOf(SummaryNumber(database, SUMMARY_WORD_COUNT)))
 {
@@ -92,9 +92,9 @@ DirectoryManager::DirectoryManager(InstallerHandle database, const CString& pack
     ReadProperties();
 }
 
-unsigned int DirectoryManager::ResolveBySession(const CString& workFolder)
+unsigned int CHostDirectoryManager::ResolveBySession(const CString& workFolder)
 {
-    const SilentInstaller silent;
+    const CSilentInstaller silent;
     CInstallerHandle session;
     const unsigned int result = OpenSession(m_database, m_packageFolder, session);
     if (result != ERROR_SUCCESS) {
@@ -113,13 +113,13 @@ unsigned int DirectoryManager::ResolveBySession(const CString& workFolder)
     return ERROR_SUCCESS;
 }
 
-void DirectoryManager::Retire(Row& row)
+void CHostDirectoryManager::Retire(Row& row)
 {
     m_retired.push_back(std::move(row.data));
 }
 
 // The session's answer for a directory holds only while all the rows above it stay.
-void DirectoryManager::ForgetBelow(const CString& key)
+void CHostDirectoryManager::ForgetBelow(const CString& key)
 {
     for (auto& [name, row] : m_rows) {
         if (row.data->Directory_Parent == key && name != key && !row.sessionTarget.IsEmpty()) {
@@ -129,7 +129,7 @@ void DirectoryManager::ForgetBelow(const CString& key)
     }
 }
 
-void DirectoryManager::ReadRows()
+void CHostDirectoryManager::ReadRows()
 {
     std::set<CString> seen;
     std::vector<CString> changed;
@@ -171,7 +171,7 @@ void DirectoryManager::ReadRows()
     }
 }
 
-void DirectoryManager::ReadProperties()
+void CHostDirectoryManager::ReadProperties()
 {
     m_properties.clear();
     unsigned int result =
@@ -196,13 +196,13 @@ void DirectoryManager::ReadProperties()
     static_cast<void>(result); // a package without custom actions has no such drives
 }
 
-const DirectoryColumns* DirectoryManager::FindDirectory(const CString& key) const
+const DirectoryColumns* CHostDirectoryManager::FindDirectory(const CString& key) const
 {
     const auto row = m_rows.find(key);
     return row == m_rows.end() ? nullptr : row->second.data.get();
 }
 
-CString DirectoryManager::GetSettledPath(const CString& key) const
+CString CHostDirectoryManager::GetSettledPath(const CString& key) const
 {
     const auto property = m_properties.find(key);
     if (property != m_properties.end() && property->second.Find(L'[') < 0) {
@@ -221,7 +221,7 @@ CString DirectoryManager::GetSettledPath(const CString& key) const
     return CString();
 }
 
-const CDirectoryManager::DirectoryMap& DirectoryManager::GetDirectories()
+const CDirectoryManager::DirectoryMap& CHostDirectoryManager::GetDirectories()
 {
     ReadRows();
     ReadProperties();
@@ -235,7 +235,7 @@ const CDirectoryManager::DirectoryMap& DirectoryManager::GetDirectories()
     return m_entries;
 }
 
-CString DirectoryManager::FindTargetPath(const CString& key, bool& known)
+CString CHostDirectoryManager::FindTargetPath(const CString& key, bool& known)
 {
     ReadRows();
     ReadProperties();
@@ -243,7 +243,7 @@ CString DirectoryManager::FindTargetPath(const CString& key, bool& known)
     return ResolveTargetPath(*this, key);
 }
 
-bool DirectoryManager::GetTargetPath(const wchar_t* directory, wchar_t* buffer, unsigned int* size)
+bool CHostDirectoryManager::GetTargetPath(const wchar_t* directory, wchar_t* buffer, unsigned int* size)
 {
     if (!m_rows.count(directory)) {
         GetDirectories();
@@ -251,7 +251,7 @@ bool DirectoryManager::GetTargetPath(const wchar_t* directory, wchar_t* buffer, 
     return CopyPath(ResolveTargetPath(*this, directory), buffer, size);
 }
 
-bool DirectoryManager::GetSourcePath(const wchar_t* directory, wchar_t* buffer, unsigned int* size)
+bool CHostDirectoryManager::GetSourcePath(const wchar_t* directory, wchar_t* buffer, unsigned int* size)
 {
     if (!m_rows.count(directory)) {
         GetDirectories();

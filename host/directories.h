@@ -10,10 +10,10 @@
 #include <set>
 #include <vector>
 
-class FeatureManager final : public CFeatureManager
+class CHostFeatureManager final : public CFeatureManager
 {
 public:
-    explicit FeatureManager(InstallerHandle database) : m_database(database) {}
+    explicit CHostFeatureManager(InstallerHandle database) : m_database(database) {}
     // Asks the database each time: a page adds features by itself.
     CFeature* FindFeature(const CString& name) override;
 
@@ -22,11 +22,11 @@ private:
     CFeature m_feature; // stands for every feature: nobody asks it anything
 };
 
-class DirectoryManager final : public CDirectoryManager, private IDirectorySource
+class CHostDirectoryManager final : public CDirectoryManager, private IDirectorySource
 {
 public:
     // `packageFolder`: where the vendor's package lies on the media, with backslash.
-    DirectoryManager(InstallerHandle database, const CString& packageFolder);
+    CHostDirectoryManager(InstallerHandle database, const CString& packageFolder);
 
     // Asks an installer session on the open database for all paths. 0, or why there was none: the paths then come
     // from the tables. No other session may be open in the process.

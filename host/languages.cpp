@@ -58,19 +58,19 @@ CString FindLanguageFolder(const CString& base, const CString& locale, const CSt
     return base + found + L"\\";
 }
 
-LanguageManager& LanguageManager::Object()
+CHostLangMgr& CHostLangMgr::Object()
 {
-    static LanguageManager manager;
+    static CHostLangMgr manager;
     return manager;
 }
 
-void LanguageManager::Choose(const CString& programFolder, const CString& locale)
+void CHostLangMgr::Choose(const CString& programFolder, const CString& locale)
 {
     m_strTextFolder = FindLanguageFolder(FolderPath(programFolder) + L"Languages\\",
                                          locale.IsEmpty() ? UserLocale() : locale, CString(), m_strLanguage);
 }
 
-CString LanguageManager::GetDeploymentLanguage(const CProduct* product)
+CString CHostLangMgr::GetDeploymentLanguage(const CProduct* product)
 {
     if (product && product->m_strLanguage && *product->m_strLanguage) {
         return product->m_strLanguage; // a language pack brings its own
@@ -86,14 +86,14 @@ CString LanguageManager::GetDeploymentLanguage(const CProduct* product)
     return m_strDefault.IsEmpty() ? m_strLanguage : m_strDefault;
 }
 
-unsigned short LanguageManager::LocaleNameToLANGID(const CString& name)
+unsigned short CHostLangMgr::LocaleNameToLANGID(const CString& name)
 {
     return IsLocaleName(name) ? LANGIDFROMLCID(LocaleNameToLCID(name, 0)) : static_cast<unsigned short>(0);
 }
 
-bool LanguageManager::Init(CConfigReader* reader)
+bool CHostLangMgr::Init(CConfigReader* reader)
 {
-    m_pReader = static_cast<ConfigReader*>(reader);
+    m_pReader = static_cast<CHostConfigReader*>(reader);
     if (!m_pReader || m_pReader->description.languages.empty()) {
         return false;
     }
@@ -103,7 +103,7 @@ bool LanguageManager::Init(CConfigReader* reader)
     return true;
 }
 
-void LanguageManager::Reset()
+void CHostLangMgr::Reset()
 {
     m_strDeploymentLanguage = m_pReader ? m_pReader->strDeploymentLanguage : CString();
 }

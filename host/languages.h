@@ -1,15 +1,15 @@
 // The languages: which folder of texts the wizard shows, and in which language the deployment is.
 #pragma once
 
-#include "host/small_managers.h"
+#include "host/host_ui_manager.h"
 #include "include/lang_mgr.h"
 
 #include <vector>
 
-class LanguageManager final : public CLangMgr
+class CHostLangMgr final : public CLangMgr
 {
 public:
-    static LanguageManager& Object();
+    static CHostLangMgr& Object();
 
     // For the host, before the first page: the program's folder and the locale asked for, empty for the user's.
     void Choose(const CString& programFolder, const CString& locale);
@@ -27,7 +27,7 @@ private:
     std::vector<CString> m_languages; // of the media
     CString m_strDefault;
     CString m_strDeploymentLanguage;
-    ConfigReader* m_pReader = nullptr; // the host's
+    CHostConfigReader* m_pReader = nullptr; // the host's
 };
 
 // The folders to look in for a locale, the best first: itself, its language with any region, en-US.

@@ -4,9 +4,9 @@
 #include "builder/package_sources.h"
 #include "host/files.h"
 #include "host/host_messages.h"
-#include "host/made_up_media.h"
 #include "host/package_identity.h"
 #include "host/silent_installer.h"
+#include "host/single_package_media.h"
 #include "host/xml_limits.h"
 #include "installer/database.h"
 
@@ -14,7 +14,7 @@
 
 namespace {
 
-HostError ReadDescribed(const CString& file, IXmlEvents& events)
+OperationError ReadDescribed(const CString& file, IXmlEvents& events)
 {
     std::string bytes;
     const unsigned int error = ReadWholeFile(file, XML_BYTES_LIMIT, bytes);
@@ -55,23 +55,24 @@ CString FindMissingPackage(const Media& media, const std::vector<ProductDescript
     return {};
 }
 
-HostError CheckPackage(const CString& file, const PackageDescription& package)
+OperationError CheckPackage(const CString& file, const PackageDescription& package)
 {
-    const SilentInstaller silent;
+    const CSilentInstaller silent;
     CInstallerHandle database;
     const unsigned int result = OpenDatabase(file, MSIDBOPEN_READONLY, database);
     if (result != ERROR_SUCCESS) {
         return {result, HostSentence(HostText::MediaPackageBroken, {file, SystemReason(result)})};
     }
-    const HostError error = CheckIdentity(database.get(), file, package);
+    const OperationError error = CheckIdentity(database.get(), file, package);
     return error ? error : CheckPackageSources(database.get(), file);
 }
 
-HostError CheckProducts(const Media& media, const std::vector<ProductDescription>& products, int platform)
+OperationError CheckProducts(const Media& media, const std::vector<ProductDescription>& products,
+                             int platform)
 {
     for (const ProductDescription& product : products) {
         const PackageDescription* package = product.FindPackage(platform);
-        HostError error;
+        OperationError error;
         if (package) {
             error = CheckPackage(media.strRoot + PackageFolder(media.description, product, platform) +
                                      package->strFile,
@@ -89,7 +90,7 @@ HostError CheckProducts(const Media& media, const std::vector<ProductDescription
 
 // Media may come without a platform: then its whole folder is absent, as in a deployment's image. A platform of which
 // only a part is there is a broken copy; going on with the other platform would look like success.
-HostError CheckPackages(const Media& media)
+OperationError CheckPackages(const Media& media)
 {
     for (const PlatformDescription& platform : media.description.platforms) {
         if (!platform.strFolder.IsEmpty() && !IsFolder(media.strRoot + platform.strFolder)) {
@@ -104,7 +105,7 @@ HostError CheckPackages(const Media& media)
     return {};
 }
 
-HostError OpenFolder(const CString& folder, Media& media)
+OperationError OpenFolder(const CString& folder, Media& media)
 {
     media.strRoot = folder;
     if (IsFile(folder + DEPLOYMENT_FILE)) {
@@ -121,33 +122,33 @@ HostError OpenFolder(const CString& folder, Media& media)
     if (!IsFile(setupFile)) {
         return {ERROR_FILE_NOT_FOUND, HostSentence(HostText::MediaNotRecognised, {folder})};
     }
-    const HostError error = ReadSetupFile(setupFile, media.description);
+    const OperationError error = ReadSetupFile(setupFile, media.description);
     return error ? error : CheckPackages(media);
 }
 
 } // namespace
 
-HostError ReadSetupFile(const CString& file, SetupDescription& description)
+OperationError ReadSetupFile(const CString& file, SetupDescription& description)
 {
-    SetupDescriptionReader reader;
-    HostError error = ReadDescribed(file, reader);
+    CSetupDescriptionReader reader;
+    OperationError error = ReadDescribed(file, reader);
     if (!error) {
         description = reader.GetDescription();
     }
     return error;
 }
 
-HostError ReadDeploymentFile(const CString& file, DeploymentFile& deployment)
+OperationError ReadDeploymentFile(const CString& file, DeploymentFile& deployment)
 {
-    DeploymentFileReader reader;
-    HostError error = ReadDescribed(file, reader);
+    CDeploymentFileReader reader;
+    OperationError error = ReadDescribed(file, reader);
     if (!error) {
         deployment = reader.GetDeployment();
     }
     return error;
 }
 
-HostError OpenMedia(const CString& path, Media& media)
+OperationError OpenMedia(const CString& path, Media& media)
 {
     media = Media();
     if (IsFolder(path)) {
@@ -166,13 +167,13 @@ HostError OpenMedia(const CString& path, Media& media)
     return DescribePackage(full, media.description);
 }
 
-HostError CheckPlatform(const Media& media, int platform)
+OperationError CheckPlatform(const Media& media, int platform)
 {
     return CheckProducts(media, media.description.products, platform);
 }
 
 // A deployment without a cabinet would be built without a complaint and fail on every workstation.
-HostError CheckPackageSources(InstallerHandle database, const CString& packageFile)
+OperationError CheckPackageSources(InstallerHandle database, const CString& packageFile)
 {
     const CString folder = ParentFolder(packageFile);
     const CString misnamed = FindMisnamedCabinet(database, folder);
@@ -202,7 +203,7 @@ std::vector<CString> FindDeployments(const CString& location, std::vector<CStrin
             continue;
         }
         DeploymentFile deployment;
-        const HostError error = ReadDeploymentFile(file, deployment);
+        const OperationError error = ReadDeploymentFile(file, deployment);
         if (error) {
             warnings.push_back(HostSentence(HostText::DeploymentUnreadable, {error.message}));
         } else {

@@ -20,10 +20,10 @@ constexpr const wchar_t* DEPLOYMENT_FILE = L"Deployment.xml";
 constexpr const wchar_t* IMAGE_FOLDER = L"Image";
 
 // A folder with Setup.xml, a deployment's folder or its image, or one .msi.
-[[nodiscard]] HostError OpenMedia(const CString& path, Media& media);
+[[nodiscard]] OperationError OpenMedia(const CString& path, Media& media);
 
-[[nodiscard]] HostError ReadSetupFile(const CString& file, SetupDescription& description);
-[[nodiscard]] HostError ReadDeploymentFile(const CString& file, DeploymentFile& deployment);
+[[nodiscard]] OperationError ReadSetupFile(const CString& file, SetupDescription& description);
+[[nodiscard]] OperationError ReadDeploymentFile(const CString& file, DeploymentFile& deployment);
 // All readable deployments directly below a folder, by the name of their folders: the full paths of their files.
 // A damaged one is passed over with a sentence in `warnings`.
 [[nodiscard]] std::vector<CString> FindDeployments(const CString& location, std::vector<CString>& warnings);
@@ -32,6 +32,6 @@ constexpr const wchar_t* IMAGE_FOLDER = L"Image";
 [[nodiscard]] bool HasPackageFile(const Media& media, int platform);
 
 // Opens each package of the platform, compares it with the description and looks for the files that it installs from.
-[[nodiscard]] HostError CheckPlatform(const Media& media, int platform);
+[[nodiscard]] OperationError CheckPlatform(const Media& media, int platform);
 // The first cabinet or loose file that the package installs from and that isn't there, as an error that names both.
-[[nodiscard]] HostError CheckPackageSources(InstallerHandle database, const CString& packageFile);
+[[nodiscard]] OperationError CheckPackageSources(InstallerHandle database, const CString& packageFile);

@@ -8,8 +8,8 @@
 
 namespace {
 
-HostError Refuse(HostText sentence, const CString& packageFile, const CString& value,
-                 const CString& described = {})
+OperationError Refuse(HostText sentence, const CString& packageFile, const CString& value,
+                      const CString& described = {})
 {
     return {ERROR_INSTALL_PACKAGE_INVALID,
             HostSentence(sentence, {packageFile, ShownText(value), described})};
@@ -17,7 +17,7 @@ HostError Refuse(HostText sentence, const CString& packageFile, const CString& v
 
 } // namespace
 
-HostError ReadIdentity(InstallerHandle database, const CString& packageFile, PackageIdentity& identity)
+OperationError ReadIdentity(InstallerHandle database, const CString& packageFile, PackageIdentity& identity)
 {
     // A missing row is an empty value, which is neither.
     static_cast<void>(ReadPropertyRow(database, L"ProductCode", identity.strProductCode));
@@ -31,11 +31,11 @@ HostError ReadIdentity(InstallerHandle database, const CString& packageFile, Pac
     return {};
 }
 
-HostError CheckIdentity(InstallerHandle database, const CString& packageFile,
-                        const PackageDescription& described)
+OperationError CheckIdentity(InstallerHandle database, const CString& packageFile,
+                             const PackageDescription& described)
 {
     PackageIdentity identity;
-    if (HostError error = ReadIdentity(database, packageFile, identity)) {
+    if (OperationError error = ReadIdentity(database, packageFile, identity)) {
         return error;
     }
     if (identity.strProductCode.CompareNoCase(described.strProductCode) != 0) {

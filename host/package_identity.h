@@ -12,8 +12,8 @@ struct PackageIdentity
 };
 
 // Refuses a package, by its file, whose code is no GUID in braces or whose version is none.
-[[nodiscard]] HostError ReadIdentity(InstallerHandle database, const CString& packageFile,
-                                     PackageIdentity& identity);
+[[nodiscard]] OperationError ReadIdentity(InstallerHandle database, const CString& packageFile,
+                                          PackageIdentity& identity);
 // The same, and refuses one that isn't the package of the description.
-[[nodiscard]] HostError CheckIdentity(InstallerHandle database, const CString& packageFile,
-                                      const PackageDescription& described);
+[[nodiscard]] OperationError CheckIdentity(InstallerHandle database, const CString& packageFile,
+                                           const PackageDescription& described);

@@ -7,7 +7,7 @@
 
 namespace {
 
-CString TakeLine(const CString& text, int& start)
+CString ReadLine(const CString& text, int& start)
 {
     const int end = text.Find(L'\n', start);
     CString line = text.Mid(start, (end < 0 ? text.GetLength() : end) - start);
@@ -19,7 +19,7 @@ CString LineOf(const CString& text, int number)
 {
     CString line;
     for (int start = 0; number > 0 && start < text.GetLength(); --number) {
-        line = TakeLine(text, start);
+        line = ReadLine(text, start);
     }
     return line;
 }
@@ -29,8 +29,8 @@ CString FirstDifferentLine(const CString& text, const CString& other)
     CString line;
     int otherStart = 0;
     for (int start = 0; start < text.GetLength();) {
-        line = TakeLine(text, start);
-        if (!(line == TakeLine(other, otherStart))) {
+        line = ReadLine(text, start);
+        if (!(line == ReadLine(other, otherStart))) {
             break;
         }
     }
@@ -65,10 +65,10 @@ XmlFault Check(const wchar_t* file, const Content& content, CString (*write)(con
 
 XmlFault CheckReadsAgain(const DeploymentFile& file)
 {
-    return Check(L"Deployment.xml", file, WriteDeploymentFile, &DeploymentFileReader::GetDeployment);
+    return Check(L"Deployment.xml", file, WriteDeploymentFile, &CDeploymentFileReader::GetDeployment);
 }
 
 XmlFault CheckReadsAgain(const SetupDescription& description)
 {
-    return Check(L"Setup.xml", description, WriteSetupDescription, &SetupDescriptionReader::GetDescription);
+    return Check(L"Setup.xml", description, WriteSetupDescription, &CSetupDescriptionReader::GetDescription);
 }

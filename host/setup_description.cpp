@@ -16,7 +16,7 @@ constexpr int PLATFORM_LAST = 3;
 constexpr wchar_t PAGE_ENDING[] = L"Dialog";
 
 template <class Items>
-bool IsFull(const Items& items, const wchar_t* name, XmlValues& values)
+bool IsFull(const Items& items, const wchar_t* name, CXmlValues& values)
 {
     if (items.size() < ITEM_LIMIT) {
         return false;
@@ -66,12 +66,12 @@ XmlFault FindSharedFolder(const SetupDescription& setup)
 } // namespace
 
 // Where an element may stand and who reads it. Elements marked `once` may not be repeated.
-struct SetupDescriptionReader::ElementRule
+struct CSetupDescriptionReader::ElementRule
 {
     const wchar_t* name;
     const wchar_t* parent;
     bool once;
-    void (SetupDescriptionReader::*read)(XmlValues&);
+    void (CSetupDescriptionReader::*read)(CXmlValues&);
 };
 
 const PackageDescription* ProductDescription::FindPackage(int platform) const
@@ -106,9 +106,9 @@ CString PackageFolder(const SetupDescription& setup, const ProductDescription& p
     return path;
 }
 
-const SetupDescriptionReader::ElementRule* SetupDescriptionReader::FindRule(const CString& name) const
+const CSetupDescriptionReader::ElementRule* CSetupDescriptionReader::FindRule(const CString& name) const
 {
-    using Reader = SetupDescriptionReader;
+    using Reader = CSetupDescriptionReader;
     static const ElementRule RULES[] = {
         {L"Setup", L"", true, &Reader::ReadSetup},
         {L"Resources", L"Setup", true, &Reader::ReadResources},
@@ -135,7 +135,7 @@ const SetupDescriptionReader::ElementRule* SetupDescriptionReader::FindRule(cons
     return nullptr;
 }
 
-bool SetupDescriptionReader::Fail(const CString& message, int line)
+bool CSetupDescriptionReader::Fail(const CString& message, int line)
 {
     if (!m_fault) {
         m_fault = {message, line};
@@ -143,8 +143,8 @@ bool SetupDescriptionReader::Fail(const CString& message, int line)
     return false;
 }
 
-bool SetupDescriptionReader::OnElement(const CString& name, const std::vector<XmlAttribute>& attributes,
-                                       int line)
+bool CSetupDescriptionReader::OnElement(const CString& name, const std::vector<XmlAttribute>& attributes,
+                                        int line)
 {
     const ElementRule* rule = FindRule(name);
     if (!rule) {
@@ -161,13 +161,13 @@ bool SetupDescriptionReader::OnElement(const CString& name, const std::vector<Xm
         m_groups.push_back(name);
     }
     m_open.push_back(name);
-    XmlValues values(name, attributes, line);
+    CXmlValues values(name, attributes, line);
     (this->*rule->read)(values);
     m_fault = values.Finish();
     return !m_fault;
 }
 
-bool SetupDescriptionReader::OnElementEnd()
+bool CSetupDescriptionReader::OnElementEnd()
 {
     m_open.pop_back();
     if (m_open.empty()) {
@@ -176,7 +176,7 @@ bool SetupDescriptionReader::OnElementEnd()
     return !m_fault;
 }
 
-bool SetupDescriptionReader::OnText(const CString& text, int line)
+bool CSetupDescriptionReader::OnText(const CString& text, int line)
 {
     CString trimmed = text;
     if (trimmed.Trim().IsEmpty()) {
@@ -186,47 +186,47 @@ bool SetupDescriptionReader::OnText(const CString& text, int line)
                 line);
 }
 
-void SetupDescriptionReader::ReadSetup(XmlValues& values)
+void CSetupDescriptionReader::ReadSetup(CXmlValues& values)
 {
-    const int version = values.TakeNumber(L"version", 1, 1000000);
+    const int version = values.ReadNumber(L"version", 1, 1000000);
     if (version > DESCRIPTION_VERSION) {
         values.Fail(
             HostSentence(HostText::XmlNewerVersion, {NumberText(version), NumberText(DESCRIPTION_VERSION)}));
     }
-    m_setup.strCode = values.TakeGuid(L"code");
-    m_setup.strName = values.TakeText(L"name", NAME_LIMIT);
-    m_setup.strMaker = values.TakeText(L"maker", NAME_LIMIT);
-    m_setup.strProductVersion = values.TakeText(L"productVersion", VERSION_LIMIT);
+    m_setup.strCode = values.ReadGuid(L"code");
+    m_setup.strName = values.ReadText(L"name", NAME_LIMIT);
+    m_setup.strMaker = values.ReadText(L"maker", NAME_LIMIT);
+    m_setup.strProductVersion = values.ReadText(L"productVersion", VERSION_LIMIT);
 }
 
-void SetupDescriptionReader::ReadResources(XmlValues& values)
+void CSetupDescriptionReader::ReadResources(CXmlValues& values)
 {
-    m_setup.strResourceFolder = values.TakeRelativePath(L"folder", false);
+    m_setup.strResourceFolder = values.ReadRelativePath(L"folder", false);
 }
 
-void SetupDescriptionReader::ReadLink(XmlValues& values)
+void CSetupDescriptionReader::ReadLink(CXmlValues& values)
 {
-    const int number = values.TakeNumber(L"number", 1, 2);
+    const int number = values.ReadNumber(L"number", 1, 2);
     CString& target = m_setup.strLinkTargets[number - 1];
     if (!target.IsEmpty()) {
         values.Fail(HostSentence(HostText::ValueRepeated, {L"number", NumberText(number)}));
     }
-    target = values.TakeRelativePath(L"target", false);
+    target = values.ReadRelativePath(L"target", false);
 }
 
-void SetupDescriptionReader::ReadStep(XmlValues& values)
+void CSetupDescriptionReader::ReadStep(CXmlValues& values)
 {
-    m_setup.strStep = values.TakeText(L"text", NAME_LIMIT);
+    m_setup.strStep = values.ReadText(L"text", NAME_LIMIT);
 }
 
-void SetupDescriptionReader::ReadLanguages(XmlValues& values)
+void CSetupDescriptionReader::ReadLanguages(CXmlValues& values)
 {
-    m_setup.strDefaultLanguage = values.TakeLocale(L"default");
+    m_setup.strDefaultLanguage = values.ReadLocale(L"default");
 }
 
-void SetupDescriptionReader::ReadLanguage(XmlValues& values)
+void CSetupDescriptionReader::ReadLanguage(CXmlValues& values)
 {
-    const CString name = values.TakeLocale(L"name");
+    const CString name = values.ReadLocale(L"name");
     for (const CString& language : m_setup.languages) {
         if (language.CompareNoCase(name) == 0) {
             values.Fail(HostSentence(HostText::ValueRepeated, {L"name", name}));
@@ -237,28 +237,28 @@ void SetupDescriptionReader::ReadLanguage(XmlValues& values)
     }
 }
 
-void SetupDescriptionReader::ReadGroup(XmlValues&)
+void CSetupDescriptionReader::ReadGroup(CXmlValues&)
 {
 }
 
-void SetupDescriptionReader::ReadFlow(XmlValues& values)
+void CSetupDescriptionReader::ReadFlow(CXmlValues& values)
 {
-    const CString configure = values.TakeOptionalText(L"configure", 100);
+    const CString configure = values.ReadOptionalText(L"configure", 100);
     if (!configure.IsEmpty() && configure != L"yes" && configure != L"no") {
         values.Fail(HostSentence(HostText::ValueNotChoice, {L"configure", configure, L"yes, no"}));
     }
     m_setup.bConfigure = configure == L"yes";
 }
 
-void SetupDescriptionReader::ReadPage(XmlValues& values)
+void CSetupDescriptionReader::ReadPage(CXmlValues& values)
 {
     PageDescription page;
-    page.strName = values.TakeText(L"name", 100);
+    page.strName = values.ReadText(L"name", 100);
     if (!IsExportName(page.strName)) {
         values.Fail(HostSentence(HostText::ValueNotChoice,
                                  {L"name", page.strName, L"names of letters and digits that end in Dialog"}));
     }
-    page.strHelpFile = values.TakeOptionalText(L"help", NAME_LIMIT);
+    page.strHelpFile = values.ReadOptionalText(L"help", NAME_LIMIT);
     if (!page.strHelpFile.IsEmpty() && !IsSafeRelativePath(page.strHelpFile)) {
         values.Fail(HostSentence(HostText::ValueNotRelative, {L"help", page.strHelpFile}));
     }
@@ -267,11 +267,11 @@ void SetupDescriptionReader::ReadPage(XmlValues& values)
     }
 }
 
-void SetupDescriptionReader::ReadPlatform(XmlValues& values)
+void CSetupDescriptionReader::ReadPlatform(CXmlValues& values)
 {
     PlatformDescription platform;
-    platform.id = values.TakeNumber(L"id", PLATFORM_FIRST, PLATFORM_LAST);
-    platform.strFolder = values.TakeRelativePath(L"folder", true);
+    platform.id = values.ReadNumber(L"id", PLATFORM_FIRST, PLATFORM_LAST);
+    platform.strFolder = values.ReadRelativePath(L"folder", true);
     if (m_setup.FindPlatform(platform.id)) {
         values.Fail(HostSentence(HostText::ValueRepeated, {L"id", NumberText(platform.id)}));
     }
@@ -279,35 +279,35 @@ void SetupDescriptionReader::ReadPlatform(XmlValues& values)
 }
 
 // A deployment's file holds no more of them.
-void SetupDescriptionReader::CountProduct(XmlValues& values)
+void CSetupDescriptionReader::CountProduct(CXmlValues& values)
 {
     if (++m_productCount > PRODUCT_LIMIT) {
         values.Fail(HostSentence(HostText::XmlTooMany, {L"Product", NumberText(PRODUCT_LIMIT)}));
     }
 }
 
-void SetupDescriptionReader::ReadProduct(XmlValues& values)
+void CSetupDescriptionReader::ReadProduct(CXmlValues& values)
 {
     ProductDescription product;
-    product.strName = values.TakeText(L"name", NAME_LIMIT);
-    product.strFolder = values.TakeRelativePath(L"folder", true);
-    product.strCatalogKey = values.TakeOptionalText(L"catalogKey", NAME_LIMIT);
-    product.kind = values.TakeOptionalNumber(L"kind", 0, 1000000, 0);
-    product.bCarrier1 = values.TakeOptionalNumber(L"carrier1", 0, 1, 0) == 1;
-    product.bCarrier2 = values.TakeOptionalNumber(L"carrier2", 0, 1, 0) == 1;
+    product.strName = values.ReadText(L"name", NAME_LIMIT);
+    product.strFolder = values.ReadRelativePath(L"folder", true);
+    product.strCatalogKey = values.ReadOptionalText(L"catalogKey", NAME_LIMIT);
+    product.kind = values.ReadOptionalNumber(L"kind", 0, 1000000, 0);
+    product.bCarrier1 = values.ReadOptionalNumber(L"carrier1", 0, 1, 0) == 1;
+    product.bCarrier2 = values.ReadOptionalNumber(L"carrier2", 0, 1, 0) == 1;
     CountProduct(values);
     if (!IsFull(m_setup.products, L"Product", values)) {
         m_setup.products.push_back(product);
     }
 }
 
-void SetupDescriptionReader::ReadLanguagePack(XmlValues& values)
+void CSetupDescriptionReader::ReadLanguagePack(CXmlValues& values)
 {
     ProductDescription pack;
-    pack.strName = values.TakeText(L"name", NAME_LIMIT);
-    pack.strFolder = values.TakeRelativePath(L"folder", true);
-    pack.strLanguage = values.TakeLocale(L"language");
-    pack.strCatalogKey = values.TakeOptionalText(L"catalogKey", NAME_LIMIT);
+    pack.strName = values.ReadText(L"name", NAME_LIMIT);
+    pack.strFolder = values.ReadRelativePath(L"folder", true);
+    pack.strLanguage = values.ReadLocale(L"language");
+    pack.strCatalogKey = values.ReadOptionalText(L"catalogKey", NAME_LIMIT);
     CountProduct(values);
     std::vector<ProductDescription>& packs = m_setup.products.back().languagePacks;
     if (!IsFull(packs, L"LanguagePack", values)) {
@@ -315,13 +315,13 @@ void SetupDescriptionReader::ReadLanguagePack(XmlValues& values)
     }
 }
 
-void SetupDescriptionReader::ReadPackage(XmlValues& values)
+void CSetupDescriptionReader::ReadPackage(CXmlValues& values)
 {
     PackageDescription package;
-    package.platform = values.TakeNumber(L"platform", PLATFORM_FIRST, PLATFORM_LAST);
-    package.strFile = values.TakeFileName(L"file");
-    package.strProductCode = values.TakeGuid(L"productCode");
-    package.strVersion = values.TakeText(L"version", VERSION_LIMIT);
+    package.platform = values.ReadNumber(L"platform", PLATFORM_FIRST, PLATFORM_LAST);
+    package.strFile = values.ReadFileName(L"file");
+    package.strProductCode = values.ReadGuid(L"productCode");
+    package.strVersion = values.ReadText(L"version", VERSION_LIMIT);
     if (package.strFile.Right(4).CompareNoCase(L".msi") != 0) {
         values.Fail(
             HostSentence(HostText::ValueNotChoice, {L"file", package.strFile, L"names ending in .msi"}));
@@ -341,7 +341,7 @@ void SetupDescriptionReader::ReadPackage(XmlValues& values)
 }
 
 // A deployment's file names each product once, so that such media would be refused after the last page.
-void SetupDescriptionReader::CheckProductCode(const PackageDescription& package, XmlValues& values)
+void CSetupDescriptionReader::CheckProductCode(const PackageDescription& package, CXmlValues& values)
 {
     const auto [first, isNew] =
         m_packageFiles.emplace(std::pair{package.platform, package.strProductCode}, package.strFile);
@@ -351,7 +351,7 @@ void SetupDescriptionReader::CheckProductCode(const PackageDescription& package,
     }
 }
 
-void SetupDescriptionReader::CheckWhole()
+void CSetupDescriptionReader::CheckWhole()
 {
     if (m_fault) {
         return;

@@ -74,7 +74,7 @@ struct SetupDescription
                                     int platform);
 
 // Takes the events of one Setup.xml. GetDescription is whole only when there is no fault.
-class SetupDescriptionReader final : public IXmlEvents
+class CSetupDescriptionReader final : public IXmlEvents
 {
 public:
     bool OnElement(const CString& name, const std::vector<XmlAttribute>& attributes, int line) override;
@@ -87,21 +87,21 @@ private:
     struct ElementRule;
 
     const ElementRule* FindRule(const CString& name) const;
-    void ReadSetup(class XmlValues& values);
-    void ReadResources(XmlValues& values);
-    void ReadLink(XmlValues& values);
-    void ReadStep(XmlValues& values);
-    void ReadLanguages(XmlValues& values);
-    void ReadLanguage(XmlValues& values);
-    void ReadFlow(XmlValues& values);
-    void ReadPage(XmlValues& values);
-    void ReadPlatform(XmlValues& values);
-    void CountProduct(XmlValues& values);
-    void ReadProduct(XmlValues& values);
-    void ReadLanguagePack(XmlValues& values);
-    void ReadPackage(XmlValues& values);
-    void ReadGroup(XmlValues& values);
-    void CheckProductCode(const PackageDescription& package, class XmlValues& values);
+    void ReadSetup(class CXmlValues& values);
+    void ReadResources(CXmlValues& values);
+    void ReadLink(CXmlValues& values);
+    void ReadStep(CXmlValues& values);
+    void ReadLanguages(CXmlValues& values);
+    void ReadLanguage(CXmlValues& values);
+    void ReadFlow(CXmlValues& values);
+    void ReadPage(CXmlValues& values);
+    void ReadPlatform(CXmlValues& values);
+    void CountProduct(CXmlValues& values);
+    void ReadProduct(CXmlValues& values);
+    void ReadLanguagePack(CXmlValues& values);
+    void ReadPackage(CXmlValues& values);
+    void ReadGroup(CXmlValues& values);
+    void CheckProductCode(const PackageDescription& package, class CXmlValues& values);
     void CheckWhole();
     bool Fail(const CString& message, int line);
 

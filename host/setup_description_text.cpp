@@ -4,7 +4,7 @@
 
 namespace {
 
-void WritePackages(XmlText& xml, const ProductDescription& product)
+void WritePackages(CXmlText& xml, const ProductDescription& product)
 {
     for (const PackageDescription& package : product.packages) {
         xml.OpenElement(L"Package");
@@ -16,14 +16,14 @@ void WritePackages(XmlText& xml, const ProductDescription& product)
     }
 }
 
-void WriteCatalogKey(XmlText& xml, const ProductDescription& product)
+void WriteCatalogKey(CXmlText& xml, const ProductDescription& product)
 {
     if (!product.strCatalogKey.IsEmpty()) {
         xml.AddAttribute(L"catalogKey", product.strCatalogKey);
     }
 }
 
-void WriteProduct(XmlText& xml, const ProductDescription& product)
+void WriteProduct(CXmlText& xml, const ProductDescription& product)
 {
     xml.OpenElement(L"Product");
     xml.AddAttribute(L"name", product.strName);
@@ -45,7 +45,7 @@ void WriteProduct(XmlText& xml, const ProductDescription& product)
     xml.CloseElement();
 }
 
-void WriteOptions(XmlText& xml, const SetupDescription& setup)
+void WriteOptions(CXmlText& xml, const SetupDescription& setup)
 {
     if (!setup.strResourceFolder.IsEmpty()) {
         xml.OpenElement(L"Resources");
@@ -67,7 +67,7 @@ void WriteOptions(XmlText& xml, const SetupDescription& setup)
     }
 }
 
-void WriteLanguages(XmlText& xml, const SetupDescription& setup)
+void WriteLanguages(CXmlText& xml, const SetupDescription& setup)
 {
     xml.OpenElement(L"Languages");
     xml.AddAttribute(L"default", setup.strDefaultLanguage);
@@ -79,7 +79,7 @@ void WriteLanguages(XmlText& xml, const SetupDescription& setup)
     xml.CloseElement();
 }
 
-void WriteFlow(XmlText& xml, const SetupDescription& setup)
+void WriteFlow(CXmlText& xml, const SetupDescription& setup)
 {
     xml.OpenElement(L"Flow");
     if (setup.bConfigure) {
@@ -96,7 +96,7 @@ void WriteFlow(XmlText& xml, const SetupDescription& setup)
     xml.CloseElement();
 }
 
-void WritePlatforms(XmlText& xml, const SetupDescription& setup)
+void WritePlatforms(CXmlText& xml, const SetupDescription& setup)
 {
     xml.OpenElement(L"Platforms");
     for (const PlatformDescription& platform : setup.platforms) {
@@ -112,7 +112,7 @@ void WritePlatforms(XmlText& xml, const SetupDescription& setup)
 
 CString WriteSetupDescription(const SetupDescription& setup)
 {
-    XmlText xml;
+    CXmlText xml;
     xml.OpenElement(L"Setup");
     xml.AddAttribute(L"version", L"1");
     xml.AddAttribute(L"code", setup.strCode);

@@ -4,8 +4,8 @@
 #include "host/build_request.h"
 #include "host/files.h"
 #include "host/host_messages.h"
+#include "host/host_setup_manager.h"
 #include "host/languages.h"
-#include "host/manager_object.h"
 #include "host/setup_log.h"
 #include "host/work_folder.h"
 #include "installer/database.h"
@@ -16,20 +16,21 @@ namespace {
 
 constexpr unsigned int STAGE_AFTER_BUILD = 4; // Cancel acts as Next: nothing is left to cancel
 
-class HostObject final : public CSetupHost
+class CSetupHostImplementation final : public CSetupHost
 {
 public:
-    HostObject(const Media& media, const CString& workFolder, const CString& logFile) : m_work(workFolder)
+    CSetupHostImplementation(const Media& media, const CString& workFolder, const CString& logFile)
+        : m_work(workFolder)
     {
         m_log.Open(logFile);
-        m_manager = std::make_unique<ManagerObject>(media, workFolder, m_log);
+        m_manager = std::make_unique<CHostSetupManager>(media, workFolder, m_log);
         for (const PageDescription& page : media.description.flow) {
             m_flow.push_back({page.strName, page.strHelpFile});
         }
         m_bConfigure = media.description.bConfigure;
     }
 
-    HostError Start() { return m_manager->Start(); }
+    OperationError Start() { return m_manager->Start(); }
 
     CSetupManager& GetSetupManager() override { return *m_manager; }
     const std::vector<FlowPage>& GetFlow() override { return m_flow; }
@@ -37,43 +38,43 @@ public:
     const std::vector<CProduct*>& GetProducts() override;
     PageContext MakePageContext(const FlowPage& page, bool canGoBack) override;
     PageContext MakePageContext(const FlowPage& page, bool canGoBack, CProduct* product) override;
-    HostError CheckDatabase(CProduct& product) override;
+    OperationError CheckDatabase(CProduct& product) override;
     TargetVerdict JudgeTarget() override { return m_manager->JudgeTarget(); }
     void AllowReplacing(const TargetVerdict& verdict) override { m_manager->AllowReplacing(verdict); }
     void DeclineReplacing() override { m_manager->DeclineReplacing(); }
-    CString TakeModeFailure() override { return m_manager->TakeModeFailure(); }
+    CString ReadModeFailure() override { return m_manager->ReadModeFailure(); }
     bool IsCancellingEnabled() override { return m_manager->IsCancellingEnabled(); }
     BuildResult Build(IBuildProgress& progress) override;
-    HostError CheckBuild(std::vector<CString>& warnings) override;
+    OperationError CheckBuild(std::vector<CString>& warnings) override;
     std::uint64_t GetDeploymentBytes() override;
     void AppendLog(const CString& line) override { m_log.Append(line); }
 
 private:
-    WorkFolder m_work; // removed after the databases in it are closed
+    CWorkFolder m_work; // removed after the databases in it are closed
     // Each page loads the language's texts for its own time; held here, they are mapped once. A missing library is
     // told by the page that needs it.
-    CModuleOwner m_texts{::LoadLibraryW(LanguageManager::Object().GetWizTextPath() + L"WizText.dll")};
-    SetupLog m_log;
-    std::unique_ptr<ManagerObject> m_manager;
+    CModuleOwner m_texts{::LoadLibraryW(CHostLangMgr::Object().GetWizTextPath() + L"WizText.dll")};
+    CSetupLog m_log;
+    std::unique_ptr<CHostSetupManager> m_manager;
     std::vector<FlowPage> m_flow;
     bool m_bConfigure = false;
 };
 
-const std::vector<CProduct*>& HostObject::GetProducts()
+const std::vector<CProduct*>& CSetupHostImplementation::GetProducts()
 {
-    if (const HostError error = m_manager->EnsureProducts()) {
+    if (const OperationError error = m_manager->EnsureProducts()) {
         m_log.Append(error.message);
     }
     return *m_manager->m_pProducts;
 }
 
-PageContext HostObject::MakePageContext(const FlowPage& page, bool canGoBack)
+PageContext CSetupHostImplementation::MakePageContext(const FlowPage& page, bool canGoBack)
 {
     const std::vector<CProduct*>& products = GetProducts();
     return MakePageContext(page, canGoBack, products.empty() ? nullptr : products.front());
 }
 
-PageContext HostObject::MakePageContext(const FlowPage& page, bool canGoBack, CProduct* product)
+PageContext CSetupHostImplementation::MakePageContext(const FlowPage& page, bool canGoBack, CProduct* product)
 {
     PageContext context;
     context.pSetupManager = m_manager.get();
@@ -84,14 +85,14 @@ PageContext HostObject::MakePageContext(const FlowPage& page, bool canGoBack, CP
     return context;
 }
 
-HostError HostObject::CheckDatabase(CProduct& product)
+OperationError CSetupHostImplementation::CheckDatabase(CProduct& product)
 {
     const unsigned int code = ForEachRow(product.GetMsiHandle(), L"SELECT `Value` FROM `Property`", {},
                                          [](MSIHANDLE) { return false; });
-    return code == 0 ? HostError() : HostError{code, SystemReason(code)};
+    return code == 0 ? OperationError() : OperationError{code, SystemReason(code)};
 }
 
-BuildResult HostObject::Build(IBuildProgress& progress)
+BuildResult CSetupHostImplementation::Build(IBuildProgress& progress)
 {
     m_manager->m_uiStage = STAGE_AFTER_BUILD; // at once, so that it stands too when the build throws
     BuildResult result = BuildFromManager(*m_manager, progress);
@@ -100,20 +101,20 @@ BuildResult HostObject::Build(IBuildProgress& progress)
     return result; // its warnings are the caller's to show and to log
 }
 
-HostError HostObject::CheckBuild(std::vector<CString>& warnings)
+OperationError CSetupHostImplementation::CheckBuild(std::vector<CString>& warnings)
 {
     return CheckFromManager(*m_manager, warnings);
 }
 
-std::uint64_t HostObject::GetDeploymentBytes()
+std::uint64_t CSetupHostImplementation::GetDeploymentBytes()
 {
     return MeasureFromManager(*m_manager);
 }
 
-CSetupHost* OpenHost(const HostOptions& options, HostError& error)
+CSetupHost* OpenHost(const HostOptions& options, OperationError& error)
 {
     Media media;
-    LanguageManager::Object().Choose(options.strProgramFolder, options.strLanguage);
+    CHostLangMgr::Object().Choose(options.strProgramFolder, options.strLanguage);
     error = OpenMedia(options.strMedia, media);
     if (error) {
         return nullptr;
@@ -126,9 +127,9 @@ CSetupHost* OpenHost(const HostOptions& options, HostError& error)
         return nullptr;
     }
     const CString log = options.strLogFile.IsEmpty() ? parent + FileName(work) + L".log" : options.strLogFile;
-    auto host = std::make_unique<HostObject>(media, work, log);
+    auto host = std::make_unique<CSetupHostImplementation>(media, work, log);
     host->AppendLog(HostSentence(HostText::LogOpened,
-                                 {options.strMedia, LanguageManager::Object().GetWizCoreLanguage(), work}));
+                                 {options.strMedia, CHostLangMgr::Object().GetWizCoreLanguage(), work}));
     error = host->Start();
     if (error) {
         host->AppendLog(error.message);
@@ -141,10 +142,10 @@ CSetupHost* OpenHost(const HostOptions& options, HostError& error)
 
 CLangMgr& CLangMgr::Instance()
 {
-    return LanguageManager::Object();
+    return CHostLangMgr::Object();
 }
 
-CSetupHost* OpenSetupHost(const HostOptions& options, HostError& error)
+CSetupHost* OpenSetupHost(const HostOptions& options, OperationError& error)
 {
     try {
         return OpenHost(options, error);
@@ -164,14 +165,14 @@ unsigned int WizGetPropertyW(InstallerHandle database, const wchar_t* name, wcha
         return ERROR_INVALID_PARAMETER;
     }
     CString value; // the service's word for a missing property is an empty one
-    return ReadPropertyRow(database, name, value) ? GiveText(value, buffer, size)
-                                                  : GiveText(CString(), buffer, size);
+    return ReadPropertyRow(database, name, value) ? CopyToBuffer(value, buffer, size)
+                                                  : CopyToBuffer(CString(), buffer, size);
 }
 
 unsigned int WizGetTargetPathW(InstallerHandle database, const wchar_t* directory, wchar_t* buffer,
                                unsigned long* size)
 {
-    ProductObject* product = FindProductByHandle(database);
+    CHostProduct* product = FindProductByHandle(database);
     if (!product) {
         return ERROR_INVALID_HANDLE;
     }
@@ -180,5 +181,5 @@ unsigned int WizGetTargetPathW(InstallerHandle database, const wchar_t* director
     }
     bool known = false;
     const CString path = product->GetDirectoryObject()->FindTargetPath(directory, known);
-    return known ? GiveText(path, buffer, size) : UINT{ERROR_DIRECTORY};
+    return known ? CopyToBuffer(path, buffer, size) : UINT{ERROR_DIRECTORY};
 }

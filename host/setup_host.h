@@ -71,7 +71,7 @@ public:
     virtual PageContext MakePageContext(const FlowPage& page, bool canGoBack, CProduct* product) = 0;
 
     // Asks the product's database whether it still answers.
-    virtual HostError CheckDatabase(CProduct& product) = 0;
+    virtual OperationError CheckDatabase(CProduct& product) = 0;
 
     // Judges the place that the begin page has chosen, on the disk as it is now. To be called after that page, and again
     // before the build: another wizard may have built there meanwhile. Reads the whole deployment when it has to be asked
@@ -83,7 +83,7 @@ public:
     virtual void DeclineReplacing() = 0;
     // Why the begin page's choice could not be entered, once; empty when it was. The host has closed the page then; the
     // program shows the reason and the first page again.
-    virtual CString TakeModeFailure() = 0;
+    virtual CString ReadModeFailure() = 0;
 
     // False while a page asks whether to cancel, and after the answer Yes. Who else would end the run puts that off while a
     // page has its own end in hand. May be asked from any thread.
@@ -94,7 +94,7 @@ public:
     virtual BuildResult Build(IBuildProgress& progress) = 0;
 
     // What a build would refuse before it copies anything, and the warnings that it would give. Builds nothing.
-    virtual HostError CheckBuild(std::vector<CString>& warnings) = 0;
+    virtual OperationError CheckBuild(std::vector<CString>& warnings) = 0;
 
     // Bytes that the deployment will take, for the check of free space.
     virtual std::uint64_t GetDeploymentBytes() = 0;
@@ -103,7 +103,7 @@ public:
 };
 
 // Opens media. Null on failure, with `error` filled. The caller deletes the object.
-extern "C" WIZCORE_API CSetupHost* OpenSetupHost(const HostOptions& options, HostError& error);
+extern "C" WIZCORE_API CSetupHost* OpenSetupHost(const HostOptions& options, OperationError& error);
 
 // The service's calls on a product's database handle, which the service itself answers only on a package session:
 // properties from the open database, changes that aren't committed included, and resolved target paths. Same

@@ -4,7 +4,7 @@
 #include "builder/shown_text.h"
 #include "host/files.h"
 
-void SetupLog::Append(const CString& line) const
+void CSetupLog::Append(const CString& line) const
 {
     const CFileOwner file(CreateFileW(FilePath(m_file), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                       nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));

@@ -3,7 +3,7 @@
 
 #include "base/string.h"
 
-class SetupLog
+class CSetupLog
 {
 public:
     void Open(const CString& file) { m_file = file; }

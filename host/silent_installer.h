@@ -6,13 +6,13 @@
 #include <msi.h>
 
 // No box and no progress of the installer while it lives.
-class SilentInstaller
+class CSilentInstaller
 {
 public:
-    SilentInstaller() : m_level(MsiSetInternalUI(INSTALLUILEVEL_NONE, &m_window)) {}
-    SilentInstaller(const SilentInstaller&) = delete;
-    SilentInstaller& operator=(const SilentInstaller&) = delete;
-    ~SilentInstaller() { MsiSetInternalUI(m_level, &m_window); }
+    CSilentInstaller() : m_level(MsiSetInternalUI(INSTALLUILEVEL_NONE, &m_window)) {}
+    CSilentInstaller(const CSilentInstaller&) = delete;
+    CSilentInstaller& operator=(const CSilentInstaller&) = delete;
+    ~CSilentInstaller() { MsiSetInternalUI(m_level, &m_window); }
 
 private:
     HWND m_window = nullptr;

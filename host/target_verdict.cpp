@@ -50,7 +50,7 @@ TargetVerdict JudgeDeployment(const TargetQuestion& question, const CString& fol
         return Refuse(HostSentence(HostText::TargetNoDeployment, {folder}));
     }
     DeploymentFile file;
-    if (const HostError error = ReadDeploymentFile(JoinFolder(folder, DEPLOYMENT_FILE), file)) {
+    if (const OperationError error = ReadDeploymentFile(JoinFolder(folder, DEPLOYMENT_FILE), file)) {
         return Refuse(HostSentence(HostText::TargetUnreadable, {folder, error.message}));
     }
     if (file.strSetupCode.CompareNoCase(question.strSetupCode) != 0) {

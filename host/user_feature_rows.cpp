@@ -1,6 +1,6 @@
 #include "host/user_feature_rows.h"
 
-#include "builder/stray_additions.h"
+#include "builder/incomplete_additions.h"
 #include "builder/user_features.h"
 #include "installer/database.h"
 

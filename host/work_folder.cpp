@@ -41,7 +41,7 @@ CString TemporaryFolder()
     return FolderPath(CString(folder, static_cast<int>(length)));
 }
 
-HostError MakeWorkFolder(const CString& parent, CString& folder)
+OperationError MakeWorkFolder(const CString& parent, CString& folder)
 {
     unsigned int error = MakeFolders(parent);
     RemoveDeadFolders(parent);
@@ -60,13 +60,13 @@ HostError MakeWorkFolder(const CString& parent, CString& folder)
     return {error, HostSentence(HostText::WorkFolderFailed, {parent, SystemReason(error)})};
 }
 
-WorkFolder::WorkFolder(const CString& folder)
+CWorkFolder::CWorkFolder(const CString& folder)
     : m_folder(folder), m_lock(CreateFileW(FilePath(folder + LOCK_FILE), GENERIC_READ | GENERIC_WRITE, 0,
                                            nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr))
 {
 }
 
-WorkFolder::~WorkFolder()
+CWorkFolder::~CWorkFolder()
 {
     m_lock.reset();
     RemoveFolder(m_folder);

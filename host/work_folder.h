@@ -7,15 +7,15 @@
 
 [[nodiscard]] CString TemporaryFolder(); // with backslash
 // Makes a folder that nobody else uses, and clears those of dead owners beside it.
-[[nodiscard]] HostError MakeWorkFolder(const CString& parent, CString& folder);
+[[nodiscard]] OperationError MakeWorkFolder(const CString& parent, CString& folder);
 
-class WorkFolder
+class CWorkFolder
 {
 public:
-    explicit WorkFolder(const CString& folder);
-    ~WorkFolder();
-    WorkFolder(const WorkFolder&) = delete;
-    WorkFolder& operator=(const WorkFolder&) = delete;
+    explicit CWorkFolder(const CString& folder);
+    ~CWorkFolder();
+    CWorkFolder(const CWorkFolder&) = delete;
+    CWorkFolder& operator=(const CWorkFolder&) = delete;
 
 private:
     CString m_folder;

@@ -171,10 +171,10 @@ CString UnpackLetters(const wchar_t* packed, UINT length)
     return text;
 }
 
-class Feed
+class CFeed
 {
 public:
-    Feed(IXmlReader& reader, IXmlEvents& events) : m_reader(reader), m_events(events) {}
+    CFeed(IXmlReader& reader, IXmlEvents& events) : m_reader(reader), m_events(events) {}
 
     XmlFault Run()
     {
@@ -305,5 +305,5 @@ XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events)
     if (!stream || FAILED(reader->SetInput(stream.get()))) {
         return {HostSentence(HostText::XmlMalformed, {ResultText(E_OUTOFMEMORY)}), 0};
     }
-    return Feed(*reader, events).Run();
+    return CFeed(*reader, events).Run();
 }

@@ -7,10 +7,12 @@
 
 namespace {
 
-class MarkupScan
+class CMarkupScan
 {
 public:
-    MarkupScan(std::string_view text, std::vector<XmlRange>* comments) : m_text(text), m_comments(comments) {}
+    CMarkupScan(std::string_view text, std::vector<XmlRange>* comments) : m_text(text), m_comments(comments)
+    {
+    }
 
     XmlFault Run()
     {
@@ -180,7 +182,7 @@ XmlFault CheckXmlMarkup(std::string_view document, std::vector<XmlRange>* commen
     if (document.size() > XML_BYTES_LIMIT) {
         return {HostSentence(HostText::XmlTooLarge, {NumberText(XML_BYTES_LIMIT)}), 0};
     }
-    return MarkupScan(document, comments).Run();
+    return CMarkupScan(document, comments).Run();
 }
 
 std::size_t ReadUtf8Letter(std::string_view text, std::size_t place, std::uint32_t& letter)

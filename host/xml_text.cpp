@@ -129,18 +129,18 @@ bool UnescapeUnits(const CString& escaped, CString& value)
     return true;
 }
 
-XmlText::XmlText() : m_text(L"<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n")
+CXmlText::CXmlText() : m_text(L"<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n")
 {
 }
 
-void XmlText::Indent()
+void CXmlText::Indent()
 {
     for (std::size_t level = 0; level < m_open.size(); ++level) {
         m_text += L"  ";
     }
 }
 
-void XmlText::EndStartTag()
+void CXmlText::EndStartTag()
 {
     if (m_inStartTag) {
         m_text += L">\r\n";
@@ -148,7 +148,7 @@ void XmlText::EndStartTag()
     }
 }
 
-void XmlText::OpenElement(const wchar_t* name)
+void CXmlText::OpenElement(const wchar_t* name)
 {
     EndStartTag();
     Indent();
@@ -158,7 +158,7 @@ void XmlText::OpenElement(const wchar_t* name)
     m_inStartTag = true;
 }
 
-void XmlText::AddAttribute(const wchar_t* name, const CString& value)
+void CXmlText::AddAttribute(const wchar_t* name, const CString& value)
 {
     m_text += L" ";
     m_text += name;
@@ -167,7 +167,7 @@ void XmlText::AddAttribute(const wchar_t* name, const CString& value)
     m_text += L"\"";
 }
 
-void XmlText::AddAnyValues(std::initializer_list<std::pair<const wchar_t*, CString>> values)
+void CXmlText::AddAnyValues(std::initializer_list<std::pair<const wchar_t*, CString>> values)
 {
     const bool plain = std::all_of(values.begin(), values.end(),
                                    [](const auto& value) { return CanStandInAttribute(value.second); });
@@ -179,7 +179,7 @@ void XmlText::AddAnyValues(std::initializer_list<std::pair<const wchar_t*, CStri
     }
 }
 
-void XmlText::CloseElement()
+void CXmlText::CloseElement()
 {
     const CString name = m_open.back();
     m_open.pop_back();

@@ -9,14 +9,14 @@
 #include <utility>
 #include <vector>
 
-class XmlText
+class CXmlText
 {
 public:
-    XmlText();
+    CXmlText();
     void OpenElement(const wchar_t* name); // attributes may follow
     void AddAttribute(const wchar_t* name, const CString& value);
     // Values that can hold any units: when one of them has units that XML can't carry, all of them travel with those as
-    // \uXXXX, marked by the element's attribute `escaped`, which XmlValues::TakeAnyValue understands.
+    // \uXXXX, marked by the element's attribute `escaped`, which CXmlValues::ReadAnyValue understands.
     void AddAnyValues(std::initializer_list<std::pair<const wchar_t*, CString>> values);
     void AddAnyValue(const wchar_t* name, const CString& value) { AddAnyValues({{name, value}}); }
     void CloseElement();

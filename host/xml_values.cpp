@@ -79,7 +79,7 @@ CString Shown(const CString& value)
     return value.GetLength() > SHOWN_LIMIT ? shown + L"..." : shown;
 }
 
-XmlValues::XmlValues(const CString& element, const std::vector<XmlAttribute>& attributes, int line)
+CXmlValues::CXmlValues(const CString& element, const std::vector<XmlAttribute>& attributes, int line)
     : m_element(element), m_attributes(attributes), m_taken(attributes.size())
 {
     m_fault.line = line;
@@ -91,20 +91,20 @@ XmlValues::XmlValues(const CString& element, const std::vector<XmlAttribute>& at
     }
 }
 
-void XmlValues::Fail(const CString& message)
+void CXmlValues::Fail(const CString& message)
 {
     if (!m_fault) {
         m_fault.message = message;
     }
 }
 
-bool XmlValues::Has(const wchar_t* name) const
+bool CXmlValues::Has(const wchar_t* name) const
 {
     return std::any_of(m_attributes.begin(), m_attributes.end(),
                        [&](const XmlAttribute& attribute) { return attribute.name == name; });
 }
 
-const XmlAttribute* XmlValues::Take(const wchar_t* name)
+const XmlAttribute* CXmlValues::Take(const wchar_t* name)
 {
     for (std::size_t index = 0; index < m_attributes.size(); ++index) {
         if (m_attributes[index].name == name) {
@@ -115,7 +115,7 @@ const XmlAttribute* XmlValues::Take(const wchar_t* name)
     return nullptr;
 }
 
-CString XmlValues::TakeRequired(const wchar_t* name)
+CString CXmlValues::ReadRequired(const wchar_t* name)
 {
     const XmlAttribute* attribute = Take(name);
     if (!attribute) {
@@ -125,16 +125,16 @@ CString XmlValues::TakeRequired(const wchar_t* name)
     return attribute->value;
 }
 
-void XmlValues::CheckLength(const wchar_t* name, const CString& value, int limit)
+void CXmlValues::CheckLength(const wchar_t* name, const CString& value, int limit)
 {
     if (value.GetLength() > limit) {
         Fail(HostSentence(HostText::ValueTooLong, {name, NumberText(limit)}));
     }
 }
 
-CString XmlValues::TakeText(const wchar_t* name, int limit)
+CString CXmlValues::ReadText(const wchar_t* name, int limit)
 {
-    CString value = WithoutSpecialUnits(TakeRequired(name));
+    CString value = WithoutSpecialUnits(ReadRequired(name));
     CString trimmed = value;
     if (!m_fault && trimmed.Trim().IsEmpty()) {
         Fail(HostSentence(HostText::ValueEmpty, {name}));
@@ -143,7 +143,7 @@ CString XmlValues::TakeText(const wchar_t* name, int limit)
     return value;
 }
 
-CString XmlValues::TakeOptionalText(const wchar_t* name, int limit)
+CString CXmlValues::ReadOptionalText(const wchar_t* name, int limit)
 {
     const XmlAttribute* attribute = Take(name);
     const CString value = attribute ? WithoutSpecialUnits(attribute->value) : CString();
@@ -151,10 +151,10 @@ CString XmlValues::TakeOptionalText(const wchar_t* name, int limit)
     return value;
 }
 
-CString XmlValues::TakeAnyValue(const wchar_t* name, int limit)
+CString CXmlValues::ReadAnyValue(const wchar_t* name, int limit)
 {
-    CString value = TakeRequired(name);
-    if (TakeOptionalNumber(L"escaped", 0, 1, 0) == 1) {
+    CString value = ReadRequired(name);
+    if (ReadOptionalNumber(L"escaped", 0, 1, 0) == 1) {
         CString plain;
         if (!UnescapeUnits(value, plain)) {
             Fail(HostSentence(HostText::ValueBadEscape, {name}));
@@ -165,14 +165,14 @@ CString XmlValues::TakeAnyValue(const wchar_t* name, int limit)
     return value;
 }
 
-CString XmlValues::TakeOptionalAnyValue(const wchar_t* name, int limit)
+CString CXmlValues::ReadOptionalAnyValue(const wchar_t* name, int limit)
 {
-    return Has(name) ? TakeAnyValue(name, limit) : CString();
+    return Has(name) ? ReadAnyValue(name, limit) : CString();
 }
 
-int XmlValues::TakeNumber(const wchar_t* name, int least, int most)
+int CXmlValues::ReadNumber(const wchar_t* name, int least, int most)
 {
-    const CString text = TakeRequired(name);
+    const CString text = ReadRequired(name);
     int number = least;
     if (!ParseNumber(text, least, most, number)) {
         Fail(
@@ -181,51 +181,51 @@ int XmlValues::TakeNumber(const wchar_t* name, int least, int most)
     return number;
 }
 
-int XmlValues::TakeOptionalNumber(const wchar_t* name, int least, int most, int otherwise)
+int CXmlValues::ReadOptionalNumber(const wchar_t* name, int least, int most, int otherwise)
 {
     const XmlAttribute* attribute = Take(name);
-    return attribute ? TakeNumber(name, least, most) : otherwise;
+    return attribute ? ReadNumber(name, least, most) : otherwise;
 }
 
-CString XmlValues::TakeGuid(const wchar_t* name)
+CString CXmlValues::ReadGuid(const wchar_t* name)
 {
-    CString value = TakeRequired(name);
+    CString value = ReadRequired(name);
     if (!IsBracedGuid(value)) {
         Fail(HostSentence(HostText::ValueNotGuid, {name, Shown(value)}));
     }
     return value.MakeUpper();
 }
 
-CString XmlValues::TakeLocale(const wchar_t* name)
+CString CXmlValues::ReadLocale(const wchar_t* name)
 {
-    const CString value = TakeRequired(name);
+    const CString value = ReadRequired(name);
     if (!IsLocaleName(value)) {
         Fail(HostSentence(HostText::ValueNotLocale, {name, Shown(value)}));
     }
     return value;
 }
 
-CString XmlValues::TakeRelativePath(const wchar_t* name, bool mayBeEmpty)
+CString CXmlValues::ReadRelativePath(const wchar_t* name, bool mayBeEmpty)
 {
-    const CString value = TakeRequired(name);
+    const CString value = ReadRequired(name);
     if (!(mayBeEmpty && value.IsEmpty()) && !IsSafeRelativePath(value)) {
         Fail(HostSentence(HostText::ValueNotRelative, {name, Shown(value)}));
     }
     return value;
 }
 
-CString XmlValues::TakeFileName(const wchar_t* name)
+CString CXmlValues::ReadFileName(const wchar_t* name)
 {
-    const CString value = TakeRequired(name);
+    const CString value = ReadRequired(name);
     if (!IsSafeFileName(value)) {
         Fail(HostSentence(HostText::ValueNotFileName, {name, Shown(value)}));
     }
     return value;
 }
 
-CString XmlValues::TakeFolderName(const wchar_t* name, bool mayBeEmpty)
+CString CXmlValues::ReadFolderName(const wchar_t* name, bool mayBeEmpty)
 {
-    const CString value = mayBeEmpty && !Has(name) ? CString() : TakeRequired(name);
+    const CString value = mayBeEmpty && !Has(name) ? CString() : ReadRequired(name);
     const bool possible = IsSafeFileName(value) && CanStandInAttribute(value);
     if (!(mayBeEmpty && value.IsEmpty()) && !possible) {
         Fail(HostSentence(HostText::ValueNotFolderName, {name, Shown(value)}));
@@ -233,9 +233,9 @@ CString XmlValues::TakeFolderName(const wchar_t* name, bool mayBeEmpty)
     return value;
 }
 
-CString XmlValues::TakeOptionalPath(const wchar_t* name)
+CString CXmlValues::ReadOptionalPath(const wchar_t* name)
 {
-    const CString value = Has(name) ? TakeRequired(name) : CString();
+    const CString value = Has(name) ? ReadRequired(name) : CString();
     if (!CanStandInAttribute(value)) {
         Fail(HostSentence(HostText::ValueHoldsControl, {name, Shown(value)}));
     }
@@ -243,7 +243,7 @@ CString XmlValues::TakeOptionalPath(const wchar_t* name)
     return value;
 }
 
-const XmlFault& XmlValues::Finish()
+const XmlFault& CXmlValues::Finish()
 {
     for (std::size_t index = 0; index < m_attributes.size(); ++index) {
         if (!m_taken[index]) {

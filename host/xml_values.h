@@ -6,30 +6,30 @@
 
 #include <vector>
 
-class XmlValues
+class CXmlValues
 {
 public:
-    XmlValues(const CString& element, const std::vector<XmlAttribute>& attributes, int line);
+    CXmlValues(const CString& element, const std::vector<XmlAttribute>& attributes, int line);
 
     // A required text of at most `limit` units, not blank. It is shown and written in one line: a control character in
     // it becomes a blank, as does half a surrogate pair.
-    CString TakeText(const wchar_t* name, int limit);
-    CString TakeOptionalText(const wchar_t* name, int limit);
-    // A value written with XmlText::AddAnyValue; may be empty. `limit`: units of the plain value.
-    CString TakeAnyValue(const wchar_t* name, int limit);
-    CString TakeOptionalAnyValue(const wchar_t* name, int limit);
-    int TakeNumber(const wchar_t* name, int least, int most);
-    int TakeOptionalNumber(const wchar_t* name, int least, int most, int otherwise);
+    CString ReadText(const wchar_t* name, int limit);
+    CString ReadOptionalText(const wchar_t* name, int limit);
+    // A value written with CXmlText::AddAnyValue; may be empty. `limit`: units of the plain value.
+    CString ReadAnyValue(const wchar_t* name, int limit);
+    CString ReadOptionalAnyValue(const wchar_t* name, int limit);
+    int ReadNumber(const wchar_t* name, int least, int most);
+    int ReadOptionalNumber(const wchar_t* name, int least, int most, int otherwise);
     // {8-4-4-4-12}, given back in upper case.
-    CString TakeGuid(const wchar_t* name);
-    CString TakeLocale(const wchar_t* name);
+    CString ReadGuid(const wchar_t* name);
+    CString ReadLocale(const wchar_t* name);
     // A path below the file's folder: relative, backslashes, no "." or "..", no reserved character or device name.
-    CString TakeRelativePath(const wchar_t* name, bool mayBeEmpty);
-    CString TakeFileName(const wchar_t* name);
+    CString ReadRelativePath(const wchar_t* name, bool mayBeEmpty);
+    CString ReadFileName(const wchar_t* name);
     // The name of a deployment's folder.
-    CString TakeFolderName(const wchar_t* name, bool mayBeEmpty);
+    CString ReadFolderName(const wchar_t* name, bool mayBeEmpty);
     // A full path; empty when there is none. Never one that a command couldn't hold in one line.
-    CString TakeOptionalPath(const wchar_t* name);
+    CString ReadOptionalPath(const wchar_t* name);
     // Notes a fault of the caller's own.
     void Fail(const CString& message);
     // To be called last: notes attributes that nobody took.
@@ -39,7 +39,7 @@ private:
     bool Has(const wchar_t* name) const;
     const XmlAttribute* Take(const wchar_t* name);
     void CheckLength(const wchar_t* name, const CString& value, int limit);
-    CString TakeRequired(const wchar_t* name);
+    CString ReadRequired(const wchar_t* name);
 
     const CString& m_element;
     const std::vector<XmlAttribute>& m_attributes;

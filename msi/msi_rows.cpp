@@ -90,13 +90,13 @@ CString ComponentData::BuildStatement()
 
 bool ComponentData::Read(InstallerHandle, InstallerHandle record, unsigned int mask)
 {
-    RecordReader reader(record, mask);
-    reader.TakeText(Component);
-    reader.TakeText(ComponentId);
-    reader.TakeText(Directory_);
-    reader.TakeNumber(Attributes);
-    reader.TakeText(Condition);
-    reader.TakeText(KeyPath);
+    CRecordReader reader(record, mask);
+    reader.ReadText(Component);
+    reader.ReadText(ComponentId);
+    reader.ReadText(Directory_);
+    reader.ReadNumber(Attributes);
+    reader.ReadText(Condition);
+    reader.ReadText(KeyPath);
     return reader.GetResult();
 }
 
@@ -112,10 +112,10 @@ bool DirectoryData::BuildRecord(InstallerHandle& record)
 
 bool DirectoryData::Read(InstallerHandle, InstallerHandle record, unsigned int mask)
 {
-    RecordReader reader(record, mask);
-    reader.TakeText(Directory);
-    reader.TakeText(Directory_Parent);
-    reader.TakeText(DefaultDir);
+    CRecordReader reader(record, mask);
+    reader.ReadText(Directory);
+    reader.ReadText(Directory_Parent);
+    reader.ReadText(DefaultDir);
     return reader.GetResult();
 }
 
@@ -127,9 +127,9 @@ CString CreateFolderData::BuildStatement()
 bool CreateFolderData::Read(InstallerHandle, InstallerHandle record, unsigned int mask)
 {
     // The other way round than the table's columns; this table is only written.
-    RecordReader reader(record, mask);
-    reader.TakeText(Component_);
-    reader.TakeText(Directory_);
+    CRecordReader reader(record, mask);
+    reader.ReadText(Component_);
+    reader.ReadText(Directory_);
     return reader.GetResult();
 }
 
@@ -140,17 +140,17 @@ CString FeatureData::BuildStatement()
 
 bool FeatureData::Read(InstallerHandle database, InstallerHandle record, unsigned int mask)
 {
-    RecordReader reader(record, mask);
-    reader.TakeText(Feature);
-    reader.TakeText(Feature_Parent);
-    reader.TakeText(Title);
-    if (reader.TakeText(Description)) {
+    CRecordReader reader(record, mask);
+    reader.ReadText(Feature);
+    reader.ReadText(Feature_Parent);
+    reader.ReadText(Title);
+    if (reader.ReadText(Description)) {
         ExpandFromDatabase(database, Description);
     }
-    reader.TakeNumber(Display);
-    reader.TakeNumber(Level);
-    reader.TakeText(Directory_);
-    reader.TakeNumber(Attributes);
+    reader.ReadNumber(Display);
+    reader.ReadNumber(Level);
+    reader.ReadText(Directory_);
+    reader.ReadNumber(Attributes);
     return reader.GetResult();
 }
 
@@ -161,9 +161,9 @@ CString FeatureComponentsData::BuildStatement()
 
 bool FeatureComponentsData::Read(InstallerHandle, InstallerHandle record, unsigned int mask)
 {
-    RecordReader reader(record, mask);
-    reader.TakeText(Feature_);
-    reader.TakeText(Component_);
+    CRecordReader reader(record, mask);
+    reader.ReadText(Feature_);
+    reader.ReadText(Component_);
     return reader.GetResult();
 }
 
@@ -179,15 +179,15 @@ bool FileData::BuildRecord(InstallerHandle& record)
 
 bool FileData::Read(InstallerHandle, InstallerHandle record, unsigned int mask)
 {
-    RecordReader reader(record, mask);
-    reader.TakeText(File);
-    reader.TakeText(Component_);
-    reader.TakeText(FileName);
-    reader.TakeNumber(FileSize);
-    reader.TakeText(Version);
-    reader.TakeText(Language);
-    reader.TakeNumber(Attributes);
-    reader.TakeNumber(Sequence);
+    CRecordReader reader(record, mask);
+    reader.ReadText(File);
+    reader.ReadText(Component_);
+    reader.ReadText(FileName);
+    reader.ReadNumber(FileSize);
+    reader.ReadText(Version);
+    reader.ReadText(Language);
+    reader.ReadNumber(Attributes);
+    reader.ReadNumber(Sequence);
     return reader.GetResult();
 }
 
@@ -204,21 +204,21 @@ bool ShortcutData::BuildRecord(InstallerHandle& record)
 
 bool ShortcutData::Read(InstallerHandle database, InstallerHandle record, unsigned int mask)
 {
-    RecordReader reader(record, mask);
-    reader.TakeText(Shortcut);
-    reader.TakeText(Directory_);
-    reader.TakeText(Name);
-    reader.TakeText(Component_);
-    reader.TakeText(Target);
-    reader.TakeText(Arguments);
-    if (reader.TakeText(Description)) {
+    CRecordReader reader(record, mask);
+    reader.ReadText(Shortcut);
+    reader.ReadText(Directory_);
+    reader.ReadText(Name);
+    reader.ReadText(Component_);
+    reader.ReadText(Target);
+    reader.ReadText(Arguments);
+    if (reader.ReadText(Description)) {
         ExpandFromDatabase(database, Description);
     }
-    reader.TakeOptionalNumber(Hotkey);
-    reader.TakeText(Icon_);
-    reader.TakeOptionalNumber(IconIndex);
-    reader.TakeOptionalNumber(ShowCmd);
-    reader.TakeText(WkDir);
+    reader.ReadOptionalNumber(Hotkey);
+    reader.ReadText(Icon_);
+    reader.ReadOptionalNumber(IconIndex);
+    reader.ReadOptionalNumber(ShowCmd);
+    reader.ReadText(WkDir);
     return reader.GetResult();
 }
 
@@ -234,10 +234,10 @@ bool CustomFileData::BuildRecord(InstallerHandle& record)
 
 bool CustomFileData::Read(InstallerHandle, InstallerHandle record, unsigned int mask)
 {
-    RecordReader reader(record, mask);
-    reader.TakeText(Component_);
-    reader.TakeText(SourceFileName);
-    reader.TakeNumber(Flags);
+    CRecordReader reader(record, mask);
+    reader.ReadText(Component_);
+    reader.ReadText(SourceFileName);
+    reader.ReadNumber(Flags);
     return reader.GetResult();
 }
 
@@ -248,11 +248,11 @@ CString CustomActionData::BuildStatement()
 
 bool CustomActionData::Read(InstallerHandle, InstallerHandle record, unsigned int mask)
 {
-    RecordReader reader(record, mask);
-    reader.TakeText(Action);
-    reader.TakeNumber(Type);
-    reader.TakeText(Source);
-    reader.TakeText(Target);
+    CRecordReader reader(record, mask);
+    reader.ReadText(Action);
+    reader.ReadNumber(Type);
+    reader.ReadText(Source);
+    reader.ReadText(Target);
     return reader.GetResult();
 }
 
@@ -263,18 +263,18 @@ CString InstallExecuteSequenceData::BuildStatement()
 
 bool InstallExecuteSequenceData::Read(InstallerHandle, InstallerHandle record, unsigned int mask)
 {
-    RecordReader reader(record, mask);
-    reader.TakeText(Action);
-    reader.TakeText(Condition);
-    reader.TakeNumber(Sequence);
+    CRecordReader reader(record, mask);
+    reader.ReadText(Action);
+    reader.ReadText(Condition);
+    reader.ReadNumber(Sequence);
     return reader.GetResult();
 }
 
 bool TarnDirectoryMapData::Read(InstallerHandle, InstallerHandle record, unsigned int mask)
 {
-    RecordReader reader(record, mask);
-    reader.TakeText(Directory_);
-    reader.TakeText(LocalString);
-    reader.TakeNumber(Flags);
+    CRecordReader reader(record, mask);
+    reader.ReadText(Directory_);
+    reader.ReadText(LocalString);
+    reader.ReadNumber(Flags);
     return reader.GetResult();
 }

@@ -3,14 +3,14 @@
 #include "installer/handle.h"
 #include "msi/msi_property.h"
 
-bool RecordReader::IsNextWanted()
+bool CRecordReader::IsNextWanted()
 {
     const bool wanted = (m_mask & m_bit) != 0;
     m_bit <<= 1;
     return wanted;
 }
 
-bool RecordReader::TakeText(CString& field)
+bool CRecordReader::ReadText(CString& field)
 {
     if (!IsNextWanted() || !m_result) {
         return false;
@@ -19,7 +19,7 @@ bool RecordReader::TakeText(CString& field)
     return true;
 }
 
-void RecordReader::TakeNumber(int& field)
+void CRecordReader::ReadNumber(int& field)
 {
     if (IsNextWanted()) {
         field = MsiRecordGetInteger(m_record, m_column++);
@@ -27,7 +27,7 @@ void RecordReader::TakeNumber(int& field)
     }
 }
 
-void RecordReader::TakeOptionalNumber(int& field)
+void CRecordReader::ReadOptionalNumber(int& field)
 {
     if (IsNextWanted()) {
         field = MsiRecordGetInteger(m_record, m_column++);

@@ -12,7 +12,7 @@ bool IsPlaceholder(const wchar_t* text)
 
 } // namespace
 
-StatementValue::StatementValue(int number)
+CStatementValue::CStatementValue(int number)
 {
     wchar_t* digit = std::end(m_digits) - 1;
     const bool isNegative = number < 0;
@@ -30,10 +30,10 @@ StatementValue::StatementValue(int number)
     m_digits[m_length] = L'\0';
 }
 
-CString FillTemplate(const wchar_t* text, std::initializer_list<StatementValue> values)
+CString FillTemplate(const wchar_t* text, std::initializer_list<CStatementValue> values)
 {
     int longest = TextLength(text);
-    for (const StatementValue& value : values) {
+    for (const CStatementValue& value : values) {
         longest += value.GetLength();
     }
     // One buffer for the whole: statements are built by the ten thousand.

@@ -7,12 +7,12 @@
 
 // What goes in for one placeholder: a text as it is, up to its first zero, or a number in decimal digits. Borrows the
 // text, and so lives no longer than the call that it is made for.
-class StatementValue
+class CStatementValue
 {
 public:
-    StatementValue(const CString& text) : StatementValue(text.GetString()) {}
-    StatementValue(const wchar_t* text) : m_text(text), m_length(TextLength(text)) {} // never null
-    StatementValue(int number);
+    CStatementValue(const CString& text) : CStatementValue(text.GetString()) {}
+    CStatementValue(const wchar_t* text) : m_text(text), m_length(TextLength(text)) {} // never null
+    CStatementValue(int number);
 
     const wchar_t* GetText() const { return m_text ? m_text : m_digits; }
     int GetLength() const { return m_length; }
@@ -26,4 +26,4 @@ private:
 // Replaces each "%s" and "%d" of the template, in their order, by a value of any length. Nothing is quoted or escaped,
 // and values are not searched for placeholders. The value alone decides how it is written: a number behind a "%s" stands
 // there in digits. A placeholder without a value stays empty.
-[[nodiscard]] CString FillTemplate(const wchar_t* text, std::initializer_list<StatementValue> values);
+[[nodiscard]] CString FillTemplate(const wchar_t* text, std::initializer_list<CStatementValue> values);

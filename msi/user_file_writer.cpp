@@ -81,7 +81,7 @@ bool IsNullOrEmpty(const wchar_t* text)
 
 // ---- one row each ----------------------------------------------------------------------------------------------------
 
-bool UserFileWriter::EnsureUserFeature()
+bool CUserFileWriter::EnsureUserFeature()
 {
     if (g_bUserFeatureExists) {
         return true;
@@ -102,8 +102,8 @@ bool UserFileWriter::EnsureUserFeature()
     return g_bUserFeatureExists;
 }
 
-bool UserFileWriter::WriteComponent(const CString& component, const CString& guidText,
-                                    const CString& directory, MsiRowAction action)
+bool CUserFileWriter::WriteComponent(const CString& component, const CString& guidText,
+                                     const CString& directory, MsiRowAction action)
 {
     ComponentData row;
     row.m_action = action;
@@ -114,8 +114,8 @@ bool UserFileWriter::WriteComponent(const CString& component, const CString& gui
     return row.Execute(Database); // without a key path: the folder is it, also for a file
 }
 
-bool UserFileWriter::WriteCreateFolder(const CString& directory, const CString& component,
-                                       MsiRowAction action)
+bool CUserFileWriter::WriteCreateFolder(const CString& directory, const CString& component,
+                                        MsiRowAction action)
 {
     CreateFolderData row;
     row.m_action = action;
@@ -124,8 +124,8 @@ bool UserFileWriter::WriteCreateFolder(const CString& directory, const CString& 
     return row.Execute(Database);
 }
 
-bool UserFileWriter::WriteDirectory(const CString& key, const CString& parent, const CString& defaultDir,
-                                    MsiRowAction action)
+bool CUserFileWriter::WriteDirectory(const CString& key, const CString& parent, const CString& defaultDir,
+                                     MsiRowAction action)
 {
     DirectoryData row;
     row.m_action = action;
@@ -135,7 +135,7 @@ bool UserFileWriter::WriteDirectory(const CString& key, const CString& parent, c
     return row.Execute(Database);
 }
 
-bool UserFileWriter::WriteFeatureComponent(const CString& component, MsiRowAction action)
+bool CUserFileWriter::WriteFeatureComponent(const CString& component, MsiRowAction action)
 {
     FeatureComponentsData row;
     row.m_action = action;
@@ -144,7 +144,7 @@ bool UserFileWriter::WriteFeatureComponent(const CString& component, MsiRowActio
     return row.Execute(Database);
 }
 
-bool UserFileWriter::WriteFile(const CString& key, const CString& sourcePath, MsiRowAction action)
+bool CUserFileWriter::WriteFile(const CString& key, const CString& sourcePath, MsiRowAction action)
 {
     FileData row;
     row.m_action = action;
@@ -163,8 +163,8 @@ bool UserFileWriter::WriteFile(const CString& key, const CString& sourcePath, Ms
     return row.Execute(Database);
 }
 
-bool UserFileWriter::WriteCustomFile(const CString& component, const CString& source, int flags,
-                                     MsiRowAction action)
+bool CUserFileWriter::WriteCustomFile(const CString& component, const CString& source, int flags,
+                                      MsiRowAction action)
 {
     CustomFileData row;
     row.m_action = action;
@@ -174,7 +174,7 @@ bool UserFileWriter::WriteCustomFile(const CString& component, const CString& so
     return row.Execute(Database);
 }
 
-bool UserFileWriter::WriteCustomAction(const CString& actionName, const CString& target, MsiRowAction action)
+bool CUserFileWriter::WriteCustomAction(const CString& actionName, const CString& target, MsiRowAction action)
 {
     CustomActionData row;
     row.m_action = action;
@@ -185,7 +185,7 @@ bool UserFileWriter::WriteCustomAction(const CString& actionName, const CString&
     return row.Execute(Database);
 }
 
-bool UserFileWriter::WriteSequence(const CString& actionName, MsiRowAction action)
+bool CUserFileWriter::WriteSequence(const CString& actionName, MsiRowAction action)
 {
     InstallExecuteSequenceData row;
     row.m_action = action;
@@ -196,7 +196,7 @@ bool UserFileWriter::WriteSequence(const CString& actionName, MsiRowAction actio
 
 // ---- a user's actions ------------------------------------------------------------------------------------------------
 
-bool UserFileWriter::AddUserFile(const wchar_t* sourcePath, const wchar_t* parentKey, CString& key)
+bool CUserFileWriter::AddUserFile(const wchar_t* sourcePath, const wchar_t* parentKey, CString& key)
 {
     if (!EnsureUserFeature()) {
         return false;
@@ -212,7 +212,7 @@ bool UserFileWriter::AddUserFile(const wchar_t* sourcePath, const wchar_t* paren
            WriteCustomFile(key, source, CUSTOM_FILE, MsiRowAction::Insert);
 }
 
-bool UserFileWriter::AddUserFolder(const wchar_t* name, const wchar_t* parentKey, CString& key)
+bool CUserFileWriter::AddUserFolder(const wchar_t* name, const wchar_t* parentKey, CString& key)
 {
     if (!EnsureUserFeature()) {
         return false;
@@ -229,7 +229,7 @@ bool UserFileWriter::AddUserFolder(const wchar_t* name, const wchar_t* parentKey
            WriteCustomFile(key, folder, CUSTOM_FOLDER, MsiRowAction::Insert);
 }
 
-bool UserFileWriter::AddUserDrive(const wchar_t* drive, CString& key)
+bool CUserFileWriter::AddUserDrive(const wchar_t* drive, CString& key)
 {
     const CString upperCaseDrive = CString(drive).MakeUpper();
     key = NewUserKey().key;
@@ -244,8 +244,8 @@ bool UserFileWriter::AddUserDrive(const wchar_t* drive, CString& key)
     return true;
 }
 
-bool UserFileWriter::UpdateUserItem(const wchar_t* parentKey, const wchar_t* key, const wchar_t* newName,
-                                    bool isDrive)
+bool CUserFileWriter::UpdateUserItem(const wchar_t* parentKey, const wchar_t* key, const wchar_t* newName,
+                                     bool isDrive)
 {
     if (IsNullOrEmpty(key) || IsNullOrEmpty(newName)) {
         return false;
@@ -263,7 +263,7 @@ bool UserFileWriter::UpdateUserItem(const wchar_t* parentKey, const wchar_t* key
            WriteCustomFile(key, newName, CUSTOM_FOLDER, MsiRowAction::Update);
 }
 
-bool UserFileWriter::RemoveUserFile(const wchar_t* parentKey, const wchar_t* key)
+bool CUserFileWriter::RemoveUserFile(const wchar_t* parentKey, const wchar_t* key)
 {
     return WriteFile(key, CString(), MsiRowAction::Delete) &&
            WriteComponent(key, CString(), key, MsiRowAction::Delete) &&
@@ -272,7 +272,7 @@ bool UserFileWriter::RemoveUserFile(const wchar_t* parentKey, const wchar_t* key
            WriteCustomFile(key, CString(), CUSTOM_FILE, MsiRowAction::Delete);
 }
 
-bool UserFileWriter::RemoveUserFolder(const wchar_t* key)
+bool CUserFileWriter::RemoveUserFolder(const wchar_t* key)
 {
     return WriteDirectory(key, CString(), CString(), MsiRowAction::Delete) &&
            WriteComponent(key, CString(), key, MsiRowAction::Delete) &&
@@ -281,7 +281,7 @@ bool UserFileWriter::RemoveUserFolder(const wchar_t* key)
            WriteCustomFile(key, CString(), CUSTOM_FOLDER, MsiRowAction::Delete);
 }
 
-bool UserFileWriter::RemoveUserDrive(const wchar_t* key)
+bool CUserFileWriter::RemoveUserDrive(const wchar_t* key)
 {
     if (!WriteDirectory(key, CString(), CString(), MsiRowAction::Delete) ||
         !WriteCustomAction(key, CString(), MsiRowAction::Delete) ||

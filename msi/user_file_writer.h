@@ -14,11 +14,11 @@
 extern bool g_bUserFeatureExists;
 
 // Texts may be null where an operation doesn't need them.
-class UserFileWriter
+class CUserFileWriter
 {
 public:
-    UserFileWriter() = default;
-    UserFileWriter(CProduct* product, InstallerHandle database) : Product(product), Database(database) {}
+    CUserFileWriter() = default;
+    CUserFileWriter(CProduct* product, InstallerHandle database) : Product(product), Database(database) {}
 
     // Adding makes a new key: "TARN_" and a GUID with underscores. A file of exactly 2 GB is refused by the service before
     // any row of its own is written (so are 6 GB, 10 GB, ...); other files above 2 GB are written, and the build refuses

@@ -158,7 +158,7 @@ bool CBeginDeploymentDialog::CheckName(bool& asked)
     return passed;
 }
 
-void CBeginDeploymentDialog::TakeBrowsedFolder()
+void CBeginDeploymentDialog::SetBrowsedFolder()
 {
     switch (m_pSetupManager->CheckForDeploymentLocation(m_strLocation)) {
     case Setup::DEPLOYMENTLOCATION_EMPTY:

@@ -8,7 +8,7 @@
 LRESULT CBeginDeploymentDialog::OnInitDialog()
 {
     InitFrame();
-    TakeChoice();
+    LoadFromHost();
     m_location.SetText(m_strLocation);
     ShowLayout();
     FocusFirstControl();
@@ -25,7 +25,7 @@ void CBeginDeploymentDialog::LookupControls()
     m_deployments.Attach(GetDlgItem(IDC_DEPLOYMENTS));
 }
 
-void CBeginDeploymentDialog::TakeChoice()
+void CBeginDeploymentDialog::LoadFromHost()
 {
     m_mode = m_pSetupManager->m_setupMode;
     m_strLocation = m_pSetupManager->m_strDeploymentLocation;
@@ -131,7 +131,7 @@ LRESULT CBeginDeploymentDialog::OnBrowse(WORD, WORD, HWND, BOOL&)
     m_location.SetText(m_strLocation);
     bool asked = false;
     if (CheckLocation(asked)) {
-        TakeBrowsedFolder();
+        SetBrowsedFolder();
     }
     UpdateNext();
     return 0;

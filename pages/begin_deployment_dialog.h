@@ -50,7 +50,7 @@ private:
     bool ChangeMode(int radio, Setup::tagSETUPMODE mode); // false when the mode is the same as before
 
     // ---- layout ----
-    void TakeChoice();
+    void LoadFromHost();
     void FocusFirstControl();
     BeginLayout Layout() const;
     void ShowLayout();
@@ -82,7 +82,7 @@ private:
     bool AreDeploymentPathsShortEnough();
     bool CheckLocation(bool& asked); // `asked`: a question was put
     bool CheckName(bool& asked);
-    void TakeBrowsedFolder();
+    void SetBrowsedFolder();
     void StoreChoice();
     void LoadBaseDeployment();
 

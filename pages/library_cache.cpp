@@ -14,13 +14,13 @@ std::string SystemBytes(const CString& text)
 
 } // namespace
 
-LibraryCache& LibraryCache::Instance()
+CLibraryCache& CLibraryCache::Instance()
 {
-    static LibraryCache* const cache = new LibraryCache;
+    static CLibraryCache* const cache = new CLibraryCache;
     return *cache;
 }
 
-FARPROC LibraryCache::GetProc(const CString& library, const CString& procedure)
+FARPROC CLibraryCache::GetProc(const CString& library, const CString& procedure)
 {
     CResourceLibrary*& found = m_libraries[library];
     if (!found) {

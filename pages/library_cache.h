@@ -7,17 +7,17 @@
 
 // One for the process, made when it is first asked for. It is never freed: nothing tells when the last caller is done
 // with a function, and the system drops the libraries with the process.
-class LibraryCache
+class CLibraryCache
 {
 public:
-    [[nodiscard]] static LibraryCache& Instance();
+    [[nodiscard]] static CLibraryCache& Instance();
 
     // The function, from a library that is loaded when it is first needed. Null, after a message box with both names,
     // when there is none.
     [[nodiscard]] FARPROC GetProc(const CString& library, const CString& procedure);
 
 private:
-    LibraryCache() = default;
+    CLibraryCache() = default;
 
     std::map<CString, CResourceLibrary*> m_libraries;
 };

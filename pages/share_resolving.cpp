@@ -44,7 +44,7 @@ template <class Call>
 Call FindCall(const wchar_t* library, const wchar_t* procedure)
 {
     return reinterpret_cast<Call>(
-        reinterpret_cast<void*>(LibraryCache::Instance().GetProc(library, procedure)));
+        reinterpret_cast<void*>(CLibraryCache::Instance().GetProc(library, procedure)));
 }
 
 CString WithoutBackslashes(CString text)

@@ -23,7 +23,7 @@ import subprocess
 import sys
 import xml.etree.ElementTree
 
-from asked_answers import asked_properties, find_unmet, same_value
+from expected_properties import asked_properties, find_unmet, same_value
 from steady_addresses import keep_addresses_steady
 from watched_command import CommandOverdue, Patience, read_log, run_watched
 

@@ -61,10 +61,10 @@ bool TakesValue(const AnswerKey& row, const CString& value)
 }
 
 // Joins one answer after the other; a later one of the same key wins over an earlier one.
-class AnswersJoiner
+class CAnswersJoiner
 {
 public:
-    AnswersJoiner(Answers& answers, AnswersError& error) : m_answers(answers), m_error(error) {}
+    CAnswersJoiner(CAnswers& answers, AnswersError& error) : m_answers(answers), m_error(error) {}
 
     bool AddSection(const CString& section, const AnswerOrigin& origin)
     {
@@ -185,7 +185,7 @@ private:
         return CString(page.pPage->section) + L"." + key;
     }
 
-    Answers& m_answers;
+    CAnswers& m_answers;
     AnswersError& m_error;
 };
 
@@ -249,7 +249,7 @@ bool IsYes(const CString& value)
     return value == L"yes";
 }
 
-const PageAnswers* Answers::Find(const CString& section) const
+const PageAnswers* CAnswers::Find(const CString& section) const
 {
     for (const PageAnswers& page : pages) {
         if (section == page.pPage->section) {
@@ -259,11 +259,11 @@ const PageAnswers* Answers::Find(const CString& section) const
     return nullptr;
 }
 
-bool JoinAnswers(const AnswerSources& sources, Answers& answers, AnswersError& error)
+bool JoinAnswers(const AnswerSources& sources, CAnswers& answers, AnswersError& error)
 {
-    answers = Answers();
+    answers = CAnswers();
     error = AnswersError();
-    AnswersJoiner joiner(answers, error);
+    CAnswersJoiner joiner(answers, error);
     for (const AnswerSection& section : sources.file.sections) {
         if (!joiner.AddSection(section.strName, {sources.strFile, section.nLine})) {
             return false;
@@ -288,7 +288,7 @@ bool JoinAnswers(const AnswerSources& sources, Answers& answers, AnswersError& e
     return true;
 }
 
-bool CheckPagesReached(const Answers& answers, const std::vector<CString>& pages, AnswersError& error)
+bool CheckPagesReached(const CAnswers& answers, const std::vector<CString>& pages, AnswersError& error)
 {
     for (const PageAnswers& page : answers.pages) {
         const bool shown = std::find(pages.begin(), pages.end(), CString(page.pPage->page)) != pages.end();

@@ -42,7 +42,7 @@ struct PageAnswers
     AnswerOrigin leaveOrigin;
 };
 
-class Answers
+class CAnswers
 {
 public:
     // Null when nothing is answered on that page.
@@ -62,11 +62,11 @@ struct AnswerSources
 };
 
 // Joins and checks. False with `error` at the first word or value that the table doesn't know.
-[[nodiscard]] bool JoinAnswers(const AnswerSources& sources, Answers& answers, AnswersError& error);
+[[nodiscard]] bool JoinAnswers(const AnswerSources& sources, CAnswers& answers, AnswersError& error);
 
 // Answers for a page that isn't among those that will be shown: false with `error`. Outcome pages are free, as only
 // one of them comes.
-[[nodiscard]] bool CheckPagesReached(const Answers& answers, const std::vector<CString>& pages,
+[[nodiscard]] bool CheckPagesReached(const CAnswers& answers, const std::vector<CString>& pages,
                                      AnswersError& error);
 
 // An error that names an answer.

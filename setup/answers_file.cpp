@@ -94,10 +94,10 @@ bool IsUtf8(std::string_view bytes)
 }
 
 // One function a rule of the grammar; each answers the complaint about its line, empty when there is none.
-class AnswersParser
+class CAnswersParser
 {
 public:
-    explicit AnswersParser(AnswersFile& file) : m_file(file) {}
+    explicit CAnswersParser(AnswersFile& file) : m_file(file) {}
 
     bool Parse(std::string_view bytes, AnswersError& error)
     {
@@ -289,7 +289,7 @@ bool ParseAnswersFile(const char* bytes, std::size_t length, AnswersFile& file, 
 {
     file = AnswersFile();
     error = AnswersError();
-    return AnswersParser(file).Parse({bytes, length}, error);
+    return CAnswersParser(file).Parse({bytes, length}, error);
 }
 
 CString WriteAnswersFile(const AnswersFile& file)

@@ -31,7 +31,8 @@ bool ReadUpToLimit(const CString& path, std::string& bytes)
 
 } // namespace
 
-bool ReadAnswers(const CommandLine& line, const CString& currentFolder, Answers& answers, AnswersError& error)
+bool ReadAnswers(const CommandLine& line, const CString& currentFolder, CAnswers& answers,
+                 AnswersError& error)
 {
     AnswerSources sources;
     sources.line = line;

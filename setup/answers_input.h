@@ -4,5 +4,5 @@
 #include "setup/answers.h"
 
 // Reads the file that `line` names, if any, and joins it with the command line's answers. False with `error`.
-[[nodiscard]] bool ReadAnswers(const CommandLine& line, const CString& currentFolder, Answers& answers,
+[[nodiscard]] bool ReadAnswers(const CommandLine& line, const CString& currentFolder, CAnswers& answers,
                                AnswersError& error);

@@ -44,7 +44,7 @@ BuildResult CBuildDialog::Run()
         result.error = {SETUP_FAILED, SystemErrorText(GetLastError())};
         return result;
     }
-    return m_worker.TakeResult();
+    return m_worker.GetResult();
 }
 
 LRESULT CBuildDialog::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&)
@@ -123,7 +123,7 @@ LRESULT CBuildDialog::OnCancel(WORD, WORD, HWND, BOOL&)
 
 void CBuildDialog::ShowProgress()
 {
-    const BuildSnapshot snapshot = m_worker.TakeSnapshot();
+    const BuildSnapshot snapshot = m_worker.GetSnapshot();
     ShowStep(snapshot);
     ShowAmount(snapshot);
     m_shown = snapshot;

@@ -29,14 +29,14 @@ void CBuildWorker::Start(HWND window, BuildFunction build)
     m_thread = std::thread([this] { Run(); });
 }
 
-BuildSnapshot CBuildWorker::TakeSnapshot()
+BuildSnapshot CBuildWorker::GetSnapshot()
 {
     m_bNotified = false; // before the copy: what comes after it is told by a message of its own
     const std::lock_guard lock(m_mutex);
     return m_snapshot;
 }
 
-BuildResult CBuildWorker::TakeResult()
+BuildResult CBuildWorker::GetResult()
 {
     if (m_thread.joinable()) {
         m_thread.join();

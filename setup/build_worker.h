@@ -16,7 +16,7 @@
 
 // Posted to the window, both parameters 0.
 constexpr UINT BUILD_MESSAGE_PROGRESS = WM_APP + 1; // take a snapshot
-constexpr UINT BUILD_MESSAGE_DONE = WM_APP + 2;     // call TakeResult
+constexpr UINT BUILD_MESSAGE_DONE = WM_APP + 2;     // call GetResult
 
 using BuildFunction = std::function<BuildResult(IBuildProgress&)>;
 
@@ -45,9 +45,9 @@ public:
     // The build undoes itself; its end comes by BUILD_MESSAGE_DONE as always.
     void Cancel() noexcept { m_bCancelled = true; }
     // Lets the next progress message be posted.
-    [[nodiscard]] BuildSnapshot TakeSnapshot();
+    [[nodiscard]] BuildSnapshot GetSnapshot();
     // Waits for the thread, which has nothing left to do.
-    [[nodiscard]] BuildResult TakeResult();
+    [[nodiscard]] BuildResult GetResult();
 
 private:
     void OnStep(const CString& sentence) override;

@@ -254,8 +254,8 @@ void CConfigureDialog::OnPageGone(HWND page)
 BOOL CConfigureDialog::OnIdle()
 {
     const HWND focus = GetFocus();
-    if (focus != m_seen) {
-        m_seen = focus;
+    if (focus != m_lastFocus) {
+        m_lastFocus = focus;
         m_view.ScrollTo(focus);
         ShowDefaultButton(focus);
     }
@@ -474,7 +474,7 @@ bool CConfigureDialog::Ask(int index, UINT message)
     const scope_exit asked([this] { m_asked = -1; });
     const bool accepted = ::SendMessageW(At(index).page.hWnd, message, 0, 0) != 0;
     Accept(At(index), accepted);
-    m_seen =
+    m_lastFocus =
         nullptr; // what a page refuses has the focus, maybe as before, and may have been scrolled out of sight
     return accepted;
 }
@@ -497,10 +497,10 @@ bool CConfigureDialog::DatabaseAnswers(const Tab& tab, unsigned int textId)
     CProduct* product = tab.described.context.pProduct;
     const CString why = product && m_options.checkDatabase ? m_options.checkDatabase(*product) : CString();
     if (why.IsEmpty()) {
-        m_silent.erase(product);
+        m_unansweredProducts.erase(product);
         return true;
     }
-    const bool news = m_silent.insert(product).second;
+    const bool news = m_unansweredProducts.insert(product).second;
     if (news || textId == IDS_CONFIGURE_NO_DATABASE_SAVE) {
         ShowBox(SetupText(textId, {product->m_strName, why}), MB_OK | MB_ICONERROR);
     }

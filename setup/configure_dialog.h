@@ -179,12 +179,12 @@ private:
     SIZE m_room = {}; // of the largest page so far
     int m_front = -1;
     int m_asked = -1;
-    int m_making = -1;                  // the tab whose page is being made
-    bool m_bEntering = false;           // a tab comes to the front
-    bool m_bOwnBox = false;             // a box of the dialog's own is up
-    bool m_bLeaving = false;            // the page in front stores for Back
-    bool m_bChanged = false;            // told when the window went
-    HWND m_seen = nullptr;              // the control that had the focus last
-    std::set<const CProduct*> m_silent; // whose database doesn't answer, as the user was told
+    int m_making = -1;                              // the tab whose page is being made
+    bool m_bEntering = false;                       // a tab comes to the front
+    bool m_bOwnBox = false;                         // a box of the dialog's own is up
+    bool m_bLeaving = false;                        // the page in front stores for Back
+    bool m_bChanged = false;                        // told when the window went
+    HWND m_lastFocus = nullptr;                     // the control that had the focus last
+    std::set<const CProduct*> m_unansweredProducts; // whose database doesn't answer, as the user was told
     int m_result = 0;
 };

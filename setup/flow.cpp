@@ -26,7 +26,7 @@ unsigned int ExitCodeOfBuild(unsigned int code)
 
 } // namespace
 
-WizardFlow::WizardFlow(std::vector<FlowStep> pages, bool builds)
+CWizardFlow::CWizardFlow(std::vector<FlowStep> pages, bool builds)
     : m_pages(std::move(pages)), m_bBuilds(builds)
 {
     for (std::size_t index = 0; index < m_pages.size(); ++index) {
@@ -36,19 +36,19 @@ WizardFlow::WizardFlow(std::vector<FlowStep> pages, bool builds)
     }
 }
 
-FlowMove WizardFlow::Show(std::size_t position)
+FlowMove CWizardFlow::Show(std::size_t position)
 {
     m_position = position;
     const bool together = m_bConfigure && IsTab(position);
     return {together ? FlowAct::Configure : FlowAct::ShowPage, m_choosing[position], 0};
 }
 
-bool WizardFlow::IsTab(std::size_t position) const
+bool CWizardFlow::IsTab(std::size_t position) const
 {
     return m_pages[static_cast<std::size_t>(m_choosing[position])].bHasTab;
 }
 
-bool WizardFlow::IsFirstTab(std::size_t position) const
+bool CWizardFlow::IsFirstTab(std::size_t position) const
 {
     std::size_t first = 0;
     while (first < position && !IsTab(first)) {
@@ -57,17 +57,17 @@ bool WizardFlow::IsFirstTab(std::size_t position) const
     return first == position;
 }
 
-bool WizardFlow::IsPassedOver(std::size_t position) const
+bool CWizardFlow::IsPassedOver(std::size_t position) const
 {
     return m_bConfigure && IsTab(position) && !IsFirstTab(position);
 }
 
-FlowMove WizardFlow::Start()
+FlowMove CWizardFlow::Start()
 {
     return HasChoosingPage() ? Show(0) : FinishWith(SETUP_FAILED);
 }
 
-FlowMove WizardFlow::AfterPage(int result)
+FlowMove CWizardFlow::AfterPage(int result)
 {
     if (m_bBuilt && result != NAVIGATION_RESET) {
         return FinishWith(m_exitCode); // whatever closed the outcome page, the deployment is what it is
@@ -100,13 +100,13 @@ FlowMove WizardFlow::AfterPage(int result)
     }
 }
 
-FlowMove WizardFlow::StartAgain()
+FlowMove CWizardFlow::StartAgain()
 {
     m_bBuilt = false;
     return Start();
 }
 
-FlowMove WizardFlow::AfterBuild(unsigned int exitCode)
+FlowMove CWizardFlow::AfterBuild(unsigned int exitCode)
 {
     m_bBuilt = true;
     m_exitCode = ExitCodeOfBuild(exitCode);

@@ -28,12 +28,12 @@ struct FlowStep
     bool bHasTab = false; // the library has it as a tab page too
 };
 
-class WizardFlow
+class CWizardFlow
 {
 public:
     // `pages`: in the media's order, outcome pages among them. With `builds` false the run ends where the build would
     // begin.
-    WizardFlow(std::vector<FlowStep> pages, bool builds);
+    CWizardFlow(std::vector<FlowStep> pages, bool builds);
 
     // With true, the pages that exist as tabs are no longer shown one by one: the configure dialog comes once, where
     // the first of them stands. May change with every page, as only the begin page tells what is to be done.

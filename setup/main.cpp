@@ -71,7 +71,7 @@ RunOutcome RunWizard(const CommandLine& line, CRunLog& log)
     if (const CString reason = log.TryFile(); !reason.IsEmpty()) {
         return {SETUP_FAILED, SetupText(IDS_LOG_FAILED, {line.strLog, reason})};
     }
-    Answers answers;
+    CAnswers answers;
     AnswersError error;
     if (!ReadAnswers(line, CurrentFolder(), answers, error)) {
         return {SETUP_BAD_ANSWERS, error.Text()};
@@ -105,7 +105,7 @@ RunOutcome RunCaught(const CommandLine& line, CRunLog& log)
 }
 
 // Without a complaint the user has asked for the usage.
-unsigned int TellUsage(const CString& complaint)
+unsigned int PrintUsage(const CString& complaint)
 {
     CRunLog log(true, CString());
     log.Say(CommandLineUsage());
@@ -186,7 +186,7 @@ unsigned int RunSetup()
     const CString complaint = ParseCommandLine(Arguments(), line);
     UseLanguage(line.strLanguage);
     if (!complaint.IsEmpty() || line.bHelp) {
-        return TellUsage(complaint);
+        return PrintUsage(complaint);
     }
     MakePathsFull(line);
     CRunRecord* const record = new CRunRecord; // never unmapped: a crash at the very end is noted too

@@ -52,7 +52,7 @@ CString CHostLibrary::Load(const CString& programFolder)
     return m_open ? CString() : SetupText(IDS_LIBRARY_FOREIGN, {path, OPEN});
 }
 
-std::unique_ptr<CSetupHost> CHostLibrary::Open(const HostOptions& options, HostError& error) const
+std::unique_ptr<CSetupHost> CHostLibrary::Open(const HostOptions& options, OperationError& error) const
 {
     return std::unique_ptr<CSetupHost>(m_open(options, error));
 }

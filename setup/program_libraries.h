@@ -21,10 +21,10 @@ public:
     // The empty text, or why it failed.
     [[nodiscard]] CString Load(const CString& programFolder);
     // Null with `error` on failure. The library outlives the host.
-    [[nodiscard]] std::unique_ptr<CSetupHost> Open(const HostOptions& options, HostError& error) const;
+    [[nodiscard]] std::unique_ptr<CSetupHost> Open(const HostOptions& options, OperationError& error) const;
 
 private:
-    using OpenFunction = CSetupHost* (*)(const HostOptions& options, HostError& error);
+    using OpenFunction = CSetupHost* (*)(const HostOptions& options, OperationError& error);
 
     CModuleOwner m_module;
     OpenFunction m_open = nullptr;

@@ -50,7 +50,7 @@ CString PlaceText(const CString& library, std::uint64_t offset)
     return library.IsEmpty() ? L"address " + HexText(offset, 1) : library + L"+" + HexText(offset, 1);
 }
 
-void RunSteps::Add(const CString& line)
+void CRunSteps::Add(const CString& line)
 {
     CString text = line;
     text.Trim();
@@ -62,12 +62,12 @@ void RunSteps::Add(const CString& line)
     }
 }
 
-CString RunSteps::Text() const
+CString CRunSteps::Text() const
 {
     return m_strDetail.IsEmpty() ? m_strStep : m_strStep + L", " + m_strDetail;
 }
 
-bool QuietWatch::IsOverdue(std::uint64_t nowMilliseconds, std::uint64_t signs)
+bool CQuietWatch::IsOverdue(std::uint64_t nowMilliseconds, std::uint64_t signs)
 {
     // Nobody looked for a while: the computer slept, or all of its processes were stopped, the run's among them.
     const bool slept = m_bStarted && nowMilliseconds - m_lookedAt > LONGEST_LOOK_MILLISECONDS;

@@ -15,7 +15,7 @@ constexpr std::uint32_t FAULT_ABORT = 0x40000015; // STATUS_FATAL_APP_EXIT: the 
 
 // The steps of a run as its lines tell them: what is indented belongs to the line above. Line 1 "Page begin" and line 2
 // "  name = Office" give "Page begin, name = Office".
-class RunSteps
+class CRunSteps
 {
 public:
     void Add(const CString& line);
@@ -27,10 +27,10 @@ private:
 };
 
 // Overdue when nothing that shows life has changed for the length of the limit. Time in which nobody looked doesn't count.
-class QuietWatch
+class CQuietWatch
 {
 public:
-    explicit QuietWatch(std::uint64_t limitMilliseconds) : m_limit(limitMilliseconds) {}
+    explicit CQuietWatch(std::uint64_t limitMilliseconds) : m_limit(limitMilliseconds) {}
 
     // `signs`: any figure that grows while something gets done.
     [[nodiscard]] bool IsOverdue(std::uint64_t nowMilliseconds, std::uint64_t signs);

@@ -90,7 +90,7 @@ std::uint64_t SignsOfLife(const RunningProcess& run)
 // True when the run had to be ended.
 bool WaitForRun(const RunningProcess& run, unsigned int quietSeconds)
 {
-    QuietWatch watch(quietSeconds * 1000ULL);
+    CQuietWatch watch(quietSeconds * 1000ULL);
     const DWORD interval = quietSeconds ? LOOK_MILLISECONDS : INFINITE;
     while (WaitForSingleObject(run.process.get(), interval) == WAIT_TIMEOUT) {
         if (watch.IsOverdue(GetTickCount64(), SignsOfLife(run))) {

@@ -63,7 +63,7 @@ void NoteSignOfLife() noexcept
 
 void NoteRunStep(const CString& line)
 {
-    static RunSteps steps;
+    static CRunSteps steps;
     NoteSignOfLife();
     steps.Add(line);
     if (g_record) {

@@ -19,7 +19,7 @@ class CTargetSettling
 {
 public:
     // Borrows both.
-    CTargetSettling(const Answers& answers, CRunLog& log) : m_answers(answers), m_log(log) {}
+    CTargetSettling(const CAnswers& answers, CRunLog& log) : m_answers(answers), m_log(log) {}
 
     [[nodiscard]] TargetSettled Settle(CSetupHost& host, bool unattended);
     [[nodiscard]] const std::optional<RunOutcome>& GetFailure() const { return m_failure; }
@@ -30,7 +30,7 @@ private:
     TargetSettled AskAnswers(CSetupHost& host, const TargetVerdict& verdict);
     TargetSettled Fail(unsigned int exitCode, const wchar_t* key, const CString& reason);
 
-    const Answers& m_answers;
+    const CAnswers& m_answers;
     CRunLog& m_log;
     std::optional<RunOutcome> m_failure;
 };

@@ -206,7 +206,7 @@ StepOutcome CUnattendedPages::WaitForTab(int tab)
         return StepOutcome::NotYet(L"the page before is still being stored");
     }
     if (!*m_bTabChanged) {
-        Fail(SETUP_ANSWER_REFUSED, StayText(L"The page stays when another tab is chosen."));
+        Fail(SETUP_ANSWER_REFUSED, PageStayedText(L"The page stays when another tab is chosen."));
         return StepOutcome::Done();
     }
     UsePage(m_pDialog->GetTab(tab).strPage, IsAnswered(tab));
@@ -309,11 +309,11 @@ StepOutcome CUnattendedPages::WaitForEnd()
     if (m_pDialog) {
         UsePage(m_pDialog->GetTab(m_pDialog->GetFront()).strPage, IsAnswered(m_pDialog->GetFront()));
     }
-    Fail(SETUP_ANSWER_REFUSED, StayText(L"The page stays after its button was pressed."));
+    Fail(SETUP_ANSWER_REFUSED, PageStayedText(L"The page stays after its button was pressed."));
     return StepOutcome::NotYet(L"the page is being closed");
 }
 
-CString CUnattendedPages::StayText(const wchar_t* what) const
+CString CUnattendedPages::PageStayedText(const wchar_t* what) const
 {
     const CString why = m_strLastBox.IsEmpty() ? CString(L" It doesn't say why.")
                                                : L" It asked last: \"" + OneLine(m_strLastBox) + L"\"";
@@ -393,13 +393,13 @@ void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& ve
         break;
     case BoxMeaning::Refused:
         m_pictures.Take(m_hWindow, m_strPage, L"-stopped");
-        TellRefusal(box, verdict);
+        ReportRefusal(box, verdict);
         break;
     }
     Dismiss(box);
 }
 
-void CUnattendedPages::TellRefusal(const MessageBoxView& box, const BoxVerdict& verdict)
+void CUnattendedPages::ReportRefusal(const MessageBoxView& box, const BoxVerdict& verdict)
 {
     AnswersError error{PageOrigin().strSource, PageOrigin().nLine, PageName(), OneLine(box.text)};
     if (verdict.pBox) {

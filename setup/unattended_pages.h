@@ -20,7 +20,7 @@ class CUnattendedPages
 {
 public:
     // Borrows all three.
-    CUnattendedPages(const Answers& answers, CPagePictures& pictures, CRunLog& log)
+    CUnattendedPages(const CAnswers& answers, CPagePictures& pictures, CRunLog& log)
         : m_answers(answers), m_pictures(pictures), m_log(log)
     {
     }
@@ -49,13 +49,13 @@ private:
     StepOutcome CheckEntered(const PageAnswer& answer);
     StepOutcome PressLeave();
     StepOutcome WaitForEnd();
-    CString StayText(const wchar_t* what) const;
+    CString PageStayedText(const wchar_t* what) const;
 
     void OnBox(const MessageBoxView& box);
     CString CauseWithoutPage(const MessageBoxView& box) const;
     bool OnConfigureCancel(const MessageBoxView& box);
     void AnswerBox(const MessageBoxView& box, const BoxVerdict& verdict);
-    void TellRefusal(const MessageBoxView& box, const BoxVerdict& verdict);
+    void ReportRefusal(const MessageBoxView& box, const BoxVerdict& verdict);
     bool OnCancelQuestion();
     void Dismiss(const MessageBoxView& box);
 
@@ -65,7 +65,7 @@ private:
     CString PageName() const;
     AnswerOrigin PageOrigin() const;
 
-    const Answers& m_answers;
+    const CAnswers& m_answers;
     CPagePictures& m_pictures;
     CRunLog& m_log;
 

@@ -58,7 +58,7 @@ private:
 
 } // namespace
 
-CWizard::CWizard(const CommandLine& line, const Answers& answers, CRunLog& log)
+CWizard::CWizard(const CommandLine& line, const CAnswers& answers, CRunLog& log)
     : m_line(line), m_answers(answers), m_log(log), m_pictures(line.strPictures, log),
       m_unattended(answers, m_pictures, log), m_target(answers, log)
 {
@@ -81,7 +81,7 @@ RunOutcome CWizard::Run(const CString& media)
     if (!complaint.IsEmpty()) {
         return {SETUP_FAILED, complaint};
     }
-    WizardFlow flow(ExistingPages(), !m_line.bCheck);
+    CWizardFlow flow(ExistingPages(), !m_line.bCheck);
     if (!flow.HasChoosingPage()) {
         return {SETUP_FAILED, SetupText(IDS_NO_PAGES, {m_pageLibrary.Path()})};
     }
@@ -119,7 +119,7 @@ CString CWizard::OpenHost(const CString& media)
     options.strProgramFolder = FolderOfProgram();
     options.strLanguage = m_line.strLanguage;
     options.strLogFile = m_line.strLog;
-    HostError error;
+    OperationError error;
     m_host = m_hostLibrary.Open(options, error);
     if (!m_host) {
         return error.message.IsEmpty() ? SystemErrorText(error.code) : error.message;
@@ -141,7 +141,7 @@ std::vector<FlowStep> CWizard::ExistingPages()
     return steps;
 }
 
-RunOutcome CWizard::Walk(WizardFlow& flow)
+RunOutcome CWizard::Walk(CWizardFlow& flow)
 {
     flow.OfferConfigure(OffersConfigure());
     FlowMove move = flow.Start();
@@ -167,7 +167,7 @@ RunOutcome CWizard::Walk(WizardFlow& flow)
 }
 
 // Shows a page or the configure dialog; what comes after it.
-FlowMove CWizard::Show(const FlowMove& move, WizardFlow& flow)
+FlowMove CWizard::Show(const FlowMove& move, CWizardFlow& flow)
 {
     const bool isPage = move.act == FlowAct::ShowPage;
     const int result = isPage ? ShowPage(m_pages[static_cast<std::size_t>(move.nPage)], flow.CanGoBack())
@@ -176,7 +176,7 @@ FlowMove CWizard::Show(const FlowMove& move, WizardFlow& flow)
     if (m_ended) {
         return move;
     }
-    const CString modeFailure = m_host->TakeModeFailure();
+    const CString modeFailure = m_host->ReadModeFailure();
     if (!modeFailure.IsEmpty()) {
         return OnModeFailure(modeFailure, flow);
     }
@@ -189,7 +189,7 @@ FlowMove CWizard::Show(const FlowMove& move, WizardFlow& flow)
     return flow.AfterPage(result);
 }
 
-bool CWizard::SettleTarget(WizardFlow& flow, FlowMove& move)
+bool CWizard::SettleTarget(CWizardFlow& flow, FlowMove& move)
 {
     switch (m_target.Settle(*m_host, m_line.IsUnattended())) {
     case TargetSettled::GoOn:
@@ -205,7 +205,7 @@ bool CWizard::SettleTarget(WizardFlow& flow, FlowMove& move)
 }
 
 // The host has closed its page, which had no way on. A choice that it couldn't enter is forgotten.
-FlowMove CWizard::OnModeFailure(const CString& reason, WizardFlow& flow)
+FlowMove CWizard::OnModeFailure(const CString& reason, CWizardFlow& flow)
 {
     if (m_line.IsUnattended()) {
         m_ended = RunOutcome{SETUP_FAILED, reason, false};
@@ -317,7 +317,7 @@ unsigned int CWizard::Build()
         return m_host->Build(logged);
     });
     const BuildResult result = dialog.Run();
-    TellBuild(result);
+    ReportBuild(result);
     manager.m_exitCode = result.error.code;
     return result.error.code;
 }
@@ -326,7 +326,7 @@ unsigned int CWizard::Build()
 RunOutcome CWizard::CheckBuild()
 {
     std::vector<CString> warnings;
-    const HostError error = m_host->CheckBuild(warnings);
+    const OperationError error = m_host->CheckBuild(warnings);
     LogWarnings(warnings);
     if (error) {
         m_host->GetSetupManager().m_exitCode = SETUP_FAILED;
@@ -342,7 +342,7 @@ void CWizard::LogWarnings(const std::vector<CString>& warnings)
     }
 }
 
-void CWizard::TellBuild(const BuildResult& result)
+void CWizard::ReportBuild(const BuildResult& result)
 {
     LogWarnings(result.warnings);
     if (result.error) {

@@ -20,7 +20,7 @@ class CWizard
 {
 public:
     // `line` with full paths; `answers` for an unattended run. Borrows all three.
-    CWizard(const CommandLine& line, const Answers& answers, CRunLog& log);
+    CWizard(const CommandLine& line, const CAnswers& answers, CRunLog& log);
     ~CWizard();
     CWizard(const CWizard&) = delete;
     CWizard& operator=(const CWizard&) = delete;
@@ -33,11 +33,11 @@ private:
     [[nodiscard]] CString OpenHost(const CString& media);
     void UseLocationOfCommandLine();
     [[nodiscard]] std::vector<FlowStep> ExistingPages();
-    [[nodiscard]] RunOutcome Walk(WizardFlow& flow);
-    [[nodiscard]] FlowMove Show(const FlowMove& move, WizardFlow& flow);
+    [[nodiscard]] RunOutcome Walk(CWizardFlow& flow);
+    [[nodiscard]] FlowMove Show(const FlowMove& move, CWizardFlow& flow);
     // True when the page's choice can be gone on with; otherwise `move` is what comes instead.
-    [[nodiscard]] bool SettleTarget(WizardFlow& flow, FlowMove& move);
-    [[nodiscard]] FlowMove OnModeFailure(const CString& reason, WizardFlow& flow);
+    [[nodiscard]] bool SettleTarget(CWizardFlow& flow, FlowMove& move);
+    [[nodiscard]] FlowMove OnModeFailure(const CString& reason, CWizardFlow& flow);
     [[nodiscard]] bool OffersConfigure();
     [[nodiscard]] int ShowPage(const FlowPage& page, bool canGoBack);
     [[nodiscard]] int ShowConfigure(bool canGoBack);
@@ -46,10 +46,10 @@ private:
     [[nodiscard]] unsigned int Build();
     [[nodiscard]] RunOutcome CheckBuild();
     void LogWarnings(const std::vector<CString>& warnings);
-    void TellBuild(const BuildResult& result);
+    void ReportBuild(const BuildResult& result);
 
     const CommandLine& m_line;
-    const Answers& m_answers;
+    const CAnswers& m_answers;
     CRunLog& m_log;
     CPagePictures m_pictures;
     CUnattendedPages m_unattended;

@@ -21,7 +21,7 @@ void PutProcedure(HWND window, WNDPROC procedure)
 
 } // namespace
 
-bool ControlSubclass::Bind(HWND window)
+bool CControlSubclass::Bind(HWND window)
 {
     if (m_window || GetWindowThreadProcessId(window, nullptr) != GetCurrentThreadId()) {
         return false;
@@ -44,7 +44,7 @@ bool ControlSubclass::Bind(HWND window)
     return true;
 }
 
-void ControlSubclass::Unbind()
+void CControlSubclass::Unbind()
 {
     const HWND window = std::exchange(m_window, nullptr);
     if (!window) {
@@ -58,24 +58,24 @@ void ControlSubclass::Unbind()
     }
 }
 
-LRESULT ControlSubclass::CallFormer(UINT message, WPARAM wParam, LPARAM lParam) const
+LRESULT CControlSubclass::CallFormer(UINT message, WPARAM wParam, LPARAM lParam) const
 {
     return CallWindowProcW(m_former, m_window, message, wParam, lParam);
 }
 
-void ControlSubclass::OnLastMessage()
+void CControlSubclass::OnLastMessage()
 {
     m_window = nullptr;
     m_receiver->OnControlGone();
 }
 
-LRESULT CALLBACK ControlSubclass::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+LRESULT CALLBACK CControlSubclass::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     const WindowBinding binding = FindBinding(window, &labelKey);
     if (!binding.bound) {
         return DefWindowProcW(window, message, wParam, lParam);
     }
-    auto* self = static_cast<ControlSubclass*>(binding.object);
+    auto* self = static_cast<CControlSubclass*>(binding.object);
     if (message == WM_NCDESTROY) {
         if (CurrentProcedure(window) == Procedure) {
             PutProcedure(window, binding.previous);

@@ -14,14 +14,14 @@ protected:
     ~IControlMessages() = default;
 };
 
-class ControlSubclass
+class CControlSubclass
 {
 public:
     // The receiver must outlive this object.
-    explicit ControlSubclass(IControlMessages* receiver) : m_receiver(receiver) {}
-    ~ControlSubclass() { Unbind(); }
-    ControlSubclass(const ControlSubclass&) = delete;
-    ControlSubclass& operator=(const ControlSubclass&) = delete;
+    explicit CControlSubclass(IControlMessages* receiver) : m_receiver(receiver) {}
+    ~CControlSubclass() { Unbind(); }
+    CControlSubclass(const CControlSubclass&) = delete;
+    CControlSubclass& operator=(const CControlSubclass&) = delete;
 
     // False when the window is none of this thread's, or has such an object already.
     [[nodiscard]] bool Bind(HWND window);

@@ -22,7 +22,7 @@ bool IsCollapsible(wchar_t unit) noexcept
 
 } // namespace
 
-void HtmlBuilder::AppendText(const wchar_t* text, int length, const HtmlStyle& style)
+void CHtmlBuilder::AppendText(const wchar_t* text, int length, const HtmlStyle& style)
 {
     for (int at = 0; at < length;) {
         const HtmlReference reference =
@@ -36,7 +36,7 @@ void HtmlBuilder::AppendText(const wchar_t* text, int length, const HtmlStyle& s
     }
 }
 
-void HtmlBuilder::AppendPoint(std::uint32_t point, const HtmlStyle& style)
+void CHtmlBuilder::AppendPoint(std::uint32_t point, const HtmlStyle& style)
 {
     if (point < 0x10000) {
         AppendUnit(static_cast<wchar_t>(point), style);
@@ -46,7 +46,7 @@ void HtmlBuilder::AppendPoint(std::uint32_t point, const HtmlStyle& style)
     AppendUnit(static_cast<wchar_t>(0xDC00 + ((point - 0x10000) & 0x3FF)), style);
 }
 
-void HtmlBuilder::AppendUnit(wchar_t unit, const HtmlStyle& style)
+void CHtmlBuilder::AppendUnit(wchar_t unit, const HtmlStyle& style)
 {
     if (style.bPreformatted && IsCollapsible(unit)) {
         AppendPreformatted(unit, style);
@@ -77,7 +77,7 @@ void HtmlBuilder::AppendUnit(wchar_t unit, const HtmlStyle& style)
 }
 
 // White space of preformatted text stays: spaces that no line ends at, and line breaks.
-void HtmlBuilder::AppendPreformatted(wchar_t unit, const HtmlStyle& style)
+void CHtmlBuilder::AppendPreformatted(wchar_t unit, const HtmlStyle& style)
 {
     if (unit == L'\r' || unit == L'\n') {
         if (unit == L'\r' || !m_bAfterReturn) {
@@ -92,7 +92,7 @@ void HtmlBuilder::AppendPreformatted(wchar_t unit, const HtmlStyle& style)
     }
 }
 
-void HtmlBuilder::AppendLineBreak(const HtmlStyle& style)
+void CHtmlBuilder::AppendLineBreak(const HtmlStyle& style)
 {
     OpenBlock(style);
     DropTrailingSpace();
@@ -101,7 +101,7 @@ void HtmlBuilder::AppendLineBreak(const HtmlStyle& style)
     m_columns = 0;
 }
 
-void HtmlBuilder::AppendImage(const HtmlImage& image, const CString& alternative, const HtmlStyle& style)
+void CHtmlBuilder::AppendImage(const HtmlImage& image, const CString& alternative, const HtmlStyle& style)
 {
     if (m_document.images.size() >= mostImages) {
         HtmlStyle text = style;
@@ -121,14 +121,14 @@ void HtmlBuilder::AppendImage(const HtmlImage& image, const CString& alternative
     m_bAfterSpace = false;
 }
 
-void HtmlBuilder::AppendRule(const HtmlStyle& style)
+void CHtmlBuilder::AppendRule(const HtmlStyle& style)
 {
     EndBlock(500);
     OpenBlock(style).kind = HtmlBlockKind::Rule;
     EndBlock(500);
 }
 
-void HtmlBuilder::EndBlock(int spacePermille)
+void CHtmlBuilder::EndBlock(int spacePermille)
 {
     if (m_bBlockOpen) {
         DropTrailingSpace();
@@ -139,26 +139,26 @@ void HtmlBuilder::EndBlock(int spacePermille)
     m_pendingSpacePermille = std::max(m_pendingSpacePermille, spacePermille);
 }
 
-void HtmlBuilder::SetMarker(const CString& marker, const HtmlStyle& style)
+void CHtmlBuilder::SetMarker(const CString& marker, const HtmlStyle& style)
 {
     m_marker = marker;
     m_markerStyle = style;
 }
 
-void HtmlBuilder::FlushMarker(const HtmlStyle& style)
+void CHtmlBuilder::FlushMarker(const HtmlStyle& style)
 {
     if (!m_marker.IsEmpty()) {
         OpenBlock(style);
     }
 }
 
-int HtmlBuilder::AddLink(const CString& target)
+int CHtmlBuilder::AddLink(const CString& target)
 {
     m_document.links.push_back(target);
     return static_cast<int>(m_document.links.size()) - 1;
 }
 
-int HtmlBuilder::AddFace(const CString& name)
+int CHtmlBuilder::AddFace(const CString& name)
 {
     auto& faces = m_document.faces;
     const auto found = std::find(faces.begin(), faces.end(), name);
@@ -172,7 +172,7 @@ int HtmlBuilder::AddFace(const CString& name)
     return index;
 }
 
-HtmlBlock& HtmlBuilder::OpenBlock(const HtmlStyle& style)
+HtmlBlock& CHtmlBuilder::OpenBlock(const HtmlStyle& style)
 {
     if (m_bBlockOpen) {
         return m_document.blocks.back();
@@ -196,7 +196,7 @@ HtmlBlock& HtmlBuilder::OpenBlock(const HtmlStyle& style)
     return m_document.blocks.back();
 }
 
-int HtmlBuilder::NewRun(HtmlRunKind kind, const HtmlStyle& style)
+int CHtmlBuilder::NewRun(HtmlRunKind kind, const HtmlStyle& style)
 {
     HtmlRun run;
     run.kind = kind;
@@ -211,7 +211,7 @@ int HtmlBuilder::NewRun(HtmlRunKind kind, const HtmlStyle& style)
     return static_cast<int>(m_document.runs.size()) - 1;
 }
 
-int HtmlBuilder::FontIndex(const HtmlFont& font)
+int CHtmlBuilder::FontIndex(const HtmlFont& font)
 {
     auto& fonts = m_document.fonts;
     if (fonts[m_lastFont] == font) {
@@ -229,7 +229,7 @@ int HtmlBuilder::FontIndex(const HtmlFont& font)
 }
 
 // A space before the end of a line or block takes no place.
-void HtmlBuilder::DropTrailingSpace()
+void CHtmlBuilder::DropTrailingSpace()
 {
     HtmlBlock& block = m_document.blocks.back();
     if (block.runCount == 0) {

@@ -16,7 +16,7 @@ struct HtmlStyle
     bool bPreformatted = false;
 };
 
-class HtmlBuilder
+class CHtmlBuilder
 {
 public:
     // Text with its character references, in the style given.

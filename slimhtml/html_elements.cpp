@@ -105,7 +105,7 @@ int FontSize(const CString& text) noexcept
     return fontSizes[std::clamp(size, 1, 7) - 1];
 }
 
-void ApplyFontElement(HtmlStyle& style, const HtmlToken& tag, HtmlBuilder& builder)
+void ApplyFontElement(HtmlStyle& style, const HtmlToken& tag, CHtmlBuilder& builder)
 {
     if (const CString* color = tag.FindAttribute(L"color")) {
         const HtmlColor parsed = ParseHtmlColor(*color);
@@ -145,7 +145,7 @@ const HtmlElementRow* FindHtmlElement(const CString& name) noexcept
 }
 
 HtmlStyle StyleWithin(const HtmlStyle& outer, const HtmlElementRow& row, const HtmlToken& tag,
-                      HtmlBuilder& builder)
+                      CHtmlBuilder& builder)
 {
     HtmlStyle style = outer;
     if (row.bBlock) {

@@ -39,7 +39,7 @@ struct HtmlElementRow
 
 // The style within that element, opened within `outer`.
 [[nodiscard]] HtmlStyle StyleWithin(const HtmlStyle& outer, const HtmlElementRow& row, const HtmlToken& tag,
-                                    HtmlBuilder& builder);
+                                    CHtmlBuilder& builder);
 
 // A whole number at the start of the text; `fallback` when there is none. Clamped to plus or minus 100000.
 [[nodiscard]] int ParseHtmlNumber(const CString* text, int fallback) noexcept;

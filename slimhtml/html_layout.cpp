@@ -31,10 +31,10 @@ struct Piece
     HtmlSize size; // height of images alone
 };
 
-class LayoutMaker
+class CLayoutMaker
 {
 public:
-    LayoutMaker(const HtmlDocument& document, const HtmlLayoutOptions& options, IHtmlMeasurer& measurer)
+    CLayoutMaker(const HtmlDocument& document, const HtmlLayoutOptions& options, IHtmlMeasurer& measurer)
         : m_document(document), m_options(options), m_measurer(measurer), m_base(measurer.Metrics(0)),
           m_baseHeight(std::max(1, m_base.ascent + m_base.descent))
     {
@@ -325,5 +325,5 @@ private:
 
 HtmlLayout LayOutHtml(const HtmlDocument& document, const HtmlLayoutOptions& options, IHtmlMeasurer& measurer)
 {
-    return LayoutMaker(document, options, measurer).Make();
+    return CLayoutMaker(document, options, measurer).Make();
 }

@@ -20,10 +20,10 @@ struct OpenElement
     int link;        // made by this element
 };
 
-class Parser
+class CParser
 {
 public:
-    Parser(const wchar_t* text, int length) : m_tokens(text, length) {}
+    CParser(const wchar_t* text, int length) : m_tokens(text, length) {}
 
     HtmlDocument Parse()
     {
@@ -224,8 +224,8 @@ private:
         open.style.font.bUnderlined = true;
     }
 
-    HtmlTokenizer m_tokens;
-    HtmlBuilder m_builder;
+    CHtmlTokenizer m_tokens;
+    CHtmlBuilder m_builder;
     std::vector<OpenElement> m_open;
 };
 
@@ -233,5 +233,5 @@ private:
 
 HtmlDocument ParseHtml(const wchar_t* text, int length)
 {
-    return Parser(text, std::clamp(length, 0, longestHtml)).Parse();
+    return CParser(text, std::clamp(length, 0, longestHtml)).Parse();
 }

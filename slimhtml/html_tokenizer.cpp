@@ -69,7 +69,7 @@ const CString* HtmlToken::FindAttribute(const wchar_t* attribute) const
     return found == attributes.end() ? nullptr : &found->value;
 }
 
-HtmlTokenizer::HtmlTokenizer(const wchar_t* text, int length) : m_text(text), m_length(length)
+CHtmlTokenizer::CHtmlTokenizer(const wchar_t* text, int length) : m_text(text), m_length(length)
 {
     for (int at = 0; at < length; ++at) {
         if (text[at] == L'>') {
@@ -82,7 +82,7 @@ HtmlTokenizer::HtmlTokenizer(const wchar_t* text, int length) : m_text(text), m_
     }
 }
 
-HtmlToken HtmlTokenizer::Next()
+HtmlToken CHtmlTokenizer::Next()
 {
     while (m_at < m_length && SkipDeclaration()) {
     }
@@ -103,7 +103,7 @@ HtmlToken HtmlTokenizer::Next()
     return token;
 }
 
-void HtmlTokenizer::SkipElement(const CString& name)
+void CHtmlTokenizer::SkipElement(const CString& name)
 {
     if (std::find(m_endless.begin(), m_endless.end(), name) != m_endless.end()) {
         return;
@@ -122,7 +122,7 @@ void HtmlTokenizer::SkipElement(const CString& name)
 }
 
 // Leaves out a comment or declaration at the current place. False when there is none.
-bool HtmlTokenizer::SkipDeclaration()
+bool CHtmlTokenizer::SkipDeclaration()
 {
     const wchar_t* here = m_text + m_at;
     const int left = m_length - m_at;
@@ -147,7 +147,7 @@ bool HtmlTokenizer::SkipDeclaration()
     return true;
 }
 
-bool HtmlTokenizer::BeginsTag(int at) const
+bool CHtmlTokenizer::BeginsTag(int at) const
 {
     if (m_text[at] != L'<' || m_lastGreater < at || at + 1 >= m_length) {
         return false;
@@ -156,7 +156,7 @@ bool HtmlTokenizer::BeginsTag(int at) const
     return name < m_length && IsAsciiLetter(m_text[name]);
 }
 
-bool HtmlTokenizer::ReadTag(HtmlToken& token)
+bool CHtmlTokenizer::ReadTag(HtmlToken& token)
 {
     const bool bEndTag = m_text[m_at + 1] == L'/';
     const int first = m_at + (bEndTag ? 2 : 1);
@@ -181,7 +181,7 @@ bool HtmlTokenizer::ReadTag(HtmlToken& token)
 }
 
 // Reads up to and with the ">". False when there is none.
-bool HtmlTokenizer::ReadAttributes(int& at, HtmlToken& token) const
+bool CHtmlTokenizer::ReadAttributes(int& at, HtmlToken& token) const
 {
     for (;;) {
         while (at < m_length && (IsHtmlSpace(m_text[at]) || m_text[at] == L'/')) {
@@ -212,7 +212,7 @@ bool HtmlTokenizer::ReadAttributes(int& at, HtmlToken& token) const
     }
 }
 
-CString HtmlTokenizer::ReadValue(int& at) const
+CString CHtmlTokenizer::ReadValue(int& at) const
 {
     while (at < m_length && IsHtmlSpace(m_text[at])) {
         ++at;
@@ -242,7 +242,7 @@ CString HtmlTokenizer::ReadValue(int& at) const
     return ResolveReferences(m_text + first, end - first);
 }
 
-int HtmlTokenizer::FindAfter(int at, wchar_t unit) const
+int CHtmlTokenizer::FindAfter(int at, wchar_t unit) const
 {
     if (unit == L'>' && m_lastGreater < at) {
         return -1;

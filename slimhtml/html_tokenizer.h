@@ -36,11 +36,11 @@ struct HtmlToken
     [[nodiscard]] const CString* FindAttribute(const wchar_t* attribute) const;
 };
 
-class HtmlTokenizer
+class CHtmlTokenizer
 {
 public:
     // The text must outlive the tokenizer.
-    HtmlTokenizer(const wchar_t* text, int length);
+    CHtmlTokenizer(const wchar_t* text, int length);
 
     [[nodiscard]] HtmlToken Next();
     // Leaves out everything up to and with the end tag of that name. Without one, nothing is left out: a broken page

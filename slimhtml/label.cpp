@@ -52,7 +52,7 @@ CString TextOf(HWND window)
 
 } // namespace
 
-Label::~Label()
+CLabel::~CLabel()
 {
     if (const HWND window = Window()) {
         m_bLayingOut = true; // the change of size that follows must not show the bar again
@@ -64,7 +64,7 @@ Label::~Label()
     }
 }
 
-bool Label::Bind(HWND control)
+bool CLabel::Bind(HWND control)
 {
     if (!m_binding.Bind(control)) {
         return false;
@@ -77,7 +77,7 @@ bool Label::Bind(HWND control)
     return true;
 }
 
-void Label::OnControlGone()
+void CLabel::OnControlGone()
 {
     m_fonts.Release();
     m_images.Release();
@@ -90,7 +90,7 @@ void Label::OnControlGone()
     m_pressedLink = -1;
 }
 
-void Label::SetFormat(const RenderFormat& format)
+void CLabel::SetFormat(const RenderFormat& format)
 {
     m_format = format;
     if (Window()) {
@@ -99,7 +99,7 @@ void Label::SetFormat(const RenderFormat& format)
     }
 }
 
-void Label::Load(const wchar_t* html, int length, const CString& folder)
+void CLabel::Load(const wchar_t* html, int length, const CString& folder)
 {
     if (!Window()) {
         return;
@@ -118,20 +118,20 @@ void Label::Load(const wchar_t* html, int length, const CString& folder)
     DefWindowProcW(Window(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(PlainText(m_document).GetString()));
 }
 
-bool Label::PreTranslateMessage(const MSG& message)
+bool CLabel::PreTranslateMessage(const MSG& message)
 {
     if (!Window() || message.hwnd != Window() || message.message != WM_KEYDOWN) {
         return false;
     }
     const LabelDecision decision = Decide(message.wParam);
-    if (decision.deed == LabelDeed::None || !OwnerAgrees()) {
+    if (decision.action == LabelAction::None || !OwnerAgrees()) {
         return false;
     }
     Act(decision);
     return true;
 }
 
-LRESULT Label::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
+LRESULT CLabel::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
 {
     switch (message) {
     case WM_PAINT:
@@ -191,7 +191,7 @@ LRESULT Label::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
         return 0;
     case WM_KEYDOWN: {
         const LabelDecision decision = Decide(wParam);
-        if (decision.deed == LabelDeed::None || !OwnerAgrees()) {
+        if (decision.action == LabelAction::None || !OwnerAgrees()) {
             return m_binding.CallFormer(message, wParam, lParam);
         }
         Act(decision);
@@ -202,18 +202,18 @@ LRESULT Label::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
     }
 }
 
-void Label::OnPaint()
+void CLabel::OnPaint()
 {
     const CPaintDC paint(Window());
     PaintLabelBuffered(Window(), paint.get(), paint.Rectangle(), Picture());
 }
 
-void Label::OnPrint(HDC dc)
+void CLabel::OnPrint(HDC dc)
 {
     PaintLabel(Window(), dc, Picture());
 }
 
-LabelPicture Label::Picture()
+LabelPicture CLabel::Picture()
 {
     const bool bFocused = GetFocus() == Window();
     return {m_document,
@@ -226,31 +226,31 @@ LabelPicture Label::Picture()
             bFocused && m_focusedLink < 0};
 }
 
-void Label::OnSetText(const wchar_t* text)
+void CLabel::OnSetText(const wchar_t* text)
 {
     Load(text, TextLength(text), CString());
 }
 
 // Without the notify style a static control lets the mouse through to the dialog; links and scroll bars need it.
-LRESULT Label::OnHitTest(WPARAM wParam, LPARAM lParam)
+LRESULT CLabel::OnHitTest(WPARAM wParam, LPARAM lParam)
 {
     return IsInteractive() ? DefWindowProcW(Window(), WM_NCHITTEST, wParam, lParam)
                            : m_binding.CallFormer(WM_NCHITTEST, wParam, lParam);
 }
 
 // A dialog that doesn't offer its messages first asks here who wants a key.
-LRESULT Label::OnGetDialogCode(WPARAM wParam, LPARAM lParam)
+LRESULT CLabel::OnGetDialogCode(WPARAM wParam, LPARAM lParam)
 {
     const LRESULT code = m_binding.CallFormer(WM_GETDLGCODE, wParam, lParam);
     const auto* message = reinterpret_cast<const MSG*>(lParam);
-    if (!message || message->message != WM_KEYDOWN || Decide(message->wParam).deed == LabelDeed::None ||
+    if (!message || message->message != WM_KEYDOWN || Decide(message->wParam).action == LabelAction::None ||
         !OwnerAgrees()) {
         return code;
     }
     return code | DLGC_WANTMESSAGE;
 }
 
-void Label::OnSetFocus(HWND loser)
+void CLabel::OnSetFocus(HWND loser)
 {
     const bool bFromThisWindow = loser && GetAncestor(loser, GA_ROOT) == GetAncestor(Window(), GA_ROOT);
     if (!m_bFocusByMouse && (bFromThisWindow || m_focusedLink < 0) && !m_focusOrder.empty()) {
@@ -260,7 +260,7 @@ void Label::OnSetFocus(HWND loser)
     Redraw();
 }
 
-void Label::OnKillFocus(HWND winner)
+void CLabel::OnKillFocus(HWND winner)
 {
     // Whoever leaves within the window comes back to its first link; another program comes back to this one.
     if (winner && GetAncestor(winner, GA_ROOT) == GetAncestor(Window(), GA_ROOT)) {
@@ -269,12 +269,12 @@ void Label::OnKillFocus(HWND winner)
     Redraw();
 }
 
-int Label::LinkUnder(POINT point) const
+int CLabel::LinkUnder(POINT point) const
 {
     return LinkAt(m_document, m_layout, point.x, point.y + m_range.position);
 }
 
-bool Label::OnSetCursor(LPARAM lParam)
+bool CLabel::OnSetCursor(LPARAM lParam)
 {
     POINT point = {};
     if (LOWORD(lParam) != HTCLIENT || !GetCursorPos(&point) || !ScreenToClient(Window(), &point) ||
@@ -285,7 +285,7 @@ bool Label::OnSetCursor(LPARAM lParam)
     return true;
 }
 
-bool Label::OnButtonDown(LPARAM lParam)
+bool CLabel::OnButtonDown(LPARAM lParam)
 {
     const int link = LinkUnder({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
     if (link < 0 && !IsScrollable()) {
@@ -303,7 +303,7 @@ bool Label::OnButtonDown(LPARAM lParam)
     return true;
 }
 
-void Label::OnButtonUp(LPARAM lParam)
+void CLabel::OnButtonUp(LPARAM lParam)
 {
     const int pressed = std::exchange(m_pressedLink, -1);
     if (pressed < 0) {
@@ -315,7 +315,7 @@ void Label::OnButtonUp(LPARAM lParam)
     }
 }
 
-void Label::OnVerticalScroll(int code)
+void CLabel::OnVerticalScroll(int code)
 {
     const auto byKey = [this](LabelKey key) { ScrollTo(DecideKey(key, {}, -1, m_range).value); };
     if (!IsScrollable()) {
@@ -349,19 +349,19 @@ void Label::OnVerticalScroll(int code)
     }
 }
 
-void Label::OnWheel(int delta)
+void CLabel::OnWheel(int delta)
 {
     UINT lines = 3;
     SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &lines, 0);
     ScrollTo(ScrollByWheel(m_range, delta, static_cast<int>(lines), m_wheelRest));
 }
 
-LabelDecision Label::Decide(WPARAM virtualKey) const
+LabelDecision CLabel::Decide(WPARAM virtualKey) const
 {
     return DecideKey(KeyOf(virtualKey), m_focusOrder, m_focusedLink, m_range);
 }
 
-bool Label::OwnerAgrees() const
+bool CLabel::OwnerAgrees() const
 {
     if (!m_notify) {
         return true;
@@ -371,24 +371,24 @@ bool Label::OwnerAgrees() const
     return bHandled;
 }
 
-void Label::Act(const LabelDecision& decision)
+void CLabel::Act(const LabelDecision& decision)
 {
-    switch (decision.deed) {
-    case LabelDeed::None:
+    switch (decision.action) {
+    case LabelAction::None:
         break;
-    case LabelDeed::FocusLink:
+    case LabelAction::FocusLink:
         FocusLink(decision.value);
         break;
-    case LabelDeed::Scroll:
+    case LabelAction::Scroll:
         ScrollTo(decision.value);
         break;
-    case LabelDeed::ActivateLink:
+    case LabelAction::ActivateLink:
         Activate(decision.value);
         break;
     }
 }
 
-void Label::FocusLink(int link)
+void CLabel::FocusLink(int link)
 {
     m_focusedLink = link;
     const std::vector<HtmlBox> boxes = LinkBoxes(m_document, m_layout, link);
@@ -398,7 +398,7 @@ void Label::FocusLink(int link)
     Redraw();
 }
 
-void Label::ScrollTo(int position)
+void CLabel::ScrollTo(int position)
 {
     if (position != m_range.position) {
         m_range.position = position;
@@ -408,7 +408,7 @@ void Label::ScrollTo(int position)
 }
 
 // The owner may load another page into this label or end it altogether: nothing here is touched after the call.
-void Label::Activate(int link)
+void CLabel::Activate(int link)
 {
     const CString target = m_document.links[link];
     if (m_notify) {
@@ -416,7 +416,7 @@ void Label::Activate(int link)
     }
 }
 
-void Label::Redraw()
+void CLabel::Redraw()
 {
     InvalidateRect(Window(), nullptr, FALSE);
 }

@@ -8,10 +8,10 @@
 #include "slimhtml/label_painter.h"
 #include "slimhtml/slim_html.h"
 
-class Label final : private IControlMessages, private IHtmlMeasurer
+class CLabel final : private IControlMessages, private IHtmlMeasurer
 {
 public:
-    ~Label();
+    ~CLabel();
 
     [[nodiscard]] bool Bind(HWND control);
     [[nodiscard]] HWND Window() const { return m_binding.Window(); }
@@ -80,8 +80,8 @@ private:
     RenderFormat m_format;
     ISlimHtmlNotify* m_notify = nullptr;
 
-    LabelFonts m_fonts;
-    LabelImages m_images;
+    CLabelFonts m_fonts;
+    CLabelImages m_images;
     HtmlLayout m_layout;
     std::vector<int> m_focusOrder;
     ScrollRange m_range;
@@ -93,5 +93,5 @@ private:
     int m_pressedLink = -1; // the mouse went down on it
     bool m_bFocusByMouse = false;
     int m_wheelRest = 0;
-    ControlSubclass m_binding{this}; // last: its end must not find the rest gone
+    CControlSubclass m_binding{this}; // last: its end must not find the rest gone
 };

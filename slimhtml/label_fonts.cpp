@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-void LabelFonts::Reset(const HtmlDocument* document, HFONT controlFont, float textScale)
+void CLabelFonts::Reset(const HtmlDocument* document, HFONT controlFont, float textScale)
 {
     Release();
     m_document = document;
@@ -14,7 +14,7 @@ void LabelFonts::Reset(const HtmlDocument* document, HFONT controlFont, float te
     m_entries.resize(document->fonts.size());
 }
 
-void LabelFonts::Release()
+void CLabelFonts::Release()
 {
     if (m_dc) {
         SelectObject(m_dc.get(), m_formerFont);
@@ -25,17 +25,17 @@ void LabelFonts::Release()
     m_document = nullptr;
 }
 
-HFONT LabelFonts::Font(int index)
+HFONT CLabelFonts::Font(int index)
 {
     return EntryOf(index).font.get();
 }
 
-HtmlFontMetrics LabelFonts::Metrics(int index)
+HtmlFontMetrics CLabelFonts::Metrics(int index)
 {
     return EntryOf(index).metrics;
 }
 
-int LabelFonts::TextWidth(int index, const wchar_t* text, int length)
+int CLabelFonts::TextWidth(int index, const wchar_t* text, int length)
 {
     const Entry& entry = EntryOf(index);
     int width = 0;
@@ -53,7 +53,7 @@ int LabelFonts::TextWidth(int index, const wchar_t* text, int length)
     return width;
 }
 
-int LabelFonts::FitText(int index, const wchar_t* text, int length, int width)
+int CLabelFonts::FitText(int index, const wchar_t* text, int length, int width)
 {
     Select(index);
     int count = 0;
@@ -62,7 +62,7 @@ int LabelFonts::FitText(int index, const wchar_t* text, int length, int width)
     return count;
 }
 
-LabelFonts::Entry& LabelFonts::EntryOf(int index)
+CLabelFonts::Entry& CLabelFonts::EntryOf(int index)
 {
     std::unique_ptr<Entry>& slot = m_entries[index];
     if (!slot) {
@@ -80,7 +80,7 @@ LabelFonts::Entry& LabelFonts::EntryOf(int index)
     return *slot;
 }
 
-LOGFONTW LabelFonts::Describe(const HtmlFont& font) const
+LOGFONTW CLabelFonts::Describe(const HtmlFont& font) const
 {
     LOGFONTW description = m_base;
     const double factor = font.sizePermille / 1000.0 * m_textScale;
@@ -102,7 +102,7 @@ LOGFONTW LabelFonts::Describe(const HtmlFont& font) const
     return description;
 }
 
-void LabelFonts::Select(int index)
+void CLabelFonts::Select(int index)
 {
     if (m_selected != index) {
         SelectObject(m_dc.get(), Font(index));

@@ -7,10 +7,10 @@
 #include <array>
 #include <memory>
 
-class LabelFonts
+class CLabelFonts
 {
 public:
-    LabelFonts() = default;
+    CLabelFonts() = default;
 
     // Forgets all fonts and starts from the control's (null: the dialog font). The document must stay until the next
     // Reset.

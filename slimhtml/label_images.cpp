@@ -41,7 +41,7 @@ std::optional<std::vector<unsigned char>> ReadSmallFile(const wchar_t* path, std
     return bytes;
 }
 
-struct LabelImages::Session
+struct CLabelImages::Session
 {
     Session()
     {
@@ -61,7 +61,7 @@ struct LabelImages::Session
     bool m_bStarted = false;
 };
 
-struct LabelImages::Image
+struct CLabelImages::Image
 {
     CString path;
     std::unique_ptr<IStream, StreamReleaser> stream; // the bitmap reads from it as long as it lives
@@ -85,14 +85,14 @@ struct LabelImages::Image
     }
 };
 
-LabelImages::LabelImages() = default;
+CLabelImages::CLabelImages() = default;
 
-LabelImages::~LabelImages()
+CLabelImages::~CLabelImages()
 {
     Release();
 }
 
-void LabelImages::Load(const HtmlDocument& document, const CString& folder)
+void CLabelImages::Load(const HtmlDocument& document, const CString& folder)
 {
     Release();
     for (const HtmlImage& named : document.images) {
@@ -113,20 +113,20 @@ void LabelImages::Load(const HtmlDocument& document, const CString& folder)
     }
 }
 
-void LabelImages::Release()
+void CLabelImages::Release()
 {
     m_images.clear(); // before the library goes
     m_session.reset();
 }
 
-bool LabelImages::OwnSize(int index, HtmlSize& size) const
+bool CLabelImages::OwnSize(int index, HtmlSize& size) const
 {
     const Image& image = *m_images[index];
     size = image.size;
     return image.bitmap != nullptr;
 }
 
-void LabelImages::Draw(HDC dc, int index, const RECT& box) const
+void CLabelImages::Draw(HDC dc, int index, const RECT& box) const
 {
     Gdiplus::Bitmap* bitmap = m_images[index]->bitmap.get();
     if (!bitmap) {

@@ -13,11 +13,11 @@
 [[nodiscard]] std::optional<std::vector<unsigned char>> ReadSmallFile(const wchar_t* path,
                                                                       std::size_t mostBytes);
 
-class LabelImages
+class CLabelImages
 {
 public:
-    LabelImages();
-    ~LabelImages();
+    CLabelImages();
+    ~CLabelImages();
 
     // Loads what the document names; what can't be loaded shows its text. Without a folder nothing is loaded.
     void Load(const HtmlDocument& document, const CString& folder);

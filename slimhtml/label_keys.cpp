@@ -36,7 +36,7 @@ LabelDecision DecideScroll(LabelKey key, const ScrollRange& range)
     default:
         return {};
     }
-    return {LabelDeed::Scroll, ClampScroll(range, position)};
+    return {LabelAction::Scroll, ClampScroll(range, position)};
 }
 
 } // namespace
@@ -74,10 +74,10 @@ LabelDecision DecideKey(LabelKey key, const std::vector<int>& focusOrder, int fo
         const int link = bEnters && key == LabelKey::Previous
                              ? -1
                              : NextLink(focusOrder, focusedLink, key == LabelKey::Next ? 1 : -1);
-        return link < 0 ? LabelDecision() : LabelDecision{LabelDeed::FocusLink, link};
+        return link < 0 ? LabelDecision() : LabelDecision{LabelAction::FocusLink, link};
     }
     if (key == LabelKey::Activate) {
-        return focusedLink < 0 ? LabelDecision() : LabelDecision{LabelDeed::ActivateLink, focusedLink};
+        return focusedLink < 0 ? LabelDecision() : LabelDecision{LabelAction::ActivateLink, focusedLink};
     }
     return range.height > range.page ? DecideScroll(key, range) : LabelDecision();
 }

@@ -34,7 +34,7 @@ enum class LabelKey
     End
 };
 
-enum class LabelDeed
+enum class LabelAction
 {
     None, // the key is not the label's
     FocusLink,
@@ -44,7 +44,7 @@ enum class LabelDeed
 
 struct LabelDecision
 {
-    LabelDeed deed = LabelDeed::None;
+    LabelAction action = LabelAction::None;
     int value = 0; // the link or the position
 };
 

@@ -17,13 +17,13 @@ HtmlAlign AlignOf(int drawTextFormat)
     return drawTextFormat == DT_RIGHT ? HtmlAlign::Right : HtmlAlign::Left;
 }
 
-class Flag
+class CFlag
 {
 public:
-    explicit Flag(bool& flag) : m_flag(flag) { m_flag = true; }
-    ~Flag() { m_flag = false; }
-    Flag(const Flag&) = delete;
-    Flag& operator=(const Flag&) = delete;
+    explicit CFlag(bool& flag) : m_flag(flag) { m_flag = true; }
+    ~CFlag() { m_flag = false; }
+    CFlag(const CFlag&) = delete;
+    CFlag& operator=(const CFlag&) = delete;
 
 private:
     bool& m_flag;
@@ -31,7 +31,7 @@ private:
 
 } // namespace
 
-bool Label::ImageSize(int image, HtmlSize& size)
+bool CLabel::ImageSize(int image, HtmlSize& size)
 {
     HtmlSize own;
     if (!m_images.OwnSize(image, own)) {
@@ -41,23 +41,23 @@ bool Label::ImageSize(int image, HtmlSize& size)
     return true;
 }
 
-int Label::Dpi() const
+int CLabel::Dpi() const
 {
     return Window() ? static_cast<int>(GetDpiForWindow(Window())) : standardDpi;
 }
 
-int Label::ScrollBarWidth() const
+int CLabel::ScrollBarWidth() const
 {
     return GetSystemMetricsForDpi(SM_CXVSCROLL, static_cast<UINT>(Dpi()));
 }
 
-void Label::ResetFonts()
+void CLabel::ResetFonts()
 {
     auto* font = reinterpret_cast<HFONT>(SendMessageW(Window(), WM_GETFONT, 0, 0));
     m_fonts.Reset(&m_document, font, m_format.fTextScale);
 }
 
-HtmlLayout Label::LayOutAt(int width, int marginVertical)
+HtmlLayout CLabel::LayOutAt(int width, int marginVertical)
 {
     HtmlLayoutOptions options;
     options.width = width;
@@ -70,7 +70,7 @@ HtmlLayout Label::LayOutAt(int width, int marginVertical)
     return LayOutHtml(m_document, options, *this);
 }
 
-int Label::MeasureHeight(int width)
+int CLabel::MeasureHeight(int width)
 {
     if (!Window()) {
         return 0;
@@ -78,13 +78,13 @@ int Label::MeasureHeight(int width)
     return LayOutAt(width, MulDiv(std::max(0, m_format.nMarginVertical), Dpi(), standardDpi)).height;
 }
 
-void Label::LayOut()
+void CLabel::LayOut()
 {
     // Showing the scroll bar changes the size, which comes back here.
     if (!Window() || m_bLayingOut) {
         return;
     }
-    const Flag layingOut(m_bLayingOut);
+    const CFlag layingOut(m_bLayingOut);
     FitToClient();
     m_focusOrder = FocusOrder(m_document, m_layout);
     if (std::find(m_focusOrder.begin(), m_focusOrder.end(), m_focusedLink) == m_focusOrder.end()) {
@@ -96,7 +96,7 @@ void Label::LayOut()
     InvalidateRect(Window(), nullptr, FALSE);
 }
 
-void Label::FitToClient()
+void CLabel::FitToClient()
 {
     RECT client = {};
     GetClientRect(Window(), &client);
@@ -124,7 +124,7 @@ void Label::FitToClient()
     m_range.line = std::max(1, metrics.ascent + metrics.descent);
 }
 
-void Label::ShowScrollBar(bool show)
+void CLabel::ShowScrollBar(bool show)
 {
     if (show != m_bScrollBar) {
         m_bScrollBar = show;
@@ -132,7 +132,7 @@ void Label::ShowScrollBar(bool show)
     }
 }
 
-void Label::UpdateScrollBar()
+void CLabel::UpdateScrollBar()
 {
     if (!m_bScrollBar) {
         return;
@@ -147,7 +147,7 @@ void Label::UpdateScrollBar()
 }
 
 // A label that only shows text is no stop for the keyboard.
-void Label::UpdateTabStop()
+void CLabel::UpdateTabStop()
 {
     const LONG_PTR style = GetWindowLongPtrW(Window(), GWL_STYLE);
     const LONG_PTR wanted = IsInteractive() ? style | WS_TABSTOP : style & ~static_cast<LONG_PTR>(WS_TABSTOP);

@@ -11,8 +11,8 @@ struct LabelPicture
     const HtmlDocument& document;
     const HtmlLayout& layout;
     const RenderFormat& format;
-    LabelFonts& fonts;
-    const LabelImages& images;
+    CLabelFonts& fonts;
+    const CLabelImages& images;
     int scroll = 0;             // pixels above the upper edge
     int focusedLink = -1;       // its focus rectangle is drawn
     bool bFocusedWhole = false; // the label has the focus, none of its links

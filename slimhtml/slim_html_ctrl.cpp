@@ -10,10 +10,10 @@ namespace {
 constexpr std::size_t mostPageBytes = 16 * 1024 * 1024;
 
 template <class Result, class Deed>
-Result Guarded(Result fallback, Deed deed) noexcept
+Result Guarded(Result fallback, Deed action) noexcept
 {
     try {
-        return deed();
+        return action();
     } catch (const std::exception&) {
         return fallback; // out of memory: the label keeps what it shows
     }
@@ -29,7 +29,7 @@ CString FolderOf(const CString& path)
 class CSlimHtmlCtrl::Implementation
 {
 public:
-    Label label;
+    CLabel label;
 };
 
 CSlimHtmlCtrl::CSlimHtmlCtrl() : m_implementation(std::make_unique<Implementation>())

@@ -148,7 +148,7 @@ private:
     }
     UINT TextFormat() const noexcept { return LinkTextFormat(this->GetStyle(), Has(HLINK_SINGLELINE)); }
     bool IsPicture() const noexcept;
-    void TakeFonts();
+    void LoadFonts();
     void MakeInternalLinkFont();
     void ShowPlainText();
     void PaintAll(HDC dc);

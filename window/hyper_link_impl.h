@@ -83,7 +83,7 @@ HYPER_LINK_MEMBER(void)::Init()
         m_strLabel = this->GetText();
     }
     if (m_bPaintLabel) {
-        TakeFonts();
+        LoadFonts();
         ReadBrowserLinkColors(m_clrLink, m_clrVisited);
     }
     if (!Has(HLINK_NOTOOLTIP)) {
@@ -100,7 +100,7 @@ HYPER_LINK_MEMBER(bool)::IsPicture() const noexcept
     return type == SS_ICON || type == SS_BITMAP || type == SS_ENHMETAFILE || type == SS_OWNERDRAW;
 }
 
-HYPER_LINK_MEMBER(void)::TakeFonts()
+HYPER_LINK_MEMBER(void)::LoadFonts()
 {
     m_hFontNormal = CWindow(this->GetParent()).GetFont();
     if (!m_hFontNormal) {

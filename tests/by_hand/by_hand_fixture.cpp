@@ -54,7 +54,7 @@ bool HasTree(HWND window)
 }
 
 // Answered once the window's thread reads its messages again: a window that comes up is moved into its place before.
-bool Answers(HWND window)
+bool CAnswers(HWND window)
 {
     DWORD_PTR result = 0;
     return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, STEP_MILLISECONDS, &result) != 0;
@@ -200,7 +200,7 @@ HWND ByHandTest::WaitFor(Shown shown)
     HWND window = nullptr;
     WaitUntil(name, [&] {
         window = FrontWindow(name);
-        return window && WhatIs(window) == shown && HasKeyboard(window) && Answers(window);
+        return window && WhatIs(window) == shown && HasKeyboard(window) && CAnswers(window);
     });
     return window;
 }

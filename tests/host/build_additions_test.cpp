@@ -36,7 +36,7 @@ ProductOptions PackageWith(const std::vector<CString>& statements, int codePage 
 
 void MakeHole(const CString& path, long long bytes)
 {
-    const FileHandle file = OpenAlone(path, true);
+    const CFileHandle file = OpenAlone(path, true);
     DWORD count = 0;
     DeviceIoControl(file.Get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &count, nullptr);
     ASSERT_GT(SeekInFile(file, bytes, FILE_BEGIN, path), 0u);
@@ -62,7 +62,7 @@ protected:
     void ExpectRefusedBeforehand(unsigned int code, const std::vector<CString>& words)
     {
         std::vector<CString> told;
-        const HostError checked = CheckBuild(build.plan, told);
+        const OperationError checked = CheckBuild(build.plan, told);
         const BuildResult result = build.Build();
         EXPECT_EQ(result.error.code, code) << Utf8(result.error.message);
         EXPECT_EQ(checked.code, code) << "the check says: " << Utf8(checked.message);

@@ -21,7 +21,7 @@ namespace {
 
 void MakeHole(const CString& path, std::uint64_t bytes)
 {
-    const FileHandle file = OpenAlone(path, true);
+    const CFileHandle file = OpenAlone(path, true);
     DWORD count = 0;
     DeviceIoControl(file.Get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &count, nullptr);
     ASSERT_GT(SeekInFile(file, static_cast<long long>(bytes), FILE_BEGIN, path), 0u);
@@ -56,7 +56,7 @@ TEST(BuildDetails, ALogFolderThatNoPathCanNameIsRefusedByTheCheckToo)
     TestBuild build;
     build.plan.commands.strLogFolder = L"\\\\server\\a>b";
     std::vector<CString> warnings;
-    const HostError checked = CheckBuild(build.plan, warnings);
+    const OperationError checked = CheckBuild(build.plan, warnings);
     EXPECT_EQ(checked.code, static_cast<unsigned>(ERROR_BAD_PATHNAME));
     EXPECT_HOLDS(checked.message,
                  L"The log folder \"\\\\server\\a>b\" holds a character that paths can't have");
@@ -158,7 +158,7 @@ TEST(BuildDetails, AFlushReachesTheSystem)
 {
     const TestFolder folder;
     WriteBytes(folder / L"file", "x");
-    const FileHandle file = OpenForReading(folder / L"file");
+    const CFileHandle file = OpenForReading(folder / L"file");
     EXPECT_THROW(FlushToDisk(file, folder / L"file"), BuildFailure);
 }
 
@@ -177,7 +177,7 @@ TEST(BuildDetails, HiddenFilesStayHiddenAndFilesForOneselfBecomeIt)
     EXPECT_FALSE(IsHidden(build.Target() + L"\\Install.cmd"));
     // A name without a dot: Wine hides every file whose name starts with one.
     const CString own = build.Folder() / L"lock";
-    const FileHandle file = OpenAlone(own, true);
+    const CFileHandle file = OpenAlone(own, true);
     EXPECT_TRUE(IsHidden(own));
 }
 
@@ -216,7 +216,7 @@ TEST_F(AddedDetails, AddedFilesKeepTheirTimeInTheCabinet)
     FILETIME written = {};
     ASSERT_TRUE(SystemTimeToFileTime(&moment, &local) && LocalFileTimeToFileTime(&local, &written));
     {
-        const FileHandle file = OpenAlone(source, false);
+        const CFileHandle file = OpenAlone(source, false);
         ASSERT_TRUE(SetFileTime(file.Get(), nullptr, nullptr, &written));
     }
     added.AddFile(source, L"INSTALLDIR");
@@ -235,7 +235,7 @@ TEST_F(AddedDetails, AFileOlderThanACabinetsTimeIsOfItsFirstDay)
     FILETIME found = {};
     ASSERT_TRUE(SystemTimeToFileTime(&moment, &written));
     {
-        const FileHandle file = OpenAlone(source, false);
+        const CFileHandle file = OpenAlone(source, false);
         ASSERT_TRUE(SetFileTime(file.Get(), nullptr, nullptr, &written));
         ASSERT_TRUE(GetFileTime(file.Get(), nullptr, nullptr, &found));
     }

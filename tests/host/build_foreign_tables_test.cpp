@@ -169,7 +169,7 @@ TEST_F(SeveralCabinets, AFullCabinetIsFollowedByTheNext)
 
 void MakeHole(const CString& path, long long bytes)
 {
-    const FileHandle file = OpenAlone(path, true);
+    const CFileHandle file = OpenAlone(path, true);
     DWORD count = 0;
     DeviceIoControl(file.Get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &count, nullptr);
     ASSERT_GT(SeekInFile(file, bytes, FILE_BEGIN, path), 0u);

@@ -5,7 +5,7 @@
 
 #include "builder/build_names.h"
 #include "builder/file_operations.h"
-#include "builder/notes_text.h"
+#include "builder/readme_text.h"
 #include "builder/sha256.h"
 
 #include <windows.h>

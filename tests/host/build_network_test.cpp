@@ -99,7 +99,7 @@ TEST(NetworkBuild, ALocationThatMayNotBeWrittenIsTold)
     EXPECT_NE(result.error.code, 0u);
     EXPECT_GE(result.error.message.Find(L"Z:\\proc"), 0) << Utf8(result.error.message);
     std::vector<CString> warnings;
-    const HostError checked = CheckBuild(build.plan, warnings);
+    const OperationError checked = CheckBuild(build.plan, warnings);
     EXPECT_NE(checked.code, 0u);
     EXPECT_GE(checked.message.Find(L"Z:\\proc"), 0) << Utf8(checked.message);
 }

@@ -70,7 +70,7 @@ TEST_F(BuildThroughHostTest, ACancelledBuildLeavesNoDeployment)
 {
     CSetupManager& manager = Open(scratch + L"media");
     Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), L"North");
-    SilentProgress progress;
+    CSilentProgress progress;
     progress.cancel = true;
     const BuildResult result = host->Build(progress);
     EXPECT_EQ(result.error.code, 1602u);

@@ -296,7 +296,7 @@ TEST_P(RefusedFilesTest, ASourceThatIsGoneIsNamedBeforeAnythingIsWritten)
     added.AddFile(source, L"INSTALLDIR");
     DeleteFileW(source);
     std::vector<CString> warned;
-    const HostError error = CheckBuild(build.plan, warned);
+    const OperationError error = CheckBuild(build.plan, warned);
     EXPECT_EQ(error.code, 2u);
     EXPECT_GE(error.message.Find(source), 0) << Utf8(error.message);
     ExpectRefused(2, {source, L"Zolt 2027", L"Put it back, or remove it from the additional files"});
@@ -339,7 +339,7 @@ TEST_P(RefusedFilesTest, ALockedSourceIsNamedWithTheRemedy)
 {
     const CString source = Source(L"locked.txt", "1234");
     added.AddFile(source, L"INSTALLDIR");
-    const FileHandle lock = OpenAlone(source, false);
+    const CFileHandle lock = OpenAlone(source, false);
     ASSERT_TRUE(lock.IsOpen());
     ExpectRefused(32, {source, L"Close it there"});
 }
@@ -380,7 +380,7 @@ TEST_P(RefusedFilesTest, AFileOfMoreThanTwoGigabytesIsRefusedByName)
 {
     const CString source = Source(L"huge.bin", "");
     {
-        const FileHandle file = OpenAlone(source, false);
+        const CFileHandle file = OpenAlone(source, false);
         DWORD bytes = 0; // a hole on the disk
         DeviceIoControl(file.Get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &bytes, nullptr);
         ASSERT_GT(SeekInFile(file, 3ll << 30, FILE_BEGIN, source), 0u);

@@ -214,7 +214,7 @@ TEST_F(DeploymentsTest, LanguagesFallBackToTheirKinAndThenToEnglish)
     for (const wchar_t* folder : {L"de-DE", L"en-US"}) {
         ASSERT_EQ(MakeFolders(work + L"program\\Languages\\" + folder), 0u);
     }
-    LanguageManager& languages = LanguageManager::Object();
+    CHostLangMgr& languages = CHostLangMgr::Object();
     for (const auto& [asked, found] :
          {std::pair{L"de-DE", L"de-DE"}, {L"de-AT", L"de-DE"}, {L"fr-FR", L"en-US"}}) {
         languages.Choose(work + L"program\\", asked);

@@ -163,7 +163,7 @@ TEST_P(WorstFileTest, IsReadOrRefusedWithinASecond)
     WriteFileBytes(file, text);
     const bool isSetup = text.find("<Setup ") < 100;
     double seconds = 0;
-    HostError error;
+    OperationError error;
     // What disturbs a measurement can only lengthen it.
     for (int attempt = 0; attempt == 0 || (attempt < 3 && seconds >= 1.0); ++attempt) {
         const double start = ProcessorSeconds();

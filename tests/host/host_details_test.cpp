@@ -13,9 +13,9 @@ protected:
         return Open(scratch + L"media");
     }
 
-    HostError Refusal(const CString& path)
+    OperationError Refusal(const CString& path)
     {
-        HostError error;
+        OperationError error;
         const HostOwner opened(OpenSetupHost(OptionsFor(path, work), error));
         EXPECT_FALSE(opened) << "the media were opened";
         return error;
@@ -109,7 +109,7 @@ TEST_F(HostDetails, ADescriptionBeyondTheLimitIsToldByTheLimit)
 {
     MakeMedia(scratch + L"media\\");
     WriteFileBytes(scratch + L"media\\Setup.xml", std::string(60u << 20, ' '));
-    const HostError error = Refusal(scratch + L"media");
+    const OperationError error = Refusal(scratch + L"media");
     EXPECT_EQ(error.code, unsigned{ERROR_FILE_TOO_LARGE});
     EXPECT_HOLDS(error.message, L"media\\Setup.xml: The file is larger than the " +
                                     NumberText(static_cast<long long>(XML_BYTES_LIMIT)) +
@@ -120,7 +120,7 @@ TEST_F(HostDetails, ADeploymentWithoutItsImageIsToldAsThat)
 {
     MakeDeployment(location, L"North", DescribeTestDeployment(L"North"));
     RemoveFolder(location + L"North\\Image");
-    const HostError error = Refusal(location + L"North");
+    const OperationError error = Refusal(location + L"North");
     EXPECT_HOLDS(error.message, L"North\\\" is a deployment whose image is damaged: the file ");
     EXPECT_HOLDS(error.message, L"Image\\Setup.xml\" is missing.");
 }
@@ -153,11 +153,11 @@ TEST_F(HostDetails, TheCheckRefusesWhatTheBuildWouldAndBuildsNothing)
     EXPECT_EQ(host->CheckBuild(warnings).code, 0u);
     manager.m_bNetworkLog = true;
     manager.m_strNetworkLogFolder = L"\\\\server\\a>b";
-    const HostError error = host->CheckBuild(warnings);
+    const OperationError error = host->CheckBuild(warnings);
     EXPECT_EQ(error.code, unsigned{ERROR_BAD_PATHNAME});
     EXPECT_HOLDS(error.message,
                  L"The log folder \"\\\\server\\a>b\" holds a character that paths can't have");
-    SilentProgress progress;
+    CSilentProgress progress;
     EXPECT_EQ(host->Build(progress).error.message, error.message);
     std::vector<FolderItem> items;
     ASSERT_EQ(ListFolder(location, items), 0u);
@@ -180,7 +180,7 @@ TEST_F(HostDetails, TheWarningsOfABuildAreTheCallersToLog)
     Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), L"North");
     manager.m_bNetworkLog = true;
     manager.m_strNetworkLogFolder = L"\\\\NOSUCHSERVER\\logs";
-    SilentProgress progress;
+    CSilentProgress progress;
     const BuildResult result = host->Build(progress);
     ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
     ASSERT_EQ(result.warnings.size(), 1u);

@@ -37,7 +37,7 @@ protected:
 
     CString Refusal(const CString& path)
     {
-        HostError error;
+        OperationError error;
         const HostOwner opened(OpenSetupHost(OptionsFor(path, work), error));
         EXPECT_FALSE(opened) << "the media was opened";
         return error.message;

@@ -121,7 +121,7 @@ protected:
         options.strProgramFolder = m_folder / L"program\\";
         options.strWorkFolder = m_folder / L"work";
         options.strLanguage = L"en-US";
-        HostError error;
+        OperationError error;
         const std::unique_ptr<CSetupHost> host(OpenSetupHost(options, error));
         ASSERT_TRUE(host) << Utf8(error.message);
         CSetupManager& manager = host->GetSetupManager();

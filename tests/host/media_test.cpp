@@ -31,9 +31,9 @@ protected:
         return Open(scratch);
     }
 
-    HostError Refusal(const CString& path)
+    OperationError Refusal(const CString& path)
     {
-        HostError error;
+        OperationError error;
         const HostOwner opened(OpenSetupHost(OptionsFor(path, work), error));
         EXPECT_FALSE(opened) << "the media was opened";
         return error;
@@ -100,7 +100,7 @@ TEST_F(MediaTest, ADatabaseThatWasClosedIsFoundOutAndSaysWhy)
     CProduct& product = OpenMediaFolder();
     EXPECT_EQ(host->CheckDatabase(product).code, 0u);
     MsiCloseHandle(product.GetMsiHandle());
-    const HostError error = host->CheckDatabase(product);
+    const OperationError error = host->CheckDatabase(product);
     EXPECT_EQ(error.code, static_cast<unsigned int>(ERROR_INVALID_HANDLE));
     EXPECT_FALSE(error.message.IsEmpty());
 }
@@ -351,7 +351,7 @@ TEST_F(MediaTest, AMissingPackageIsNamed)
 {
     MakeMedia(scratch);
     ASSERT_TRUE(DeleteFileW(scratch + L"x64\\ZoltDe\\ZoltDe.msi"));
-    const HostError error = Refusal(scratch);
+    const OperationError error = Refusal(scratch);
     EXPECT_GE(error.message.Find(L"ZoltDe.msi"), 0) << Utf8(error.message);
     EXPECT_GE(error.message.Find(L"missing"), 0) << Utf8(error.message);
 }
@@ -362,14 +362,14 @@ TEST_F(MediaTest, ACutOffPackageIsNamed)
     std::string bytes;
     ASSERT_EQ(ReadWholeFile(scratch + L"x64\\Zolt\\Zolt.msi", 1u << 24, bytes), 0u);
     WriteFileBytes(scratch + L"x64\\Zolt\\Zolt.msi", bytes.substr(0, 700));
-    const HostError error = Refusal(scratch);
+    const OperationError error = Refusal(scratch);
     EXPECT_GE(error.message.Find(L"can't be opened"), 0) << Utf8(error.message);
     EXPECT_GE(error.message.Find(L"Zolt.msi"), 0) << Utf8(error.message);
 }
 
 TEST_F(MediaTest, AFolderWithoutDescriptionIsRefused)
 {
-    const HostError error = Refusal(scratch);
+    const OperationError error = Refusal(scratch);
     EXPECT_GE(error.message.Find(L"neither a Setup.xml"), 0) << Utf8(error.message);
 }
 
@@ -377,7 +377,7 @@ TEST_F(MediaTest, AFolderWithoutDescriptionIsRefused)
 TEST_F(MediaTest, ADeploymentWithoutItsImageIsRefusedForJustThat)
 {
     WriteFileBytes(scratch + DEPLOYMENT_FILE, "<?xml version=\"1.0\"?>\n<Deployment version=\"1\"/>");
-    const HostError error = Refusal(scratch);
+    const OperationError error = Refusal(scratch);
     EXPECT_GE(error.message.Find(L"a deployment whose image is damaged"), 0) << Utf8(error.message);
     EXPECT_GE(error.message.Find(L"Image\\Setup.xml\" is missing"), 0) << Utf8(error.message);
 }
@@ -386,13 +386,13 @@ TEST_F(MediaTest, ADamagedDescriptionIsRefusedWithItsLine)
 {
     MakeMedia(scratch);
     WriteFileBytes(scratch + SETUP_FILE, "<?xml version=\"1.0\"?>\n<Setup version=\"1\"\n</Setup>");
-    const HostError error = Refusal(scratch);
+    const OperationError error = Refusal(scratch);
     EXPECT_GE(error.message.Find(L"Setup.xml, line 3"), 0) << Utf8(error.message);
 }
 
 TEST_F(MediaTest, MissingMediaAreNamed)
 {
-    const HostError error = Refusal(scratch + L"nothing here");
+    const OperationError error = Refusal(scratch + L"nothing here");
     EXPECT_GE(error.message.Find(L"nothing here"), 0) << Utf8(error.message);
 }
 

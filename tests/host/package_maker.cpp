@@ -205,7 +205,7 @@ HostOptions OptionsFor(const CString& media, const CString& work)
 
 HostOwner OpenHost(const CString& media, const CString& work)
 {
-    HostError error;
+    OperationError error;
     HostOwner host(OpenSetupHost(OptionsFor(media, work), error));
     EXPECT_TRUE(host) << error.code << ": " << Utf8(error.message);
     return host;

@@ -59,9 +59,9 @@ protected:
         return BeginOn(location + name, Setup::SETUPMODE_MODIFY_DEPLOYMENT, name, name);
     }
 
-    HostError Refusal() const
+    OperationError Refusal() const
     {
-        HostError error;
+        OperationError error;
         const HostOwner opened(OpenSetupHost(OptionsFor(m_media, work), error));
         EXPECT_FALSE(opened) << "the media were opened";
         return error;
@@ -268,7 +268,7 @@ TEST_P(EachPackage, IsRefusedByNameWithoutOneOfItsFiles)
     for (const CString& file : laid) {
         const CString path = sourceFolder + file;
         ASSERT_TRUE(MoveFileW(path, path + L".away"));
-        const HostError error = Refusal();
+        const OperationError error = Refusal();
         EXPECT_GE(error.message.Find(path), 0) << Utf8(error.message);
         ASSERT_TRUE(MoveFileW(path + L".away", path));
     }
@@ -359,7 +359,7 @@ TEST_P(EachImage, RefusesAnAdditionOfTheNameOfItsOwnFile)
     ASSERT_TRUE(product);
     const CString source = Source(HasShortNames() ? L"PLAINF~1.TXT" : L"plain file.txt", "another");
     AddedRows(*product).AddFile(source, L"INSTALLDIR");
-    SilentProgress progress;
+    CSilentProgress progress;
     const BuildResult result = host->Build(progress);
     EXPECT_NE(result.error.code, 0u);
     EXPECT_GE(result.error.message.Find(source), 0) << Utf8(result.error.message);
@@ -373,7 +373,7 @@ TEST_P(EachImage, NamesAnAdditionThatIsNowhereAnyMore)
     const CString source = Source(L"gone.txt", "gone");
     AddedRows(*product).AddFile(source, L"INSTALLDIR");
     ASSERT_TRUE(DeleteFileW(source));
-    SilentProgress progress;
+    CSilentProgress progress;
     const BuildResult result = host->Build(progress);
     EXPECT_EQ(result.error.code, 2u);
     EXPECT_GE(result.error.message.Find(source + L"\", which was added"), 0) << Utf8(result.error.message);
@@ -430,7 +430,7 @@ TEST_P(UnclearImage, IsRefusedWithTheCabinetsNameWithoutOneOfItsFiles)
 {
     for (const CString& file : laid) {
         ASSERT_TRUE(MoveFileW(sourceFolder + file, sourceFolder + file + L".away"));
-        const HostError error = Refusal();
+        const OperationError error = Refusal();
         EXPECT_GE(error.message.Find(sourceFolder + SOURCE_CABINET), 0) << Utf8(error.message);
         ASSERT_TRUE(MoveFileW(sourceFolder + file + L".away", sourceFolder + file));
     }
@@ -472,7 +472,7 @@ TEST_F(PackageSourcesTest, ACabinetThatIsGoneSinceTheFirstPageStopsTheBuild)
         Make({2, RowMarks::None, Layout::Packed}, shape);
         ASSERT_TRUE(BeginNew(L"Gone"));
         ASSERT_TRUE(DeleteFileW(sourceFolder + SOURCE_CABINET));
-        SilentProgress progress;
+        CSilentProgress progress;
         const BuildResult result = host->Build(progress);
         EXPECT_EQ(result.error.code, unsigned{ERROR_FILE_NOT_FOUND});
         EXPECT_GE(result.error.message.Find(sourceFolder + SOURCE_CABINET), 0) << Utf8(result.error.message);

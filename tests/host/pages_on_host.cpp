@@ -20,7 +20,7 @@ CSetupManager& PagesOnHost::OpenWithTexts(const CString& path)
     host.reset();
     HostOptions options = OptionsFor(path, work);
     options.strProgramFolder = TestProgramFolder();
-    HostError error;
+    OperationError error;
     host.reset(OpenSetupHost(options, error));
     if (!host) {
         throw std::runtime_error(Utf8(error.message));

@@ -72,7 +72,7 @@ protected:
     CString BaseInFile(const wchar_t* name)
     {
         DeploymentFile file;
-        const HostError error = ReadDeploymentFile(location + name + L"\\Deployment.xml", file);
+        const OperationError error = ReadDeploymentFile(location + name + L"\\Deployment.xml", file);
         EXPECT_FALSE(error) << Utf8(error.message);
         return file.strBaseName;
     }
@@ -143,7 +143,7 @@ TEST_F(NewDeploymentOnHost, AFailedBuildLeavesTheLastPageWithItsCode)
 {
     Enter(L"East");
     ASSERT_EQ(Show(BeginDeploymentDialog), NAVIGATION_NEXT);
-    SilentProgress progress;
+    CSilentProgress progress;
     progress.cancel = true;
     EXPECT_EQ(host->Build(progress).error.code, 1602u);
     EXPECT_EQ(FieldsOf(*manager),

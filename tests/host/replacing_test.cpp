@@ -36,7 +36,7 @@ protected:
         const TargetVerdict verdict = host->JudgeTarget();
         EXPECT_EQ(verdict.state, TargetVerdict::State::Refused);
         EXPECT_GE(verdict.message.Find(words), 0) << Utf8(verdict.message);
-        SilentProgress progress;
+        CSilentProgress progress;
         const BuildResult result = host->Build(progress);
         EXPECT_EQ(result.error.code, unsigned{ERROR_ALREADY_EXISTS});
         EXPECT_EQ(result.error.message, verdict.message);
@@ -221,9 +221,9 @@ TEST_F(ReplacingTest, AModeThatCannotBeEnteredClosesThePageAndSaysWhy)
         DispatchMessageW(&message);
     }
     EXPECT_FALSE(IsWindow(page));
-    const CString why = host->TakeModeFailure();
+    const CString why = host->ReadModeFailure();
     EXPECT_GE(why.Find(L"\"South\" lacks its image folder"), 0) << Utf8(why);
-    EXPECT_EQ(host->TakeModeFailure(), CString()) << "it is said once";
+    EXPECT_EQ(host->ReadModeFailure(), CString()) << "it is said once";
     EXPECT_EQ(manager.ResetSetupMode(), 0);
     EXPECT_EQ(manager.m_pProducts->size(), 1u);
 }
@@ -297,7 +297,7 @@ TEST_F(ReplacingTest, ADeploymentThatChangedSinceItWasListedIsAskedAbout)
     ASSERT_EQ(host->JudgeTarget().state, TargetVerdict::State::MayBeReplaced);
     WriteText(location + L"East\\Deployment.xml", WriteDeploymentFile(DescribeTestDeployment(L"By another")));
     EXPECT_EQ(host->JudgeTarget().state, TargetVerdict::State::NeedsAnswer);
-    SilentProgress progress;
+    CSilentProgress progress;
     const BuildResult result = host->Build(progress);
     EXPECT_EQ(result.error.code, unsigned{ERROR_ALREADY_EXISTS});
     EXPECT_GE(result.error.message.Find(L"has not been confirmed"), 0) << Utf8(result.error.message);

@@ -29,7 +29,7 @@ protected:
     DeploymentFile ReadBuilt(const wchar_t* name = L"North")
     {
         DeploymentFile file;
-        const HostError error = ReadDeploymentFile(location + name + L"\\" + DEPLOYMENT_FILE, file);
+        const OperationError error = ReadDeploymentFile(location + name + L"\\" + DEPLOYMENT_FILE, file);
         EXPECT_FALSE(error) << Utf8(error.message);
         return file;
     }
@@ -37,7 +37,7 @@ protected:
     // The message of a build that has to be refused with nothing written to the location.
     CString RefusedBuild()
     {
-        SilentProgress progress;
+        CSilentProgress progress;
         const BuildResult result = host->Build(progress);
         EXPECT_TRUE(result.error) << "the deployment was built";
         std::vector<FolderItem> items;

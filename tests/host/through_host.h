@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-class SilentProgress final : public IBuildProgress
+class CSilentProgress final : public IBuildProgress
 {
 public:
     void OnStep(const CString&) override {}
@@ -70,7 +70,7 @@ protected:
 
     void Build()
     {
-        SilentProgress progress;
+        CSilentProgress progress;
         const BuildResult result = host->Build(progress);
         EXPECT_EQ(result.error.code, 0u) << Utf8(result.error.message);
         EXPECT_EQ(result.strDeploymentFolder, host->GetSetupManager().m_strDeploymentFolder);

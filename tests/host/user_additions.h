@@ -27,5 +27,5 @@ public:
 
 private:
     std::unique_ptr<CProduct> m_product; // a stand-in when there is no host
-    UserFileWriter m_writer;
+    CUserFileWriter m_writer;
 };

@@ -18,7 +18,7 @@ protected:
         return ReadTableValue(database, table, key, buffer, 100);
     }
     // The table then has a row of the property A, and no column for its value.
-    void TakeTheColumnAway()
+    void DropTheColumn()
     {
         Run(L"DROP TABLE `Property`");
         Run(L"CREATE TABLE `Property` (`Property` CHAR(72) NOT NULL, `Other` CHAR(72) PRIMARY KEY "
@@ -73,7 +73,7 @@ TEST_F(PropertyFailureTest, ADatabaseWithoutTheTableGivesNothing)
 
 TEST_F(PropertyFailureTest, ATableWithoutTheColumnGivesNothing)
 {
-    TakeTheColumnAway();
+    DropTheColumn();
     EXPECT_FALSE(ReadsTable(Database(), L"Property", L"A"));
     EXPECT_EQ(ReadProperty(Database(), L"A"), CString());
     EXPECT_FALSE(WriteProperty(Database(), L"A", L"value"));
@@ -82,7 +82,7 @@ TEST_F(PropertyFailureTest, ATableWithoutTheColumnGivesNothing)
 // The delete needs no more than the key, so it runs, and then the insert can't be opened.
 TEST_F(PropertyFailureTest, AWriteIntoATableWithoutTheColumnHasDeletedTheOldRow)
 {
-    TakeTheColumnAway();
+    DropTheColumn();
     EXPECT_FALSE(WriteProperty(Database(), L"A", L"value"));
     EXPECT_EQ(Select(L"SELECT * FROM `Property`"), Rows());
 }

@@ -300,7 +300,7 @@ TEST_F(ProductTextTest, ASessionOfTheServiceAnswersInTheSameShape)
         CInstallerHandle package;
         ASSERT_EQ(MsiOpenDatabaseW(folder + L"Other.msi", MSIDBOPEN_DIRECT, package.put()), 0u);
         ASSERT_TRUE(WriteProperty(package.get(), L"LONG", value));
-        const SilentInstaller silent;
+        const CSilentInstaller silent;
         CInstallerHandle session;
         CString name;
         name.Format(L"#%lu", package.get());

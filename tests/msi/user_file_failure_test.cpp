@@ -101,7 +101,7 @@ protected:
     TestProduct recorded{log};
 };
 
-INSTANTIATE_TEST_SUITE_P(Answers, DrivePropertyTest, testing::Bool(), [](const auto& information) {
+INSTANTIATE_TEST_SUITE_P(CAnswers, DrivePropertyTest, testing::Bool(), [](const auto& information) {
     return std::string(information.param ? "Taken" : "Refused");
 });
 

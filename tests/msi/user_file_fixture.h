@@ -19,7 +19,7 @@ protected:
         host = OpenHost(media, work);
         ASSERT_TRUE(host);
         product = host->GetSetupManager().m_pProducts->at(0);
-        writer = UserFileWriter(product, product->GetMsiHandle());
+        writer = CUserFileWriter(product, product->GetMsiHandle());
         Run(L"DELETE FROM `File` WHERE `File`='a'"); // the package's own
         Run(L"DELETE FROM `File` WHERE `File`='b'");
     }
@@ -94,5 +94,5 @@ protected:
     ScratchFolder sources{L"sources"};
     HostOwner host;
     CProduct* product = nullptr;
-    UserFileWriter writer;
+    CUserFileWriter writer;
 };

@@ -44,7 +44,7 @@ TEST_F(UserFileTest, ASecondProductGetsNoFeatureInTheSameRun)
 {
     AddFile(L"a.txt");
     CProduct* pack = product->GetLPChildren().at(0);
-    UserFileWriter second(pack, pack->GetMsiHandle());
+    CUserFileWriter second(pack, pack->GetMsiHandle());
     CString key;
     EXPECT_TRUE(second.AddUserFile(Source(L"b.txt"), L"INSTALLDIR", key));
     EXPECT_EQ(::Select(pack->GetMsiHandle(), L"SELECT `Feature` FROM `Feature` WHERE `Level`=1"),

@@ -468,14 +468,14 @@ TEST(SharesOfTheSystem, AShareThatNobodyMadeIsUnknown)
 
 TEST(LibraryCacheTest, AFunctionIsTheLibrarysOwn)
 {
-    EXPECT_EQ(LibraryCache::Instance().GetProc(L"kernel32.dll", L"GetComputerNameW"),
+    EXPECT_EQ(CLibraryCache::Instance().GetProc(L"kernel32.dll", L"GetComputerNameW"),
               GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "GetComputerNameW"));
 }
 
 // Asks for a function that isn't there.
 std::vector<CString> BoxesOfLookUp(const wchar_t* library, std::size_t expected)
 {
-    return BoxesOf([&] { EXPECT_EQ(LibraryCache::Instance().GetProc(library, L"NoSuchCall"), nullptr); },
+    return BoxesOf([&] { EXPECT_EQ(CLibraryCache::Instance().GetProc(library, L"NoSuchCall"), nullptr); },
                    expected);
 }
 

@@ -5,7 +5,7 @@
 #include "builder/change_report.h"
 #include "builder/command_text.h"
 #include "builder/manifest_text.h"
-#include "builder/notes_text.h"
+#include "builder/readme_text.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>

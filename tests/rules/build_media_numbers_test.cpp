@@ -15,7 +15,7 @@ std::vector<CString> EndsAfter(const std::vector<const wchar_t*>& ends, long lon
         disks.push_back(NumberText(static_cast<int>(disks.size()) + 1));
         table.rows[{disks.back()}] = {disks.back(), end};
     }
-    GiveUpReservedNumbers(WriteTable(&table), lastFile);
+    FreeReservedNumbers(WriteTable(&table), lastFile);
     std::vector<CString> after;
     for (const CString& disk : disks) {
         after.push_back(table.rows.at({disk})[1]);

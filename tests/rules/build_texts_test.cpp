@@ -3,7 +3,7 @@
 #include "builder/change_report.h"
 #include "builder/command_text.h"
 #include "builder/copy_list.h"
-#include "builder/notes_text.h"
+#include "builder/readme_text.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>

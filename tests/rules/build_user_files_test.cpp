@@ -91,7 +91,7 @@ protected:
     std::vector<CString> StrayNames() const
     {
         std::vector<CString> names;
-        for (const StrayAddition& stray : FindUserAdditions(database).strays) {
+        for (const IncompleteAddition& stray : FindUserAdditions(database).strays) {
             names.push_back(stray.strName);
         }
         return names;

@@ -45,7 +45,7 @@ std::string Bytes(const DeploymentFile& file)
 
 XmlFault Read(const std::string& text, DeploymentFile* file = nullptr)
 {
-    DeploymentFileReader reader;
+    CDeploymentFileReader reader;
     const XmlFault fault = ReadXml(text.data(), text.size(), reader);
     if (file) {
         *file = reader.GetDeployment();

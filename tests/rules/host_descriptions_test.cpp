@@ -35,7 +35,7 @@ const char SETUP[] = R"(<?xml version="1.0" encoding="utf-8"?>
 
 XmlFault ReadSetup(const std::string& text, SetupDescription* description = nullptr)
 {
-    SetupDescriptionReader reader;
+    CSetupDescriptionReader reader;
     const XmlFault fault = ReadXml(text.data(), text.size(), reader);
     if (description) {
         *description = reader.GetDescription();
@@ -88,7 +88,7 @@ DeploymentFile MakeDeployment()
 DeploymentFile ReadBack(const DeploymentFile& file, XmlFault& fault)
 {
     const std::string bytes = Bytes(WriteDeploymentFile(file));
-    DeploymentFileReader reader;
+    CDeploymentFileReader reader;
     fault = ReadXml(bytes.data(), bytes.size(), reader);
     return reader.GetDeployment();
 }
@@ -342,7 +342,7 @@ TEST(DeploymentFileTest, AnAddedFileBelongsToAProductAndNamesItsComponent)
     std::string nameless = whole;
     nameless.replace(nameless.find("component="), 10, "key=");
     for (const std::string& text : {outside, nameless}) {
-        DeploymentFileReader reader;
+        CDeploymentFileReader reader;
         EXPECT_TRUE(ReadXml(text.data(), text.size(), reader)) << text;
     }
 }
@@ -351,7 +351,7 @@ TEST(DeploymentFileTest, ACutOffFileIsRefused)
 {
     const std::string whole = Bytes(WriteDeploymentFile(MakeDeployment()));
     for (std::size_t length = 0; length + 3 < whole.size(); length += 5) {
-        DeploymentFileReader reader;
+        CDeploymentFileReader reader;
         EXPECT_TRUE(ReadXml(whole.data(), length, reader)) << "cut off after " << length << " bytes";
     }
 }

@@ -27,7 +27,7 @@ std::string Deployment(const std::string& content)
 
 XmlFault Read(const std::string& text, DeploymentFile* deployment = nullptr)
 {
-    DeploymentFileReader reader;
+    CDeploymentFileReader reader;
     const XmlFault fault = ReadXml(text.data(), text.size(), reader);
     if (deployment) {
         *deployment = reader.GetDeployment();
@@ -197,7 +197,7 @@ TEST(XmlLimitsTest, MediaOfMoreProductsThanADeploymentNamesAreRefused)
         }
         products += "</Product>\n";
     }
-    SetupDescriptionReader reader;
+    CSetupDescriptionReader reader;
     const std::string text =
         std::string("<Setup version=\"1\" code=\"") + CODE +
         "\" name=\"Z\" maker=\"M\" productVersion=\"1\"><Languages default=\"en-US\"><Language "

@@ -36,9 +36,9 @@ struct Sources : AnswerSources
     }
 };
 
-Answers Joined(const Sources& sources)
+CAnswers Joined(const Sources& sources)
 {
-    Answers answers;
+    CAnswers answers;
     AnswersError error;
     EXPECT_TRUE(JoinAnswers(sources, answers, error)) << Utf8(error.Text());
     return answers;
@@ -46,13 +46,13 @@ Answers Joined(const Sources& sources)
 
 CString Refused(const Sources& sources)
 {
-    Answers answers;
+    CAnswers answers;
     AnswersError error;
     EXPECT_FALSE(JoinAnswers(sources, answers, error));
     return error.Text();
 }
 
-const PageAnswer* Entry(const Answers& answers, const wchar_t* word)
+const PageAnswer* Entry(const CAnswers& answers, const wchar_t* word)
 {
     const PageAnswers* page = answers.Find(L"begin");
     for (const PageAnswer& answer : page ? page->entries : std::vector<PageAnswer>()) {
@@ -64,7 +64,7 @@ const PageAnswer* Entry(const Answers& answers, const wchar_t* word)
     return nullptr;
 }
 
-CString Value(const Answers& answers, const wchar_t* word)
+CString Value(const CAnswers& answers, const wchar_t* word)
 {
     const PageAnswer* entry = Entry(answers, word);
     EXPECT_NE(entry, nullptr) << Utf8(word);
@@ -84,7 +84,7 @@ TEST(SetupAnswerTable, APageIsFoundByTheExportOfEitherShape)
 
 TEST(SetupAnswers, EntriesComeInTheTablesOrderWhateverTheFilesOrder)
 {
-    const Answers answers =
+    const CAnswers answers =
         Joined(Sources().File("[begin]\nplatform=x64\nname=n\nlocation=\\\\s\\h\nmode=create\n"));
     std::string order;
     for (const PageAnswer& entry : answers.Find(L"begin")->entries) {
@@ -95,7 +95,7 @@ TEST(SetupAnswers, EntriesComeInTheTablesOrderWhateverTheFilesOrder)
 
 TEST(SetupAnswers, TheCommandLineWinsOverTheFile)
 {
-    const Answers answers = Joined(Sources().File("[begin]\nname=file\n").Set(L"begin", L"name", L"line"));
+    const CAnswers answers = Joined(Sources().File("[begin]\nname=file\n").Set(L"begin", L"name", L"line"));
     EXPECT_EQ(Value(answers, L"name"), CString(L"line"));
     EXPECT_EQ(Entry(answers, L"name")->origin.strSource, CString(L"--set"));
 }
@@ -108,7 +108,7 @@ TEST(SetupAnswers, OutWinsOverTheFilesLocation)
 
 TEST(SetupAnswers, AnotherRadioChoiceReplacesTheFilesOne)
 {
-    const Answers answers =
+    const CAnswers answers =
         Joined(Sources().File("[begin]\nplatform=x64\n").Set(L"begin", L"platform", L"x86"));
     EXPECT_EQ(answers.Find(L"begin")->entries.size(), 1u);
     EXPECT_EQ(Value(answers, L"platform"), CString(L"x86"));
@@ -134,7 +134,7 @@ TEST(SetupAnswers, NamesAreTextAndNeverJoinedToAFolder)
 
 TEST(SetupAnswers, QuestionsAreAnsweredByTheirRole)
 {
-    const Answers answers =
+    const CAnswers answers =
         Joined(Sources().File("[begin]\non_question.local_location=yes\non_question.replace=no\n"));
     const PageAnswers* page = answers.Find(L"begin");
     ASSERT_EQ(page->questions.size(), 2u);
@@ -183,7 +183,7 @@ TEST(SetupAnswers, ValuesOutsideTheChoicesAreRefusedWithTheChoices)
 
 TEST(SetupAnswers, AnswersForAPageThatIsNotShownAreRefused)
 {
-    const Answers answers = Joined(Sources().File("[begin]\n[contact]\n"));
+    const CAnswers answers = Joined(Sources().File("[begin]\n[contact]\n"));
     AnswersError error;
     EXPECT_TRUE(CheckPagesReached(answers, {L"BeginDeploymentDialog", L"ProductContactDialog"}, error));
     EXPECT_FALSE(CheckPagesReached(answers, {L"BeginDeploymentDialog"}, error));
@@ -260,7 +260,7 @@ TEST(SetupFormats, OtherTextsDoNotMatch)
 TEST(SetupAnswers, CheckBoxesTakeYesAndNoAndNothingElse)
 {
     for (const wchar_t* value : {L"yes", L"no"}) {
-        const Answers answers = Joined(Sources().Set(L"settings", L"network_log", value));
+        const CAnswers answers = Joined(Sources().Set(L"settings", L"network_log", value));
         ASSERT_EQ(answers.Find(L"settings")->entries.size(), 1u);
         EXPECT_EQ(IsYes(answers.Find(L"settings")->entries[0].strValue), CString(value) == L"yes");
     }

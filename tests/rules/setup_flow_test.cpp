@@ -35,9 +35,9 @@ void ExpectFinish(const FlowMove& move, unsigned int exitCode)
 }
 
 // A flow that stands before its build.
-WizardFlow AtBuild()
+CWizardFlow AtBuild()
 {
-    WizardFlow flow(PAGES, true);
+    CWizardFlow flow(PAGES, true);
     (void)flow.Start();
     (void)flow.AfterPage(NAVIGATION_NEXT);
     EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
@@ -46,7 +46,7 @@ WizardFlow AtBuild()
 
 TEST(SetupFlow, NextWalksTheChoosingPagesAndThenBuilds)
 {
-    WizardFlow flow(PAGES, true);
+    CWizardFlow flow(PAGES, true);
     ExpectPage(flow.Start(), 0);
     ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 1);
     EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
@@ -54,7 +54,7 @@ TEST(SetupFlow, NextWalksTheChoosingPagesAndThenBuilds)
 
 TEST(SetupFlow, ACheckEndsWhereTheBuildWouldBegin)
 {
-    WizardFlow flow(PAGES, false);
+    CWizardFlow flow(PAGES, false);
     (void)flow.Start();
     (void)flow.AfterPage(NAVIGATION_NEXT);
     ExpectFinish(flow.AfterPage(NAVIGATION_NEXT), 0);
@@ -62,7 +62,7 @@ TEST(SetupFlow, ACheckEndsWhereTheBuildWouldBegin)
 
 TEST(SetupFlow, BackIsOffOnTheFirstPageAndOnTheOutcome)
 {
-    WizardFlow flow(PAGES, true);
+    CWizardFlow flow(PAGES, true);
     (void)flow.Start();
     EXPECT_FALSE(flow.CanGoBack());
     (void)flow.AfterPage(NAVIGATION_NEXT);
@@ -74,7 +74,7 @@ TEST(SetupFlow, BackIsOffOnTheFirstPageAndOnTheOutcome)
 
 TEST(SetupFlow, BackShowsThePageBefore)
 {
-    WizardFlow flow(PAGES, true);
+    CWizardFlow flow(PAGES, true);
     (void)flow.Start();
     (void)flow.AfterPage(NAVIGATION_NEXT);
     ExpectPage(flow.AfterPage(NAVIGATION_BACK), 0);
@@ -83,7 +83,7 @@ TEST(SetupFlow, BackShowsThePageBefore)
 
 TEST(SetupFlow, ResetShowsTheFirstPage)
 {
-    WizardFlow flow(PAGES, true);
+    CWizardFlow flow(PAGES, true);
     (void)flow.Start();
     (void)flow.AfterPage(NAVIGATION_NEXT);
     ExpectPage(flow.AfterPage(NAVIGATION_RESET), 0);
@@ -91,7 +91,7 @@ TEST(SetupFlow, ResetShowsTheFirstPage)
 
 TEST(SetupFlow, ResetOnTheFailedPageStartsOverAndBuildsAgain)
 {
-    WizardFlow flow = AtBuild();
+    CWizardFlow flow = AtBuild();
     (void)flow.AfterBuild(112);
     ExpectPage(flow.AfterPage(NAVIGATION_RESET), 0);
     EXPECT_FALSE(flow.CanGoBack());
@@ -103,56 +103,56 @@ TEST(SetupFlow, ResetOnTheFailedPageStartsOverAndBuildsAgain)
 
 TEST(SetupFlow, CancelEndsWith1602)
 {
-    WizardFlow flow(PAGES, true);
+    CWizardFlow flow(PAGES, true);
     (void)flow.Start();
     ExpectFinish(flow.AfterPage(NAVIGATION_CANCEL), 1602);
 }
 
 TEST(SetupFlow, APageClosedFromOutsideCountsAsCancelled)
 {
-    WizardFlow flow(PAGES, true);
+    CWizardFlow flow(PAGES, true);
     (void)flow.Start();
     ExpectFinish(flow.AfterPage(0), 1602);
 }
 
 TEST(SetupFlow, AMissingResourceLibraryEndsWith1603)
 {
-    WizardFlow flow(PAGES, true);
+    CWizardFlow flow(PAGES, true);
     (void)flow.Start();
     ExpectFinish(flow.AfterPage(NAVIGATION_LOAD_FAILED), 1603);
 }
 
 TEST(SetupFlow, ABuildThatStandsShowsTheCompletePageAndEndsWith0)
 {
-    WizardFlow flow = AtBuild();
+    CWizardFlow flow = AtBuild();
     ExpectPage(flow.AfterBuild(0), 2);
     ExpectFinish(flow.AfterPage(NAVIGATION_NEXT), 0);
 }
 
 TEST(SetupFlow, CancelOnTheCompletePageDoesNotUndoTheDeployment)
 {
-    WizardFlow flow = AtBuild();
+    CWizardFlow flow = AtBuild();
     (void)flow.AfterBuild(0);
     ExpectFinish(flow.AfterPage(NAVIGATION_CANCEL), 0);
 }
 
 TEST(SetupFlow, AFailedBuildShowsTheFailedPageAndEndsWith1603WhateverItsCause)
 {
-    WizardFlow flow = AtBuild();
+    CWizardFlow flow = AtBuild();
     ExpectPage(flow.AfterBuild(112), 3);
     ExpectFinish(flow.AfterPage(NAVIGATION_NEXT), 1603);
 }
 
 TEST(SetupFlow, ACancelledBuildShowsTheFailedPageAndEndsWith1602)
 {
-    WizardFlow flow = AtBuild();
+    CWizardFlow flow = AtBuild();
     ExpectPage(flow.AfterBuild(1602), 3);
     ExpectFinish(flow.AfterPage(NAVIGATION_NEXT), 1602);
 }
 
 TEST(SetupFlow, WithoutOutcomePagesTheBuildEndsTheRun)
 {
-    WizardFlow flow({{L"BeginDeploymentDialog"}}, true);
+    CWizardFlow flow({{L"BeginDeploymentDialog"}}, true);
     (void)flow.Start();
     EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
     ExpectFinish(flow.AfterBuild(0), 0);
@@ -160,21 +160,22 @@ TEST(SetupFlow, WithoutOutcomePagesTheBuildEndsTheRun)
 
 TEST(SetupFlow, WithoutChoosingPagesNothingIsBuilt)
 {
-    WizardFlow flow({{L"DeploymentCompleteDialog"}}, true);
+    CWizardFlow flow({{L"DeploymentCompleteDialog"}}, true);
     EXPECT_FALSE(flow.HasChoosingPage());
     ExpectFinish(flow.Start(), 1603);
 }
 
 TEST(SetupFlow, PagesThatNobodyKnowsAreChoosingPages)
 {
-    WizardFlow flow({{L"BeginDeploymentDialog"}, {L"DeploymentFailedDialog"}, {L"SomethingNewDialog"}}, true);
+    CWizardFlow flow({{L"BeginDeploymentDialog"}, {L"DeploymentFailedDialog"}, {L"SomethingNewDialog"}},
+                     true);
     (void)flow.Start();
     ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 2);
 }
 
 TEST(SetupFlow, WithoutAnOfferPagesWithTabsAreWalkedOneByOne)
 {
-    WizardFlow flow(PAGES_WITH_TABS, true);
+    CWizardFlow flow(PAGES_WITH_TABS, true);
     (void)flow.Start();
     for (const int page : {1, 2, 3, 4, 5}) {
         ExpectPage(flow.AfterPage(NAVIGATION_NEXT), page);
@@ -184,7 +185,7 @@ TEST(SetupFlow, WithoutAnOfferPagesWithTabsAreWalkedOneByOne)
 
 TEST(SetupFlow, TheConfigureDialogComesOnceInThePlaceOfTheFirstTab)
 {
-    WizardFlow flow(PAGES_WITH_TABS, true);
+    CWizardFlow flow(PAGES_WITH_TABS, true);
     (void)flow.Start();
     flow.OfferConfigure(true);
     ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 1);
@@ -195,7 +196,7 @@ TEST(SetupFlow, TheConfigureDialogComesOnceInThePlaceOfTheFirstTab)
 
 TEST(SetupFlow, BackFromBehindTheTabsShowsTheConfigureDialogAgain)
 {
-    WizardFlow flow(PAGES_WITH_TABS, true);
+    CWizardFlow flow(PAGES_WITH_TABS, true);
     flow.OfferConfigure(true);
     (void)flow.Start();
     (void)flow.AfterPage(NAVIGATION_NEXT);
@@ -208,7 +209,7 @@ TEST(SetupFlow, BackFromBehindTheTabsShowsTheConfigureDialogAgain)
 
 TEST(SetupFlow, TheOfferMayChangeWhenTheFirstPageIsLeftAnew)
 {
-    WizardFlow flow(PAGES_WITH_TABS, true);
+    CWizardFlow flow(PAGES_WITH_TABS, true);
     (void)flow.Start();
     flow.OfferConfigure(true);
     (void)flow.AfterPage(NAVIGATION_NEXT);
@@ -223,7 +224,7 @@ TEST(SetupFlow, TheOfferMayChangeWhenTheFirstPageIsLeftAnew)
 
 TEST(SetupFlow, AFlowOfTabsAloneBeginsWithTheConfigureDialog)
 {
-    WizardFlow flow({{L"PathDialog", true}, {L"OnlineDialog", true}}, true);
+    CWizardFlow flow({{L"PathDialog", true}, {L"OnlineDialog", true}}, true);
     flow.OfferConfigure(true);
     ExpectConfigure(flow.Start());
     EXPECT_FALSE(flow.CanGoBack());
@@ -233,7 +234,7 @@ TEST(SetupFlow, AFlowOfTabsAloneBeginsWithTheConfigureDialog)
 
 TEST(SetupFlow, AConfigureDialogThatIsCancelledEndsWith1602)
 {
-    WizardFlow flow({{L"PathDialog", true}}, true);
+    CWizardFlow flow({{L"PathDialog", true}}, true);
     flow.OfferConfigure(true);
     (void)flow.Start();
     ExpectFinish(flow.AfterPage(NAVIGATION_CANCEL), 1602);

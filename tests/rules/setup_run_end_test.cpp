@@ -7,7 +7,7 @@ namespace {
 
 CString StepAfter(std::initializer_list<const wchar_t*> lines)
 {
-    RunSteps steps;
+    CRunSteps steps;
     for (const wchar_t* line : lines) {
         steps.Add(line);
     }
@@ -57,7 +57,7 @@ TEST(SetupRunEnd, ARunWithoutALineHasNoStep)
 
 TEST(SetupRunEnd, ARunIsOverdueWhenNothingChangesForTheLimit)
 {
-    QuietWatch watch(1000);
+    CQuietWatch watch(1000);
     EXPECT_FALSE(watch.IsOverdue(5000, 7));
     EXPECT_FALSE(watch.IsOverdue(5999, 7));
     EXPECT_TRUE(watch.IsOverdue(6000, 7));
@@ -65,7 +65,7 @@ TEST(SetupRunEnd, ARunIsOverdueWhenNothingChangesForTheLimit)
 
 TEST(SetupRunEnd, AnySignOfLifePutsTheEndOff)
 {
-    QuietWatch watch(1000);
+    CQuietWatch watch(1000);
     std::uint64_t now = 0;
     for (std::uint64_t signs = 0; signs < 100; ++signs, now += 999) {
         EXPECT_FALSE(watch.IsOverdue(now, signs)) << now;
@@ -76,7 +76,7 @@ TEST(SetupRunEnd, AnySignOfLifePutsTheEndOff)
 // The system's counts may begin anew.
 TEST(SetupRunEnd, SignsOfLifeThatGoBackCountToo)
 {
-    QuietWatch watch(1000);
+    CQuietWatch watch(1000);
     EXPECT_FALSE(watch.IsOverdue(0, 9));
     EXPECT_FALSE(watch.IsOverdue(1000, 3));
     EXPECT_FALSE(watch.IsOverdue(1999, 3));
@@ -87,7 +87,7 @@ TEST(SetupRunEnd, SignsOfLifeThatGoBackCountToo)
 // A laptop that slept longer than the limit had its run ended on waking.
 TEST(SetupRunEnd, TimeInWhichNobodyLookedDoesNotCount)
 {
-    QuietWatch watch(600000);
+    CQuietWatch watch(600000);
     EXPECT_FALSE(watch.IsOverdue(1000, 5));
     EXPECT_FALSE(watch.IsOverdue(1000 + 3600000, 5));
     std::uint64_t now = 1000 + 3600000;

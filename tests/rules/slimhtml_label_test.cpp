@@ -24,7 +24,7 @@ bool ReadHeader(const std::string& bytes, HtmlSize& size)
 int ScrollTo(LabelKey key)
 {
     const LabelDecision decision = DecideKey(key, {}, -1, tall);
-    EXPECT_EQ(decision.deed, LabelDeed::Scroll);
+    EXPECT_EQ(decision.action, LabelAction::Scroll);
     return decision.value;
 }
 
@@ -78,17 +78,17 @@ TEST(LabelKeysTest, ScrollKeysMoveByLineAndPage)
 
 TEST(LabelKeysTest, ALabelThatDoesNotScrollLeavesTheScrollKeys)
 {
-    EXPECT_EQ(DecideKey(LabelKey::Down, {0}, 0, fits).deed, LabelDeed::None);
+    EXPECT_EQ(DecideKey(LabelKey::Down, {0}, 0, fits).action, LabelAction::None);
 }
 
 TEST(LabelKeysTest, EnterWithoutALinkIsTheDialogs)
 {
-    EXPECT_EQ(DecideKey(LabelKey::Activate, {0}, -1, tall).deed, LabelDeed::None);
+    EXPECT_EQ(DecideKey(LabelKey::Activate, {0}, -1, tall).action, LabelAction::None);
 }
 
 TEST(LabelKeysTest, ShiftTabFromNoLinkIsTheDialogs)
 {
-    EXPECT_EQ(DecideKey(LabelKey::Previous, {0, 1}, -1, tall).deed, LabelDeed::None);
+    EXPECT_EQ(DecideKey(LabelKey::Previous, {0, 1}, -1, tall).action, LabelAction::None);
 }
 
 TEST(FileRulesTest, TextsAreReadByTheirByteOrderMark)

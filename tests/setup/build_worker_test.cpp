@@ -59,7 +59,7 @@ TEST(BuildWorker, ABuildThatReportsAsFastAsItCanPostsAtMostTwentyMessagesASecond
         }
         return Done();
     });
-    window.ReadUntilDone([&] { static_cast<void>(worker.TakeSnapshot()); });
+    window.ReadUntilDone([&] { static_cast<void>(worker.GetSnapshot()); });
     const ULONGLONG elapsed = GetTickCount64() - start;
     EXPECT_LE(window.progressMessages, static_cast<int>(elapsed / 50) + 1);
     EXPECT_GE(window.progressMessages, 2);
@@ -90,7 +90,7 @@ TEST(BuildWorker, TheSnapshotHoldsTheLastNews)
         return Done();
     });
     window.ReadUntilDone([] {});
-    const BuildSnapshot snapshot = worker.TakeSnapshot();
+    const BuildSnapshot snapshot = worker.GetSnapshot();
     EXPECT_EQ(snapshot.strStep, CString(L"second"));
     EXPECT_EQ(snapshot.strFile, CString(L"C:\\file"));
     EXPECT_EQ(snapshot.bytesDone, 3u);
@@ -105,7 +105,7 @@ TEST(BuildWorker, AnExceptionBecomesAFailedResult)
     worker.Start(window.Get(),
                  [](IBuildProgress&) -> BuildResult { throw std::runtime_error("broken plan"); });
     window.ReadUntilDone([] {});
-    const BuildResult result = worker.TakeResult();
+    const BuildResult result = worker.GetResult();
     EXPECT_EQ(result.error.code, 1603u);
     EXPECT_NE(result.error.message.Find(L"broken plan"), -1) << Utf8(result.error.message);
 }
@@ -145,7 +145,7 @@ TEST(BuildWorker, TheEndOfTheBuildComesThroughAFullQueue)
     g_doneTries = 0;
     CBuildWorker worker(PostWhenThereIsRoom);
     worker.Start(window.Get(), [](IBuildProgress&) { return Done(); });
-    static_cast<void>(worker.TakeResult()); // its thread has done all it will do
+    static_cast<void>(worker.GetResult()); // its thread has done all it will do
     MSG message = {};
     EXPECT_TRUE(PeekMessageW(&message, window.Get(), BUILD_MESSAGE_DONE, BUILD_MESSAGE_DONE, PM_REMOVE));
     EXPECT_EQ(g_doneTries, 4);
@@ -178,8 +178,8 @@ TEST(BuildWorker, EachStepAndEachPieceOfProgressIsASignOfLife)
         progress.OnProgress(2, 3, L"file");
         return Done();
     });
-    window.ReadUntilDone([&] { static_cast<void>(worker.TakeSnapshot()); });
-    static_cast<void>(worker.TakeResult());
+    window.ReadUntilDone([&] { static_cast<void>(worker.GetSnapshot()); });
+    static_cast<void>(worker.GetResult());
     UseRunRecord(nullptr);
     EXPECT_EQ(record.signsOfLife, 3);
 }

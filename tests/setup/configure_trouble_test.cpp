@@ -25,7 +25,7 @@ protected:
         text.Replace(L"\r\n", L"\n");
         return text;
     }
-    void TakePicture(const wchar_t* name)
+    void SavePicture(const wchar_t* name)
     {
         wchar_t folder[MAX_PATH] = L"";
         GetTempPathW(MAX_PATH, folder);
@@ -64,7 +64,7 @@ TEST_F(ConfigureTrouble, APageThatCantBeMadeLeavesASentenceInItsPlace)
         expected.Replace(L"\r\n", L"\n");
         EXPECT_EQ(ReasonText(), expected);
         EXPECT_EQ(GetFocus(), Reason()) << "a screen reader doesn't come to the words";
-        TakePicture(L"configure-no-page.png");
+        SavePicture(L"configure-no-page.png");
     });
     GoTo(0);
     Look([&] {
@@ -139,7 +139,7 @@ TEST_F(ConfigureTrouble, APageIsNotMadeWithoutAProduct)
         CString expected = SetupText(IDS_CONFIGURE_NO_PRODUCT, {L"Page 0"});
         expected.Replace(L"\r\n", L"\n");
         EXPECT_EQ(ReasonText(), expected);
-        TakePicture(L"configure-no-product.png");
+        SavePicture(L"configure-no-product.png");
     });
     Press(IDC_CONFIGURE_BACK);
     EXPECT_EQ(Run(), NAVIGATION_BACK);
@@ -437,7 +437,7 @@ TEST_F(ConfigureTrouble, APageLargerThanTheScreenIsScrolledInADialogThatFits)
         EXPECT_TRUE(GetWindowLongPtrW(view, GWL_STYLE) & WS_VSCROLL);
         EXPECT_TRUE(GetWindowLongPtrW(view, GWL_STYLE) & WS_HSCROLL);
         EXPECT_TRUE(InDialog(IDC_CONFIGURE_NEXT).IsVisible());
-        TakePicture(L"configure-large.png");
+        SavePicture(L"configure-large.png");
     });
     GoTo(0);
     Look([&] {

@@ -29,7 +29,7 @@ protected:
 
 private:
     CRunLog m_log{false, CString()};
-    Answers m_answers;
+    CAnswers m_answers;
     CPagePictures m_pictures{CString(), m_log};
     CUnattendedPages m_pages{m_answers, m_pictures, m_log};
 };

@@ -74,7 +74,7 @@ bool ReadsFile(std::size_t bytes, AnswersError& error)
     text.resize(bytes, '#');
     CommandLine line;
     line.strAnswers = folder.AddFile(L"answers.txt", text.c_str());
-    Answers answers;
+    CAnswers answers;
     return ReadAnswers(line, L"C:\\", answers, error);
 }
 

@@ -14,14 +14,14 @@ public:
     const std::vector<CProduct*>& GetProducts() override { return m_products; }
     PageContext MakePageContext(const FlowPage&, bool) override { return {}; }
     PageContext MakePageContext(const FlowPage&, bool, CProduct*) override { return {}; }
-    HostError CheckDatabase(CProduct&) override { return {}; }
+    OperationError CheckDatabase(CProduct&) override { return {}; }
     TargetVerdict JudgeTarget() override { return verdict; }
     void AllowReplacing(const TargetVerdict& allowed) override { allowedStamps.push_back(allowed.strStamp); }
     void DeclineReplacing() override { ++declined; }
-    CString TakeModeFailure() override { return {}; }
+    CString ReadModeFailure() override { return {}; }
     bool IsCancellingEnabled() override { return cancelling; }
     BuildResult Build(IBuildProgress&) override { return {}; }
-    HostError CheckBuild(std::vector<CString>&) override { return {}; }
+    OperationError CheckBuild(std::vector<CString>&) override { return {}; }
     std::uint64_t GetDeploymentBytes() override { return 0; }
     void AppendLog(const CString&) override {}
 

@@ -48,7 +48,7 @@ protected:
     }
 
     StubHost host;
-    Answers answers;
+    CAnswers answers;
     CRunLog log{false, CString()};
     CTargetSettling settling{answers, log};
     MessageBoxView box; // the last one

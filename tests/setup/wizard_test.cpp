@@ -126,7 +126,7 @@ protected:
     CommandLine line;
 
 private:
-    Answers m_answers;
+    CAnswers m_answers;
     CScript m_script;
 };
 

@@ -139,7 +139,7 @@ void LabelTestWindow::Click(int x, int y)
     SendMessageW(m_label, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
 }
 
-Picture TakePicture(HWND window)
+Picture ReadPicture(HWND window)
 {
     RECT client = {};
     GetClientRect(window, &client);
@@ -167,13 +167,13 @@ Picture TakePicture(HWND window)
 
 COLORREF LabelTestWindow::Pixel(int x, int y) const
 {
-    const Picture picture = TakePicture(m_label);
+    const Picture picture = ReadPicture(m_label);
     return picture.pixels[static_cast<std::size_t>(y) * picture.width + x];
 }
 
 bool LabelTestWindow::Shows(COLORREF color) const
 {
-    const Picture picture = TakePicture(m_label);
+    const Picture picture = ReadPicture(m_label);
     return std::find(picture.pixels.begin(), picture.pixels.end(), color) != picture.pixels.end();
 }
 
@@ -184,7 +184,7 @@ void LabelTestWindow::SavePicture(const wchar_t* name) const
         return;
     }
     RedrawWindow(m_window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-    Picture picture = TakePicture(m_window);
+    Picture picture = ReadPicture(m_window);
     for (COLORREF& pixel : picture.pixels) {
         pixel = 0xFF000000 | RGB((pixel >> 16) & 0xFF, (pixel >> 8) & 0xFF, pixel & 0xFF);
     }

@@ -9,7 +9,7 @@ import unittest
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 sys.path.insert(0, os.path.join(ROOT, "scripts"))
 
-from asked_answers import PROPERTIES, asked_properties, find_unmet  # noqa: E402
+from expected_properties import PROPERTIES, asked_properties, find_unmet  # noqa: E402
 
 ONLINE_SECTIONS = ("notices", "resources")
 MEMBER_BAY = {"ZOLT_MEMBERBAY_ENABLE": ("resources.member_bay", "#0")}

@@ -1,4 +1,4 @@
-#include "host/product_object.h"
+#include "host/host_product.h"
 
 #include "builder/database_signature.h"
 #include "host/files.h"
@@ -21,7 +21,7 @@ namespace {
 
 // Which databases are open, for the calls that have only a handle. A build may ask on its own thread.
 std::mutex g_openProductsLock;
-std::vector<ProductObject*> g_openProducts;
+std::vector<CHostProduct*> g_openProducts;
 
 bool CopyValue(const CString& value, wchar_t* buffer, int* size)
 {
@@ -53,10 +53,10 @@ int HighestFileSequence(MSIHANDLE database)
 
 } // namespace
 
-ProductObject* FindProductByHandle(InstallerHandle database)
+CHostProduct* FindProductByHandle(InstallerHandle database)
 {
     const std::lock_guard lock(g_openProductsLock);
-    for (ProductObject* product : g_openProducts) {
+    for (CHostProduct* product : g_openProducts) {
         if (product->GetMsiHandle() == database && database != 0) {
             return product;
         }
@@ -64,7 +64,7 @@ ProductObject* FindProductByHandle(InstallerHandle database)
     return nullptr;
 }
 
-unsigned int GiveText(const CString& value, wchar_t* buffer, unsigned long* size)
+unsigned int CopyToBuffer(const CString& value, wchar_t* buffer, unsigned long* size)
 {
     if (!size) {
         return buffer ? ERROR_INVALID_PARAMETER : ERROR_SUCCESS;
@@ -87,8 +87,8 @@ unsigned int GiveText(const CString& value, wchar_t* buffer, unsigned long* size
     return ERROR_MORE_DATA;
 }
 
-ProductObject::ProductObject(const ProductDescription& product, const PackageDescription& package,
-                             const ProductSource& source)
+CHostProduct::CHostProduct(const ProductDescription& product, const PackageDescription& package,
+                           const ProductSource& source)
     : m_product(product), m_package(package), m_source(source)
 {
     m_strRelativeFile = source.strRelativeFolder + package.strFile;
@@ -105,13 +105,13 @@ ProductObject::ProductObject(const ProductDescription& product, const PackageDes
     m_productKind = static_cast<unsigned int>(m_product.kind);
 }
 
-ProductObject::~ProductObject()
+CHostProduct::~CHostProduct()
 {
     const std::lock_guard lock(g_openProductsLock);
     std::erase(g_openProducts, this);
 }
 
-HostError ProductObject::CopyPackage()
+OperationError CHostProduct::CopyPackage()
 {
     if (!IsFile(m_strOriginalFile)) {
         return {ERROR_FILE_NOT_FOUND, HostSentence(HostText::MediaPackageMissing,
@@ -136,10 +136,10 @@ HostError ProductObject::CopyPackage()
     return {};
 }
 
-HostError ProductObject::Open(std::vector<CString>& warnings)
+OperationError CHostProduct::Open(std::vector<CString>& warnings)
 {
-    const SilentInstaller silent;
-    if (HostError error = CopyPackage()) {
+    const CSilentInstaller silent;
+    if (OperationError error = CopyPackage()) {
         return error;
     }
     unsigned int result = OpenDatabase(m_strWorkFile, MSIDBOPEN_TRANSACT, m_database);
@@ -147,7 +147,7 @@ HostError ProductObject::Open(std::vector<CString>& warnings)
         return {result,
                 HostSentence(HostText::MediaPackageBroken, {m_strOriginalFile, SystemReason(result)})};
     }
-    if (HostError error = CheckIdentity(m_database.get(), m_strOriginalFile, m_package)) {
+    if (OperationError error = CheckIdentity(m_database.get(), m_strOriginalFile, m_package)) {
         return error;
     }
     CString table;
@@ -161,7 +161,7 @@ HostError ProductObject::Open(std::vector<CString>& warnings)
         return {result,
                 HostSentence(HostText::MediaPackageBroken, {m_strOriginalFile, SystemReason(result)})};
     }
-    if (HostError error = CheckPackageSources(m_database.get(), m_strOriginalFile)) {
+    if (OperationError error = CheckPackageSources(m_database.get(), m_strOriginalFile)) {
         return error;
     }
     ReadDatabase(warnings);
@@ -170,13 +170,13 @@ HostError ProductObject::Open(std::vector<CString>& warnings)
     return {};
 }
 
-void ProductObject::ReadDatabase(std::vector<CString>& warnings)
+void CHostProduct::ReadDatabase(std::vector<CString>& warnings)
 {
     m_fileSequence = HighestFileSequence(m_database.get());
     m_x64Marker = IsSixtyFourBit(m_database.get()) ? 1 : 0;
-    m_features = std::make_unique<FeatureManager>(m_database.get());
-    m_directories = std::make_unique<DirectoryManager>(m_database.get(),
-                                                       m_source.strMediaRoot + m_source.strRelativeFolder);
+    m_features = std::make_unique<CHostFeatureManager>(m_database.get());
+    m_directories = std::make_unique<CHostDirectoryManager>(m_database.get(), m_source.strMediaRoot +
+                                                                                  m_source.strRelativeFolder);
     const unsigned int result = m_directories->ResolveBySession(m_source.strWorkFolder);
     if (result != ERROR_SUCCESS) {
         warnings.push_back(
@@ -186,43 +186,43 @@ void ProductObject::ReadDatabase(std::vector<CString>& warnings)
     m_pDirectoryManager = m_directories.get();
 }
 
-bool ProductObject::GetMsiProperty(const wchar_t* name, wchar_t* buffer, int* size)
+bool CHostProduct::GetMsiProperty(const wchar_t* name, wchar_t* buffer, int* size)
 {
     CString value;
     return name && ReadPropertyRow(m_database.get(), name, value) && CopyValue(value, buffer, size);
 }
 
-bool ProductObject::SetMsiProperty(const wchar_t* name, const wchar_t* value, bool)
+bool CHostProduct::SetMsiProperty(const wchar_t* name, const wchar_t* value, bool)
 {
     return name && *name && WritePropertyRow(m_database.get(), name, value) == ERROR_SUCCESS;
 }
 
-bool ProductObject::GetProperty(const wchar_t* name, wchar_t* buffer, int* size)
+bool CHostProduct::GetProperty(const wchar_t* name, wchar_t* buffer, int* size)
 {
     const CString* value = FindProperty(m_properties, name);
     return value && CopyValue(*value, buffer, size);
 }
 
-void ProductObject::SetProperty(const wchar_t* name, const wchar_t* value)
+void CHostProduct::SetProperty(const wchar_t* name, const wchar_t* value)
 {
     if (name && *name) {
         StoreProperty(m_properties, name, value);
     }
 }
 
-Setup::tagPATCHSTATE ProductObject::GetMsiPatchState()
+Setup::tagPATCHSTATE CHostProduct::GetMsiPatchState()
 {
     return m_storedPatchState;
 }
 
-bool ProductObject::IsPatchMerged(const CString& file)
+bool CHostProduct::IsPatchMerged(const CString& file)
 {
     return std::any_of(m_storedPatches.begin(), m_storedPatches.end(), [&](const StoredPatch& patch) {
         return patch.merged && FileName(patch.file).CompareNoCase(FileName(file)) == 0;
     });
 }
 
-bool ProductObject::GetCustomShortcuts(std::vector<ShortcutStrings>& list)
+bool CHostProduct::GetCustomShortcuts(std::vector<ShortcutStrings>& list)
 {
     list.clear();
     CString keys;
@@ -247,13 +247,13 @@ bool ProductObject::GetCustomShortcuts(std::vector<ShortcutStrings>& list)
     return true;
 }
 
-void ProductObject::AddLanguagePack(std::unique_ptr<ProductObject> pack)
+void CHostProduct::AddLanguagePack(std::unique_ptr<CHostProduct> pack)
 {
     m_packs.push_back(pack.get());
     m_packObjects.push_back(std::move(pack));
 }
 
-std::vector<StoredAddedFile> ProductObject::ReadAddedFiles() const
+std::vector<StoredAddedFile> CHostProduct::ReadAddedFiles() const
 {
     std::vector<StoredAddedFile> files;
     const unsigned int result = ForEachRow(
@@ -268,7 +268,7 @@ std::vector<StoredAddedFile> ProductObject::ReadAddedFiles() const
 
 // The database of a deployment has the names alone; pages and builds go by the paths. One walk over the rows: a statement
 // for each file would search the whole table each time.
-void ProductObject::RestoreSources(const std::vector<StoredAddedFile>& files)
+void CHostProduct::RestoreSources(const std::vector<StoredAddedFile>& files)
 {
     std::map<CString, CString> sources;
     for (const StoredAddedFile& file : files) {
@@ -291,7 +291,7 @@ void ProductObject::RestoreSources(const std::vector<StoredAddedFile>& files)
     }
 }
 
-StoredProduct ProductObject::Store() const
+StoredProduct CHostProduct::Store() const
 {
     StoredProduct stored;
     stored.strProductCode = m_package.strProductCode;
@@ -314,7 +314,7 @@ StoredProduct ProductObject::Store() const
     return stored;
 }
 
-void ProductObject::Load(const StoredProduct& stored, const CString& imageRoot)
+void CHostProduct::Load(const StoredProduct& stored, const CString& imageRoot)
 {
     m_properties = stored.properties;
     RestoreSources(stored.addedFiles);

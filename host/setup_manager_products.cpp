@@ -1,47 +1,47 @@
 // The products of the setup manager: opened in a fresh folder of working copies, dropped, opened anew.
 #include "host/files.h"
 #include "host/host_messages.h"
-#include "host/manager_object.h"
+#include "host/host_setup_manager.h"
 
 #include <utility>
 
-void ManagerObject::ReloadProductData()
+void CHostSetupManager::ReloadProductData()
 {
     DeleteProductList();
-    if (const HostError error = EnsureProducts()) {
-        Tell(error.message);
+    if (const OperationError error = EnsureProducts()) {
+        ReportFailure(error.message);
     }
 }
 
-void ManagerObject::DeleteProductList()
+void CHostSetupManager::DeleteProductList()
 {
     m_products.clear();
     m_productObjects.clear();
     m_productsOpen = false;
 }
 
-HostError ManagerObject::EnsureProducts()
+OperationError CHostSetupManager::EnsureProducts()
 {
     if (m_productsOpen && m_productsPlatform == m_platform) {
         return {};
     }
     DeleteProductList();
     RemoveWorkCopies(m_workNumber);
-    HostError error = OpenProducts();
+    OperationError error = OpenProducts();
     if (error) {
         DeleteProductList();
     }
     return error;
 }
 
-HostError ManagerObject::ReplaceProducts()
+OperationError CHostSetupManager::ReplaceProducts()
 {
     const int number = m_workNumber;
     std::vector<CProduct*> products = std::exchange(m_products, {});
-    std::vector<std::unique_ptr<ProductObject>> objects = std::exchange(m_productObjects, {});
+    std::vector<std::unique_ptr<CHostProduct>> objects = std::exchange(m_productObjects, {});
     const bool wereOpen = std::exchange(m_productsOpen, false);
     const Setup::tagPLATFORM platform = m_productsPlatform;
-    HostError error = OpenProducts();
+    OperationError error = OpenProducts();
     if (!error) {
         objects.clear(); // an open database keeps its file
         RemoveWorkCopies(number);
@@ -56,27 +56,27 @@ HostError ManagerObject::ReplaceProducts()
     return error;
 }
 
-void ManagerObject::RemoveWorkCopies(int number)
+void CHostSetupManager::RemoveWorkCopies(int number)
 {
     if (number > 0) {
         RemoveFolder(m_strWorkFolder + NumberText(number));
     }
 }
 
-HostError ManagerObject::OpenProducts()
+OperationError CHostSetupManager::OpenProducts()
 {
     ++m_workNumber;
     for (const ProductDescription& described : m_media.description.products) {
-        std::unique_ptr<ProductObject> product;
-        if (HostError error = OpenProduct(described, product)) {
+        std::unique_ptr<CHostProduct> product;
+        if (OperationError error = COpenProduct(described, product)) {
             return error;
         }
         if (!product) {
             continue;
         }
         for (const ProductDescription& pack : described.languagePacks) {
-            std::unique_ptr<ProductObject> opened;
-            if (HostError error = OpenProduct(pack, opened)) {
+            std::unique_ptr<CHostProduct> opened;
+            if (OperationError error = COpenProduct(pack, opened)) {
                 return error;
             }
             if (opened) {
@@ -96,20 +96,20 @@ HostError ManagerObject::OpenProducts()
     return {};
 }
 
-HostError ManagerObject::OpenProduct(const ProductDescription& described,
-                                     std::unique_ptr<ProductObject>& opened)
+OperationError CHostSetupManager::COpenProduct(const ProductDescription& described,
+                                               std::unique_ptr<CHostProduct>& opened)
 {
     const PackageDescription* package = described.FindPackage(m_platform);
     if (!package) {
         return {};
     }
     const CString folder = PackageFolder(m_media.description, described, m_platform);
-    auto product = std::make_unique<ProductObject>(
+    auto product = std::make_unique<CHostProduct>(
         described, *package,
         ProductSource{m_media.strRoot, folder, m_strWorkFolder + NumberText(m_workNumber) + L"\\" + folder,
                       m_platform});
     std::vector<CString> warnings;
-    HostError error = product->Open(warnings);
+    OperationError error = product->Open(warnings);
     for (const CString& warning : warnings) {
         m_log.Append(warning);
     }

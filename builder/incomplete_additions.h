@@ -10,7 +10,7 @@
 // TarnCustomFile.Flags of a folder
 constexpr wchar_t FOLDER_FLAGS[] = L"2";
 
-struct StrayAddition
+struct IncompleteAddition
 {
     CString strKey;
     CString strName; // the file's, its source or the folder's, as far as its rows tell
@@ -22,10 +22,10 @@ struct StrayAddition
 [[nodiscard]] CString LongName(const CString& fileName);
 
 // The steps of drives whose action is gone, by the keys of the drives. The installer fails on a step without an action.
-[[nodiscard]] std::vector<CString> FindStraySteps(const DatabaseSnapshot& database);
-void RemoveStraySteps(DatabaseSnapshot& database, const std::vector<CString>& steps);
+[[nodiscard]] std::vector<CString> FindOrphanedSteps(const DatabaseSnapshot& database);
+void RemoveOrphanedSteps(DatabaseSnapshot& database, const std::vector<CString>& steps);
 
 // In the order of their keys.
-[[nodiscard]] std::vector<StrayAddition> FindStrayAdditions(const DatabaseSnapshot& database);
+[[nodiscard]] std::vector<IncompleteAddition> FindIncompleteAdditions(const DatabaseSnapshot& database);
 // Their rows, but those of directories: a directory without a component is never made, and others may lie in it.
-void RemoveStrayAdditions(DatabaseSnapshot& database, const std::vector<StrayAddition>& strays);
+void RemoveIncompleteAdditions(DatabaseSnapshot& database, const std::vector<IncompleteAddition>& strays);

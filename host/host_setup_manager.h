@@ -2,24 +2,24 @@
 #pragma once
 
 #include "host/deployment_base.h"
-#include "host/product_object.h"
+#include "host/host_product.h"
+#include "host/host_ui_manager.h"
 #include "host/setup_log.h"
-#include "host/small_managers.h"
 #include "include/setup_manager.h"
 
 #include <atomic>
 #include <memory>
 #include <vector>
 
-class ManagerObject final : public CSetupManager
+class CHostSetupManager final : public CSetupManager
 {
 public:
     // `workFolder`: with backslash, the manager's alone.
-    ManagerObject(Media media, const CString& workFolder, SetupLog& log);
-    ~ManagerObject() override;
+    CHostSetupManager(Media media, const CString& workFolder, CSetupLog& log);
+    ~CHostSetupManager() override;
 
     // Opens the products of the first platform that the media holds, or of the deployment that it is the image of.
-    HostError Start();
+    OperationError Start();
 
     std::vector<CString>* GetDeploymentList(const CString& location) override;
     CString GetDeploymentName(const CString& entry) override;
@@ -45,8 +45,8 @@ public:
     bool IsCancellingEnabled() const { return m_bCancellingEnabled; }
     const Media& GetMedia() const { return m_media; }
     // Opens the products when nobody has them open. Repeats the failure of the last try until something changes.
-    HostError EnsureProducts();
-    const std::vector<std::unique_ptr<ProductObject>>& GetProductObjects() const { return m_productObjects; }
+    OperationError EnsureProducts();
+    const std::vector<std::unique_ptr<CHostProduct>>& GetProductObjects() const { return m_productObjects; }
     // What the deployment's file is to hold.
     DeploymentFile DescribeDeployment() const;
     void SetResultLines(const CString& first, const CString& second);
@@ -56,28 +56,28 @@ public:
     void AllowReplacing(const TargetVerdict& verdict) { m_answeredStamp = verdict.strStamp; }
     void DeclineReplacing();
     // Why the mode that the begin page asked for could not be entered, once; empty when it was.
-    CString TakeModeFailure();
+    CString ReadModeFailure();
 
 private:
-    HostError OpenProducts();
+    OperationError OpenProducts();
     // Opens the products anew from the media. After a failure those that were open still are.
-    HostError ReplaceProducts();
+    OperationError ReplaceProducts();
     void RemoveWorkCopies(int number);
-    HostError OpenProduct(const ProductDescription& product, std::unique_ptr<ProductObject>& opened);
+    OperationError COpenProduct(const ProductDescription& product, std::unique_ptr<CHostProduct>& opened);
     void ApplyStoredSettings();
     void UseMedia(const Media& media);
     void UpdatePathRule();
     void UpdateDeploymentFolder();
-    HostError EnterFirstStage();
+    OperationError EnterFirstStage();
     CString FindBaseEntry(const CString& name) const;
-    HostError UseBase(const CString& entry);
-    HostError UseBaseNamed(const CString& name);
+    OperationError UseBase(const CString& entry);
+    OperationError UseBaseNamed(const CString& name);
     bool IsBaseLoaded() const { return !m_base.strEntry.IsEmpty(); }
     bool IsBaseCurrent(const CString& name) const; // loaded, and unchanged on the disk
     void LeavePage(const CString& reason);
     void AddBaseOfElsewhere();
     void ForgetBase();
-    void Tell(const CString& message);
+    void ReportFailure(const CString& message);
 
     // All that a page's choices can change and that a reset takes back.
     struct Stage
@@ -107,12 +107,12 @@ private:
     Setup::tagPLATFORM m_firstPlatform = Setup::PLATFORM_X64; // of the media as they were opened
     Media m_media; // the base deployment's image, once one is loaded
     const CString m_strWorkFolder;
-    SetupLog& m_log;
-    ConfigReader m_config;
-    UiManager m_ui;
+    CSetupLog& m_log;
+    CHostConfigReader m_config;
+    CHostUiManager m_ui;
     std::vector<CString> m_deployments;     // result of GetDeploymentList
     std::vector<ListedDeployment> m_listed; // the same entries
-    std::vector<std::unique_ptr<ProductObject>> m_productObjects;
+    std::vector<std::unique_ptr<CHostProduct>> m_productObjects;
     std::vector<CProduct*> m_products;
     bool m_productsOpen = false;
     Setup::tagPLATFORM m_productsPlatform = Setup::PLATFORM_X64; // while they are open

@@ -5,14 +5,14 @@
 #include "include/config_reader.h"
 #include "include/ui_manager.h"
 
-class ConfigReader final : public CConfigReader
+class CHostConfigReader final : public CConfigReader
 {
 public:
     SetupDescription description;  // of the media that is current
     CString strDeploymentLanguage; // of the loaded deployment; empty without one
 };
 
-class UiManager final : public CUiManager
+class CHostUiManager final : public CUiManager
 {
 public:
     bool IsWindowPosSaved() override { return m_saved; }

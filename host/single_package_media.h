@@ -5,4 +5,4 @@
 #include "host/setup_host.h"
 
 // Reads what the package says of itself: names, codes, platform and language.
-[[nodiscard]] HostError DescribePackage(const CString& packageFile, SetupDescription& description);
+[[nodiscard]] OperationError DescribePackage(const CString& packageFile, SetupDescription& description);

@@ -1,4 +1,4 @@
-#include "host/manager_object.h"
+#include "host/host_setup_manager.h"
 
 #include "builder/package_sources.h"
 #include "host/files.h"
@@ -6,13 +6,13 @@
 #include "host/languages.h"
 #include "host/longest_path.h"
 
-ManagerObject::ManagerObject(Media media, const CString& workFolder, SetupLog& log)
+CHostSetupManager::CHostSetupManager(Media media, const CString& workFolder, CSetupLog& log)
     : m_openedMedia(std::move(media)), m_strWorkFolder(workFolder), m_log(log)
 {
     m_pConfigReader = &m_config;
     m_pUiManager = &m_ui;
     m_pProducts = &m_products;
-    m_strTextFolder = LanguageManager::Object().GetWizTextPath();
+    m_strTextFolder = CHostLangMgr::Object().GetWizTextPath();
     m_strResourceFolder = m_strTextFolder;
     m_strLogText = log.GetFile();
     m_strLogPath = m_strLogText;
@@ -20,33 +20,33 @@ ManagerObject::ManagerObject(Media media, const CString& workFolder, SetupLog& l
     UseMedia(m_openedMedia);
 }
 
-ManagerObject::~ManagerObject()
+CHostSetupManager::~CHostSetupManager()
 {
     DeleteProductList();
 }
 
-HostError ManagerObject::Start()
+OperationError CHostSetupManager::Start()
 {
     m_firstPlatform =
         HasPackageFile(m_media, Setup::PLATFORM_X64) || !HasPackageFile(m_media, Setup::PLATFORM_X86)
             ? Setup::PLATFORM_X64
             : Setup::PLATFORM_X86;
-    HostError error = EnterFirstStage();
+    OperationError error = EnterFirstStage();
     if (!error) {
         error = EnsureProducts();
     }
-    if (!error && !LanguageManager::Object().Init(&m_config)) {
+    if (!error && !CHostLangMgr::Object().Init(&m_config)) {
         return {ERROR_INVALID_DATA, HostSentence(HostText::XmlMissingElement, {L"Language", L"Languages"})};
     }
     return error;
 }
 
-void ManagerObject::Tell(const CString& message)
+void CHostSetupManager::ReportFailure(const CString& message)
 {
     m_log.Append(message);
 }
 
-void ManagerObject::UseMedia(const Media& media)
+void CHostSetupManager::UseMedia(const Media& media)
 {
     m_media = media;
     m_config.description = media.description;
@@ -66,7 +66,7 @@ void ManagerObject::UseMedia(const Media& media)
     m_ui.m_strStepArgument = m_strStepText;
 }
 
-void ManagerObject::UpdatePathRule()
+void CHostSetupManager::UpdatePathRule()
 {
     const PlatformDescription* platform = m_media.description.FindPlatform(m_platform);
     m_strSuffixText = platform ? platform->strFolder : CString();
@@ -82,7 +82,7 @@ void ManagerObject::UpdatePathRule()
         roots.push_back(PackageFolder(m_media.description, product, m_platform));
     }
     // A package at the media's root takes only what it names along.
-    for (const std::unique_ptr<ProductObject>& product : m_productObjects) {
+    for (const std::unique_ptr<CHostProduct>& product : m_productObjects) {
         if (product->GetRelativeFile().Find(L'\\') < 0) {
             measure(product->GetRelativeFile());
             for (const CString& file : FindPackageFiles(product->GetMsiHandle(), m_media.strRoot)) {
@@ -100,7 +100,7 @@ void ManagerObject::UpdatePathRule()
     m_strMediaFile = m_strMediaFileText;
 }
 
-void ManagerObject::UpdateDeploymentFolder()
+void CHostSetupManager::UpdateDeploymentFolder()
 {
     const bool deploys = m_setupMode >= Setup::SETUPMODE_CREATE_DEPLOYMENT;
     m_strDeploymentFolder = deploys && !m_strLocationText.IsEmpty() && !m_strDeploymentText.IsEmpty()
@@ -108,62 +108,62 @@ void ManagerObject::UpdateDeploymentFolder()
                                 : CString();
 }
 
-bool ManagerObject::DoesImageMatchPlatform(Setup::tagPLATFORM platform)
+bool CHostSetupManager::DoesImageMatchPlatform(Setup::tagPLATFORM platform)
 {
     return HasPackageFile(m_media, platform);
 }
 
-bool ManagerObject::IsTargetPlatformAllowed(Setup::tagPLATFORM platform)
+bool CHostSetupManager::IsTargetPlatformAllowed(Setup::tagPLATFORM platform)
 {
     if (!HasPackageFile(m_media, platform)) {
-        Tell(HostSentence(HostText::NoProductsForPlatform, {PlatformText(platform)}));
+        ReportFailure(HostSentence(HostText::NoProductsForPlatform, {PlatformText(platform)}));
         return false;
     }
     // Reported here the page can still be corrected; once it has stored its choice, a failure would leave it without buttons.
-    const HostError error = CheckPlatform(m_media, platform);
+    const OperationError error = CheckPlatform(m_media, platform);
     if (error) {
-        Tell(error.message);
+        ReportFailure(error.message);
     }
     return !error;
 }
 
-void ManagerObject::SetDeploymentPlatform(Setup::tagPLATFORM platform)
+void CHostSetupManager::SetDeploymentPlatform(Setup::tagPLATFORM platform)
 {
     m_platform = platform; // its products are opened with the mode
 }
 
-void ManagerObject::SetDeploymentLocation(const CString& path)
+void CHostSetupManager::SetDeploymentLocation(const CString& path)
 {
     m_strLocationText = path;
     m_strDeploymentLocation = m_strLocationText;
     UpdateDeploymentFolder();
 }
 
-void ManagerObject::SetBaseDeploymentName(const CString& name)
+void CHostSetupManager::SetBaseDeploymentName(const CString& name)
 {
     m_strBaseText = name;
     m_strBaseDeploymentName = m_strBaseText;
 }
 
-void ManagerObject::SetDeploymentName(const CString& name)
+void CHostSetupManager::SetDeploymentName(const CString& name)
 {
     m_strDeploymentText = name;
     m_strDeploymentName = m_strDeploymentText;
     UpdateDeploymentFolder();
 }
 
-CString ManagerObject::GetSrcWizTextPath()
+CString CHostSetupManager::GetSrcWizTextPath()
 {
     if (m_media.description.strResourceFolder.IsEmpty()) {
         return m_media.strRoot;
     }
     CString found;
     return FindLanguageFolder(m_media.strRoot + m_media.description.strResourceFolder + L"\\",
-                              LanguageManager::Object().GetWizCoreLanguage(),
+                              CHostLangMgr::Object().GetWizCoreLanguage(),
                               m_media.description.strDefaultLanguage, found);
 }
 
-void ManagerObject::SetMsiProperty(const wchar_t* name, const wchar_t* value, bool)
+void CHostSetupManager::SetMsiProperty(const wchar_t* name, const wchar_t* value, bool)
 {
     if (!name || !*name) {
         return;
@@ -172,7 +172,7 @@ void ManagerObject::SetMsiProperty(const wchar_t* name, const wchar_t* value, bo
     m_log.Append(HostSentence(HostText::LogProperty, {name, value}));
 }
 
-DeploymentFile ManagerObject::DescribeDeployment() const
+DeploymentFile CHostSetupManager::DescribeDeployment() const
 {
     DeploymentFile file;
     file.strName = m_strDeploymentText;
@@ -181,23 +181,23 @@ DeploymentFile ManagerObject::DescribeDeployment() const
     file.strProductVersion = m_media.description.strProductVersion;
     file.strBaseName =
         m_setupMode == Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT ? m_strBaseText : m_base.file.strBaseName;
-    file.strLanguage = LanguageManager::Object().GetDeploymentLanguage(nullptr);
+    file.strLanguage = CHostLangMgr::Object().GetDeploymentLanguage(nullptr);
     file.platform = m_platform;
     file.installMode = m_installMode == 3 ? 3 : 2;
     file.bNetworkLog = m_bNetworkLog;
     file.strNetworkLogFolder = m_strNetworkLogFolder;
     file.bSettingsOption = m_bSettingsOption;
     file.properties = m_properties;
-    for (const std::unique_ptr<ProductObject>& product : m_productObjects) {
+    for (const std::unique_ptr<CHostProduct>& product : m_productObjects) {
         file.products.push_back(product->Store());
-        for (const std::unique_ptr<ProductObject>& pack : product->GetPackObjects()) {
+        for (const std::unique_ptr<CHostProduct>& pack : product->GetPackObjects()) {
             file.products.push_back(pack->Store());
         }
     }
     return file;
 }
 
-void ManagerObject::SetResultLines(const CString& first, const CString& second)
+void CHostSetupManager::SetResultLines(const CString& first, const CString& second)
 {
     m_strLineText[0] = first;
     m_strLineText[1] = second;

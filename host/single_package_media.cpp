@@ -1,4 +1,4 @@
-#include "host/made_up_media.h"
+#include "host/single_package_media.h"
 
 #include "base/name_rules.h"
 #include "builder/product_identity.h"
@@ -54,16 +54,16 @@ CString SetupCode(MSIHANDLE database, const CString& productCode)
 
 } // namespace
 
-HostError DescribePackage(const CString& packageFile, SetupDescription& description)
+OperationError DescribePackage(const CString& packageFile, SetupDescription& description)
 {
-    const SilentInstaller silent;
+    const CSilentInstaller silent;
     CInstallerHandle database;
     const unsigned int result = OpenDatabase(packageFile, MSIDBOPEN_READONLY, database);
     if (result != ERROR_SUCCESS) {
         return {result, HostSentence(HostText::MediaPackageBroken, {packageFile, SystemReason(result)})};
     }
     PackageIdentity identity;
-    if (HostError error = ReadIdentity(database.get(), packageFile, identity)) {
+    if (OperationError error = ReadIdentity(database.get(), packageFile, identity)) {
         return error;
     }
     const CString fileName = FileName(packageFile);

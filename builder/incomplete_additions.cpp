@@ -1,4 +1,4 @@
-#include "builder/stray_additions.h"
+#include "builder/incomplete_additions.h"
 
 #include "builder/named_table.h"
 
@@ -40,10 +40,10 @@ std::set<CString> UserKeysIn(const DatabaseSnapshot& database, const wchar_t* na
 
 constexpr std::size_t MAX_DEPTH = 1000; // folders in folders; a path is far shorter
 
-class StrayFinder
+class CIncompleteFinder
 {
 public:
-    explicit StrayFinder(const DatabaseSnapshot& database)
+    explicit CIncompleteFinder(const DatabaseSnapshot& database)
         : m_records(TableToRead(database, L"TarnCustomFile")), m_files(TableToRead(database, L"File")),
           m_components(TableToRead(database, L"Component")),
           m_directories(TableToRead(database, L"Directory")),
@@ -125,7 +125,7 @@ CString LongName(const CString& fileName)
     return fileName.Mid(fileName.Find(L'|') + 1);
 }
 
-std::vector<CString> FindStraySteps(const DatabaseSnapshot& database)
+std::vector<CString> FindOrphanedSteps(const DatabaseSnapshot& database)
 {
     const ReadTable actions = TableToRead(database, L"CustomAction");
     std::vector<CString> strays;
@@ -137,7 +137,7 @@ std::vector<CString> FindStraySteps(const DatabaseSnapshot& database)
     return strays;
 }
 
-void RemoveStraySteps(DatabaseSnapshot& database, const std::vector<CString>& steps)
+void RemoveOrphanedSteps(DatabaseSnapshot& database, const std::vector<CString>& steps)
 {
     const WriteTable sequence = TableToWrite(database, L"InstallExecuteSequence");
     for (const CString& step : steps) {
@@ -145,14 +145,14 @@ void RemoveStraySteps(DatabaseSnapshot& database, const std::vector<CString>& st
     }
 }
 
-std::vector<StrayAddition> FindStrayAdditions(const DatabaseSnapshot& database)
+std::vector<IncompleteAddition> FindIncompleteAdditions(const DatabaseSnapshot& database)
 {
     std::set<CString> keys;
     for (const auto& place : g_places) {
         keys.merge(UserKeysIn(database, place.table, place.column));
     }
-    const StrayFinder finder(database);
-    std::vector<StrayAddition> strays;
+    const CIncompleteFinder finder(database);
+    std::vector<IncompleteAddition> strays;
     for (const CString& key : keys) {
         if (!finder.IsWhole(key)) {
             strays.push_back({key, finder.NameOf(key)});
@@ -161,10 +161,10 @@ std::vector<StrayAddition> FindStrayAdditions(const DatabaseSnapshot& database)
     return strays;
 }
 
-void RemoveStrayAdditions(DatabaseSnapshot& database, const std::vector<StrayAddition>& strays)
+void RemoveIncompleteAdditions(DatabaseSnapshot& database, const std::vector<IncompleteAddition>& strays)
 {
     std::set<CString> keys;
-    for (const StrayAddition& stray : strays) {
+    for (const IncompleteAddition& stray : strays) {
         keys.insert(stray.strKey);
     }
     for (const auto& place : g_places) {

@@ -19,15 +19,15 @@ struct ProductSource
     int platform = 3;
 };
 
-class ProductObject final : public CProduct
+class CHostProduct final : public CProduct
 {
 public:
-    ProductObject(const ProductDescription& product, const PackageDescription& package,
-                  const ProductSource& source);
-    ~ProductObject() override;
+    CHostProduct(const ProductDescription& product, const PackageDescription& package,
+                 const ProductSource& source);
+    ~CHostProduct() override;
 
     // Copies the package, opens the copy and readies it for the pages. `warnings` gets what is worth a log line.
-    HostError Open(std::vector<CString>& warnings);
+    OperationError Open(std::vector<CString>& warnings);
 
     InstallerHandle GetMsiHandle() override { return m_database.get(); }
     bool GetMsiProperty(const wchar_t* name, wchar_t* buffer, int* size) override;
@@ -50,9 +50,9 @@ public:
     std::vector<CProduct*>& GetLPChildren() override { return m_packs; }
     bool GetCustomShortcuts(std::vector<ShortcutStrings>& list) override;
 
-    void AddLanguagePack(std::unique_ptr<ProductObject> pack);
-    const std::vector<std::unique_ptr<ProductObject>>& GetPackObjects() const { return m_packObjects; }
-    DirectoryManager* GetDirectoryObject() { return m_directories.get(); }
+    void AddLanguagePack(std::unique_ptr<CHostProduct> pack);
+    const std::vector<std::unique_ptr<CHostProduct>>& GetPackObjects() const { return m_packObjects; }
+    CHostDirectoryManager* GetDirectoryObject() { return m_directories.get(); }
     const CString& GetWorkFile() const { return m_strWorkFile; }
     const CString& GetRelativeFile() const { return m_strRelativeFile; }
     const CString& GetOriginalFile() const { return m_strOriginalFile; }
@@ -64,7 +64,7 @@ public:
     void Load(const StoredProduct& stored, const CString& imageRoot);
 
 private:
-    HostError CopyPackage();
+    OperationError CopyPackage();
     void ReadDatabase(std::vector<CString>& warnings);
     std::vector<StoredAddedFile> ReadAddedFiles() const;
     void RestoreSources(const std::vector<StoredAddedFile>& files);
@@ -76,8 +76,8 @@ private:
     CString m_strOriginalFile;
     CString m_strWorkFile;
     CInstallerHandle m_database;
-    std::unique_ptr<FeatureManager> m_features;
-    std::unique_ptr<DirectoryManager> m_directories;
+    std::unique_ptr<CHostFeatureManager> m_features;
+    std::unique_ptr<CHostDirectoryManager> m_directories;
     PropertyStore m_properties;
     std::vector<StoredPatch> m_storedPatches;
     Setup::tagPATCHSTATE m_storedPatchState = Setup::PATCHSTATE_0;
@@ -86,11 +86,11 @@ private:
     CString m_strPatchName;
     CString m_strPatchReadme;
     CString m_strPatchSize;
-    std::vector<std::unique_ptr<ProductObject>> m_packObjects;
+    std::vector<std::unique_ptr<CHostProduct>> m_packObjects;
     std::vector<CProduct*> m_packs;
 };
 
 // The product whose database has that handle; null for none.
-ProductObject* FindProductByHandle(InstallerHandle database);
+CHostProduct* FindProductByHandle(InstallerHandle database);
 // Gives a value in the service's shape: 0, 234 (more data) or 87 (no size beside a buffer).
-unsigned int GiveText(const CString& value, wchar_t* buffer, unsigned long* size);
+unsigned int CopyToBuffer(const CString& value, wchar_t* buffer, unsigned long* size);

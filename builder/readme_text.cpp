@@ -1,4 +1,4 @@
-#include "builder/notes_text.h"
+#include "builder/readme_text.h"
 
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
@@ -31,7 +31,7 @@ CString PowerShellStart(const wchar_t* program, const CString& arguments)
 
 // A call of the installer to paste, as it stands at a prompt, in a script, where "%" of a name stands twice, and in
 // PowerShell.
-class PasteLine
+class CPasteLine
 {
 public:
     // The same in all.
@@ -118,7 +118,7 @@ void AppendScripts(CString& text, const BuildPlan& plan, const CString& folder)
     }
 }
 
-void AddPatches(PasteLine& line, const BuildDatabase& database, const CString& folder)
+void AddPatches(CPasteLine& line, const BuildDatabase& database, const CString& folder)
 {
     for (std::size_t index = 0; index < database.patchTargets.size(); ++index) {
         line.Add(index == 0 ? L" PATCH=\"" : L";");
@@ -129,7 +129,7 @@ void AddPatches(PasteLine& line, const BuildDatabase& database, const CString& f
     }
 }
 
-void AddLog(PasteLine& line, const BuildPlan& plan, const BuildDatabase& database, const wchar_t* action)
+void AddLog(CPasteLine& line, const BuildPlan& plan, const BuildDatabase& database, const wchar_t* action)
 {
     line.Add(L" " + DisplayArgument(plan.commands.strDisplay) + L" /norestart /L*V \"");
     if (plan.commands.strLogFolder.IsEmpty()) {
@@ -146,7 +146,7 @@ void AddLog(PasteLine& line, const BuildPlan& plan, const BuildDatabase& databas
 void AppendInstallLine(CString& text, const BuildPlan& plan, const BuildDatabase& database,
                        const CString& folder)
 {
-    PasteLine line;
+    CPasteLine line;
     line.Add(L"/i \"");
     line.AddName(JoinFolder(folder, database.strTarget));
     line.Add(L"\"");
@@ -161,7 +161,7 @@ void AppendInstallLine(CString& text, const BuildPlan& plan, const BuildDatabase
 void AppendCodeLine(CString& text, const BuildPlan& plan, const BuildDatabase& database,
                     const wchar_t* option, const wchar_t* action)
 {
-    PasteLine line;
+    CPasteLine line;
     line.Add(CString(option) + L" ");
     line.AddArgument(CodeArgument(database.strProductCode));
     AddLog(line, plan, database, action);

@@ -5,7 +5,7 @@
 #include "builder/deployment_place.h"
 #include "host/files.h"
 #include "host/host_messages.h"
-#include "host/manager_object.h"
+#include "host/host_setup_manager.h"
 #include "host/target_verdict.h"
 
 #include <utility>
@@ -33,7 +33,7 @@ CString StampOrNone(const CString& folder)
 
 } // namespace
 
-std::vector<CString>* ManagerObject::GetDeploymentList(const CString& location)
+std::vector<CString>* CHostSetupManager::GetDeploymentList(const CString& location)
 {
     std::vector<CString> warnings;
     if (!location.IsEmpty() && IsFolder(location)) {
@@ -47,7 +47,7 @@ std::vector<CString>* ManagerObject::GetDeploymentList(const CString& location)
     if (m_bHasDeployments) {
         std::erase_if(m_deployments, [&](const CString& entry) {
             DeploymentBase base;
-            const HostError error = OpenBase(entry, m_openedMedia.description.strCode, base);
+            const OperationError error = OpenBase(entry, m_openedMedia.description.strCode, base);
             if (error) {
                 warnings.push_back(error.message);
             }
@@ -60,14 +60,14 @@ std::vector<CString>* ManagerObject::GetDeploymentList(const CString& location)
         m_listed.push_back({entry, StampOrNone(ParentFolder(entry))});
     }
     for (const CString& warning : warnings) {
-        Tell(warning);
+        ReportFailure(warning);
     }
     return &m_deployments;
 }
 
 // Modifying into another location makes a copy there. On the way back the page lists that one, and would have nothing to
 // modify, or another deployment than before.
-void ManagerObject::AddBaseOfElsewhere()
+void CHostSetupManager::AddBaseOfElsewhere()
 {
     const CString& entry = IsBaseLoaded() ? m_base.strEntry : m_openedMedia.strDeploymentFile;
     if (!m_bHasDeployments || entry.IsEmpty()) {
@@ -85,22 +85,22 @@ void ManagerObject::AddBaseOfElsewhere()
     }
 }
 
-CString ManagerObject::GetDeploymentName(const CString& entry)
+CString CHostSetupManager::GetDeploymentName(const CString& entry)
 {
     return NameOfDeployment(entry);
 }
 
-CString ManagerObject::GetSetupCode(const CString& entry)
+CString CHostSetupManager::GetSetupCode(const CString& entry)
 {
     DeploymentFile deployment;
-    if (const HostError error = ReadDeploymentFile(entry, deployment)) {
-        Tell(error.message);
+    if (const OperationError error = ReadDeploymentFile(entry, deployment)) {
+        ReportFailure(error.message);
         return CString();
     }
     return deployment.strSetupCode;
 }
 
-Setup::tagDEPLOYMENTLOCATIONTYPE ManagerObject::CheckForDeploymentLocation(const CString& path)
+Setup::tagDEPLOYMENTLOCATIONTYPE CHostSetupManager::CheckForDeploymentLocation(const CString& path)
 {
     const CString folder = FolderPath(path);
     std::vector<FolderItem> items;
@@ -119,7 +119,7 @@ Setup::tagDEPLOYMENTLOCATIONTYPE ManagerObject::CheckForDeploymentLocation(const
 }
 
 // By where it is: in the list that the page showed last, or the one that the wizard runs from.
-CString ManagerObject::FindBaseEntry(const CString& name) const
+CString CHostSetupManager::FindBaseEntry(const CString& name) const
 {
     if (name.IsEmpty()) {
         return CString();
@@ -133,17 +133,17 @@ CString ManagerObject::FindBaseEntry(const CString& name) const
     return !opened.IsEmpty() && NameOfDeployment(opened).CompareNoCase(name) == 0 ? opened : CString();
 }
 
-void ManagerObject::ForgetBase()
+void CHostSetupManager::ForgetBase()
 {
     m_base = DeploymentBase();
     m_config.strDeploymentLanguage.Empty();
     UseMedia(m_openedMedia);
 }
 
-HostError ManagerObject::UseBase(const CString& entry)
+OperationError CHostSetupManager::UseBase(const CString& entry)
 {
     DeploymentBase base;
-    if (HostError error = OpenBase(entry, m_openedMedia.description.strCode, base)) {
+    if (OperationError error = OpenBase(entry, m_openedMedia.description.strCode, base)) {
         return error;
     }
     m_base = std::move(base);
@@ -156,15 +156,15 @@ HostError ManagerObject::UseBase(const CString& entry)
     return {};
 }
 
-HostError ManagerObject::UseBaseNamed(const CString& name)
+OperationError CHostSetupManager::UseBaseNamed(const CString& name)
 {
     const CString entry = FindBaseEntry(name);
-    return entry.IsEmpty()
-               ? HostError{ERROR_FILE_NOT_FOUND, HostSentence(HostText::BaseGone, {name, m_strLocationText})}
-               : UseBase(entry);
+    return entry.IsEmpty() ? OperationError{ERROR_FILE_NOT_FOUND,
+                                            HostSentence(HostText::BaseGone, {name, m_strLocationText})}
+                           : UseBase(entry);
 }
 
-void ManagerObject::ApplyStoredSettings()
+void CHostSetupManager::ApplyStoredSettings()
 {
     m_installMode = m_base.file.installMode;
     m_bNetworkLog = m_base.file.bNetworkLog;
@@ -173,35 +173,35 @@ void ManagerObject::ApplyStoredSettings()
     m_properties = m_base.file.properties;
 }
 
-bool ManagerObject::LoadDeploymentInfo(const CString& name)
+bool CHostSetupManager::LoadDeploymentInfo(const CString& name)
 {
     DeleteProductList();
     if (name.IsEmpty()) {
         ForgetBase(); // a new deployment starts from the media as it was opened
         ApplyStoredSettings();
         UpdatePathRule();
-    } else if (const HostError error = UseBaseNamed(name)) {
-        Tell(error.message);
+    } else if (const OperationError error = UseBaseNamed(name)) {
+        ReportFailure(error.message);
         return false;
     }
-    if (const HostError error = EnsureProducts()) {
-        Tell(error.message);
+    if (const OperationError error = EnsureProducts()) {
+        ReportFailure(error.message);
         return false;
     }
     return true;
 }
 
-bool ManagerObject::IsBaseCurrent(const CString& name) const
+bool CHostSetupManager::IsBaseCurrent(const CString& name) const
 {
     return IsBaseLoaded() && FindBaseEntry(name).CompareNoCase(m_base.strEntry) == 0 &&
            StampOrNone(ParentFolder(m_base.strEntry)) == m_base.strStamp;
 }
 
-bool ManagerObject::SetSetupMode(Setup::tagSETUPMODE mode)
+bool CHostSetupManager::SetSetupMode(Setup::tagSETUPMODE mode)
 {
     const bool needsBase =
         mode == Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT || mode == Setup::SETUPMODE_MODIFY_DEPLOYMENT;
-    HostError error;
+    OperationError error;
     if (needsBase && !IsBaseCurrent(m_strBaseText)) {
         DeleteProductList();
         error = UseBaseNamed(m_strBaseText);
@@ -214,7 +214,7 @@ bool ManagerObject::SetSetupMode(Setup::tagSETUPMODE mode)
         error = EnsureProducts();
     }
     if (error) {
-        Tell(error.message);
+        ReportFailure(error.message);
         LeavePage(error.message);
         return false;
     }
@@ -232,7 +232,7 @@ bool ManagerObject::SetSetupMode(Setup::tagSETUPMODE mode)
 
 // The page has no way on from a mode that can't be entered, nor a way back. The reason is the program's to show, once the
 // page is gone.
-void ManagerObject::LeavePage(const CString& reason)
+void CHostSetupManager::LeavePage(const CString& reason)
 {
     m_strModeFailure = reason;
     if (m_hCurrentPage && IsWindow(m_hCurrentPage)) {
@@ -240,7 +240,7 @@ void ManagerObject::LeavePage(const CString& reason)
     }
 }
 
-HostError ManagerObject::EnterFirstStage()
+OperationError CHostSetupManager::EnterFirstStage()
 {
     ForgetBase();
     ApplyStoredSettings();
@@ -254,12 +254,12 @@ HostError ManagerObject::EnterFirstStage()
     SetDeploymentName(name);
     SetBaseDeploymentName(name);
     SetResultLines(CString(), CString());
-    const HostError error = m_bHasDeployments ? UseBase(file) : HostError();
+    const OperationError error = m_bHasDeployments ? UseBase(file) : OperationError();
     UpdatePathRule();
     return error;
 }
 
-ManagerObject::Stage ManagerObject::GetStage() const
+CHostSetupManager::Stage CHostSetupManager::GetStage() const
 {
     return {m_media,
             m_base,
@@ -278,7 +278,7 @@ ManagerObject::Stage ManagerObject::GetStage() const
             m_properties};
 }
 
-void ManagerObject::UseStage(const Stage& stage)
+void CHostSetupManager::UseStage(const Stage& stage)
 {
     UseMedia(stage.media);
     m_base = stage.base;
@@ -298,17 +298,17 @@ void ManagerObject::UseStage(const Stage& stage)
     UpdatePathRule();
 }
 
-int ManagerObject::ResetSetupMode()
+int CHostSetupManager::ResetSetupMode()
 {
     // What the pages changed goes with the working copies. A failure keeps the page, which still works on its product.
     const Stage before = GetStage();
-    HostError error = EnterFirstStage();
+    OperationError error = EnterFirstStage();
     if (!error) {
         error = ReplaceProducts();
     }
     if (error) {
         UseStage(before);
-        Tell(error.message);
+        ReportFailure(error.message);
         return static_cast<int>(error.code);
     }
     m_uiStage = 0;
@@ -318,7 +318,7 @@ int ManagerObject::ResetSetupMode()
     return 0;
 }
 
-TargetVerdict ManagerObject::JudgeTarget() const
+TargetVerdict CHostSetupManager::JudgeTarget() const
 {
     // The working copies are those of what it was; the rest of the image would come from what it is.
     if (IsBaseLoaded() && StampOrNone(ParentFolder(m_base.strEntry)) != m_base.strStamp) {
@@ -350,7 +350,7 @@ TargetVerdict ManagerObject::JudgeTarget() const
     return JudgeTargetFolder(question);
 }
 
-void ManagerObject::DeclineReplacing()
+void CHostSetupManager::DeclineReplacing()
 {
     // The page would list the declined location, and take the deployment there for the one to be modified.
     if (m_setupMode == Setup::SETUPMODE_MODIFY_DEPLOYMENT && IsBaseLoaded()) {
@@ -358,7 +358,7 @@ void ManagerObject::DeclineReplacing()
     }
 }
 
-CString ManagerObject::TakeModeFailure()
+CString CHostSetupManager::ReadModeFailure()
 {
     return std::exchange(m_strModeFailure, CString());
 }
