@@ -15,7 +15,7 @@ protected:
     void SetUp() override
     {
         label.SetRenderFormat(LabelTestWindow::FrameFormat());
-        ASSERT_TRUE(label.SubclassWindow(window.CLabel()));
+        ASSERT_TRUE(label.SubclassWindow(window.Label()));
     }
     void TearDown() override
     {
@@ -81,7 +81,7 @@ TEST_F(LabelImageTest, ImagesThatCannotBeShownGiveTheirText)
     for (const char* source :
          {"missing.png", "broken.png", "no_image.png", "enormous.png", "http://host/a.png"}) {
         LoadPage((std::string("<img src=\"") + source + "\" alt=\"a picture\">").c_str());
-        EXPECT_EQ(WindowText(window.CLabel()), CString(L"a picture"));
+        EXPECT_EQ(WindowText(window.Label()), CString(L"a picture"));
         EXPECT_FALSE(window.Shows(red)) << source;
         EXPECT_EQ(label.MeasureHeight(240), (label.LoadText(L"x"), label.MeasureHeight(240))) << source;
     }

@@ -66,7 +66,7 @@ struct Picture
     int height = 0;
     std::vector<COLORREF> pixels;
 };
-[[nodiscard]] Picture SavePicture(HWND window);
+[[nodiscard]] Picture ReadPicture(HWND window);
 
 [[nodiscard]] CString WindowText(HWND window);
 // Folder of the fixtures, with its backslash.

@@ -14,7 +14,7 @@ protected:
     void SetUp() override
     {
         label->SetRenderFormat(LabelTestWindow::FrameFormat());
-        ASSERT_TRUE(label->SubclassWindow(window.CLabel()));
+        ASSERT_TRUE(label->SubclassWindow(window.Label()));
         label->LoadText(L"<a href=\"one.html\">first</a> and <a href=\"two.pdf\">second</a>");
         label->SetNotify(&notify);
     }
@@ -38,7 +38,7 @@ protected:
 TEST_F(LabelLinkTest, TabEntersAtTheFirstLink)
 {
     PressTab();
-    ASSERT_EQ(GetFocus(), window.CLabel());
+    ASSERT_EQ(GetFocus(), window.Label());
     EXPECT_EQ(FocusedTarget(), CString(L"link one.html"));
 }
 
@@ -46,7 +46,7 @@ TEST_F(LabelLinkTest, TabGoesOnToTheSecondLink)
 {
     PressTab();
     PressTab();
-    ASSERT_EQ(GetFocus(), window.CLabel());
+    ASSERT_EQ(GetFocus(), window.Label());
     EXPECT_EQ(FocusedTarget(), CString(L"link two.pdf"));
 }
 
@@ -62,7 +62,7 @@ TEST_F(LabelLinkTest, ShiftTabEntersAtTheLastLinkAndLeavesBeforeTheFirst)
 {
     SetFocus(window.After());
     PressTab(true);
-    ASSERT_EQ(GetFocus(), window.CLabel());
+    ASSERT_EQ(GetFocus(), window.Label());
     EXPECT_EQ(FocusedTarget(), CString(L"link two.pdf"));
     PressTab(true);
     EXPECT_EQ(FocusedTarget(), CString(L"link one.html"));
@@ -74,7 +74,7 @@ TEST_F(LabelLinkTest, TabWalksTheLinksInADialogThatOffersNoMessages)
 {
     window.Press(VK_TAB);
     window.Press(VK_TAB);
-    ASSERT_EQ(GetFocus(), window.CLabel());
+    ASSERT_EQ(GetFocus(), window.Label());
     window.Press(VK_RETURN);
     EXPECT_EQ(notify.told.back(), CString(L"link two.pdf"));
     window.Press(VK_TAB);
@@ -135,28 +135,28 @@ TEST_F(LabelLinkTest, AClickBesideTheLinksActivatesNothing)
 
 TEST_F(LabelLinkTest, ReleasingTheMouseBesideTheLinkActivatesNothing)
 {
-    SendMessageW(window.CLabel(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(14, 16));
-    SendMessageW(window.CLabel(), WM_LBUTTONUP, 0, MAKELPARAM(14, 80));
+    SendMessageW(window.Label(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(14, 16));
+    SendMessageW(window.Label(), WM_LBUTTONUP, 0, MAKELPARAM(14, 80));
     EXPECT_EQ(notify.told, Told{});
 }
 
 TEST_F(LabelLinkTest, APressedLinkKeepsTheMouseUntilItIsReleased)
 {
-    SendMessageW(window.CLabel(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(14, 16));
-    EXPECT_EQ(GetCapture(), window.CLabel()) << "a release outside the label would be missed";
-    SendMessageW(window.CLabel(), WM_LBUTTONUP, 0, MAKELPARAM(-20, -20));
+    SendMessageW(window.Label(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(14, 16));
+    EXPECT_EQ(GetCapture(), window.Label()) << "a release outside the label would be missed";
+    SendMessageW(window.Label(), WM_LBUTTONUP, 0, MAKELPARAM(-20, -20));
     EXPECT_EQ(GetCapture(), nullptr);
     EXPECT_EQ(notify.told, Told{});
-    SendMessageW(window.CLabel(), WM_LBUTTONUP, 0, MAKELPARAM(14, 16));
+    SendMessageW(window.Label(), WM_LBUTTONUP, 0, MAKELPARAM(14, 16));
     EXPECT_EQ(notify.told, Told{}) << "it is still pressed";
 }
 
 TEST_F(LabelLinkTest, ALinkThatLosesTheMouseIsPressedNoMore)
 {
-    SendMessageW(window.CLabel(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(14, 16));
+    SendMessageW(window.Label(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(14, 16));
     SetCapture(window.Window());
     ReleaseCapture();
-    SendMessageW(window.CLabel(), WM_LBUTTONUP, 0, MAKELPARAM(14, 16));
+    SendMessageW(window.Label(), WM_LBUTTONUP, 0, MAKELPARAM(14, 16));
     EXPECT_EQ(notify.told, Told{});
 }
 
@@ -170,7 +170,7 @@ TEST_F(LabelLinkTest, ABoxInFrontLeavesTheFocusedLinkAsItWas)
     ASSERT_EQ(GetFocus(), box);
     DestroyWindow(box);
     SetActiveWindow(window.Window());
-    ASSERT_EQ(GetFocus(), window.CLabel());
+    ASSERT_EQ(GetFocus(), window.Label());
     EXPECT_EQ(FocusedTarget(), CString(L"link two.pdf"));
 }
 
@@ -186,26 +186,26 @@ TEST_F(LabelLinkTest, WhoeverLeavesTheLabelComesBackToItsFirstLink)
 TEST_F(LabelLinkTest, AClickedLinkHasTheFocus)
 {
     window.Click(14, 16);
-    EXPECT_EQ(GetFocus(), window.CLabel());
+    EXPECT_EQ(GetFocus(), window.Label());
 }
 
 TEST_F(LabelLinkTest, TheMouseReachesLinksWithoutTheNotifyStyle)
 {
-    SetWindowLongPtrW(window.CLabel(), GWL_STYLE,
-                      GetWindowLongPtrW(window.CLabel(), GWL_STYLE) & ~LONG_PTR{SS_NOTIFY});
+    SetWindowLongPtrW(window.Label(), GWL_STYLE,
+                      GetWindowLongPtrW(window.Label(), GWL_STYLE) & ~LONG_PTR{SS_NOTIFY});
     POINT point = {14, 16};
-    ClientToScreen(window.CLabel(), &point);
-    EXPECT_EQ(SendMessageW(window.CLabel(), WM_NCHITTEST, 0, MAKELPARAM(point.x, point.y)), HTCLIENT);
+    ClientToScreen(window.Label(), &point);
+    EXPECT_EQ(SendMessageW(window.Label(), WM_NCHITTEST, 0, MAKELPARAM(point.x, point.y)), HTCLIENT);
 }
 
 TEST_F(LabelLinkTest, TheHandIsShownOverALinkAlone)
 {
     const auto cursorAt = [this](int x, int y) {
         POINT point = {x, y};
-        ClientToScreen(window.CLabel(), &point);
+        ClientToScreen(window.Label(), &point);
         SetCursorPos(point.x, point.y);
         SetCursor(LoadCursorW(nullptr, IDC_ARROW));
-        SendMessageW(window.CLabel(), WM_SETCURSOR, reinterpret_cast<WPARAM>(window.CLabel()),
+        SendMessageW(window.Label(), WM_SETCURSOR, reinterpret_cast<WPARAM>(window.Label()),
                      MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
         return GetCursor();
     };
@@ -221,7 +221,7 @@ TEST_F(LabelLinkTest, FocusingALinkBelowScrollsItIntoView)
     }
     label->LoadText(html + L"<a href=\"end\">end</a>");
     PressTab();
-    EXPECT_GT(GetScrollPos(window.CLabel(), SB_VERT), 0);
+    EXPECT_GT(GetScrollPos(window.Label(), SB_VERT), 0);
 }
 
 TEST_F(LabelLinkTest, AClickInAScrolledTextActivatesTheLinkThatIsSeenThere)
@@ -231,8 +231,8 @@ TEST_F(LabelLinkTest, AClickInAScrolledTextActivatesTheLinkThatIsSeenThere)
         html.AppendFormat(L"<a href=\"%d\">link</a><br>", index);
     }
     label->LoadText(html);
-    SendMessageW(window.CLabel(), WM_VSCROLL, SB_BOTTOM, 0);
-    ASSERT_GT(GetScrollPos(window.CLabel(), SB_VERT), 0);
+    SendMessageW(window.Label(), WM_VSCROLL, SB_BOTTOM, 0);
+    ASSERT_GT(GetScrollPos(window.Label(), SB_VERT), 0);
     window.Click(14, 50);
     ASSERT_EQ(notify.told.size(), 1u);
     EXPECT_GE(_wtoi(notify.told[0].Mid(TextLength(L"link "))), 30) << Utf8(notify.told[0]);
@@ -243,7 +243,7 @@ TEST_F(LabelLinkTest, TheOwnerMayLoadAnotherPageFromTheClick)
     notify.onLink = [this](const wchar_t*) { label->LoadText(L"the next page"); };
     PressTab();
     window.Press(VK_RETURN, label.get());
-    EXPECT_EQ(WindowText(window.CLabel()), CString(L"the next page"));
+    EXPECT_EQ(WindowText(window.Label()), CString(L"the next page"));
 }
 
 TEST_F(LabelLinkTest, TheOwnerMayEndTheLabelFromTheClick)
@@ -251,19 +251,19 @@ TEST_F(LabelLinkTest, TheOwnerMayEndTheLabelFromTheClick)
     notify.onLink = [this](const wchar_t*) { label.reset(); };
     window.Click(14, 16);
     EXPECT_EQ(notify.told, Told{L"link one.html"});
-    EXPECT_TRUE(IsWindow(window.CLabel()));
+    EXPECT_TRUE(IsWindow(window.Label()));
 }
 
 TEST_F(LabelLinkTest, TheOwnerMayDestroyTheControlFromTheClick)
 {
-    notify.onLink = [this](const wchar_t*) { DestroyWindow(window.CLabel()); };
+    notify.onLink = [this](const wchar_t*) { DestroyWindow(window.Label()); };
     window.Click(14, 16);
     EXPECT_EQ(label->GetWindow(), nullptr);
 }
 
 TEST_F(LabelLinkTest, TheFocusedLinkIsFramed)
 {
-    const Picture before = SavePicture(window.CLabel());
+    const Picture before = ReadPicture(window.Label());
     PressTab();
-    EXPECT_NE(SavePicture(window.CLabel()).pixels, before.pixels);
+    EXPECT_NE(ReadPicture(window.Label()).pixels, before.pixels);
 }

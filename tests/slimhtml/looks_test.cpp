@@ -25,7 +25,7 @@ TEST(LabelLooksTest, TheBodysColourFillsTheLabel)
     LabelTestWindow window(300, 60);
     CSlimHtmlCtrl label;
     label.SetRenderFormat(BannerFormat());
-    ASSERT_TRUE(label.SubclassWindow(window.CLabel()));
+    ASSERT_TRUE(label.SubclassWindow(window.Label()));
     label.LoadText(L"<body bgcolor=\"#1F3A5F\"><font size=5><b>Begin deployment</b></font><br>Zolt 2027");
     EXPECT_EQ(window.Pixel(0, 0), navy);
     EXPECT_EQ(window.Pixel(299, 59), navy);
@@ -40,7 +40,7 @@ TEST(LabelLooksTest, TheParentsBrushShowsThrough)
     {
         CSlimHtmlCtrl label;
         label.SetRenderFormat(LabelTestWindow::FrameFormat());
-        ASSERT_TRUE(label.SubclassWindow(window.CLabel()));
+        ASSERT_TRUE(label.SubclassWindow(window.Label()));
         EXPECT_EQ(window.Pixel(1, 1), RGB(10, 200, 30));
     }
     DeleteObject(std::exchange(window.background, nullptr));
@@ -54,7 +54,7 @@ TEST(LabelLooksTest, TheFirstFlagFillsWithTheFormatsColour)
     format.bFillBackground = TRUE;
     format.clrBackground = RGB(1, 2, 3);
     label.SetRenderFormat(format);
-    ASSERT_TRUE(label.SubclassWindow(window.CLabel()));
+    ASSERT_TRUE(label.SubclassWindow(window.Label()));
     EXPECT_EQ(window.Pixel(1, 1), RGB(1, 2, 3));
 }
 
@@ -63,7 +63,7 @@ TEST(LabelLooksTest, AWhiteDefaultTextOnAWhitePageIsReadable)
     LabelTestWindow window(200, 60);
     CSlimHtmlCtrl label;
     label.SetRenderFormat(BannerFormat());
-    ASSERT_TRUE(label.SubclassWindow(window.CLabel()));
+    ASSERT_TRUE(label.SubclassWindow(window.Label()));
     label.LoadText(L"Deployment complete");
     EXPECT_TRUE(window.Shows(0x000000));
 }
@@ -73,7 +73,7 @@ TEST(LabelLooksTest, FontColoursAreDrawn)
     LabelTestWindow window(200, 60);
     CSlimHtmlCtrl label;
     label.SetRenderFormat(LabelTestWindow::FrameFormat());
-    ASSERT_TRUE(label.SubclassWindow(window.CLabel()));
+    ASSERT_TRUE(label.SubclassWindow(window.Label()));
     label.LoadText(L"<font color=\"#FF00FF\" size=7>MMMM</font>");
     EXPECT_TRUE(window.Shows(RGB(255, 0, 255)));
 }
@@ -85,9 +85,9 @@ TEST(LabelLooksTest, RightAlignedTextLeavesTheLeftFree)
     RenderFormat format = LabelTestWindow::FrameFormat();
     format.nAlignment = DT_RIGHT;
     label.SetRenderFormat(format);
-    ASSERT_TRUE(label.SubclassWindow(window.CLabel()));
+    ASSERT_TRUE(label.SubclassWindow(window.Label()));
     label.LoadText(L"right");
-    const Picture picture = SavePicture(window.CLabel());
+    const Picture picture = ReadPicture(window.Label());
     int leftmost = picture.width;
     for (std::size_t at = 0; at < picture.pixels.size(); ++at) {
         leftmost =
@@ -102,16 +102,16 @@ TEST(LabelLooksTest, ADisabledLabelIsGray)
     LabelTestWindow window(200, 60);
     CSlimHtmlCtrl label;
     label.SetRenderFormat(LabelTestWindow::FrameFormat());
-    ASSERT_TRUE(label.SubclassWindow(window.CLabel()));
+    ASSERT_TRUE(label.SubclassWindow(window.Label()));
     label.LoadText(L"<font size=7>MMMM</font>");
     ASSERT_TRUE(window.Shows(0x000000));
-    EnableWindow(window.CLabel(), FALSE);
+    EnableWindow(window.Label(), FALSE);
     EXPECT_FALSE(window.Shows(0x000000));
     EXPECT_TRUE(window.Shows(GetSysColor(COLOR_GRAYTEXT)));
     // The static control would draw its own text at once.
-    const Picture shown = SavePicture(window.CLabel());
-    RedrawWindow(window.CLabel(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
-    EXPECT_EQ(shown.pixels, SavePicture(window.CLabel()).pixels);
+    const Picture shown = ReadPicture(window.Label());
+    RedrawWindow(window.Label(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    EXPECT_EQ(shown.pixels, ReadPicture(window.Label()).pixels);
 }
 
 TEST(LabelLooksTest, APageWithEachFeatureIsDrawn)
@@ -119,10 +119,10 @@ TEST(LabelLooksTest, APageWithEachFeatureIsDrawn)
     LabelTestWindow window(460, 620);
     CSlimHtmlCtrl label;
     label.SetRenderFormat(LabelTestWindow::FrameFormat());
-    ASSERT_TRUE(label.SubclassWindow(window.CLabel()));
+    ASSERT_TRUE(label.SubclassWindow(window.Label()));
     ASSERT_TRUE(label.LoadFile(FixtureFolder() + L"every_feature.html"));
     EXPECT_TRUE(window.Shows(RGB(255, 0, 0)));
-    SetFocus(window.CLabel());
+    SetFocus(window.Label());
     window.SavePicture(L"every_feature.png");
 }
 
@@ -131,7 +131,7 @@ TEST(LabelLooksTest, ASidePaneIsDrawn)
     LabelTestWindow window(180, 260);
     CSlimHtmlCtrl label;
     label.SetRenderFormat(LabelTestWindow::FrameFormat());
-    ASSERT_TRUE(label.SubclassWindow(window.CLabel()));
+    ASSERT_TRUE(label.SubclassWindow(window.Label()));
     ASSERT_TRUE(label.LoadFile(FixtureFolder() + L"every_feature.html"));
     EXPECT_TRUE(label.IsScrollable());
     window.SavePicture(L"side_pane.png");
@@ -147,12 +147,12 @@ TEST(LabelLooksTest, LinksAreBlueWhereTheSystemsLinkColourCannotBeRead)
         LabelTestWindow window(200, 60);
         CSlimHtmlCtrl label;
         label.SetRenderFormat(LabelTestWindow::FrameFormat());
-        ASSERT_TRUE(label.SubclassWindow(window.CLabel()));
+        ASSERT_TRUE(label.SubclassWindow(window.Label()));
         label.LoadText(L"<font size=7><a href=x>MMMM</a></font>");
         EXPECT_TRUE(window.Shows(RGB(0x00, 0x66, 0xCC)));
         const COLORREF strong = RGB(0x80, 0x00, 0x80);
         SetSysColors(1, &hotlight, &strong);
-        InvalidateRect(window.CLabel(), nullptr, FALSE);
+        InvalidateRect(window.Label(), nullptr, FALSE);
         EXPECT_TRUE(window.Shows(strong));
     }
     SetSysColors(1, &hotlight, &before);
@@ -163,7 +163,7 @@ TEST(LabelLooksTest, ThePageMayGiveLinksAColour)
     LabelTestWindow window(200, 60);
     CSlimHtmlCtrl label;
     label.SetRenderFormat(LabelTestWindow::FrameFormat());
-    ASSERT_TRUE(label.SubclassWindow(window.CLabel()));
+    ASSERT_TRUE(label.SubclassWindow(window.Label()));
     label.LoadText(L"<body link=\"#FF00FF\"><font size=7><a href=x>MMMM</a></font>");
     EXPECT_TRUE(window.Shows(RGB(255, 0, 255)));
 }

@@ -24,18 +24,18 @@ protected:
     void SetUp() override
     {
         label.SetRenderFormat(LabelTestWindow::FrameFormat());
-        ASSERT_TRUE(label.SubclassWindow(window.CLabel()));
+        ASSERT_TRUE(label.SubclassWindow(window.Label()));
     }
 
-    int ScrollPosition() const { return GetScrollPos(window.CLabel(), SB_VERT); }
+    int ScrollPosition() const { return GetScrollPos(window.Label(), SB_VERT); }
     bool HasStyle(LONG_PTR style) const
     {
-        return (GetWindowLongPtrW(window.CLabel(), GWL_STYLE) & style) == style;
+        return (GetWindowLongPtrW(window.Label(), GWL_STYLE) & style) == style;
     }
     CString TextOf(const wchar_t* html)
     {
         label.LoadText(html);
-        return WindowText(window.CLabel());
+        return WindowText(window.Label());
     }
     void LoadTallText()
     {
@@ -65,8 +65,8 @@ TEST_F(LabelTextTest, BrokenMarkupShowsTheTextThatItHolds)
 
 TEST_F(LabelTextTest, SettingTheWindowTextLoadsHtml)
 {
-    SetWindowTextW(window.CLabel(), L"<i>slanted</i>");
-    EXPECT_EQ(WindowText(window.CLabel()), CString(L"slanted"));
+    SetWindowTextW(window.Label(), L"<i>slanted</i>");
+    EXPECT_EQ(WindowText(window.Label()), CString(L"slanted"));
 }
 
 TEST_F(LabelTextTest, ANullTextEmptiesTheLabel)
@@ -113,9 +113,9 @@ TEST_F(LabelTextTest, ALargerControlFontMakesTheTextHigher)
     const HFONT font =
         CreateFontW(-30, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
                     CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH, L"Liberation Sans");
-    SendMessageW(window.CLabel(), WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+    SendMessageW(window.Label(), WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
     EXPECT_GT(label.MeasureHeight(200), before);
-    DestroyWindow(window.CLabel());
+    DestroyWindow(window.Label());
     DeleteObject(font);
 }
 
@@ -137,13 +137,13 @@ TEST_F(LabelTextTest, AGrowingControlLosesItsScrollBar)
 {
     label.LoadText(L"<p>one<p>two<p>three<p>four<p>five<p>six");
     ASSERT_TRUE(HasStyle(WS_VSCROLL));
-    SetWindowPos(window.CLabel(), nullptr, 0, 0, 240, 400, SWP_NOMOVE | SWP_NOZORDER);
+    SetWindowPos(window.Label(), nullptr, 0, 0, 240, 400, SWP_NOMOVE | SWP_NOZORDER);
     EXPECT_FALSE(HasStyle(WS_VSCROLL));
 }
 
 TEST_F(LabelTextTest, OneLineInALowLabelDoesNotScroll)
 {
-    SetWindowPos(window.CLabel(), nullptr, 0, 0, 240, 18, SWP_NOMOVE | SWP_NOZORDER);
+    SetWindowPos(window.Label(), nullptr, 0, 0, 240, 18, SWP_NOMOVE | SWP_NOZORDER);
     label.LoadText(L"Step 1 of 5");
     EXPECT_FALSE(label.IsScrollable());
 }
@@ -161,7 +161,7 @@ TEST_F(LabelTextTest, OnlyALabelThatScrollsOrHasLinksIsATabStop)
 TEST_F(LabelTextTest, TheDownKeyScrollsALine)
 {
     LoadTallText();
-    SetFocus(window.CLabel());
+    SetFocus(window.Label());
     window.Press(VK_DOWN, &label);
     const int line = ScrollPosition();
     EXPECT_GT(line, 0);
@@ -172,7 +172,7 @@ TEST_F(LabelTextTest, TheDownKeyScrollsALine)
 TEST_F(LabelTextTest, EndAndHomeScrollToTheEnds)
 {
     LoadTallText();
-    SetFocus(window.CLabel());
+    SetFocus(window.Label());
     window.Press(VK_END, &label);
     EXPECT_EQ(ScrollPosition(), label.MeasureHeight(240 - GetSystemMetrics(SM_CXVSCROLL)) - 100);
     window.Press(VK_HOME, &label);
@@ -182,7 +182,7 @@ TEST_F(LabelTextTest, EndAndHomeScrollToTheEnds)
 TEST_F(LabelTextTest, KeysScrollWithoutTheOwnersLoopToo)
 {
     LoadTallText();
-    SetFocus(window.CLabel());
+    SetFocus(window.Label());
     window.Press(VK_NEXT);
     EXPECT_GT(ScrollPosition(), 0);
 }
@@ -190,14 +190,14 @@ TEST_F(LabelTextTest, KeysScrollWithoutTheOwnersLoopToo)
 TEST_F(LabelTextTest, TheWheelScrolls)
 {
     LoadTallText();
-    SendMessageW(window.CLabel(), WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA), 0);
+    SendMessageW(window.Label(), WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA), 0);
     EXPECT_GT(ScrollPosition(), 0);
 }
 
 TEST_F(LabelTextTest, TheScrollBarsArrowScrolls)
 {
     LoadTallText();
-    SendMessageW(window.CLabel(), WM_VSCROLL, SB_LINEDOWN, 0);
+    SendMessageW(window.Label(), WM_VSCROLL, SB_LINEDOWN, 0);
     EXPECT_GT(ScrollPosition(), 0);
 }
 
@@ -207,7 +207,7 @@ TEST_F(LabelTextTest, DraggingTheScrollBarsThumbScrollsThere)
     {
         const CImportRedirect drag(L"SlimHtml.dll", "GetScrollInfo", reinterpret_cast<void*>(ThumbAtForty));
         ASSERT_TRUE(drag.IsInPlace());
-        SendMessageW(window.CLabel(), WM_VSCROLL, SB_THUMBTRACK, 0);
+        SendMessageW(window.Label(), WM_VSCROLL, SB_THUMBTRACK, 0);
     }
     EXPECT_EQ(ScrollPosition(), 40);
 }
@@ -215,7 +215,7 @@ TEST_F(LabelTextTest, DraggingTheScrollBarsThumbScrollsThere)
 TEST_F(LabelTextTest, ANewTextStartsAtItsTop)
 {
     LoadTallText();
-    SendMessageW(window.CLabel(), WM_VSCROLL, SB_BOTTOM, 0);
+    SendMessageW(window.Label(), WM_VSCROLL, SB_BOTTOM, 0);
     ASSERT_GT(ScrollPosition(), 0);
     LoadTallText();
     EXPECT_EQ(ScrollPosition(), 0);
@@ -225,16 +225,16 @@ TEST_F(LabelTextTest, FilesAreReadByTheirByteOrderMark)
 {
     const CString folder = FixtureFolder();
     ASSERT_TRUE(label.LoadFile(folder + L"page_utf8_mark.html"));
-    EXPECT_EQ(WindowText(window.CLabel()), CString(L"Gr\u00FC\u00DFe"));
+    EXPECT_EQ(WindowText(window.Label()), CString(L"Gr\u00FC\u00DFe"));
     ASSERT_TRUE(label.LoadFile(folder + L"page_utf16.html"));
-    EXPECT_EQ(WindowText(window.CLabel()), CString(L"Gr\u00FC\u00DFe \U0001F600"));
+    EXPECT_EQ(WindowText(window.Label()), CString(L"Gr\u00FC\u00DFe \U0001F600"));
 }
 
 TEST_F(LabelTextTest, AMissingFileLeavesTheTextAsItIs)
 {
     label.LoadText(L"stays");
     EXPECT_FALSE(label.LoadFile(FixtureFolder() + L"missing.html"));
-    EXPECT_EQ(WindowText(window.CLabel()), CString(L"stays"));
+    EXPECT_EQ(WindowText(window.Label()), CString(L"stays"));
 }
 
 TEST_F(LabelTextTest, ATextOfMegabytesIsShownInSeconds)
@@ -245,7 +245,7 @@ TEST_F(LabelTextTest, ATextOfMegabytesIsShownInSeconds)
     }
     const ULONGLONG start = GetTickCount64();
     label.LoadText(html);
-    UpdateWindow(window.CLabel());
+    UpdateWindow(window.Label());
     EXPECT_LT(GetTickCount64() - start, 10000u);
     EXPECT_TRUE(label.IsScrollable());
 }
