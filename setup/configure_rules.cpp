@@ -1,7 +1,5 @@
 #include "setup/configure_rules.h"
 
-#include "setup/resource.h"
-
 #include <algorithm>
 
 namespace {
@@ -9,21 +7,6 @@ namespace {
 constexpr wchar_t WIZARD_ENDING[] = L"Dialog";
 constexpr wchar_t TAB_ENDING[] = L"Page";
 constexpr int FARTHEST = 1000000; // no screen's corner lies farther out
-
-struct TabName
-{
-    const wchar_t* page;
-    unsigned int text;
-};
-
-constexpr TabName NAMES[] = {
-    {L"AddAdditionalFilesPage", IDS_TAB_ADDITIONAL_FILES},
-    {L"WorkstationSettingPage", IDS_TAB_WORKSTATIONS},
-    {L"ServicePackPage", IDS_TAB_SERVICE_PACK},
-    {L"PathCustomizationPage", IDS_TAB_PATHS},
-    {L"OnlineResourcesPage", IDS_TAB_ONLINE_RESOURCES},
-    {L"NoticeDeskFeedBoardPage", IDS_TAB_NOTICES},
-};
 
 // The name without the ending; empty when it has another, or nothing before it.
 CString Stem(const CString& name, const wchar_t* ending)
@@ -64,16 +47,6 @@ CString TabTwin(const CString& wizardPage)
 {
     const CString stem = Stem(wizardPage, WIZARD_ENDING);
     return stem.IsEmpty() ? CString() : stem + TAB_ENDING;
-}
-
-unsigned int TabTextId(const CString& tabPage)
-{
-    for (const TabName& name : NAMES) {
-        if (tabPage == name.page) {
-            return name.text;
-        }
-    }
-    return 0;
 }
 
 CString WordsOfTabPage(const CString& tabPage)

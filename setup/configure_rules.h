@@ -9,9 +9,6 @@
 // The export of the tab page that shows the same as a wizard page: "XPage" for "XDialog"; empty for any other name.
 [[nodiscard]] CString TabTwin(const CString& wizardPage);
 
-// The program's string that names a tab page; 0 for a page that it doesn't know.
-[[nodiscard]] unsigned int TabTextId(const CString& tabPage);
-
 // "Online resources" for "OnlineResourcesPage": the name of a page that the program doesn't know.
 [[nodiscard]] CString WordsOfTabPage(const CString& tabPage);
 

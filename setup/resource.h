@@ -74,11 +74,5 @@
 #define IDS_CONFIGURE_NO_DATABASE_SAVE 404 // %1: product, %2: why
 #define IDS_CONFIGURE_NO_WINDOW 405        // %1: why
 #define IDS_CONFIGURE_NO_PRODUCT 406       // %1: name of the page
-#define IDS_TAB_ADDITIONAL_FILES 420
-#define IDS_TAB_WORKSTATIONS 421
-#define IDS_TAB_SERVICE_PACK 422
-#define IDS_TAB_PATHS 423
-#define IDS_TAB_ONLINE_RESOURCES 424
-#define IDS_TAB_NOTICES 425
 
 #endif

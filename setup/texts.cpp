@@ -4,12 +4,27 @@
 #include "setup/fill_text.h"
 #include "window/module.h"
 
+namespace {
+
+// With a size of 0 the call hands out the resource itself, which has no closing zero.
+CString LoadText(HMODULE module, unsigned int id)
+{
+    const wchar_t* text = nullptr;
+    const int length = LoadStringW(module, id, reinterpret_cast<wchar_t*>(&text), 0);
+    return CString(text, length);
+}
+
+} // namespace
+
 CString SetupText(unsigned int id, std::initializer_list<CString> arguments)
 {
-    const wchar_t* text =
-        nullptr; // with a size of 0 the call hands out the resource itself, which has no closing zero
-    const int length = LoadStringW(_Module.GetModuleInstance(), id, reinterpret_cast<wchar_t*>(&text), 0);
-    return FillText(CString(text, length), arguments);
+    return FillText(LoadText(_Module.GetModuleInstance(), id), arguments);
+}
+
+CString PageText(unsigned int id)
+{
+    const HMODULE library = GetModuleHandleW(L"WizText.dll");
+    return library ? LoadText(library, id) : CString();
 }
 
 CString SystemErrorText(unsigned long code)

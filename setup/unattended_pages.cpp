@@ -20,14 +20,6 @@ namespace {
 constexpr DWORD PAGE_MILLISECONDS = 30000;    // for a page to come, and for each step on it
 constexpr ULONGLONG STAY_MILLISECONDS = 1500; // a page that has shown neither an end nor a box by then stays
 
-CString LoadPageString(unsigned int id)
-{
-    const wchar_t* text = nullptr;
-    const HMODULE library = GetModuleHandleW(L"WizText.dll"); // the page that put the box holds it
-    const int length = library ? LoadStringW(library, id, reinterpret_cast<wchar_t*>(&text), 0) : 0;
-    return CString(text, length);
-}
-
 // The rows of a drop-down list's word stand in the order of its lines.
 int EntryPlace(const AnswerKey& entry)
 {
@@ -343,7 +335,7 @@ void CUnattendedPages::OnBox(const MessageBoxView& box)
         return;
     }
     const CString section = m_pRow ? m_pRow->section : L"";
-    AnswerBox(box, JudgeBox(section, m_pAnswers, box.text, box.buttons != MB_OK, LoadPageString));
+    AnswerBox(box, JudgeBox(section, m_pAnswers, box.text, box.buttons != MB_OK, PageText));
 }
 
 // Of a box that no page puts because of its answers; empty for all others.

@@ -1,6 +1,7 @@
 #include "setup/wizard.h"
 
 #include "include/navigation.h"
+#include "include/page_table.h"
 #include "include/product.h"
 #include "setup/build_dialog.h"
 #include "setup/configure_rules.h"
@@ -284,8 +285,8 @@ std::vector<ConfigureTab> CWizard::MakeTabs()
             if (!tab.create) {
                 continue;
             }
-            const unsigned int text = TabTextId(tab.strPage);
-            tab.strName = text ? SetupText(text) : WordsOfTabPage(tab.strPage);
+            const PageRow* row = FindTabPage(tab.strPage);
+            tab.strName = row ? PageText(row->caption) : WordsOfTabPage(tab.strPage);
             tab.strCaption = TabCaption(product ? product->m_strName : L"", tab.strName, products.size() > 1);
             tab.context = m_host->MakePageContext(page, true, product);
             tabs.push_back(std::move(tab));

@@ -37,7 +37,9 @@ PAGE_WORDS = {
     "IDS_LIST_WRONG_KIND": "location of the update list is not", "IDS_FEED_WRONG_KIND": "might not be a feed",
     "IDS_LIST_HOST_UNKNOWN": "server in the location of the update list",
     "IDS_FEED_NOT_FOUND": "feed can't be found", "IDS_FEED_INVALID": "feed is not a valid path",
-    "IDS_LIST_MISSING": "list doesn't exist",
+    "IDS_LIST_MISSING": "list doesn't exist", "IDS_TAB_ADDITIONAL_FILES": "files",
+    "IDS_TAB_WORKSTATIONS": "Workstations", "IDS_TAB_SERVICE_PACK": "Service pack", "IDS_TAB_PATHS": "Paths",
+    "IDS_TAB_ONLINE_RESOURCES": "Online", "IDS_TAB_NOTICES": "Notices",
 }
 PROGRAM_WORDS = {
     "IDS_BUILD_STARTING": "ready", "IDS_BUILD_CANCELLING": "Canceling", "IDS_BUILD_CANCEL_QUESTION": "stop building",
@@ -54,9 +56,7 @@ PROGRAM_WORDS = {
     "IDS_REPLACE_QUESTION": "replace it", "IDS_CONFIGURE_CANCEL_QUESTION": "changes will be lost",
     "IDS_CONFIGURE_NO_PAGE": "other pages", "IDS_CONFIGURE_NO_DATABASE": "can't be saved",
     "IDS_CONFIGURE_NO_DATABASE_SAVE": "can't continue", "IDS_CONFIGURE_NO_WINDOW": "dialog",
-    "IDS_CONFIGURE_NO_PRODUCT": "none of the media's products", "IDS_TAB_ADDITIONAL_FILES": "files",
-    "IDS_TAB_WORKSTATIONS": "Workstations", "IDS_TAB_SERVICE_PACK": "Service pack", "IDS_TAB_PATHS": "Paths",
-    "IDS_TAB_ONLINE_RESOURCES": "Online", "IDS_TAB_NOTICES": "Notices", "IDS_LOG_FAILED": "--log",
+    "IDS_CONFIGURE_NO_PRODUCT": "none of the media's products", "IDS_LOG_FAILED": "--log",
     "IDS_SESSION_END_WAITS": "asking", "IDS_FAILURE_PANE": "What happened",
 }
 CONTROL_WORDS = {

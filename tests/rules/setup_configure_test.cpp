@@ -1,5 +1,4 @@
 #include "setup/configure_rules.h"
-#include "setup/resource.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
@@ -25,12 +24,6 @@ TEST(SetupConfigure, ANameWithoutTheWizardsEndingHasNoTabPage)
     for (const wchar_t* name : {L"", L"Dialog", L"OnlineResourcesPage", L"OnlineDialogs", L"dialog"}) {
         EXPECT_EQ(TabTwin(name), CString()) << Utf8(name);
     }
-}
-
-TEST(SetupConfigure, TheProductsPagesHaveNamesToBeTranslated)
-{
-    EXPECT_EQ(TabTextId(L"OnlineResourcesPage"), static_cast<unsigned int>(IDS_TAB_ONLINE_RESOURCES));
-    EXPECT_EQ(TabTextId(L"OnlineResourcesDialog"), 0u);
 }
 
 TEST(SetupConfigure, APageThatNobodyKnowsIsNamedByTheWordsOfItsExport)
