@@ -6,7 +6,7 @@
 //                                    is the init message's: nonzero lets the dialog manager set the focus.
 //   void LookupControls()            caches handles of controls; calls the base's
 //   bool ValidateAndStore()          the Next handler: true when the page may be left
-//   void StoreWithoutValidation()    the Back handler
+//   bool StoreWithoutValidation()    the Back handler: true when the page may be left
 //   using BackCursor = ...           the wait cursor that shows while the Back handler runs
 //
 // What a page of both shapes calls here means the same in each: InitFrame, FocusAtStart, ShowPageBox.
@@ -60,7 +60,7 @@ public:
     // The page's part when it has none of its own.
     using BackCursor = CPersistentWaitCursor;
     bool ValidateAndStore() { return true; }
-    void StoreWithoutValidation() {}
+    bool StoreWithoutValidation() { return true; }
 
 protected:
     T& Page() { return static_cast<T&>(*this); }

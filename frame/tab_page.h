@@ -116,8 +116,9 @@ private:
             return;
         }
         const typename T::BackCursor waitCursor;
-        this->Page().StoreWithoutValidation();
-        ::SendMessageW(m_hParent, PAGE_MESSAGE_PREVIOUS_TAB, 0, 0);
+        if (this->Page().StoreWithoutValidation()) {
+            ::SendMessageW(m_hParent, PAGE_MESSAGE_PREVIOUS_TAB, 0, 0);
+        }
     }
 
     // False when a hook vetoed, the page was busy or its own check refused: the host then stays with this page.

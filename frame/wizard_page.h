@@ -266,8 +266,9 @@ private:
             return;
         }
         const typename T::BackCursor waitCursor;
-        this->Page().StoreWithoutValidation();
-        Close(NAVIGATION_BACK);
+        if (this->Page().StoreWithoutValidation()) {
+            Close(NAVIGATION_BACK);
+        }
     }
 
     void Reset()

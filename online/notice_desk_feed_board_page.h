@@ -30,7 +30,11 @@ public:
     LRESULT OnInitDialog();
     void LookupControls();
     bool ValidateAndStore();
-    void StoreWithoutValidation() { Store(); }
+    bool StoreWithoutValidation()
+    {
+        Store();
+        return true;
+    }
 
 private:
     // ---- handlers ----

@@ -14,7 +14,11 @@ public:
 
     LRESULT OnInitDialog();
     bool ValidateAndStore();
-    void StoreWithoutValidation() { Store(); }
+    bool StoreWithoutValidation()
+    {
+        Store();
+        return true;
+    }
 
     // The plain cursor: storing shows no box, and no mouse move is handled meanwhile.
     using BackCursor = CWaitCursor;

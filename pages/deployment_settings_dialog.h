@@ -28,7 +28,11 @@ public:
     LRESULT OnInitDialog();
     void LookupControls();
     bool ValidateAndStore();
-    void StoreWithoutValidation() { Store(false); }
+    bool StoreWithoutValidation()
+    {
+        Store(false);
+        return true;
+    }
 
 private:
     LRESULT OnNetworkLog(WORD, WORD, HWND, BOOL&);

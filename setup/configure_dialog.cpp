@@ -191,11 +191,9 @@ LRESULT CConfigureDialog::OnBack(WORD, WORD, HWND, BOOL&)
     }
     if (Front().page.hWnd) {
         DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE);
-        // Back stores without validation, and only a page's own button for the tab before does that.
-        m_bLeaving = true;
-        ::SendMessageW(Front().page.hWnd, WM_COMMAND, MAKEWPARAM(IDC_PREVIOUS_TAB, BN_CLICKED),
-                       reinterpret_cast<LPARAM>(::GetDlgItem(Front().page.hWnd, IDC_PREVIOUS_TAB)));
-        m_bLeaving = false;
+        if (!AskForTheWayBack(Front().page.hWnd)) {
+            return 0;
+        }
     }
     Close(NAVIGATION_BACK);
     return 0;
@@ -213,7 +211,11 @@ LRESULT CConfigureDialog::OnCancel(WORD, WORD, HWND, BOOL&)
 
 void CConfigureDialog::OnPreviousTab()
 {
-    if (m_bLeaving || m_front < 0) {
+    if (m_bLeaving) {
+        m_bLetsGoBack = true;
+        return;
+    }
+    if (m_front < 0) {
         return;
     }
     Front().bAccepted = false; // stored unchecked
@@ -477,6 +479,19 @@ bool CConfigureDialog::Ask(int index, UINT message)
     m_lastFocus =
         nullptr; // what a page refuses has the focus, maybe as before, and may have been scrolled out of sight
     return accepted;
+}
+
+// Back stores without validation, and only a page's own button for the tab before does that. A page that stays sends no
+// word of it.
+bool CConfigureDialog::AskForTheWayBack(HWND page)
+{
+    m_bLetsGoBack = false;
+    m_bLeaving = true;
+    const scope_exit left([this] { m_bLeaving = false; });
+    ::SendMessageW(page, WM_COMMAND, MAKEWPARAM(IDC_PREVIOUS_TAB, BN_CLICKED),
+                   reinterpret_cast<LPARAM>(::GetDlgItem(page, IDC_PREVIOUS_TAB)));
+    m_lastFocus = nullptr; // as in Ask
+    return m_bLetsGoBack;
 }
 
 void CConfigureDialog::Accept(Tab& tab, bool accepted)

@@ -158,6 +158,7 @@ private:
     bool IsIdle() const;
     bool LeaveFront();
     bool Ask(int index, UINT message);
+    bool AskForTheWayBack(HWND page);
     static void Accept(Tab& tab, bool accepted);
     static bool IsAccepted(const Tab& tab);
     bool DatabaseAnswers(const Tab& tab, unsigned int textId);
@@ -183,6 +184,7 @@ private:
     bool m_bEntering = false;                       // a tab comes to the front
     bool m_bOwnBox = false;                         // a box of the dialog's own is up
     bool m_bLeaving = false;                        // the page in front stores for Back
+    bool m_bLetsGoBack = false;                     // and has let it
     bool m_bChanged = false;                        // told when the window went
     HWND m_lastFocus = nullptr;                     // the control that had the focus last
     std::set<const CProduct*> m_unansweredProducts; // whose database doesn't answer, as the user was told

@@ -19,6 +19,7 @@
 struct PageRecord
 {
     bool accepts = true;
+    bool letsGoBack = true;
     std::function<void(HWND page)> onInit;
     std::function<void(HWND page)> onStore;
     int stored = 0;
@@ -52,7 +53,11 @@ public:
         }
         return g_record.accepts;
     }
-    void StoreWithoutValidation() { ++g_record.storedWithoutValidation; }
+    bool StoreWithoutValidation()
+    {
+        ++g_record.storedWithoutValidation;
+        return g_record.letsGoBack;
+    }
     BOOL PreTranslateMessage(MSG* message) override
     {
         g_record.askedWhenClosed += this->m_hWnd ? 0 : 1;

@@ -205,6 +205,15 @@ TEST_F(TabPageTest, ThePreviousButtonStoresWithoutValidationAndTellsTheParent)
     EXPECT_EQ(g_sent, (std::vector<UINT>{PAGE_MESSAGE_PREVIOUS_TAB}));
 }
 
+TEST_F(TabPageTest, ARefusedPreviousSendsNothing)
+{
+    g_record.letsGoBack = false;
+    Create();
+    Click(IDC_PREVIOUS_TAB);
+    EXPECT_EQ(g_record.storedWithoutValidation, 1);
+    EXPECT_TRUE(g_sent.empty());
+}
+
 TEST_F(TabPageTest, EnterGoesToTheNextTabWhateverHasTheFocus)
 {
     Create();

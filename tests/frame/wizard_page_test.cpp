@@ -52,6 +52,15 @@ TEST_F(WizardPageTest, BackStoresWithoutValidationAndWithoutLeaveHooks)
     EXPECT_TRUE(g_hooks.calls.empty());
 }
 
+TEST_F(WizardPageTest, ARefusedBackKeepsThePage)
+{
+    g_record.letsGoBack = false;
+    Press(IDC_BACK);
+    Press(IDC_NEXT);
+    EXPECT_EQ(Show<CTestWizardPage>(), NAVIGATION_NEXT);
+    EXPECT_EQ(g_record.storedWithoutValidation, 1);
+}
+
 TEST_F(WizardPageTest, ARefusedNextKeepsThePage)
 {
     g_record.accepts = false;

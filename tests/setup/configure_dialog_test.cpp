@@ -394,6 +394,24 @@ TEST_F(ConfigureDialog, BackMakesNoPageThatNobodyLookedAt)
     EXPECT_EQ(record.created, (std::vector<int>{0, 2}));
 }
 
+TEST_F(ConfigureDialog, BackStaysWhileThePageInFrontRefusesTheWayBack)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    GoTo(1);
+    Type(L"no way back");
+    Press(IDC_CONFIGURE_BACK);
+    Await(L"the page was asked", [this] { return record.storedUnchecked == std::vector<int>{1}; });
+    Look([&] { EXPECT_EQ(Dialog().GetFront(), 1); });
+    PressOnPage(IDC_PREVIOUS_TAB);
+    Await(L"the page was asked", [this] { return record.storedUnchecked == std::vector<int>{1, 1}; });
+    Look([&] { EXPECT_EQ(Dialog().GetFront(), 1); });
+    Type(L"a way back");
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+    EXPECT_EQ(record.storedUnchecked, (std::vector<int>{1, 1, 1}));
+}
+
 TEST_F(ConfigureDialog, BackIsOffWhereThereIsNothingBefore)
 {
     AddProduct(L"Zolt");

@@ -82,10 +82,11 @@ public:
         return true;
     }
 
-    void StoreWithoutValidation()
+    bool StoreWithoutValidation()
     {
         g_record.storedUnchecked.push_back(number);
         Store();
+        return this->GetDlgItemText(IDC_TEST_EDIT) != L"no way back";
     }
 
 private:

@@ -1,5 +1,6 @@
 // Twelve tab pages and a large one, on the real page frame, in a library of their own as the product's are. Each stores
-// its edit as the property TEST_VALUE_<number> and refuses the text "bad" with a box, in its last edit too.
+// its edit as the property TEST_VALUE_<number>, refuses the text "bad" with a box, in its last edit too, and refuses the way
+// back while its edit holds "no way back".
 #pragma once
 
 #include "base/string.h"
