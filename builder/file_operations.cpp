@@ -2,31 +2,11 @@
 
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
+#include "builder/file_fault.h"
 #include "builder/link_rule.h"
 #include "builder/system_text.h"
 
-#include <atomic>
-
 namespace {
-
-FileFault g_fault;
-std::atomic<long long> g_operations = 0;
-std::atomic<long long> g_flushes = 0;
-
-// The one place where a test makes an operation fail.
-bool IsFaultDue()
-{
-    const long long number = ++g_operations;
-    if (g_fault.operation == 0 || number < g_fault.operation ||
-        (number > g_fault.operation && !g_fault.stays)) {
-        return false;
-    }
-    if (g_fault.code == 0) {
-        TerminateProcess(GetCurrentProcess(), 99);
-    }
-    SetLastError(g_fault.code);
-    return true;
-}
 
 [[noreturn]] void Fail(const wchar_t* operation, const CString& path)
 {
@@ -149,7 +129,7 @@ std::uint64_t SeekInFile(const CFileHandle& file, long long distance, DWORD orig
 
 void FlushToDisk(const CFileHandle& file, const CString& path)
 {
-    ++g_flushes;
+    CountFlush();
     Check(!IsFaultDue() && FlushFileBuffers(file.Get()), L"Writing", path);
 }
 
@@ -360,21 +340,4 @@ void DeleteOnClose(const CFileHandle& file, const CString& path)
     Check(!IsFaultDue() &&
               SetFileInformationByHandle(file.Get(), FileDispositionInfo, &disposition, sizeof(disposition)),
           L"Deleting", path);
-}
-
-void SetFileFault(const FileFault& fault)
-{
-    g_fault = fault;
-    g_operations = 0;
-    g_flushes = 0;
-}
-
-long long CountedFileOperations()
-{
-    return g_operations;
-}
-
-long long CountedFlushes()
-{
-    return g_flushes;
 }

@@ -100,15 +100,3 @@ void RequireNothingOpenBelow(const CString& path);
 [[nodiscard]] std::vector<char> ReadAll(const CFileHandle& file, const CString& path);
 void ReplaceAll(const CFileHandle& file, const std::vector<char>& bytes, const CString& path);
 void DeleteOnClose(const CFileHandle& file, const CString& path);
-
-// For tests: the operation of that number (from 1, counted over all of the above) fails with the code, all later
-// ones too when `stays`; with code 0 the process ends there as if it had been killed. 0 switches it off.
-struct FileFault
-{
-    long long operation = 0;
-    DWORD code = 0;
-    bool stays = false;
-};
-void SetFileFault(const FileFault& fault);
-[[nodiscard]] long long CountedFileOperations(); // since the last SetFileFault
-[[nodiscard]] long long CountedFlushes();        // those of FlushToDisk among them

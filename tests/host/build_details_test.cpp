@@ -98,7 +98,7 @@ TEST(BuildDetails, ADiskThatFillsUpMeanwhileIsToldWithWhatIsFreeAndNeeded)
         TestBuild build;
         BuildResult result;
         {
-            const FaultScope fault({60, code, false});
+            const CFaultScope fault({60, code, false});
             result = build.Build();
         }
         ASSERT_EQ(result.error.code, code);
@@ -257,7 +257,7 @@ TEST_F(AddedDetails, TheRoomForAddedFilesIsNeededToo)
     ASSERT_GT(bytes, 5 * MEGABYTE);
     BuildResult result;
     {
-        const FaultScope fault({60, ERROR_DISK_FULL, false});
+        const CFaultScope fault({60, ERROR_DISK_FULL, false});
         result = build.Build();
     }
     ASSERT_EQ(result.error.code, static_cast<unsigned>(ERROR_DISK_FULL));

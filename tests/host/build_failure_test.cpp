@@ -119,7 +119,7 @@ TEST_F(RebuildTest, EachFileOperationThatFailsOnceLeavesOldOrNewWhole)
         const std::string when = "operation " + std::to_string(operation);
         BuildResult result;
         {
-            const FaultScope fault({operation, ERROR_DISK_FULL, false});
+            const CFaultScope fault({operation, ERROR_DISK_FULL, false});
             result = m_build.Build();
             done = CountedFileOperations() < operation;
         }
@@ -166,7 +166,7 @@ TEST_F(RebuildTest, AShareLostAtAnyOperationLeavesTheOldDeploymentRestorable)
         BuildResult result;
         bool done = false;
         {
-            const FaultScope fault({operation, ERROR_NETNAME_DELETED, true});
+            const CFaultScope fault({operation, ERROR_NETNAME_DELETED, true});
             result = m_build.Build();
             done = CountedFileOperations() < operation;
         }

@@ -4,6 +4,7 @@
 #include "builder/deployment_builder.h"
 #include "builder/deployment_place.h"
 #include "builder/file_operations.h"
+#include "tests/host/file_fault.h"
 #include "tests/host/folder_tree.h"
 #include "tests/support/text.h"
 
@@ -38,16 +39,6 @@ constexpr const wchar_t* PACKAGE_CODE = L"{1B1D6C3E-52B7-4C0B-9C8D-6D2E9C1A4F22}
 // A change of a product's database, for what a build does with a changed one.
 inline constexpr const wchar_t* CHANGE_DATABASE =
     L"UPDATE `Property` SET `Value` = 'Other' WHERE `Property` = 'Manufacturer'";
-
-// Switches faults off again, also when a check leaves the test.
-class FaultScope
-{
-public:
-    explicit FaultScope(const FileFault& fault) { SetFileFault(fault); }
-    FaultScope(const FaultScope&) = delete;
-    FaultScope& operator=(const FaultScope&) = delete;
-    ~FaultScope() { SetFileFault({}); }
-};
 
 // What stands in the product's database and beside it.
 struct ProductOptions

@@ -17,8 +17,6 @@
 
 namespace {
 
-constexpr unsigned long KILLED = 99;
-
 // The child's work: the build of `media` into `location`, read from the environment.
 CString Variable(const wchar_t* name)
 {
@@ -190,7 +188,7 @@ TEST_F(KillTest, AKillAtAnyFileOperationLeavesOldOrNewWhole)
     int keptOld = 0;
     for (long long operation = 1; operation < 2000 && !HasFailure(); ++operation) {
         const unsigned long code = WaitForChild(StartChild(operation));
-        if (code != KILLED) {
+        if (code != KILLED_BY_FAULT) {
             EXPECT_EQ(code, 0u) << "operation " << operation;
             break;
         }
@@ -221,8 +219,8 @@ TEST_F(KillTest, AKillFromOutsideLeavesOldOrNewWhole)
             SwitchToThread();
         }
         WaitForSingleObject(child, stretch);
-        TerminateProcess(child, KILLED);
-        killed += WaitForChild(child) == KILLED ? 1 : 0;
+        TerminateProcess(child, KILLED_BY_FAULT);
+        killed += WaitForChild(child) == KILLED_BY_FAULT ? 1 : 0;
         if (LookAfterNextStart("killed " + std::to_string(stretch) + " ms after the first trace") ||
             HasFailure()) {
             PutOldInPlace();
