@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Makes the sample product's media: installer databases for both platforms, their files, and Setup.xml.
+"""Makes the sample's media: installer databases of two products for both platforms, their files, and Setup.xml.
 
-    make_media.py --out FOLDER --program32 ZOLT.EXE --program64 ZOLT.EXE
+    make_media.py --out FOLDER --programs32 FOLDER --programs64 FOLDER
 
-The 64-bit product's files lie in a cabinet beside the database, those of the 32-bit product loose in folders, and
-those of the language packs in a cabinet within the database, so that each form of media is at hand. Two runs give
-the same bytes. Needs msibuild (msitools) and gcab.
+The folders of programs hold the main program of each product. The 64-bit products' files lie in a cabinet beside the
+database, those of the 32-bit products loose in folders, and those of the language packs in a cabinet within the
+database, so that each form of media is at hand. Two runs give the same bytes. Needs msibuild (msitools) and gcab.
 """
 
 import argparse
@@ -17,14 +17,17 @@ import uuid
 
 import file_contents
 import installer_tables as tables
-import zolt_product as product
+import sample_setup as setup
+import viewer_product
+import zolt_product
 
 COMPRESSED, LOOSE = 16384, 8192
 FIXED_TIME = 1767225600  # 2026-01-01 00:00 UTC
 HKEY_LOCAL_MACHINE = 2
+PRODUCTS = (zolt_product, viewer_product)
 
 
-def guid(*names):
+def guid(product, *names):
     return "{%s}" % str(uuid.uuid5(uuid.UUID(product.GUID_SEED), "/".join(map(str, names)))).upper()
 
 
@@ -55,21 +58,21 @@ def is_short(name):
 
 
 class Package:
-    """One installer database and the files that go with it."""
+    """One installer database of a product and the files that go with it."""
 
-    def __init__(self, folder, file_name, name, language, platform, source):
-        self.folder, self.file_name, self.name = folder, file_name, name
+    def __init__(self, product, folder, file_name, name, language, platform, source):
+        self.product, self.folder, self.file_name, self.name = product, folder, file_name, name
         self.language, self.platform, self.source = language, platform, source
-        self.programs = product.PLATFORMS[platform]["programs"]
+        self.programs = setup.PLATFORMS[platform]["programs"]
         self.files = []  # key, directory, name, bytes, feature
         self.rows = {table: [] for table in tables.SCHEMAS}
 
     def guid(self, *names):
-        return guid(self.platform, self.language, *names)
+        return guid(self.product, self.platform, self.language, *names)
 
     def directory_path(self, key):
         """The folder of a directory key in uncompressed media."""
-        parent, name = product.DIRECTORIES[key]
+        parent, name = self.product.DIRECTORIES[key]
         if not parent:
             return ""
         long_name = name.split("|")[-1]
@@ -83,7 +86,7 @@ class Package:
         wanted = []
 
         def want(key):
-            parent, name = product.DIRECTORIES[key]
+            parent, name = self.product.DIRECTORIES[key]
             if parent:
                 want(parent)
             row = (key.format(programs=self.programs), parent.format(programs=self.programs), name)
@@ -129,13 +132,13 @@ class Package:
 
     def compose_properties(self, values):
         self.product_code = self.guid("product", self.name)
-        upgrade_code = guid("upgrade", self.name, self.platform)
-        values = dict({"ProductName": self.name, "ProductCode": self.product_code, "ProductVersion": product.VERSION,
-                       "ProductLanguage": self.language, "Manufacturer": product.MAKER, "UpgradeCode": upgrade_code,
+        upgrade_code = guid(self.product, "upgrade", self.name, self.platform)
+        values = dict({"ProductName": self.name, "ProductCode": self.product_code, "ProductVersion": setup.VERSION,
+                       "ProductLanguage": self.language, "Manufacturer": setup.MAKER, "UpgradeCode": upgrade_code,
                        "ALLUSERS": "1", "INSTALLLEVEL": "100", "ARPNOREPAIR": "1",
                        "SecureCustomProperties": "OLDERVERSIONFOUND"}, **values)
         self.rows["Property"] = sorted(values.items())
-        self.rows["Upgrade"] = [(upgrade_code, None, product.VERSION, None, 0, None, "OLDERVERSIONFOUND")]
+        self.rows["Upgrade"] = [(upgrade_code, None, setup.VERSION, None, 0, None, "OLDERVERSIONFOUND")]
         if self.platform == 3:
             self.rows["LaunchCondition"] = [("VersionNT64", "%s needs a 64-bit edition of Windows." % self.name)]
 
@@ -161,11 +164,11 @@ class Package:
         path = os.path.join(self.folder, self.file_name)
         with tempfile.TemporaryDirectory() as scratch:
             streams = self.write_sources(scratch)
-            template = "%s;%d" % (product.PLATFORMS[self.platform]["template"], self.language)
-            package_code = self.guid("package", self.name, product.VERSION)
+            template = "%s;%d" % (setup.PLATFORMS[self.platform]["template"], self.language)
+            package_code = self.guid("package", self.name, setup.VERSION)
             imports = [tables.write_code_page(scratch)]
             imports += [tables.write_table(scratch, table, rows) for table, rows in self.rows.items()]
-            subprocess.run(["msibuild", path, "-s", self.name, product.MAKER, template, package_code], check=True)
+            subprocess.run(["msibuild", path, "-s", self.name, setup.MAKER, template, package_code], check=True)
             subprocess.run(["msibuild", path, "-i"] + imports, check=True)
             for name, file in streams:
                 subprocess.run(["msibuild", path, "-a", name, file], check=True)
@@ -173,20 +176,22 @@ class Package:
         return path
 
 
-def make_product(media, platform, program):
-    settings = product.PLATFORMS[platform]
+def make_product(product, media, platform, programs):
+    """`programs`: folder of the main programs."""
+    with open(os.path.join(programs, product.PROGRAM), "rb") as file:
+        program = file.read()
+    folder = os.path.join(media, setup.PLATFORMS[platform]["folder"], product.FOLDER)
     source = "beside" if platform == 3 else "loose"
-    package = Package(os.path.join(media, settings["folder"], "Zolt"), "Zolt2027.msi", product.NAME, 1033, platform,
-                      source)
+    package = Package(product, folder, product.PACKAGE, product.NAME, 1033, platform, source)
     package.add_directories(product.DIRECTORIES)
     for feature, directory, names in product.FILES:
         for name in names:
-            data = program if name == "zolt.exe" else file_contents.contents(product.NAME, directory, name)
+            data = program if name == product.PROGRAM else file_contents.contents(product.NAME, directory, name)
             package.add_file(feature, directory, name, data)
     package.compose_files()
     for number, (key, (parent, title, description, level)) in enumerate(product.FEATURES.items()):
         package.rows["Feature"].append((key, parent, title, description, number * 2 + 1, level, "INSTALLDIR", 0))
-    component = {"zolt.exe": "INSTALLDIR_zolt_exe"}
+    main_feature = next(iter(product.FEATURES))
     for key, (directory, name, file, arguments, description, feature) in product.SHORTCUTS.items():
         marker = "Registry_" + key
         package.rows["Registry"].append((marker, 1, product.REGISTRY_KEY + "\\Shortcuts", key, "#1", marker))
@@ -196,25 +201,26 @@ def make_product(media, platform, program):
             package.rows["Component"][-1] = row[:4] + ("TARN_DESKTOPSHORTCUT_1=\"1\"",) + row[5:]
         package.rows["Shortcut"].append((key, directory, name, marker, "[INSTALLDIR]" + file, arguments, description,
                                          None, None, None, None, "INSTALLDIR"))
-    package.add_component("Settings", "INSTALLDIR", "Registry_" + product.REGISTRY[0][0], "Zolt", registry=True)
+    package.add_component("Settings", "INSTALLDIR", "Registry_" + product.REGISTRY[0][0], main_feature,
+                          registry=True)
     for name, value in product.REGISTRY:
         package.rows["Registry"].append(("Registry_" + name, HKEY_LOCAL_MACHINE, product.REGISTRY_KEY, name, value,
                                          "Settings"))
     package.remove_empty_folders("Settings")
     package.rows["CreateFolder"] = [("MAKERDIR", "Settings")]
     package.rows["TarnDirectoryMap"] = [(key, text, flags) for key, (text, flags) in product.DIRECTORY_MAP.items()]
-    template = product.SHORTCUT_TEMPLATE.format(component=component["zolt.exe"])
+    template = product.SHORTCUT_TEMPLATE.format(component="INSTALLDIR_" + product.PROGRAM.replace(".", "_"))
     package.compose_properties(dict(product.PROPERTIES, **product.PATHS, ZOLT_SHORTCUT_TEMPLATE=template))
     package.compose_sequences()
     package.write()
     return package
 
 
-def make_language_pack(media, platform, locale):
+def make_language_pack(product, media, platform, locale):
     language, name, files = product.LANGUAGE_PACKS[locale]
-    folder = "Zolt" + locale.replace("-", "")
-    package = Package(os.path.join(media, product.PLATFORMS[platform]["folder"], folder), folder + ".msi", name, language,
-                      platform, "inside")
+    folder = product.FOLDER + locale.replace("-", "")
+    package = Package(product, os.path.join(media, setup.PLATFORMS[platform]["folder"], folder), folder + ".msi", name,
+                      language, platform, "inside")
     product.DIRECTORIES.setdefault("LANGUAGEDIR_" + language_key(locale), ("SUPPORTDIR", locale))
     directory = "LANGUAGEDIR_" + language_key(locale)
     package.add_directories([directory])
@@ -233,62 +239,69 @@ def language_key(locale):
     return locale.replace("-", "_").upper()
 
 
-def write_setup_xml(media, packages, packs):
-    def package_lines(indent, by_platform):
-        return ["%s<Package platform=\"%d\" file=\"%s\" productCode=\"%s\" version=\"%s\"/>"
-                % (indent, platform, package.file_name, package.product_code, product.VERSION)
-                for platform, package in sorted(by_platform.items())]
+def package_lines(indent, by_platform):
+    return ["%s<Package platform=\"%d\" file=\"%s\" productCode=\"%s\" version=\"%s\"/>"
+            % (indent, platform, package.file_name, package.product_code, setup.VERSION)
+            for platform, package in sorted(by_platform.items())]
 
-    lines = ["<?xml version=\"1.0\" encoding=\"utf-8\"?>",
-             "<Setup version=\"1\" code=\"%s\" name=\"%s\" maker=\"%s\" productVersion=\"%s\">"
-             % (product.SETUP_CODE, product.NAME, product.MAKER, product.VERSION),
-             "  <Resources folder=\"Wizard\"/>"]
-    lines += ["  <Link number=\"%d\" target=\"%s\"/>" % pair for pair in enumerate(product.LINKS, 1)]
-    lines += ["  <Step text=\"%s deployment\"/>" % product.NAME, "  <Languages default=\"en-US\">",
-              "    <Language name=\"en-US\"/>"]
-    lines += ["    <Language name=\"%s\"/>" % locale for locale in product.LANGUAGE_PACKS]
-    lines += ["  </Languages>", "  <Flow>"]
-    for page in ("BeginDeployment", "DeploymentSettings", "NoticeDeskFeedBoard", "OnlineResources", "ProductContact",
-                 "DeploymentComplete", "DeploymentFailed"):
-        lines.append("    <Page name=\"%sDialog\" help=\"%s.html\"/>" % (page, page))
-    lines += ["  </Flow>", "  <Platforms>"]
-    lines += ["    <Platform id=\"%d\" folder=\"%s\"/>" % (number, settings["folder"])
-              for number, settings in product.PLATFORMS.items()]
-    lines += ["  </Platforms>", "  <Products>",
-              "    <Product name=\"%s\" folder=\"Zolt\" catalogKey=\"ZOLT2027\" kind=\"8\" carrier1=\"1\" carrier2=\"1\">"
-              % product.NAME]
+
+def product_lines(product, packages, packs):
+    lines = ["    <Product name=\"%s\" folder=\"%s\" catalogKey=\"%s\" kind=\"%d\" carrier1=\"%d\" carrier2=\"%d\">"
+             % (product.NAME, product.FOLDER, product.CATALOG_KEY, product.KIND, product.CARRIER1, product.CARRIER2)]
     lines += package_lines("      ", packages)
     for locale, (folder, by_platform) in packs.items():
-        name = product.LANGUAGE_PACKS[locale][1]
-        lines.append("      <LanguagePack name=\"%s\" folder=\"%s\" language=\"%s\" catalogKey=\"ZOLT2027%s\">"
-                     % (name, folder, locale, language_key(locale)))
+        lines.append("      <LanguagePack name=\"%s\" folder=\"%s\" language=\"%s\" catalogKey=\"%s%s\">"
+                     % (product.LANGUAGE_PACKS[locale][1], folder, locale, product.CATALOG_KEY, language_key(locale)))
         lines += package_lines("        ", by_platform)
         lines.append("      </LanguagePack>")
-    lines += ["    </Product>", "  </Products>", "</Setup>"]
+    return lines + ["    </Product>"]
+
+
+def write_setup_xml(media, made):
+    """`made`: (product, its packages by platform, its language packs) of each product."""
+    lines = ["<?xml version=\"1.0\" encoding=\"utf-8\"?>",
+             "<Setup version=\"1\" code=\"%s\" name=\"%s\" maker=\"%s\" productVersion=\"%s\">"
+             % (setup.SETUP_CODE, setup.NAME, setup.MAKER, setup.VERSION),
+             "  <Resources folder=\"Wizard\"/>"]
+    lines += ["  <Link number=\"%d\" target=\"%s\"/>" % pair for pair in enumerate(setup.LINKS, 1)]
+    lines += ["  <Step text=\"%s\"/>" % setup.STEP, "  <Languages default=\"en-US\">",
+              "    <Language name=\"en-US\"/>"]
+    lines += ["    <Language name=\"%s\"/>" % locale for _, _, packs in made for locale in packs]
+    lines += ["  </Languages>", "  <Flow>"]
+    lines += ["    <Page name=\"%sDialog\" help=\"%s.html\"/>" % (page, page) for page in setup.PAGES]
+    lines += ["  </Flow>", "  <Platforms>"]
+    lines += ["    <Platform id=\"%d\" folder=\"%s\"/>" % (number, settings["folder"])
+              for number, settings in setup.PLATFORMS.items()]
+    lines += ["  </Platforms>", "  <Products>"]
+    for product, packages, packs in made:
+        lines += product_lines(product, packages, packs)
+    lines += ["  </Products>", "</Setup>"]
     write_file(os.path.join(media, "Setup.xml"), ("\r\n".join(lines) + "\r\n").encode("utf-8"))
+
+
+def make(product, media, programs):
+    """A product with its language packs; `programs`: folder of the main programs by platform."""
+    packages = {platform: make_product(product, media, platform, folder) for platform, folder in programs.items()}
+    packs = {}
+    for locale in product.LANGUAGE_PACKS:
+        made = {platform: make_language_pack(product, media, platform, locale) for platform in programs}
+        packs[locale] = (made[3][0], {platform: package for platform, (_, package) in made.items()})
+    return product, packages, packs
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--out", required=True)
-    parser.add_argument("--program32", required=True)
-    parser.add_argument("--program64", required=True)
+    parser.add_argument("--programs32", required=True)
+    parser.add_argument("--programs64", required=True)
     arguments = parser.parse_args()
-    programs = {}
-    for platform, path in ((2, arguments.program32), (3, arguments.program64)):
-        with open(path, "rb") as file:
-            programs[platform] = file.read()
+    programs = {2: arguments.programs32, 3: arguments.programs64}
     # Made beside the target and swapped in, so that a broken run leaves no half media.
     media = arguments.out + ".new"
     shutil.rmtree(media, ignore_errors=True)
-    packages = {platform: make_product(media, platform, programs[platform]) for platform in product.PLATFORMS}
-    packs = {}
-    for locale in product.LANGUAGE_PACKS:
-        made = {platform: make_language_pack(media, platform, locale) for platform in product.PLATFORMS}
-        packs[locale] = (made[3][0], {platform: package for platform, (_, package) in made.items()})
-    write_setup_xml(media, packages, packs)
-    for link in product.LINKS:
-        write_file(os.path.join(media, "Wizard", "en-US", link), file_contents.contents(product.NAME, "Wizard", link))
+    write_setup_xml(media, [make(product, media, programs) for product in PRODUCTS])
+    for link in setup.LINKS:
+        write_file(os.path.join(media, "Wizard", "en-US", link), file_contents.contents(setup.NAME, "Wizard", link))
     shutil.rmtree(arguments.out, ignore_errors=True)
     os.rename(media, arguments.out)
 

@@ -1,18 +1,19 @@
-"""What the sample product is: folders, features, files, shortcuts, registry values and properties.
+"""What the sample's first product is: folders, features, files, shortcuts, registry values and properties.
 
-The maker Velkmora and the product Zolt 2027 exist only here. make_media.py turns this description into installer
-databases for both platforms.
+The product Zolt 2027 exists only here. make_media.py turns this description into installer databases for both platforms.
 """
 
-MAKER = "Velkmora"
+from sample_setup import VERSION
+
 NAME = "Zolt 2027"
-VERSION = "27.0.0"
-SETUP_CODE = "{6E1B6C0A-6E0B-4F52-9C5C-27A1D3A4E270}"
+FOLDER = "Zolt"
+PACKAGE = "Zolt2027.msi"
+PROGRAM = "zolt.exe"
+CATALOG_KEY = "ZOLT2027"
+# Of the family that carries MC3_ENABLED, and carrying it.
+KIND, CARRIER1, CARRIER2 = 8, 1, 1
 # GUIDs are made from names below this one, so that every build gives the same.
 GUID_SEED = "b8f0f3f4-2027-4c1e-9a55-7d0e5b2a9c11"
-
-PLATFORMS = {2: {"folder": "x86", "template": "Intel", "programs": "ProgramFilesFolder"},
-             3: {"folder": "x64", "template": "x64", "programs": "ProgramFiles64Folder"}}
 
 # key: (parent, name); {programs} is the platform's program folder
 DIRECTORIES = {
@@ -176,6 +177,3 @@ LANGUAGE_PACKS = {
     "de-DE": (1031, "Zolt 2027 Deutsch", ["Menu.zmenu", "Words.dic", "Index.html", "Commands.html"]),
     "fr-FR": (1036, "Zolt 2027 Fran\u00e7ais", ["Menu.zmenu", "Words.dic", "Index.html", "Commands.html"]),
 }
-
-# The fixed links and help of the media.
-LINKS = ["Deployment Guide.html", "Release Notes.html"]

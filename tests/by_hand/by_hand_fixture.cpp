@@ -368,15 +368,15 @@ ByHandTest::Lines ByHandTest::LogOfMode(const wchar_t* name, int platform) const
 
 ByHandTest::Lines ByHandTest::LogOfBuild(const wchar_t* name, int platform) const
 {
-    return Join(
-        {LogOfMode(name, platform),
-         {CString(L"Building ") + name, L"  Checking the location and the media",
-          CString(L"  Preparing ") + name, L"  Copying Zolt 2027", L"  Writing the settings into Zolt 2027",
-          L"  Writing the settings into Zolt 2027 Deutsch",
-          L"  Writing the settings into Zolt 2027 Fran\x00E7"
-          L"ais",
-          L"  Writing the commands and notes", CString(L"  Publishing ") + name, L"Build ended with code 0. ",
-          CString(L"Deployment <folder>\\Deployments\\") + name + L"\\"}});
+    return Join({LogOfMode(name, platform),
+                 {CString(L"Building ") + name, L"  Checking the location and the media",
+                  CString(L"  Preparing ") + name, L"  Copying Zolt 2027",
+                  L"  Writing the settings into Zolt 2027", L"  Writing the settings into Zolt 2027 Deutsch",
+                  L"  Writing the settings into Zolt 2027 Fran\x00E7"
+                  L"ais",
+                  L"  Writing the settings into Zolt Viewer 2027", L"  Writing the commands and notes",
+                  CString(L"  Publishing ") + name, L"Build ended with code 0. ",
+                  CString(L"Deployment <folder>\\Deployments\\") + name + L"\\"}});
 }
 
 ByHandTest::Lines ByHandTest::LogOfCanceledPage()

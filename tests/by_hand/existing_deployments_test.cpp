@@ -118,7 +118,7 @@ TEST_F(ExistingDeploymentsByHand, AnUnlistedDeploymentIsReplacedOnYesAndTheWarni
                             kept + L"\": \"MARK.txt\".";
     Lines build = LogOfBuild(L"Lab");
     build.erase(build.begin()); // the mode, which is logged before the question
-    build.insert(build.begin() + 7, L"  Checking Lab for added or changed files");
+    build.insert(build.end() - 4, L"  Checking Lab for added or changed files");
     build.back() = L"Deployment <folder>\\Other\\Lab\\";
     build.insert(build.end() - 1, L"Warning: " + WithoutOwnPaths(warning));
     ExpectEnd(0, Join({LogOfOpeningOffice(), LogOfQuestion(L"yes"), build, {L"Exit code 0"}}),

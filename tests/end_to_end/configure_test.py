@@ -7,6 +7,7 @@ import shutil
 from wizard import MEDIA, WizardTest, property_of, text_of, windows_path
 
 TAB_PAGES = ("OnlineResources", "NoticeDeskFeedBoard")
+PRODUCTS = ("Zolt 2027", "Zolt Viewer 2027")
 
 
 class ConfigureTest(WizardTest):
@@ -47,7 +48,7 @@ class ConfigureTest(WizardTest):
     def test_creating_jumps_where_the_media_offer_the_dialog(self):
         run = self.create(self.media(configure="yes"))
         self.assertEqual(run.output.count("Configure dialog"), 1, run.output)
-        self.assertEqual(run.output.count("(tab)"), len(TAB_PAGES), run.output)
+        self.assertEqual(run.output.count("(tab)"), len(PRODUCTS) * len(TAB_PAGES), run.output)
         self.assertEqual(property_of(self.package(), "ZOLT_PARTSBAY_ENABLE"), "#1")
         self.assertIn('<Flow configure="yes">', text_of(os.path.join(self.out, "Office", "Image", "Setup.xml")))
 

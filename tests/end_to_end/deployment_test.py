@@ -78,7 +78,7 @@ class DeploymentTest(WizardTest):
         told = self.assert_installs(self.build_with_settings(
             "Network log", "network_log = yes", "log_folder = " + windows_path(logs), "keep_copy = no"))
         self.assertRegex(told, r"Network log .*all logs.Zolt 2027_27\.0\.0_Install_\w+\.log, \d+ bytes, ends:\n +Action")
-        self.assertEqual(len([name for name in os.listdir(logs) if "_Install_" in name]), 3)
+        self.assertEqual(len([name for name in os.listdir(logs) if "_Install_" in name]), 4)
         self.assertIn("Logs on the workstation: none", told)
 
     def test_a_copy_of_a_network_log_is_kept_when_asked_for(self):
@@ -99,7 +99,7 @@ class DeploymentTest(WizardTest):
         result = self.workstation(deployment)
         self.assertEqual(result.returncode, 1, result.stdout)
         self.assertIn("Install.cmd ended with 0.", result.stdout)
-        self.assertIn("got 0 logs of 3 installations", result.stdout)
+        self.assertIn("got 0 logs of 4 installations", result.stdout)
         self.assertRegex(result.stdout, r"Logs on the workstation: .*_Install_")
 
     def test_a_progress_bar_is_all_that_the_second_install_mode_shows(self):
