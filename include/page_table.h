@@ -170,6 +170,12 @@ inline const PageRow* FindPageOfSection(const CString& section)
     return nullptr;
 }
 
+inline bool HasRole(const CString& wizardExport, PageRole role)
+{
+    const PageRow* page = FindWizardPage(wizardExport);
+    return page && page->role == role;
+}
+
 // The page that has the role; of Choosing the first.
 constexpr const PageRow& PageOfRole(PageRole role)
 {

@@ -1,18 +1,8 @@
 #include "setup/answer_table.h"
 
 #include "include/resource_ids.h"
-#include "setup/configure_rules.h"
-
-#include <iterator>
 
 namespace {
-
-constexpr AnswerPage PAGES[] = {
-    {L"begin", L"BeginDeploymentDialog", false},       {L"settings", L"DeploymentSettingsDialog", false},
-    {L"notices", L"NoticeDeskFeedBoardDialog", false}, {L"resources", L"OnlineResourcesDialog", false},
-    {L"contact", L"ProductContactDialog", false},      {L"complete", L"DeploymentCompleteDialog", true},
-    {L"failed", L"DeploymentFailedDialog", true},
-};
 
 constexpr AnswerKey KEYS[] = {
     // Media that is no deployment's image shows no choice of mode: it can only create.
@@ -80,11 +70,6 @@ TableRows<Row> RowsOf(const Row (&rows)[COUNT])
 
 } // namespace
 
-TableRows<AnswerPage> AnswerPages()
-{
-    return RowsOf(PAGES);
-}
-
 TableRows<AnswerKey> AnswerKeys()
 {
     return RowsOf(KEYS);
@@ -93,24 +78,4 @@ TableRows<AnswerKey> AnswerKeys()
 TableRows<AnswerBox> AnswerBoxes()
 {
     return RowsOf(BOXES);
-}
-
-const AnswerPage* FindAnswerPage(const CString& section)
-{
-    for (const AnswerPage& page : PAGES) {
-        if (section == page.section) {
-            return &page;
-        }
-    }
-    return nullptr;
-}
-
-const AnswerPage* FindAnswerPageOfExport(const CString& page)
-{
-    for (const AnswerPage& row : PAGES) {
-        if (page == row.page || page == TabTwin(row.page)) {
-            return &row;
-        }
-    }
-    return nullptr;
 }

@@ -1,16 +1,8 @@
-// Which words an answers file knows: one row a key, and one row a box that a page may put. A new page adds its rows
-// here and nowhere else. The same rows serve to write an answers file from a run.
+// Which words the section of a page knows in an answers file: one row a key, and one row a box that the page may put.
+// Which section is which page's stands in include/page_table.h.
 #pragma once
 
 #include "base/string.h"
-
-// A page's section in an answers file.
-struct AnswerPage
-{
-    const wchar_t* section; // "begin"
-    const wchar_t* page;    // its export
-    bool bOutcome;          // shown after the build, one of them
-};
 
 enum class AnswerKind
 {
@@ -66,12 +58,6 @@ struct TableRows
     const Row* end() const { return last; }
 };
 
-TableRows<AnswerPage> AnswerPages();
 // In the order in which a page's answers are entered: what changes the page's layout comes first.
 TableRows<AnswerKey> AnswerKeys();
 TableRows<AnswerBox> AnswerBoxes();
-
-// Null when there is no such row.
-const AnswerPage* FindAnswerPage(const CString& section);
-// By the export of either shape: a page's answers are the same as a tab.
-const AnswerPage* FindAnswerPageOfExport(const CString& page);

@@ -21,14 +21,16 @@ CString Choices(const AnswerKey& key)
 CString KnownSections()
 {
     CString list;
-    for (const AnswerPage& page : AnswerPages()) {
-        list += (list.IsEmpty() ? CString() : CString(L", ")) + page.section;
+    for (const PageRow& page : PAGE_TABLE) {
+        if (page.section) {
+            list += (list.IsEmpty() ? CString() : CString(L", ")) + page.section;
+        }
     }
     return list;
 }
 
 // The words of a section, for the complaint about an unknown one.
-CString KnownKeys(const AnswerPage& page)
+CString KnownKeys(const PageRow& page)
 {
     CString list;
     const wchar_t* last = L"";
@@ -102,7 +104,7 @@ private:
                 return &page;
             }
         }
-        const AnswerPage* known = FindAnswerPage(section);
+        const PageRow* known = FindPageOfSection(section);
         if (!known) {
             Refuse(CString(), origin,
                    L"There is no page \"" + section + L"\". Known are: " + KnownSections() + L".");
@@ -291,8 +293,8 @@ bool JoinAnswers(const AnswerSources& sources, CAnswers& answers, AnswersError& 
 bool CheckPagesReached(const CAnswers& answers, const std::vector<CString>& pages, AnswersError& error)
 {
     for (const PageAnswers& page : answers.pages) {
-        const bool shown = std::find(pages.begin(), pages.end(), CString(page.pPage->page)) != pages.end();
-        if (!shown && !page.pPage->bOutcome) {
+        const bool shown = std::find(pages.begin(), pages.end(), WizardExport(*page.pPage)) != pages.end();
+        if (!shown && !page.pPage->IsOutcome()) {
             error = {page.origin.strSource, page.origin.nLine, CString(),
                      CString(L"The page \"") + page.pPage->section +
                          L"\" isn't shown in this run. Take its answers out, or use media whose flow has the "

@@ -2,6 +2,7 @@
 // first page is shown.
 #pragma once
 
+#include "include/page_table.h"
 #include "setup/answer_table.h"
 #include "setup/answers_file.h"
 #include "setup/command_line.h"
@@ -34,7 +35,7 @@ struct QuestionAnswer
 
 struct PageAnswers
 {
-    const AnswerPage* pPage = nullptr;
+    const PageRow* pPage = nullptr;
     AnswerOrigin origin;             // of the section
     std::vector<PageAnswer> entries; // in the table's order
     std::vector<QuestionAnswer> questions;

@@ -1,24 +1,12 @@
 #include "setup/configure_rules.h"
 
+#include "include/page_table.h"
+
 #include <algorithm>
 
 namespace {
 
-constexpr wchar_t WIZARD_ENDING[] = L"Dialog";
-constexpr wchar_t TAB_ENDING[] = L"Page";
 constexpr int FARTHEST = 1000000; // no screen's corner lies farther out
-
-// The name without the ending; empty when it has another, or nothing before it.
-CString Stem(const CString& name, const wchar_t* ending)
-{
-    const int length = name.GetLength() - TextLength(ending);
-    return length > 0 && name.Mid(length) == ending ? name.Left(length) : CString();
-}
-
-bool IsCapital(wchar_t letter)
-{
-    return letter >= L'A' && letter <= L'Z';
-}
 
 // Where a line of `length` begins so that it lies in [first, last); the beginning wins.
 int MoveInto(int start, int length, int first, int last)
@@ -45,21 +33,8 @@ bool ReadWholeNumber(const CString& text, int& number)
 
 CString TabTwin(const CString& wizardPage)
 {
-    const CString stem = Stem(wizardPage, WIZARD_ENDING);
-    return stem.IsEmpty() ? CString() : stem + TAB_ENDING;
-}
-
-CString WordsOfTabPage(const CString& tabPage)
-{
-    const CString stem = Stem(tabPage, TAB_ENDING);
-    const CString& name = stem.IsEmpty() ? tabPage : stem;
-    CString words;
-    for (int index = 0; index < name.GetLength(); ++index) {
-        const wchar_t letter = name[index];
-        const bool begins = IsCapital(letter) && index > 0;
-        words += begins ? L" " + CString(static_cast<wchar_t>(letter - L'A' + L'a')) : CString(letter);
-    }
-    return words;
+    const PageRow* page = FindWizardPage(wizardPage);
+    return page ? TabExport(*page) : CString();
 }
 
 CString TabCaption(const CString& product, const CString& page, bool severalProducts)

@@ -6,11 +6,8 @@
 
 // ---- pages and captions
 
-// The export of the tab page that shows the same as a wizard page: "XPage" for "XDialog"; empty for any other name.
+// The export of the tab page that shows the same as a wizard page, given by its export; empty for a page without one.
 [[nodiscard]] CString TabTwin(const CString& wizardPage);
-
-// "Online resources" for "OnlineResourcesPage": the name of a page that the program doesn't know.
-[[nodiscard]] CString WordsOfTabPage(const CString& tabPage);
 
 // What stands on the tab: the page's name, behind the product's where there is more than one. An ampersand is doubled,
 // since the control takes a single one for a mnemonic.

@@ -1,7 +1,7 @@
 #include "setup/flow.h"
 
 #include "include/navigation.h"
-#include "setup/answer_table.h"
+#include "include/page_table.h"
 
 #include <utility>
 
@@ -9,8 +9,8 @@ namespace {
 
 bool IsOutcomePage(const CString& page)
 {
-    const AnswerPage* row = FindAnswerPageOfExport(page);
-    return row && row->bOutcome;
+    const PageRow* row = FindWizardPage(page);
+    return row && row->IsOutcome();
 }
 
 FlowMove FinishWith(unsigned int exitCode)
@@ -111,7 +111,7 @@ FlowMove CWizardFlow::AfterBuild(unsigned int exitCode)
     m_bBuilt = true;
     m_exitCode = ExitCodeOfBuild(exitCode);
     const CString outcome =
-        m_exitCode == SETUP_DONE ? L"DeploymentCompleteDialog" : L"DeploymentFailedDialog";
+        WizardExport(PageOfRole(m_exitCode == SETUP_DONE ? PageRole::Complete : PageRole::Failed));
     for (std::size_t index = 0; index < m_pages.size(); ++index) {
         if (m_pages[index].strPage == outcome) {
             return {FlowAct::ShowPage, static_cast<int>(index), 0};

@@ -94,7 +94,7 @@ int CUnattendedPages::Play(const std::function<void(CScript&)>& addSteps, const 
 void CUnattendedPages::UsePage(const CString& page, bool answered)
 {
     m_strPage = page;
-    m_pRow = FindAnswerPageOfExport(page);
+    m_pRow = FindPage(page);
     m_pAnswers = m_pRow && answered ? m_answers.Find(m_pRow->section) : nullptr;
 }
 
@@ -276,7 +276,7 @@ StepOutcome CUnattendedPages::PressLeave()
     }
     const bool cancels = m_pAnswers && m_pAnswers->bCancel;
     // Behind the build nothing is left to cancel: the page has one button, and both words press it.
-    const bool isOutcome = m_pAnswers && m_pAnswers->pPage->bOutcome;
+    const bool isOutcome = m_pAnswers && m_pAnswers->pPage->IsOutcome();
     const CControl button(m_hWindow, cancels && !isOutcome ? IDC_CANCEL : IDC_NEXT);
     if (!button.NeedUsable().IsDone()) {
         Fail(SETUP_ANSWER_REFUSED,

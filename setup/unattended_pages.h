@@ -71,7 +71,7 @@ private:
 
     // Of the page that is shown
     CString m_strPage;
-    const AnswerPage* m_pRow = nullptr;
+    const PageRow* m_pRow = nullptr;
     const PageAnswers* m_pAnswers = nullptr;
     CSetupManager* m_pManager = nullptr;
     HWND m_hPage = nullptr;   // whose controls take the answers

@@ -13,10 +13,6 @@
 
 namespace {
 
-constexpr wchar_t TARGET_PAGE[] = L"BeginDeploymentDialog"; // chooses name and place of the deployment
-
-constexpr wchar_t FAILED_PAGE[] = L"DeploymentFailedDialog"; // shown after a failed build alone
-
 // Below HKEY_CURRENT_USER: what the program remembers for a user.
 constexpr wchar_t USER_KEY[] = L"Software\\Velkmora\\Rollout";
 
@@ -184,7 +180,8 @@ FlowMove CWizard::Show(const FlowMove& move, CWizardFlow& flow)
     flow.OfferConfigure(OffersConfigure());
     FlowMove next;
     if (isPage && result == NAVIGATION_NEXT &&
-        m_pages[static_cast<std::size_t>(move.nPage)].strName == TARGET_PAGE && !SettleTarget(flow, next)) {
+        HasRole(m_pages[static_cast<std::size_t>(move.nPage)].strName, PageRole::Target) &&
+        !SettleTarget(flow, next)) {
         return next;
     }
     return flow.AfterPage(result);
@@ -238,7 +235,7 @@ int CWizard::ShowPage(const FlowPage& page, bool canGoBack)
         m_changes.Watch(context);
     }
     std::optional<CFailurePane> failure;
-    if (page.strName == FAILED_PAGE) {
+    if (HasRole(page.strName, PageRole::Failed)) {
         failure.emplace(m_strCause, m_line.strLog, context);
     }
     const PageFunction show = m_pageLibrary.Find(page.strName);
@@ -285,8 +282,7 @@ std::vector<ConfigureTab> CWizard::MakeTabs()
             if (!tab.create) {
                 continue;
             }
-            const PageRow* row = FindTabPage(tab.strPage);
-            tab.strName = row ? PageText(row->caption) : WordsOfTabPage(tab.strPage);
+            tab.strName = PageText(FindTabPage(tab.strPage)->caption);
             tab.strCaption = TabCaption(product ? product->m_strName : L"", tab.strName, products.size() > 1);
             tab.context = m_host->MakePageContext(page, true, product);
             tabs.push_back(std::move(tab));

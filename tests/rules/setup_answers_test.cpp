@@ -71,17 +71,6 @@ CString Value(const CAnswers& answers, const wchar_t* word)
     return entry ? entry->strValue : CString();
 }
 
-TEST(SetupAnswerTable, APageIsFoundByTheExportOfEitherShape)
-{
-    for (const AnswerPage& page : AnswerPages()) {
-        EXPECT_EQ(FindAnswerPageOfExport(page.page), &page);
-        CString tab(page.page);
-        tab.Replace(L"Dialog", L"Page");
-        EXPECT_EQ(FindAnswerPageOfExport(tab), &page);
-    }
-    EXPECT_EQ(FindAnswerPageOfExport(L"SomethingNewPage"), nullptr);
-}
-
 TEST(SetupAnswers, EntriesComeInTheTablesOrderWhateverTheFilesOrder)
 {
     const CAnswers answers =
@@ -273,10 +262,10 @@ TEST(SetupAnswers, CheckBoxesTakeYesAndNoAndNothingElse)
 TEST(SetupAnswerTable, EveryRowBelongsToAKnownPage)
 {
     for (const AnswerKey& key : AnswerKeys()) {
-        EXPECT_NE(FindAnswerPage(key.section), nullptr) << Utf8(key.section);
+        EXPECT_NE(FindPageOfSection(key.section), nullptr) << Utf8(key.section);
     }
     for (const AnswerBox& box : AnswerBoxes()) {
-        EXPECT_NE(FindAnswerPage(box.section), nullptr) << Utf8(box.section);
+        EXPECT_NE(FindPageOfSection(box.section), nullptr) << Utf8(box.section);
     }
 }
 

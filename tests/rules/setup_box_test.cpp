@@ -24,7 +24,7 @@ CString LoadText(unsigned int id)
 PageAnswers BeginAnswers()
 {
     PageAnswers page;
-    page.pPage = FindAnswerPage(L"begin");
+    page.pPage = FindPageOfSection(L"begin");
     for (const AnswerKey& key : AnswerKeys()) {
         if (CString(key.word) == L"name") {
             page.entries.push_back({&key, L"a;b", {L"answers.txt", 7}});

@@ -26,12 +26,6 @@ TEST(SetupConfigure, ANameWithoutTheWizardsEndingHasNoTabPage)
     }
 }
 
-TEST(SetupConfigure, APageThatNobodyKnowsIsNamedByTheWordsOfItsExport)
-{
-    EXPECT_EQ(WordsOfTabPage(L"LicenceServerPage"), CString(L"Licence server"));
-    EXPECT_EQ(WordsOfTabPage(L"Page"), CString(L"Page"));
-}
-
 TEST(SetupConfigure, TheProductStandsInTheCaptionOnlyBesideOthers)
 {
     EXPECT_EQ(TabCaption(L"Zolt 2027", L"Paths", false), CString(L"Paths"));
