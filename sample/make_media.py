@@ -12,6 +12,7 @@ import argparse
 import os
 import shutil
 import subprocess
+import sys
 import tempfile
 import uuid
 
@@ -20,6 +21,10 @@ import installer_tables as tables
 import sample_setup as setup
 import viewer_product
 import zolt_product
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))), "scripts"))
+
+from page_table import written_pages  # noqa: E402
 
 COMPRESSED, LOOSE = 16384, 8192
 FIXED_TIME = 1767225600  # 2026-01-01 00:00 UTC
@@ -268,7 +273,7 @@ def write_setup_xml(media, made):
               "    <Language name=\"en-US\"/>"]
     lines += ["    <Language name=\"%s\"/>" % locale for _, _, packs in made for locale in packs]
     lines += ["  </Languages>", "  <Flow>"]
-    lines += ["    <Page name=\"%sDialog\" help=\"%s.html\"/>" % (page, page) for page in setup.PAGES]
+    lines += ["    <Page name=\"%s\" help=\"%s\"/>" % (page.wizard_export, page.help_file) for page in written_pages()]
     lines += ["  </Flow>", "  <Platforms>"]
     lines += ["    <Platform id=\"%d\" folder=\"%s\"/>" % (number, settings["folder"])
               for number, settings in setup.PLATFORMS.items()]

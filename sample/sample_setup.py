@@ -12,9 +12,5 @@ STEP = "Zolt 2027 deployment"
 PLATFORMS = {2: {"folder": "x86", "template": "Intel", "programs": "ProgramFilesFolder"},
              3: {"folder": "x64", "template": "x64", "programs": "ProgramFiles64Folder"}}
 
-# Flow of the wizard, by page names without their ending.
-PAGES = ("BeginDeployment", "DeploymentSettings", "NoticeDeskFeedBoard", "OnlineResources", "ProductContact",
-         "DeploymentComplete", "DeploymentFailed")
-
 # The fixed links and help of the media.
 LINKS = ["Deployment Guide.html", "Release Notes.html"]

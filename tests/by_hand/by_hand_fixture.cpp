@@ -277,7 +277,7 @@ void ByHandTest::BuildByAnswers(const CString& location, const wchar_t* name)
 void ByHandTest::WalkToBuild()
 {
     for (const Shown page :
-         {Shown::SettingsPage, Shown::NoticesPage, Shown::ResourcesPage, Shown::ContactPage}) {
+         {Shown::SettingsPage, Shown::ResourcesPage, Shown::NoticesPage, Shown::ContactPage}) {
         WaitFor(page);
         StrikeKey(VK_RETURN);
     }

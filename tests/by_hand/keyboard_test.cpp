@@ -86,7 +86,7 @@ TEST_F(KeyboardByHand, TabComesToEveryControlOfEveryPageAndRound)
     StrikeKey(VK_RETURN);
     ConfirmLocalLocation();
     for (const Shown shown :
-         {Shown::SettingsPage, Shown::NoticesPage, Shown::ResourcesPage, Shown::ContactPage}) {
+         {Shown::SettingsPage, Shown::ResourcesPage, Shown::NoticesPage, Shown::ContactPage}) {
         ExpectKeyboard(shown);
         StrikeKey(VK_RETURN);
     }

@@ -1,0 +1,47 @@
+"""The rows of include/page_table.h, for what is written in Python: the sample's media, the checks."""
+
+import os
+import re
+
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+HEADER = os.path.join(ROOT, "include", "page_table.h")
+
+
+class Page:
+    """A row. Texts stand without their quotes, all else as it is written there; a field that a row omits is None."""
+
+    def __init__(self, fields):
+        self.stem = fields["stem"]
+        self.role = fields.get("role", "PageRole::Choosing")
+        self.has_tab = fields.get("bTab") == "true"
+        self.of_product = fields.get("bOfProduct") == "true"
+        self.section = fields.get("section")
+        self.caption = fields.get("caption")
+        self.help_file = fields["helpFile"]
+        self.wizard_template = fields.get("wizardTemplate")
+        self.tab_template = fields.get("tabTemplate")
+        self.wizard_export = self.stem + "Dialog"
+        self.tab_export = self.stem + "Page" if self.has_tab else None
+        self.is_written = self.wizard_template is not None
+
+
+def read_pages(header=HEADER):
+    """All rows in their order. A row that can't be read is an error, not a row less."""
+    with open(header, encoding="utf-8") as file:
+        text = re.sub(r"//.*", "", file.read())
+    table = re.search(r"PAGE_TABLE\[\] = \{(.*?)\n\};", text, re.DOTALL)
+    if not table:
+        raise ValueError(header + " has no PAGE_TABLE")
+    pages = []
+    for row in re.findall(r"\{(\.stem[^{}]*)\}", table.group(1)):
+        fields = dict(re.findall(r'\.(\w+) = (?:L")?([\w:.]+)"?', row))
+        if len(fields) != row.count(" = "):
+            raise ValueError("%s: a row can't be read: %s" % (header, row))
+        pages.append(Page(fields))
+    if len(pages) != table.group(1).count("{"):
+        raise ValueError(header + ": a row of PAGE_TABLE doesn't begin with its stem")
+    return pages
+
+
+def written_pages():
+    return [page for page in read_pages() if page.is_written]
