@@ -1,6 +1,7 @@
 #include "tests/resources/layouts.h"
 
-#include "include/resource_ids.h"
+#include "include/page_table.h"
+#include "tests/support/text.h"
 
 #include <utility>
 
@@ -44,19 +45,28 @@ const BeginLayout beginLayouts[] = {
     {"begin, modify", {IDC_LOCATION_HEADING_NEW, IDC_NAME_HEADING, IDC_NAME}, {}},
 };
 
+std::vector<int> DialogsOf(int PageRow::*shape)
+{
+    std::vector<int> dialogs;
+    for (const PageRow& page : PAGE_TABLE) {
+        if (page.*shape != 0) {
+            dialogs.push_back(page.*shape);
+        }
+    }
+    return dialogs;
+}
+
 } // namespace
 
 const std::vector<int>& PageDialogs()
 {
-    static const std::vector<int> dialogs = {
-        IDD_BEGIN_DEPLOYMENT, IDD_PRODUCT_CONTACT,     IDD_DEPLOYMENT_SETTINGS, IDD_NOTICE_DESK_FEED_BOARD,
-        IDD_ONLINE_RESOURCES, IDD_DEPLOYMENT_COMPLETE, IDD_DEPLOYMENT_FAILED};
+    static const std::vector<int> dialogs = DialogsOf(&PageRow::wizardTemplate);
     return dialogs;
 }
 
 const std::vector<int>& TabDialogs()
 {
-    static const std::vector<int> dialogs = {IDD_NOTICE_DESK_FEED_BOARD_TAB, IDD_ONLINE_RESOURCES_TAB};
+    static const std::vector<int> dialogs = DialogsOf(&PageRow::tabTemplate);
     return dialogs;
 }
 
@@ -75,17 +85,16 @@ std::vector<DialogLayout> AllLayouts(const CLanguageLibrary& library)
         }
         layouts.push_back({begin.name, IDD_BEGIN_DEPLOYMENT, std::move(dialog)});
     }
-    const std::pair<const char*, int> others[] = {
-        {"contact", IDD_PRODUCT_CONTACT},        {"settings", IDD_DEPLOYMENT_SETTINGS},
-        {"notices", IDD_NOTICE_DESK_FEED_BOARD}, {"online resources", IDD_ONLINE_RESOURCES},
-        {"complete", IDD_DEPLOYMENT_COMPLETE},   {"failed", IDD_DEPLOYMENT_FAILED}};
-    for (const auto& [name, id] : others) {
-        CDialogModel dialog(library.GetModule(), id);
+    for (const PageRow& page : PAGE_TABLE) {
+        if (!page.IsWritten() || page.role == PageRole::Target) {
+            continue;
+        }
+        CDialogModel dialog(library.GetModule(), page.wizardTemplate);
         ShowFrame(dialog);
-        if (id == IDD_DEPLOYMENT_COMPLETE) {
+        if (page.role == PageRole::Complete) {
             dialog.Show(IDC_RESULT_LABEL, true);
         }
-        layouts.push_back({name, id, std::move(dialog)});
+        layouts.push_back({Utf8(page.stem), page.wizardTemplate, std::move(dialog)});
     }
     for (const int id : TabDialogs()) {
         layouts.push_back({"tab " + std::to_string(id), id, CDialogModel(library.GetModule(), id)});

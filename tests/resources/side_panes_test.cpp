@@ -1,4 +1,5 @@
 // The HTML files beside the resource library.
+#include "include/page_table.h"
 #include "tests/resources/language_library.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/text.h"
@@ -38,9 +39,17 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Languages, SidePanes, testing::ValuesIn(BuiltLanguages()), TestNameOfLanguage);
 
-const std::set<std::string> pageFiles = {
-    "BeginDeployment.html",     "DeploymentComplete.html", "DeploymentFailed.html", "DeploymentSettings.html",
-    "NoticeDeskFeedBoard.html", "OnlineResources.html",    "ProductContact.html"};
+// Those of the table's pages.
+std::set<std::string> PageFiles()
+{
+    std::set<std::string> files;
+    for (const PageRow& page : PAGE_TABLE) {
+        if (page.IsWritten()) {
+            files.insert(Utf8(page.helpFile));
+        }
+    }
+    return files;
+}
 
 CString Wide(const std::string& ascii)
 {
@@ -67,7 +76,7 @@ std::vector<std::string> AttributeValues(const std::string& html, const std::str
 
 TEST_P(SidePanes, EveryPageHasAFileWithText)
 {
-    for (const std::string& name : pageFiles) {
+    for (const std::string& name : PageFiles()) {
         EXPECT_NE(Read(Wide(name)).find("<p>"), std::string::npos) << name;
     }
 }
@@ -87,7 +96,7 @@ TEST_P(SidePanes, EveryLinkLeadsToAFile)
 
 TEST_P(SidePanes, EveryFileIsReachedFromAPage)
 {
-    std::set<std::string> reached = pageFiles;
+    std::set<std::string> reached = PageFiles();
     for (size_t before = 0; before != reached.size();) {
         before = reached.size();
         for (const std::string& name : std::set<std::string>(reached)) {
