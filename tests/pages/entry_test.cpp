@@ -1,4 +1,5 @@
 // What all exports have in common: the resource library, the results, what they leave behind.
+#include "include/page_table.h"
 #include "tests/support/page_test.h"
 
 #include <cstring>
@@ -6,42 +7,49 @@
 
 namespace {
 
+template <class Function>
 struct Export
 {
-    const wchar_t* name;
-    int (*show)(PageContext*);
+    CString name;
+    Function function; // null when the library doesn't have it
 };
+using WizardExports = std::vector<Export<int (*)(PageContext*)>>;
+using TabExports = std::vector<Export<TabFunction>>;
 
-void PrintTo(const Export& page, std::ostream* stream)
+template <class Function>
+void PrintTo(const Export<Function>& page, std::ostream* stream)
 {
     *stream << Utf8(page.name);
 }
 
-struct TabExport
+template <class Function>
+Export<Function> FindExport(const CString& name)
 {
-    const wchar_t* name;
-    TabFunction make;
-};
-
-void PrintTo(const TabExport& page, std::ostream* stream)
-{
-    *stream << Utf8(page.name);
+    const FARPROC address = GetProcAddress(GetModuleHandleW(L"RolloutUi.dll"), Utf8(name).c_str());
+    return {name, reinterpret_cast<Function>(reinterpret_cast<void*>(address))};
 }
 
-const Export exports[] = {
-    {L"BeginDeploymentDialog", BeginDeploymentDialog},
-    {L"ProductContactDialog", ProductContactDialog},
-    {L"DeploymentSettingsDialog", DeploymentSettingsDialog},
-    {L"OnlineResourcesDialog", OnlineResourcesDialog},
-    {L"NoticeDeskFeedBoardDialog", NoticeDeskFeedBoardDialog},
-    {L"DeploymentCompleteDialog", DeploymentCompleteDialog},
-    {L"DeploymentFailedDialog", DeploymentFailedDialog},
-};
+WizardExports FindWizardPages()
+{
+    WizardExports pages;
+    for (const PageRow& page : PAGE_TABLE) {
+        if (page.IsWritten()) {
+            pages.push_back(FindExport<int (*)(PageContext*)>(WizardExport(page)));
+        }
+    }
+    return pages;
+}
 
-const TabExport tabExports[] = {
-    {L"OnlineResourcesPage", OnlineResourcesPage},
-    {L"NoticeDeskFeedBoardPage", NoticeDeskFeedBoardPage},
-};
+TabExports FindTabPages()
+{
+    TabExports pages;
+    for (const PageRow& page : PAGE_TABLE) {
+        if (page.IsWritten() && page.bTab) {
+            pages.push_back(FindExport<TabFunction>(TabExport(page)));
+        }
+    }
+    return pages;
+}
 
 // The names that the page library exports.
 std::set<CString> ExportedPages()
@@ -63,16 +71,16 @@ std::set<CString> ExportedPages()
     return pages;
 }
 
-TEST(ExportList, EveryPageOfTheLibraryIsAmongTheTestedOnes)
+TEST(ExportList, ThePagesOfTheLibraryAreTheWrittenOnesOfTheTable)
 {
-    std::set<CString> tested;
-    for (const Export& page : exports) {
-        tested.insert(page.name);
+    std::set<CString> written;
+    for (const auto& page : FindWizardPages()) {
+        written.insert(page.name);
     }
-    for (const TabExport& page : tabExports) {
-        tested.insert(page.name);
+    for (const auto& page : FindTabPages()) {
+        written.insert(page.name);
     }
-    EXPECT_EQ(ExportedPages(), tested);
+    EXPECT_EQ(ExportedPages(), written);
 }
 
 // What any page can be shown with.
@@ -94,11 +102,11 @@ private:
             return;
         }
         done = true;
-        for (const Export& page : exports) {
+        for (const auto& page : FindWizardPages()) {
             Key(VK_ESCAPE); // not every page shows its Cancel button
             AnswerCancelQuestion(IDNO);
             Press(IDC_BACK);
-            EXPECT_EQ(Show(page.show), NAVIGATION_BACK);
+            EXPECT_EQ(Show(page.function), NAVIGATION_BACK);
         }
         host.log.Clear();
         host.ui.saved = false;
@@ -109,14 +117,14 @@ private:
     }
 };
 
-class EachExport : public AnyPage, public testing::WithParamInterface<Export>
+class EachExport : public AnyPage, public testing::WithParamInterface<WizardExports::value_type>
 {
 };
 
 TEST_P(EachExport, GoesBackWith1001)
 {
     Press(IDC_BACK);
-    EXPECT_EQ(Show(GetParam().show), 1001);
+    EXPECT_EQ(Show(GetParam().function), 1001);
 }
 
 // The outcome pages don't show their Cancel button.
@@ -124,7 +132,7 @@ TEST_P(EachExport, EscCancelsWith2)
 {
     Key(VK_ESCAPE);
     AnswerCancelQuestion(IDYES);
-    EXPECT_EQ(Show(GetParam().show), 2);
+    EXPECT_EQ(Show(GetParam().function), 2);
     EXPECT_EQ(host.manager.m_exitCode, 1602u);
 }
 
@@ -132,14 +140,14 @@ TEST_P(EachExport, ResetsWith1278)
 {
     host.ui.m_bResetAllowed1 = host.ui.m_bResetAllowed2 = true;
     Press(IDC_RESET);
-    EXPECT_EQ(Show(GetParam().show), 1278);
+    EXPECT_EQ(Show(GetParam().function), 1278);
 }
 
 TEST_P(EachExport, WithoutTheResourceLibraryGives1603AfterOneBox)
 {
     host.language.wizTextPath = L"C:\\nowhere\\";
     Answer(PlainBox(L"Failed to load C:\\nowhere\\WizText.dll").Titled(L"Error").WithoutOwner(), IDOK);
-    EXPECT_EQ(Show(GetParam().show), 1603);
+    EXPECT_EQ(Show(GetParam().function), 1603);
     EXPECT_EQ(context.hResource, nullptr);
     EXPECT_EQ(host.manager.m_hCurrentPage, nullptr) << "a page was made";
 }
@@ -152,7 +160,7 @@ TEST_P(EachExport, TellsTheHostItsWindowAndTheResourceLibrary)
         EXPECT_NE(context.hResource, nullptr);
     });
     Press(IDC_BACK);
-    EXPECT_EQ(Show(GetParam().show), NAVIGATION_BACK);
+    EXPECT_EQ(Show(GetParam().function), NAVIGATION_BACK);
 }
 
 TEST_P(EachExport, IsATopLevelWindowWithoutOwner)
@@ -163,7 +171,7 @@ TEST_P(EachExport, IsATopLevelWindowWithoutOwner)
         EXPECT_EQ(GetAncestor(Page(), GA_ROOT), Page());
     });
     Press(IDC_BACK);
-    EXPECT_EQ(Show(GetParam().show), NAVIGATION_BACK);
+    EXPECT_EQ(Show(GetParam().function), NAVIGATION_BACK);
 }
 
 TEST_P(EachExport, HasNextAsDefaultButton)
@@ -173,14 +181,14 @@ TEST_P(EachExport, HasNextAsDefaultButton)
         EXPECT_EQ(HIWORD(SendMessageW(Page(), DM_GETDEFID, 0, 0)), DC_HASDEFID);
     });
     Press(IDC_BACK);
-    EXPECT_EQ(Show(GetParam().show), NAVIGATION_BACK);
+    EXPECT_EQ(Show(GetParam().function), NAVIGATION_BACK);
 }
 
-INSTANTIATE_TEST_SUITE_P(OfThePageLibrary, EachExport, testing::ValuesIn(exports));
+INSTANTIATE_TEST_SUITE_P(OfThePageLibrary, EachExport, testing::ValuesIn(FindWizardPages()));
 
 // ---- tab pages
 
-class EachTabExport : public AnyPage, public testing::WithParamInterface<TabExport>
+class EachTabExport : public AnyPage, public testing::WithParamInterface<TabExports::value_type>
 {
 };
 
@@ -190,7 +198,7 @@ TEST_P(EachTabExport, WithoutTheResourceLibraryGivesNoWindowAfterOneBox)
     Answer(PlainBox(L"Failed to load C:\\nowhere\\WizText.dll").Titled(L"Error").WithoutOwner(), IDOK);
     script.Start();
     context.hParent = GetDesktopWindow();
-    const CTabPage page = GetParam().make(&context);
+    const CTabPage page = GetParam().function(&context);
     EXPECT_EQ(page.hWnd, nullptr);
     EXPECT_EQ(page.pFilter, nullptr);
     script.Stop();
@@ -207,10 +215,10 @@ TEST_P(EachTabExport, IsAChildOfTheContextsParentWithNextAsDefaultButton)
         EXPECT_EQ(host.manager.m_hCurrentPage, nullptr) << "that is for wizard pages";
     });
     Press(IDC_PREVIOUS_TAB);
-    EXPECT_EQ(ShowTab(GetParam().make), static_cast<UINT>(PAGE_MESSAGE_PREVIOUS_TAB));
+    EXPECT_EQ(ShowTab(GetParam().function), static_cast<UINT>(PAGE_MESSAGE_PREVIOUS_TAB));
 }
 
-INSTANTIATE_TEST_SUITE_P(OfThePageLibrary, EachTabExport, testing::ValuesIn(tabExports));
+INSTANTIATE_TEST_SUITE_P(OfThePageLibrary, EachTabExport, testing::ValuesIn(FindTabPages()));
 
 using Languages = PageTest;
 
@@ -228,14 +236,14 @@ TEST_F(Languages, ShowLanguagesReturnsWhatWasSetLast)
 
 constexpr int openings = 300;
 
-class ManyOpenings : public AnyPage, public testing::WithParamInterface<Export>
+class ManyOpenings : public AnyPage, public testing::WithParamInterface<WizardExports::value_type>
 {
 protected:
     void OpenAndClose(int times)
     {
         for (int time = 0; time < times; ++time) {
             Press(IDC_BACK);
-            ASSERT_EQ(Show(GetParam().show), NAVIGATION_BACK);
+            ASSERT_EQ(Show(GetParam().function), NAVIGATION_BACK);
             host.ui.stored.clear(); // what the host noted is not the page's memory
             host.log.Clear();
         }
@@ -255,6 +263,6 @@ TEST_P(ManyOpenings, LeaveNothingBehindAndNeedNoMoreMemory)
     RecordProperty("bytes_each", static_cast<int>(bytesEach));
 }
 
-INSTANTIATE_TEST_SUITE_P(OfThePageLibrary, ManyOpenings, testing::ValuesIn(exports));
+INSTANTIATE_TEST_SUITE_P(OfThePageLibrary, ManyOpenings, testing::ValuesIn(FindWizardPages()));
 
 } // namespace
