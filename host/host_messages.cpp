@@ -39,6 +39,9 @@ constexpr Sentence SENTENCES[] = {
     {HostText::XmlTooMany, L"There are more than %2 elements <%1>. Remove some."},
     {HostText::ValueNotNumber, L"\"%2\" of attribute \"%1\" is not a number from %3 to %4. Correct it."},
     {HostText::ValueNotChoice, L"\"%2\" of attribute \"%1\" is not one of: %3. Correct it."},
+    {HostText::ValueNotPage,
+     L"\"%2\" of attribute \"%1\" is not a wizard page that this program knows. Correct it, "
+     L"or use a newer program. Known pages: %3."},
     {HostText::ValueNotGuid, L"\"%2\" of attribute \"%1\" is not a code of the form "
                              L"{12345678-1234-1234-1234-123456789ABC}. Correct it."},
     {HostText::ValueNotRelative, L"\"%2\" of attribute \"%1\" is not a path below the folder of this file. "

@@ -27,6 +27,7 @@ enum class HostText
     XmlTooMany,
     ValueNotNumber,
     ValueNotChoice,
+    ValueNotPage,
     ValueNotGuid,
     ValueNotRelative,
     ValueNotFileName,

@@ -4,6 +4,7 @@
 #include "host/host_messages.h"
 #include "host/xml_limits.h"
 #include "host/xml_values.h"
+#include "include/page_table.h"
 
 #include <map>
 
@@ -13,7 +14,6 @@ constexpr std::size_t ITEM_LIMIT = 200; // of one kind; far above what a media h
 constexpr int DESCRIPTION_VERSION = 1;
 constexpr int PLATFORM_FIRST = 2;
 constexpr int PLATFORM_LAST = 3;
-constexpr wchar_t PAGE_ENDING[] = L"Dialog";
 
 template <class Items>
 bool IsFull(const Items& items, const wchar_t* name, CXmlValues& values)
@@ -25,19 +25,14 @@ bool IsFull(const Items& items, const wchar_t* name, CXmlValues& values)
     return true;
 }
 
-// A page of the flow is called as a dialog, so nothing else may be named.
-bool IsExportName(const CString& name)
+// The names that a flow may hold.
+CString WizardPages()
 {
-    const CString ending(PAGE_ENDING);
-    for (int index = 0; index < name.GetLength(); ++index) {
-        const wchar_t unit = name[index];
-        const bool letter = (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z');
-        if (!letter && !(unit >= L'0' && unit <= L'9' && index > 0)) {
-            return false;
-        }
+    CString list;
+    for (const PageRow& page : PAGE_TABLE) {
+        list += (list.IsEmpty() ? CString() : CString(L", ")) + WizardExport(page);
     }
-    return name.GetLength() > ending.GetLength() && name.GetLength() <= 100 &&
-           name.Right(ending.GetLength()) == ending;
+    return list;
 }
 
 // Never two packages in one folder: the files beside them would mix.
@@ -254,9 +249,10 @@ void CSetupDescriptionReader::ReadPage(CXmlValues& values)
 {
     PageDescription page;
     page.strName = values.ReadText(L"name", 100);
-    if (!IsExportName(page.strName)) {
-        values.Fail(HostSentence(HostText::ValueNotChoice,
-                                 {L"name", page.strName, L"names of letters and digits that end in Dialog"}));
+    // Any other function of the page library, such as a tab page's, would break the program that calls it as a dialog; a
+    // slip of the pen would leave its page out without a word.
+    if (!FindWizardPage(page.strName)) {
+        values.Fail(HostSentence(HostText::ValueNotPage, {L"name", page.strName, WizardPages()}));
     }
     page.strHelpFile = values.ReadOptionalText(L"help", NAME_LIMIT);
     if (!page.strHelpFile.IsEmpty() && !IsSafeRelativePath(page.strHelpFile)) {

@@ -115,7 +115,8 @@ std::string SetupWithPacks()
     std::string text =
         "<Setup version=\"1\" code=\"" + CODE +
         "\" name=\"Z\" maker=\"M\" productVersion=\"1\"><Languages default=\"en-US\"><Language "
-        "name=\"en-US\"/></Languages><Flow><Page name=\"ADialog\"/></Flow><Platforms><Platform id=\"2\" "
+        "name=\"en-US\"/></Languages><Flow><Page name=\"BeginDeploymentDialog\"/></Flow><Platforms><Platform "
+        "id=\"2\" "
         "folder=\"x86\"/><Platform id=\"3\" folder=\"x64\"/></Platforms><Products>";
     std::size_t code = 0;
     const auto packages = [&code](std::size_t number) {

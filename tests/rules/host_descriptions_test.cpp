@@ -3,6 +3,7 @@
 #include "host/xml_limits.h"
 #include "host/xml_text.h"
 #include "host/xml_values.h"
+#include "include/page_table.h"
 #include "msi/directory_rules.h"
 #include "tests/support/text.h"
 
@@ -220,16 +221,27 @@ INSTANTIATE_TEST_SUITE_P(
                 14},
         Refusal{"SharedFolder", "folder=\"ZoltDe\"", "folder=\"zolt\"", L"would hold two packages", 0},
         Refusal{"BadLocale", "default=\"en-US\"", "default=\"..\\\\en\"", L"not a language name", 6},
-        Refusal{"BadExport", "BeginDeploymentDialog", "Begin;Dialog", L"letters and digits", 7},
-        Refusal{"TabPage", "BeginDeploymentDialog", "NoticeDeskFeedBoardPage", L"end in Dialog", 7},
-        Refusal{"EndingAlone", "BeginDeploymentDialog", "Dialog", L"end in Dialog", 7},
-        Refusal{"MangledExport", "BeginDeploymentDialog", "_ZN8CLangMgr10ShowDialog", L"letters and digits",
+        Refusal{"NoPage", "BeginDeploymentDialog", "BeginDeploymntDialog",
+                L"\"BeginDeploymntDialog\" of attribute \"name\" is not a wizard page", 7},
+        Refusal{"TabPage", "BeginDeploymentDialog", "NoticeDeskFeedBoardPage",
+                L"Known pages: BeginDeploymentDialog, DeploymentSettingsDialog, ", 7},
+        Refusal{"BadExport", "BeginDeploymentDialog", "Begin;Dialog", L"not a wizard page", 7},
+        Refusal{"EndingAlone", "BeginDeploymentDialog", "Dialog", L"not a wizard page", 7},
+        Refusal{"MangledExport", "BeginDeploymentDialog", "_ZN8CLangMgr10ShowDialog", L"not a wizard page",
                 7},
         Refusal{"NotClosed", "</Products>", "", L"not well-formed", 18},
         Refusal{"WrongRoot", "<Setup version", "<Deployment version", L"<Deployment>, not <Setup>", 2},
         Refusal{"NoProducts", "<Products>", "<Products></Products><Products>", L"<Products> stands twice",
                 9}),
     [](const testing::TestParamInfo<Refusal>& information) { return information.param.what; });
+
+TEST(SetupXmlTest, AFlowMayNameEveryWizardPage)
+{
+    for (const PageRow& page : PAGE_TABLE) {
+        const XmlFault fault = ReadSetup(With("BeginDeploymentDialog", Bytes(WizardExport(page))));
+        EXPECT_FALSE(fault) << Utf8(fault.message);
+    }
+}
 
 TEST(SetupXmlTest, ADocumentTypeDeclarationIsRefused)
 {

@@ -201,7 +201,8 @@ TEST(XmlLimitsTest, MediaOfMoreProductsThanADeploymentNamesAreRefused)
     const std::string text =
         std::string("<Setup version=\"1\" code=\"") + CODE +
         "\" name=\"Z\" maker=\"M\" productVersion=\"1\"><Languages default=\"en-US\"><Language "
-        "name=\"en-US\"/></Languages><Flow><Page name=\"ADialog\"/></Flow><Platforms><Platform id=\"3\" "
+        "name=\"en-US\"/></Languages><Flow><Page name=\"BeginDeploymentDialog\"/></Flow><Platforms><Platform "
+        "id=\"3\" "
         "folder=\"\"/></Platforms><Products>" +
         products + "</Products></Setup>";
     const XmlFault fault = ReadXml(text.data(), text.size(), reader);

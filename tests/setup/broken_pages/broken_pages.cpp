@@ -1,6 +1,7 @@
-// Stands in for RolloutUi.dll in a copy of the program's folder, with pages that break in their own ways when they are
-// called. Media choose them by name in their flow. The begin page is the product's own, from RealPages.dll beside it.
+// Stands in for RolloutUi.dll in a copy of the program's folder. Its contact page breaks when it is called, in the way that
+// the media name as the page's help file. The begin page is the product's own, from RealPages.dll beside it.
 #include "base/string.h"
+#include "include/navigation.h"
 #include "include/page_context.h"
 #include "include/setup_manager.h"
 
@@ -9,8 +10,6 @@
 #include <exception>
 #include <stdexcept>
 #include <thread>
-
-#define BROKEN_PAGE extern "C" __declspec(dllexport) int
 
 // Not in the unnamed namespace, where the compiler would know that there is no other class, and call its function.
 class Unfinished
@@ -40,7 +39,6 @@ public:
 
 namespace {
 
-constexpr int NEXT = 1;
 constexpr ULONGLONG SLOW_MILLISECONDS = 12000; // longer than the limit of the test that shows it
 constexpr int TOO_MANY_PAGES = 1 << 24;        // of the stack; never reached
 
@@ -71,72 +69,63 @@ bool IsBuilding(const CString& location)
     return search != INVALID_HANDLE_VALUE;
 }
 
-} // namespace
-
-BROKEN_PAGE BeginDeploymentDialog(PageContext* context)
-{
-    static const HMODULE real = LoadLibraryW(L"RealPages.dll");
-    const FARPROC page = GetProcAddress(real, "BeginDeploymentDialog");
-    return reinterpret_cast<int (*)(PageContext*)>(reinterpret_cast<void*>(page))(context);
-}
-
-BROKEN_PAGE AccessViolationDialog(PageContext*)
+int AccessViolation(PageContext*)
 {
     WriteToNothing();
-    return NEXT;
+    return NAVIGATION_NEXT;
 }
 
-BROKEN_PAGE CallOfNothingDialog(PageContext*)
+int CallOfNothing(PageContext*)
 {
     void (*volatile nothing)() = nullptr;
     nothing();
-    return NEXT;
+    return NAVIGATION_NEXT;
 }
 
-BROKEN_PAGE StackOverflowDialog(PageContext*)
+int StackOverflow(PageContext*)
 {
-    return CallDeeper(0) + NEXT;
+    return CallDeeper(0) + NAVIGATION_NEXT;
 }
 
-BROKEN_PAGE PureCallDialog(PageContext*)
+int PureCall(PageContext*)
 {
     Finished finished;
     CallWork(finished);
-    return NEXT;
+    return NAVIGATION_NEXT;
 }
 
-BROKEN_PAGE TerminateDialog(PageContext*)
+int Terminate(PageContext*)
 {
     std::terminate();
 }
 
-BROKEN_PAGE ThreadExceptionDialog(PageContext*)
+int ThreadException(PageContext*)
 {
     std::thread([] { throw std::runtime_error("nobody catches this"); }).join();
-    return NEXT;
+    return NAVIGATION_NEXT;
 }
 
 // Whatever wants memory after this crashes again.
-BROKEN_PAGE BrokenHeapDialog(PageContext*)
+int BrokenHeap(PageContext*)
 {
     FillMemory(GetProcessHeap(), 1024, 0xCC);
     WriteToNothing();
-    return NEXT;
+    return NAVIGATION_NEXT;
 }
 
-BROKEN_PAGE EarlyExitDialog(PageContext*)
+int EarlyExit(PageContext*)
 {
     ExitProcess(0);
 }
 
-BROKEN_PAGE HangDialog(PageContext*)
+int Hang(PageContext*)
 {
     Sleep(INFINITE);
-    return NEXT;
+    return NAVIGATION_NEXT;
 }
 
 // Slow, but its messages are read all the while.
-BROKEN_PAGE SlowDialog(PageContext*)
+int Slow(PageContext*)
 {
     const ULONGLONG end = GetTickCount64() + SLOW_MILLISECONDS;
     while (GetTickCount64() < end) {
@@ -146,11 +135,11 @@ BROKEN_PAGE SlowDialog(PageContext*)
         }
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);
     }
-    return NEXT;
+    return NAVIGATION_NEXT;
 }
 
 // Lets the wizard go on, and breaks off in the middle of the build.
-BROKEN_PAGE BrokenBuildDialog(PageContext* context)
+int BrokenBuild(PageContext* context)
 {
     const CString location = context->pSetupManager->m_strDeploymentLocation;
     std::thread([location] {
@@ -159,10 +148,49 @@ BROKEN_PAGE BrokenBuildDialog(PageContext* context)
         }
         WriteToNothing();
     }).detach();
-    return NEXT;
+    return NAVIGATION_NEXT;
 }
 
-// What a flow may never reach: a tab page's export, and one that is no page at all.
+struct Fault
+{
+    const wchar_t* name;
+    int (*show)(PageContext*);
+};
+
+const Fault g_faults[] = {
+    {L"AccessViolation", AccessViolation},
+    {L"CallOfNothing", CallOfNothing},
+    {L"StackOverflow", StackOverflow},
+    {L"PureCall", PureCall},
+    {L"Terminate", Terminate},
+    {L"ThreadException", ThreadException},
+    {L"BrokenHeap", BrokenHeap},
+    {L"EarlyExit", EarlyExit},
+    {L"Hang", Hang},
+    {L"Slow", Slow},
+    {L"BrokenBuild", BrokenBuild},
+};
+
+} // namespace
+
+extern "C" __declspec(dllexport) int BeginDeploymentDialog(PageContext* context)
+{
+    static const HMODULE real = LoadLibraryW(L"RealPages.dll");
+    const FARPROC page = GetProcAddress(real, "BeginDeploymentDialog");
+    return reinterpret_cast<int (*)(PageContext*)>(reinterpret_cast<void*>(page))(context);
+}
+
+extern "C" __declspec(dllexport) int ProductContactDialog(PageContext* context)
+{
+    for (const Fault& fault : g_faults) {
+        if (context->strHelpFile == fault.name) {
+            return fault.show(context);
+        }
+    }
+    return NAVIGATION_LOAD_FAILED;
+}
+
+// What a flow may never reach.
 extern "C" __declspec(dllexport) CTabPage BrokenTabPage(PageContext*)
 {
     WriteToNothing();
