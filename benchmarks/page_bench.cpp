@@ -1,10 +1,11 @@
 // From an export's call to its first painted page, beside a bare modeless dialog of the same template. The host is the
 // real one on the sample media. Painted means: the page's first WM_PAINT is done and its controls are painted too.
 #include "base/handle.h"
+#include "benchmarks/bench_pages.h"
 #include "benchmarks/measurement.h"
 #include "benchmarks/sample_host.h"
+#include "include/navigation.h"
 #include "include/resource_ids.h"
-#include "include/rollout_ui.h"
 
 #include <windows.h>
 
@@ -13,35 +14,6 @@
 #include <memory>
 
 namespace {
-
-struct Page
-{
-    const wchar_t* name;
-    int (*show)(PageContext*);
-    int dialog;
-};
-
-const Page g_pages[] = {
-    {L"BeginDeploymentDialog", BeginDeploymentDialog, IDD_BEGIN_DEPLOYMENT},
-    {L"ProductContactDialog", ProductContactDialog, IDD_PRODUCT_CONTACT},
-    {L"NoticeDeskFeedBoardDialog", NoticeDeskFeedBoardDialog, IDD_NOTICE_DESK_FEED_BOARD},
-    {L"OnlineResourcesDialog", OnlineResourcesDialog, IDD_ONLINE_RESOURCES},
-    {L"DeploymentCompleteDialog", DeploymentCompleteDialog, IDD_DEPLOYMENT_COMPLETE},
-    {L"DeploymentSettingsDialog", DeploymentSettingsDialog, IDD_DEPLOYMENT_SETTINGS},
-    {L"DeploymentFailedDialog", DeploymentFailedDialog, IDD_DEPLOYMENT_FAILED},
-};
-
-struct TabPage
-{
-    const wchar_t* name;
-    CTabPage (*create)(PageContext*);
-    int dialog;
-};
-
-const TabPage g_tabPages[] = {
-    {L"NoticeDeskFeedBoardPage", NoticeDeskFeedBoardPage, IDD_NOTICE_DESK_FEED_BOARD_TAB},
-    {L"OnlineResourcesPage", OnlineResourcesPage, IDD_ONLINE_RESOURCES_TAB},
-};
 
 // Hooks and window procedures have no argument of their own for these.
 double g_painted = 0;
@@ -73,11 +45,11 @@ int WatchFirstPaint(PageContext* context)
     return 0;
 }
 
-double OpenPage(CSetupHost& host, const Page& page)
+double OpenPage(CSetupHost& host, const BenchPage& page)
 {
-    FlowPage flowPage = {page.name, CString()};
+    FlowPage flowPage = {page.strName, CString()};
     for (const FlowPage& known : host.GetFlow()) {
-        if (known.strName == page.name) {
+        if (known.strName == page.strName) {
             flowPage = known;
         }
     }
@@ -87,7 +59,7 @@ double OpenPage(CSetupHost& host, const Page& page)
     const double start = NowMilliseconds();
     const int result = page.show(&context);
     if (result != NAVIGATION_BACK || g_painted == 0) {
-        throw CannotMeasure{CString(page.name) + L" ended without having been painted and left by Back"};
+        throw CannotMeasure{page.strName + L" ended without having been painted and left by Back"};
     }
     return g_painted - start;
 }
@@ -97,12 +69,12 @@ INT_PTR CALLBACK BareProc(HWND, UINT message, WPARAM, LPARAM)
     return message == WM_INITDIALOG;
 }
 
-double OpenBareDialog(HMODULE texts, const Page& page)
+double OpenBareDialog(HMODULE texts, const BenchPage& page)
 {
     const double start = NowMilliseconds();
     const HWND dialog = CreateDialogParamW(texts, MAKEINTRESOURCEW(page.dialog), nullptr, BareProc, 0);
     if (!dialog) {
-        throw CannotMeasure{CString(L"The bare dialog of ") + page.name + L" can't be made"};
+        throw CannotMeasure{L"The bare dialog of " + page.strName + L" can't be made"};
     }
     ShowWindow(dialog, SW_SHOW);
     PaintWithControls(dialog);
@@ -144,35 +116,35 @@ double PaintAndDestroy(HWND page)
     return painted;
 }
 
-double OpenTabPage(CSetupHost& host, const CTabFrame& frame, const TabPage& page)
+double OpenTabPage(CSetupHost& host, const CTabFrame& frame, const BenchTabPage& page)
 {
-    PageContext context = host.MakePageContext({page.name, CString()}, true);
+    PageContext context = host.MakePageContext({page.strName, CString()}, true);
     context.hParent = frame.GetWindow();
     context.hFrame = frame.GetWindow();
     const double start = NowMilliseconds();
     const CTabPage tab = page.create(&context);
     if (!tab.hWnd) {
-        throw CannotMeasure{CString(page.name) + L" can't be made"};
+        throw CannotMeasure{page.strName + L" can't be made"};
     }
     return PaintAndDestroy(tab.hWnd) - start;
 }
 
-double OpenBareChild(HMODULE texts, const CTabFrame& frame, const TabPage& page)
+double OpenBareChild(HMODULE texts, const CTabFrame& frame, const BenchTabPage& page)
 {
     const double start = NowMilliseconds();
     const HWND dialog =
         CreateDialogParamW(texts, MAKEINTRESOURCEW(page.dialog), frame.GetWindow(), BareProc, 0);
     if (!dialog) {
-        throw CannotMeasure{CString(L"The bare dialog of ") + page.name + L" can't be made"};
+        throw CannotMeasure{L"The bare dialog of " + page.strName + L" can't be made"};
     }
     return PaintAndDestroy(dialog) - start;
 }
 
-Comparison MeasureTabPage(CSetupHost& host, HMODULE texts, const TabPage& page, int runs)
+Comparison MeasureTabPage(CSetupHost& host, HMODULE texts, const BenchTabPage& page, int runs)
 {
     const CTabFrame frame;
     Comparison comparison;
-    comparison.strWhat = page.name;
+    comparison.strWhat = page.strName;
     comparison.goal = 1.5;
     static_cast<void>(OpenBareChild(texts, frame, page)); // warms up
     static_cast<void>(OpenTabPage(host, frame, page));
@@ -190,10 +162,11 @@ std::vector<Comparison> MeasurePages(const BenchOptions& options)
     const std::unique_ptr<CSetupHost> host = OpenSampleHost(options);
     const CModuleOwner texts(LoadLibraryExW(CLangMgr::Instance().GetWizTextPath() + L"WizText.dll", nullptr,
                                             LOAD_LIBRARY_AS_DATAFILE));
+    const BenchPages pages = FindBenchPages();
     std::vector<Comparison> comparisons;
-    for (const Page& page : g_pages) {
+    for (const BenchPage& page : pages.wizard) {
         Comparison comparison;
-        comparison.strWhat = page.name;
+        comparison.strWhat = page.strName;
         comparison.goal = 1.5;
         static_cast<void>(OpenBareDialog(texts.get(), page)); // warms up
         static_cast<void>(OpenPage(*host, page));
@@ -203,7 +176,7 @@ std::vector<Comparison> MeasurePages(const BenchOptions& options)
         }
         comparisons.push_back(comparison);
     }
-    for (const TabPage& page : g_tabPages) {
+    for (const BenchTabPage& page : pages.tabs) {
         comparisons.push_back(MeasureTabPage(*host, texts.get(), page, options.runs));
     }
     return comparisons;

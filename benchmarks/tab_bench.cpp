@@ -1,13 +1,12 @@
 // Switching between all tabs of a product with twelve, beside bare dialogs of the same templates that are shown and
-// hidden in turn. The tabs are the product's two tab pages six times over, on the real host and the sample media. A page
+// hidden in turn. The tabs are the product's tab pages, over and over, on the real host and the sample media. A page
 // that is left stores itself, as always; a bare dialog has nothing to store.
 #include "base/handle.h"
+#include "benchmarks/bench_pages.h"
 #include "benchmarks/measurement.h"
 #include "benchmarks/sample_host.h"
 #include "include/navigation.h"
 #include "include/product.h"
-#include "include/resource_ids.h"
-#include "include/rollout_ui.h"
 #include "setup/configure_dialog.h"
 #include "window/module.h"
 
@@ -21,18 +20,11 @@ namespace {
 
 constexpr int TABS = 12;
 
-struct TabPage
+BenchPages g_pages;
+
+const BenchTabPage& PageOf(int tab)
 {
-    TabPageFunction create;
-    int dialog;
-};
-constexpr TabPage PAGES[] = {
-    {OnlineResourcesPage, IDD_ONLINE_RESOURCES_TAB},
-    {NoticeDeskFeedBoardPage, IDD_NOTICE_DESK_FEED_BOARD_TAB},
-};
-const TabPage& PageOf(int tab)
-{
-    return PAGES[tab % 2];
+    return g_pages.tabs[static_cast<std::size_t>(tab) % g_pages.tabs.size()];
 }
 
 struct Figures
@@ -187,6 +179,7 @@ void Append(Samples& samples, const Samples& more)
 std::vector<Comparison> MeasureTabs(const BenchOptions& options)
 {
     _Module.Init(GetModuleHandleW(nullptr));
+    g_pages = FindBenchPages();
     const std::unique_ptr<CSetupHost> host = OpenSampleHost(options);
     const CModuleOwner texts(LoadLibraryExW(CLangMgr::Instance().GetWizTextPath() + L"WizText.dll", nullptr,
                                             LOAD_LIBRARY_AS_DATAFILE));
