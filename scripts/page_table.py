@@ -34,9 +34,12 @@ def read_pages(header=HEADER):
         raise ValueError(header + " has no PAGE_TABLE")
     pages = []
     for row in re.findall(r"\{(\.stem[^{}]*)\}", table.group(1)):
-        fields = dict(re.findall(r'\.(\w+) = (?:L")?([\w:.]+)"?', row))
-        if len(fields) != row.count(" = "):
-            raise ValueError("%s: a row can't be read: %s" % (header, row))
+        fields = {}
+        for field in re.split(r",\s*(?=\.)", row.strip()):
+            match = re.fullmatch(r'\.(\w+) = (?:L"([\w.]+)"|([\w:]+))', field)
+            if not match:
+                raise ValueError("%s: a field can't be read: %s" % (header, field))
+            fields[match.group(1)] = match.group(2) or match.group(3)
         pages.append(Page(fields))
     if len(pages) != table.group(1).count("{"):
         raise ValueError(header + ": a row of PAGE_TABLE doesn't begin with its stem")
