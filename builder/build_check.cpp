@@ -1,3 +1,5 @@
+#include "base/number_text.h"
+
 // Check: everything that can be told before anything is written.
 #include "builder/build_check.h"
 

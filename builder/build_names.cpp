@@ -1,6 +1,8 @@
 #include "builder/build_names.h"
 
+#include "base/ascii.h"
 #include "base/name_rules.h"
+#include "base/number_text.h"
 
 namespace {
 
@@ -9,11 +11,6 @@ const char g_lockFileMark[] = "Deployment build ";
 CString WorkingName(const CString& name, const wchar_t* kind)
 {
     return L"." + name + L"." + kind;
-}
-
-bool IsHexDigit(char digit)
-{
-    return (digit >= '0' && digit <= '9') || (digit >= 'a' && digit <= 'f');
 }
 
 } // namespace
@@ -71,19 +68,18 @@ CString LockFileText(std::uint32_t id)
 LockText ReadLockFileText(const char* text, std::size_t length, std::uint32_t& id)
 {
     const std::size_t mark = sizeof(g_lockFileMark) - 1;
+    std::uint32_t number = 0;
     for (std::size_t index = 0; index < length && index < mark + 8; ++index) {
-        if (index < mark ? text[index] != g_lockFileMark[index] : !IsHexDigit(text[index])) {
+        const int digit = HexDigitValue(static_cast<unsigned char>(text[index]));
+        if (index < mark ? text[index] != g_lockFileMark[index] : digit < 0) {
             return LockText::Foreign;
         }
+        number = index < mark ? 0 : number << 4 | static_cast<std::uint32_t>(digit);
     }
     if (length < mark + 8) {
         return LockText::Unfinished;
     }
-    id = 0;
-    for (std::size_t index = mark; index < mark + 8; ++index) {
-        const char digit = text[index];
-        id = id * 16 + static_cast<std::uint32_t>(digit <= '9' ? digit - '0' : digit - 'a' + 10);
-    }
+    id = number;
     return LockText::Complete;
 }
 
@@ -111,7 +107,7 @@ bool IsWorkingName(const CString& name)
         const int length = TextLength(kind);
         bool isId = id > length && lower.Mid(id - length, length) == kind;
         for (int index = id; isId && index < lower.GetLength(); ++index) {
-            isId = lower[index] < 0x80 && IsHexDigit(static_cast<char>(lower[index]));
+            isId = IsHexDigit(lower[index]);
         }
         if (isId) {
             return true;
@@ -133,15 +129,6 @@ CString FailedLogHead(const CString& name)
 CString KeptFolderName(const CString& name, const CString& when)
 {
     return name + L" (kept files " + when + L")";
-}
-
-CString HexText(std::uint32_t value)
-{
-    CString text;
-    for (int shift = 28; shift >= 0; shift -= 4) {
-        text += L"0123456789abcdef"[(value >> shift) & 15];
-    }
-    return text;
 }
 
 bool IsAscii(const CString& text)

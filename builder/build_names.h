@@ -37,8 +37,6 @@ CString FailedLogHead(const CString& name);
 // The folder beside a new deployment for what somebody had put into the one before: `<name> (kept files <when>)`.
 CString KeptFolderName(const CString& name, const CString& when);
 
-CString HexText(std::uint32_t value); // 8 digits, lower case
-
 bool IsAscii(const CString& text);
 
 // What a dead build left, and what follows from it.

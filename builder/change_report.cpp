@@ -1,5 +1,6 @@
 #include "builder/change_report.h"
 
+#include "base/number_text.h"
 #include "builder/shown_text.h"
 
 namespace {
@@ -204,10 +205,7 @@ CString JsonText(const CString& text)
             quoted += L'\\';
             quoted += character;
         } else if (IsHiddenUnit(text, index)) {
-            quoted += L"\\u";
-            for (int shift = 12; shift >= 0; shift -= 4) {
-                quoted += L"0123456789abcdef"[(character >> shift) & 15];
-            }
+            quoted += L"\\u" + HexText(character, 4);
         } else {
             quoted += character;
         }

@@ -1,5 +1,6 @@
 #include "builder/code_page.h"
 
+#include "base/number_text.h"
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
 #include "builder/database_snapshot.h"
@@ -82,13 +83,9 @@ void RequireCodePageHolds(const BuildDatabase& database, const std::vector<RowDi
 
 int ParseCodePage(const char* text, std::size_t length)
 {
-    std::size_t index = 0;
-    while (index < length && (text[index] == '\r' || text[index] == '\n' || text[index] == '\t')) {
-        ++index;
-    }
-    int codePage = -1;
-    for (; index < length && text[index] >= '0' && text[index] <= '9' && codePage < 1000000; ++index) {
-        codePage = (codePage < 0 ? 0 : codePage * 10) + (text[index] - '0');
-    }
-    return index < length && text[index] == '\t' ? codePage : -1;
+    constexpr int MOST = 65535;
+    const CString line = TextFromUtf8(text, length).TrimLeft(L"\r\n\t");
+    int end = 0;
+    const std::uint64_t codePage = ReadDigits(line, end, MOST);
+    return end > 0 && line[end] == L'\t' && codePage <= MOST ? static_cast<int>(codePage) : -1;
 }

@@ -1,5 +1,7 @@
 #include "builder/command_text.h"
 
+#include "base/ascii.h"
+#include "base/guid_text.h"
 #include "base/name_rules.h"
 #include "builder/build_names.h"
 #include "builder/product_identity.h"
@@ -281,8 +283,8 @@ bool IsPropertyAssignment(const CString& assignment)
     const int equals = assignment.Find(L'=');
     for (int index = 0; index < equals; ++index) {
         const wchar_t unit = assignment[index];
-        const bool letter = (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z') || unit == L'_';
-        if (!letter && (index == 0 || !((unit >= L'0' && unit <= L'9') || unit == L'.'))) {
+        const bool letter = IsAsciiLetter(unit) || unit == L'_';
+        if (!letter && (index == 0 || !(IsAsciiDigit(unit) || unit == L'.'))) {
             return false;
         }
     }

@@ -1,5 +1,6 @@
 #include "builder/deployment_place.h"
 
+#include "base/number_text.h"
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
 #include "builder/file_operations.h"

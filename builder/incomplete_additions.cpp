@@ -1,16 +1,11 @@
 #include "builder/incomplete_additions.h"
 
+#include "base/guid_text.h"
 #include "builder/named_table.h"
 
 #include <set>
 
 namespace {
-
-bool IsHexDigit(wchar_t character)
-{
-    return (character >= L'0' && character <= L'9') || (character >= L'A' && character <= L'F') ||
-           (character >= L'a' && character <= L'f');
-}
 
 // The tables with a row, or rows, for each added file or folder, and the column that names it.
 const struct
@@ -104,21 +99,6 @@ private:
 };
 
 } // namespace
-
-bool IsUserKey(const CString& key)
-{
-    if (key.GetLength() != 41 || !(key.Left(5) == L"TARN_")) {
-        return false;
-    }
-    for (int index = 0; index < 36; ++index) {
-        const bool dash = index == 8 || index == 13 || index == 18 || index == 23;
-        const wchar_t character = key[index + 5];
-        if (dash ? character != L'_' : !IsHexDigit(character)) {
-            return false;
-        }
-    }
-    return true;
-}
 
 CString LongName(const CString& fileName)
 {

@@ -16,8 +16,6 @@ struct IncompleteAddition
     CString strName; // the file's, its source or the folder's, as far as its rows tell
 };
 
-// "TARN_" and a GUID with underscores: the mark of everything that was added.
-[[nodiscard]] bool IsUserKey(const CString& key);
 // Of `SHORT|long`, as it stands in a table, the long one.
 [[nodiscard]] CString LongName(const CString& fileName);
 

@@ -1,5 +1,7 @@
 #include "builder/manifest_text.h"
 
+#include "base/ascii.h"
+#include "base/number_text.h"
 #include "builder/shown_text.h"
 
 #include <cstring>
@@ -9,9 +11,7 @@ namespace {
 // manifest = [mark] *(line CR LF)
 // line     = "#" anything / 64 lower-case hex digits " " decimal digits " " path
 constexpr int HASH_DIGITS = 64;
-constexpr int SIZE_DIGITS = 19; // more would not fit into 64 bits
-constexpr std::uint64_t LARGEST_SIZE =
-    0x7FFFFFFFFFFFFFFF; // of a file; more would be written as a negative number
+constexpr long long LARGEST_SIZE = 0x7FFFFFFFFFFFFFFF; // of a file
 
 bool IsHash(const CString& text)
 {
@@ -19,8 +19,8 @@ bool IsHash(const CString& text)
         return false;
     }
     for (int index = 0; index < HASH_DIGITS; ++index) {
-        const wchar_t digit = text[index];
-        if (!(digit >= L'0' && digit <= L'9') && !(digit >= L'a' && digit <= L'f')) {
+        // Hashes are compared as texts, which are written with small letters.
+        if (!IsHexDigit(text[index]) || (text[index] >= L'A' && text[index] <= L'F')) {
             return false;
         }
     }
@@ -29,17 +29,9 @@ bool IsHash(const CString& text)
 
 bool ReadSize(const CString& text, std::uint64_t& size)
 {
-    if (text.IsEmpty() || text.GetLength() > SIZE_DIGITS) {
-        return false;
-    }
-    size = 0;
-    for (int index = 0; index < text.GetLength(); ++index) {
-        if (text[index] < L'0' || text[index] > L'9') {
-            return false;
-        }
-        size = size * 10 + static_cast<std::uint64_t>(text[index] - L'0');
-    }
-    return size <= LARGEST_SIZE;
+    const std::optional<long long> number = ReadWholeNumber(text, 0, LARGEST_SIZE);
+    size = static_cast<std::uint64_t>(number.value_or(0));
+    return number.has_value();
 }
 
 bool ReadLine(const CString& line, ManifestEntry& entry)

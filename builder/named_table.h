@@ -1,6 +1,7 @@
 // A table of a snapshot with its columns by name. No window header.
 #pragma once
 
+#include "base/number_text.h"
 #include "builder/change_report.h"
 
 #include <algorithm>
@@ -8,15 +9,8 @@
 // A number as it stands in a snapshot; 0 for anything else.
 inline long long NumberOf(const CString& text)
 {
-    const bool negative = text.Left(1) == L"-";
-    long long number = 0;
-    for (int index = negative ? 1 : 0; index < text.GetLength() && number < (1ll << 40); ++index) {
-        if (text[index] < L'0' || text[index] > L'9') {
-            return 0;
-        }
-        number = number * 10 + (text[index] - L'0');
-    }
-    return negative ? -number : number;
+    constexpr long long MOST = 1ll << 60;
+    return ReadWholeNumber(text, -MOST, MOST).value_or(0);
 }
 
 // A table that isn't there has no rows: ask `Exists` before `Rows`.

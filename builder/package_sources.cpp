@@ -1,5 +1,6 @@
 #include "builder/package_sources.h"
 
+#include "base/guid_text.h"
 #include "base/name_rules.h"
 #include "builder/build_names.h"
 #include "builder/incomplete_additions.h"

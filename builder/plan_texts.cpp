@@ -1,5 +1,6 @@
 #include "builder/plan_texts.h"
 
+#include "base/guid_text.h"
 #include "base/name_rules.h"
 #include "builder/build_names.h"
 #include "builder/command_text.h"

@@ -1,10 +1,7 @@
-// The forms of what names a product: its code and its version. No window header.
+// The form of a product's version. No window header.
 #pragma once
 
 #include "base/string.h"
-
-// A GUID in braces, in any case: {12345678-1234-1234-1234-123456789ABC}.
-[[nodiscard]] bool IsBracedGuid(const CString& text);
 
 // One to four numbers of up to nine digits with dots between them: "27", "27.0.1", "27.0.1.4711". The installer
 // counts the first three.

@@ -1,5 +1,6 @@
 #include "builder/sha256.h"
 
+#include "base/number_text.h"
 #include "builder/build_failure.h"
 
 #include <windows.h>
@@ -47,8 +48,7 @@ CString Sha256::Finish()
     Require(BCryptFinishHash(m_hash, digest, sizeof(digest), 0));
     CString text;
     for (const unsigned char byte : digest) {
-        text += L"0123456789abcdef"[byte >> 4];
-        text += L"0123456789abcdef"[byte & 15];
+        text += HexText(byte, 2);
     }
     return text;
 }

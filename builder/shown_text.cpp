@@ -1,5 +1,7 @@
 #include "builder/shown_text.h"
 
+#include "base/number_text.h"
+
 namespace {
 
 bool IsHighHalf(wchar_t unit)
@@ -25,15 +27,10 @@ bool ReadCode(const CString& text, wchar_t& unit)
     if (text.GetLength() != CODE_LENGTH || !(text.Left(3) == L"<U+") || text[CODE_LENGTH - 1] != L'>') {
         return false;
     }
-    int code = 0;
-    for (int index = 3; index < CODE_LENGTH - 1; ++index) {
-        const int digit = CString(L"0123456789ABCDEF").Find(text[index]);
-        if (digit < 0) {
-            return false;
-        }
-        code = code * 16 + digit;
+    const std::uint32_t code = ReadHexDigits(text, 3, 4).value_or(0);
+    if (code != 0) {
+        unit = static_cast<wchar_t>(code);
     }
-    unit = static_cast<wchar_t>(code);
     return code != 0;
 }
 
@@ -73,11 +70,7 @@ CString ShownText(const CString& text)
             shown += text[index];
             continue;
         }
-        shown += L"<U+";
-        for (int shift = 12; shift >= 0; shift -= 4) {
-            shown += L"0123456789ABCDEF"[(text[index] >> shift) & 0xF];
-        }
-        shown += L">";
+        shown += L"<U+" + HexText(text[index], 4, HexLetters::Capital) + L">";
     }
     return shown;
 }

@@ -1,5 +1,7 @@
 #include "builder/user_features.h"
 
+#include "base/ascii.h"
+#include "base/guid_text.h"
 #include "builder/build_names.h"
 #include "builder/incomplete_additions.h"
 #include "builder/named_table.h"
@@ -68,7 +70,7 @@ bool IsFurtherFeatureName(const CString& feature)
     }
     const CString digits = feature.Mid(length);
     for (int index = 0; index < digits.GetLength(); ++index) {
-        if (digits[index] < L'0' || digits[index] > L'9') {
+        if (!IsAsciiDigit(digits[index])) {
             return false;
         }
     }

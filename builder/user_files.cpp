@@ -1,5 +1,7 @@
 #include "builder/user_files.h"
 
+#include "base/ascii.h"
+#include "base/guid_text.h"
 #include "builder/build_names.h"
 #include "builder/media_numbers.h"
 #include "builder/named_table.h"
@@ -185,7 +187,7 @@ bool IsUserCabinet(const CString& fileName)
         return false;
     }
     for (int index = 4; index < 8; ++index) {
-        if (fileName[index] < L'0' || fileName[index] > L'9') {
+        if (!IsAsciiDigit(fileName[index])) {
             return false;
         }
     }

@@ -5,7 +5,6 @@
 #include "frame/file_path.h"
 #include "frame/folder_browser.h"
 #include "frame/folder_check.h"
-#include "frame/guid_text.h"
 #include "frame/host_name.h"
 #include "frame/path_rules.h"
 #include "frame/pattern.h"

@@ -1,5 +1,5 @@
 #include "frame/path_rules.h"
-#include "frame/guid_rules.h"
+#include "base/guid_text.h"
 #include "fuzz/wide_input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)

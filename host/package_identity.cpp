@@ -1,5 +1,6 @@
 #include "host/package_identity.h"
 
+#include "base/guid_text.h"
 #include "builder/product_identity.h"
 #include "builder/shown_text.h"
 #include "host/host_messages.h"

@@ -1,16 +1,17 @@
 #include "host/property_names.h"
 
+#include "base/ascii.h"
+
 namespace {
 
 bool IsLetter(wchar_t character)
 {
-    return (character >= L'A' && character <= L'Z') || (character >= L'a' && character <= L'z') ||
-           character == L'_';
+    return IsAsciiLetter(character) || character == L'_';
 }
 
 bool Continues(wchar_t character)
 {
-    return IsLetter(character) || (character >= L'0' && character <= L'9') || character == L'.';
+    return IsLetter(character) || IsAsciiDigit(character) || character == L'.';
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "host/setup_description.h"
 
+#include "base/ascii.h"
 #include "base/name_rules.h"
 #include "host/host_messages.h"
 #include "host/xml_limits.h"

@@ -1,6 +1,8 @@
 #include "host/single_package_media.h"
 
+#include "base/guid_text.h"
 #include "base/name_rules.h"
+#include "base/number_text.h"
 #include "builder/product_identity.h"
 #include "builder/shown_text.h"
 #include "host/files.h"
@@ -20,12 +22,8 @@ CString LanguageName(const CString& summaryTemplate)
 {
     // `platform;language,language`; 0 is the neutral language.
     const CString languages = summaryTemplate.Mid(summaryTemplate.Find(L';') + 1);
-    unsigned int id = 0;
-    for (int index = 0; index < languages.GetLength() && languages[index] >= L'0' &&
-                        languages[index] <= L'9' && id < 0x10000;
-         ++index) {
-        id = id * 10 + static_cast<unsigned int>(languages[index] - L'0');
-    }
+    int end = 0;
+    const auto id = static_cast<LCID>(ReadDigits(languages, end, 0xFFFF));
     wchar_t name[LOCALE_NAME_MAX_LENGTH] = {};
     if (id == 0 || id > 0xFFFF || LCIDToLocaleName(id, name, LOCALE_NAME_MAX_LENGTH, 0) == 0) {
         return L"en-US";

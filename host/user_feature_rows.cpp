@@ -1,5 +1,6 @@
 #include "host/user_feature_rows.h"
 
+#include "base/guid_text.h"
 #include "builder/incomplete_additions.h"
 #include "builder/user_features.h"
 #include "installer/database.h"

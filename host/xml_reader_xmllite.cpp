@@ -1,3 +1,5 @@
+#include "base/ascii.h"
+
 // The front end of Windows builds: XmlLite, with document type declarations prohibited.
 #include "host/xml_events.h"
 
@@ -45,15 +47,6 @@ bool MustTravel(std::uint32_t letter)
     return letter >= 0x80 || letter == TRAVEL_MARK || letter == '\t' || letter == '\n' || letter == '\r';
 }
 
-// -1 for any other unit.
-int HexDigit(int unit)
-{
-    return unit >= '0' && unit <= '9'   ? unit - '0'
-           : unit >= 'A' && unit <= 'F' ? unit - 'A' + 10
-           : unit >= 'a' && unit <= 'f' ? unit - 'a' + 10
-                                        : -1;
-}
-
 // The bytes of `&#nn;` or `&#xnn;` and the letter that it stands for; 0 for anything else, which is the parser's to judge.
 std::size_t ReadReference(std::string_view text, std::size_t start, std::uint32_t& letter)
 {
@@ -66,7 +59,7 @@ std::size_t ReadReference(std::string_view text, std::size_t start, std::uint32_
     std::uint32_t number = 0;
     std::size_t place = first;
     for (; place < text.size() && number <= 0x10FFFF; ++place) {
-        const int digit = HexDigit(text[place]);
+        const int digit = HexDigitValue(static_cast<unsigned char>(text[place]));
         if (digit < 0 || digit >= base) {
             break;
         }

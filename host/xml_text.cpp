@@ -1,5 +1,7 @@
 #include "host/xml_text.h"
 
+#include "base/number_text.h"
+
 #include <algorithm>
 
 namespace {
@@ -26,20 +28,9 @@ bool IsSpecialUnit(const CString& text, int index)
     return IsLowSurrogate(unit) && (index == 0 || !IsHighSurrogate(text[index - 1]));
 }
 
-int HexDigit(wchar_t digit)
-{
-    if (digit >= L'0' && digit <= L'9') {
-        return digit - L'0';
-    }
-    return digit >= L'A' && digit <= L'F' ? digit - L'A' + 10 : -1;
-}
-
 void AppendUnitCode(CString& text, wchar_t unit)
 {
-    text += L"\\u";
-    for (int shift = 12; shift >= 0; shift -= 4) {
-        text += L"0123456789ABCDEF"[(unit >> shift) & 0xF];
-    }
+    text += L"\\u" + HexText(unit, 4, HexLetters::Capital);
 }
 
 void AppendMarkup(CString& text, const CString& value)
@@ -111,18 +102,14 @@ bool UnescapeUnits(const CString& escaped, CString& value)
             value += escaped[index];
             continue;
         }
-        if (index + 5 >= escaped.GetLength() || escaped[index + 1] != L'u') {
+        if (escaped[index + 1] != L'u') {
             return false;
         }
-        int unit = 0;
-        for (int digit = 2; digit < 6; ++digit) {
-            const int part = HexDigit(escaped[index + digit]);
-            if (part < 0) {
-                return false;
-            }
-            unit = unit * 16 + part;
+        const std::optional<std::uint32_t> unit = ReadHexDigits(escaped, index + 2, 4);
+        if (!unit) {
+            return false;
         }
-        const wchar_t character = static_cast<wchar_t>(unit);
+        const auto character = static_cast<wchar_t>(*unit);
         value.Append(&character, 1);
         index += 5;
     }

@@ -1,7 +1,10 @@
 #include "host/xml_values.h"
 
+#include "base/ascii.h"
 #include "base/character.h"
+#include "base/guid_text.h"
 #include "base/name_rules.h"
+#include "base/number_text.h"
 #include "builder/build_names.h"
 #include "builder/product_identity.h"
 #include "host/host_messages.h"
@@ -10,42 +13,6 @@
 
 #include <algorithm>
 #include <set>
-
-namespace {
-
-bool IsPlainLetter(wchar_t unit)
-{
-    return (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z');
-}
-
-bool IsPlainDigit(wchar_t unit)
-{
-    return unit >= L'0' && unit <= L'9';
-}
-
-bool ParseNumber(const CString& text, int least, int most, int& number)
-{
-    const bool negative = text[0] == L'-';
-    long long value = 0;
-    const int first = negative ? 1 : 0;
-    if (text.GetLength() == first || text.GetLength() > 11) {
-        return false;
-    }
-    for (int index = first; index < text.GetLength(); ++index) {
-        if (!IsPlainDigit(text[index])) {
-            return false;
-        }
-        value = value * 10 + (text[index] - L'0');
-    }
-    value = negative ? -value : value;
-    if (value < least || value > most) {
-        return false;
-    }
-    number = static_cast<int>(value);
-    return true;
-}
-
-} // namespace
 
 bool IsLocaleName(const CString& text)
 {
@@ -61,7 +28,7 @@ bool IsLocaleName(const CString& text)
             return false;
         }
         for (int index = start; index < end; ++index) {
-            if (!IsPlainLetter(text[index]) && (part == 0 || !IsPlainDigit(text[index]))) {
+            if (!IsAsciiLetter(text[index]) && (part == 0 || !IsAsciiDigit(text[index]))) {
                 return false;
             }
         }
@@ -173,12 +140,12 @@ CString CXmlValues::ReadOptionalAnyValue(const wchar_t* name, int limit)
 int CXmlValues::ReadNumber(const wchar_t* name, int least, int most)
 {
     const CString text = ReadRequired(name);
-    int number = least;
-    if (!ParseNumber(text, least, most, number)) {
+    const std::optional<long long> number = ReadWholeNumber(text, least, most);
+    if (!number) {
         Fail(
             HostSentence(HostText::ValueNotNumber, {name, Shown(text), NumberText(least), NumberText(most)}));
     }
-    return number;
+    return static_cast<int>(number.value_or(least));
 }
 
 int CXmlValues::ReadOptionalNumber(const wchar_t* name, int least, int most, int otherwise)

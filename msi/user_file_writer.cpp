@@ -1,7 +1,6 @@
 #include "msi/user_file_writer.h"
 
-#include "frame/guid_rules.h"
-#include "frame/guid_text.h"
+#include "base/guid_text.h"
 #include "msi/msi_rows.h"
 #include "msi/statement_text.h"
 

@@ -1,5 +1,7 @@
 #include "online/notice_settings.h"
 
+#include "base/number_text.h"
+
 namespace {
 
 constexpr wchar_t UPDATES[] = L"ZOLT_PATCHRELAY_ENABLE";
@@ -33,24 +35,15 @@ bool LoadCustomFeeds(IPropertyStore& store)
            store.Read(CUSTOM_FEEDS_MARK).CompareNoCase(BooleanText(true)) == 0;
 }
 
-int LeadingNumber(const CString& text, int index)
-{
-    constexpr int LARGE = 1000; // beyond it the number is the same to everybody
-    int number = 0;
-    for (; text[index] >= L'0' && text[index] <= L'9'; ++index) {
-        number = number >= LARGE ? LARGE : number * 10 + (text[index] - L'0');
-    }
-    return number;
-}
-
 } // namespace
 
 int UpdateSourceOf(const CString& value)
 {
     CString digits = value.Mid(1); // whatever stands in front, not only "#"
     digits.TrimLeft();
-    const int number = LeadingNumber(digits, digits[0] == L'+' ? 1 : 0);
-    return number == UPDATE_SOURCE_LIST + 1 ? UPDATE_SOURCE_LIST : UPDATE_SOURCE_MAKER;
+    int start = digits[0] == L'+' ? 1 : 0;
+    return ReadDigits(digits, start, UPDATE_SOURCE_COUNT) == UPDATE_SOURCE_LIST + 1 ? UPDATE_SOURCE_LIST
+                                                                                    : UPDATE_SOURCE_MAKER;
 }
 
 CString UpdateSourceText(bool updatesOn, int source)

@@ -1,5 +1,7 @@
 #include "setup/answers_file.h"
 
+#include "base/ascii.h"
+
 #include <string_view>
 
 namespace {
@@ -25,7 +27,7 @@ bool IsWord(const CString& text)
     }
     for (int index = 1; index < text.GetLength(); ++index) {
         const wchar_t character = text[index];
-        if (!IsSmallLetter(character) && !(character >= L'0' && character <= L'9') && character != L'_') {
+        if (!IsSmallLetter(character) && !IsAsciiDigit(character) && character != L'_') {
             return false;
         }
     }

@@ -1,5 +1,7 @@
 #include "setup/command_line.h"
 
+#include "base/number_text.h"
+
 namespace {
 
 // An option with a text of its own, and where the text goes.
@@ -69,14 +71,7 @@ CString StoreText(const TextOption& option, const CString& text, CommandLine& li
 // 0 for a text that is no number from 1 to the longest limit.
 unsigned int ParseSeconds(const CString& text)
 {
-    unsigned int seconds = 0;
-    for (int index = 0; index < text.GetLength(); ++index) {
-        if (text[index] < L'0' || text[index] > L'9' || seconds > LONGEST_QUIET_SECONDS) {
-            return 0;
-        }
-        seconds = seconds * 10 + static_cast<unsigned int>(text[index] - L'0');
-    }
-    return seconds <= LONGEST_QUIET_SECONDS ? seconds : 0;
+    return static_cast<unsigned int>(ReadWholeNumber(text, 1, LONGEST_QUIET_SECONDS).value_or(0));
 }
 
 CString CheckQuietLimit(const CString& text)

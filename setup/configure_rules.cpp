@@ -1,5 +1,6 @@
 #include "setup/configure_rules.h"
 
+#include "base/number_text.h"
 #include "include/page_table.h"
 
 #include <algorithm>
@@ -12,21 +13,6 @@ constexpr int FARTHEST = 1000000; // no screen's corner lies farther out
 int MoveInto(int start, int length, int first, int last)
 {
     return std::max(std::min(start, last - length), first);
-}
-
-// A number at the start of the text and nothing behind it.
-bool ReadWholeNumber(const CString& text, int& number)
-{
-    const int first = !text.IsEmpty() && text[0] == L'-' ? 1 : 0;
-    int value = 0;
-    for (int index = first; index < text.GetLength(); ++index) {
-        if (text[index] < L'0' || text[index] > L'9' || value > FARTHEST) {
-            return false;
-        }
-        value = value * 10 + (text[index] - L'0');
-    }
-    number = first ? -value : value;
-    return text.GetLength() > first && value <= FARTHEST;
 }
 
 } // namespace
@@ -91,12 +77,12 @@ CString CornerText(const ScreenCorner& corner)
 bool ReadCorner(const CString& text, ScreenCorner& corner)
 {
     const int comma = text.Find(L',');
-    ScreenCorner read;
-    if (comma < 0 || !ReadWholeNumber(text.Left(comma), read.x) ||
-        !ReadWholeNumber(text.Mid(comma + 1), read.y)) {
+    const auto x = ReadWholeNumber(text.Left(comma), -FARTHEST, FARTHEST);
+    const auto y = ReadWholeNumber(text.Mid(comma + 1), -FARTHEST, FARTHEST);
+    if (comma < 0 || !x || !y) {
         return false;
     }
-    corner = read;
+    corner = {static_cast<int>(*x), static_cast<int>(*y)};
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "setup/run_end_rules.h"
 
+#include "base/number_text.h"
+
 namespace {
 
 constexpr std::uint64_t LONGEST_LOOK_MILLISECONDS = 10000; // between two looks; 200 is usual
@@ -23,20 +25,16 @@ constexpr Fault FAULTS[] = {
     {FAULT_ABORT, L"abort"},
 };
 
-CString HexText(std::uint64_t number, int digits)
+CString CodeText(std::uint64_t number, int digits)
 {
-    CString text;
-    for (; number != 0 || digits > 0; number /= 16, --digits) {
-        text = CString(L"0123456789ABCDEF"[number % 16], 1) + text;
-    }
-    return L"0x" + text;
+    return L"0x" + HexText(number, digits, HexLetters::Capital);
 }
 
 } // namespace
 
 CString FaultText(std::uint32_t code)
 {
-    const CString number = HexText(code, 8);
+    const CString number = CodeText(code, 8);
     for (const Fault& fault : FAULTS) {
         if (fault.code == code) {
             return CString(fault.name) + L" (" + number + L")";
@@ -47,7 +45,7 @@ CString FaultText(std::uint32_t code)
 
 CString PlaceText(const CString& library, std::uint64_t offset)
 {
-    return library.IsEmpty() ? L"address " + HexText(offset, 1) : library + L"+" + HexText(offset, 1);
+    return library.IsEmpty() ? L"address " + CodeText(offset, 1) : library + L"+" + CodeText(offset, 1);
 }
 
 void CRunSteps::Add(const CString& line)

@@ -1,5 +1,7 @@
 #include "slimhtml/file_rules.h"
 
+#include "base/ascii.h"
+
 #include <algorithm>
 #include <cstring>
 #include <vector>
@@ -35,25 +37,14 @@ int BigEndian32(const unsigned char* bytes) noexcept
     return static_cast<int>(std::min<std::uint32_t>(value, 0x7FFFFFFF));
 }
 
-int HexadecimalDigit(wchar_t unit) noexcept
-{
-    if (unit >= L'0' && unit <= L'9') {
-        return unit - L'0';
-    }
-    if (unit >= L'a' && unit <= L'f') {
-        return unit - L'a' + 10;
-    }
-    return unit >= L'A' && unit <= L'F' ? unit - L'A' + 10 : -1;
-}
-
 CString ResolvePercents(const CString& source)
 {
     std::vector<char> bytes;
     AppendUtf8(bytes, source);
     std::vector<char> resolved;
     for (std::size_t at = 0; at < bytes.size(); ++at) {
-        const int high = bytes[at] == '%' && at + 2 < bytes.size() ? HexadecimalDigit(bytes[at + 1]) : -1;
-        const int low = high >= 0 ? HexadecimalDigit(bytes[at + 2]) : -1;
+        const int high = bytes[at] == '%' && at + 2 < bytes.size() ? HexDigitValue(bytes[at + 1]) : -1;
+        const int low = high >= 0 ? HexDigitValue(bytes[at + 2]) : -1;
         if (low < 0) {
             resolved.push_back(bytes[at]);
             continue;

@@ -1,5 +1,6 @@
 #include "slimhtml/html_colors.h"
 
+#include "base/ascii.h"
 #include "base/character.h"
 
 #include <algorithm>
@@ -31,15 +32,6 @@ HtmlColor RedLast(HtmlColor color) noexcept
     return (color & 0x00FF00) | (color >> 16) | ((color & 0xFF) << 16);
 }
 
-int HexadecimalDigit(wchar_t unit) noexcept
-{
-    if (unit >= L'0' && unit <= L'9') {
-        return unit - L'0';
-    }
-    const wchar_t lower = unit < 0x80 ? LowerCase(unit) : unit;
-    return lower >= L'a' && lower <= L'f' ? lower - L'a' + 10 : -1;
-}
-
 HtmlColor ParseDigits(const CString& text, int first) noexcept
 {
     const int count = text.GetLength() - first;
@@ -48,7 +40,7 @@ HtmlColor ParseDigits(const CString& text, int first) noexcept
     }
     HtmlColor color = 0;
     for (int index = first; index < text.GetLength(); ++index) {
-        const int digit = HexadecimalDigit(text[index]);
+        const int digit = HexDigitValue(text[index]);
         if (digit < 0) {
             return noHtmlColor;
         }

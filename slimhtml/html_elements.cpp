@@ -1,5 +1,6 @@
 #include "slimhtml/html_elements.h"
 
+#include "base/number_text.h"
 #include "slimhtml/html_colors.h"
 
 #include <algorithm>
@@ -202,12 +203,10 @@ int ParseHtmlNumber(const CString* text, int fallback) noexcept
     }
     const bool bNegative = (*text)[at] == L'-';
     at += bNegative || (*text)[at] == L'+' ? 1 : 0;
-    if ((*text)[at] < L'0' || (*text)[at] > L'9') {
+    const int first = at;
+    const int number = static_cast<int>(std::min<std::uint64_t>(ReadDigits(*text, at, most), most));
+    if (at == first) {
         return fallback;
-    }
-    int number = 0;
-    for (; (*text)[at] >= L'0' && (*text)[at] <= L'9'; ++at) {
-        number = std::min(number * 10 + ((*text)[at] - L'0'), most);
     }
     return bNegative ? -number : number;
 }

@@ -1,5 +1,7 @@
 #include "slimhtml/html_entities.h"
 
+#include "base/ascii.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -52,19 +54,12 @@ constexpr std::uint32_t lastPoint = 0x10FFFF;
 
 bool IsAsciiLetterOrDigit(wchar_t unit) noexcept
 {
-    return (unit >= L'0' && unit <= L'9') || (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z');
+    return IsAsciiLetter(unit) || IsAsciiDigit(unit);
 }
 
 int DigitValue(wchar_t unit, int base) noexcept
 {
-    int value = -1;
-    if (unit >= L'0' && unit <= L'9') {
-        value = unit - L'0';
-    } else if (unit >= L'a' && unit <= L'f') {
-        value = unit - L'a' + 10;
-    } else if (unit >= L'A' && unit <= L'F') {
-        value = unit - L'A' + 10;
-    }
+    const int value = HexDigitValue(unit);
     return value < base ? value : -1;
 }
 

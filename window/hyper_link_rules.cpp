@@ -1,6 +1,7 @@
 #include "window/hyper_link_rules.h"
 
 #include "base/character.h"
+#include "base/number_text.h"
 
 namespace {
 
@@ -30,15 +31,10 @@ int FindTag(const CString& text, const wchar_t* tag, int start) noexcept
 // Reads a number from 0 to 255 at `index` and moves behind it.
 std::optional<std::uint32_t> ReadColorPart(const CString& text, int& index) noexcept
 {
-    std::uint32_t number = 0;
+    constexpr std::uint64_t MOST = 255;
     const int start = index;
-    for (; text[index] >= L'0' && text[index] <= L'9'; ++index) {
-        number = number * 10 + static_cast<std::uint32_t>(text[index] - L'0');
-        if (number > 255) {
-            return std::nullopt;
-        }
-    }
-    return index == start ? std::nullopt : std::optional(number);
+    const std::uint64_t number = ReadDigits(text, index, MOST);
+    return index == start || number > MOST ? std::nullopt : std::optional(static_cast<std::uint32_t>(number));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "frame/guid_rules.h"
+#include "base/guid_text.h"
 #include "frame/shared_helpers.h"
 #include "tests/frame/frame_fixture.h"
 

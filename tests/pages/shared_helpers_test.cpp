@@ -1,4 +1,5 @@
 // The helpers that all pages share, where they stand on the system: error texts, boxes, the picker, names, GUIDs.
+#include "base/guid_text.h"
 #include "frame/shared_helpers.h"
 
 #include "automation/folder_picker.h"

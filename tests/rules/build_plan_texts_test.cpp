@@ -102,16 +102,6 @@ TEST(PlanTexts, OnlyDisplayOptionsOfTheInstallerAreFit)
     }
 }
 
-TEST(ProductIdentity, AGuidHasBracesHyphensAndHexadecimalDigits)
-{
-    EXPECT_TRUE(IsBracedGuid(L"{6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7a11}"));
-    for (const wchar_t* text :
-         {L"", L"{6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A1}", L"{6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A1G}",
-          L"{6F0C2A0C 9A3B-4D53-8B4A-0E2F5D0B7A11}", L"(6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A11)"}) {
-        EXPECT_FALSE(IsBracedGuid(text)) << Utf8(text);
-    }
-}
-
 TEST(ProductIdentity, AVersionIsOneToFourNumbers)
 {
     for (const wchar_t* text : {L"0", L"27", L"27.0", L"27.0.1", L"27.0.1.4711", L"2027.0.0"}) {

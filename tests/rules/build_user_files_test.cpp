@@ -418,16 +418,6 @@ TEST_F(FinishedFiles, AVendorsRowOfThePrivateTableIsNoAddition)
     EXPECT_TRUE(FindUserAdditions(database).files.empty());
 }
 
-TEST(UserFiles, KeysAreTheMarkAndAGuidWithUnderscores)
-{
-    EXPECT_TRUE(IsUserKey(UserKey(1)));
-    EXPECT_FALSE(IsUserKey(UserKey(1).Left(40)));
-    EXPECT_FALSE(IsUserKey(UserKey(1) + L"0"));
-    EXPECT_FALSE(IsUserKey(L"TARN_0D7A5C1E-0000_4000_8000_000000000001"));
-    EXPECT_FALSE(IsUserKey(L"TARN_0D7A5C1G_0000_4000_8000_000000000001"));
-    EXPECT_FALSE(IsUserKey(L"BARN_0D7A5C1E_0000_4000_8000_000000000001"));
-}
-
 TEST(UserFiles, CabinetsAreKnownByTheirNamesInAnyCase)
 {
     EXPECT_TRUE(IsUserCabinet(L"TARN0001.cab"));

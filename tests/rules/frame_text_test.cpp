@@ -1,4 +1,3 @@
-#include "frame/guid_rules.h"
 #include "frame/text_rules.h"
 #include "tests/support/text.h"
 
@@ -116,27 +115,4 @@ TEST(TrimTest, ASetNamesTheCharactersThatGo)
     CString right(L"C:\\a\\\\");
     TrimRight(right, L"\\");
     EXPECT_EQ(right, CString(L"C:\\a"));
-}
-
-TEST(GuidTest, AllBracesAtTheEndsAreRemoved)
-{
-    EXPECT_EQ(StripGuidBraces(L"{{a}b}}"), CString(L"a}b"));
-}
-
-TEST(GuidTest, ATarnKeyCarriesItsGuidWithUnderscoresOrHyphens)
-{
-    CString guid;
-    EXPECT_TRUE(GetTarnKeyGuid(L"TARN_01234567_89AB_CDEF_0123_456789ABCDEF", guid));
-    EXPECT_EQ(guid, CString(L"01234567-89AB-CDEF-0123-456789ABCDEF"));
-    EXPECT_TRUE(GetTarnKeyGuid(L"TARN_01234567-89AB-CDEF-0123-456789ABCDEF", guid));
-    EXPECT_EQ(guid, CString(L"01234567-89AB-CDEF-0123-456789ABCDEF"));
-}
-
-TEST(GuidTest, TheTarnPrefixStandsAtTheStartInCapitals)
-{
-    CString guid(L"before");
-    EXPECT_FALSE(GetTarnKeyGuid(L"xTARN_01234567_89AB_CDEF_0123_456789ABCDEF", guid));
-    EXPECT_FALSE(GetTarnKeyGuid(L"tarn_01234567_89AB_CDEF_0123_456789ABCDEF", guid));
-    EXPECT_FALSE(GetTarnKeyGuid(L"", guid));
-    EXPECT_EQ(guid, CString(L"before"));
 }

@@ -1,6 +1,4 @@
-#include "frame/guid_text.h"
-
-#include "frame/guid_rules.h"
+#include "base/guid_text.h"
 
 #include <windows.h>
 
