@@ -46,5 +46,5 @@ bool GetTarnKeyGuid(const CString& text, CString& guid)
 bool IsUserKey(const CString& key)
 {
     CString guid;
-    return key.Find(L'-') < 0 && GetTarnKeyGuid(key, guid) && IsGuidForm(guid);
+    return GetTarnKeyGuid(key, guid) && IsGuidForm(guid);
 }

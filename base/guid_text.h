@@ -19,7 +19,8 @@ inline constexpr wchar_t TARN_KEY_PREFIX[] = L"TARN_";
 // begin with the prefix.
 [[nodiscard]] bool GetTarnKeyGuid(const CString& text, CString& guid);
 
-// True for the key of a row that a user added: 41 characters, "TARN_" and a GUID with underscores.
+// True for the key of a row that a user added: 41 characters, "TARN_" and a GUID with underscores. Hyphens count too, as
+// in IsTarnGuidKey, so that the pages and the builder take the same rows for a user's.
 [[nodiscard]] bool IsUserKey(const CString& key);
 
 // ---- those that the system makes or judges; not on builds without Windows ---------------------------------------
