@@ -1,10 +1,10 @@
 #include "builder/file_operations.h"
 
+#include "base/system_text.h"
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
 #include "builder/file_fault.h"
 #include "builder/link_rule.h"
-#include "builder/system_text.h"
 
 namespace {
 
@@ -284,7 +284,7 @@ void RequireNothingOpenBelow(const CString& path)
 
 CString ReasonFor(unsigned int code, const CString& path)
 {
-    CString reason = SystemText(code).TrimRight(L".");
+    CString reason = FindSystemSentence(code).TrimRight(L".");
     ULARGE_INTEGER free = {};
     const CString folder = FolderAbove(path);
     if ((code == ERROR_DISK_FULL || code == ERROR_HANDLE_DISK_FULL) &&

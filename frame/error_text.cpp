@@ -1,6 +1,6 @@
 #include "frame/error_text.h"
 
-#include "base/handle.h"
+#include "base/system_text.h"
 #include "frame/resource_library.h"
 #include "frame/resource_text.h"
 #include "include/lang_mgr.h"
@@ -10,18 +10,6 @@ namespace {
 
 constexpr DWORD USER_LANGUAGE = 1024;
 constexpr int RESOURCE_TEXT_CAPACITY = 2048;
-
-// Empty when the system has no text for the code in that language.
-CString FindSystemText(DWORD code, DWORD language)
-{
-    wchar_t* text = nullptr;
-    const DWORD flags =
-        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
-    const DWORD length =
-        ::FormatMessageW(flags, nullptr, code, language, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
-    const CLocalOwner owner(text);
-    return length > 0 ? CString(text, static_cast<int>(length)) : CString();
-}
 
 CString FindSetupText(DWORD code, HMODULE resources)
 {

@@ -1,6 +1,7 @@
 #include "host/files.h"
 
 #include "base/handle.h"
+#include "base/system_text.h"
 #include "builder/link_rule.h"
 #include "host/host_messages.h"
 
@@ -82,13 +83,7 @@ bool IsFolder(const CString& path)
 
 CString SystemReason(unsigned int code)
 {
-    CString text;
-    wchar_t* buffer = text.GetBuffer(512);
-    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                                        code, 0, buffer, 512, nullptr);
-    text.ReleaseBuffer(static_cast<int>(length));
-    text.Trim();
-    text.TrimRight(L".");
+    const CString text = FindSystemSentence(code).TrimRight(L".");
     return text.IsEmpty() ? L"code " + NumberText(code) : text + L", code " + NumberText(code);
 }
 

@@ -1,5 +1,6 @@
 #include "host/host_messages.h"
 
+#include "base/fill_text.h"
 #include "include/setup_enums.h"
 
 namespace {
@@ -171,17 +172,7 @@ const wchar_t* FindSentence(HostText id)
 
 CString HostSentence(HostText id, std::initializer_list<CString> arguments)
 {
-    CString result;
-    for (const wchar_t* next = FindSentence(id); *next != 0; ++next) {
-        const std::size_t index = static_cast<std::size_t>(next[1] - L'1');
-        if (*next == L'%' && next[1] >= L'1' && index < arguments.size()) {
-            result += arguments.begin()[index];
-            ++next;
-        } else {
-            result += *next;
-        }
-    }
-    return result;
+    return FillText(FindSentence(id), arguments);
 }
 
 CString PlatformText(int platform)

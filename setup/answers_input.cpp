@@ -1,6 +1,7 @@
 #include "setup/answers_input.h"
 
 #include "base/handle.h"
+#include "base/system_text.h"
 #include "setup/paths.h"
 #include "setup/resource.h"
 #include "setup/texts.h"

@@ -1,5 +1,6 @@
 #include "setup/build_dialog.h"
 
+#include "base/system_text.h"
 #include "setup/exit_codes.h"
 #include "setup/program_icon.h"
 #include "setup/progress_rules.h"

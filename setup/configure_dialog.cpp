@@ -1,6 +1,7 @@
 #include "setup/configure_dialog.h"
 
 #include "base/scope_exit.h"
+#include "base/system_text.h"
 #include "include/navigation.h"
 #include "include/product.h"
 #include "include/resource_ids.h"

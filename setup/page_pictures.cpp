@@ -1,6 +1,7 @@
 #include "setup/page_pictures.h"
 
 #include "automation/picture.h"
+#include "base/system_text.h"
 #include "setup/paths.h"
 #include "setup/resource.h"
 #include "setup/run_log.h"

@@ -1,5 +1,6 @@
 #include "setup/paths.h"
 
+#include "base/system_text.h"
 #include "setup/texts.h"
 
 #include <windows.h>

@@ -1,5 +1,6 @@
 #include "setup/program_libraries.h"
 
+#include "base/system_text.h"
 #include "setup/resource.h"
 #include "setup/texts.h"
 

@@ -1,5 +1,6 @@
 #include "setup/run_guard.h"
 
+#include "base/system_text.h"
 #include "setup/exit_codes.h"
 #include "setup/paths.h"
 #include "setup/resource.h"

@@ -1,9 +1,10 @@
 #include "setup/run_log.h"
 
 #include "base/handle.h"
+#include "base/system_text.h"
 #include "host/setup_host.h"
-#include "setup/fill_text.h"
 #include "setup/run_record.h"
+#include "setup/text_forms.h"
 #include "setup/texts.h"
 
 #include <string>

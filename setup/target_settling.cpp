@@ -1,8 +1,8 @@
 #include "setup/target_settling.h"
 
 #include "setup/exit_codes.h"
-#include "setup/fill_text.h"
 #include "setup/resource.h"
+#include "setup/text_forms.h"
 #include "setup/texts.h"
 #include "window/wait_cursor.h"
 

@@ -1,7 +1,6 @@
 #include "setup/texts.h"
 
-#include "base/handle.h"
-#include "setup/fill_text.h"
+#include "base/fill_text.h"
 #include "window/module.h"
 
 namespace {
@@ -25,17 +24,4 @@ CString PageText(unsigned int id)
 {
     const HMODULE library = GetModuleHandleW(L"WizText.dll");
     return library ? LoadText(library, id) : CString();
-}
-
-CString SystemErrorText(unsigned long code)
-{
-    wchar_t* text = nullptr;
-    const DWORD length = FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM |
-                                            FORMAT_MESSAGE_IGNORE_INSERTS,
-                                        nullptr, code, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
-    const CLocalOwner owner(text);
-    if (length == 0) {
-        return L"error " + NumberText(static_cast<long long>(code));
-    }
-    return CString(text, static_cast<int>(length)).TrimRight();
 }

@@ -1,4 +1,4 @@
-// The program's own texts, those of the pages, and the system's words for its errors.
+// The program's own texts, and those of the pages.
 #pragma once
 
 #include "base/string.h"
@@ -10,7 +10,3 @@ CString SetupText(unsigned int id, std::initializer_list<CString> arguments = {}
 
 // A text of the pages' resource library, which the host holds; empty when there is none.
 CString PageText(unsigned int id);
-
-// The system's sentence for an error code, in the user's language and without a line end; the bare number when it has
-// no words for it.
-CString SystemErrorText(unsigned long code);

@@ -11,8 +11,8 @@
 #include "setup/box_rules.h"
 #include "setup/configure_dialog.h"
 #include "setup/exit_codes.h"
-#include "setup/fill_text.h"
 #include "setup/run_record.h"
+#include "setup/text_forms.h"
 #include "setup/texts.h"
 
 namespace {

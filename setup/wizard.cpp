@@ -1,5 +1,6 @@
 #include "setup/wizard.h"
 
+#include "base/system_text.h"
 #include "include/navigation.h"
 #include "include/page_table.h"
 #include "include/product.h"

@@ -2,9 +2,9 @@
 
 #include "automation/message_box.h"
 #include "automation/window_finder.h"
+#include "base/fill_text.h"
 #include "base/handle.h"
 #include "include/resource_ids.h"
-#include "setup/fill_text.h"
 #include "setup/resource.h"
 #include "tests/support/resource_strings.h"
 

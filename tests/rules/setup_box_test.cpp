@@ -1,6 +1,6 @@
 #include "include/resource_ids.h"
 #include "setup/box_rules.h"
-#include "setup/fill_text.h"
+#include "setup/text_forms.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
@@ -84,21 +84,6 @@ TEST(SetupBoxes, AnotherPagesBoxesDoNotCount)
 {
     const PageAnswers page = BeginAnswers();
     EXPECT_EQ(JudgeBox(L"contact", &page, L"Replace \"x\"?", true, LoadText).pBox, nullptr);
-}
-
-TEST(SetupTexts, HolesTakeTheirArgumentsInAnyOrder)
-{
-    EXPECT_EQ(FillText(L"%2 of %1", {L"a", L"b"}), CString(L"b of a"));
-}
-
-TEST(SetupTexts, WhatIsFilledInIsNotLookedAtAgain)
-{
-    EXPECT_EQ(FillText(L"%1 %2", {L"%2", L"x"}), CString(L"%2 x"));
-}
-
-TEST(SetupTexts, PercentSignsAndHolesWithoutArgumentsStay)
-{
-    EXPECT_EQ(FillText(L"%%1 50% %3 %", {L"a"}), CString(L"%1 50% %3 %"));
 }
 
 TEST(SetupTexts, ABoxesLinesBecomeOneWithABlankBetweenThem)

@@ -1,5 +1,6 @@
 #include "tests/setup/configure_fixture.h"
 
+#include "base/system_text.h"
 #include "installer/handle.h"
 #include "msi/msi_property.h"
 #include "setup/configure_rules.h"

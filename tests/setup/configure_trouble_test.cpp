@@ -1,5 +1,6 @@
 // What goes wrong while the dialog is up, what closing it would lose, and where it stands.
 #include "automation/picture.h"
+#include "base/system_text.h"
 #include "setup/texts.h"
 #include "setup/window_place.h"
 #include "tests/setup/configure_fixture.h"

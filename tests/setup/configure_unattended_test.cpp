@@ -1,7 +1,7 @@
 // Runs without a person through the configure dialog: which page a box is blamed on, and with which code the run ends.
 #include "msi/msi_property.h"
 #include "setup/exit_codes.h"
-#include "setup/fill_text.h"
+#include "setup/text_forms.h"
 #include "setup/texts.h"
 #include "tests/setup/configure_fixture.h"
 

@@ -1,4 +1,5 @@
 // What a run reads and writes by itself: its answers file and its log.
+#include "base/system_text.h"
 #include "setup/answers_input.h"
 #include "setup/run_log.h"
 #include "setup/texts.h"

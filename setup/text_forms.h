@@ -1,0 +1,10 @@
+// Texts brought into the form that they are shown in. No window header.
+#pragma once
+
+#include "base/string.h"
+
+// A box's text in one line of output: a blank stands for the line ends between two lines, however many they are.
+CString OneLine(const CString& text);
+
+// A text as HTML shows it: nothing in it is taken for a tag, and its lines stay lines.
+CString HtmlText(const CString& text);
