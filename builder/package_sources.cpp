@@ -5,8 +5,10 @@
 #include "builder/build_names.h"
 #include "builder/incomplete_additions.h"
 #include "builder/user_files.h"
-#include "installer/database.h"
 #include "installer/package_layout.h"
+#include "installer/query.h"
+#include "installer/record.h"
+#include "installer/summary.h"
 #include "msi/directory_rules.h"
 
 #include <msiquery.h>

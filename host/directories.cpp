@@ -1,7 +1,10 @@
 #include "host/directories.h"
 
 #include "host/silent_installer.h"
-#include "installer/database.h"
+#include "installer/query.h"
+#include "installer/record.h"
+#include "installer/summary.h"
+#include "msi/msi_property.h"
 
 #include <msiquery.h>
 
@@ -24,22 +27,6 @@ bool CopyPath(const CString& path, wchar_t* buffer, unsigned int* size)
     }
     *size = needed;
     return fits;
-}
-
-using PathCall = UINT(WINAPI*)(MSIHANDLE, LPCWSTR, LPWSTR, LPDWORD);
-
-CString AskSession(MSIHANDLE session, PathCall call, const CString& key)
-{
-    CString path;
-    DWORD length = 0;
-    wchar_t none[1] = {};
-    const UINT result = call(session, key, none, &length);
-    if ((result == ERROR_MORE_DATA || result == ERROR_SUCCESS) && length > 0) {
-        DWORD capacity = length + 1;
-        const UINT second = call(session, key, path.GetBuffer(static_cast<int>(length)), &capacity);
-        path.ReleaseBuffer(second == ERROR_SUCCESS ? -1 : 0);
-    }
-    return path;
 }
 
 unsigned int OpenSession(InstallerHandle database, const CString& packageFolder, CInstallerHandle& session)
@@ -103,7 +90,9 @@ unsigned int CHostDirectoryManager::ResolveBySession(const CString& workFolder)
         return result;
     }
     for (auto& [key, row] : m_rows) {
-        row.sessionTarget = AskSession(session.get(), MsiGetTargetPathW, key);
+        row.sessionTarget.Empty();
+        // A directory without a path here is resolved by its rows.
+        static_cast<void>(GetInstallerText(session.get(), key, row.sessionTarget, MsiGetTargetPathW));
         if (row.sessionTarget.Left(workFolder.GetLength()).CompareNoCase(workFolder) == 0) {
             row.sessionTarget.Empty(); // the working copy's folder is nobody's target
         }

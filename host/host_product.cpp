@@ -9,6 +9,10 @@
 #include "host/user_feature_rows.h"
 #include "include/shortcut_strings.h"
 #include "installer/database.h"
+#include "installer/missing_tables.h"
+#include "installer/query.h"
+#include "installer/record.h"
+#include "installer/summary.h"
 
 #include <msiquery.h>
 
@@ -36,6 +40,10 @@ bool CopyValue(const CString& value, wchar_t* buffer, int* size)
     *size = needed;
     return fits;
 }
+
+// What the pages added, files alone: the key, and where the file comes from.
+constexpr const wchar_t* ADDED_FILES =
+    L"SELECT `Component_`,`SourceFileName` FROM `TarnCustomFile` WHERE `Flags`=0";
 
 int HighestFileSequence(MSIHANDLE database)
 {
@@ -256,13 +264,11 @@ void CHostProduct::AddLanguagePack(std::unique_ptr<CHostProduct> pack)
 std::vector<StoredAddedFile> CHostProduct::ReadAddedFiles() const
 {
     std::vector<StoredAddedFile> files;
-    const unsigned int result = ForEachRow(
-        m_database.get(), L"SELECT `Component_`,`SourceFileName` FROM `TarnCustomFile` WHERE `Flags`=0", {},
-        [&](MSIHANDLE record) {
-            files.push_back({RecordText(record, 1), RecordText(record, 2)});
-            return true;
-        });
-    // A table that can't be read is told by the build, which reads them all.
+    const unsigned int result = ForEachRow(m_database.get(), ADDED_FILES, {}, [&](MSIHANDLE record) {
+        files.push_back({RecordText(record, 1), RecordText(record, 2)});
+        return true;
+    });
+    // A table that can't be read is reported by the build, which reads them all.
     return result == ERROR_SUCCESS ? files : std::vector<StoredAddedFile>();
 }
 
@@ -274,19 +280,14 @@ void CHostProduct::RestoreSources(const std::vector<StoredAddedFile>& files)
     for (const StoredAddedFile& file : files) {
         sources[file.component] = file.source;
     }
-    CInstallerHandle view;
-    if (sources.empty() ||
-        MsiDatabaseOpenViewW(m_database.get(),
-                             L"SELECT `Component_`,`SourceFileName` FROM `TarnCustomFile` WHERE `Flags`=0",
-                             view.put()) != ERROR_SUCCESS ||
-        MsiViewExecute(view.get(), 0) != ERROR_SUCCESS) {
-        return; // with the name alone the build takes the deployment's own copy
+    CQuery query;
+    if (sources.empty() || query.Run(m_database.get(), ADDED_FILES) != ERROR_SUCCESS) {
+        return; // with the name alone the build uses the deployment's own copy
     }
-    for (CInstallerHandle row; MsiViewFetch(view.get(), row.put()) == ERROR_SUCCESS;) {
+    for (CInstallerHandle row; query.Fetch(row) == ERROR_SUCCESS;) {
         const auto source = sources.find(RecordText(row.get(), 1));
-        if (source != sources.end()) {
-            MsiRecordSetStringW(row.get(), 2, source->second);
-            MsiViewModify(view.get(), MSIMODIFY_UPDATE, row.get());
+        if (source != sources.end() && MsiRecordSetStringW(row.get(), 2, source->second) == ERROR_SUCCESS) {
+            static_cast<void>(query.Update(row)); // as above
         }
     }
 }

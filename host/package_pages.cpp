@@ -2,7 +2,8 @@
 
 #include "host/property_names.h"
 #include "include/page_table.h"
-#include "installer/database.h"
+#include "installer/query.h"
+#include "installer/record.h"
 
 #include <msiquery.h>
 

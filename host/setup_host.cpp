@@ -9,6 +9,7 @@
 #include "host/setup_log.h"
 #include "host/work_folder.h"
 #include "installer/database.h"
+#include "installer/query.h"
 
 #include <exception>
 

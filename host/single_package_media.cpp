@@ -13,6 +13,7 @@
 #include "host/xml_limits.h"
 #include "host/xml_values.h"
 #include "installer/database.h"
+#include "installer/summary.h"
 
 #include <msiquery.h>
 

@@ -3,7 +3,8 @@
 #include "base/guid_text.h"
 #include "builder/incomplete_additions.h"
 #include "builder/user_features.h"
-#include "installer/database.h"
+#include "installer/query.h"
+#include "installer/record.h"
 
 #include <set>
 #include <vector>

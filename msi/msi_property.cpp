@@ -1,6 +1,7 @@
 #include "msi/msi_property.h"
 
-#include "installer/handle.h"
+#include "installer/query.h"
+#include "installer/record.h"
 
 #include <cwchar>
 #include <memory>
@@ -9,14 +10,6 @@
 namespace {
 
 constexpr unsigned int TEXT_CAPACITY = 1024; // characters, the closing zero included
-
-// Opens and runs a statement with the record's values, 0 for none. A view stays open for fetching.
-bool RunView(InstallerHandle database, const wchar_t* statement, InstallerHandle record,
-             CInstallerHandle& view)
-{
-    return MsiDatabaseOpenViewW(database, statement, view.put()) == ERROR_SUCCESS &&
-           MsiViewExecute(view.get(), record) == ERROR_SUCCESS;
-}
 
 } // namespace
 
@@ -29,9 +22,9 @@ bool ReadTableValue(InstallerHandle database, const wchar_t* table, const wchar_
     if (length < 0 || length >= static_cast<int>(TEXT_CAPACITY)) {
         return false; // names of this length don't exist
     }
-    CInstallerHandle view;
+    CQuery query;
     CInstallerHandle record;
-    if (!RunView(database, statement, 0, view) || MsiViewFetch(view.get(), record.put()) != ERROR_SUCCESS) {
+    if (query.Run(database, statement) != ERROR_SUCCESS || query.Fetch(record) != ERROR_SUCCESS) {
         return false;
     }
     DWORD size = capacity;
@@ -53,31 +46,18 @@ CString ReadProperty(InstallerHandle database, const wchar_t* name)
 bool WriteProperty(InstallerHandle database, const wchar_t* name, const CString& value)
 {
     CString statement;
-    CInstallerHandle view;
     statement.Format(L"DELETE FROM `Property` WHERE `Property`='%s'", name);
-    static_cast<void>(RunView(database, statement, 0, view)); // there may be no such row
-    view.reset();
-
+    static_cast<void>(RunStatement(database, statement)); // there may be no such row
     statement.Format(L"INSERT INTO `Property` (`Property`,`Value`) VALUES ('%s',?)", name);
-    if (MsiDatabaseOpenViewW(database, statement, view.put()) != ERROR_SUCCESS) {
-        return false;
-    }
-    const CInstallerHandle record(MsiCreateRecord(1));
-    return record && MsiRecordSetStringW(record.get(), 1, value) == ERROR_SUCCESS &&
-           MsiViewExecute(view.get(), record.get()) == ERROR_SUCCESS;
+    return RunStatement(database, statement, {value}) == ERROR_SUCCESS;
 }
 
 bool ReadRecordText(InstallerHandle record, unsigned int column, CString& target)
 {
-    const unsigned int length = MsiRecordDataSize(record, column);
-    if (length == 0) {
+    if (MsiRecordDataSize(record, column) == 0) {
         return true; // a null column keeps the target's text
     }
-    DWORD size = length + 1;
-    const UINT result =
-        MsiRecordGetStringW(record, column, target.GetBuffer(static_cast<int>(length)), &size);
-    target.ReleaseBuffer();
-    return result == ERROR_SUCCESS;
+    return CopyRecordText(record, column, target) == ERROR_SUCCESS;
 }
 
 bool GetInstallerText(InstallerHandle handle, const wchar_t* name, CString& target,

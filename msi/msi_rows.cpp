@@ -1,5 +1,6 @@
 #include "msi/msi_rows.h"
 
+#include "installer/record.h"
 #include "msi/msi_property.h"
 #include "msi/property_references.h"
 #include "msi/record_reader.h"
@@ -14,15 +15,12 @@ void ExpandFromDatabase(InstallerHandle database, CString& text)
                                     [database](const CString& name) { return ReadProperty(database, name); });
 }
 
-bool MakeTextRecord(const CString& text, InstallerHandle& record)
+bool BindText(const CString& text, InstallerHandle& record)
 {
-    record = 0;
-    CInstallerHandle made(MsiCreateRecord(1));
-    if (MsiRecordSetStringW(made.get(), 1, text) != ERROR_SUCCESS) {
-        return false;
-    }
+    CInstallerHandle made;
+    const bool isMade = MakeTextRecord({text}, made) == ERROR_SUCCESS;
     record = made.release();
-    return true;
+    return isMade;
 }
 
 bool NoRecord(InstallerHandle& record)
@@ -50,8 +48,8 @@ CString ShortFormOf(const CString& name)
 bool IMsiWriter::Execute(InstallerHandle database)
 {
     m_strStatement = BuildStatement();
-    CInstallerHandle view;
-    if (MsiDatabaseOpenViewW(database, m_strStatement, view.put()) != ERROR_SUCCESS) {
+    CQuery query;
+    if (query.Open(database, m_strStatement) != ERROR_SUCCESS) {
         return false;
     }
     InstallerHandle made = 0;
@@ -59,7 +57,7 @@ bool IMsiWriter::Execute(InstallerHandle database)
         return false;
     }
     const CInstallerHandle record(made);
-    return MsiViewExecute(view.get(), record.get()) == ERROR_SUCCESS;
+    return query.Execute(record.get()) == ERROR_SUCCESS;
 }
 
 bool IMsiWriter::BuildRecord(InstallerHandle& record)
@@ -72,13 +70,11 @@ bool MsiRowCursor::Next(IMsiReader& row)
     if (m_strQuery.IsEmpty()) {
         return false;
     }
-    if (!m_hView && (MsiDatabaseOpenViewW(m_hDatabase, m_strQuery, m_hView.put()) != ERROR_SUCCESS ||
-                     MsiViewExecute(m_hView.get(), 0) != ERROR_SUCCESS)) {
+    if (!m_query.IsOpen() && m_query.Run(m_hDatabase, m_strQuery) != ERROR_SUCCESS) {
         return false;
     }
     CInstallerHandle record;
-    return MsiViewFetch(m_hView.get(), record.put()) == ERROR_SUCCESS &&
-           row.Read(m_hDatabase, record.get(), m_mask);
+    return m_query.Fetch(record) == ERROR_SUCCESS && row.Read(m_hDatabase, record.get(), m_mask);
 }
 
 // ---- the rows --------------------------------------------------------------------------------------------------------
@@ -107,7 +103,7 @@ CString DirectoryData::BuildStatement()
 
 bool DirectoryData::BuildRecord(InstallerHandle& record)
 {
-    return m_action == MsiRowAction::Delete ? NoRecord(record) : MakeTextRecord(DefaultDir, record);
+    return m_action == MsiRowAction::Delete ? NoRecord(record) : BindText(DefaultDir, record);
 }
 
 bool DirectoryData::Read(InstallerHandle, InstallerHandle record, unsigned int mask)
@@ -174,7 +170,7 @@ CString FileData::BuildStatement()
 
 bool FileData::BuildRecord(InstallerHandle& record)
 {
-    return m_action == MsiRowAction::Insert ? MakeTextRecord(FileName, record) : NoRecord(record);
+    return m_action == MsiRowAction::Insert ? BindText(FileName, record) : NoRecord(record);
 }
 
 bool FileData::Read(InstallerHandle, InstallerHandle record, unsigned int mask)
@@ -199,7 +195,7 @@ CString ShortcutData::BuildStatement()
 
 bool ShortcutData::BuildRecord(InstallerHandle& record)
 {
-    return m_action == MsiRowAction::Delete ? NoRecord(record) : MakeTextRecord(Name, record);
+    return m_action == MsiRowAction::Delete ? NoRecord(record) : BindText(Name, record);
 }
 
 bool ShortcutData::Read(InstallerHandle database, InstallerHandle record, unsigned int mask)
@@ -229,7 +225,7 @@ CString CustomFileData::BuildStatement()
 
 bool CustomFileData::BuildRecord(InstallerHandle& record)
 {
-    return m_action == MsiRowAction::Delete ? NoRecord(record) : MakeTextRecord(SourceFileName, record);
+    return m_action == MsiRowAction::Delete ? NoRecord(record) : BindText(SourceFileName, record);
 }
 
 bool CustomFileData::Read(InstallerHandle, InstallerHandle record, unsigned int mask)

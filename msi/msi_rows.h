@@ -7,7 +7,7 @@
 #pragma once
 
 #include "include/setup_enums.h"
-#include "installer/handle.h"
+#include "installer/query.h"
 #include "msi/row_columns.h"
 #include "msi/row_statements.h"
 
@@ -134,5 +134,5 @@ private:
     CString m_strQuery;
     unsigned int m_mask;
     InstallerHandle m_hDatabase;
-    CInstallerHandle m_hView;
+    CQuery m_query;
 };

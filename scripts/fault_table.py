@@ -22,6 +22,7 @@ AREAS = {
     "pages": ("pages",),
     "online": ("online",),
     "slimhtml": ("slimhtml",),
+    "installer": ("installer",),
     "msi": ("msi",),
     "host": ("host",),
     "builder": ("builder",),

@@ -2,7 +2,7 @@
 
 #include "host/setup_description.h"
 #include "include/product.h"
-#include "installer/database.h"
+#include "installer/query.h"
 
 #include <gtest/gtest.h>
 #include <msiquery.h>

@@ -1,6 +1,5 @@
 // The pages of a package that comes without a description.
 #include "include/ui_manager.h"
-#include "installer/database.h"
 #include "online/notice_settings.h"
 #include "online/resource_settings.h"
 #include "tests/host/package_maker.h"

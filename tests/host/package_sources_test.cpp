@@ -2,6 +2,8 @@
 // added to, each as the only package at its media's root and in a folder of media with a description.
 #include "include/directory_manager.h"
 #include "installer/database.h"
+#include "installer/query.h"
+#include "installer/record.h"
 #include "tests/host/folder_tree.h"
 #include "tests/host/source_packages.h"
 #include "tests/host/through_host.h"

@@ -2,7 +2,8 @@
 #include "tests/host/through_host.h"
 
 #include "host/xml_limits.h"
-#include "installer/database.h"
+#include "installer/query.h"
+#include "installer/record.h"
 #include "tests/host/processor_time.h"
 
 #include <msiquery.h>

@@ -1,8 +1,8 @@
 // The values that travel in a record: every character and every length comes back as it went in.
-#include "installer/database.h"
+#include "installer/query.h"
 #include "msi/msi_property.h"
 #include "msi/msi_rows.h"
-#include "tests/msi/database_fixture.h"
+#include "tests/installer/database_fixture.h"
 
 #include <algorithm>
 
@@ -220,7 +220,8 @@ TEST_P(BoundValueTest, AnEmptyValueIsRefusedExactlyWhereTheColumnMustHaveOne)
     bool allowed = GetParam().empty == Empty::Allowed;
     if (GetParam().empty == Empty::AsTheServiceSays) {
         Run(L"INSERT INTO `Directory` (`Directory`,`DefaultDir`) VALUES ('bare','before')");
-        allowed = RunSql(Database(), L"UPDATE `Directory` SET `DefaultDir`='' WHERE `Directory`='bare'") == 0;
+        allowed =
+            RunStatement(Database(), L"UPDATE `Directory` SET `DefaultDir`='' WHERE `Directory`='bare'") == 0;
     }
     EXPECT_EQ(GetParam().write(Database(), CString()), allowed);
 }
@@ -259,9 +260,9 @@ class CommittedValueTest : public DatabaseTest
 protected:
     void UseUtf8()
     {
-        const ScratchFolder folder(L"codepage");
-        WriteFileBytes(folder + L"codepage.idt", "\r\n\r\n65001\t_ForceCodepage\r\n");
-        CString path = folder;
+        const CTestFolder folder;
+        WriteFileBytes(folder / L"codepage.idt", "\r\n\r\n65001\t_ForceCodepage\r\n");
+        CString path = folder.GetPath();
         path = path.Left(path.GetLength() - 1);
         ASSERT_EQ(MsiDatabaseImportW(Database(), path, L"codepage.idt"), 0u);
     }

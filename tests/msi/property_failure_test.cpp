@@ -1,9 +1,9 @@
 // What the service can refuse, for properties and the texts of records: nothing is read or written, and no handle stays
 // open. Each test of this file ends with the fixture's count of open handles.
-#include "installer/database.h"
+#include "installer/query.h"
 #include "msi/msi_property.h"
-#include "tests/msi/database_fixture.h"
-#include "tests/msi/refusal.h"
+#include "tests/installer/database_fixture.h"
+#include "tests/installer/refusal.h"
 
 #include <algorithm>
 
@@ -52,8 +52,8 @@ TEST_F(PropertyFailureTest, HandleZeroGivesNothing)
 TEST_F(PropertyFailureTest, AClosedDatabaseGivesNothing)
 {
     CInstallerHandle database;
-    const ScratchFolder folder(L"closed");
-    ASSERT_EQ(MsiOpenDatabaseW(folder + L"Zolt.msi", MSIDBOPEN_CREATE, database.put()), 0u);
+    const CTestFolder folder;
+    ASSERT_EQ(MsiOpenDatabaseW(folder / L"Zolt.msi", MSIDBOPEN_CREATE, database.put()), 0u);
     const InstallerHandle closed = database.get();
     database.reset();
     ExpectNothing(closed, L"A");
@@ -114,7 +114,7 @@ TEST_F(PropertyFailureTest, AReadOnlyDatabaseIsReadAndItsFileIsNotWritten)
     ReopenReadOnly();
     EXPECT_EQ(ReadProperty(Database(), L"A"), CString(L"1"));
     const bool serviceTakesIt =
-        RunSql(Database(), L"INSERT INTO `Property` (`Property`,`Value`) VALUES ('C','3')") == 0;
+        RunStatement(Database(), L"INSERT INTO `Property` (`Property`,`Value`) VALUES ('C','3')") == 0;
     EXPECT_EQ(WriteProperty(Database(), L"B", L"2"), serviceTakesIt); // in memory, on Wine
     ReopenFile();
     EXPECT_EQ(Select(L"SELECT * FROM `Property`"), (Rows{{L"A", L"1"}}));
@@ -181,10 +181,10 @@ TEST_F(PropertyFailureTest, AClosedRecordLeavesTheTargetAlone)
 // A stream has a size and is no text. Wine reads it as an empty one without a failure.
 TEST_F(PropertyFailureTest, AStreamIsReadAsTheServiceAnswersAndEmpty)
 {
-    const ScratchFolder folder(L"stream");
-    WriteFileBytes(folder + L"stream.bin", "12345678");
+    const CTestFolder folder;
+    WriteFileBytes(folder / L"stream.bin", "12345678");
     const CInstallerHandle record(MsiCreateRecord(1));
-    ASSERT_EQ(MsiRecordSetStreamW(record.get(), 1, folder + L"stream.bin"), 0u);
+    ASSERT_EQ(MsiRecordSetStreamW(record.get(), 1, folder / L"stream.bin"), 0u);
     ASSERT_GT(MsiRecordDataSize(record.get(), 1), 0u);
     wchar_t buffer[20] = L"";
     DWORD size = 20;

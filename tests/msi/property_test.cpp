@@ -1,10 +1,10 @@
 // Properties and record texts on an open database.
 #include "host/silent_installer.h"
 #include "include/product.h"
-#include "installer/database.h"
 #include "installer/handle.h"
 #include "msi/msi_property.h"
-#include "tests/msi/database_fixture.h"
+#include "tests/host/package_maker.h"
+#include "tests/installer/database_fixture.h"
 
 #include <cwchar>
 #include <memory>
@@ -293,12 +293,12 @@ TEST_F(ProductTextTest, AnUnknownDirectoryKeepsTheTarget)
 
 TEST_F(ProductTextTest, ASessionOfTheServiceAnswersInTheSameShape)
 {
-    ScratchFolder folder(L"session");
-    MakePackage(folder + L"Other.msi");
+    const CTestFolder folder;
+    MakePackage(folder / L"Other.msi");
     const CString value(L's', 1500);
     {
         CInstallerHandle package;
-        ASSERT_EQ(MsiOpenDatabaseW(folder + L"Other.msi", MSIDBOPEN_DIRECT, package.put()), 0u);
+        ASSERT_EQ(MsiOpenDatabaseW(folder / L"Other.msi", MSIDBOPEN_DIRECT, package.put()), 0u);
         ASSERT_TRUE(WriteProperty(package.get(), L"LONG", value));
         const CSilentInstaller silent;
         CInstallerHandle session;

@@ -1,6 +1,7 @@
 // Each statement run on a database, and the table read back.
 #include "msi/msi_rows.h"
-#include "tests/msi/database_fixture.h"
+#include "tests/host/package_maker.h"
+#include "tests/installer/database_fixture.h"
 
 namespace {
 

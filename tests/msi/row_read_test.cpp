@@ -1,6 +1,6 @@
 // Reading rows from records, by mask, and walking queries.
 #include "msi/msi_rows.h"
-#include "tests/msi/database_fixture.h"
+#include "tests/installer/database_fixture.h"
 
 #include <functional>
 #include <initializer_list>

@@ -1,10 +1,11 @@
 // What the service can refuse, for rows: each failure is plain false, and no handle stays open. Each test of this file ends
 // with the fixture's count of open handles.
-#include "installer/database.h"
+#include "installer/query.h"
 #include "msi/msi_property.h"
 #include "msi/msi_rows.h"
-#include "tests/msi/database_fixture.h"
-#include "tests/msi/refusal.h"
+#include "tests/host/package_maker.h"
+#include "tests/installer/database_fixture.h"
+#include "tests/installer/refusal.h"
 
 #include <memory>
 #include <string>

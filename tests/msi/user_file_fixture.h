@@ -5,7 +5,8 @@
 #include "installer/database.h"
 #include "msi/msi_property.h"
 #include "msi/user_file_writer.h"
-#include "tests/msi/database_fixture.h"
+#include "tests/host/package_maker.h"
+#include "tests/installer/database_fixture.h"
 
 #include <algorithm>
 

@@ -155,7 +155,7 @@ TEST_F(BeginBrowse, AFolderThatFailsTheLocationCheckIsToldAndNotShownToTheHost)
     Press(IDC_LOCATION_BROWSE);
     Step(L"select the folder in the picker", [&] { return SelectPickerFolder(picked); });
     Step(L"put a file in the folder's place", [&] {
-        RemoveFolder(picked);
+        RemoveTree(picked);
         WriteFileBytes(picked, "no folder");
         return AcceptPicker();
     });

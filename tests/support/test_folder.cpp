@@ -37,7 +37,7 @@ void WriteFileBytes(const CString& path, const char* bytes)
     ASSERT_TRUE(WriteFile(file.get(), bytes, length, &written, nullptr) && written == length) << Utf8(path);
 }
 
-void RemoveFolder(const CString& path)
+void RemoveTree(const CString& path)
 {
     WIN32_FIND_DATAW data = {};
     {
@@ -51,7 +51,7 @@ void RemoveFolder(const CString& path)
             if (!(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
                 DeleteFileW(full);
             else if (name != CString(L".") && name != CString(L".."))
-                RemoveFolder(full);
+                RemoveTree(full);
         } while (FindNextFileW(search.get(), &data));
     }
     RemoveDirectoryW(path);
@@ -76,7 +76,7 @@ CTestFolder::~CTestFolder()
 {
     // A program that a test started may still stand in the folder for a moment.
     const ULONGLONG deadline = GetTickCount64() + 10000;
-    for (RemoveFolder(m_root); FolderExists(m_root) && GetTickCount64() < deadline; RemoveFolder(m_root))
+    for (RemoveTree(m_root); FolderExists(m_root) && GetTickCount64() < deadline; RemoveTree(m_root))
         SwitchToThread();
     EXPECT_FALSE(FolderExists(m_root)) << Utf8(m_root) << " can't be removed";
 }

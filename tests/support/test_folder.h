@@ -13,7 +13,7 @@ bool FileExists(const CString& path);
 // Creates or replaces a file with these bytes.
 void WriteFileBytes(const CString& path, const char* bytes);
 // Removes a folder with all that is in it, read-only files too; nothing happens when it isn't there.
-void RemoveFolder(const CString& path);
+void RemoveTree(const CString& path);
 
 // A fresh folder below %TEMP% that goes with the object.
 class CTestFolder

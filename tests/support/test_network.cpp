@@ -149,7 +149,7 @@ CTestShare::CTestShare(const wchar_t* server, const wchar_t* share)
 
 CTestShare::~CTestShare()
 {
-    RemoveFolder(m_serverFolder);
+    RemoveTree(m_serverFolder);
 }
 
 CTestDrive::CTestDrive(wchar_t letter, DWORD kind, const char* unixFolder) : m_letter(letter)

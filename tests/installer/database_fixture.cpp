@@ -1,6 +1,8 @@
-#include "tests/msi/database_fixture.h"
+#include "tests/installer/database_fixture.h"
 
-#include "installer/database.h"
+#include "installer/missing_tables.h"
+#include "installer/query.h"
+#include "installer/record.h"
 
 #include <ostream>
 
@@ -46,7 +48,7 @@ void PrintTo(const Rows& rows, std::ostream* stream)
 
 void DatabaseTest::SetUp()
 {
-    ASSERT_EQ(MsiOpenDatabaseW(m_folder + L"Zolt.msi", MSIDBOPEN_CREATE, m_database.put()), 0u);
+    ASSERT_EQ(MsiOpenDatabaseW(m_folder / L"Zolt.msi", MSIDBOPEN_CREATE, m_database.put()), 0u);
     CString failed;
     ASSERT_EQ(AddMissingTables(m_database.get(), failed), 0u) << Utf8(failed);
 }
@@ -59,7 +61,7 @@ void DatabaseTest::TearDown()
 
 void DatabaseTest::Run(const CString& statement)
 {
-    ASSERT_EQ(RunSql(Database(), statement), 0u) << Utf8(statement);
+    ASSERT_EQ(RunStatement(Database(), statement), 0u) << Utf8(statement);
 }
 
 void DatabaseTest::ReopenReadOnly()
@@ -71,5 +73,5 @@ void DatabaseTest::ReopenReadOnly()
 void DatabaseTest::ReopenFile()
 {
     m_database.reset();
-    ASSERT_EQ(MsiOpenDatabaseW(m_folder + L"Zolt.msi", MSIDBOPEN_READONLY, m_database.put()), 0u);
+    ASSERT_EQ(MsiOpenDatabaseW(m_folder / L"Zolt.msi", MSIDBOPEN_READONLY, m_database.put()), 0u);
 }

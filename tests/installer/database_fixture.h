@@ -2,7 +2,7 @@
 #pragma once
 
 #include "installer/handle.h"
-#include "tests/host/package_maker.h"
+#include "tests/support/test_folder.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
@@ -39,6 +39,6 @@ protected:
     void ReopenFile();
 
 private:
-    ScratchFolder m_folder{L"msi"};
+    CTestFolder m_folder;
     CInstallerHandle m_database;
 };
