@@ -59,6 +59,27 @@ int HighestFileSequence(MSIHANDLE database)
     return result == ERROR_SUCCESS ? highest : 0;
 }
 
+// In the order of the keys; those without a row are left out. One walk over the rows, as a query for each key would
+// search the whole table each time.
+bool ReadShortcuts(MSIHANDLE database, const std::vector<CString>& keys, std::vector<ShortcutStrings>& list)
+{
+    std::map<CString, ShortcutStrings> known;
+    const unsigned int result = ForEachRow(
+        database, L"SELECT `Shortcut`,`Name`,`Arguments` FROM `Shortcut`", {}, [&](MSIHANDLE record) {
+            const CString key = RecordText(record, 1);
+            const CString name = RecordText(record, 2);
+            known[key] = {key, name.Mid(name.Find(L'|') + 1), RecordText(record, 3)};
+            return true;
+        });
+    for (const CString& key : keys) {
+        const auto shortcut = known.find(key);
+        if (shortcut != known.end()) {
+            list.push_back(shortcut->second);
+        }
+    }
+    return result == ERROR_SUCCESS;
+}
+
 } // namespace
 
 CHostProduct* FindProductByHandle(InstallerHandle database)
@@ -238,21 +259,12 @@ bool CHostProduct::GetCustomShortcuts(std::vector<ShortcutStrings>& list)
         return true; // none were ever made
     }
     // `next;key;key;...;`: the first piece is a number.
+    std::vector<CString> wanted;
     int start = keys.Find(L';') + 1;
     for (int end; start > 0 && (end = keys.Find(L';', start)) >= 0; start = end + 1) {
-        const CString key = keys.Mid(start, end - start);
-        const unsigned int result =
-            ForEachRow(m_database.get(), L"SELECT `Name`,`Arguments` FROM `Shortcut` WHERE `Shortcut`=?",
-                       {key}, [&](MSIHANDLE record) {
-                           const CString name = RecordText(record, 1);
-                           list.push_back({key, name.Mid(name.Find(L'|') + 1), RecordText(record, 2)});
-                           return false;
-                       });
-        if (result != ERROR_SUCCESS) {
-            return false;
-        }
+        wanted.push_back(keys.Mid(start, end - start));
     }
-    return true;
+    return wanted.empty() || ReadShortcuts(m_database.get(), wanted, list);
 }
 
 void CHostProduct::AddLanguagePack(std::unique_ptr<CHostProduct> pack)

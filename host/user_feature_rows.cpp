@@ -17,9 +17,8 @@ struct Assignment
     CString strComponent;
 };
 
-// Those of further features. One that holds anything but additions is the product's own.
-unsigned int FindFurther(MSIHANDLE database, std::set<CString>& features,
-                         std::vector<Assignment>& assignments)
+// The further features and their components. One that holds anything but additions is the product's own.
+unsigned int FindFurther(MSIHANDLE database, std::set<CString>& features, std::vector<CString>& components)
 {
     unsigned int result = ForEachRow(database, L"SELECT `Feature` FROM `Feature`", {}, [&](MSIHANDLE record) {
         const CString feature = RecordText(record, 1);
@@ -44,7 +43,27 @@ unsigned int FindFurther(MSIHANDLE database, std::set<CString>& features,
     }
     for (const Assignment& assignment : all) {
         if (features.count(assignment.strFeature) != 0) {
-            assignments.push_back(assignment);
+            components.push_back(assignment.strComponent);
+        }
+    }
+    return result;
+}
+
+unsigned int AssignToUserFeature(MSIHANDLE database, const std::vector<CString>& components)
+{
+    CQuery insert; // opened once, as there may be thousands
+    unsigned int result =
+        insert.Open(database, L"INSERT INTO `FeatureComponents` (`Feature_`,`Component_`) VALUES (?,?)");
+    for (const CString& component : components) {
+        CInstallerHandle values;
+        if (result == ERROR_SUCCESS) {
+            result = MakeTextRecord({USER_FEATURE, component}, values);
+        }
+        if (result == ERROR_SUCCESS) {
+            result = insert.Execute(values.get());
+        }
+        if (result == ERROR_SUCCESS) {
+            result = insert.Close();
         }
     }
     return result;
@@ -55,24 +74,16 @@ unsigned int FindFurther(MSIHANDLE database, std::set<CString>& features,
 unsigned int GatherUserFeatures(MSIHANDLE database)
 {
     std::set<CString> features;
-    std::vector<Assignment> assignments;
-    unsigned int result = FindFurther(database, features, assignments);
-    for (const Assignment& assignment : assignments) {
-        if (result == ERROR_SUCCESS) {
-            result = RunStatement(database,
-                                  L"DELETE FROM `FeatureComponents` WHERE `Feature_`=? AND `Component_`=?",
-                                  {assignment.strFeature, assignment.strComponent});
-        }
-        if (result == ERROR_SUCCESS) {
-            result = RunStatement(database,
-                                  L"INSERT INTO `FeatureComponents` (`Feature_`,`Component_`) VALUES (?,?)",
-                                  {USER_FEATURE, assignment.strComponent});
-        }
-    }
+    std::vector<CString> components;
+    unsigned int result = FindFurther(database, features, components);
     for (const CString& feature : features) {
+        if (result == ERROR_SUCCESS) {
+            result = RunStatement(database, L"DELETE FROM `FeatureComponents` WHERE `Feature_`=?", {feature});
+        }
         if (result == ERROR_SUCCESS) {
             result = RunStatement(database, L"DELETE FROM `Feature` WHERE `Feature`=?", {feature});
         }
     }
-    return result;
+    return result == ERROR_SUCCESS && !components.empty() ? AssignToUserFeature(database, components)
+                                                          : result;
 }
