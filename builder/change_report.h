@@ -1,24 +1,10 @@
-// What a database holds, and what differs between two of them. No window header: snapshots are made by
-// database_snapshot.h, compared and told here.
+// What differs between two states of a database, and its report. No window header.
 #pragma once
 
 #include "base/string.h"
+#include "installer/table_snapshot.h"
 
-#include <map>
 #include <vector>
-
-// Values of one row in the order of the table's columns. A stream stands as its size and SHA-256.
-using RowValues = std::vector<CString>;
-
-struct TableSnapshot
-{
-    std::vector<CString> columns;
-    std::vector<CString> columnTypes; // as the service tells them: `s72`, `L255`, `i2`, `V0`
-    int keyColumns = 0;               // the first columns of a table are its primary key
-    std::map<std::vector<CString>, RowValues> rows;
-};
-
-using DatabaseSnapshot = std::map<CString, TableSnapshot>; // by table name
 
 enum class RowChange
 {

@@ -1,11 +1,14 @@
 #include "builder/database_edit.h"
 
+#include "builder/change_report.h"
+#include "installer/query.h"
+
 #include <algorithm>
 #include <cstdlib>
 
 namespace {
 
-// Statements are few and rows are many, so each statement's view is opened once.
+// Statements are few and rows are many, so each statement is opened once.
 class CEditor
 {
 public:
@@ -92,8 +95,7 @@ private:
         const CString what = L"Finishing the rows of the added files in";
         if (!(statement == m_statement)) {
             m_statement.Empty();
-            m_view = CInstallerHandle();
-            CheckInstaller(MsiDatabaseOpenViewW(m_database, statement, m_view.put()), what, m_path);
+            CheckInstaller(m_query.Open(m_database, statement), what, m_path);
             m_statement = statement;
         }
         const CInstallerHandle record(MsiCreateRecord(static_cast<UINT>(values.size())));
@@ -107,8 +109,8 @@ private:
                                           : MsiRecordSetStringW(record.get(), field, value.text),
                            what, m_path);
         }
-        CheckInstaller(MsiViewExecute(m_view.get(), record.get()), what, m_path);
-        CheckInstaller(MsiViewClose(m_view.get()), what, m_path);
+        CheckInstaller(m_query.Execute(record.get()), what, m_path);
+        CheckInstaller(m_query.Close(), what, m_path);
     }
 
     static int ToNumber(const CString& text)
@@ -122,7 +124,7 @@ private:
     MSIHANDLE m_database;
     CString m_path;
     CString m_statement;
-    CInstallerHandle m_view;
+    CQuery m_query;
 };
 
 bool HasStreams(const TableSnapshot& table)

@@ -1,0 +1,176 @@
+#include "installer/snapshot.h"
+
+#include "installer/database.h"
+#include "installer/query.h"
+#include "installer/record.h"
+
+namespace {
+
+constexpr wchar_t STREAMS[] = L"_Streams";
+constexpr wchar_t TABLE_LIST[] = L"the list of tables";
+
+bool IsStreamType(const CString& type)
+{
+    return type.Left(1).CompareNoCase(L"v") == 0;
+}
+
+void Require(unsigned int code, const CString& part)
+{
+    if (code != ERROR_SUCCESS) {
+        throw SnapshotFailure{code, part};
+    }
+}
+
+CString ReadValue(MSIHANDLE record, unsigned int column)
+{
+    CString text;
+    Require(CopyRecordText(record, column, text), L"a value");
+    return text;
+}
+
+// The rows of a query, each to be read whole or not at all.
+class CRowWalk
+{
+public:
+    CRowWalk(MSIHANDLE database, const CString& statement, const CString& part) : m_part(part)
+    {
+        Require(m_query.Run(database, statement), m_part);
+    }
+
+    // False behind the last row.
+    bool Next()
+    {
+        const unsigned int code = m_query.Fetch(m_row);
+        if (code == ERROR_NO_MORE_ITEMS) {
+            return false;
+        }
+        Require(code, m_part);
+        return true;
+    }
+    MSIHANDLE Row() const { return m_row.get(); }
+
+    std::vector<CString> ReadColumns(MSICOLINFO kind)
+    {
+        CInstallerHandle record;
+        Require(m_query.ReadColumns(kind, record), m_part);
+        std::vector<CString> texts;
+        for (UINT column = 1; column <= MsiRecordGetFieldCount(record.get()); ++column) {
+            texts.push_back(ReadValue(record.get(), column));
+        }
+        return texts;
+    }
+
+private:
+    CString m_part;
+    CQuery m_query;
+    CInstallerHandle m_row;
+};
+
+class CSnapshotReader
+{
+public:
+    CSnapshotReader(MSIHANDLE database, const SnapshotCalls& calls) : m_database(database), m_calls(calls) {}
+
+    std::vector<CString> ReadTableNames() const
+    {
+        std::vector<CString> names;
+        for (CRowWalk walk(m_database, L"SELECT `Name` FROM `_Tables`", TABLE_LIST); walk.Next();) {
+            names.push_back(ReadValue(walk.Row(), 1));
+            if (names.back().IsEmpty()) {
+                throw SnapshotFailure{ERROR_INSTALL_PACKAGE_INVALID, CString()};
+            }
+        }
+        return names;
+    }
+
+    TableSnapshot ReadTable(const CString& name) const
+    {
+        const CString part = L"the table " + name;
+        m_calls.poll();
+        CRowWalk walk(m_database, L"SELECT * FROM `" + name + L"`", part);
+        TableSnapshot table;
+        table.columns = walk.ReadColumns(MSICOLINFO_NAMES);
+        table.columnTypes = walk.ReadColumns(MSICOLINFO_TYPES);
+        table.keyColumns = name == STREAMS ? 1 : CountKeys(name);
+        while (walk.Next()) {
+            RowValues values;
+            values.reserve(table.columns.size());
+            for (std::size_t index = 0; index < table.columns.size(); ++index) {
+                const UINT column = static_cast<UINT>(index + 1);
+                values.push_back(IsStreamType(table.columnTypes[index])
+                                     ? DescribeStream(walk.Row(), column, part)
+                                     : ReadValue(walk.Row(), column));
+            }
+            table.rows[{values.begin(), values.begin() + table.keyColumns}] = std::move(values);
+        }
+        return table;
+    }
+
+private:
+    int CountKeys(const CString& name) const
+    {
+        CInstallerHandle record;
+        Require(MsiDatabaseGetPrimaryKeysW(m_database, name, record.put()), L"the keys of the table " + name);
+        return static_cast<int>(MsiRecordGetFieldCount(record.get()));
+    }
+
+    CString DescribeStream(MSIHANDLE record, UINT column, const CString& part) const
+    {
+        if (MsiRecordIsNull(record, column)) {
+            return {};
+        }
+        return m_calls.describeStream([&](void* bytes, std::size_t room) {
+            DWORD read = static_cast<DWORD>(room);
+            Require(MsiRecordReadStream(record, column, static_cast<char*>(bytes), &read), part);
+            m_calls.poll();
+            return static_cast<std::size_t>(read);
+        });
+    }
+
+    MSIHANDLE m_database;
+    const SnapshotCalls& m_calls;
+};
+
+// Streams of rows were read with their rows, and those of the summary and the signature aren't content.
+void DropTableStreams(const DatabaseSnapshot& snapshot, TableSnapshot& streams)
+{
+    for (auto row = streams.rows.begin(); row != streams.rows.end();) {
+        const CString& name = row->first.front();
+        const int dot = name.Find(L'.');
+        const auto table = dot > 0 ? snapshot.find(name.Left(dot)) : snapshot.end();
+        bool drop = name[0] == L'\x05';
+        for (std::size_t index = 0; table != snapshot.end() && index < table->second.columnTypes.size();
+             ++index) {
+            drop = drop || IsStreamType(table->second.columnTypes[index]);
+        }
+        row = drop ? streams.rows.erase(row) : std::next(row);
+    }
+}
+
+} // namespace
+
+DatabaseSnapshot ReadDatabaseSnapshot(MSIHANDLE database, const SnapshotCalls& calls)
+{
+    const CSnapshotReader reader(database, calls);
+    DatabaseSnapshot snapshot;
+    for (const CString& name : reader.ReadTableNames()) {
+        snapshot[name] = reader.ReadTable(name);
+    }
+    TableSnapshot streams = reader.ReadTable(STREAMS);
+    DropTableStreams(snapshot, streams);
+    snapshot[STREAMS] = std::move(streams);
+    return snapshot;
+}
+
+DatabaseSnapshot ReadTableSnapshots(MSIHANDLE database, std::initializer_list<const wchar_t*> names,
+                                    const SnapshotCalls& calls)
+{
+    const CSnapshotReader reader(database, calls);
+    DatabaseSnapshot snapshot;
+    for (const wchar_t* name : names) {
+        if (HasTable(database, name)) {
+            snapshot[name] = reader.ReadTable(name);
+        }
+    }
+    return snapshot;
+}
