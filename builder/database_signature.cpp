@@ -5,8 +5,9 @@
 #include <windows.h>
 
 #include <objbase.h>
+#include <wrl/client.h>
 
-#include <utility>
+using Microsoft::WRL::ComPtr;
 
 namespace {
 
@@ -15,29 +16,10 @@ const wchar_t* const g_signatures[] = {L"\x05"
                                        L"\x05"
                                        L"MsiDigitalSignatureEx"};
 
-// Owns a storage.
-class CStorage
+HRESULT OpenStorage(const CString& path, DWORD mode, ComPtr<IStorage>& storage)
 {
-public:
-    CStorage(const CString& path, DWORD mode)
-    {
-        m_result = StgOpenStorage(path, nullptr, mode, nullptr, 0, &m_storage);
-    }
-    CStorage(const CStorage&) = delete;
-    CStorage& operator=(const CStorage&) = delete;
-    ~CStorage()
-    {
-        if (m_storage) {
-            m_storage->Release();
-        }
-    }
-    HRESULT Result() const { return m_result; }
-    IStorage* operator->() const { return m_storage; }
-
-private:
-    IStorage* m_storage = nullptr;
-    HRESULT m_result;
-};
+    return StgOpenStorage(path, nullptr, mode, nullptr, 0, &storage);
+}
 
 unsigned int CodeOf(HRESULT result)
 {
@@ -52,15 +34,11 @@ unsigned int CodeOf(HRESULT result)
 
 bool HasSignature(const CString& path)
 {
-    CStorage storage(path, STGM_READ | STGM_SHARE_DENY_WRITE);
-    IStream* stream = nullptr;
-    const bool found = SUCCEEDED(storage.Result()) &&
-                       SUCCEEDED(storage->OpenStream(g_signatures[0], nullptr,
-                                                     STGM_READ | STGM_SHARE_EXCLUSIVE, 0, &stream));
-    if (found) {
-        stream->Release();
-    }
-    return found;
+    ComPtr<IStorage> storage;
+    ComPtr<IStream> stream;
+    return SUCCEEDED(OpenStorage(path, STGM_READ | STGM_SHARE_DENY_WRITE, storage)) &&
+           SUCCEEDED(
+               storage->OpenStream(g_signatures[0], nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0, &stream));
 }
 
 unsigned int RemoveSignature(const CString& path)
@@ -68,8 +46,8 @@ unsigned int RemoveSignature(const CString& path)
     if (!HasSignature(path)) {
         return ERROR_SUCCESS;
     }
-    CStorage storage(path, STGM_TRANSACTED | STGM_READWRITE | STGM_SHARE_EXCLUSIVE);
-    HRESULT result = storage.Result();
+    ComPtr<IStorage> storage;
+    HRESULT result = OpenStorage(path, STGM_TRANSACTED | STGM_READWRITE | STGM_SHARE_EXCLUSIVE, storage);
     for (const wchar_t* name : g_signatures) {
         const HRESULT removed = SUCCEEDED(result) ? storage->DestroyElement(name) : result;
         result = removed == STG_E_FILENOTFOUND ? result : removed;

@@ -5,45 +5,23 @@
 #include <windows.h>
 
 #include <objbase.h>
+#include <wrl/client.h>
 
-namespace {
-
-// Owns a storage.
-class CStorageFile
-{
-public:
-    CStorageFile() = default;
-    CStorageFile(const CStorageFile&) = delete;
-    CStorageFile& operator=(const CStorageFile&) = delete;
-    ~CStorageFile()
-    {
-        if (m_storage) {
-            m_storage->Release();
-        }
-    }
-    IStorage** Put() { return &m_storage; }
-    IStorage* Get() const { return m_storage; }
-
-private:
-    IStorage* m_storage = nullptr;
-};
-
-} // namespace
+using Microsoft::WRL::ComPtr;
 
 unsigned int CopyStorage(const CString& source, const CString& target)
 {
-    CStorageFile from;
-    CStorageFile to;
-    HRESULT result =
-        StgOpenStorage(source, nullptr, STGM_READ | STGM_SHARE_DENY_WRITE, nullptr, 0, from.Put());
+    ComPtr<IStorage> from;
+    ComPtr<IStorage> to;
+    HRESULT result = StgOpenStorage(source, nullptr, STGM_READ | STGM_SHARE_DENY_WRITE, nullptr, 0, &from);
     if (SUCCEEDED(result)) {
-        result = StgCreateDocfile(target, STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE, 0, to.Put());
+        result = StgCreateDocfile(target, STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE, 0, &to);
     }
     if (SUCCEEDED(result)) {
-        result = from.Get()->CopyTo(0, nullptr, nullptr, to.Get());
+        result = from->CopyTo(0, nullptr, nullptr, to.Get());
     }
     if (SUCCEEDED(result)) {
-        result = to.Get()->Commit(STGC_DEFAULT);
+        result = to->Commit(STGC_DEFAULT);
     }
     if (SUCCEEDED(result)) {
         return ERROR_SUCCESS;
