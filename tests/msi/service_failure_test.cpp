@@ -3,111 +3,14 @@
 #include "installer/query.h"
 #include "msi/msi_property.h"
 #include "msi/msi_rows.h"
-#include "tests/host/package_maker.h"
 #include "tests/installer/database_fixture.h"
 #include "tests/installer/refusal.h"
+#include "tests/msi/row_kinds.h"
+#include "tests/support/test_folder.h"
 
-#include <memory>
 #include <string>
 
 namespace {
-
-struct RowKind
-{
-    const char* name;
-    const wchar_t* table;
-    std::unique_ptr<IMsiWriter> (*make)(const wchar_t* key);
-};
-
-std::unique_ptr<IMsiWriter> MakeComponent(const wchar_t* key)
-{
-    auto row = std::make_unique<ComponentData>();
-    row->Component = key;
-    row->Directory_ = L"dir";
-    return row;
-}
-std::unique_ptr<IMsiWriter> MakeDirectory(const wchar_t* key)
-{
-    auto row = std::make_unique<DirectoryData>();
-    row->Directory = key;
-    row->DefaultDir = L"name";
-    return row;
-}
-std::unique_ptr<IMsiWriter> MakeCreateFolder(const wchar_t* key)
-{
-    auto row = std::make_unique<CreateFolderData>();
-    row->Directory_ = key;
-    row->Component_ = L"comp";
-    return row;
-}
-std::unique_ptr<IMsiWriter> MakeFeature(const wchar_t* key)
-{
-    auto row = std::make_unique<FeatureData>();
-    row->Feature = key;
-    return row;
-}
-std::unique_ptr<IMsiWriter> MakeFeatureComponents(const wchar_t* key)
-{
-    auto row = std::make_unique<FeatureComponentsData>();
-    row->Feature_ = key;
-    row->Component_ = L"comp";
-    return row;
-}
-std::unique_ptr<IMsiWriter> MakeFile(const wchar_t* key)
-{
-    auto row = std::make_unique<FileData>();
-    row->File = key;
-    row->Component_ = L"comp";
-    row->FileName = L"name";
-    return row;
-}
-std::unique_ptr<IMsiWriter> MakeShortcut(const wchar_t* key)
-{
-    auto row = std::make_unique<ShortcutData>();
-    row->Shortcut = key;
-    row->Directory_ = L"dir";
-    row->Component_ = L"comp";
-    row->Target = L"target";
-    row->Name = L"name";
-    return row;
-}
-std::unique_ptr<IMsiWriter> MakeCustomFile(const wchar_t* key)
-{
-    auto row = std::make_unique<CustomFileData>();
-    row->Component_ = key;
-    row->SourceFileName = L"name";
-    return row;
-}
-std::unique_ptr<IMsiWriter> MakeCustomAction(const wchar_t* key)
-{
-    auto row = std::make_unique<CustomActionData>();
-    row->Action = key;
-    return row;
-}
-std::unique_ptr<IMsiWriter> MakeSequence(const wchar_t* key)
-{
-    auto row = std::make_unique<InstallExecuteSequenceData>();
-    row->Action = key;
-    return row;
-}
-
-const RowKind KINDS[] = {
-    {"Component", L"Component", MakeComponent},
-    {"Directory", L"Directory", MakeDirectory},
-    {"CreateFolder", L"CreateFolder", MakeCreateFolder},
-    {"Feature", L"Feature", MakeFeature},
-    {"FeatureComponents", L"FeatureComponents", MakeFeatureComponents},
-    {"File", L"File", MakeFile},
-    {"Shortcut", L"Shortcut", MakeShortcut},
-    {"TarnCustomFile", L"TarnCustomFile", MakeCustomFile},
-    {"CustomAction", L"CustomAction", MakeCustomAction},
-    {"InstallExecuteSequence", L"InstallExecuteSequence", MakeSequence},
-};
-
-void PrintTo(const RowKind& kind, std::ostream* stream)
-{
-    *stream << kind.name;
-}
 
 constexpr MsiRowAction ACTIONS[] = {MsiRowAction::Insert, MsiRowAction::Update, MsiRowAction::Delete};
 
@@ -119,9 +22,7 @@ protected:
     {
         std::string names;
         for (const MsiRowAction action : ACTIONS) {
-            const auto row = GetParam().make(key);
-            row->m_action = action;
-            if (row->Execute(database)) {
+            if (Execute(*GetParam().make(key), action, database)) {
                 names += action == MsiRowAction::Insert   ? "insert "
                          : action == MsiRowAction::Update ? "update "
                                                           : "delete ";
@@ -129,11 +30,10 @@ protected:
         }
         return names;
     }
-    CString Table() const { return GetParam().table; }
+    CString Table() const { return GetParam().Table(); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Rows, RowFailureTest, testing::ValuesIn(KINDS),
-                         [](const auto& information) { return std::string(information.param.name); });
+INSTANTIATE_TEST_SUITE_P(Rows, RowFailureTest, testing::ValuesIn(RowKinds()), NameOf);
 
 } // namespace
 
@@ -151,8 +51,8 @@ TEST_P(RowFailureTest, NoActionSucceedsOnHandleZero)
 TEST_P(RowFailureTest, NoActionSucceedsOnAClosedDatabase)
 {
     CInstallerHandle database;
-    const ScratchFolder folder(L"closed");
-    ASSERT_EQ(MsiOpenDatabaseW(folder + L"Zolt.msi", MSIDBOPEN_CREATE, database.put()), 0u);
+    const CTestFolder folder;
+    ASSERT_EQ(MsiOpenDatabaseW(folder / L"Zolt.msi", MSIDBOPEN_CREATE, database.put()), 0u);
     const InstallerHandle closed = database.get();
     database.reset();
     EXPECT_EQ(Successes(closed), "");
@@ -189,7 +89,7 @@ TEST_P(RowFailureTest, OnAReadOnlyDatabaseAnInsertGivesWhatTheServiceGives)
 {
     ReopenReadOnly();
     const bool serviceTakesIt =
-        RunSql(Database(), L"INSERT INTO `TarnDirectoryMap` (`Directory_`) VALUES ('x')") == 0;
+        RunStatement(Database(), L"INSERT INTO `TarnDirectoryMap` (`Directory_`) VALUES ('x')") == 0;
     EXPECT_EQ(Successes(Database()).find("insert") == 0, serviceTakesIt);
 }
 
@@ -260,12 +160,14 @@ protected:
     // Rows with a bound value and the property: none may be written, and no handle may stay open.
     void ExpectNoBoundValue()
     {
-        for (const auto& make : {MakeDirectory, MakeFile, MakeShortcut, MakeCustomFile}) {
-            const auto row = make(L"key");
-            InstallerHandle record = 12345;
-            EXPECT_FALSE(row->BuildRecord(record)) << Utf8(row->m_strStatement);
-            EXPECT_EQ(record, 0u);
-            EXPECT_FALSE(row->Execute(Database()));
+        for (const RowKind& kind : RowKinds()) {
+            if (kind.boundByInsert) {
+                const auto row = kind.make(L"key");
+                InstallerHandle record = 12345;
+                EXPECT_FALSE(row->BuildRecord(record)) << kind.statements.table;
+                EXPECT_EQ(record, 0u) << kind.statements.table;
+                EXPECT_FALSE(row->Execute(Database())) << kind.statements.table;
+            }
         }
         EXPECT_FALSE(WriteProperty(Database(), L"A", L"1"));
     }
@@ -288,8 +190,9 @@ TEST_F(RefusalTest, ARecordThatTakesNoTextFailsTheRowAndIsClosed)
 TEST_F(RefusalTest, AStatementThatOpensAndDoesNotRunFailsTheRow)
 {
     const Refusal refusal("MsiViewExecute", RefuseToRun);
-    EXPECT_FALSE(MakeFile(L"key")->Execute(Database()));
-    EXPECT_FALSE(MakeComponent(L"key")->Execute(Database()));
+    for (const RowKind& kind : RowKinds()) {
+        EXPECT_FALSE(kind.make(L"key")->Execute(Database())) << kind.statements.table;
+    }
     EXPECT_FALSE(WriteProperty(Database(), L"A", L"1"));
     MsiRowCursor cursor(Database(), MAP_QUERY, 7);
     TarnDirectoryMapData row;
