@@ -214,11 +214,6 @@ OperationError DecidePlan(CHostSetupManager& manager, BuildPlan& plan)
 
 } // namespace
 
-BuildPlan MakeBuildPlan(CHostSetupManager& manager, const CString& replacedStamp)
-{
-    return CPlanMaker(manager, replacedStamp).Make();
-}
-
 BuildResult BuildFromManager(CHostSetupManager& manager, IBuildProgress& progress)
 {
     BuildPlan plan;
@@ -237,9 +232,4 @@ OperationError CheckFromManager(CHostSetupManager& manager, std::vector<CString>
     BuildPlan plan;
     const OperationError error = DecidePlan(manager, plan);
     return error ? error : CheckBuild(plan, warnings);
-}
-
-std::uint64_t MeasureFromManager(CHostSetupManager& manager)
-{
-    return manager.EnsureProducts() ? 0 : MeasureBuild(MakeBuildPlan(manager, CString()));
 }

@@ -4,10 +4,7 @@
 #include "builder/build_plan.h"
 #include "host/host_setup_manager.h"
 
-// `replacedStamp`: see BuildPlan::strReplacedStamp.
-[[nodiscard]] BuildPlan MakeBuildPlan(CHostSetupManager& manager, const CString& replacedStamp);
 // Builds the plan and leaves the manager at what came out: products, result lines.
 [[nodiscard]] BuildResult BuildFromManager(CHostSetupManager& manager, IBuildProgress& progress);
 // What such a build would refuse before it copies anything; its warnings are added.
 [[nodiscard]] OperationError CheckFromManager(CHostSetupManager& manager, std::vector<CString>& warnings);
-[[nodiscard]] std::uint64_t MeasureFromManager(CHostSetupManager& manager);

@@ -47,7 +47,6 @@ public:
     bool IsCancellingEnabled() override { return m_manager->IsCancellingEnabled(); }
     BuildResult Build(IBuildProgress& progress) override;
     OperationError CheckBuild(std::vector<CString>& warnings) override;
-    std::uint64_t GetDeploymentBytes() override;
     void AppendLog(const CString& line) override { m_log.Append(line); }
 
 private:
@@ -105,11 +104,6 @@ BuildResult CSetupHostImplementation::Build(IBuildProgress& progress)
 OperationError CSetupHostImplementation::CheckBuild(std::vector<CString>& warnings)
 {
     return CheckFromManager(*m_manager, warnings);
-}
-
-std::uint64_t CSetupHostImplementation::GetDeploymentBytes()
-{
-    return MeasureFromManager(*m_manager);
 }
 
 CSetupHost* OpenHost(const HostOptions& options, OperationError& error)

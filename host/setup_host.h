@@ -8,7 +8,6 @@
 #include "include/page_context.h"
 #include "include/setup_manager.h"
 
-#include <cstdint>
 #include <vector>
 
 struct HostOptions
@@ -16,10 +15,10 @@ struct HostOptions
     CString strMedia; // a folder with Setup.xml, a deployment's folder or image, or one .msi; full path
     CString strProgramFolder; // folder of the program, ending in a backslash: Languages\<locale>\ lies below
     CString strLanguage;      // locale of the wizard's texts; empty: the user's, else "en-US"
-    CString
-        strWorkFolder; // a fresh folder for working copies is made in it, and removed at the end; empty: %TEMP%
-    CString
-        strLogFile; // the setup's log; empty: RolloutSetup-<8 hex digits>.log beside the fresh folder; stays
+    // A fresh folder for working copies is made in it, and removed at the end; empty: %TEMP%.
+    CString strWorkFolder;
+    // The setup's log, which stays; empty: RolloutSetup-<8 hex digits>.log beside the fresh folder.
+    CString strLogFile;
 };
 
 struct FlowPage
@@ -35,8 +34,9 @@ struct TargetVerdict
     {
         Free,          // nothing
         MayBeReplaced, // the deployment that is modified, or one that somebody was asked about
-        NeedsAnswer, // a deployment of this product that nobody was asked about: to be asked with what follows
-        Refused,     // anything else; `message` says what, and what to do
+        // A deployment of this product that nobody was asked about: to be asked with what follows.
+        NeedsAnswer,
+        Refused, // anything else; `message` says what, and what to do
     };
     State state = State::Free;
     CString message;
@@ -95,9 +95,6 @@ public:
 
     // What a build would refuse before it copies anything, and the warnings that it would give. Builds nothing.
     virtual OperationError CheckBuild(std::vector<CString>& warnings) = 0;
-
-    // Bytes that the deployment will take, for the check of free space.
-    virtual std::uint64_t GetDeploymentBytes() = 0;
 
     virtual void AppendLog(const CString& line) = 0;
 };

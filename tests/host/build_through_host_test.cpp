@@ -78,15 +78,6 @@ TEST_F(BuildThroughHostTest, ACancelledBuildLeavesNoDeployment)
     EXPECT_TRUE(manager.GetDeploymentList(location)->empty());
 }
 
-TEST_F(BuildThroughHostTest, TheMeasuredBytesAreThoseOfTheImageAtLeast)
-{
-    CSetupManager& manager = Open(scratch + L"media");
-    Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), L"North");
-    std::string package;
-    ASSERT_EQ(ReadWholeFile(scratch + L"media\\x64\\Zolt\\Zolt.msi", 1u << 24, package), 0u);
-    EXPECT_GE(host->GetDeploymentBytes(), 2 * package.size());
-}
-
 TEST_F(BuildThroughHostTest, ASinglePackageTakesOnlyItsOwnFilesAlong)
 {
     MakePackage(scratch + L"downloads\\Tool.msi");

@@ -22,7 +22,6 @@ public:
     bool IsCancellingEnabled() override { return cancelling; }
     BuildResult Build(IBuildProgress&) override { return {}; }
     OperationError CheckBuild(std::vector<CString>&) override { return {}; }
-    std::uint64_t GetDeploymentBytes() override { return 0; }
     void AppendLog(const CString&) override {}
 
     bool cancelling = true;
