@@ -140,6 +140,19 @@ void CheckSpace(const BuildRun& run, const CString& folder)
     }
 }
 
+void DecideDatabases(BuildRun& run)
+{
+    for (DatabaseDecision& decision : run.decisions) {
+        DecideDatabase(decision, run.plan.cabinetLimits, [&run] { run.meter.Poll(); });
+        for (const CString& warning : decision.added.warnings) {
+            run.Warn(warning);
+        }
+        run.list.userBytes += decision.added.BytesToPack();
+        AddAdditions(run.list, decision.added.Targets(*decision.database));
+    }
+    run.list.bytes += run.list.userBytes;
+}
+
 void WarnOfLongPaths(BuildRun& run)
 {
     const CString seen = run.plan.strWorkstationPath.IsEmpty()
@@ -209,7 +222,13 @@ void CheckPlan(BuildRun& run)
                                L"\" holds a Deployment.xml. Choose a location outside of it."};
     }
     run.replaces = CheckTarget(run);
-    run.list = ScanSources(run.plan);
+    if (run.replaces) {
+        RequireNothingOpenBelow(run.target); // asked again right before the swap
+    }
+    for (const BuildDatabase& database : run.plan.databases) {
+        run.decisions.push_back(FindAdditions(database));
+    }
+    run.list = ScanSources(run.plan, EarlierLooseTargets(run.decisions));
     DecideDatabases(run);
     const CString refused = RefusedTargets(run.plan, run.list);
     if (!refused.IsEmpty()) {

@@ -72,29 +72,58 @@ void ClearOneLock(const CString& path, std::vector<CString>& messages)
     }
 }
 
-} // namespace
-
-CBuildLock::CBuildLock(const CString& location, const CString& name, std::uint32_t id)
-    : m_path(JoinFolder(location, LockFileName(name)))
+// Not open when there is none and none is to be made.
+CFileHandle OpenLock(const CString& path, const CString& name, bool makeIt)
 {
-    if (KindOfPath(m_path) == PathKind::Folder) {
+    const PathKind kind = KindOfPath(path);
+    if (kind == PathKind::Folder) {
         throw BuildFailure{
             BUILD_ALREADY_EXISTS,
-            L"The folder \"" + m_path +
+            L"The folder \"" + path +
                 L"\" stands where a build writes its lock file. Rename it, or choose another name."};
     }
-    m_file = OpenAlone(m_path, true);
-    if (!m_file.IsOpen()) {
+    if (kind == PathKind::Nothing && !makeIt) {
+        return CFileHandle();
+    }
+    CFileHandle file = OpenAlone(path, makeIt);
+    if (!file.IsOpen()) {
         throw BuildFailure{BUILD_BUSY, L"The deployment \"" + name +
                                            L"\" is being built already, by this computer or "
                                            L"another one. " +
                                            RemedyOf(BUILD_BUSY)};
     }
+    return file;
+}
+
+[[noreturn]] void RefuseForeignLock(const CString& path)
+{
+    throw BuildFailure{BUILD_ALREADY_EXISTS,
+                       L"The file \"" + path +
+                           L"\" is not this program's. Move it away, or choose another name."};
+}
+
+} // namespace
+
+void RequireLockFree(const CString& location, const CString& name)
+{
+    const CString path = JoinFolder(location, LockFileName(name));
+    const CFileHandle file = OpenLock(path, name, false);
+    if (!file.IsOpen()) {
+        return;
+    }
+    const std::vector<char> bytes = ReadAll(file, path);
+    std::uint32_t id = 0;
+    if (ReadLockFileText(bytes.data(), bytes.size(), id) == LockText::Foreign) {
+        RefuseForeignLock(path);
+    }
+}
+
+CBuildLock::CBuildLock(const CString& location, const CString& name, std::uint32_t id)
+    : m_path(JoinFolder(location, LockFileName(name))), m_file(OpenLock(m_path, name, true))
+{
     std::vector<CString> messages;
     if (!ClearByLock(m_file, m_path, messages)) {
-        throw BuildFailure{BUILD_ALREADY_EXISTS,
-                           L"The file \"" + m_path +
-                               L"\" is not this program's. Move it away, or choose another name."};
+        RefuseForeignLock(m_path);
     }
     std::vector<char> bytes;
     AppendUtf8(bytes, LockFileText(id));

@@ -1,13 +1,11 @@
-// Database: what the pages stored is compared with the vendor's file, as a part of the check, so that a refusal comes
-// before anything is written. Without a difference the vendor's file is copied byte for byte. Otherwise the changed
-// database gets a package code of its own, is committed, read back and compared with what was in the handle, and copied
-// under the vendor's file name.
+// Database: what was decided (build_decision.h) is done. Without a difference the vendor's file is copied byte for
+// byte. Otherwise the changed database gets a package code of its own, is committed, read back and compared with what was
+// decided, and copied under the vendor's file name.
 #include "builder/build_run.h"
 
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
 #include "builder/build_user_files.h"
-#include "builder/code_page.h"
 #include "builder/database_edit.h"
 #include "builder/database_signature.h"
 #include "builder/database_snapshot.h"
@@ -69,63 +67,25 @@ void VerifyBuilt(const CString& path, const DatabaseSnapshot& expected, const CS
 
 // What the pages' rows lack for an installation is put into the copy, so that the open database stays as they left it.
 // The source paths that go would still stand between the used parts of the file, so it is copied once more.
-void FinishCopy(const CString& path, const CString& target, const DatabaseSnapshot& finished,
+void FinishCopy(const CString& path, const CString& target, const DatabaseDecision& decision,
                 const std::function<void()>& poll)
 {
     {
         CInstallerHandle copy;
         CheckInstaller(MsiOpenDatabaseW(path, MSIDBOPEN_TRANSACT, copy.put()), L"Opening the database", path);
-        ApplyDifferences(copy.get(), path, ReadSnapshot(copy.get(), path, poll), finished, poll);
+        ApplyDifferences(copy.get(), path, decision.edits, decision.wanted, poll);
         CheckInstaller(MsiDatabaseCommit(copy.get()), L"Writing the database", path);
     }
     CheckInstaller(CopyStorage(path, target), L"Writing the database", target);
 }
 
-} // namespace
-
-// Decided before anything is written, carried out when all else is copied. In between the open database rests.
-struct DatabaseDecision
-{
-    DatabaseChanges changes; // but for the sizes of added files, which count when they are packed
-    DatabaseSnapshot original;
-    DatabaseSnapshot wanted;
-    std::unique_ptr<CUserFileBuild> userFiles;
-    bool HasUserFiles() const { return userFiles && userFiles->IsNeeded(); }
-    bool IsNeeded() const { return !changes.rows.empty() || HasUserFiles(); }
-};
-
-namespace {
-
-std::shared_ptr<DatabaseDecision> Decide(BuildRun& run, const BuildDatabase& database)
+void BuildOne(BuildRun& run, DatabaseDecision& decision)
 {
     const std::function<void()> poll = [&run] { run.meter.Poll(); };
-    auto decision = std::make_shared<DatabaseDecision>();
-    DatabaseChanges& changes = decision->changes;
-    changes.strTarget = database.strTarget;
-    changes.strProductName = database.strProductName;
-    const CInstallerHandle vendors = OpenDatabaseToRead(database.strOriginal);
-    changes.strOldPackageCode = ReadPackageCode(vendors.get(), database.strOriginal);
-    changes.strNewPackageCode = changes.strOldPackageCode;
-    if (database.hDatabase == 0) {
-        return decision;
-    }
-    // This reads every table of the handle, which a commit under Wine depends on (docs/building-deployments.md).
-    decision->wanted = ReadSnapshot(database.hDatabase, database.strWorkingCopy, poll);
-    decision->original = ReadSnapshot(vendors.get(), database.strOriginal, poll);
-    decision->userFiles = std::make_unique<CUserFileBuild>(run, database, decision->wanted);
-    decision->userFiles->Decide(decision->wanted);
-    changes.rows = CompareSnapshots(decision->original, decision->wanted);
-    RequireCodePageHolds(database, changes.rows);
-    return decision;
-}
-
-DatabaseChanges BuildOne(BuildRun& run, const BuildDatabase& database, DatabaseDecision& decision)
-{
-    const std::function<void()> poll = [&run] { run.meter.Poll(); };
-    DatabaseChanges changes = std::move(decision.changes);
-    if (decision.HasUserFiles()) {
-        decision.userFiles->Pack(decision.wanted);
-        changes.rows = CompareSnapshots(decision.original, decision.wanted);
+    const BuildDatabase& database = *decision.database;
+    DatabaseChanges& changes = decision.changes;
+    if (WriteAddedFiles(run, database, decision.added)) {
+        decision.SetSizes();
     }
     changes.strNewPackageCode = NewPackageCode();
     WritePackageCode(database.hDatabase, changes.strNewPackageCode, database.strWorkingCopy);
@@ -137,44 +97,30 @@ DatabaseChanges BuildOne(BuildRun& run, const BuildDatabase& database, DatabaseD
     CheckInstaller(RemoveSignature(built.Path()), L"Removing the old signature of", built.Path());
     changes.bSignatureLost = HasSignature(database.strOriginal);
     const CScratchFile finished(database.strWorkingCopy + L".finished");
-    if (decision.HasUserFiles()) {
-        FinishCopy(built.Path(), finished.Path(), decision.wanted, poll);
+    if (!decision.edits.empty()) {
+        FinishCopy(built.Path(), finished.Path(), decision, poll);
     }
-    const CString& result = decision.HasUserFiles() ? finished.Path() : built.Path();
+    const CString& result = decision.edits.empty() ? built.Path() : finished.Path();
     VerifyBuilt(result, decision.wanted, changes.strNewPackageCode, poll);
     CopyIntoStaging(run, result, database.strTarget);
-    return changes;
 }
 
 } // namespace
 
-void DecideDatabases(BuildRun& run)
-{
-    for (const BuildDatabase& database : run.plan.databases) {
-        run.decisions.push_back(Decide(run, database));
-        const DatabaseDecision& decision = *run.decisions.back();
-        if (decision.userFiles) {
-            run.list.userBytes += decision.userFiles->BytesToPack();
-            AddLooseFiles(run.list, decision.userFiles->LooseFiles());
-        }
-    }
-    run.list.bytes += run.list.userBytes;
-}
-
 void BuildDatabases(BuildRun& run)
 {
-    for (std::size_t index = 0; index < run.plan.databases.size(); ++index) {
-        const BuildDatabase& database = run.plan.databases[index];
-        DatabaseDecision& decision = *run.decisions[index];
+    for (DatabaseDecision& decided : run.decisions) {
+        DatabaseDecision decision =
+            std::move(decided); // goes with this turn: the databases are in it, row by row
+        const BuildDatabase& database = *decision.database;
         run.Step(L"Writing the settings into " + database.strProductName);
         run.meter.SetFile(database.strTarget);
-        DatabaseChanges changes = decision.changes;
         if (decision.IsNeeded()) {
-            changes = BuildOne(run, database, decision);
+            BuildOne(run, decision);
         } else {
             CopyIntoStaging(run, database.strOriginal, database.strTarget);
         }
-        run.decisions[index].reset(); // both databases are in it, row by row
+        DatabaseChanges& changes = decision.changes;
         run.log.Write(database.strTarget + L": " + NumberText(static_cast<long long>(changes.rows.size())) +
                       L" rows differ from the maker's, package code " + changes.strNewPackageCode);
         if (changes.bSignatureLost) {

@@ -4,6 +4,10 @@
 
 #include "builder/file_operations.h"
 
+// Throws as taking the lock would when a living build has it, or when something else stands in its place. Writes
+// nothing.
+void RequireLockFree(const CString& location, const CString& name);
+
 class CBuildLock
 {
 public:

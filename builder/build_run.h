@@ -2,13 +2,12 @@
 // run: check, stage, copy, database, outputs, publish.
 #pragma once
 
+#include "builder/build_decision.h"
 #include "builder/build_result.h"
 #include "builder/change_report.h"
 #include "builder/copy_list.h"
 #include "builder/own_files.h"
 #include "builder/readme_text.h"
-
-#include <memory>
 
 constexpr std::size_t CHUNK_BYTES = 1 << 20; // small enough to cancel between two of them
 
@@ -46,8 +45,6 @@ private:
     CString m_text;
 };
 
-struct DatabaseDecision; // what becomes of one database; the database phase's own
-
 struct BuildRun
 {
     BuildRun(const BuildPlan& thePlan, IBuildProgress& theProgress);
@@ -66,7 +63,7 @@ struct BuildRun
     CopyList list;
     std::vector<unsigned char> buffer; // of one chunk
     std::vector<ManifestEntry> manifest;
-    std::vector<std::shared_ptr<DatabaseDecision>> decisions; // made by the check, carried out later
+    std::vector<DatabaseDecision> decisions; // made by the check, carried out later
     std::vector<DatabaseChanges> changes;
     std::vector<CString> warnings;
     bool replaces = false;     // an old deployment stood in the target's place when the build began
@@ -75,16 +72,13 @@ struct BuildRun
     bool oldIsAside = false;   // the old deployment lies in `old`, whole or partly deleted
 };
 
-void CheckPlan(BuildRun& run); // build_check.cpp
-// A part of the check: what becomes of each database, with all that can be refused about it. Adds the bytes of added
-// files to the list.
-void DecideDatabases(BuildRun& run); // build_database.cpp
-void StageFolders(BuildRun& run);    // build_copy.cpp
-void CopyFiles(BuildRun& run);       // build_copy.cpp
-void BuildDatabases(BuildRun& run);  // build_database.cpp
-void WriteOutputs(BuildRun& run);    // build_outputs.cpp
-void JudgeOld(BuildRun& run);        // build_publish.cpp
-void Publish(BuildRun& run);         // build_publish.cpp
+void CheckPlan(BuildRun& run);      // build_check.cpp
+void StageFolders(BuildRun& run);   // build_copy.cpp
+void CopyFiles(BuildRun& run);      // build_copy.cpp
+void BuildDatabases(BuildRun& run); // build_database.cpp
+void WriteOutputs(BuildRun& run);   // build_outputs.cpp
+void JudgeOld(BuildRun& run);       // build_publish.cpp
+void Publish(BuildRun& run);        // build_publish.cpp
 
 // Copies one file into the staging folder and notes it for the manifest; bytes count as progress.
 void CopyIntoStaging(BuildRun& run, const CString& source, const CString& target);

@@ -282,7 +282,7 @@ public:
     {
     }
 
-    std::set<CString> Extract()
+    void Run()
     {
         s_current = this;
         ERF error = {};
@@ -296,8 +296,9 @@ public:
         }
         s_current = nullptr;
         Finish(done, error, L"Taking added files out of", m_path);
-        return std::move(m_found);
     }
+    std::map<CString, std::uint64_t> ReleaseMembers() { return std::move(m_members); }
+    std::set<CString> ReleaseFound() { return std::move(m_found); }
 
 private:
     // The library gives no context to this callback alone.
@@ -314,7 +315,7 @@ private:
         return opener.Guard(FAILED, [&] {
             switch (kind) {
             case fdintCOPY_FILE:
-                return opener.Begin(about->psz1);
+                return opener.Begin(about->psz1, static_cast<ULONG>(about->cb));
             case fdintCLOSE_FILE_INFO:
                 Close(about->hf);
                 return INT_PTR{1};
@@ -325,12 +326,13 @@ private:
     }
 
     // 0 passes a file over.
-    INT_PTR Begin(const char* name)
+    INT_PTR Begin(const char* name, std::uint64_t bytes)
     {
         CString key;
         for (; *name; ++name) {
             key += static_cast<wchar_t>(static_cast<unsigned char>(*name));
         }
+        m_members[key] = bytes;
         const auto target = m_targets.find(key);
         if (target == m_targets.end()) {
             return 0;
@@ -344,6 +346,7 @@ private:
     static thread_local CCabinetOpener* s_current;
     const CString& m_path;
     const std::map<CString, CString>& m_targets;
+    std::map<CString, std::uint64_t> m_members;
     std::set<CString> m_found;
 };
 
@@ -356,8 +359,19 @@ void WriteCabinet(const CString& path, std::vector<CabinetMember>& members, cons
     CCabinetMaker(path, members, meter).Make();
 }
 
+std::map<CString, std::uint64_t> ListCabinet(const CString& path)
+{
+    const std::map<CString, CString> nothingToUnpack;
+    const CabinetMeter noMeter = [](std::uint64_t) {};
+    CCabinetOpener opener(path, nothingToUnpack, noMeter);
+    opener.Run();
+    return opener.ReleaseMembers();
+}
+
 std::set<CString> ReadCabinet(const CString& path, const std::map<CString, CString>& targets,
                               const CabinetMeter& meter)
 {
-    return CCabinetOpener(path, targets, meter).Extract();
+    CCabinetOpener opener(path, targets, meter);
+    opener.Run();
+    return opener.ReleaseFound();
 }

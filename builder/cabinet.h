@@ -22,6 +22,9 @@ using CabinetMeter = std::function<void(std::uint64_t)>;
 // Makes the cabinet from the files, in their order. Scratch files lie beside it meanwhile.
 void WriteCabinet(const CString& path, std::vector<CabinetMember>& members, const CabinetMeter& meter);
 
+// The files in a cabinet with their sizes. Nothing is unpacked for it.
+[[nodiscard]] std::map<CString, std::uint64_t> ListCabinet(const CString& path);
+
 // Takes files out of a cabinet: `targets` has the full path for each name wanted. Answers the names that were found.
 [[nodiscard]] std::set<CString> ReadCabinet(const CString& path, const std::map<CString, CString>& targets,
                                             const CabinetMeter& meter);

@@ -19,7 +19,7 @@ CString Clash(const CString& target, const CString& first, const CString& second
 
 } // namespace
 
-void AddLooseFiles(CopyList& list, std::vector<CopyItem> files)
+void AddAdditions(CopyList& list, std::vector<CopyItem> files)
 {
     std::set<CString, CompareNoCaseLess> known(list.folders.begin(), list.folders.end());
     const std::function<void(const CString&)> addFolder = [&](const CString& folder) {
@@ -31,7 +31,7 @@ void AddLooseFiles(CopyList& list, std::vector<CopyItem> files)
     for (CopyItem& file : files) {
         addFolder(FolderAbove(file.strTarget));
         list.bytes += file.size;
-        list.looseAdditions.push_back(std::move(file));
+        list.additions.push_back(std::move(file));
     }
 }
 
@@ -76,7 +76,7 @@ CString RefusedTargets(const BuildPlan& plan, const CopyList& list)
             return refusal;
         }
     }
-    for (const std::vector<CopyItem>* files : {&list.files, &list.looseAdditions}) {
+    for (const std::vector<CopyItem>* files : {&list.files, &list.additions}) {
         for (const CopyItem& file : *files) {
             refusal = add(file.strTarget, file.strSource);
             if (!refusal.IsEmpty()) {
@@ -98,7 +98,7 @@ CString LongestPath(const BuildPlan& plan, const CopyList& list, const CString& 
     for (const auto& name : NamedTargets(plan)) {
         consider(name.first);
     }
-    for (const std::vector<CopyItem>* files : {&list.files, &list.looseAdditions}) {
+    for (const std::vector<CopyItem>* files : {&list.files, &list.additions}) {
         for (const CopyItem& file : *files) {
             consider(file.strTarget);
         }

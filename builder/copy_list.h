@@ -17,15 +17,16 @@ struct CopyList
 {
     std::vector<CString> folders; // relative, parents before children
     std::vector<CopyItem> files;
-    // Of the user's: files that aren't packed, which come with their database. Filled once that is decided.
-    std::vector<CopyItem> looseAdditions;
+    // What comes with a database: loose files of the user's, and the cabinets of those that are packed. Filled once
+    // that is decided.
+    std::vector<CopyItem> additions;
     std::uint64_t bytes = 0; // of the files, of the databases and, once they are decided, of the user's files
     std::uint64_t userBytes = 0;       // of the user's files that are packed before they are copied
     std::vector<CString> skippedLinks; // full paths: links to other folders are not followed
 };
 
-// Adds loose files of the user's, with the folders above them and their bytes.
-void AddLooseFiles(CopyList& list, std::vector<CopyItem> files);
+// Adds what comes with a database, with the folders above it and its bytes.
+void AddAdditions(CopyList& list, std::vector<CopyItem> files);
 
 // Every target of a build with where its content comes from, in any case.
 using TargetNames = std::map<CString, CString, CompareNoCaseLess>;

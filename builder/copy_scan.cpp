@@ -2,7 +2,6 @@
 
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
-#include "builder/build_user_files.h"
 #include "builder/command_text.h"
 #include "builder/file_operations.h"
 #include "builder/user_files.h"
@@ -14,7 +13,8 @@ namespace {
 class CScanner
 {
 public:
-    explicit CScanner(const BuildPlan& plan) : m_plan(plan), m_named(NamedTargets(plan))
+    CScanner(const BuildPlan& plan, const std::vector<CString>& earlierFiles)
+        : m_plan(plan), m_named(NamedTargets(plan)), m_earlierFiles(earlierFiles.begin(), earlierFiles.end())
     {
         for (const BuildFile& file : plan.files) {
             m_named[file.strTarget] = file.strSource;
@@ -22,9 +22,6 @@ public:
         for (const BuildDatabase& database : plan.databases) {
             if (database.hDatabase != 0) {
                 m_packageFolders.insert(FolderAbove(database.strTarget));
-                for (const CString& file : EarlierLooseFiles(database)) {
-                    m_earlierFiles.insert(JoinFolder(FolderAbove(database.strTarget), file));
-                }
             }
         }
     }
@@ -139,7 +136,7 @@ private:
 
 } // namespace
 
-CopyList ScanSources(const BuildPlan& plan)
+CopyList ScanSources(const BuildPlan& plan, const std::vector<CString>& earlierFiles)
 {
-    return CScanner(plan).Scan();
+    return CScanner(plan, earlierFiles).Scan();
 }

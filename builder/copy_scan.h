@@ -4,4 +4,5 @@
 #include "builder/copy_list.h"
 
 // Throws a BuildFailure when a source is missing, can't be read, or holds the location of the deployment itself.
-CopyList ScanSources(const BuildPlan& plan);
+// `earlierFiles`: targets of what an earlier build laid there and what comes anew with its database.
+[[nodiscard]] CopyList ScanSources(const BuildPlan& plan, const std::vector<CString>& earlierFiles);

@@ -135,12 +135,12 @@ bool HasStreams(const TableSnapshot& table)
 
 } // namespace
 
-void ApplyDifferences(MSIHANDLE database, const CString& path, const DatabaseSnapshot& from,
-                      const DatabaseSnapshot& to, const std::function<void()>& poll)
+void ApplyDifferences(MSIHANDLE database, const CString& path, const std::vector<RowDifference>& differences,
+                      const DatabaseSnapshot& wanted, const std::function<void()>& poll)
 {
     CEditor editor(database, path);
-    for (const RowDifference& row : CompareSnapshots(from, to)) {
-        const TableSnapshot& table = to.at(row.strTable);
+    for (const RowDifference& row : differences) {
+        const TableSnapshot& table = wanted.at(row.strTable);
         if (!HasStreams(table)) {
             editor.Apply(row, table);
         }

@@ -3,7 +3,7 @@
 
 #include "builder/database_snapshot.h"
 
-// Brings the database from one snapshot to the other; `path` names it in messages. Tables with
+// Writes the differences; `wanted` has the columns of their tables, and `path` names the database in messages. Tables with
 // streams are passed over: they hold no row that a build decides on. `poll` is called now and then and may throw.
-void ApplyDifferences(MSIHANDLE database, const CString& path, const DatabaseSnapshot& from,
-                      const DatabaseSnapshot& to, const std::function<void()>& poll);
+void ApplyDifferences(MSIHANDLE database, const CString& path, const std::vector<RowDifference>& differences,
+                      const DatabaseSnapshot& wanted, const std::function<void()>& poll);

@@ -4,8 +4,6 @@
 #include "builder/build_failure.h"
 #include "builder/build_lock.h"
 #include "builder/build_names.h"
-#include "builder/build_user_files.h"
-#include "builder/copy_scan.h"
 #include "builder/shown_text.h"
 
 #include <exception>
@@ -217,15 +215,8 @@ OperationError CheckBuild(const BuildPlan& plan, std::vector<CString>& warnings)
     return Guard([&] {
         BuildRun run(plan, progress);
         CheckPlan(run);
+        RequireLockFree(plan.strLocation, plan.strName);
         ProbeRightToWrite(run);
         warnings.insert(warnings.end(), run.warnings.begin(), run.warnings.end());
     });
-}
-
-std::uint64_t MeasureBuild(const BuildPlan& plan) noexcept
-{
-    std::uint64_t bytes = 0;
-    // A source that can't be read is told by the check with its name.
-    static_cast<void>(Guard([&] { bytes = ScanSources(plan).bytes + MeasureUserFiles(plan); }));
-    return bytes;
 }

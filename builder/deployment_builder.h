@@ -17,9 +17,6 @@
 // The checks of a build alone, nothing is written but a probe of the right to write. `warnings` are added.
 [[nodiscard]] OperationError CheckBuild(const BuildPlan& plan, std::vector<CString>& warnings) noexcept;
 
-// Bytes that the plan's deployment will take; files that can't be read count as nothing here (the build tells them).
-[[nodiscard]] std::uint64_t MeasureBuild(const BuildPlan& plan) noexcept;
-
 // Removes what dead builds left in a location: `.<name>.staging-<8 hex digits>` and `.<name>.old-<8 hex digits>`
 // folders whose lock file nobody holds. Where a build died between its two renames the old deployment is put back.
 // Nothing else is touched. `messages` gets a sentence for each thing done or not possible; failures are not fatal.

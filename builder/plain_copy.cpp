@@ -41,7 +41,7 @@ std::uint64_t CopyOne(const CString& source, const CString& target, std::vector<
 std::uint64_t CopyPlainly(const BuildPlan& plan, const CString& folder, PlainCopy way) noexcept
 {
     try {
-        const CopyList list = ScanSources(plan);
+        const CopyList list = ScanSources(plan, {});
         std::vector<unsigned char> buffer(CHUNK_BYTES);
         MakeFolder(folder);
         for (const CString& inner : list.folders) {

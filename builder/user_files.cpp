@@ -222,11 +222,14 @@ UserAdditions FindUserAdditions(const DatabaseSnapshot& database)
         if (!IsUserKey(key.front()) || strays.count(key.front()) != 0) {
             continue;
         }
-        additions.files.push_back({key.front(), LongName(files.Value(row, L"FileName")),
-                                   components.Value(components.Rows().at(key), L"Directory_"),
-                                   records.Value(records.Rows().at(key), L"SourceFileName"),
-                                   static_cast<std::uint32_t>(NumberOf(files.Value(row, L"FileSize"))), 0,
-                                   static_cast<int>(NumberOf(files.Value(row, L"Sequence")))});
+        UserFile file;
+        file.strKey = key.front();
+        file.strName = LongName(files.Value(row, L"FileName"));
+        file.strFolder = components.Value(components.Rows().at(key), L"Directory_");
+        file.strSource = records.Value(records.Rows().at(key), L"SourceFileName");
+        file.storedSize = static_cast<std::uint32_t>(NumberOf(files.Value(row, L"FileSize")));
+        file.sequence = static_cast<int>(NumberOf(files.Value(row, L"Sequence")));
+        additions.files.push_back(std::move(file));
     }
     std::stable_sort(
         additions.files.begin(), additions.files.end(),

@@ -12,7 +12,16 @@
 
 #include <cstdint>
 
-// One added file. Its key is that of its rows in File, Component and TarnCustomFile.
+// Where the bytes of an added file come from.
+enum class UserFileOrigin
+{
+    Source,         // the file that was added
+    EarlierFile,    // the deployment that is built on, where it lies loose
+    EarlierCabinet, // a cabinet of that deployment
+};
+
+// One added file. Its key is that of its rows in File, Component and TarnCustomFile. The last members are decided when
+// its source is looked for (added_files.h).
 struct UserFile
 {
     CString strKey;
@@ -20,8 +29,12 @@ struct UserFile
     CString strFolder;            // key of its directory
     CString strSource;            // full path; or the name alone, in a database that came with a deployment
     std::uint64_t storedSize = 0; // when it was added, or built before
-    std::uint64_t size = 0;       // now, in bytes; the caller's to fill
     int sequence = 0;
+
+    std::uint64_t size = 0; // now, in bytes
+    UserFileOrigin origin = UserFileOrigin::Source;
+    CString strContent; // full path of the source, of the loose file, or of the cabinet
+    CString strTarget;  // of a loose file: relative to the deployment
 };
 
 struct UserAdditions
@@ -31,7 +44,7 @@ struct UserAdditions
     std::vector<CString> straySteps;        // what is left of drives that were only half removed
     std::vector<CString> folders;           // keys of those that were added
     bool bBuiltBefore = false;              // the database names cabinets of an earlier build
-    bool bLoose = false; // the files aren't packed, but lie in folders; the caller's to fill
+    bool bLoose = false;                    // they aren't packed, but lie in folders; the caller's to fill
 
     // Nothing was ever added, so that nothing needs to be finished.
     bool IsEmpty() const

@@ -105,6 +105,18 @@ protected:
         EXPECT_TRUE(!oldStands || kept.empty()) << when << "\n" << NamesOf(kept);
     }
 
+    // As another program does that begins to read it when the check is over.
+    void OpenWhileCopying(const CString& path, CFileHandle& file)
+    {
+        m_build.onStep = [&file, path](const CString& step) {
+            if (step.Find(L"Copying") == 0) {
+                file = CFileHandle(
+                    CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+                EXPECT_TRUE(file.IsOpen()) << GetLastError();
+            }
+        };
+    }
+
     TestFolder m_sources{L"sources"};
     TestBuild m_build;
     Tree m_old;
@@ -229,9 +241,10 @@ TEST(CancelledBuild, StopsInTheMiddleOfALargeFile)
 TEST_F(RebuildTest, AFileOfTheOldDeploymentThatIsOpenKeepsItInPlace)
 {
     const CString open = m_build.Target() + L"\\Image\\x64\\Zolt\\readme.txt";
-    HANDLE file = CreateFileW(open, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    CFileHandle file;
+    OpenWhileCopying(open, file);
     const BuildResult result = m_build.Build();
-    CloseHandle(file);
+    file.Close();
     EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_SHARING_VIOLATION));
     EXPECT_HOLDS(result.error.message, L"Replacing \"" + open + L"\" failed");
     EXPECT_HOLDS(result.error.message, L"Close it there");
@@ -241,10 +254,11 @@ TEST_F(RebuildTest, AFileOfTheOldDeploymentThatIsOpenKeepsItInPlace)
 
 TEST_F(RebuildTest, ALogOfAFailureLiesBesideTheDeploymentAndSaysWhatToDo)
 {
-    HANDLE file = CreateFileW(m_build.Target() + L"\\ReadMe.txt", GENERIC_READ, FILE_SHARE_READ, nullptr,
-                              OPEN_EXISTING, 0, nullptr);
+    CFileHandle file;
+    OpenWhileCopying(m_build.Target() + L"\\ReadMe.txt", file);
     EXPECT_EQ(m_build.Build().error.code, 32u);
-    CloseHandle(file);
+    file.Close();
+    m_build.onStep = nullptr;
     const CString path = m_build.Location() + L"\\Office.Build.log";
     const std::string bytes = ReadBytes(path);
     const CString log = TextFromUtf8(bytes.data(), bytes.size());

@@ -354,6 +354,27 @@ BuildResult TestBuild::Build()
     return BuildDeployment(plan, recorder);
 }
 
+void ExpectRefusedBeforehand(TestBuild& build, unsigned int code, const std::vector<CString>& words)
+{
+    const Tree before = ReadTree(build.Location());
+    std::vector<CString> warnings;
+    const OperationError checked = CheckBuild(build.plan, warnings);
+    build.steps.clear();
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, code) << Utf8(result.error.message);
+    EXPECT_EQ(checked.code, code) << "the check says: " << Utf8(checked.message);
+    EXPECT_EQ(Utf8(checked.message), Utf8(result.error.message));
+    for (const CString& word : words) {
+        EXPECT_GE(result.error.message.Find(word), 0)
+            << Utf8(word) << " is missing in: " << Utf8(result.error.message);
+    }
+    EXPECT_LE(build.steps.size(), 1u) << "more was done than checking: " << Utf8(build.steps.back());
+    const Tree after = ReadTree(build.Location());
+    EXPECT_TRUE(after == before) << "the location holds\n"
+                                 << NamesOf(after) << "and held\n"
+                                 << NamesOf(before);
+}
+
 void LetTheNextMomentBeTold()
 {
     for (const ULONGLONG start = GetTickCount64(); GetTickCount64() - start < 60;) {

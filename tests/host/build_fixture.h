@@ -89,6 +89,10 @@ private:
     InstallerHandle m_database = 0;
 };
 
+// The build is refused with that code and those words before anything is written: the check says the same, no other step
+// begins, and the location stays as it is.
+void ExpectRefusedBeforehand(TestBuild& build, unsigned int code, const std::vector<CString>& words);
+
 // The builder tells at most every 50 milliseconds how far it is. After this the next moment is told.
 void LetTheNextMomentBeTold();
 

@@ -3,6 +3,7 @@
 #include "tests/host/user_additions.h"
 
 #include "builder/build_names.h"
+#include "builder/copy_scan.h"
 #include "builder/file_operations.h"
 
 #include <windows.h>
@@ -209,7 +210,7 @@ TEST(CheckedBuild, FindsWhatABuildWouldAndWritesNothing)
 TEST(CheckedBuild, MeasuresTheBytesOfTheFilesAndDatabases)
 {
     TestBuild build;
-    const std::uint64_t measured = MeasureBuild(build.plan);
+    const std::uint64_t measured = ScanSources(build.plan, {}).bytes;
     const std::uint64_t database = ReadBytes(build.plan.databases[0].strWorkingCopy).size();
     EXPECT_EQ(measured, database + (3 << 20) + 6 + 10);
 }

@@ -1,0 +1,312 @@
+#include "builder/added_files.h"
+
+#include "builder/build_failure.h"
+#include "builder/build_names.h"
+#include "builder/cabinet.h"
+#include "builder/database_snapshot.h"
+#include "builder/file_operations.h"
+
+#include <optional>
+
+namespace {
+
+CString Sentence(const CString& product, const CString& source, const CString& rest)
+{
+    return L"The file \"" + source + L"\", which was added to " + product + L", " + rest;
+}
+
+constexpr std::uint64_t MEGABYTE = 1u << 20;
+
+CString Megabytes(std::uint64_t bytes)
+{
+    return NumberText(static_cast<long long>(bytes / MEGABYTE)) + L" MB";
+}
+
+bool IsFullPath(const CString& path)
+{
+    return path.Left(2) == L"\\\\" || path.Mid(1, 2) == L":\\";
+}
+
+CString PackageFolder(const BuildDatabase& database)
+{
+    return WithClosingBackslash(FolderAbove(database.strOriginal));
+}
+
+// A member of a cabinet of the deployment that is built on.
+struct EarlierMember
+{
+    CString strCabinet; // full path
+    std::uint64_t size = 0;
+};
+
+// By key; empty beside a vendor's package.
+std::map<CString, EarlierMember> ListEarlierCabinets(const BuildDatabase& database)
+{
+    std::map<CString, EarlierMember> members;
+    const CString folder = FolderAbove(database.strOriginal);
+    for (const FolderEntry& entry : ListFolder(folder)) {
+        if (entry.IsFolder() || !IsUserCabinet(entry.strName)) {
+            continue;
+        }
+        const CString cabinet = JoinFolder(folder, entry.strName);
+        for (const auto& [key, size] : ListCabinet(cabinet)) {
+            members[key] = {cabinet, size};
+        }
+    }
+    return members;
+}
+
+// Looks for the bytes of added files: at their sources, else in the deployment that is built on.
+class CSourceFinder
+{
+public:
+    CSourceFinder(const BuildDatabase& database, const AdditionPlaces& places)
+        : m_database(database), m_places(places)
+    {
+    }
+
+    // A file that is nowhere is refused, and so is one of which nothing can be told, for instance on a share that
+    // doesn't answer.
+    void Find(UserFile& file)
+    {
+        if (FindAtSource(file) || FindLoose(file) || FindInCabinet(file)) {
+            return;
+        }
+        RefuseMissingFile(m_database.strProductName, file.strSource);
+    }
+
+private:
+    bool FindAtSource(UserFile& file)
+    {
+        try {
+            if (!IsFullPath(file.strSource) || KindOfPath(file.strSource) != PathKind::File) {
+                return false;
+            }
+            file.size = SizeOfFile(file.strSource);
+        } catch (const BuildFailure&) {
+            if (!IsInEarlierDeployment(file)) {
+                throw;
+            }
+            return false;
+        }
+        RequirePackable(m_database.strProductName, file.strSource, file.size);
+        // One that another program holds is refused now, and not when all else has been copied.
+        static_cast<void>(OpenForReading(file.strSource));
+        file.origin = UserFileOrigin::Source;
+        file.strContent = file.strSource;
+        return true;
+    }
+
+    bool FindLoose(UserFile& file) const
+    {
+        const CString path = LoosePath(file);
+        if (path.IsEmpty()) {
+            return false;
+        }
+        file.origin = UserFileOrigin::EarlierFile;
+        file.strContent = path;
+        file.size = SizeOfFile(path);
+        return true;
+    }
+
+    bool FindInCabinet(UserFile& file)
+    {
+        const auto member = Members().find(file.strKey);
+        if (member == Members().end()) {
+            return false;
+        }
+        file.origin = UserFileOrigin::EarlierCabinet;
+        file.strContent = member->second.strCabinet;
+        file.size = member->second.size;
+        return true;
+    }
+
+    CString LoosePath(const UserFile& file) const
+    {
+        const auto found = m_places.earlierLooseFiles.find(file.strKey);
+        if (found == m_places.earlierLooseFiles.end()) {
+            return {};
+        }
+        const CString path = PackageFolder(m_database) + found->second;
+        return KindOfPath(path) == PathKind::File ? path : CString();
+    }
+
+    bool IsInEarlierDeployment(const UserFile& file)
+    {
+        return !LoosePath(file).IsEmpty() || Members().count(file.strKey) != 0;
+    }
+
+    const std::map<CString, EarlierMember>& Members()
+    {
+        if (!m_members) {
+            m_members = ListEarlierCabinets(m_database);
+        }
+        return *m_members;
+    }
+
+    const BuildDatabase& m_database;
+    const AdditionPlaces& m_places;
+    std::optional<std::map<CString, EarlierMember>> m_members; // read when it matters
+};
+
+void SetLooseTarget(const BuildDatabase& database, const AdditionPlaces& places, UserFile& file)
+{
+    const auto place = places.now.paths.find(file.strKey);
+    if (place == places.now.paths.end()) {
+        throw BuildFailure{BUILD_INSTALLER_FAILED,
+                           Sentence(database.strProductName, file.strSource,
+                                    L"can't be installed, as the product's database lacks the folder of "
+                                    L"it. Remove it from the additional files.")};
+    }
+    file.strTarget = JoinFolder(FolderAbove(database.strTarget), place->second);
+}
+
+void WarnOfDrives(AddedFiles& added, const CString& product, const DatabaseSnapshot& snapshot)
+{
+    for (const CString& drive : FindUserDrives(snapshot)) {
+        added.warnings.push_back(L"The drive " + drive + L" was added to " + product +
+                                 L". On a workstation without that drive the installation fails.");
+    }
+}
+
+void WarnOfIncompleteAdditions(AddedFiles& added, const CString& product)
+{
+    for (const IncompleteAddition& stray : added.additions.strays) {
+        added.warnings.push_back(
+            L"The addition \"" + stray.strName + L"\" to " + product +
+            L" was never completed, or only half removed, and is left out of the deployment. Remove it "
+            L"from the additional files, and add it again if it is wanted.");
+    }
+    for (const CString& step : added.additions.straySteps) {
+        added.warnings.push_back(L"A drive (" + step + L") was only half removed from " + product +
+                                 L". What was left of it is left out of the deployment.");
+    }
+}
+
+void WarnOfProductNames(AddedFiles& added, const CString& product, const DatabaseSnapshot& snapshot)
+{
+    for (const CString& source : FindProductNames(snapshot, added.additions)) {
+        added.warnings.push_back(L"The added file \"" + source + L"\" takes the place of one of " + product +
+                                 L": the product has a file of that name in the same folder.");
+    }
+}
+
+void WarnOfChange(AddedFiles& added, const UserFile& file)
+{
+    if (file.origin != UserFileOrigin::Source) {
+        added.warnings.push_back(L"The added file \"" + file.strSource +
+                                 L"\" is not on this computer; the copy in the deployment was taken.");
+    } else if (file.storedSize != file.size) {
+        added.warnings.push_back(DescribeChangedFile(file));
+    }
+}
+
+} // namespace
+
+AdditionPlaces FindAdditionPlaces(const BuildDatabase& database)
+{
+    AdditionPlaces places;
+    if (database.hDatabase == 0) {
+        return places;
+    }
+    const CString folder = PackageFolder(database);
+    places.now = FindAdditionSources(database.hDatabase, folder);
+    if (places.now.bLoose) {
+        places.earlierLooseFiles =
+            FindAdditionSources(OpenDatabaseToRead(database.strOriginal).get(), folder).paths;
+    }
+    return places;
+}
+
+std::uint64_t AddedFiles::BytesToPack() const
+{
+    std::uint64_t bytes = 0;
+    for (const UserFile& file : additions.files) {
+        bytes += additions.bLoose || file.origin == UserFileOrigin::EarlierCabinet ? 0 : file.size;
+    }
+    return bytes;
+}
+
+std::vector<CopyItem> AddedFiles::Targets(const BuildDatabase& database) const
+{
+    std::vector<CopyItem> targets;
+    if (additions.bLoose) {
+        for (const UserFile& file : additions.files) {
+            targets.push_back({file.strSource, file.strTarget, file.size});
+        }
+    }
+    for (const UserCabinet& cabinet : cabinets) {
+        targets.push_back({L"the files added to " + database.strProductName,
+                           JoinFolder(FolderAbove(database.strTarget), cabinet.strName), 0});
+    }
+    return targets;
+}
+
+AddedFiles DecideAddedFiles(const BuildDatabase& database, const AdditionPlaces& places,
+                            const CabinetLimits& limits, DatabaseSnapshot& snapshot,
+                            const std::function<void()>& poll)
+{
+    const CString& product = database.strProductName;
+    AddedFiles added;
+    added.additions = FindUserAdditions(snapshot);
+    added.additions.bLoose = places.now.bLoose;
+    // Of a drive with nothing on it too: it stands among the folders that the installer resolves.
+    WarnOfDrives(added, product, snapshot);
+    if (!added.IsNeeded()) {
+        return added;
+    }
+    WarnOfIncompleteAdditions(added, product);
+    if (!added.additions.files.empty()) {
+        WarnOfProductNames(added, product, snapshot);
+    }
+    const CString clash = FindSameTarget(added.additions);
+    if (!clash.IsEmpty()) {
+        throw BuildFailure{BUILD_ALREADY_EXISTS, clash};
+    }
+    CSourceFinder finder(database, places);
+    for (UserFile& file : added.additions.files) {
+        if (added.additions.bLoose) {
+            SetLooseTarget(database, places, file);
+        }
+        finder.Find(file);
+        poll();
+        WarnOfChange(added, file);
+    }
+    if (!added.additions.bLoose) {
+        added.cabinets = PackUserFiles(added.additions.files, limits);
+    }
+    const CString refused =
+        FinishUserAdditions(snapshot, added.additions, added.cabinets, places.now.bPackedUnmarked);
+    if (!refused.IsEmpty()) {
+        throw BuildFailure{BUILD_INSTALLER_FAILED,
+                           L"The files that were added to " + product + L" can't be installed: " + refused};
+    }
+    return added;
+}
+
+void RefuseMissingFile(const CString& product, const CString& source)
+{
+    throw BuildFailure{BUILD_FILE_NOT_FOUND,
+                       Sentence(product, source,
+                                L"is no longer there. Put it back, or remove it from the additional "
+                                L"files, and start the build again.")};
+}
+
+void RequirePackable(const CString& product, const CString& source, std::uint64_t size)
+{
+    if (size > MAX_USER_FILE_BYTES) {
+        throw BuildFailure{
+            BUILD_FILE_TOO_LARGE,
+            Sentence(product, source,
+                     L"has " + Megabytes(size + MEGABYTE - 1) +
+                         L". The installer takes added files of up to " + Megabytes(MAX_USER_FILE_BYTES) +
+                         L" each. Remove it from the additional files, or add it in smaller parts.")};
+    }
+}
+
+CString DescribeChangedFile(const UserFile& file)
+{
+    return L"The added file \"" + file.strSource + L"\" has changed since it was added: it had " +
+           NumberText(static_cast<long long>(file.storedSize)) + L" bytes then, and has " +
+           NumberText(static_cast<long long>(file.size)) + L" now.";
+}

@@ -1,0 +1,47 @@
+// What becomes of the files, folders and drives that an administrator added to a product: looked for and decided before
+// anything is written. build_user_files.h does what is decided here.
+#pragma once
+
+#include "builder/copy_list.h"
+#include "builder/package_sources.h"
+#include "builder/user_files.h"
+
+#include <functional>
+
+// Where additions of a product lie, and lay in the deployment that is built on. Paths are relative to the package's
+// folder.
+struct AdditionPlaces
+{
+    AdditionSources now;
+    std::map<CString, CString> earlierLooseFiles; // by key
+};
+// Empty for a product whose database isn't open.
+[[nodiscard]] AdditionPlaces FindAdditionPlaces(const BuildDatabase& database);
+
+// A value: all that writing the additions of one product needs to know.
+struct AddedFiles
+{
+    UserAdditions additions;           // each file with its size and where its bytes come from
+    std::vector<UserCabinet> cabinets; // none when the files lie loose
+    std::vector<CString> warnings;     // sentences
+
+    // The database is made anew then: added files may have changed although no row did.
+    bool IsNeeded() const { return !additions.IsEmpty(); }
+    // Of the sources that will be packed, without what comes out of earlier cabinets.
+    [[nodiscard]] std::uint64_t BytesToPack() const;
+    // What the additions bring into the deployment: loose files with their bytes, and cabinets, whose bytes are those of
+    // their contents (BytesToPack).
+    [[nodiscard]] std::vector<CopyItem> Targets(const BuildDatabase& database) const;
+};
+
+// Finds each source once, and turns the snapshot of the open database into that of the database to be built. Throws a
+// BuildFailure for whatever keeps the additions from being installed; nothing is written. `poll` is called now and then
+// and may throw.
+[[nodiscard]] AddedFiles DecideAddedFiles(const BuildDatabase& database, const AdditionPlaces& places,
+                                          const CabinetLimits& limits, DatabaseSnapshot& snapshot,
+                                          const std::function<void()>& poll);
+
+// Shared with the writing of files, which may find what was true no more.
+[[noreturn]] void RefuseMissingFile(const CString& product, const CString& source);
+void RequirePackable(const CString& product, const CString& source, std::uint64_t size);
+[[nodiscard]] CString DescribeChangedFile(const UserFile& file);
