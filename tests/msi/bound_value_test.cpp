@@ -3,8 +3,10 @@
 #include "msi/msi_property.h"
 #include "msi/msi_rows.h"
 #include "tests/installer/database_fixture.h"
+#include "tests/msi/row_statement_table.h"
 
 #include <algorithm>
+#include <type_traits>
 
 namespace {
 
@@ -55,76 +57,28 @@ CString Twice(const CString& value)
     return value + L"|" + value;
 }
 
-bool InsertDirectory(InstallerHandle database, const CString& value)
+// The sample of the table with the value in its bound column.
+template <class Data, const auto& SAMPLE, auto BOUND>
+bool Write(InstallerHandle database, MsiRowAction action, const CString& value)
 {
-    DirectoryData row;
-    row.Directory = L"dir";
-    row.DefaultDir = value;
+    Data row;
+    static_cast<std::remove_cvref_t<decltype(SAMPLE)>&>(row) = SAMPLE;
+    row.*BOUND = value;
+    row.m_action = action;
     return row.Execute(database);
 }
 
-bool UpdateDirectory(InstallerHandle database, const CString& value)
+template <class Data, const auto& SAMPLE, auto BOUND>
+bool Insert(InstallerHandle database, const CString& value)
 {
-    DirectoryData row;
-    row.Directory = L"dir";
-    row.DefaultDir = L"before";
-    const bool inserted = row.Execute(database);
-    row.m_action = MsiRowAction::Update;
-    row.DefaultDir = value;
-    return inserted && row.Execute(database);
+    return Write<Data, SAMPLE, BOUND>(database, MsiRowAction::Insert, value);
 }
 
-bool InsertFile(InstallerHandle database, const CString& value)
+template <class Data, const auto& SAMPLE, auto BOUND>
+bool Update(InstallerHandle database, const CString& value)
 {
-    FileData row;
-    row.File = L"file";
-    row.Component_ = L"comp";
-    row.FileName = value;
-    return row.Execute(database);
-}
-
-bool InsertCustomFile(InstallerHandle database, const CString& value)
-{
-    CustomFileData row;
-    row.Component_ = L"comp";
-    row.SourceFileName = value;
-    return row.Execute(database);
-}
-
-bool UpdateCustomFile(InstallerHandle database, const CString& value)
-{
-    CustomFileData row;
-    row.Component_ = L"comp";
-    row.SourceFileName = L"before";
-    const bool inserted = row.Execute(database);
-    row.m_action = MsiRowAction::Update;
-    row.SourceFileName = value;
-    return inserted && row.Execute(database);
-}
-
-bool InsertShortcut(InstallerHandle database, const CString& value)
-{
-    ShortcutData row;
-    row.Shortcut = L"cut";
-    row.Directory_ = L"dir";
-    row.Component_ = L"comp";
-    row.Target = L"target";
-    row.Name = value;
-    return row.Execute(database);
-}
-
-bool UpdateShortcut(InstallerHandle database, const CString& value)
-{
-    ShortcutData row;
-    row.Shortcut = L"cut";
-    row.Directory_ = L"dir";
-    row.Component_ = L"comp";
-    row.Target = L"target";
-    row.Name = L"before";
-    const bool inserted = row.Execute(database);
-    row.m_action = MsiRowAction::Update;
-    row.Name = value;
-    return inserted && row.Execute(database);
+    return Write<Data, SAMPLE, BOUND>(database, MsiRowAction::Insert, L"before") &&
+           Write<Data, SAMPLE, BOUND>(database, MsiRowAction::Update, value);
 }
 
 bool InsertProperty(InstallerHandle database, const CString& value)
@@ -133,16 +87,20 @@ bool InsertProperty(InstallerHandle database, const CString& value)
 }
 
 const BoundColumn COLUMNS[] = {
-    {"InsertOfDefaultDir", Empty::Refused, L"SELECT `DefaultDir` FROM `Directory`", InsertDirectory, AsGiven},
-    {"UpdateOfDefaultDir", Empty::AsTheServiceSays, L"SELECT `DefaultDir` FROM `Directory`", UpdateDirectory,
-     AsGiven},
-    {"InsertOfFileName", Empty::Refused, L"SELECT `FileName` FROM `File`", InsertFile, AsGiven},
+    {"InsertOfDefaultDir", Empty::Refused, L"SELECT `DefaultDir` FROM `Directory`",
+     Insert<DirectoryData, DIRECTORY, &DirectoryData::DefaultDir>, AsGiven},
+    {"UpdateOfDefaultDir", Empty::AsTheServiceSays, L"SELECT `DefaultDir` FROM `Directory`",
+     Update<DirectoryData, DIRECTORY, &DirectoryData::DefaultDir>, AsGiven},
+    {"InsertOfFileName", Empty::Refused, L"SELECT `FileName` FROM `File`",
+     Insert<FileData, USER_FILE, &FileData::FileName>, AsGiven},
     {"InsertOfSourceFileName", Empty::Allowed, L"SELECT `SourceFileName` FROM `TarnCustomFile`",
-     InsertCustomFile, AsGiven},
+     Insert<CustomFileData, CUSTOM_FILE, &CustomFileData::SourceFileName>, AsGiven},
     {"UpdateOfSourceFileName", Empty::Allowed, L"SELECT `SourceFileName` FROM `TarnCustomFile`",
-     UpdateCustomFile, AsGiven},
-    {"InsertOfShortcutName", Empty::Allowed, L"SELECT `Name` FROM `Shortcut`", InsertShortcut, Twice},
-    {"UpdateOfShortcutName", Empty::Allowed, L"SELECT `Name` FROM `Shortcut`", UpdateShortcut, Twice},
+     Update<CustomFileData, CUSTOM_FILE, &CustomFileData::SourceFileName>, AsGiven},
+    {"InsertOfShortcutName", Empty::Allowed, L"SELECT `Name` FROM `Shortcut`",
+     Insert<ShortcutData, SHORTCUT, &ShortcutData::Name>, Twice},
+    {"UpdateOfShortcutName", Empty::Allowed, L"SELECT `Name` FROM `Shortcut`",
+     Update<ShortcutData, SHORTCUT, &ShortcutData::Name>, Twice},
     {"WriteOfAPropertyValue", Empty::Refused, L"SELECT `Value` FROM `Property`", InsertProperty, AsGiven},
 };
 
