@@ -8,16 +8,6 @@
 
 namespace {
 
-// The kinds of exports differ in what they return, so that one called as the other writes to nowhere.
-constexpr wchar_t PAGE_ENDING[] = L"Dialog";
-constexpr wchar_t TAB_PAGE_ENDING[] = L"Page";
-
-bool EndsIn(const CString& name, const wchar_t* ending)
-{
-    const CString tail(ending);
-    return name.Right(tail.GetLength()) == tail;
-}
-
 // The name of an export is plain ASCII; a name that isn't can't be one.
 FARPROC FindExport(HMODULE module, const CString& name)
 {
@@ -66,11 +56,10 @@ CString CPageLibrary::Load(const CString& programFolder)
 
 PageFunction CPageLibrary::Find(const CString& page) const
 {
-    return EndsIn(page, PAGE_ENDING) ? CastExport<PageFunction>(FindExport(m_module.get(), page)) : nullptr;
+    return CastExport<PageFunction>(FindExport(m_module.get(), page));
 }
 
 TabPageFunction CPageLibrary::FindTab(const CString& tabPage) const
 {
-    return EndsIn(tabPage, TAB_PAGE_ENDING) ? CastExport<TabPageFunction>(FindExport(m_module.get(), tabPage))
-                                            : nullptr;
+    return CastExport<TabPageFunction>(FindExport(m_module.get(), tabPage));
 }

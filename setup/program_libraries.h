@@ -34,7 +34,8 @@ class CPageLibrary
 {
 public:
     [[nodiscard]] CString Load(const CString& programFolder);
-    // Null when the library doesn't have the page, and for the name of anything else that it exports.
+    // By the exports of the table of pages: the kinds differ in what they return, so that one called as the other would
+    // write to nowhere. Null when the library doesn't have the page, and for the empty name.
     [[nodiscard]] PageFunction Find(const CString& page) const;
     [[nodiscard]] TabPageFunction FindTab(const CString& tabPage) const;
     const CString& Path() const { return m_strPath; }
