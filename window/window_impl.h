@@ -4,6 +4,7 @@
 //   CWindowImpl<T, TBase, ...>   creates a window of an own class, or subclasses one
 //   CWinTraits, CControlWinTraits, CFrameWinTraits   styles for Create
 //   DECLARE_WND_CLASS            the name of a window class
+//   DECLARE_WND_SUPERCLASS       the name of one that is made from a class of the system
 //
 // T defines the message map. An object is bound to its window on the window's first message and unbound at
 // WM_NCDESTROY; an object that goes before its window takes a window that it created along, and gives a subclassed one
@@ -97,6 +98,14 @@ using CFrameWinTraits = CWinTraits<WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN | WS_CL
         return name;                                                                                         \
     }
 
+// The class has the procedure of `original` (L"EDIT") below T's message map.
+#define DECLARE_WND_SUPERCLASS(name, original)                                                               \
+    DECLARE_WND_CLASS(name)                                                                                  \
+    static const wchar_t* GetOriginalClassName() noexcept                                                    \
+    {                                                                                                        \
+        return original;                                                                                     \
+    }
+
 template <class T, class TBase = CWindow, class TWinTraits = CControlWinTraits>
 class CWindowImpl : public CWindowImplRoot<TBase>
 {
@@ -108,7 +117,7 @@ public:
     // The last call for a window: the handle is no window any more, the object may delete itself.
     virtual void OnFinalMessage(HWND) {}
 
-    // Creates a window of T's class (DECLARE_WND_CLASS, registered at the first need). A null rectangle leaves place
+    // Creates a window of T's class (DECLARE_WND_CLASS or _SUPERCLASS, registered at the first need). A null rectangle leaves place
     // and size to the system. Null with GetLastError on failure; what a handler throws meanwhile comes out here.
     HWND Create(HWND parent, const RECT* rectangle = nullptr, const wchar_t* name = nullptr, DWORD style = 0,
                 DWORD exStyle = 0, UINT_PTR menuOrId = 0, void* parameter = nullptr);
@@ -134,7 +143,9 @@ public:
 
     static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
-    // What the window's class has beyond its name. T may hide it.
+    // The class below T's; null for a class of T's own.
+    static const wchar_t* GetOriginalClassName() noexcept { return nullptr; }
+    // What the window's class has beyond its name. T may hide it. A superclass has what its original has.
     static WNDCLASSEXW GetWndClassInfo()
     {
         WNDCLASSEXW info = {};
@@ -181,13 +192,21 @@ HWND CWindowImpl<T, TBase, TWinTraits>::Create(HWND parent, const RECT* rectangl
         return nullptr;
     }
     WNDCLASSEXW info = T::GetWndClassInfo();
+    WNDPROC original = nullptr;
+    if (T::GetOriginalClassName()) {
+        if (!::GetClassInfoExW(nullptr, T::GetOriginalClassName(), &info)) {
+            return nullptr;
+        }
+        original = info.lpfnWndProc;
+        info.style &= ~static_cast<UINT>(CS_GLOBALCLASS); // the new class is this binary's alone
+    }
     info.lpszClassName = T::GetWndClassName();
     info.hInstance = _Module.GetModuleInstance();
     info.lpfnWndProc = GetWindowProc();
     if (!_Module.RegisterWindowClass(info)) {
         return nullptr;
     }
-    m_pfnSuperWindowProc = ::DefWindowProcW;
+    m_pfnSuperWindowProc = original ? original : ::DefWindowProcW;
     m_procedure = info.lpfnWndProc;
     m_origin = Origin::Created;
     this->m_creationFailed = false;
@@ -199,7 +218,7 @@ HWND CWindowImpl<T, TBase, TWinTraits>::Create(HWND parent, const RECT* rectangl
     CExceptionBoundary boundary;
     HWND window = nullptr;
     {
-        const CPendingBinding pending(&s_key, this, nullptr);
+        const CPendingBinding pending(&s_key, this, original);
         window = ::CreateWindowExW(TWinTraits::GetWndExStyle(exStyle), info.lpszClassName, name,
                                    TWinTraits::GetWndStyle(style), x, y, width, height, parent,
                                    reinterpret_cast<HMENU>(menuOrId), info.hInstance, parameter);

@@ -64,6 +64,90 @@ private:
 using CFirstSubclass = CTaggedSubclass<1>;
 using CSecondSubclass = CTaggedSubclass<2>;
 
+// An edit of a class of its own.
+class COwnEdit : public CWindowImpl<COwnEdit, CEdit>
+{
+public:
+    DECLARE_WND_SUPERCLASS(L"RolloutTestEdit", L"EDIT")
+
+    BEGIN_MSG_MAP(COwnEdit)
+    MESSAGE_HANDLER(WM_CREATE, OnCreate)
+    MESSAGE_HANDLER(askMessage, OnAsk)
+    MESSAGE_HANDLER(WM_CHAR, OnChar)
+    END_MSG_MAP()
+
+    void OnFinalMessage(HWND) override { ++finalMessages; }
+    int finalMessages = 0;
+    int created = 0;
+
+private:
+    LRESULT OnCreate(UINT, WPARAM, LPARAM, BOOL& handled)
+    {
+        ++created;
+        handled = FALSE;
+        return 0;
+    }
+    LRESULT OnAsk(UINT, WPARAM, LPARAM, BOOL&) { return 1; }
+    LRESULT OnChar(UINT message, WPARAM, LPARAM lParam, BOOL&)
+    {
+        return DefWindowProc(message, L'x', lParam); // whatever is typed
+    }
+};
+
+class SuperclassTest : public SubclassTest
+{
+};
+
+TEST_F(SuperclassTest, AWindowOfASuperclassIsAControlFromItsFirstMessageOn)
+{
+    COwnEdit edit;
+    ASSERT_NE(edit.Create(m_edit, nullptr, L"text"), nullptr);
+    wchar_t name[32] = {};
+    GetClassNameW(edit, name, 32);
+    EXPECT_EQ(CString(name), CString(L"RolloutTestEdit"));
+    EXPECT_EQ(edit.created, 1);
+    EXPECT_EQ(SendMessageW(edit, askMessage, 0, 0), 1);
+    edit.SetSelAll();
+    SendMessageW(edit, WM_CHAR, L'a', 0);
+    EXPECT_EQ(ReadWindowText(edit), CString(L"x"));
+}
+
+TEST_F(SuperclassTest, AWindowThatGoesFirstUnbindsItsObject)
+{
+    COwnEdit edit;
+    ASSERT_NE(edit.Create(m_edit), nullptr);
+    DestroyWindow(edit);
+    EXPECT_EQ(edit.m_hWnd, nullptr);
+    EXPECT_EQ(edit.finalMessages, 1);
+}
+
+TEST_F(SuperclassTest, AnObjectThatGoesFirstTakesItsWindowAlong)
+{
+    HWND window = nullptr;
+    {
+        COwnEdit edit;
+        window = edit.Create(m_edit);
+        ASSERT_NE(window, nullptr);
+    }
+    EXPECT_FALSE(IsWindow(window));
+}
+
+class COfNothing : public CWindowImpl<COfNothing>
+{
+public:
+    DECLARE_WND_SUPERCLASS(L"RolloutTestNothing", L"RolloutNoSuchClass")
+    BEGIN_MSG_MAP(COfNothing)
+    END_MSG_MAP()
+};
+
+TEST_F(SuperclassTest, ASuperclassOfNothingMakesNoWindow)
+{
+    COfNothing window;
+    EXPECT_EQ(window.Create(m_edit), nullptr);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_CLASS_DOES_NOT_EXIST));
+    EXPECT_EQ(window.m_hWnd, nullptr);
+}
+
 TEST_F(SubclassTest, ASubclassAnswersAndTheControlDoesTheRest)
 {
     CFirstSubclass subclass;
