@@ -51,7 +51,9 @@ void CChangeWatch::Forget()
 
 int CChangeWatch::OnPageUp(PageContext* context)
 {
-    if (s_current) {
+    // A page runs the hooks again when it has changed itself; what was changed until then is a change nevertheless.
+    if (s_current && s_current->m_page != context->hParent) {
+        s_current->m_page = context->hParent;
         s_current->m_entered = TryReadControls(context->hParent);
         s_current->m_left = s_current->m_entered;
         SetWindowSubclass(context->hParent, PageProcedure, 0, 0);
@@ -65,6 +67,7 @@ LRESULT CALLBACK CChangeWatch::PageProcedure(HWND page, UINT message, WPARAM wPa
     if (message == WM_DESTROY) { // the controls are still there
         if (s_current) {
             s_current->m_left = TryReadControls(page);
+            s_current->m_page = nullptr; // the next page may get the same handle
         }
         RemoveWindowSubclass(page, PageProcedure, id);
     }

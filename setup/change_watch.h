@@ -34,6 +34,7 @@ private:
 
     static CChangeWatch* s_current;
 
+    HWND m_page = nullptr; // the page that is up
     std::vector<CString> m_entered;
     std::vector<CString> m_left;
     bool m_bChanged = false;

@@ -120,11 +120,9 @@ protected:
     template <class Act>
     void WalkThrough(Act act)
     {
-        PageContext context;
+        context = {};
         watch.Watch(context);
-        PageContext up;
-        up.hParent = page;
-        EXPECT_NE(context.postInitHooks.at(0)(&up), 2) << "the watch vetoed";
+        RunPostInitHooks();
         act();
         DestroyWindow(page);
         watch.NotePage();
@@ -132,7 +130,15 @@ protected:
         edit = Add(L"Edit");
     }
 
+    void RunPostInitHooks()
+    {
+        PageContext up;
+        up.hParent = page;
+        EXPECT_NE(context.postInitHooks.at(0)(&up), 2) << "the watch vetoed";
+    }
+
     CChangeWatch watch;
+    PageContext context;
     CWindow edit;
 };
 
@@ -160,10 +166,19 @@ TEST_F(ChangeWatch, WhatWasTakenBackIsNoChange)
 
 TEST_F(ChangeWatch, APageThatNeverCameUpIsNoChange)
 {
-    PageContext context;
     watch.Watch(context);
     watch.NotePage();
     EXPECT_FALSE(watch.HasChanges());
+}
+
+// A page that adds something runs its hooks at the end of that, too.
+TEST_F(ChangeWatch, AChangeBeforeASecondRunOfThePagesHooksStaysKnown)
+{
+    WalkThrough([this] {
+        edit.SetText(L"added");
+        RunPostInitHooks();
+    });
+    EXPECT_TRUE(watch.HasChanges());
 }
 
 TEST_F(ChangeWatch, StartingOverForgetsWhatIsGone)
