@@ -1,6 +1,8 @@
 #include "online/notice_desk_feed_board_page.h"
 
-#include "frame/shared_helpers.h"
+#include "frame/host_name.h"
+#include "frame/page_entry.h"
+#include "frame/resource_text.h"
 #include "include/product.h"
 #include "include/rollout_ui.h"
 

@@ -1,7 +1,8 @@
 // The page of the product's notices: updates, channels and feeds.
 #pragma once
 
-#include "frame/page_frame.h"
+#include "frame/tab_page.h"
+#include "frame/wizard_page.h"
 #include "online/location_browser.h"
 #include "online/location_rules.h"
 #include "online/notice_settings.h"
@@ -27,10 +28,10 @@ public:
     CHAIN_MSG_MAP(Impl<T>)
     END_MSG_MAP()
 
-    LRESULT OnInitDialog();
-    void LookupControls();
-    bool ValidateAndStore();
-    bool StoreWithoutValidation()
+    LRESULT OnInitDialog() override;
+    void LookupControls() override;
+    bool ValidateAndStore() override;
+    bool StoreWithoutValidation() override
     {
         Store();
         return true;

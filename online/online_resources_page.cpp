@@ -1,5 +1,6 @@
 #include "online/online_resources_page.h"
 
+#include "frame/page_entry.h"
 #include "include/rollout_ui.h"
 #include "online/property_stores.h"
 #include "window/controls.h"

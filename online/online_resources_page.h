@@ -1,7 +1,8 @@
 // The page of the product's online content.
 #pragma once
 
-#include "frame/page_frame.h"
+#include "frame/tab_page.h"
+#include "frame/wizard_page.h"
 #include "online/resource_settings.h"
 
 // Five switches of what the product may use on the web. They are read from the product's database and written to it
@@ -12,16 +13,16 @@ class COnlineResourcesPageBase : public Impl<T>
 public:
     using Impl<T>::Impl;
 
-    LRESULT OnInitDialog();
-    bool ValidateAndStore();
-    bool StoreWithoutValidation()
+    LRESULT OnInitDialog() override;
+    bool ValidateAndStore() override;
+    bool StoreWithoutValidation() override
     {
         Store();
         return true;
     }
 
-    // The plain cursor: storing shows no box, and no mouse move is handled meanwhile.
-    using BackCursor = CWaitCursor;
+    // Storing shows no box, and no mouse move is handled meanwhile.
+    bool HasPlainBackCursor() const override { return true; }
 
 private:
     void Store();

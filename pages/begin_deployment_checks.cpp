@@ -1,5 +1,9 @@
 // What Next asks before it hands the choice to the host.
-#include "frame/shared_helpers.h"
+#include "frame/file_path.h"
+#include "frame/folder_check.h"
+#include "frame/path_rules.h"
+#include "frame/resource_text.h"
+#include "frame/text_rules.h"
 #include "include/lang_mgr.h"
 #include "include/product.h"
 #include "pages/begin_deployment_dialog.h"

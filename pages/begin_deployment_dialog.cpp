@@ -1,6 +1,11 @@
 #include "pages/begin_deployment_dialog.h"
 
-#include "frame/shared_helpers.h"
+#include "frame/file_path.h"
+#include "frame/folder_browser.h"
+#include "frame/page_entry.h"
+#include "frame/path_rules.h"
+#include "frame/resource_text.h"
+#include "frame/text_rules.h"
 #include "include/rollout_ui.h"
 
 // ---- init ----

@@ -1,7 +1,7 @@
 // The first page of the wizard.
 #pragma once
 
-#include "frame/page_frame.h"
+#include "frame/wizard_page.h"
 #include "pages/begin_deployment_rules.h"
 
 #include <vector>
@@ -32,9 +32,9 @@ public:
     CHAIN_MSG_MAP(CWizardPageImpl<CBeginDeploymentDialog>)
     END_MSG_MAP()
 
-    LRESULT OnInitDialog();
-    void LookupControls();
-    bool ValidateAndStore();
+    LRESULT OnInitDialog() override;
+    void LookupControls() override;
+    bool ValidateAndStore() override;
 
 private:
     // ---- handlers ----

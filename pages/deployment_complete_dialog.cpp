@@ -1,4 +1,8 @@
-#include "frame/page_frame.h"
+#include "frame/label_format.h"
+#include "frame/page_entry.h"
+#include "frame/resource_text.h"
+#include "frame/text_rules.h"
+#include "frame/wizard_page.h"
 #include "include/rollout_ui.h"
 
 namespace {
@@ -25,7 +29,7 @@ public:
 
     using CWizardPageImpl::CWizardPageImpl;
 
-    LRESULT OnInitDialog()
+    LRESULT OnInitDialog() override
     {
         InitFrame();
         ShowResultLine(IDC_RESULT_LINE1, IDS_COMPLETE_LINE1, m_pSetupManager->m_strCompleteLine1);

@@ -1,5 +1,8 @@
 #include "frame/error_text.h"
-#include "frame/page_frame.h"
+#include "frame/page_entry.h"
+#include "frame/resource_text.h"
+#include "frame/text_rules.h"
+#include "frame/wizard_page.h"
 #include "include/rollout_ui.h"
 
 // Tells why no deployment came of it, and where the log lies.
@@ -13,7 +16,7 @@ public:
 
     using CWizardPageImpl::CWizardPageImpl;
 
-    LRESULT OnInitDialog()
+    LRESULT OnInitDialog() override
     {
         InitFrame();
         CString sentence = LoadResourceString(IDS_FAILURE);

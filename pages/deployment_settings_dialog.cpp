@@ -1,6 +1,11 @@
 #include "pages/deployment_settings_dialog.h"
 
-#include "frame/shared_helpers.h"
+#include "frame/folder_browser.h"
+#include "frame/folder_check.h"
+#include "frame/page_entry.h"
+#include "frame/path_rules.h"
+#include "frame/resource_text.h"
+#include "frame/text_rules.h"
 #include "include/product.h"
 #include "include/rollout_ui.h"
 #include "msi/msi_property.h"

@@ -1,7 +1,7 @@
 // The page of the settings that hold for the deployment as a whole.
 #pragma once
 
-#include "frame/page_frame.h"
+#include "frame/wizard_page.h"
 
 // Whether each workstation writes a log to the network and where, whether a copy of it stays on the workstation, how
 // much of the installation is seen there, and MC3_ENABLED for the products that carry it. Next checks the log folder and
@@ -25,10 +25,10 @@ public:
     CHAIN_MSG_MAP(CWizardPageImpl<CDeploymentSettingsDialog>)
     END_MSG_MAP()
 
-    LRESULT OnInitDialog();
-    void LookupControls();
-    bool ValidateAndStore();
-    bool StoreWithoutValidation()
+    LRESULT OnInitDialog() override;
+    void LookupControls() override;
+    bool ValidateAndStore() override;
+    bool StoreWithoutValidation() override
     {
         Store(false);
         return true;

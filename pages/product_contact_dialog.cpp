@@ -1,4 +1,5 @@
-#include "frame/page_frame.h"
+#include "frame/page_entry.h"
+#include "frame/wizard_page.h"
 #include "include/rollout_ui.h"
 
 // How to reach the product's maker: the template and the side pane say it all.
@@ -12,7 +13,7 @@ public:
 
     using CWizardPageImpl::CWizardPageImpl;
 
-    LRESULT OnInitDialog()
+    LRESULT OnInitDialog() override
     {
         InitFrame();
         RunHooks(m_postInitHooks);

@@ -49,10 +49,13 @@ private:
     CExceptionBoundary* m_modalCall = nullptr; // while DoModal runs
 };
 
-template <class T, class TBase = CWindow>
-class CDialogImpl : public CDialogImplBase<TBase>
+// TImpl: a CDialogImplBase, or a class of T's own that derives from one.
+template <class T, class TImpl = CDialogImplBase<CWindow>>
+class CDialogImpl : public TImpl
 {
 public:
+    using TImpl::TImpl;
+
     // Modeless. Null with GetLastError on failure; what the init handler throws comes out here.
     HWND Create(HWND parent, LPARAM parameter = 0)
     {

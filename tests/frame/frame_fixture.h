@@ -5,6 +5,7 @@
 #include "automation/script.h"
 #include "automation/window_finder.h"
 #include "frame/page_frame.h"
+#include "frame/wait_cursor.h"
 #include "tests/frame/test_ids.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/test_host.h"
@@ -36,7 +37,7 @@ public:
     using Shape::Shape;
     ~CRecordingPage() override { ++g_record.destroyed; }
 
-    LRESULT OnInitDialog()
+    LRESULT OnInitDialog() override
     {
         this->InitFrame();
         if (g_record.onInit) {
@@ -45,7 +46,7 @@ public:
         this->RunHooks(this->m_postInitHooks);
         return TRUE;
     }
-    bool ValidateAndStore()
+    bool ValidateAndStore() override
     {
         ++g_record.stored;
         if (g_record.onStore) {
@@ -53,7 +54,7 @@ public:
         }
         return g_record.accepts;
     }
-    bool StoreWithoutValidation()
+    bool StoreWithoutValidation() override
     {
         ++g_record.storedWithoutValidation;
         return g_record.letsGoBack;
@@ -94,7 +95,7 @@ public:
         IDD = IDD_TEST_BARE
     };
     using CWizardPageImpl::CWizardPageImpl;
-    LRESULT OnInitDialog()
+    LRESULT OnInitDialog() override
     {
         InitFrame();
         if (g_record.onInit) {

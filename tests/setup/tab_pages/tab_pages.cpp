@@ -54,7 +54,7 @@ public:
         return Base::PreTranslateMessage(message);
     }
 
-    LRESULT OnInitDialog()
+    LRESULT OnInitDialog() override
     {
         this->InitFrame();
         g_record.created.push_back(number);
@@ -68,7 +68,7 @@ public:
         return FALSE;
     }
 
-    bool ValidateAndStore()
+    bool ValidateAndStore() override
     {
         g_record.stored.push_back(number);
         Store();
@@ -82,7 +82,7 @@ public:
         return true;
     }
 
-    bool StoreWithoutValidation()
+    bool StoreWithoutValidation() override
     {
         g_record.storedUnchecked.push_back(number);
         Store();

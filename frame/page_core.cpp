@@ -1,0 +1,104 @@
+#include "frame/page_core.h"
+
+#include "frame/busy_guard.h"
+#include "frame/label_format.h"
+#include "frame/resource_text.h"
+#include "frame/text_rules.h"
+#include "frame/wait_cursor.h"
+
+#include <optional>
+
+CPageCore::CPageCore(const PageContext* context)
+    : m_strHelpFile(context->strHelpFile), m_pSetupManager(context->pSetupManager),
+      m_pProduct(context->pProduct), m_preInitHooks(context->preInitHooks),
+      m_postInitHooks(context->postInitHooks), m_leaveHooks(context->leaveHooks),
+      m_hDatabase(context->hDatabase), m_bCanGoBack(context->bCanGoBack), m_nReserved1(context->nReserved1),
+      m_nReserved2(context->nReserved2), m_autoPlayMessage(::RegisterWindowMessageW(L"QueryCancelAutoPlay"))
+{
+}
+
+CString CPageCore::ProductName() const
+{
+    return CString(m_pSetupManager->m_strProductName);
+}
+
+int CPageCore::ShowPageBox(const CString& text, UINT type)
+{
+    return MessageBox(text, ProductName(), type);
+}
+
+void CPageCore::FocusWholeText(int edit)
+{
+    const HWND control = GetDlgItem(edit);
+    ::SendMessageW(control, EM_SETSEL, 0, -1);
+    ::SendMessageW(control, EM_SCROLLCARET, 0, 0);
+    ::SetFocus(control);
+}
+
+// ---- init
+
+void CPageCore::InitBanner()
+{
+    const CWindow banner(GetDlgItem(IDC_BANNER));
+    CString text = banner.GetText();
+    if (text.IsEmpty()) {
+        return;
+    }
+    m_banner.SubclassWindow(banner);
+    m_banner.SetRenderFormat(BannerFormat());
+    text = LoadResourceString(IDS_BANNER_PREFIX) + text;
+    ReplaceAll(text, L"[ProductName]", m_pSetupManager->m_strProductName);
+    m_banner.LoadText(text);
+}
+
+void CPageCore::KeepDialogFont()
+{
+    const HFONT font = GetFont();
+    if (m_hDialogFont && m_hDialogFont != font) {
+        ::DeleteObject(m_hDialogFont);
+    }
+    m_hDialogFont = font;
+}
+
+// ---- navigation
+
+bool CPageCore::MayGoNext()
+{
+    return RunLeaveHooks() != HOOK_VETO && ValidateAndStore();
+}
+
+void CPageCore::GoNext()
+{
+    const CBusyGuard guard(m_busy);
+    if (!guard) {
+        return;
+    }
+    const CPersistentWaitCursor waitCursor;
+    if (MayGoNext()) {
+        Leave(NAVIGATION_NEXT);
+    }
+}
+
+void CPageCore::GoBack()
+{
+    const CBusyGuard guard(m_busy);
+    if (!guard) {
+        return;
+    }
+    std::optional<CPersistentWaitCursor> persistentCursor;
+    const CWaitCursor plainCursor(HasPlainBackCursor());
+    if (!HasPlainBackCursor()) {
+        persistentCursor.emplace();
+    }
+    if (StoreWithoutValidation()) {
+        Leave(NAVIGATION_BACK);
+    }
+}
+
+// ---- messages
+
+LRESULT CPageCore::OnSetCursor(UINT, WPARAM, LPARAM, BOOL& handled)
+{
+    handled = AnswerSetCursor();
+    return handled;
+}

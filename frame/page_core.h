@@ -1,0 +1,95 @@
+// CPageCore: what all pages have in common, whatever their class and shape.
+//
+// The shapes stand above it: wizard_page_core.h, tab_page_core.h. A page class T derives from their templates,
+// CWizardPageImpl<T> or CTabPageImpl<T>, and overrides what it needs of:
+//
+//   LRESULT OnInitDialog()          its own init: calls InitFrame first and RunHooks(m_postInitHooks) last. The result
+//                                   is the init message's: nonzero lets the dialog manager set the focus.
+//   void LookupControls()           caches handles of controls; calls the base's
+//   bool ValidateAndStore()         the Next handler: true when the page may be left
+//   bool StoreWithoutValidation()   the Back handler: true when the page may be left
+//
+// What a page of both shapes calls means the same in each: InitFrame, FocusAtStart, ShowPageBox.
+#pragma once
+
+#include "include/navigation.h"
+#include "include/page_context.h"
+#include "include/resource_ids.h"
+#include "include/setup_manager.h"
+#include "slimhtml/slim_html.h"
+#include "window/dialog_impl.h"
+#include "window/message_loop.h"
+
+#include <atomic>
+
+class CPageCore : public CDialogImplBase<CWindow>, public CMessageFilter
+{
+public:
+    explicit CPageCore(const PageContext* context);
+
+    void OnFinalMessage(HWND) override {}
+
+    // Calls the hooks in order; the last one's result, 0 for an empty list.
+    virtual int RunHooks(const PageHookList& hooks) = 0;
+    // HOOK_VETO keeps the page; 1 for an empty list.
+    virtual int RunLeaveHooks() = 0;
+
+    virtual LRESULT OnInitDialog() = 0;
+    virtual void LookupControls() = 0;
+    virtual bool ValidateAndStore() { return true; }
+    virtual bool StoreWithoutValidation() { return true; }
+    // Whether the plain wait cursor shows while the Back handler runs, in place of the one that outlives mouse moves.
+    virtual bool HasPlainBackCursor() const { return false; }
+
+    BEGIN_MSG_MAP(CPageCore)
+    MESSAGE_HANDLER(WM_INITDIALOG, OnInitDialogMessage)
+    MESSAGE_HANDLER(WM_SETCURSOR, OnSetCursor)
+    MESSAGE_HANDLER(m_autoPlayMessage, OnQueryCancelAutoPlay)
+    REFLECT_NOTIFICATIONS()
+    END_MSG_MAP()
+
+protected:
+    CString ProductName() const;
+
+    // A box of the page, with the product as title.
+    int ShowPageBox(const CString& text, UINT type);
+
+    // Selects an edit's whole text, to be typed over.
+    void FocusWholeText(int edit);
+
+    // The banner shows its own text from the template. Without one it stays a static.
+    void InitBanner();
+    // The window lends its font, and a former one is no longer in use.
+    void KeepDialogFont();
+
+    // Leaves the page if hooks and handler agree; nothing while the page is busy.
+    void GoNext();
+    void GoBack();
+    // Asks the leave hooks, then the page's Next handler.
+    bool MayGoNext();
+
+    CSlimHtmlCtrl m_banner;
+    CString m_strHelpFile;
+    CSetupManager* m_pSetupManager; // the host's
+    CProduct* m_pProduct;           // the host's
+    PageHookList m_preInitHooks;
+    PageHookList m_postInitHooks;
+    PageHookList m_leaveHooks;
+    InstallerHandle m_hDatabase; // the host's
+    HFONT m_hDialogFont = nullptr;
+    BOOL m_bCanGoBack;
+    int m_nReserved1;
+    int m_nReserved2;
+    std::atomic<int> m_busy{0}; // 1 while a navigation handler runs
+    int m_result = 0;           // what the closing page posts
+    UINT m_autoPlayMessage;     // "QueryCancelAutoPlay"
+
+private:
+    // NAVIGATION_NEXT or NAVIGATION_BACK, once the page has agreed.
+    virtual void Leave(NavigationResult direction) = 0;
+
+    LRESULT OnInitDialogMessage(UINT, WPARAM, LPARAM, BOOL&) { return OnInitDialog(); }
+    LRESULT OnSetCursor(UINT, WPARAM, LPARAM, BOOL& handled);
+    // 1: AutoPlay doesn't open for media that the user inserts while the page is up.
+    LRESULT OnQueryCancelAutoPlay(UINT, WPARAM, LPARAM, BOOL&) { return 1; }
+};
