@@ -82,12 +82,13 @@ protected:
         return MakerFolder(Setup::PLATFORM_X64) + L"\\" + SAMPLE_FOLDER + path;
     }
 
-    // What the vendor's own packages bring: the product with its language packs.
+    // What the vendor's own packages bring: the products with their language packs.
     static Tree InstalledByTheVendor(Setup::tagPLATFORM platform)
     {
         const CString media = SampleMedia() + (platform == Setup::PLATFORM_X64 ? L"\\x64" : L"\\x86");
         const CString packages[] = {media + L"\\Zolt\\Zolt2027.msi", media + L"\\ZoltdeDE\\ZoltdeDE.msi",
-                                    media + L"\\ZoltfrFR\\ZoltfrFR.msi"};
+                                    media + L"\\ZoltfrFR\\ZoltfrFR.msi",
+                                    media + L"\\ZoltViewer\\ZoltViewer2027.msi"};
         for (const CString& package : packages) {
             EXPECT_EQ(RunAndWait(L"msiexec /i \"" + package + L"\" /qn /norestart"), 0u);
         }
