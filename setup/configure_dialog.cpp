@@ -160,7 +160,7 @@ LRESULT CConfigureDialog::OnDestroy(UINT, WPARAM, LPARAM, BOOL&)
 LRESULT CConfigureDialog::OnEnable(UINT, WPARAM enabled, LPARAM, BOOL& handled)
 {
     if (!enabled && m_front >= 0 && m_asked < 0 && !m_bOwnBox) {
-        Front().bAccepted = false;
+        Front().bStored = Front().bAccepted = false;
     }
     handled = FALSE;
     return 0;
@@ -219,8 +219,10 @@ void CConfigureDialog::OnPreviousTab()
     if (m_front < 0) {
         return;
     }
-    Front().bAccepted = false; // stored unchecked
-    DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE);
+    Front().bAccepted = false;
+    if (DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE)) {
+        NoteStored(Front(), false); // unchecked
+    }
     if (m_front > 0) {
         Enter(m_front - 1);
     }
@@ -231,7 +233,10 @@ void CConfigureDialog::OnNextTab()
     if (m_front < 0) {
         return;
     }
-    Accept(Front(), DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE));
+    Front().bAccepted = false;
+    if (DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE)) {
+        NoteStored(Front(), true);
+    }
     if (m_front + 1 < GetTabCount()) {
         Enter(m_front + 1);
     } else {
@@ -345,30 +350,29 @@ void CConfigureDialog::Enter(int index)
     }
 }
 
-// Makes the page unless it is there. One that could not be made is tried again each time.
+// Makes the page unless it is there with something that isn't stored. One that could not be made is tried again each time.
 void CConfigureDialog::MakePage(int index)
 {
     Tab& tab = At(index);
-    if (tab.page.hWnd) {
+    const CString silence = WhyDatabaseIsSilent(tab);
+    const bool isThere = tab.page.hWnd != nullptr;
+    if (isThere && (index == m_front || !IsStored(tab))) {
         return;
     }
     m_making = index;
     const scope_exit made([this] { m_making = -1; });
-    tab.bAccepted = false;
-    if (tab.substitute) {
-        ::DestroyWindow(std::exchange(tab.substitute, nullptr));
-    }
+    const bool wasAccepted = isThere && tab.bAccepted;
+    const bool wasChanged = isThere && ReadControls(tab.page.hWnd) != tab.entered;
+    const scope_exit lost([&] { m_bChanged = m_bChanged || (wasChanged && !tab.page.hWnd); });
+    RemovePage(tab);
     PageContext& context = tab.described.context;
     if (!context.pProduct) { // a tab page belongs to a product and relies on it
         MakeSubstitute(tab, SetupText(IDS_CONFIGURE_NO_PRODUCT, {tab.described.strName}));
         return;
     }
-    if (m_options.checkDatabase) {
-        const CString why = m_options.checkDatabase(*context.pProduct);
-        if (!why.IsEmpty()) {
-            MakeSubstitute(tab, SetupText(IDS_CONFIGURE_NO_DATABASE, {context.pProduct->m_strName, why}));
-            return;
-        }
+    if (!silence.IsEmpty()) {
+        MakeSubstitute(tab, SetupText(IDS_CONFIGURE_NO_DATABASE, {context.pProduct->m_strName, silence}));
+        return;
     }
     context.hParent = m_view;
     context.hFrame = m_hWnd;
@@ -380,12 +384,29 @@ void CConfigureDialog::MakePage(int index)
     }
     EnableThemeDialogTexture(tab.page.hWnd, ETDT_ENABLETAB);
     ::SendMessageW(tab.page.hWnd, PAGE_MESSAGE_COUNTER, CounterParameter(index, GetTabCount()), 0);
-    tab.entered = ReadControls(tab.page.hWnd);
+    tab.bMade = true;
+    if (isThere) {
+        NoteStored(tab, wasAccepted); // it shows what the page before it has stored
+    } else {
+        tab.entered = ReadControls(tab.page.hWnd);
+    }
     tab.size = SizeOf(tab.page.hWnd);
     const SIZE room = {std::max(m_room.cx, tab.size.cx), std::max(m_room.cy, tab.size.cy)};
     if (room.cx != m_room.cx || room.cy != m_room.cy) {
         m_room = room;
         SizeConfigureWindow(m_hWnd, m_room);
+    }
+}
+
+// The page, or what stands in its place.
+void CConfigureDialog::RemovePage(Tab& tab)
+{
+    tab.bStored = tab.bAccepted = false;
+    if (tab.substitute) {
+        ::DestroyWindow(std::exchange(tab.substitute, nullptr));
+    }
+    if (tab.page.hWnd) {
+        ::DestroyWindow(tab.page.hWnd); // OnPageGone forgets it
     }
 }
 
@@ -476,7 +497,10 @@ bool CConfigureDialog::Ask(int index, UINT message)
     m_asked = index;
     const scope_exit asked([this] { m_asked = -1; });
     const bool accepted = ::SendMessageW(At(index).page.hWnd, message, 0, 0) != 0;
-    Accept(At(index), accepted);
+    At(index).bStored = At(index).bAccepted = false;
+    if (accepted) {
+        NoteStored(At(index), true);
+    }
     m_lastFocus =
         nullptr; // what a page refuses has the focus, maybe as before, and may have been scrolled out of sight
     return accepted;
@@ -495,27 +519,43 @@ bool CConfigureDialog::AskForTheWayBack(HWND page)
     return m_bLetsGoBack;
 }
 
-void CConfigureDialog::Accept(Tab& tab, bool accepted)
+void CConfigureDialog::NoteStored(Tab& tab, bool accepted)
 {
-    tab.bAccepted = accepted;
-    tab.accepted = accepted && tab.page.hWnd ? ReadControls(tab.page.hWnd) : std::vector<CString>();
+    tab.bStored = tab.page.hWnd != nullptr;
+    tab.bAccepted = tab.bStored && accepted;
+    tab.stored = tab.bStored ? ReadControls(tab.page.hWnd) : std::vector<CString>();
 }
 
 // In front, and by the page's own dialogs, it may be changed again.
-bool CConfigureDialog::IsAccepted(const Tab& tab)
+bool CConfigureDialog::IsStored(const Tab& tab)
 {
-    return tab.bAccepted && ReadControls(tab.page.hWnd) == tab.accepted;
+    return tab.bStored && ReadControls(tab.page.hWnd) == tab.stored;
 }
 
-// Tells a silence once, and again each time when it keeps the dialog from going on.
-bool CConfigureDialog::DatabaseAnswers(const Tab& tab, unsigned int textId)
+bool CConfigureDialog::IsAccepted(const Tab& tab)
+{
+    return tab.bAccepted && IsStored(tab);
+}
+
+// The empty text when it answers. A silence that is over is reported anew when it comes again.
+CString CConfigureDialog::WhyDatabaseIsSilent(const Tab& tab)
 {
     CProduct* product = tab.described.context.pProduct;
     const CString why = product && m_options.checkDatabase ? m_options.checkDatabase(*product) : CString();
     if (why.IsEmpty()) {
         m_unansweredProducts.erase(product);
+    }
+    return why;
+}
+
+// Tells a silence once, and again each time when it keeps the dialog from going on.
+bool CConfigureDialog::DatabaseAnswers(const Tab& tab, unsigned int textId)
+{
+    const CString why = WhyDatabaseIsSilent(tab);
+    if (why.IsEmpty()) {
         return true;
     }
+    CProduct* product = tab.described.context.pProduct;
     const bool news = m_unansweredProducts.insert(product).second;
     if (news || textId == IDS_CONFIGURE_NO_DATABASE_SAVE) {
         ShowBox(SetupText(textId, {product->m_strName, why}), MB_OK | MB_ICONERROR);
@@ -526,10 +566,11 @@ bool CConfigureDialog::DatabaseAnswers(const Tab& tab, unsigned int textId)
 bool CConfigureDialog::SaveAll()
 {
     for (int index = 0; index < GetTabCount(); ++index) {
-        if (!At(index).page.hWnd) {
+        if (!At(index).bMade) {
             continue;
         }
-        const bool accepted = IsAccepted(At(index));
+        // A page that has gone has nothing to store, but what it stored before may be lost with its database.
+        const bool accepted = !At(index).page.hWnd || IsAccepted(At(index));
         if (!accepted && index != m_front) {
             Enter(index); // what it may complain of is then seen behind its box
         }

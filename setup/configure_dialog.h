@@ -1,9 +1,10 @@
 // The dialog in which the tab pages of all products stand, for who wants to jump to a page instead of walking to it.
 //
-// A page is made when its tab is first shown, told its number, and kept until the dialog goes. A tab is left only when
-// its page has stored what stands in it; Continue asks the page in front and those that were left unchecked, and brings
-// one that refuses to the front. A page that can't be made, a product that could not be opened, or one whose database no
-// longer answers, is told in words and leaves the rest of the dialog usable.
+// A page is made when its tab is first shown, and told its number. One that has stored is made anew when its tab is shown
+// again, so that it starts from what the database then holds. A tab is left only when its page has stored what stands in
+// it; Continue asks the page in front and those that were left unchecked, and brings one that refuses to the front. A page
+// that can't be made, a product that could not be opened, or one whose database no longer answers, is told in words and
+// leaves the rest of the dialog usable.
 //
 // Keys: Ctrl+Tab, Ctrl+Page Down and Ctrl+Page Up go from tab to tab; Enter on a page is that page's own way on; Esc is
 // Cancel, which asks when something would be lost.
@@ -100,11 +101,13 @@ private:
     {
         ConfigureTab described;
         CTabPage page;
-        HWND substitute = nullptr;     // stands in the place of a page that could not be made
-        SIZE size = {};                // that the page or its substitute needs
-        std::vector<CString> entered;  // what its controls held when it was made
-        bool bAccepted = false;        // its page has stored, and no dialog of its own came up since
-        std::vector<CString> accepted; // what its controls held then
+        HWND substitute = nullptr;    // stands in the place of a page that could not be made
+        SIZE size = {};               // that the page or its substitute needs
+        bool bMade = false;           // its page was there once
+        std::vector<CString> entered; // what its controls held when it was first made
+        bool bStored = false;         // its page has stored, and no dialog of its own came up since
+        bool bAccepted = false;       // the same, after its checks
+        std::vector<CString> stored;  // what its controls held then
     };
 
     class CKeys final : public CMessageFilter
@@ -150,6 +153,7 @@ private:
 
     void Enter(int index);
     void MakePage(int index);
+    void RemovePage(Tab& tab);
     void MakeSubstitute(Tab& tab, const CString& reason);
     void UseFilterOf(Tab* tab);
     void FocusOnPage(const Tab& tab);
@@ -159,8 +163,10 @@ private:
     bool LeaveFront();
     bool Ask(int index, UINT message);
     bool AskForTheWayBack(HWND page);
-    static void Accept(Tab& tab, bool accepted);
+    static void NoteStored(Tab& tab, bool accepted);
+    static bool IsStored(const Tab& tab);
     static bool IsAccepted(const Tab& tab);
+    CString WhyDatabaseIsSilent(const Tab& tab);
     bool DatabaseAnswers(const Tab& tab, unsigned int textId);
     bool SaveAll();
     bool MayCancel();

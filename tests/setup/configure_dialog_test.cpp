@@ -1,11 +1,13 @@
 // What the dialog and its pages say to each other, and when.
 #include "automation/picture.h"
+#include "msi/msi_property.h"
 #include "setup/configure_rules.h"
 #include "setup/texts.h"
 #include "setup/window_place.h"
 #include "tests/setup/configure_fixture.h"
 
 #include <algorithm>
+#include <utility>
 
 void PrintTo(const PageMessage& message, std::ostream* stream)
 {
@@ -76,14 +78,50 @@ TEST_F(ConfigureDialog, APageIsMadeWhenItsTabIsFirstShown)
     AddTabs(3);
     Look([&] { EXPECT_EQ(record.created, (std::vector<int>{0})); });
     GoTo(2);
-    GoTo(0);
-    GoTo(2);
     Press(IDC_CONFIGURE_NEXT);
     EXPECT_EQ(Run(), NAVIGATION_NEXT);
     EXPECT_EQ(record.created, (std::vector<int>{0, 2}));
 }
 
-TEST_F(ConfigureDialog, EachPageIsToldItsNumberOnceAndAmongAllTabs)
+// It went on showing what it had read when it came up first, and stored that over what was there by then.
+TEST_F(ConfigureDialog, APageThatHasStoredStartsFromTheDatabaseWhenItsTabIsShownAgain)
+{
+    TestProduct& zolt = AddProduct(L"Zolt");
+    AddTabs(3);
+    Type(L"first");
+    GoTo(1);
+    GoTo(2);
+    PressOnPage(IDC_PREVIOUS_TAB); // stores unchecked
+    Await(L"the tab before", [this] { return Dialog().GetFront() == 1; });
+    Do([&] {
+        WriteProperty(zolt.database, L"TEST_VALUE_0", L"written since");
+        WriteProperty(zolt.database, L"TEST_VALUE_2", L"written too");
+    });
+    for (const auto& [tab, text] : {std::pair{0, L"written since"}, std::pair{2, L"written too"}}) {
+        GoTo(tab);
+        Look([this, text = CString(text)] { EXPECT_EQ(OnPage(IDC_TEST_EDIT).GetText(), text); });
+    }
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+    EXPECT_EQ(record.created, (std::vector<int>{0, 1, 2, 1, 0, 2}));
+    EXPECT_EQ(Property(zolt, L"TEST_VALUE_0"), CString(L"written since"));
+}
+
+TEST_F(ConfigureDialog, WhatIsEnteredOnAPageThatWasMadeAnewIsAChangeAgainstTheFirstOne)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    Type(L"something");
+    GoTo(1);
+    GoTo(0);
+    Look([&] { EXPECT_TRUE(Dialog().HasChanges()) << "what was stored counts no more"; });
+    Type(L"");
+    Look([&] { EXPECT_FALSE(Dialog().HasChanges()) << "it is as it was"; });
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+}
+
+TEST_F(ConfigureDialog, EachPageIsToldItsNumberAmongAllTabsWhenItIsMade)
 {
     AddProduct(L"Zolt");
     AddTabs(3);
@@ -94,7 +132,8 @@ TEST_F(ConfigureDialog, EachPageIsToldItsNumberOnceAndAmongAllTabs)
         std::erase_if(counters,
                       [](const PageMessage& message) { return message.message != PAGE_MESSAGE_COUNTER; });
         EXPECT_EQ(counters, (Stored{{0, PAGE_MESSAGE_COUNTER, CounterParameter(0, 3)},
-                                    {2, PAGE_MESSAGE_COUNTER, CounterParameter(2, 3)}}));
+                                    {2, PAGE_MESSAGE_COUNTER, CounterParameter(2, 3)},
+                                    {0, PAGE_MESSAGE_COUNTER, CounterParameter(0, 3)}}));
         EXPECT_EQ(OnPage(IDC_PAGE_COUNTER).GetText(), CString(L"Page 1 of 3"));
         EXPECT_FALSE(OnPage(IDC_PREVIOUS_TAB).IsEnabled());
         EXPECT_TRUE(OnPage(IDC_NEXT_TAB).IsEnabled());
@@ -325,7 +364,10 @@ TEST_F(ConfigureDialog, WhatIsChangedOnTheLastPageAfterItsOwnWayOnIsCheckedToo)
     Type(L"bad");
     Press(IDC_CONFIGURE_NEXT);
     Answer(IDOK, L"Page 1 refuses");
-    Look([&] { EXPECT_EQ(Dialog().GetFront(), 1); });
+    Look([&] {
+        EXPECT_EQ(Dialog().GetFront(), 1);
+        EXPECT_EQ(OnPage(IDC_TEST_EDIT).GetText(), CString(L"bad")) << "what was refused is gone";
+    });
     Press(IDC_CONFIGURE_BACK);
     EXPECT_EQ(Run(), NAVIGATION_BACK);
 }

@@ -67,6 +67,7 @@ TEST_F(ConfigureTrouble, APageThatCantBeMadeLeavesASentenceInItsPlace)
         EXPECT_EQ(GetFocus(), Reason()) << "a screen reader doesn't come to the words";
         SavePicture(L"configure-no-page.png");
     });
+    Do([this] { host.language.wizTextPath = ProgramFolder(); }); // for the page that is made anew
     GoTo(0);
     Look([&] {
         EXPECT_EQ(VisiblePages(), 1);
@@ -195,6 +196,7 @@ TEST_F(ConfigureTrouble, ADatabaseThatGoesIsToldOnceAndItsPagesMayBeLeft)
     Look([&] { EXPECT_EQ(Dialog().GetFront(), 2); });
     Type(L"kept");
     GoTo(0);
+    Look([&] { EXPECT_EQ(OnPage(IDC_TEST_EDIT).GetText(), CString(L"lost")) << "it never was stored"; });
     GoTo(2); // no second box
     Look([&] { EXPECT_EQ(Property(volt, L"TEST_VALUE_0"), CString(L"kept")); });
     Press(IDC_CONFIGURE_BACK);
@@ -232,6 +234,35 @@ TEST_F(ConfigureTrouble, ATabOfAProductWithoutADatabaseSaysSoInThePagesPlace)
     });
     Press(IDC_CONFIGURE_CANCEL);
     EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+}
+
+TEST_F(ConfigureTrouble, ADatabaseThatGoesLeavesTheTabsOfOtherProductsAsTheyAre)
+{
+    TestProduct& zolt = AddProduct(L"Zolt");
+    TestProduct& volt = AddProduct(L"Volt");
+    AddTabs(1);
+    Type(L"of Zolt");
+    GoTo(1);
+    Type(L"of Volt");
+    Do([&] { CloseDatabase(zolt); });
+    GoTo(0);
+    Look([&] {
+        EXPECT_EQ(Page(0), nullptr);
+        EXPECT_EQ(ReasonText(),
+                  SetupText(IDS_CONFIGURE_NO_DATABASE, {L"Zolt", SystemErrorText(ERROR_INVALID_HANDLE)}));
+        EXPECT_TRUE(Dialog().HasChanges()) << "what Zolt's page had stored is lost with Cancel";
+    });
+    for (int turn = 0; turn < 2; ++turn) {
+        GoTo(1);
+        Look([&] { EXPECT_EQ(OnPage(IDC_TEST_EDIT).GetText(), CString(L"of Volt")); });
+        Press(IDC_CONFIGURE_NEXT); // a build would leave out what Zolt's page has stored
+        Answer(IDOK,
+               SetupText(IDS_CONFIGURE_NO_DATABASE_SAVE, {L"Zolt", SystemErrorText(ERROR_INVALID_HANDLE)}));
+        Look([&] { EXPECT_EQ(Dialog().GetFront(), 0); });
+    }
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+    EXPECT_EQ(Property(volt, L"TEST_VALUE_0"), CString(L"of Volt"));
 }
 
 TEST_F(ConfigureTrouble, BackTellsThatNothingWasStored)
