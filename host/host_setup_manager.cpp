@@ -66,6 +66,12 @@ void CHostSetupManager::UseMedia(const Media& media)
     m_ui.m_strStepArgument = m_strStepText;
 }
 
+void CHostSetupManager::NameProductInStep(const CString& product)
+{
+    m_strStepOfProduct = product.IsEmpty() ? m_strStepText : m_strStepText + L" - " + product;
+    m_ui.m_strStepArgument = m_strStepOfProduct;
+}
+
 void CHostSetupManager::UpdatePathRule()
 {
     const PlatformDescription* platform = m_media.description.FindPlatform(m_platform);

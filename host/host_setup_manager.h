@@ -49,6 +49,8 @@ public:
     const std::vector<std::unique_ptr<CHostProduct>>& GetProductObjects() const { return m_productObjects; }
     // What the deployment's file is to hold.
     DeploymentFile DescribeDeployment() const;
+    // What the step label of the next page says: the media's text, followed by the product's name unless that is empty.
+    void NameProductInStep(const CString& product);
     void SetResultLines(const CString& first, const CString& second);
     // What stands in the place of the new deployment. What may be replaced: the deployment that is modified, one that the
     // begin page asked about, and one that AllowReplacing named.
@@ -128,5 +130,5 @@ private:
         m_strLinkText[2];
     CString m_strLogText, m_strSuffixText, m_strLocationText, m_strBaseText, m_strDeploymentText,
         m_strLineText[2];
-    CString m_strStepText;
+    CString m_strStepText, m_strStepOfProduct;
 };

@@ -71,7 +71,9 @@ const std::vector<CProduct*>& CSetupHostImplementation::GetProducts()
 PageContext CSetupHostImplementation::MakePageContext(const FlowPage& page, bool canGoBack)
 {
     const std::vector<CProduct*>& products = GetProducts();
-    return MakePageContext(page, canGoBack, products.empty() ? nullptr : products.front());
+    PageContext context = MakePageContext(page, canGoBack, products.empty() ? nullptr : products.front());
+    m_manager->NameProductInStep(CString());
+    return context;
 }
 
 PageContext CSetupHostImplementation::MakePageContext(const FlowPage& page, bool canGoBack, CProduct* product)
@@ -82,6 +84,8 @@ PageContext CSetupHostImplementation::MakePageContext(const FlowPage& page, bool
     context.bCanGoBack = canGoBack;
     context.pProduct = product;
     context.hDatabase = product ? product->GetMsiHandle() : 0;
+    const bool isOneOfSeveral = product && m_manager->m_pProducts->size() > 1;
+    m_manager->NameProductInStep(isOneOfSeveral ? CString(product->m_strName) : CString());
     return context;
 }
 

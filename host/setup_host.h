@@ -66,8 +66,10 @@ public:
     // vector and what it points to change with the begin page.
     virtual const std::vector<CProduct*>& GetProducts() = 0;
 
-    // Fills the record for a page: product, database, help file, Back. Hooks are the caller's to add.
-    virtual PageContext MakePageContext(const FlowPage& page, bool canGoBack) = 0; // of the first product
+    // Fills the record for a page that is to be shown next: product, database, help file, Back. Hooks are the caller's to
+    // add. The first form is for a page that belongs to no product, and gives it the first one; the second has the step
+    // label name the product where there are several.
+    virtual PageContext MakePageContext(const FlowPage& page, bool canGoBack) = 0;
     virtual PageContext MakePageContext(const FlowPage& page, bool canGoBack, CProduct* product) = 0;
 
     // Asks the product's database whether it still answers.

@@ -20,7 +20,7 @@ struct PageRow
     const wchar_t* stem = nullptr; // of its exports: the wizard page is <stem>Dialog, the tab page <stem>Page
     PageRole role = PageRole::Choosing;
     bool bTab = false;                 // has the shape of a tab page too
-    bool bOfProduct = false;           // edits one product: its settings, or the rows of its database
+    bool bOfProduct = false;           // edits one product, and is shown once for each
     const wchar_t* section = nullptr;  // of the answers
     unsigned int caption = 0;          // of its tab: a string of the resource library
     const wchar_t* helpFile = nullptr; // of its side pane
@@ -60,7 +60,6 @@ inline constexpr PageRow PAGE_TABLE[] = {
      .helpFile = L"BeginDeployment.html",
      .wizardTemplate = IDD_BEGIN_DEPLOYMENT},
     {.stem = L"DeploymentSettings",
-     .bOfProduct = true,
      .section = L"settings",
      .helpFile = L"DeploymentSettings.html",
      .wizardTemplate = IDD_DEPLOYMENT_SETTINGS},

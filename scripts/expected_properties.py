@@ -12,6 +12,9 @@ SWITCH = {"yes": "#1", "no": "#0"}
 SOURCE = {"maker": "#1", "local_list": "#2"}
 TEXT, PATH = object(), object()
 
+# Their answers hold for the deployment, and for those of its products that carry the property.
+SECTIONS_OF_DEPLOYMENT = ("settings",)
+
 PROPERTIES = {
     "settings.mc3": ("MC3_ENABLED", SWITCH),
     "notices.updates": ("ZOLT_PATCHRELAY_ENABLE", SWITCH),
@@ -79,20 +82,30 @@ def asked_properties(path, words):
     return asked
 
 
-def find_unmet(asked, carried, deployed):
-    """A sentence for each asked property that holds something else. `carried` are the (kind, text) of the registry
-    values that hold a property; the texts of `deployed` databases count for a property that no value carries."""
+def find_unmet(asked, products):
+    """A sentence for each asked property that holds something else. `products`: (name, carried, properties) of each
+    product, without its language packs. `carried` are the (kind, text) of the registry values that hold a property; the
+    database's `properties` count where no value carries it. What belongs to a product's page is asked of each product,
+    what belongs to the deployment of one of them."""
     unmet = []
     for name, (key, text) in sorted(asked.items()):
-        if name in carried:
-            good = any(same_value(kind, found, text) for kind, found in carried[name])
-            found = ["%s \"%s\"" % value for value in carried[name]]
-        else:
-            good = text in deployed.get(name, [""])
-            found = ['"%s"' % value for value in deployed.get(name, [""])]
-        if not good:
-            unmet.append("%s asks for \"%s\" in %s, which is %s" % (key, text, name, " and ".join(found)))
+        looks = [look(product, name, text) for product in products]
+        bad = [found for good, found in looks if not good]
+        if not products or (len(bad) == len(looks) if key.split(".")[0] in SECTIONS_OF_DEPLOYMENT else bad):
+            unmet.append("%s asks for \"%s\" in %s, which is %s" % (key, text, name, " and ".join(bad) or "nowhere"))
     return unmet
+
+
+def look(product, name, text):
+    """Whether a product's property holds the text, and what it holds."""
+    title, carried, properties = product
+    if name in carried:
+        good = any(same_value(kind, found, text) for kind, found in carried[name])
+        found = " and ".join("%s \"%s\"" % value for value in carried[name])
+    else:
+        good = properties.get(name, "") == text
+        found = '"%s"' % properties.get(name, "")
+    return good, found + " in " + title
 
 
 def same_value(kind, found, text):

@@ -70,12 +70,23 @@ def read_table(database, table):
 
 
 def find_databases(deployment):
-    """The packages that the image's description names. Others that lie there belong to them."""
+    """(path, whether it is a language pack's) of the packages that the image's description names. Others that lie there
+    belong to them."""
     image = os.path.join(deployment, "Image")
     setup = xml.etree.ElementTree.parse(os.path.join(image, "Setup.xml"))
     named = {package.get("file").lower() for package in setup.iter("Package")}
+    of_packs = {place for pack in setup.iter("LanguagePack") for place in package_places(setup, pack)}
     found = glob.glob(os.path.join(glob.escape(image), "**", "*.[mM][sS][iI]"), recursive=True)
-    return sorted(path for path in found if os.path.basename(path).lower() in named)
+    return [(path, os.path.relpath(path, image).lower() in of_packs) for path in sorted(found)
+            if os.path.basename(path).lower() in named]
+
+
+def package_places(setup, owner):
+    """Where the packages of a product or language pack lie in the image, in small letters."""
+    folders = {platform.get("id"): platform.get("folder") for platform in setup.iter("Platform")}
+    for package in owner.findall("Package"):
+        parts = [folders.get(package.get("platform"), ""), owner.get("folder"), package.get("file")]
+        yield os.path.join(*[part for part in "\\".join(parts).split("\\") if part]).lower()
 
 
 def reason_to_stay(component):
@@ -92,8 +103,8 @@ def reason_to_stay(component):
 class Package:
     """What an installer database promises to put on the disk."""
 
-    def __init__(self, path):
-        self.path = path
+    def __init__(self, path, is_pack):
+        self.path, self.is_pack = path, is_pack
         self.directories = {row["Directory"]: row for row in read_table(path, "Directory")}
         self.components = {row["Component"]: row for row in read_table(path, "Component")}
         self.properties = {row["Property"]: row["Value"] for row in read_table(path, "Property")}
@@ -276,9 +287,10 @@ class Workstation:
 
 def check_registry(workstation, packages, asked):
     troubles = []
-    values, carried = {}, {}
+    values, products = {}, []
     good = 0
     for package in packages:
+        carried = {}
         for key, bits, name, source, _ in package.carried_properties():
             if (key, bits) not in values:
                 values[key, bits] = workstation.registry_values(key, bits)
@@ -289,19 +301,17 @@ def check_registry(workstation, packages, asked):
                 good += 1
             else:
                 troubles.append("%s\\%s is %s \"%s\" instead of \"%s\"" % (key, name, kind, found, text))
+        if not package.is_pack:
+            products.append((package.properties.get("ProductName", os.path.basename(package.path)), carried,
+                             package.properties))
     print("%d of %d properties stand in the registry as the deployment has them." % (good, good + len(troubles)))
-    return troubles + check_answers(packages, asked, carried)
+    return troubles + check_answers(products, asked)
 
 
-def check_answers(packages, asked, carried):
-    """Answers count for one product of a deployment, so it is enough that a property holds its answer in one place."""
+def check_answers(products, asked):
     if not asked:
         return []
-    deployed = {}
-    for package in packages:
-        for name, text in package.properties.items():
-            deployed.setdefault(name, []).append(text)
-    unmet = find_unmet(asked, carried, deployed)
+    unmet = find_unmet(asked, products)
     print("%d of %d answers for properties of the product came to the workstation." % (len(asked) - len(unmet),
                                                                                         len(asked)))
     return unmet
@@ -392,7 +402,7 @@ def main():
         return 1
     workstation = Workstation(arguments.prefix, deployment, arguments.logs, Patience(arguments.limit, arguments.report))
     try:
-        troubles = check(workstation, [Package(path) for path in databases], asked)
+        troubles = check(workstation, [Package(*database) for database in databases], asked)
     except CommandOverdue as overdue:
         troubles = [str(overdue)]
         workstation.discard()

@@ -29,6 +29,7 @@ struct ConfigureTab
 {
     CString strPage;    // its export
     CString strName;    // of the page, in words
+    CString strProduct; // the name of its product where there are several; else empty
     CString strCaption; // on the tab: see TabCaption
     TabPageFunction create = nullptr;
     PageContext context; // of its product; the dialog fills in the windows

@@ -30,6 +30,11 @@ CString TabCaption(const CString& product, const CString& page, bool severalProd
     return caption;
 }
 
+CString OfProduct(const CString& page, const CString& product)
+{
+    return product.IsEmpty() ? page : page + L" of " + product;
+}
+
 unsigned int CounterParameter(int index, int total)
 {
     return static_cast<unsigned int>(index) | static_cast<unsigned int>(total) << 16;

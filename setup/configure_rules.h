@@ -13,6 +13,9 @@
 // since the control takes a single one for a mnemonic.
 [[nodiscard]] CString TabCaption(const CString& product, const CString& page, bool severalProducts);
 
+// A page's name in a sentence: "resources of Zolt Viewer 2027", or "resources" for an empty product.
+[[nodiscard]] CString OfProduct(const CString& page, const CString& product);
+
 // ---- ways
 
 // The parameter of the counter message. Counts above 65535 don't occur.

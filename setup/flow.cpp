@@ -3,6 +3,7 @@
 #include "include/navigation.h"
 #include "include/page_table.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -15,7 +16,7 @@ bool IsOutcomePage(const CString& page)
 
 FlowMove FinishWith(unsigned int exitCode)
 {
-    return {FlowAct::Finish, -1, exitCode};
+    return {.act = FlowAct::Finish, .exitCode = exitCode};
 }
 
 // What the program ends with for a build's code: the installer's own causes all count as "failed".
@@ -27,25 +28,63 @@ unsigned int ExitCodeOfBuild(unsigned int code)
 } // namespace
 
 CWizardFlow::CWizardFlow(std::vector<FlowStep> pages, bool builds)
-    : m_pages(std::move(pages)), m_bBuilds(builds)
+    : m_pages(std::move(pages)), m_walk(MakeWalk(1)), m_bBuilds(builds)
 {
-    for (std::size_t index = 0; index < m_pages.size(); ++index) {
-        if (!IsOutcomePage(m_pages[index].strPage)) {
-            m_choosing.push_back(static_cast<int>(index));
+}
+
+std::vector<CWizardFlow::Stop> CWizardFlow::MakeWalk(int products) const
+{
+    std::vector<Stop> walk;
+    std::vector<int> together; // pages of a product that stand side by side
+    const auto addTogether = [&] {
+        for (int product = 0; product < products; ++product) {
+            for (const int page : together) {
+                walk.push_back({page, product});
+            }
         }
+        together.clear();
+    };
+    for (std::size_t index = 0; index < m_pages.size(); ++index) {
+        const int page = static_cast<int>(index);
+        if (IsOutcomePage(m_pages[index].strPage)) {
+            continue;
+        }
+        if (m_pages[index].bOfProduct) {
+            together.push_back(page);
+            continue;
+        }
+        addTogether();
+        walk.push_back({page, -1});
     }
+    addTogether();
+    return walk;
+}
+
+void CWizardFlow::UseProducts(int count)
+{
+    std::vector<Stop> walk = MakeWalk(count);
+    if (walk == m_walk) {
+        return;
+    }
+    // The page that is shown stays where it was, or the walk begins anew.
+    const auto shown =
+        m_position < m_walk.size() ? std::find(walk.begin(), walk.end(), m_walk[m_position]) : walk.end();
+    m_position = shown == walk.end() ? 0 : static_cast<std::size_t>(shown - walk.begin());
+    m_walk = std::move(walk);
 }
 
 FlowMove CWizardFlow::Show(std::size_t position)
 {
     m_position = position;
     const bool together = m_bConfigure && IsTab(position);
-    return {together ? FlowAct::Configure : FlowAct::ShowPage, m_choosing[position], 0};
+    return {.act = together ? FlowAct::Configure : FlowAct::ShowPage,
+            .nPage = m_walk[position].page,
+            .nProduct = together ? -1 : m_walk[position].product};
 }
 
 bool CWizardFlow::IsTab(std::size_t position) const
 {
-    return m_pages[static_cast<std::size_t>(m_choosing[position])].bHasTab;
+    return m_pages[static_cast<std::size_t>(m_walk[position].page)].bHasTab;
 }
 
 bool CWizardFlow::IsFirstTab(std::size_t position) const
@@ -75,13 +114,13 @@ FlowMove CWizardFlow::AfterPage(int result)
     switch (result) {
     case NAVIGATION_NEXT: {
         std::size_t next = m_position + 1;
-        while (next < m_choosing.size() && IsPassedOver(next)) {
+        while (next < m_walk.size() && IsPassedOver(next)) {
             ++next;
         }
-        if (next < m_choosing.size()) {
+        if (next < m_walk.size()) {
             return Show(next);
         }
-        return m_bBuilds ? FlowMove{FlowAct::Build, -1, 0} : FinishWith(SETUP_DONE);
+        return m_bBuilds ? FlowMove{.act = FlowAct::Build} : FinishWith(SETUP_DONE);
     }
     case NAVIGATION_BACK: {
         std::size_t previous = m_position > 0 ? m_position - 1 : 0;
@@ -114,7 +153,7 @@ FlowMove CWizardFlow::AfterBuild(unsigned int exitCode)
         WizardExport(PageOfRole(m_exitCode == SETUP_DONE ? PageRole::Complete : PageRole::Failed));
     for (std::size_t index = 0; index < m_pages.size(); ++index) {
         if (m_pages[index].strPage == outcome) {
-            return {FlowAct::ShowPage, static_cast<int>(index), 0};
+            return {.act = FlowAct::ShowPage, .nPage = static_cast<int>(index)};
         }
     }
     return FinishWith(m_exitCode);

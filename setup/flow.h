@@ -17,15 +17,17 @@ enum class FlowAct
 struct FlowMove
 {
     FlowAct act = FlowAct::Finish;
-    int nPage = -1;            // ShowPage: index in the flow
+    int nPage = -1;    // ShowPage: index in the flow
+    int nProduct = -1; // ShowPage: index of the product that the page is shown for; -1: it belongs to none
     unsigned int exitCode = 0; // Finish
 };
 
 // A page of the flow that exists in the page library.
 struct FlowStep
 {
-    CString strPage;      // its export
-    bool bHasTab = false; // the library has it as a tab page too
+    CString strPage;         // its export
+    bool bHasTab = false;    // the library has it as a tab page too
+    bool bOfProduct = false; // shown once for each product
 };
 
 class CWizardFlow
@@ -35,12 +37,16 @@ public:
     // begin.
     CWizardFlow(std::vector<FlowStep> pages, bool builds);
 
+    // How many products the deployment has; 1 until it is called. Pages of products that stand side by side are walked
+    // product by product. May change with every page that belongs to no product.
+    void UseProducts(int count);
+
     // With true, the pages that exist as tabs are no longer shown one by one: the configure dialog comes once, where
     // the first of them stands. May change with every page, as only the begin page tells what is to be done.
     void OfferConfigure(bool offered) { m_bConfigure = offered; }
 
     // False when there is nothing to choose, so that a build could only be wrong.
-    [[nodiscard]] bool HasChoosingPage() const { return !m_choosing.empty(); }
+    [[nodiscard]] bool HasChoosingPage() const { return !m_walk.empty(); }
 
     [[nodiscard]] FlowMove Start();
     // `result`: what the page or dialog shown last came back with (NavigationResult).
@@ -54,6 +60,15 @@ public:
     [[nodiscard]] bool CanGoBack() const { return !m_bBuilt && m_position > 0; }
 
 private:
+    // A page before the build, for one product or for none.
+    struct Stop
+    {
+        int page; // in m_pages
+        int product;
+        bool operator==(const Stop&) const = default;
+    };
+
+    [[nodiscard]] std::vector<Stop> MakeWalk(int products) const;
     [[nodiscard]] FlowMove Show(std::size_t position);
     [[nodiscard]] bool IsTab(std::size_t position) const;
     [[nodiscard]] bool IsFirstTab(std::size_t position) const;
@@ -61,8 +76,8 @@ private:
     [[nodiscard]] bool IsPassedOver(std::size_t position) const;
 
     std::vector<FlowStep> m_pages;
-    std::vector<int> m_choosing; // indexes of the pages before the build
-    std::size_t m_position = 0;  // in m_choosing
+    std::vector<Stop> m_walk;
+    std::size_t m_position = 0; // in m_walk
     bool m_bBuilds;
     bool m_bConfigure = false;
     bool m_bBuilt = false;

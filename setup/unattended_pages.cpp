@@ -10,6 +10,7 @@
 #include "include/setup_manager.h"
 #include "setup/box_rules.h"
 #include "setup/configure_dialog.h"
+#include "setup/configure_rules.h"
 #include "setup/exit_codes.h"
 #include "setup/run_record.h"
 #include "setup/text_forms.h"
@@ -35,6 +36,12 @@ int EntryPlace(const AnswerKey& entry)
     return place;
 }
 
+// The same answer may be good for one product and refused for another.
+CString BehindProduct(const CString& product, const CString& reason)
+{
+    return product.IsEmpty() ? reason : product + L": " + reason;
+}
+
 CString Lines(const std::vector<CString>& lines)
 {
     CString list;
@@ -46,11 +53,12 @@ CString Lines(const std::vector<CString>& lines)
 
 } // namespace
 
-int CUnattendedPages::Show(const CString& page, PageFunction show, PageContext& context)
+int CUnattendedPages::Show(const CString& page, const CString& product, PageFunction show,
+                           PageContext& context)
 {
     Begin(*context.pSetupManager);
-    UsePage(page, true);
-    m_log.Line(L"Page " + PageName());
+    UsePage(page, product);
+    m_log.Line(L"Page " + PageTitle());
     return Play([this](CScript& script) { AddSteps(script); }, [&] { return show(&context); });
 }
 
@@ -86,16 +94,23 @@ int CUnattendedPages::Play(const std::function<void(CScript&)>& addSteps, const 
     script.Start();
     const int result = show();
     if (script.HasFailed()) {
-        Fail(SETUP_PAGE_OVERDUE, L"The page " + PageName() + L" is overdue. " + OneLine(script.GetFailure()));
+        Fail(SETUP_PAGE_OVERDUE,
+             L"The page " + PageTitle() + L" is overdue. " + OneLine(script.GetFailure()));
     }
     return result;
 }
 
-void CUnattendedPages::UsePage(const CString& page, bool answered)
+void CUnattendedPages::UsePage(const CString& page, const CString& product)
 {
     m_strPage = page;
+    m_strProduct = product;
     m_pRow = FindPage(page);
-    m_pAnswers = m_pRow && answered ? m_answers.Find(m_pRow->section) : nullptr;
+    m_pAnswers = m_pRow ? m_answers.Find(m_pRow->section) : nullptr;
+}
+
+void CUnattendedPages::UseTab(int tab)
+{
+    UsePage(m_pDialog->GetTab(tab).strPage, m_pDialog->GetTab(tab).strProduct);
 }
 
 void CUnattendedPages::AddSteps(CScript& script)
@@ -116,7 +131,7 @@ void CUnattendedPages::AddConfigureSteps(CScript& script)
             return StepOutcome::Done();
         });
         script.Add(L"wait for the tab", [this, tab] { return WaitForTab(tab); });
-        UsePage(m_pDialog->GetTab(tab).strPage, IsAnswered(tab));
+        UseTab(tab);
         AddAnswerSteps(script, m_pAnswers);
         AddPictureStep(script);
         if (m_pAnswers && m_pAnswers->bCancel) {
@@ -124,11 +139,6 @@ void CUnattendedPages::AddConfigureSteps(CScript& script)
         }
     }
     AddLeaveSteps(script);
-}
-
-bool CUnattendedPages::IsAnswered(int tab) const
-{
-    return m_pDialog->GetTab(tab).context.pProduct == m_pDialog->GetTab(0).context.pProduct;
 }
 
 void CUnattendedPages::AddAnswerSteps(CScript& script, const PageAnswers* answers)
@@ -201,12 +211,12 @@ StepOutcome CUnattendedPages::WaitForTab(int tab)
         Fail(SETUP_ANSWER_REFUSED, PageStayedText(L"The page stays when another tab is chosen."));
         return StepOutcome::Done();
     }
-    UsePage(m_pDialog->GetTab(tab).strPage, IsAnswered(tab));
-    m_log.Line(L"Page " + PageName() + L" (tab)");
+    UseTab(tab);
+    m_log.Line(L"Page " + PageTitle() + L" (tab)");
     m_hPage = m_pDialog->GetPage(tab);
     if (!m_hPage) {
         m_pictures.Take(m_hWindow, m_strPage, L"-stopped");
-        Fail(SETUP_FAILED, L"The page " + PageName() + L" can't be shown in the configure dialog.");
+        Fail(SETUP_FAILED, L"The page " + PageTitle() + L" can't be shown in the configure dialog.");
     }
     return StepOutcome::Done();
 }
@@ -280,11 +290,9 @@ StepOutcome CUnattendedPages::PressLeave()
     const CControl button(m_hWindow, cancels && !isOutcome ? IDC_CANCEL : IDC_NEXT);
     if (!button.NeedUsable().IsDone()) {
         Fail(SETUP_ANSWER_REFUSED,
-             AnswersError{
-                 PageOrigin().strSource, PageOrigin().nLine, PageName(),
-                 cancels ? L"The page can't be canceled: its button Cancel is off."
-                         : L"The page can't be left with these answers: its button Next is off. An answer "
-                           L"that the page needs is missing or empty."}
+             PageError(cancels ? L"The page can't be canceled: its button Cancel is off."
+                               : L"The page can't be left with these answers: its button Next is off. An "
+                                 L"answer that the page needs is missing or empty.")
                  .Text());
         return StepOutcome::Done();
     }
@@ -299,7 +307,7 @@ StepOutcome CUnattendedPages::WaitForEnd()
         return StepOutcome::NotYet(L"the page is still there");
     }
     if (m_pDialog) {
-        UsePage(m_pDialog->GetTab(m_pDialog->GetFront()).strPage, IsAnswered(m_pDialog->GetFront()));
+        UseTab(m_pDialog->GetFront());
     }
     Fail(SETUP_ANSWER_REFUSED, PageStayedText(L"The page stays after its button was pressed."));
     return StepOutcome::NotYet(L"the page is being closed");
@@ -309,7 +317,7 @@ CString CUnattendedPages::PageStayedText(const wchar_t* what) const
 {
     const CString why = m_strLastBox.IsEmpty() ? CString(L" It doesn't say why.")
                                                : L" It asked last: \"" + OneLine(m_strLastBox) + L"\"";
-    return AnswersError{PageOrigin().strSource, PageOrigin().nLine, PageName(), what + why}.Text();
+    return PageError(what + why).Text();
 }
 
 void CUnattendedPages::OnBox(const MessageBoxView& box)
@@ -324,7 +332,7 @@ void CUnattendedPages::OnBox(const MessageBoxView& box)
         return;
     }
     if (m_pDialog && m_pDialog->GetBoxTab() >= 0) { // Continue asks the pages of other tabs too
-        UsePage(m_pDialog->GetTab(m_pDialog->GetBoxTab()).strPage, IsAnswered(m_pDialog->GetBoxTab()));
+        UseTab(m_pDialog->GetBoxTab());
     }
     m_strLastBox = box.text;
     m_log.Line(L"  Box \"" + OneLine(box.text) + L"\"");
@@ -344,7 +352,7 @@ CString CUnattendedPages::CauseWithoutPage(const MessageBoxView& box) const
     using Subject = CConfigureDialog::BoxSubject;
     const Subject subject = m_pDialog ? m_pDialog->GetBoxSubject() : Subject::Page;
     if (subject == Subject::NewPage) {
-        return L"The page " + PageName() + L" can't be shown in the configure dialog. " + OneLine(box.text);
+        return L"The page " + PageTitle() + L" can't be shown in the configure dialog. " + OneLine(box.text);
     }
     // Before there is a page, the library itself complains.
     return subject == Subject::Dialog || !m_hPage ? OneLine(box.text) : CString();
@@ -368,7 +376,7 @@ void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& ve
         m_log.Line(CString(L"  ") + QUESTION_PREFIX + verdict.pBox->role + (yes ? L" = yes" : L" = no"));
         const StepOutcome pressed = AnswerMessageBox(box, yes ? IDYES : IDNO);
         if (!pressed.IsDone()) {
-            Fail(SETUP_UNANSWERED_BOX, PageName() + L": " + OneLine(box.text) + L" " + pressed.GetReason());
+            Fail(SETUP_UNANSWERED_BOX, PageTitle() + L": " + OneLine(box.text) + L" " + pressed.GetReason());
             Dismiss(box);
         }
         return;
@@ -376,11 +384,10 @@ void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& ve
     case BoxMeaning::Unanswered:
         m_pictures.Take(m_hWindow, m_strPage, L"-stopped");
         Fail(SETUP_UNANSWERED_BOX,
-             AnswersError{PageOrigin().strSource, PageOrigin().nLine, PageName(),
-                          L"A question has no answer: \"" + OneLine(box.text) + L"\"" +
-                              (verdict.pBox ? CString(L" Add ") + QUESTION_PREFIX + verdict.pBox->role +
-                                                  L" = yes or no."
-                                            : CString(L" Change the answers so that it doesn't come up."))}
+             PageError(L"A question has no answer: \"" + OneLine(box.text) + L"\"" +
+                       (verdict.pBox
+                            ? CString(L" Add ") + QUESTION_PREFIX + verdict.pBox->role + L" = yes or no."
+                            : CString(L" Change the answers so that it doesn't come up.")))
                  .Text());
         break;
     case BoxMeaning::Refused:
@@ -393,7 +400,7 @@ void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& ve
 
 void CUnattendedPages::ReportRefusal(const MessageBoxView& box, const BoxVerdict& verdict)
 {
-    AnswersError error{PageOrigin().strSource, PageOrigin().nLine, PageName(), OneLine(box.text)};
+    AnswersError error = PageError(OneLine(box.text));
     if (verdict.pBox) {
         error.strKey = CString(verdict.pBox->section) + L"." + verdict.pBox->key;
     }
@@ -418,7 +425,7 @@ bool CUnattendedPages::OnCancelQuestion()
     const StepOutcome pressed = CControl(question, IDYES).Click();
     if (!pressed.IsDone()) {
         Fail(SETUP_UNANSWERED_BOX,
-             PageName() + L": the cancel question can't be answered: " + pressed.GetReason());
+             PageTitle() + L": the cancel question can't be answered: " + pressed.GetReason());
         DestroyWindow(question);
     }
     return true;
@@ -444,9 +451,10 @@ StepOutcome CUnattendedPages::Refuse(const PageAnswer& answer, const CString& re
 {
     if (!m_failure) {
         m_pictures.Take(m_hWindow, m_strPage, L"-stopped");
-        Fail(SETUP_ANSWER_REFUSED, RefusedAnswer(*m_pAnswers, answer.pKey->word, answer.origin,
-                                                 L"\"" + answer.strValue + L"\": " + reason)
-                                       .Text());
+        Fail(SETUP_ANSWER_REFUSED,
+             RefusedAnswer(*m_pAnswers, answer.pKey->word, answer.origin,
+                           BehindProduct(m_strProduct, L"\"" + answer.strValue + L"\": " + reason))
+                 .Text());
     }
     return StepOutcome::Done();
 }
@@ -456,6 +464,16 @@ void CUnattendedPages::Fail(unsigned int exitCode, const CString& cause)
     if (!m_failure) { // the first failure is the cause of all that follow
         m_failure = RunOutcome{exitCode, cause, false};
     }
+}
+
+AnswersError CUnattendedPages::PageError(const CString& reason) const
+{
+    return {PageOrigin().strSource, PageOrigin().nLine, PageName(), BehindProduct(m_strProduct, reason)};
+}
+
+CString CUnattendedPages::PageTitle() const
+{
+    return OfProduct(PageName(), m_strProduct);
 }
 
 CString CUnattendedPages::PageName() const

@@ -25,10 +25,11 @@ public:
     {
     }
 
-    // Shows the page; its navigation result. Once GetFailure has something, that is how the run ends.
-    [[nodiscard]] int Show(const CString& page, PageFunction show, PageContext& context);
-    // Shows the dialog, goes to each of its tabs and enters the answers of its page. Answers count for the first product,
-    // as they do when its pages are walked.
+    // Shows the page; its navigation result. Once GetFailure has something, that is how the run ends. `product`: of several,
+    // the one whose page it is; else empty. The answers of a product's page count for each product.
+    [[nodiscard]] int Show(const CString& page, const CString& product, PageFunction show,
+                           PageContext& context);
+    // Shows the dialog, goes to each of its tabs and enters the answers of its page.
     [[nodiscard]] int ShowConfigure(CConfigureDialog& dialog);
     [[nodiscard]] const std::optional<RunOutcome>& GetFailure() const { return m_failure; }
 
@@ -40,8 +41,8 @@ private:
     void AddAnswerSteps(CScript& script, const PageAnswers* answers);
     void AddPictureStep(CScript& script);
     void AddLeaveSteps(CScript& script);
-    void UsePage(const CString& page, bool answered);
-    bool IsAnswered(int tab) const;
+    void UsePage(const CString& page, const CString& product);
+    void UseTab(int tab);
     StepOutcome WaitForTab(int tab);
     StepOutcome Watch();
     StepOutcome WaitForPage();
@@ -62,7 +63,9 @@ private:
     void LogAnswer(const PageAnswer& answer);
     StepOutcome Refuse(const PageAnswer& answer, const CString& reason);
     void Fail(unsigned int exitCode, const CString& cause);
+    AnswersError PageError(const CString& reason) const;
     CString PageName() const;
+    CString PageTitle() const;
     AnswerOrigin PageOrigin() const;
 
     const CAnswers& m_answers;
@@ -71,6 +74,7 @@ private:
 
     // Of the page that is shown
     CString m_strPage;
+    CString m_strProduct; // empty without several
     const PageRow* m_pRow = nullptr;
     const PageAnswers* m_pAnswers = nullptr;
     CSetupManager* m_pManager = nullptr;

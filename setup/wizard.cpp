@@ -12,6 +12,8 @@
 #include "setup/resource.h"
 #include "setup/texts.h"
 
+#include <algorithm>
+
 namespace {
 
 // Below HKEY_CURRENT_USER: what the program remembers for a user.
@@ -132,8 +134,11 @@ std::vector<FlowStep> CWizard::ExistingPages()
     std::vector<FlowStep> steps;
     for (const FlowPage& page : m_host->GetFlow()) {
         if (m_pageLibrary.Find(page.strName)) {
+            const PageRow* row = FindWizardPage(page.strName);
             m_pages.push_back(page);
-            steps.push_back({page.strName, m_pageLibrary.FindTab(TabTwin(page.strName)) != nullptr});
+            steps.push_back({.strPage = page.strName,
+                             .bHasTab = m_pageLibrary.FindTab(TabTwin(page.strName)) != nullptr,
+                             .bOfProduct = row && row->bOfProduct});
         }
     }
     return steps;
@@ -142,6 +147,7 @@ std::vector<FlowStep> CWizard::ExistingPages()
 RunOutcome CWizard::Walk(CWizardFlow& flow)
 {
     flow.OfferConfigure(OffersConfigure());
+    flow.UseProducts(CountProducts());
     FlowMove move = flow.Start();
     while (move.act != FlowAct::Finish) {
         if (move.act != FlowAct::Build) {
@@ -168,8 +174,7 @@ RunOutcome CWizard::Walk(CWizardFlow& flow)
 FlowMove CWizard::Show(const FlowMove& move, CWizardFlow& flow)
 {
     const bool isPage = move.act == FlowAct::ShowPage;
-    const int result = isPage ? ShowPage(m_pages[static_cast<std::size_t>(move.nPage)], flow.CanGoBack())
-                              : ShowConfigure(flow.CanGoBack());
+    const int result = isPage ? ShowPage(move, flow.CanGoBack()) : ShowConfigure(flow.CanGoBack());
     m_ended = m_unattended.GetFailure();
     if (m_ended) {
         return move;
@@ -179,6 +184,9 @@ FlowMove CWizard::Show(const FlowMove& move, CWizardFlow& flow)
         return OnModeFailure(modeFailure, flow);
     }
     flow.OfferConfigure(OffersConfigure());
+    if (result == NAVIGATION_NEXT) { // which the first page's choice may have changed
+        flow.UseProducts(CountProducts());
+    }
     FlowMove next;
     if (isPage && result == NAVIGATION_NEXT &&
         HasRole(m_pages[static_cast<std::size_t>(move.nPage)].strName, PageRole::Target) &&
@@ -224,10 +232,32 @@ bool CWizard::OffersConfigure()
            m_host->GetSetupManager().m_setupMode == Setup::SETUPMODE_MODIFY_DEPLOYMENT;
 }
 
-int CWizard::ShowPage(const FlowPage& page, bool canGoBack)
+int CWizard::CountProducts()
 {
-    PageContext context = m_host->MakePageContext(page, canGoBack);
-    if (!context.pProduct && m_pageLibrary.FindTab(TabTwin(page.strName))) { // a product's page
+    return std::max(1, static_cast<int>(m_host->GetProducts().size()));
+}
+
+PageContext CWizard::MakePageContext(const FlowMove& move, bool canGoBack)
+{
+    const FlowPage& page = m_pages[static_cast<std::size_t>(move.nPage)];
+    if (move.nProduct < 0) {
+        return m_host->MakePageContext(page, canGoBack);
+    }
+    const std::vector<CProduct*>& products = m_host->GetProducts();
+    const std::size_t index = static_cast<std::size_t>(move.nProduct);
+    return m_host->MakePageContext(page, canGoBack, index < products.size() ? products[index] : nullptr);
+}
+
+CString CWizard::NameAmongSeveral(const CProduct* product)
+{
+    return product && m_host->GetProducts().size() > 1 ? CString(product->m_strName) : CString();
+}
+
+int CWizard::ShowPage(const FlowMove& move, bool canGoBack)
+{
+    const FlowPage& page = m_pages[static_cast<std::size_t>(move.nPage)];
+    PageContext context = MakePageContext(move, canGoBack);
+    if (move.nProduct >= 0 && !context.pProduct) {
         m_strCause = L"The page " + page.strName +
                      L" could not be shown: none of the media's products could be opened.";
         return NAVIGATION_LOAD_FAILED;
@@ -240,8 +270,9 @@ int CWizard::ShowPage(const FlowPage& page, bool canGoBack)
         failure.emplace(m_strCause, m_line.strLog, context);
     }
     const PageFunction show = m_pageLibrary.Find(page.strName);
+    const CString product = move.nProduct < 0 ? CString() : NameAmongSeveral(context.pProduct);
     const int result =
-        m_line.IsUnattended() ? m_unattended.Show(page.strName, show, context) : show(&context);
+        m_line.IsUnattended() ? m_unattended.Show(page.strName, product, show, context) : show(&context);
     m_changes.NotePage();
     if (result == NAVIGATION_RESET) { // what an earlier build has left doesn't count for the next one
         m_strCause.Empty();
@@ -249,7 +280,7 @@ int CWizard::ShowPage(const FlowPage& page, bool canGoBack)
         UseLocationOfCommandLine();
     }
     if (result == NAVIGATION_LOAD_FAILED) {
-        m_strCause = L"The page " + page.strName +
+        m_strCause = L"The page " + OfProduct(page.strName, product) +
                      L" could not be shown. Its window, or the library with its texts, "
                      L"can't be loaded. Copy the whole program again.";
     }
@@ -284,7 +315,8 @@ std::vector<ConfigureTab> CWizard::MakeTabs()
                 continue;
             }
             tab.strName = PageText(FindTabPage(tab.strPage)->caption);
-            tab.strCaption = TabCaption(product ? product->m_strName : L"", tab.strName, products.size() > 1);
+            tab.strProduct = NameAmongSeveral(product);
+            tab.strCaption = TabCaption(tab.strProduct, tab.strName, !tab.strProduct.IsEmpty());
             tab.context = m_host->MakePageContext(page, true, product);
             tabs.push_back(std::move(tab));
         }

@@ -39,7 +39,12 @@ private:
     [[nodiscard]] bool SettleTarget(CWizardFlow& flow, FlowMove& move);
     [[nodiscard]] FlowMove OnModeFailure(const CString& reason, CWizardFlow& flow);
     [[nodiscard]] bool OffersConfigure();
-    [[nodiscard]] int ShowPage(const FlowPage& page, bool canGoBack);
+    // At least 1: a product's page that has no product says so.
+    [[nodiscard]] int CountProducts();
+    [[nodiscard]] PageContext MakePageContext(const FlowMove& move, bool canGoBack);
+    // The product's name where there are several; empty where nobody would take it for another's.
+    [[nodiscard]] CString NameAmongSeveral(const CProduct* product);
+    [[nodiscard]] int ShowPage(const FlowMove& move, bool canGoBack);
     [[nodiscard]] int ShowConfigure(bool canGoBack);
     [[nodiscard]] std::vector<ConfigureTab> MakeTabs();
     [[nodiscard]] ConfigureOptions MakeConfigureOptions(bool canGoBack);

@@ -274,10 +274,17 @@ void ByHandTest::BuildByAnswers(const CString& location, const wchar_t* name)
     ASSERT_EQ(WaitForEnd(false), 0u) << Utf8(m_run->ReadLog());
 }
 
+const std::vector<Shown>& ByHandTest::PagesBehindFirst()
+{
+    static const std::vector<Shown> pages = {
+        Shown::SettingsPage,  Shown::ResourcesPage, Shown::NoticesPage, // of the first product
+        Shown::ResourcesPage, Shown::NoticesPage,   Shown::ContactPage};  // of the second one, and of none
+    return pages;
+}
+
 void ByHandTest::WalkToBuild()
 {
-    for (const Shown page :
-         {Shown::SettingsPage, Shown::ResourcesPage, Shown::NoticesPage, Shown::ContactPage}) {
+    for (const Shown page : PagesBehindFirst()) {
         WaitFor(page);
         StrikeKey(VK_RETURN);
     }

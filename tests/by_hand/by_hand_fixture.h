@@ -72,6 +72,8 @@ protected:
     void ConfirmLocalLocation();
     // The same with its boxes answered, and on to the build.
     void WalkFromFirstPageToBuild(const wchar_t* name);
+    // Of the sample's walk, up to the build.
+    [[nodiscard]] static const std::vector<Shown>& PagesBehindFirst();
     // From the second page on by Enter alone, until the build begins.
     void WalkToBuild();
     // The box in front, by a key. It is noted; the next box is another one.

@@ -47,13 +47,28 @@ class AskedAnswersTest(unittest.TestCase):
                           "Z:" + os.path.dirname(self.folder).replace("/", "\\") + "\\a\\list.npl"})
 
     def test_an_answer_that_the_registry_lacks_is_told_by_its_key(self):
-        self.assertEqual(find_unmet(MEMBER_BAY, {"ZOLT_MEMBERBAY_ENABLE": [("REG_DWORD", "0x0")]}, {}), [])
-        unmet = find_unmet(MEMBER_BAY, {"ZOLT_MEMBERBAY_ENABLE": [("REG_DWORD", "0x1")]},
-                           {"ZOLT_MEMBERBAY_ENABLE": ["#0"]})
-        self.assertEqual(unmet, [
-            'resources.member_bay asks for "#0" in ZOLT_MEMBERBAY_ENABLE, which is REG_DWORD "0x1"'])
+        product = ("Zolt", {"ZOLT_MEMBERBAY_ENABLE": [("REG_DWORD", "0x0")]}, {})
+        self.assertEqual(find_unmet(MEMBER_BAY, [product]), [])
+        product = ("Zolt", {"ZOLT_MEMBERBAY_ENABLE": [("REG_DWORD", "0x1")]}, {"ZOLT_MEMBERBAY_ENABLE": "#0"})
+        self.assertEqual(find_unmet(MEMBER_BAY, [product]), [
+            'resources.member_bay asks for "#0" in ZOLT_MEMBERBAY_ENABLE, which is REG_DWORD "0x1" in Zolt'])
 
-    def test_the_databases_count_where_no_registry_value_carries_the_property(self):
-        self.assertEqual(find_unmet(MEMBER_BAY, {}, {"ZOLT_MEMBERBAY_ENABLE": ["#1", "#0"]}), [])
-        self.assertEqual(len(find_unmet(MEMBER_BAY, {}, {"ZOLT_MEMBERBAY_ENABLE": ["#1"]})), 1)
-        self.assertEqual(len(find_unmet(MEMBER_BAY, {}, {})), 1)
+    def test_the_database_counts_where_no_registry_value_carries_the_property(self):
+        self.assertEqual(find_unmet(MEMBER_BAY, [("Zolt", {}, {"ZOLT_MEMBERBAY_ENABLE": "#0"})]), [])
+        self.assertEqual(len(find_unmet(MEMBER_BAY, [("Zolt", {}, {"ZOLT_MEMBERBAY_ENABLE": "#1"})])), 1)
+        self.assertEqual(len(find_unmet(MEMBER_BAY, [("Zolt", {}, {})])), 1)
+        self.assertEqual(len(find_unmet(MEMBER_BAY, [])), 1)
+
+    def test_an_answer_of_a_products_page_is_asked_of_each_product(self):
+        good = ("Zolt", {"ZOLT_MEMBERBAY_ENABLE": [("REG_SZ", "#0")]}, {})
+        bad = ("Viewer", {}, {"ZOLT_MEMBERBAY_ENABLE": "#1"})
+        sentence = 'resources.member_bay asks for "#0" in ZOLT_MEMBERBAY_ENABLE, which is "#1" in Viewer'
+        self.assertEqual(find_unmet(MEMBER_BAY, [good, good]), [])
+        self.assertEqual(find_unmet(MEMBER_BAY, [good, bad]), [sentence])
+        self.assertEqual(find_unmet(MEMBER_BAY, [bad, bad]), [sentence + ' and "#1" in Viewer'])
+
+    def test_an_answer_for_the_deployment_is_asked_of_one_product(self):
+        asked = {"MC3_ENABLED": ("settings.mc3", "#1")}
+        carrying, other = ("Zolt", {}, {"MC3_ENABLED": "#1"}), ("Viewer", {}, {})
+        self.assertEqual(find_unmet(asked, [carrying, other]), [])
+        self.assertEqual(len(find_unmet(asked, [other, other])), 1)

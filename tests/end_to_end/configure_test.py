@@ -37,8 +37,13 @@ class ConfigureTest(WizardTest):
         answers = self.answers("[begin]\nmode = modify\nbase = Office\non_question.local_location = yes\n" + more)
         return self.wizard(answers, *words, media=os.path.join(self.out, "Office", "Image"))
 
-    def package(self):
-        return os.path.join(self.out, "Office", "Image", "x64", "Zolt", "Zolt2027.msi")
+    def package(self, folder="Zolt", name="Zolt2027.msi"):
+        return os.path.join(self.out, "Office", "Image", "x64", folder, name)
+
+    def values(self, name):
+        """What each product's database has in the property."""
+        return [property_of(path, name)
+                for path in (self.package(), self.package("ZoltViewer", "ZoltViewer2027.msi"))]
 
     def test_creating_walks_the_pages_where_the_media_do_not_offer_the_dialog(self):
         run = self.create(self.media())
@@ -48,8 +53,9 @@ class ConfigureTest(WizardTest):
     def test_creating_jumps_where_the_media_offer_the_dialog(self):
         run = self.create(self.media(configure="yes"))
         self.assertEqual(run.output.count("Configure dialog"), 1, run.output)
-        self.assertEqual(run.output.count("(tab)"), len(PRODUCTS) * len(TAB_PAGES), run.output)
-        self.assertEqual(property_of(self.package(), "ZOLT_PARTSBAY_ENABLE"), "#1")
+        self.assertEqual(re.findall(r"Page (.*) \(tab\)", run.output),
+                         ["%s of %s" % (page, product) for product in PRODUCTS for page in ("resources", "notices")])
+        self.assertEqual(self.values("ZOLT_PARTSBAY_ENABLE"), ["#1", "#1"])
         self.assertIn('<Flow configure="yes">', text_of(os.path.join(self.out, "Office", "Image", "Setup.xml")))
 
     def test_modifying_always_offers_the_dialog_and_what_it_stores_is_deployed(self):
@@ -81,13 +87,13 @@ class ConfigureTest(WizardTest):
             file.write(online % ("no", "yes"))
         run = self.wizard(answers, media=self.media())
         self.assertEqual(run.code, 0, run.output)
-        self.assertEqual(property_of(self.package(), "ZOLT_PARTSBAY_ENABLE"), "#0")
-        self.assertEqual(property_of(self.package(), "ZOLT_RSS_FEEDS_ENABLE"), "#1")
+        self.assertEqual(self.values("ZOLT_PARTSBAY_ENABLE"), ["#0", "#0"])
+        self.assertEqual(self.values("ZOLT_RSS_FEEDS_ENABLE"), ["#1", "#1"])
         run = self.modify(more=online % ("yes", "no"))
         self.assertEqual(run.code, 0, run.output)
         self.assertIn("Configure dialog", run.output)
-        self.assertEqual(property_of(self.package(), "ZOLT_PARTSBAY_ENABLE"), "#1")
-        self.assertEqual(property_of(self.package(), "ZOLT_RSS_FEEDS_ENABLE"), "#0")
+        self.assertEqual(self.values("ZOLT_PARTSBAY_ENABLE"), ["#1", "#1"])
+        self.assertEqual(self.values("ZOLT_RSS_FEEDS_ENABLE"), ["#0", "#0"])
 
     def test_what_a_tab_is_not_told_stays_as_it_was_deployed(self):
         answers = self.begin("Office", platform="x64")

@@ -1,6 +1,7 @@
 // Opening media, working copies, properties and paths: what the pages ask of the host before anything is built.
 #include "include/product.h"
 #include "include/shortcut_strings.h"
+#include "include/ui_manager.h"
 #include "installer/database.h"
 #include "tests/host/package_maker.h"
 
@@ -30,6 +31,25 @@ protected:
         MakeMedia(scratch);
         return Open(scratch);
     }
+
+    // For 64-bit workstations alone.
+    void AddVolt() const
+    {
+        constexpr const wchar_t* CODE = L"{11111111-2222-3333-4444-555555555558}";
+        PackageForm form;
+        form.properties = {{L"ProductCode", CODE}};
+        MakePackage(scratch + L"x64\\Volt\\Volt.msi", form);
+        Media made;
+        ASSERT_EQ(OpenMedia(scratch, made).code, 0u);
+        ProductDescription volt;
+        volt.strName = L"Volt & Co.";
+        volt.strFolder = L"Volt";
+        volt.packages = {{3, L"Volt.msi", CODE, L"27.0.0"}};
+        made.description.products.push_back(volt);
+        WriteText(scratch + SETUP_FILE, WriteSetupDescription(made.description));
+    }
+
+    CString Step() const { return host->GetSetupManager().m_pUiManager->m_strStepArgument; }
 
     OperationError Refusal(const CString& path)
     {
@@ -85,6 +105,37 @@ TEST_F(MediaTest, APageCanBeAskedForAnyProduct)
     EXPECT_EQ(context.hDatabase, pack.GetMsiHandle());
     EXPECT_NE(context.hDatabase, product.GetMsiHandle());
     EXPECT_EQ(host->MakePageContext(host->GetFlow()[0], true, nullptr).hDatabase, 0u);
+}
+
+TEST_F(MediaTest, TheStepNamesTheProductOfAPageWhereThereAreSeveral)
+{
+    MakeMedia(scratch);
+    AddVolt();
+    Open(scratch);
+    const FlowPage& page = host->GetFlow()[0];
+    ASSERT_EQ(host->GetProducts().size(), 2u);
+    EXPECT_EQ(Step(), CString(L"Zolt 2027"));
+    (void)host->MakePageContext(page, true, host->GetProducts()[0]);
+    EXPECT_EQ(Step(), CString(L"Zolt 2027 - Zolt 2027"));
+    const PageContext second = host->MakePageContext(page, true, host->GetProducts()[1]);
+    EXPECT_EQ(Step(), CString(L"Zolt 2027 - Volt & Co."));
+    EXPECT_EQ(second.hDatabase, host->GetProducts()[1]->GetMsiHandle());
+    const PageContext ofNone = host->MakePageContext(page, true);
+    EXPECT_EQ(Step(), CString(L"Zolt 2027")) << "a page of no product names the one before it";
+    EXPECT_EQ(ofNone.pProduct, host->GetProducts()[0]);
+}
+
+TEST_F(MediaTest, TheStepNamesNoProductWhereThePlatformHasOne)
+{
+    MakeMedia(scratch);
+    AddVolt();
+    Open(scratch);
+    CSetupManager& manager = host->GetSetupManager();
+    (void)host->MakePageContext(host->GetFlow()[0], true, host->GetProducts()[1]);
+    manager.SetDeploymentPlatform(Setup::PLATFORM_X86);
+    ASSERT_EQ(host->GetProducts().size(), 1u);
+    (void)host->MakePageContext(host->GetFlow()[0], true, host->GetProducts()[0]);
+    EXPECT_EQ(Step(), CString(L"Zolt 2027"));
 }
 
 TEST_F(MediaTest, ProductsThatWereDroppedAreOpenedAgain)

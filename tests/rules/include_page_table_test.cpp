@@ -80,6 +80,12 @@ TEST(PageTable, ATabPageBelongsToAProduct)
     }
 }
 
+// Its settings hold for the deployment, and it sets all products that carry one at once.
+TEST(PageTable, TheSettingsPageBelongsToNoProduct)
+{
+    EXPECT_FALSE(FindPageOfSection(L"settings")->bOfProduct);
+}
+
 TEST(PageTable, APageIsFoundByTheExportOfEitherShape)
 {
     EXPECT_EQ(FindPage(L"OnlineResourcesDialog"), FindPage(L"OnlineResourcesPage"));

@@ -17,11 +17,24 @@ const std::vector<FlowStep> PAGES_WITH_TABS = {{L"BeginDeploymentDialog"},    {L
                                                {L"ProductContactDialog"},     {L"NoticeDialog", true},
                                                {L"DeploymentCompleteDialog"}, {L"DeploymentFailedDialog"}};
 
-void ExpectPage(const FlowMove& move, int page)
+// Pages 1, 2 and 4 belong to a product, and 1 and 4 exist as tabs too.
+const std::vector<FlowStep> PAGES_OF_PRODUCTS = {
+    {L"BeginDeploymentDialog"}, {L"PathDialog", true, true},   {L"OnlineDialog", false, true},
+    {L"ProductContactDialog"},  {L"NoticeDialog", true, true}, {L"DeploymentCompleteDialog"},
+    {L"DeploymentFailedDialog"}};
+
+void ExpectPage(const FlowMove& move, int page, int product = -1)
 {
     EXPECT_EQ(move.act, FlowAct::ShowPage);
     EXPECT_EQ(move.nPage, page);
+    EXPECT_EQ(move.nProduct, product);
 }
+
+struct ProductPage
+{
+    int page;
+    int product;
+};
 
 void ExpectConfigure(const FlowMove& move)
 {
@@ -238,6 +251,107 @@ TEST(SetupFlow, AConfigureDialogThatIsCancelledEndsWith1602)
     flow.OfferConfigure(true);
     (void)flow.Start();
     ExpectFinish(flow.AfterPage(NAVIGATION_CANCEL), 1602);
+}
+
+TEST(SetupFlow, PagesOfAProductAreWalkedProductByProductAndAllOthersOnce)
+{
+    CWizardFlow flow(PAGES_OF_PRODUCTS, true);
+    flow.UseProducts(3);
+    ExpectPage(flow.Start(), 0);
+    for (const ProductPage stop :
+         {ProductPage{1, 0}, {2, 0}, {1, 1}, {2, 1}, {1, 2}, {2, 2}, {3, -1}, {4, 0}, {4, 1}, {4, 2}}) {
+        ExpectPage(flow.AfterPage(NAVIGATION_NEXT), stop.page, stop.product);
+    }
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
+    ExpectPage(flow.AfterBuild(0), 5);
+}
+
+TEST(SetupFlow, BackGoesThroughTheProductsTheOtherWayRound)
+{
+    CWizardFlow flow(PAGES_OF_PRODUCTS, true);
+    flow.UseProducts(2);
+    (void)flow.Start();
+    for (int stop = 0; stop < 7; ++stop) {
+        (void)flow.AfterPage(NAVIGATION_NEXT);
+    }
+    for (const ProductPage stop : {ProductPage{4, 0}, {3, -1}, {2, 1}, {1, 1}, {2, 0}, {1, 0}, {0, -1}}) {
+        EXPECT_TRUE(flow.CanGoBack());
+        ExpectPage(flow.AfterPage(NAVIGATION_BACK), stop.page, stop.product);
+    }
+    EXPECT_FALSE(flow.CanGoBack());
+}
+
+TEST(SetupFlow, OneProductIsWalkedAsIfThereWereNone)
+{
+    CWizardFlow flow(PAGES_OF_PRODUCTS, true);
+    flow.UseProducts(1);
+    (void)flow.Start();
+    for (const ProductPage stop : {ProductPage{1, 0}, {2, 0}, {3, -1}, {4, 0}}) {
+        ExpectPage(flow.AfterPage(NAVIGATION_NEXT), stop.page, stop.product);
+    }
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
+}
+
+TEST(SetupFlow, TheFirstPageMayChangeTheNumberOfProducts)
+{
+    CWizardFlow flow(PAGES_OF_PRODUCTS, true);
+    flow.UseProducts(3);
+    (void)flow.Start();
+    flow.UseProducts(2);
+    for (const ProductPage stop : {ProductPage{1, 0}, {2, 0}, {1, 1}, {2, 1}, {3, -1}}) {
+        ExpectPage(flow.AfterPage(NAVIGATION_NEXT), stop.page, stop.product);
+    }
+    ExpectPage(flow.AfterPage(NAVIGATION_RESET), 0);
+    flow.UseProducts(1);
+    for (const ProductPage stop : {ProductPage{1, 0}, {2, 0}, {3, -1}, {4, 0}}) {
+        ExpectPage(flow.AfterPage(NAVIGATION_NEXT), stop.page, stop.product);
+    }
+}
+
+TEST(SetupFlow, APageBehindProductsStaysWhereItIsWhenTheirNumberChanges)
+{
+    CWizardFlow flow(PAGES_OF_PRODUCTS, true);
+    (void)flow.Start();
+    for (int stop = 0; stop < 3; ++stop) {
+        (void)flow.AfterPage(NAVIGATION_NEXT);
+    }
+    flow.UseProducts(2); // on page 3
+    ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 4, 0);
+    ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 4, 1);
+    ExpectPage(flow.AfterPage(NAVIGATION_BACK), 4, 0);
+    ExpectPage(flow.AfterPage(NAVIGATION_BACK), 3);
+    ExpectPage(flow.AfterPage(NAVIGATION_BACK), 2, 1);
+}
+
+TEST(SetupFlow, CancelOnAPageOfTheSecondProductEndsWith1602)
+{
+    CWizardFlow flow(PAGES_OF_PRODUCTS, true);
+    flow.UseProducts(2);
+    (void)flow.Start();
+    for (int stop = 0; stop < 3; ++stop) {
+        (void)flow.AfterPage(NAVIGATION_NEXT);
+    }
+    ExpectFinish(flow.AfterPage(NAVIGATION_CANCEL), 1602);
+}
+
+TEST(SetupFlow, TheConfigureDialogHoldsTheTabsOfAllProductsAndComesOnce)
+{
+    CWizardFlow flow({{L"BeginDeploymentDialog"},
+                      {L"PathDialog", true, true},
+                      {L"OnlineDialog", true, true},
+                      {L"ProductContactDialog"},
+                      {L"NoticeDialog", true, true}},
+                     true);
+    flow.UseProducts(2);
+    flow.OfferConfigure(true);
+    (void)flow.Start();
+    ExpectConfigure(flow.AfterPage(NAVIGATION_NEXT));
+    ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 3);
+    ExpectConfigure(flow.AfterPage(NAVIGATION_BACK));
+    ExpectPage(flow.AfterPage(NAVIGATION_BACK), 0);
+    ExpectConfigure(flow.AfterPage(NAVIGATION_NEXT));
+    ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 3);
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
 }
 
 } // namespace

@@ -144,6 +144,7 @@ void ConfigureTest::AddTab(int page, TestProduct& product)
     ConfigureTab tab;
     tab.strPage = L"Test" + NumberText(page) + L"Page";
     tab.strName = L"Page " + NumberText(page);
+    tab.strProduct = m_products.size() > 1 ? CString(product.m_strName) : CString();
     tab.strCaption = TabCaption(product.m_strName, tab.strName, m_products.size() > 1);
     tab.create = GetTestPage(page);
     tab.context.pSetupManager = &host.manager;

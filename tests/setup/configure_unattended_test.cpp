@@ -44,6 +44,31 @@ TEST_F(ConfigureUnattended, APageThatRefusesIsBlamedItself)
     EXPECT_EQ(outcome.strCause, CString(L"Test0Page: Page 0 refuses"));
 }
 
+TEST_F(ConfigureUnattended, OfSeveralProductsTheOneWhosePageRefusesIsNamed)
+{
+    AddProduct(L"Zolt");
+    TestProduct& volt = AddProduct(L"Volt");
+    AddTabs(1);
+    WriteProperty(volt.database, L"TEST_VALUE_0", L"bad");
+    RunToItsFailure();
+    EXPECT_EQ(outcome.strCause, CString(L"Test0Page: Volt: Page 0 refuses"));
+}
+
+TEST_F(ConfigureUnattended, OfSeveralProductsTheOneWhosePageCantBeMadeIsNamed)
+{
+    leaveHooks = {[](PageContext*) {
+        g_host->language.wizTextPath = L"C:\\no such folder\\";
+        return 1;
+    }};
+    AddProduct(L"Zolt");
+    AddProduct(L"Volt");
+    AddTabs(1);
+    RunToItsFailure();
+    EXPECT_EQ(outcome.strCause,
+              CString(L"The page Test0Page of Volt can't be shown in the configure dialog. Failed to load "
+                      L"C:\\no such folder\\WizText.dll"));
+}
+
 // It ended with 22, and the page before was blamed.
 TEST_F(ConfigureUnattended, ALaterPageThatCantBeMadeFailsTheRunUnderItsOwnName)
 {
