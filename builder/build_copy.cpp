@@ -1,11 +1,10 @@
 // Stage and copy: the tree of folders first, then file after file in chunks. The hash for the manifest is taken from
-// the bytes on their way, so that nothing is read twice.
+// the bytes on their way, beside their writing, so that nothing is read twice and neither work waits for the other.
 #include "builder/build_run.h"
 
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
 #include "builder/file_operations.h"
-#include "builder/sha256.h"
 
 namespace {
 
@@ -13,18 +12,18 @@ namespace {
 // of power must not cost both.
 void FlushWhereNeeded(const BuildRun& run, const CFileHandle& file, const CString& path)
 {
-    if (run.replaces || IsRemote(run.staging)) {
+    if (run.flushesFiles) {
         FlushToDisk(file, path);
     }
 }
 
 // What a file of the old deployment held needn't be read once more to be judged.
-void NoteReadOfOld(BuildRun& run, const CFileHandle& from, const CString& source, const ManifestEntry& read)
+void NoteSourceInOld(const BuildRun& run, const CFileHandle& from, const CString& source, CopiedFile& copied)
 {
     if (run.replaces && IsSameOrBelow(source, run.target)) {
         const FILETIME written = LastWriteTime(from, source);
-        run.readOfOld[source.Mid(run.target.GetLength() + 1)] = {
-            read.size, (std::uint64_t{written.dwHighDateTime} << 32) | written.dwLowDateTime, read.strSha256};
+        copied.strPathInOld = source.Mid(run.target.GetLength() + 1);
+        copied.lastWritten = (std::uint64_t{written.dwHighDateTime} << 32) | written.dwLowDateTime;
     }
 }
 
@@ -33,6 +32,7 @@ void NoteReadOfOld(BuildRun& run, const CFileHandle& from, const CString& source
 void StageFolders(BuildRun& run)
 {
     run.Step(L"Preparing " + run.plan.strName);
+    run.flushesFiles = run.replaces || IsRemote(run.staging);
     MakeFolder(run.staging);
     for (const CString& folder : run.list.folders) {
         MakeFolder(JoinFolder(run.staging, folder));
@@ -47,25 +47,44 @@ void CopyFiles(BuildRun& run)
     }
 }
 
-void CopyIntoStaging(BuildRun& run, const CString& source, const CString& target)
+std::uint64_t CopyIntoStaging(BuildRun& run, const CString& source, const CString& target)
 {
     const CString path = JoinFolder(run.staging, target);
     run.meter.SetFile(target);
     const CFileHandle from = OpenForReading(source);
     const CFileHandle to = CreateForWriting(path);
-    Sha256 hash;
-    std::uint64_t size = 0;
-    while (const DWORD read =
-               ReadChunk(from, run.buffer.data(), static_cast<DWORD>(run.buffer.size()), source)) {
-        WriteChunk(to, run.buffer.data(), read, path);
-        hash.Add(run.buffer.data(), read);
-        size += read;
+    CopiedFile copied;
+    copied.strTarget = target;
+    run.hashes.BeginFile();
+    for (;;) {
+        unsigned char* const buffer = run.hashes.NextBuffer();
+        const DWORD read = ReadChunk(from, buffer, CHUNK_BYTES, source);
+        if (read == 0) {
+            break;
+        }
+        run.hashes.AddChunk(read);
+        WriteChunk(to, buffer, read, path);
+        copied.size += read;
         run.meter.Add(read);
     }
+    run.hashes.EndFile();
     FlushWhereNeeded(run, to, path);
     CopyTimesAndAttributes(from, to, path);
-    run.manifest.push_back({target, size, hash.Finish()});
-    NoteReadOfOld(run, from, source, run.manifest.back());
+    NoteSourceInOld(run, from, source, copied);
+    run.copied.push_back(copied);
+    return copied.size;
+}
+
+void ListCopiedFiles(BuildRun& run)
+{
+    const std::vector<CString> hashes = run.hashes.Finish();
+    for (std::size_t index = 0; index < run.copied.size(); ++index) {
+        const CopiedFile& file = run.copied[index];
+        run.manifest.push_back({file.strTarget, file.size, hashes[index]});
+        if (!file.strPathInOld.IsEmpty()) {
+            run.readOfOld[file.strPathInOld] = {file.size, file.lastWritten, hashes[index]};
+        }
+    }
 }
 
 void WriteIntoStaging(BuildRun& run, const CString& target, const CString& text, bool byteOrderMark)

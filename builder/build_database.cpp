@@ -32,9 +32,9 @@ void CopyForReadingBack(BuildRun& run, const CString& source, const CString& tar
 {
     const CFileHandle from = OpenForReading(source);
     const CFileHandle to = CreateForWriting(target);
-    while (const DWORD read =
-               ReadChunk(from, run.buffer.data(), static_cast<DWORD>(run.buffer.size()), source)) {
-        WriteChunk(to, run.buffer.data(), read, target);
+    std::vector<unsigned char> buffer(CHUNK_BYTES);
+    while (const DWORD read = ReadChunk(from, buffer.data(), CHUNK_BYTES, source)) {
+        WriteChunk(to, buffer.data(), read, target);
         run.meter.Poll();
     }
 }

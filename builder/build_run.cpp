@@ -63,7 +63,7 @@ void CBuildLog::Write(const CString& line)
 BuildRun::BuildRun(const BuildPlan& thePlan, IBuildProgress& theProgress)
     : plan(thePlan), meter(theProgress), id(NewBuildId()), target(JoinFolder(plan.strLocation, plan.strName)),
       staging(JoinFolder(plan.strLocation, StagingFolderName(plan.strName, id))),
-      old(JoinFolder(plan.strLocation, OldFolderName(plan.strName, id))), buffer(CHUNK_BYTES)
+      old(JoinFolder(plan.strLocation, OldFolderName(plan.strName, id)))
 {
 }
 

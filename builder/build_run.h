@@ -5,11 +5,12 @@
 #include "builder/build_decision.h"
 #include "builder/build_result.h"
 #include "builder/change_report.h"
+#include "builder/content_hashes.h"
 #include "builder/copy_list.h"
 #include "builder/own_files.h"
 #include "builder/readme_text.h"
 
-constexpr std::size_t CHUNK_BYTES = 1 << 20; // small enough to cancel between two of them
+#include <memory>
 
 // Tells the caller how far the build is, not oftener than needed, and stops the build when the caller says so.
 class CProgressMeter
@@ -45,6 +46,15 @@ private:
     CString m_text;
 };
 
+// A file of the staging folder that may still be hashed.
+struct CopiedFile
+{
+    CString strTarget; // relative
+    std::uint64_t size = 0;
+    CString strPathInOld;          // of its source in the old deployment; empty when it came from elsewhere
+    std::uint64_t lastWritten = 0; // of that source
+};
+
 struct BuildRun
 {
     BuildRun(const BuildPlan& thePlan, IBuildProgress& theProgress);
@@ -61,26 +71,29 @@ struct BuildRun
     CString staging;
     CString old;
     CopyList list;
-    std::vector<unsigned char> buffer; // of one chunk
+    CContentHashes hashes;
+    std::vector<CopiedFile> copied; // in the order of the hashes
     std::vector<ManifestEntry> manifest;
     std::vector<DatabaseDecision> decisions; // made by the check, carried out later
     std::vector<DatabaseChanges> changes;
     std::vector<CString> warnings;
     bool replaces = false;     // an old deployment stood in the target's place when the build began
+    bool flushesFiles = false; // each file is on the disk before the build goes on
     ReadContents readOfOld;    // what was copied from that one
     FolderJudgement judgement; // of that one
     bool oldIsAside = false;   // the old deployment lies in `old`, whole or partly deleted
 };
 
-void CheckPlan(BuildRun& run);      // build_check.cpp
-void StageFolders(BuildRun& run);   // build_copy.cpp
-void CopyFiles(BuildRun& run);      // build_copy.cpp
-void BuildDatabases(BuildRun& run); // build_database.cpp
-void WriteOutputs(BuildRun& run);   // build_outputs.cpp
-void JudgeOld(BuildRun& run);       // build_publish.cpp
-void Publish(BuildRun& run);        // build_publish.cpp
+void CheckPlan(BuildRun& run);       // build_check.cpp
+void StageFolders(BuildRun& run);    // build_copy.cpp
+void CopyFiles(BuildRun& run);       // build_copy.cpp
+void BuildDatabases(BuildRun& run);  // build_database.cpp
+void WriteOutputs(BuildRun& run);    // build_outputs.cpp
+void ListCopiedFiles(BuildRun& run); // build_copy.cpp; waits for the last hash
+void JudgeOld(BuildRun& run);        // build_publish.cpp
+void Publish(BuildRun& run);         // build_publish.cpp
 
-// Copies one file into the staging folder and notes it for the manifest; bytes count as progress.
-void CopyIntoStaging(BuildRun& run, const CString& source, const CString& target);
+// Copies one file into the staging folder and notes it for the manifest; bytes count as progress. How many there were.
+std::uint64_t CopyIntoStaging(BuildRun& run, const CString& source, const CString& target);
 // Writes one new file there.
 void WriteIntoStaging(BuildRun& run, const CString& target, const CString& text, bool byteOrderMark);

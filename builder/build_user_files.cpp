@@ -63,8 +63,7 @@ private:
     void LayLooseFiles()
     {
         for (UserFile& file : m_files) {
-            CopyIntoStaging(m_run, ContentOf(file), file.strTarget);
-            NoteSize(file, m_run.manifest.back().size);
+            NoteSize(file, CopyIntoStaging(m_run, ContentOf(file), file.strTarget));
         }
         m_run.log.Write(L"Added files: " + NumberText(static_cast<long long>(m_files.size())) +
                         L", laid beside the product's own");

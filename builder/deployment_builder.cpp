@@ -147,6 +147,7 @@ void RunPhases(BuildRun& run)
         StageFolders(run);
         CopyFiles(run);
         BuildDatabases(run);
+        ListCopiedFiles(run);
         JudgeOld(run);
         WriteOutputs(run);
         Publish(run);

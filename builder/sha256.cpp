@@ -7,6 +7,8 @@
 
 #include <bcrypt.h>
 
+#include <utility>
+
 namespace {
 
 void Require(NTSTATUS status)
@@ -23,29 +25,36 @@ void Require(NTSTATUS status)
 Sha256::Sha256()
 {
     Require(BCryptOpenAlgorithmProvider(&m_algorithm, BCRYPT_SHA256_ALGORITHM, nullptr, 0));
-    const NTSTATUS status = BCryptCreateHash(m_algorithm, &m_hash, nullptr, 0, nullptr, 0, 0);
-    if (status < 0) {
-        BCryptCloseAlgorithmProvider(m_algorithm, 0);
-    }
-    Require(status);
 }
 
 Sha256::~Sha256()
 {
-    BCryptDestroyHash(m_hash);
+    if (m_hash) {
+        BCryptDestroyHash(m_hash);
+    }
     BCryptCloseAlgorithmProvider(m_algorithm, 0);
+}
+
+void Sha256::Begin()
+{
+    if (!m_hash) {
+        Require(BCryptCreateHash(m_algorithm, &m_hash, nullptr, 0, nullptr, 0, 0));
+    }
 }
 
 void Sha256::Add(const void* bytes, std::size_t size)
 {
+    Begin();
     Require(
         BCryptHashData(m_hash, static_cast<PUCHAR>(const_cast<void*>(bytes)), static_cast<ULONG>(size), 0));
 }
 
 CString Sha256::Finish()
 {
+    Begin();
     unsigned char digest[32] = {};
     Require(BCryptFinishHash(m_hash, digest, sizeof(digest), 0));
+    BCryptDestroyHash(std::exchange(m_hash, nullptr));
     CString text;
     for (const unsigned char byte : digest) {
         text += HexText(byte, 2);

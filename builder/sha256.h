@@ -14,9 +14,12 @@ public:
     ~Sha256();
 
     void Add(const void* bytes, std::size_t size);
-    [[nodiscard]] CString Finish(); // 64 hex digits, lower case; nothing can be added afterwards
+    // 64 hex digits, lower case, of what was added since the last Finish. The next Add begins anew.
+    [[nodiscard]] CString Finish();
 
 private:
-    void* m_algorithm = nullptr;
-    void* m_hash = nullptr;
+    void Begin();
+
+    void* m_algorithm = nullptr; // opened once: that may cost more than a small file's hash
+    void* m_hash = nullptr;      // while bytes are added
 };
