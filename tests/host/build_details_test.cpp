@@ -75,6 +75,25 @@ TEST(BuildDetails, TheTextsBesideTheFilesNeedRoomToo)
     EXPECT_FALSE(HasRoom(3 * MEGABYTE, 0));
 }
 
+// The check for room counts all bytes of such a file, and so does whoever copies the deployment on.
+TEST(BuildDetails, AFileWithAHoleComesOutWithAllItsBytesAndNoHole)
+{
+    TestBuild build;
+    const CString source = build.Media() + L"\\x64\\Zolt\\hole.bin";
+    MakeHole(source, 3 << 20);
+    const std::string bytes = ReadBytes(source);
+    ASSERT_EQ(bytes.size(), std::size_t{3 << 20});
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    const CString built = build.Target() + L"\\Image\\x64\\Zolt\\hole.bin";
+    EXPECT_TRUE(ReadBytes(built) == bytes);
+    EXPECT_EQ(GetFileAttributesW(built) & FILE_ATTRIBUTE_SPARSE_FILE, 0u);
+    FILE_STANDARD_INFO information = {};
+    EXPECT_TRUE(GetFileInformationByHandleEx(OpenForReading(built).Get(), FileStandardInfo, &information,
+                                             sizeof(information)));
+    EXPECT_GE(information.AllocationSize.QuadPart, 3 << 20);
+}
+
 TEST(BuildDetails, ADiskThatIsTooSmallIsToldWithBothNumbersBeforeAnythingIsWritten)
 {
     TestBuild build;
