@@ -1,4 +1,6 @@
-// bench.exe --media FOLDER --scratch FOLDER [--megabytes N] [--runs N] [--builds N]: measures and prints the table.
+// bench.exe --media FOLDER --scratch FOLDER [--megabytes N] [--large N] [--files N] [--runs N] [--builds N]
+//           [--processors 2]
+// Measures and prints the table; with --processors 2 the rows alone that need a second one, without the heading.
 // Exit code 1 when something could not be measured; a goal that isn't met is told in the table alone.
 #include "benchmarks/measurement.h"
 
@@ -28,6 +30,12 @@ bool ReadOption(const CString& name, const wchar_t* value, BenchOptions& options
         options.strScratch = value;
     } else if (name == L"--megabytes" && number > 0) {
         options.megabytes = number;
+    } else if (name == L"--large" && number > 0) {
+        options.largeMegabytes = number;
+    } else if (name == L"--files" && number > 0) {
+        options.files = number;
+    } else if (name == L"--processors" && number == 2) {
+        options.isOnTwoProcessors = true;
     } else if (name == L"--runs" && number > 0) {
         options.runs = number;
     } else if (name == L"--builds" && number > 0) {
@@ -68,9 +76,13 @@ int wmain(int count, wchar_t** arguments)
             return 2;
         }
     }
+    if (options.isOnTwoProcessors) {
+        return Run(MeasureTwoProcessors, options) ? 0 : 1;
+    }
     PrintHeading();
     bool complete = true;
-    for (auto measure : {MeasurePages, MeasureTabs, MeasureStart, MeasureRows, MeasureDeployment}) {
+    for (auto measure : {MeasurePages, MeasureTabs, MeasureStart, MeasureRows, MeasureDeployment,
+                         MeasureManyFiles, MeasureLargeFiles}) {
         complete = Run(measure, options) && complete;
     }
     return complete ? 0 : 1;

@@ -39,11 +39,17 @@ struct BenchOptions
     int runs = 11;            // of pages and starts, after one that warms up
     int builds = 5;           // of the deployment
     int megabytes = 500;
+    int files = 20000; // of the build of many files
+    int largeMegabytes = 1024;
+    bool isOnTwoProcessors = false; // measures only what needs a second one
 };
 
 // Each throws CannotMeasure.
 std::vector<Comparison> MeasurePages(const BenchOptions& options);
 std::vector<Comparison> MeasureDeployment(const BenchOptions& options);
+std::vector<Comparison> MeasureManyFiles(const BenchOptions& options);
+std::vector<Comparison> MeasureLargeFiles(const BenchOptions& options);
+std::vector<Comparison> MeasureTwoProcessors(const BenchOptions& options);
 std::vector<Comparison> MeasureStart(const BenchOptions& options);
 std::vector<Comparison> MeasureTabs(const BenchOptions& options);
 std::vector<Comparison> MeasureRows(const BenchOptions& options);
