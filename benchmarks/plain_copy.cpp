@@ -67,7 +67,7 @@ private:
 std::uint64_t CopyPlainly(const BuildPlan& plan, const CString& folder, PlainCopy way) noexcept
 {
     try {
-        const CopyList list = ScanSources(plan);
+        const CopyList list = ScanSources(plan, {});
         CPlainCopier copier(way);
         if (way != PlainCopy::Hashes) {
             MakeFolder(folder);

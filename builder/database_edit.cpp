@@ -1,6 +1,5 @@
 #include "builder/database_edit.h"
 
-#include "builder/change_report.h"
 #include "installer/query.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 // Writes decided differences into an open database.
 #pragma once
 
+#include "builder/change_report.h"
 #include "builder/database_snapshot.h"
 
 // Writes the differences; `wanted` has the columns of their tables, and `path` names the database in messages. Tables with
