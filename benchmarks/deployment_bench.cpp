@@ -127,7 +127,7 @@ BuildPlan MakePlan(const BenchOptions& options, const CString& media)
     plan.strName = L"built";
     plan.strBuiltBy = L"bench";
     plan.strMediaName = L"Zolt 2027";
-    plan.folders.push_back({media, L"Image\\x64\\Zolt", {}});
+    plan.folders.push_back({media, L"Image\\x64\\Zolt"});
     BuildDatabase database;
     database.strOriginal = options.strMedia + L"\\x64\\Zolt\\Zolt2027.msi";
     database.strTarget = L"Image\\x64\\Zolt\\Zolt2027.msi";

@@ -155,10 +155,7 @@ void DecideDatabases(BuildRun& run)
 
 void WarnOfLongPaths(BuildRun& run)
 {
-    const CString seen = run.plan.strWorkstationPath.IsEmpty()
-                             ? run.target
-                             : WithoutClosingBackslash(run.plan.strWorkstationPath);
-    const CString longest = LongestPath(run.plan, run.list, seen);
+    const CString longest = LongestPath(run.plan, run.list, run.target);
     if (longest.GetLength() > MAX_INSTALLER_PATH) {
         run.Warn(L"For workstations the path of a file has " + NumberText(longest.GetLength()) +
                  L" characters; installing may fail beyond " + NumberText(MAX_INSTALLER_PATH) +

@@ -12,9 +12,6 @@
 void WriteOutputs(BuildRun& run)
 {
     run.Step(L"Writing the commands and notes");
-    const CString seenPath = run.plan.strWorkstationPath.IsEmpty()
-                                 ? run.target
-                                 : WithoutClosingBackslash(run.plan.strWorkstationPath);
     for (const BuildText& text : run.plan.texts) {
         WriteIntoStaging(run, text.strTarget, text.strText, text.bByteOrderMark);
     }
@@ -28,7 +25,7 @@ void WriteOutputs(BuildRun& run)
     }
     WriteIntoStaging(run, L"Install.cmd", ComposeInstallScript(run.plan), false);
     WriteIntoStaging(run, L"Uninstall.cmd", ComposeUninstallScript(run.plan), false);
-    WriteIntoStaging(run, L"ReadMe.txt", ComposeReadMe(run.plan, seenPath), true);
+    WriteIntoStaging(run, L"ReadMe.txt", ComposeReadMe(run.plan, run.target), true);
     WriteIntoStaging(run, L"Changes.txt", ComposeChangesText(run.changes), true);
     WriteIntoStaging(run, L"Changes.json", ComposeChangesJson(run.changes), false);
     // The log and the manifest come last: one tells all steps, the other names all files. The folder appears by a

@@ -11,14 +11,12 @@
 #include <cstdint>
 #include <vector>
 
-// A folder copied with all that lies below it, byte for byte, empty folders included.
+// A folder copied with all that lies below it, byte for byte, empty folders included, but for what is a target of the
+// plan's databases, files and texts.
 struct BuildFolder
 {
     CString strSource; // full path; a closing backslash doesn't matter
     CString strTarget; // relative; empty for the deployment's folder itself
-    std::vector<CString>
-        excludedPaths; // relative to strSource, of files or folders, in any case. The targets of
-                       // the plan's databases, files and texts are excluded without being named.
 };
 
 // One file copied, for instance a patch: `Image\x64\Zolt\ServicePacks\sp1.msp`.
@@ -42,9 +40,9 @@ struct BuildDatabase
 {
     CString strOriginal;    // full path of the vendor's .msi; only read, and what changes are compared with
     CString strWorkingCopy; // full path of the file behind hDatabase
-    InstallerHandle hDatabase =
-        0;                  // open for writing (transacted); stays the caller's. Changes are committed by the
-                            // build. 0: the product has no changes and the original is copied.
+    // Open for writing (transacted); stays the caller's. Changes are committed by the build. 0: the product has no
+    // changes and the original is copied.
+    InstallerHandle hDatabase = 0;
     CString strTarget;      // relative; ends in the vendor's file name
     CString strProductName; // for names of logs, ReadMe.txt and messages
     CString strProductCode; // with braces
@@ -53,7 +51,6 @@ struct BuildDatabase
     // Relative paths of the patches that are chained at install, in order; the files themselves stand among the
     // plan's files or folders.
     std::vector<CString> patchTargets;
-    std::vector<CString> installProperties; // NAME=value for the install line, unquoted: `ADDLOCAL=ALL`
 };
 
 // What the workstations' commands do. Kept apart from the builder's own settings (Deployment.xml).
@@ -61,8 +58,8 @@ struct WorkstationCommands
 {
     CString strLogFolder;       // where workstations write their logs; empty: locally only
     bool bKeepLocalLog = false; // a log in that folder is copied to the workstation's own as well
-    CString strDisplay =
-        L"/qn"; // the installer's display option: /qn silent, /qb-! a progress bar without questions
+    // The installer's display option: /qn silent, /qb-! a progress bar without questions.
+    CString strDisplay = L"/qn";
 };
 
 // How much of the added files goes into one cabinet.
@@ -76,9 +73,6 @@ struct BuildPlan
 {
     CString strLocation; // full path of the folder in which the deployment's folder stands
     CString strName;     // of the deployment and its folder
-    CString
-        strWorkstationPath; // the deployment's folder as workstations see it, without closing backslash, for
-                            // instance a full UNC path; empty: the path as built
     // StampOfDeployment of the one that may be replaced: the deployment that is modified, or one that somebody was asked
     // about. Empty: nothing may stand in the target's place. What does otherwise is an error.
     CString strReplacedStamp;

@@ -36,17 +36,6 @@ CString PatchArgument(const BuildDatabase& database)
     return list.IsEmpty() ? list : L" PATCH=\"" + list + L"\"";
 }
 
-CString PropertyArguments(const BuildDatabase& database)
-{
-    CString list;
-    for (const CString& assignment : database.installProperties) {
-        CString argument = PropertyArgument(assignment);
-        argument.Replace(L"%", L"%%");
-        list += L" " + argument;
-    }
-    return list;
-}
-
 CString AsciiOnly(const CString& text)
 {
     CString plain = text;
@@ -278,35 +267,6 @@ CString CodeArgument(const CString& productCode)
     return IsBracedGuid(productCode) ? productCode : L"\"" + WithoutQuotes(productCode) + L"\"";
 }
 
-bool IsPropertyAssignment(const CString& assignment)
-{
-    const int equals = assignment.Find(L'=');
-    for (int index = 0; index < equals; ++index) {
-        const wchar_t unit = assignment[index];
-        const bool letter = IsAsciiLetter(unit) || unit == L'_';
-        if (!letter && (index == 0 || !(IsAsciiDigit(unit) || unit == L'.'))) {
-            return false;
-        }
-    }
-    for (int index = equals + 1; index < assignment.GetLength(); ++index) {
-        if (assignment[index] < 32 || assignment[index] == 0x7F) {
-            return false;
-        }
-    }
-    return equals > 0;
-}
-
-CString PropertyArgument(const CString& assignment)
-{
-    if (!IsPropertyAssignment(assignment)) {
-        return L"\"" + WithoutQuotes(assignment) + L"\"";
-    }
-    const int equals = assignment.Find(L'=');
-    CString value = assignment.Mid(equals + 1);
-    value.Replace(L"\"", L"\"\"");
-    return assignment.Left(equals + 1) + L"\"" + value + L"\"";
-}
-
 CString LogFileBase(const BuildDatabase& database, const wchar_t* action)
 {
     return LogProductName(database) + LogNameEnding(database, action);
@@ -329,7 +289,7 @@ bool NeedsUtf8(const BuildPlan& plan)
     bool ascii = IsAscii(plan.commands.strLogFolder);
     for (const BuildDatabase& database : plan.databases) {
         ascii = ascii && IsAscii(database.strTarget) && IsAscii(PatchArgument(database)) &&
-                IsAscii(PropertyArguments(database)) && IsAscii(database.strProductCode);
+                IsAscii(database.strProductCode);
     }
     return !ascii;
 }
@@ -344,8 +304,7 @@ CString ComposeInstallScript(const BuildPlan& plan)
     ChooseLogFolder(script);
     for (const BuildDatabase& database : plan.databases) {
         SetLog(script, plan, database, L"Install");
-        Run(script, L"/i \"%~dp0" + QuotedBatchText(database.strTarget) + L"\"" + PatchArgument(database) +
-                        PropertyArguments(database));
+        Run(script, L"/i \"%~dp0" + QuotedBatchText(database.strTarget) + L"\"" + PatchArgument(database));
     }
     Close(script, false, ascii);
     return script.Text();

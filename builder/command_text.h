@@ -7,35 +7,29 @@
 
 #include "builder/build_plan.h"
 
-CString ComposeInstallScript(const BuildPlan& plan);
-CString ComposeUninstallScript(const BuildPlan& plan);
+[[nodiscard]] CString ComposeInstallScript(const BuildPlan& plan);
+[[nodiscard]] CString ComposeUninstallScript(const BuildPlan& plan);
 
 // True when the scripts have letters beyond ASCII.
-bool NeedsUtf8(const BuildPlan& plan);
+[[nodiscard]] bool NeedsUtf8(const BuildPlan& plan);
 
 // `Zolt 2027_27.0.0_Install_` before the computer's name.
-CString LogFileBase(const BuildDatabase& database, const wchar_t* action);
+[[nodiscard]] CString LogFileBase(const BuildDatabase& database, const wchar_t* action);
 
 // The file that has a product's letters beyond ASCII in its name, for the names of logs: `Image\LogNames\1-Français`. Empty for
 // a product without such letters. `database` is one of the plan's.
-CString LogNameFile(const BuildPlan& plan, const BuildDatabase& database);
+[[nodiscard]] CString LogNameFile(const BuildPlan& plan, const BuildDatabase& database);
 
 // The text as it stands between quotes of a command: quotes and control characters out, as nothing else ends the quotes
 // or the line.
-CString WithoutQuotes(const CString& text);
+[[nodiscard]] CString WithoutQuotes(const CString& text);
 // The same in a script, between the quotes of `set "NAME=text"`: "%" stands twice.
-CString QuotedBatchText(const CString& text);
+[[nodiscard]] CString QuotedBatchText(const CString& text);
 
 // True for one of the installer's display options: `/qn`, `/qb-!`.
-bool IsDisplayOption(const CString& text);
+[[nodiscard]] bool IsDisplayOption(const CString& text);
 // The option as it stands in a command; `/qn` for a text that is none, as it can't stand between quotes.
-CString DisplayArgument(const CString& option);
+[[nodiscard]] CString DisplayArgument(const CString& option);
 
 // A product code as it stands in a command: as it is, or between quotes when it is no GUID in braces.
-CString CodeArgument(const CString& productCode);
-
-// True for `NAME=value` with a name of letters, digits, underscores and dots and no control character in the value.
-bool IsPropertyAssignment(const CString& assignment);
-// `NAME="value"` for the installer's command line from `NAME=value`; quotes inside the value are doubled. A text that is
-// no assignment comes back as one text between quotes.
-CString PropertyArgument(const CString& assignment);
+[[nodiscard]] CString CodeArgument(const CString& productCode);

@@ -53,25 +53,20 @@ private:
                                                         L"\" lies inside the media \"" + folder.strSource +
                                                         L"\". Choose a location outside of them."};
         }
-        m_excluded.clear();
-        for (const CString& path : folder.excludedPaths) {
-            m_excluded.insert(path);
-        }
         const CString target = WithoutClosingBackslash(folder.strTarget);
         if (!target.IsEmpty()) {
             AddFolder(target);
         }
-        ScanFolder(WithoutClosingBackslash(folder.strSource), CString(), target);
+        ScanFolder(WithoutClosingBackslash(folder.strSource), target);
     }
 
-    void ScanFolder(const CString& source, const CString& inner, const CString& target)
+    void ScanFolder(const CString& source, const CString& target)
     {
         for (const FolderEntry& entry : ListFolder(source)) {
-            const CString path = JoinFolder(inner, entry.strName);
             const CString entrySource = JoinFolder(source, entry.strName);
             const CString entryTarget = JoinFolder(target, entry.strName);
-            if (m_excluded.count(path) != 0 || m_named.count(entryTarget) != 0 ||
-                IsEarlierCabinet(entry.strName, target) || m_earlierFiles.count(entryTarget) != 0) {
+            if (m_named.count(entryTarget) != 0 || IsEarlierCabinet(entry.strName, target) ||
+                m_earlierFiles.count(entryTarget) != 0) {
                 continue;
             }
             if (!entry.IsFolder()) {
@@ -82,7 +77,7 @@ private:
                 if (!HoldsEarlierFiles(entryTarget)) {
                     AddFolder(entryTarget); // else with what still comes into it
                 }
-                ScanFolder(entrySource, path, entryTarget);
+                ScanFolder(entrySource, entryTarget);
             }
         }
     }
@@ -127,7 +122,6 @@ private:
 
     const BuildPlan& m_plan;
     TargetNames m_named; // what a folder's own file of that name gives way to
-    NameSet m_excluded;
     NameSet m_folders;
     NameSet m_packageFolders; // targets of the databases that are written anew
     NameSet m_earlierFiles; // targets of what was added to them before and lies loose; it comes anew as well

@@ -42,13 +42,6 @@ BuildFailure JudgeProduct(const BuildDatabase& database)
                         L"patches. Rename the file."};
         }
     }
-    for (const CString& assignment : database.installProperties) {
-        if (!IsPropertyAssignment(assignment)) {
-            return {BUILD_INVALID_PARAMETER, L"The property \"" + ShownText(assignment) + L"\" of " + name +
-                                                 L" is not of the form NAME=value. " +
-                                                 RemedyOf(BUILD_INVALID_PARAMETER)};
-        }
-    }
     return {};
 }
 
@@ -62,7 +55,6 @@ BuildFailure FindUnfitText(const BuildPlan& plan)
         const CString& path;
     } paths[] = {
         {L"location", plan.strLocation},
-        {L"path for workstations", plan.strWorkstationPath},
         {L"log folder", plan.commands.strLogFolder},
     };
     for (const auto& [what, path] : paths) {

@@ -151,9 +151,6 @@ void AppendInstallLine(CString& text, const BuildPlan& plan, const BuildDatabase
     line.AddName(JoinFolder(folder, database.strTarget));
     line.Add(L"\"");
     AddPatches(line, database, folder);
-    for (const CString& assignment : database.installProperties) {
-        line.AddArgument(L" " + PropertyArgument(assignment));
-    }
     AddLog(line, plan, database, L"Install");
     line.AppendTo(text);
 }

@@ -166,7 +166,7 @@ private:
         }
         std::erase_if(m_plan.folders,
                       [&](const BuildFolder& folder) { return IsBelow(folder.strTarget, target); });
-        m_plan.folders.push_back({m_media.strRoot + relative, target, {}});
+        m_plan.folders.push_back({m_media.strRoot + relative, target});
     }
 
     CHostSetupManager& m_manager;

@@ -485,15 +485,4 @@ TEST(BuildDeployment, BuildsPathsBeyond260CharactersAndWarnsOfThem)
     EXPECT_EQ(build.Build().error.code, 0u);
 }
 
-TEST(BuildDeployment, LeavesOutWhatThePlanExcludes)
-{
-    TestBuild build;
-    build.plan.folders[0].excludedPaths = {L"data\\deep", L"README.TXT"};
-    ASSERT_EQ(build.Build().error.code, 0u);
-    const Tree tree = ReadTree(build.Target());
-    EXPECT_EQ(tree.count(L"Image\\x64\\Zolt\\Data\\Deep\\"), 0u) << NamesOf(tree);
-    EXPECT_EQ(tree.count(L"Image\\x64\\Zolt\\readme.txt"), 0u) << NamesOf(tree);
-    EXPECT_EQ(tree.count(L"Image\\x64\\Zolt\\Data\\kept.txt"), 1u) << NamesOf(tree);
-}
-
 } // namespace

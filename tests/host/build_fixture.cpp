@@ -318,7 +318,7 @@ TestBuild::TestBuild(const ProductOptions& options) : m_options(options)
     plan.strName = L"Office";
     plan.strBuiltBy = L"Setup 1.0.0";
     plan.strMediaName = options.strProductName;
-    plan.folders.push_back({Media() + L"\\x64\\Zolt", L"Image\\x64\\Zolt", {}});
+    plan.folders.push_back({Media() + L"\\x64\\Zolt", L"Image\\x64\\Zolt"});
     plan.texts.push_back({L"Deployment.xml", L"<Deployment/>\r\n"});
     plan.texts.push_back({L"Image\\Setup.xml", L"<Setup/>\r\n"});
     BuildDatabase database;

@@ -262,14 +262,14 @@ TEST_F(ExitCodeTest, AFailedRemovalIsHandedOn)
 
 TEST_F(InstallTest, TheCommandsAreInReadMeReadyToPaste)
 {
-    Deploy(L"lines", {},
-           [](TestBuild& build) { build.plan.strWorkstationPath = L"\\\\server\\apps\\Office"; });
+    std::string target;
+    Deploy(L"lines", {}, [&](TestBuild& build) { target = Utf8(build.Target()); });
     const std::string text = ReadBytes(m_moved + L"\\ReadMe.txt");
-    for (const char* part :
-         {"msiexec /i \"\\\\server\\apps\\Office\\Image\\x64\\Zolt\\Zolt2027.msi\" /qn /norestart /L*V \"",
-          "msiexec /x {6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A11} /qn /norestart",
-          "Detection rule: MSI product code {6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A11}",
-          "\"\\\\server\\apps\\Office\\Install.cmd\"", "Computer accounts need read access"}) {
+    for (const std::string& part : std::vector<std::string>{
+             "msiexec /i \"" + target + "\\Image\\x64\\Zolt\\Zolt2027.msi\" /qn /norestart /L*V \"",
+             "msiexec /x {6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A11} /qn /norestart",
+             "Detection rule: MSI product code {6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A11}",
+             "\"" + target + "\\Install.cmd\"", "Computer accounts need read access"}) {
         EXPECT_NE(text.find(part), std::string::npos) << part << " is missing in\n" << text;
     }
 }

@@ -48,7 +48,7 @@ BuildPlan PlanOf(const CString& media, const CString& location)
     plan.strName = L"Office";
     plan.strReplacedStamp = StampOfDeployment(location + L"\\Office");
     plan.strMediaName = L"Zolt 2027";
-    plan.folders.push_back({media + L"\\x64", L"Image\\x64", {}});
+    plan.folders.push_back({media + L"\\x64", L"Image\\x64"});
     plan.texts.push_back({L"Deployment.xml", L"<Deployment/>\r\n"});
     BuildDatabase database;
     database.strOriginal = media + L"\\x64\\Zolt\\Zolt2027.msi";

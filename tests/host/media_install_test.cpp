@@ -265,7 +265,6 @@ TEST_F(MediaInstallTest, ACodeThatIsACommandIsNotRunByAScript)
         database.strProductCode = code;
         database.strProductName = database.strProductVersion = code;
         database.strTarget = CString(L"Image\\") + code;
-        database.installProperties = {code, CString(L"NAME=") + code};
         database.patchTargets = {code};
         plan.databases.push_back(database);
         plan.commands.strLogFolder = code;

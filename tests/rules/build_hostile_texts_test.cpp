@@ -38,7 +38,6 @@ BuildPlan HarmlessPlan()
     database.strProductCode = L"{6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A11}";
     database.strMaker = L"Velkmora";
     database.patchTargets = {L"Image\\sp1.msp", L"Image\\sp2.msp"};
-    database.installProperties = {L"NAME=value"};
     plan.databases = {database};
     return plan;
 }
@@ -63,14 +62,6 @@ const std::vector<Place>& Places()
         {"version", [](BuildPlan& plan, const CString& text) { plan.databases[0].strProductVersion = text; }},
         {"maker", [](BuildPlan& plan, const CString& text) { plan.databases[0].strMaker = text; }},
         {"patch", [](BuildPlan& plan, const CString& text) { plan.databases[0].patchTargets[0] = text; }},
-        {"property",
-         [](BuildPlan& plan, const CString& text) { plan.databases[0].installProperties[0] = text; }},
-        {"value", [](BuildPlan& plan,
-                     const CString& text) { plan.databases[0].installProperties[0] = L"NAME=" + text; }},
-        {"name of a property",
-         [](BuildPlan& plan, const CString& text) {
-             plan.databases[0].installProperties[0] = text + L"=value";
-         }},
     };
     return places;
 }

@@ -16,7 +16,6 @@ BuildPlan FitPlan()
     BuildPlan plan;
     plan.strName = L"Office";
     plan.strLocation = L"\\\\?\\C:\\100% & ^!";
-    plan.strWorkstationPath = L"\\\\server\\apps\\Office";
     plan.commands.strLogFolder = L"\\\\server\\logs & more";
     BuildDatabase database;
     database.strTarget = L"Image\\Zolt.msi";
@@ -24,7 +23,6 @@ BuildPlan FitPlan()
     database.strProductVersion = L"27.0.0";
     database.strProductCode = L"{6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A11}";
     database.patchTargets = {L"Image\\ServicePacks\\sp 1.msp"};
-    database.installProperties = {L"Name_1.a=a \"b\" & c"};
     plan.databases = {database};
     return plan;
 }
@@ -71,7 +69,6 @@ TEST(PlanTexts, AFolderWhoseCharactersNoPathHasIsRefused)
         EXPECT_EQ(CodeWith([&](BuildPlan& plan) { plan.commands.strLogFolder = folder; }), 161u)
             << Utf8(folder);
         EXPECT_EQ(CodeWith([&](BuildPlan& plan) { plan.strLocation = folder; }), 161u) << Utf8(folder);
-        EXPECT_EQ(CodeWith([&](BuildPlan& plan) { plan.strWorkstationPath = folder; }), 161u) << Utf8(folder);
     }
 }
 
@@ -80,15 +77,6 @@ TEST(PlanTexts, APatchThatCouldNotBeChainedIsRefused)
     for (const wchar_t* patch : {L"", L"Image\\a;b.msp", L"..\\a.msp", L"C:\\a.msp", L"Image\\a\".msp"}) {
         EXPECT_EQ(CodeWith([&](BuildPlan& plan) { plan.databases[0].patchTargets[0] = patch; }), 161u)
             << Utf8(patch);
-    }
-}
-
-TEST(PlanTexts, APropertyThatIsNoAssignmentIsRefused)
-{
-    for (const wchar_t* property :
-         {L"", L"NAME", L"=value", L"NA ME=x", L"NAME & calc=x", L"1A=x", L"NAME=x\r\ny"}) {
-        EXPECT_EQ(CodeWith([&](BuildPlan& plan) { plan.databases[0].installProperties[0] = property; }), 87u)
-            << Utf8(property);
     }
 }
 

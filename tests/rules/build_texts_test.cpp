@@ -88,12 +88,6 @@ TEST(BuildCommands, PatchesAreChainedByFullPath)
     EXPECT_HOLDS(ComposeInstallScript(plan), L" PATCH=\"%~dp0Image\\sp1.msp;%~dp0Image\\sp2.msp\"");
 }
 
-TEST(BuildCommands, PropertiesAreQuoted)
-{
-    EXPECT_EQ(PropertyArgument(L"DIR=C:\\a b"), CString(L"DIR=\"C:\\a b\""));
-    EXPECT_EQ(PropertyArgument(L"T=a \"b\""), CString(L"T=\"a \"\"b\"\"\""));
-}
-
 TEST(BuildCommands, TheScriptIsAsciiUnlessANameHasOtherLetters)
 {
     BuildPlan plan = TwoProducts();
