@@ -60,5 +60,10 @@ void DecideDatabase(DatabaseDecision& decision, const CabinetLimits& limits,
     decision.wanted = decision.left;
     decision.added = DecideAddedFiles(database, decision.places, limits, decision.wanted, poll);
     Compare(decision);
+    if (decision.added.additions.files
+            .empty()) { // no size will be entered later, so nothing is compared again
+        decision.original.clear();
+        decision.left.clear();
+    }
     RequireCodePageHolds(database, changes.rows);
 }

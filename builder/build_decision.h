@@ -12,10 +12,11 @@ struct DatabaseDecision
     const BuildDatabase* database = nullptr; // of the plan
     AdditionPlaces places;
     AddedFiles added;
-    DatabaseSnapshot original; // the vendor's
-    DatabaseSnapshot left;     // the open one, as the pages left it
-    DatabaseSnapshot wanted;   // the one to be built
-    DatabaseChanges changes;   // from the vendor's to that one
+    // The vendor's, and the open one as the pages left it; kept only where files were added, whose sizes may still change.
+    DatabaseSnapshot original;
+    DatabaseSnapshot left;
+    DatabaseSnapshot wanted; // the one to be built
+    DatabaseChanges changes; // from the vendor's to that one
     // From the open one to that one: what goes into the copy alone. Pages and later builds find the open one as it was.
     std::vector<RowDifference> edits;
 
