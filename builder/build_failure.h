@@ -36,8 +36,8 @@ struct BuildFailure
 };
 
 // What can be done about a code; a sentence, never empty.
-CString RemedyOf(unsigned int code);
+[[nodiscard]] CString RemedyOf(unsigned int code);
 
 // "Writing X failed: <system's text> (code 112). <remedy>"
-CString DescribeFailure(const CString& operation, const CString& path, unsigned int code,
-                        const CString& systemText);
+[[nodiscard]] CString DescribeFailure(const CString& operation, const CString& path, unsigned int code,
+                                      const CString& systemText);

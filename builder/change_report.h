@@ -42,11 +42,11 @@ struct DatabaseChanges
 };
 
 // Differences in the order of tables and keys; one pass over both sides.
-std::vector<RowDifference> CompareSnapshots(const DatabaseSnapshot& original,
-                                            const DatabaseSnapshot& current);
+[[nodiscard]] std::vector<RowDifference> CompareSnapshots(const DatabaseSnapshot& original,
+                                                          const DatabaseSnapshot& current);
 
-CString ComposeChangesText(const std::vector<DatabaseChanges>& databases);
-CString ComposeChangesJson(const std::vector<DatabaseChanges>& databases);
+[[nodiscard]] CString ComposeChangesText(const std::vector<DatabaseChanges>& databases);
+[[nodiscard]] CString ComposeChangesJson(const std::vector<DatabaseChanges>& databases);
 
 // A JSON string with its quotes.
-CString JsonText(const CString& text);
+[[nodiscard]] CString JsonText(const CString& text);

@@ -9,4 +9,4 @@
 void RequireCodePageHolds(const BuildDatabase& database, const std::vector<RowDifference>& rows);
 
 // The code page from the text of an exported `_ForceCodepage` table; -1 when it isn't one.
-int ParseCodePage(const char* text, std::size_t length);
+[[nodiscard]] int ParseCodePage(const char* text, std::size_t length);

@@ -32,10 +32,11 @@ void AddAdditions(CopyList& list, std::vector<CopyItem> files);
 using TargetNames = std::map<CString, CString, CompareNoCaseLess>;
 
 // The names that the plan and the builder itself write: databases, texts, commands, notes.
-TargetNames NamedTargets(const BuildPlan& plan);
+[[nodiscard]] TargetNames NamedTargets(const BuildPlan& plan);
 
 // A sentence when two sources would become one file, or a target leads out of the deployment; else empty.
-CString RefusedTargets(const BuildPlan& plan, const CopyList& list);
+[[nodiscard]] CString RefusedTargets(const BuildPlan& plan, const CopyList& list);
 
 // The longest path of the deployment as workstations see it.
-CString LongestPath(const BuildPlan& plan, const CopyList& list, const CString& workstationPath);
+[[nodiscard]] CString LongestPath(const BuildPlan& plan, const CopyList& list,
+                                  const CString& workstationPath);

@@ -56,8 +56,8 @@ enum class PathKind
 CFileHandle OpenForReading(const CString& path);   // others may go on reading and writing
 CFileHandle CreateForWriting(const CString& path); // fails when the file is there; nobody else may open it
 CFileHandle CreateForBoth(const CString& path);    // for reading and writing; empties a file that is there
-[[nodiscard]] DWORD ReadChunk(const CFileHandle& file, void* bytes, DWORD size,
-                              const CString& path); // 0 at the end
+// 0 at the end.
+[[nodiscard]] DWORD ReadChunk(const CFileHandle& file, void* bytes, DWORD size, const CString& path);
 void WriteChunk(const CFileHandle& file, const void* bytes, DWORD size, const CString& path);
 // `origin` is FILE_BEGIN, FILE_CURRENT or FILE_END; the new place from the begin.
 [[nodiscard]] std::uint64_t SeekInFile(const CFileHandle& file, long long distance, DWORD origin,
@@ -77,8 +77,8 @@ void CopyTimesAndAttributes(const CFileHandle& from, const CFileHandle& to, cons
 
 // Without "." and "..", in no order.
 [[nodiscard]] std::vector<FolderEntry> ListFolder(const CString& path);
-[[nodiscard]] PathKind
-KindOfPath(const CString& path);      // throws when that can't be told, on a lost share for instance
+// Throws when that can't be told, on a lost share for instance.
+[[nodiscard]] PathKind KindOfPath(const CString& path);
 void MakeFolder(const CString& path); // the parent must be there; an existing folder is a failure
 void RenameFolder(const CString& from, const CString& to);
 void RenameFile(const CString& from, const CString& to); // or a link; fails when `to` is there

@@ -20,7 +20,7 @@ struct AdditionSources
 {
     bool bLoose = false;          // in folders of the package's; in cabinets otherwise
     bool bPackedUnmarked = false; // in cabinets even when their rows don't say so
-    std::map<CString, CString>
-        paths; // of loose files, by key, relative to the package's folder; of those that have one
+    // Of loose files, by key, relative to the package's folder; of those that have one.
+    std::map<CString, CString> paths;
 };
 [[nodiscard]] AdditionSources FindAdditionSources(MSIHANDLE database, const CString& packageFolder);
