@@ -184,3 +184,8 @@ constexpr const PageRow& PageOfRole(PageRole role)
     }
     return *found;
 }
+
+// Each role has its page; a search that runs past the table doesn't compile.
+static_assert(PageOfRole(PageRole::Target).bTab == false &&
+              PageOfRole(PageRole::Choosing).section != nullptr);
+static_assert(PageOfRole(PageRole::Complete).IsOutcome() && PageOfRole(PageRole::Failed).IsOutcome());
