@@ -38,8 +38,8 @@ void WriteFileOf(const CString& path, std::uint64_t size)
     // No two blocks are equal, so that no file system can store them once.
     std::string block(static_cast<std::size_t>(std::min(size, MEGABYTE)), '\0');
     std::uint32_t state = 0x12345678u ^ static_cast<std::uint32_t>(size);
-    const CFileHandle file(CreateFileW(UnlimitedPath(path), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                       FILE_ATTRIBUTE_NORMAL, nullptr));
+    const CFileOwner file(CreateFileW(UnlimitedPath(path), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
     while (size > 0) {
         for (char& byte : block) {
             state = state * 1664525u + 1013904223u;
@@ -47,7 +47,7 @@ void WriteFileOf(const CString& path, std::uint64_t size)
         }
         const DWORD part = static_cast<DWORD>(size < block.size() ? size : block.size());
         DWORD written = 0;
-        if (!WriteFile(file.Get(), block.data(), part, &written, nullptr) || written != part) {
+        if (!WriteFile(file.get(), block.data(), part, &written, nullptr) || written != part) {
             throw CannotMeasure{L"Can't write " + path + L"; is the disk full?"};
         }
         size -= part;

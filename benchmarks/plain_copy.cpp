@@ -16,13 +16,13 @@ public:
 
     std::uint64_t Copy(const CString& source, const CString& target)
     {
-        const CFileHandle from(CreateFileW(UnlimitedPath(source), GENERIC_READ,
-                                           FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
-                                           FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-        const CFileHandle to(m_way == PlainCopy::Hashes
-                                 ? INVALID_HANDLE_VALUE
-                                 : CreateFileW(UnlimitedPath(target), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                               FILE_ATTRIBUTE_NORMAL, nullptr));
+        const CFileOwner from(CreateFileW(UnlimitedPath(source), GENERIC_READ,
+                                          FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                          FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+        const CFileOwner to(m_way == PlainCopy::Hashes
+                                ? INVALID_HANDLE_VALUE
+                                : CreateFileW(UnlimitedPath(target), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                              FILE_ATTRIBUTE_NORMAL, nullptr));
         std::uint64_t size = 0;
         while (const DWORD read = ReadInto(from, source)) {
             if (m_way != PlainCopy::Bytes) {
@@ -40,19 +40,19 @@ public:
     }
 
 private:
-    DWORD ReadInto(const CFileHandle& file, const CString& path)
+    DWORD ReadInto(const CFileOwner& file, const CString& path)
     {
         DWORD read = 0;
-        if (!ReadFile(file.Get(), m_buffer.data(), static_cast<DWORD>(m_buffer.size()), &read, nullptr)) {
+        if (!ReadFile(file.get(), m_buffer.data(), static_cast<DWORD>(m_buffer.size()), &read, nullptr)) {
             throw BuildFailure{GetLastError(), path};
         }
         return read;
     }
 
-    void Write(const CFileHandle& file, DWORD size, const CString& path)
+    void Write(const CFileOwner& file, DWORD size, const CString& path)
     {
         DWORD written = 0;
-        if (!WriteFile(file.Get(), m_buffer.data(), size, &written, nullptr) || written != size) {
+        if (!WriteFile(file.get(), m_buffer.data(), size, &written, nullptr) || written != size) {
             throw BuildFailure{GetLastError(), path};
         }
     }

@@ -58,8 +58,8 @@ void WarnOfLogFolder(BuildRun& run)
     CString reason;
     try {
         const CString probe = JoinFolder(logs, L"." + run.plan.strName + L".probe-" + HexText(run.id));
-        const CFileHandle file = OpenAlone(probe, true);
-        if (file.IsOpen()) {
+        const CFileOwner file = OpenAlone(probe, true);
+        if (file) {
             DeleteOnClose(file, probe);
         }
     } catch (const BuildFailure& failure) {

@@ -48,7 +48,7 @@ void ClearBuild(const CString& location, const CString& name, std::uint32_t id,
 }
 
 // Clears by the lock file that this process now holds. False when the file isn't a lock of ours.
-bool ClearByLock(const CFileHandle& lock, const CString& path, std::vector<CString>& messages)
+bool ClearByLock(const CFileOwner& lock, const CString& path, std::vector<CString>& messages)
 {
     const std::vector<char> bytes = ReadAll(lock, path);
     std::uint32_t id = 0;
@@ -63,8 +63,8 @@ bool ClearByLock(const CFileHandle& lock, const CString& path, std::vector<CStri
 void ClearOneLock(const CString& path, std::vector<CString>& messages)
 {
     try {
-        const CFileHandle lock = OpenAlone(path, false);
-        if (lock.IsOpen() && ClearByLock(lock, path, messages)) {
+        const CFileOwner lock = OpenAlone(path, false);
+        if (lock && ClearByLock(lock, path, messages)) {
             DeleteOnClose(lock, path);
         }
     } catch (const BuildFailure& failure) {
@@ -73,7 +73,7 @@ void ClearOneLock(const CString& path, std::vector<CString>& messages)
 }
 
 // Not open when there is none and none is to be made.
-CFileHandle OpenLock(const CString& path, const CString& name, bool makeIt)
+CFileOwner OpenLock(const CString& path, const CString& name, bool makeIt)
 {
     const PathKind kind = KindOfPath(path);
     if (kind == PathKind::Folder) {
@@ -83,10 +83,10 @@ CFileHandle OpenLock(const CString& path, const CString& name, bool makeIt)
                 L"\" stands where a build writes its lock file. Rename it, or choose another name."};
     }
     if (kind == PathKind::Nothing && !makeIt) {
-        return CFileHandle();
+        return CFileOwner();
     }
-    CFileHandle file = OpenAlone(path, makeIt);
-    if (!file.IsOpen()) {
+    CFileOwner file = OpenAlone(path, makeIt);
+    if (!file) {
         throw BuildFailure{BUILD_BUSY, L"The deployment \"" + name +
                                            L"\" is being built already, by this computer or "
                                            L"another one. " +
@@ -107,8 +107,8 @@ CFileHandle OpenLock(const CString& path, const CString& name, bool makeIt)
 void RequireLockFree(const CString& location, const CString& name)
 {
     const CString path = JoinFolder(location, LockFileName(name));
-    const CFileHandle file = OpenLock(path, name, false);
-    if (!file.IsOpen()) {
+    const CFileOwner file = OpenLock(path, name, false);
+    if (!file) {
         return;
     }
     const std::vector<char> bytes = ReadAll(file, path);

@@ -10,7 +10,7 @@ namespace {
 
 // A share reports only now what it could not take. And an old deployment goes for good once the new one stands: a loss
 // of power must not cost both.
-void FlushWhereNeeded(const BuildRun& run, const CFileHandle& file, const CString& path)
+void FlushWhereNeeded(const BuildRun& run, const CFileOwner& file, const CString& path)
 {
     if (run.flushesFiles) {
         FlushToDisk(file, path);
@@ -18,7 +18,7 @@ void FlushWhereNeeded(const BuildRun& run, const CFileHandle& file, const CStrin
 }
 
 // What a file of the old deployment held needn't be read once more to be judged.
-void NoteSourceInOld(const BuildRun& run, const CFileHandle& from, const CString& source, CopiedFile& copied)
+void NoteSourceInOld(const BuildRun& run, const CFileOwner& from, const CString& source, CopiedFile& copied)
 {
     if (run.replaces && IsSameOrBelow(source, run.target)) {
         const FILETIME written = LastWriteTime(from, source);
@@ -51,8 +51,8 @@ std::uint64_t CopyIntoStaging(BuildRun& run, const CString& source, const CStrin
 {
     const CString path = JoinFolder(run.staging, target);
     run.meter.SetFile(target);
-    const CFileHandle from = OpenForReading(source);
-    const CFileHandle to = CreateForWriting(path);
+    const CFileOwner from = OpenForReading(source);
+    const CFileOwner to = CreateForWriting(path);
     CopiedFile copied;
     copied.strTarget = target;
     run.hashes.BeginFile();
@@ -95,7 +95,7 @@ void WriteIntoStaging(BuildRun& run, const CString& target, const CString& text,
     }
     AppendUtf8(bytes, text);
     const CString path = JoinFolder(run.staging, target);
-    const CFileHandle file = CreateForWriting(path);
+    const CFileOwner file = CreateForWriting(path);
     WriteChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path);
     FlushWhereNeeded(run, file, path);
     Sha256 hash;

@@ -30,8 +30,8 @@ CString NewPackageCode()
 
 void CopyForReadingBack(BuildRun& run, const CString& source, const CString& target)
 {
-    const CFileHandle from = OpenForReading(source);
-    const CFileHandle to = CreateForWriting(target);
+    const CFileOwner from = OpenForReading(source);
+    const CFileOwner to = CreateForWriting(target);
     std::vector<unsigned char> buffer(CHUNK_BYTES);
     while (const DWORD read = ReadChunk(from, buffer.data(), CHUNK_BYTES, source)) {
         WriteChunk(to, buffer.data(), read, target);

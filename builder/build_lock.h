@@ -24,6 +24,6 @@ private:
     void Remove();
 
     CString m_path;
-    CFileHandle m_file;
+    CFileOwner m_file;
     bool m_keep = false;
 };

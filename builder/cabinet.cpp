@@ -34,13 +34,13 @@ public:
     struct OpenedFile
     {
         CSession* session = nullptr;
-        CFileHandle handle;
+        CFileOwner handle;
         CString path;
         std::uint64_t* bytesRead = nullptr; // of a source that goes in
         bool metered = false;               // what is read or written counts as progress
     };
 
-    INT_PTR Keep(CFileHandle handle, const CString& path)
+    INT_PTR Keep(CFileOwner handle, const CString& path)
     {
         m_opened.push_back(std::make_unique<OpenedFile>());
         OpenedFile& file = *m_opened.back();
@@ -210,7 +210,7 @@ private:
         return maker.Guard(FAILED, [&] {
             CabinetMember& member =
                 maker.m_members[static_cast<std::size_t>(std::atoi(name + std::strlen(SOURCE_NAME)))];
-            CFileHandle file = OpenForReading(member.strSource);
+            CFileOwner file = OpenForReading(member.strSource);
             ReadDosTime(file, member.strSource, *date, *time);
             *attributes = ARCHIVE_ATTRIBUTE;
             const INT_PTR handle = maker.Keep(std::move(file), member.strSource);
@@ -218,7 +218,7 @@ private:
             return handle;
         });
     }
-    static void ReadDosTime(const CFileHandle& file, const CString& path, USHORT& date, USHORT& time)
+    static void ReadDosTime(const CFileOwner& file, const CString& path, USHORT& date, USHORT& time)
     {
         const FILETIME written = LastWriteTime(file, path);
         FILETIME local = {};

@@ -34,7 +34,7 @@ UINT ReadCodePage(const BuildDatabase& database)
                    L"Reading the code page of", database.strWorkingCopy);
     std::vector<char> bytes(256);
     {
-        const CFileHandle file = OpenForReading(path);
+        const CFileOwner file = OpenForReading(path);
         bytes.resize(ReadChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path));
     }
     DeleteOneFile(path);

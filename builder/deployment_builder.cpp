@@ -104,7 +104,7 @@ void KeepFailedLog(BuildRun& run, const BuildFailure& failure)
             path = KindOfPath(place) == PathKind::Nothing ? place : CString();
         }
         if (!path.IsEmpty()) {
-            const CFileHandle file = CreateForWriting(path);
+            const CFileOwner file = CreateForWriting(path);
             WriteChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path);
         }
     } catch (const BuildFailure&) {

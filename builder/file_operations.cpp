@@ -21,35 +21,22 @@ void Check(bool done, const wchar_t* operation, const CString& path)
     }
 }
 
+template <class Kind>
+void Check(const CHandleOwner<Kind>& owner, const wchar_t* operation, const CString& path)
+{
+    Check(static_cast<bool>(owner), operation, path);
+}
+
 bool IsMissing(DWORD code)
 {
     return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND;
 }
 
-// Owns a search.
-class CFindHandle
+CFileOwner Open(const CString& path, DWORD access, DWORD share, DWORD disposition, DWORD flags)
 {
-public:
-    explicit CFindHandle(HANDLE handle) : m_handle(handle) {}
-    CFindHandle(const CFindHandle&) = delete;
-    CFindHandle& operator=(const CFindHandle&) = delete;
-    ~CFindHandle()
-    {
-        if (m_handle != INVALID_HANDLE_VALUE) {
-            FindClose(m_handle);
-        }
-    }
-    HANDLE Get() const { return m_handle; }
-
-private:
-    HANDLE m_handle;
-};
-
-CFileHandle Open(const CString& path, DWORD access, DWORD share, DWORD disposition, DWORD flags)
-{
-    return IsFaultDue() ? CFileHandle()
-                        : CFileHandle(CreateFileW(UnlimitedPath(path), access, share, nullptr, disposition,
-                                                  flags, nullptr));
+    return IsFaultDue() ? CFileOwner()
+                        : CFileOwner(CreateFileW(UnlimitedPath(path), access, share, nullptr, disposition,
+                                                 flags, nullptr));
 }
 
 FolderEntry EntryOf(const WIN32_FIND_DATAW& found)
@@ -70,73 +57,64 @@ void ClearReadOnly(const CString& path)
 
 } // namespace
 
-void CFileHandle::Close()
+CFileOwner OpenForReading(const CString& path)
 {
-    if (IsOpen()) {
-        const DWORD error = GetLastError();
-        CloseHandle(std::exchange(m_handle, INVALID_HANDLE_VALUE));
-        SetLastError(error);
-    }
-}
-
-CFileHandle OpenForReading(const CString& path)
-{
-    CFileHandle file = Open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                            OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
-    Check(file.IsOpen(), L"Opening", path);
+    CFileOwner file = Open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                           OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
+    Check(file, L"Opening", path);
     return file;
 }
 
-CFileHandle CreateForWriting(const CString& path)
+CFileOwner CreateForWriting(const CString& path)
 {
-    CFileHandle file = Open(path, GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL);
-    Check(file.IsOpen(), L"Creating", path);
+    CFileOwner file = Open(path, GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL);
+    Check(file, L"Creating", path);
     return file;
 }
 
-CFileHandle CreateForBoth(const CString& path)
+CFileOwner CreateForBoth(const CString& path)
 {
-    CFileHandle file = Open(path, GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL);
-    Check(file.IsOpen(), L"Creating", path);
+    CFileOwner file = Open(path, GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL);
+    Check(file, L"Creating", path);
     return file;
 }
 
-DWORD ReadChunk(const CFileHandle& file, void* bytes, DWORD size, const CString& path)
+DWORD ReadChunk(const CFileOwner& file, void* bytes, DWORD size, const CString& path)
 {
     DWORD read = 0;
-    Check(!IsFaultDue() && ReadFile(file.Get(), bytes, size, &read, nullptr), L"Reading", path);
+    Check(!IsFaultDue() && ReadFile(file.get(), bytes, size, &read, nullptr), L"Reading", path);
     return read;
 }
 
-void WriteChunk(const CFileHandle& file, const void* bytes, DWORD size, const CString& path)
+void WriteChunk(const CFileOwner& file, const void* bytes, DWORD size, const CString& path)
 {
     DWORD written = 0;
-    Check(!IsFaultDue() && WriteFile(file.Get(), bytes, size, &written, nullptr), L"Writing", path);
+    Check(!IsFaultDue() && WriteFile(file.get(), bytes, size, &written, nullptr), L"Writing", path);
     if (written != size) {
         SetLastError(ERROR_DISK_FULL);
         Fail(L"Writing", path);
     }
 }
 
-std::uint64_t SeekInFile(const CFileHandle& file, long long distance, DWORD origin, const CString& path)
+std::uint64_t SeekInFile(const CFileOwner& file, long long distance, DWORD origin, const CString& path)
 {
     LARGE_INTEGER wanted = {};
     LARGE_INTEGER place = {};
     wanted.QuadPart = distance;
-    Check(!IsFaultDue() && SetFilePointerEx(file.Get(), wanted, &place, origin), L"Reading", path);
+    Check(!IsFaultDue() && SetFilePointerEx(file.get(), wanted, &place, origin), L"Reading", path);
     return static_cast<std::uint64_t>(place.QuadPart);
 }
 
-void FlushToDisk(const CFileHandle& file, const CString& path)
+void FlushToDisk(const CFileOwner& file, const CString& path)
 {
     CountFlush();
-    Check(!IsFaultDue() && FlushFileBuffers(file.Get()), L"Writing", path);
+    Check(!IsFaultDue() && FlushFileBuffers(file.get()), L"Writing", path);
 }
 
-void CopyTimesAndAttributes(const CFileHandle& from, const CFileHandle& to, const CString& path)
+void CopyTimesAndAttributes(const CFileOwner& from, const CFileOwner& to, const CString& path)
 {
     FILE_BASIC_INFO basic = {};
-    Check(!IsFaultDue() && GetFileInformationByHandleEx(from.Get(), FileBasicInfo, &basic, sizeof(basic)),
+    Check(!IsFaultDue() && GetFileInformationByHandleEx(from.get(), FileBasicInfo, &basic, sizeof(basic)),
           L"Reading times and attributes for", path);
     // Compression and the like belong to the disk that the file came from.
     basic.FileAttributes &= FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
@@ -145,14 +123,14 @@ void CopyTimesAndAttributes(const CFileHandle& from, const CFileHandle& to, cons
         basic.FileAttributes = FILE_ATTRIBUTE_NORMAL;
     }
     basic.ChangeTime.QuadPart = 0; // the system's own
-    Check(!IsFaultDue() && SetFileInformationByHandle(to.Get(), FileBasicInfo, &basic, sizeof(basic)),
+    Check(!IsFaultDue() && SetFileInformationByHandle(to.get(), FileBasicInfo, &basic, sizeof(basic)),
           L"Setting times and attributes of", path);
 }
 
-FILETIME LastWriteTime(const CFileHandle& file, const CString& path)
+FILETIME LastWriteTime(const CFileOwner& file, const CString& path)
 {
     FILETIME written = {};
-    Check(!IsFaultDue() && GetFileTime(file.Get(), nullptr, nullptr, &written), L"Reading the time of", path);
+    Check(!IsFaultDue() && GetFileTime(file.get(), nullptr, nullptr, &written), L"Reading the time of", path);
     return written;
 }
 
@@ -167,13 +145,13 @@ std::uint64_t SizeOfFile(const CString& path)
 BY_HANDLE_FILE_INFORMATION InformationOf(const CString& path)
 {
     BY_HANDLE_FILE_INFORMATION information = {};
-    const CFileHandle file =
+    const CFileOwner file =
         Open(path, FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
              OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
-    if (!file.IsOpen() && IsMissing(GetLastError())) {
+    if (!file && IsMissing(GetLastError())) {
         return information;
     }
-    Check(file.IsOpen() && GetFileInformationByHandle(file.Get(), &information), L"Looking at", path);
+    Check(file && GetFileInformationByHandle(file.get(), &information), L"Looking at", path);
     return information;
 }
 
@@ -181,8 +159,8 @@ FolderEntry EntryOnDisk(const CString& path)
 {
     WIN32_FIND_DATAW found = {};
     const CString bare = UnlimitedPath(WithoutClosingBackslash(path));
-    const CFindHandle search(IsFaultDue() ? INVALID_HANDLE_VALUE : FindFirstFileW(bare, &found));
-    if (search.Get() == INVALID_HANDLE_VALUE) {
+    const CFindOwner search(IsFaultDue() ? INVALID_HANDLE_VALUE : FindFirstFileW(bare, &found));
+    if (!search) {
         Check(IsMissing(GetLastError()), L"Looking for", path);
         return {};
     }
@@ -193,21 +171,20 @@ std::vector<FolderEntry> ListFolder(const CString& path)
 {
     WIN32_FIND_DATAW found = {};
     const CString pattern = UnlimitedPath(JoinFolder(path, L"*"));
-    CFindHandle search(IsFaultDue()
-                           ? INVALID_HANDLE_VALUE
-                           : FindFirstFileExW(pattern, FindExInfoBasic, &found, FindExSearchNameMatch,
-                                              nullptr, FIND_FIRST_EX_LARGE_FETCH));
-    if (search.Get() == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND) {
+    CFindOwner search(IsFaultDue() ? INVALID_HANDLE_VALUE
+                                   : FindFirstFileExW(pattern, FindExInfoBasic, &found, FindExSearchNameMatch,
+                                                      nullptr, FIND_FIRST_EX_LARGE_FETCH));
+    if (!search && GetLastError() == ERROR_FILE_NOT_FOUND) {
         return {}; // an empty disk: its root lists not even itself
     }
-    Check(search.Get() != INVALID_HANDLE_VALUE, L"Listing", path);
+    Check(search, L"Listing", path);
     std::vector<FolderEntry> entries;
     do {
         FolderEntry entry = EntryOf(found);
         if (!(entry.strName == L".") && !(entry.strName == L"..")) {
             entries.push_back(std::move(entry));
         }
-    } while (!IsFaultDue() && FindNextFileW(search.Get(), &found));
+    } while (!IsFaultDue() && FindNextFileW(search.get(), &found));
     Check(GetLastError() == ERROR_NO_MORE_FILES, L"Listing", path);
     return entries;
 }
@@ -276,9 +253,9 @@ void RequireNothingOpenBelow(const CString& path)
             continue;
         }
         // Asking for the right to delete is refused exactly when a rename would be.
-        const CFileHandle probe = Open(inner, DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
-        Check(probe.IsOpen(), L"Replacing", inner);
+        const CFileOwner probe = Open(inner, DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+        Check(probe, L"Replacing", inner);
     }
 }
 
@@ -310,34 +287,34 @@ bool IsRemote(const CString& path)
            (path.Mid(1, 1) == L":" && GetDriveTypeW(path.Left(2) + L"\\") == DRIVE_REMOTE);
 }
 
-CFileHandle OpenAlone(const CString& path, bool makeIt)
+CFileOwner OpenAlone(const CString& path, bool makeIt)
 {
-    CFileHandle file = Open(path, GENERIC_READ | GENERIC_WRITE | DELETE, 0,
-                            makeIt ? OPEN_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_HIDDEN);
-    Check(file.IsOpen() || GetLastError() == ERROR_SHARING_VIOLATION, L"Creating", path);
+    CFileOwner file = Open(path, GENERIC_READ | GENERIC_WRITE | DELETE, 0,
+                           makeIt ? OPEN_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_HIDDEN);
+    Check(file || GetLastError() == ERROR_SHARING_VIOLATION, L"Creating", path);
     return file;
 }
 
-std::vector<char> ReadAll(const CFileHandle& file, const CString& path)
+std::vector<char> ReadAll(const CFileOwner& file, const CString& path)
 {
     std::vector<char> bytes(4096);
-    SetFilePointer(file.Get(), 0, nullptr, FILE_BEGIN);
+    SetFilePointer(file.get(), 0, nullptr, FILE_BEGIN);
     bytes.resize(ReadChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path));
     return bytes;
 }
 
-void ReplaceAll(const CFileHandle& file, const std::vector<char>& bytes, const CString& path)
+void ReplaceAll(const CFileOwner& file, const std::vector<char>& bytes, const CString& path)
 {
-    SetFilePointer(file.Get(), 0, nullptr, FILE_BEGIN);
-    Check(!IsFaultDue() && SetEndOfFile(file.Get()), L"Writing", path);
+    SetFilePointer(file.get(), 0, nullptr, FILE_BEGIN);
+    Check(!IsFaultDue() && SetEndOfFile(file.get()), L"Writing", path);
     WriteChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path);
     FlushToDisk(file, path);
 }
 
-void DeleteOnClose(const CFileHandle& file, const CString& path)
+void DeleteOnClose(const CFileOwner& file, const CString& path)
 {
     FILE_DISPOSITION_INFO disposition = {TRUE};
     Check(!IsFaultDue() &&
-              SetFileInformationByHandle(file.Get(), FileDispositionInfo, &disposition, sizeof(disposition)),
+              SetFileInformationByHandle(file.get(), FileDispositionInfo, &disposition, sizeof(disposition)),
           L"Deleting", path);
 }

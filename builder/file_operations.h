@@ -2,37 +2,11 @@
 // system's reason and the remedy, unless its comment says otherwise. Paths are full; those beyond 260 characters work.
 #pragma once
 
+#include "base/handle.h"
 #include "base/string.h"
 
-#include <windows.h>
-
 #include <cstdint>
-#include <utility>
 #include <vector>
-
-// Owns a file handle.
-class CFileHandle
-{
-public:
-    CFileHandle() = default;
-    explicit CFileHandle(HANDLE handle) : m_handle(handle) {}
-    CFileHandle(CFileHandle&& other) noexcept : m_handle(std::exchange(other.m_handle, INVALID_HANDLE_VALUE))
-    {
-    }
-    CFileHandle& operator=(CFileHandle&& other) noexcept
-    {
-        std::swap(m_handle, other.m_handle);
-        return *this;
-    }
-    ~CFileHandle() { Close(); }
-
-    HANDLE Get() const { return m_handle; }
-    bool IsOpen() const { return m_handle != INVALID_HANDLE_VALUE; }
-    void Close(); // keeps the last error
-
-private:
-    HANDLE m_handle = INVALID_HANDLE_VALUE;
-};
 
 struct FolderEntry
 {
@@ -53,20 +27,20 @@ enum class PathKind
     Folder,
 };
 
-CFileHandle OpenForReading(const CString& path);   // others may go on reading and writing
-CFileHandle CreateForWriting(const CString& path); // fails when the file is there; nobody else may open it
-CFileHandle CreateForBoth(const CString& path);    // for reading and writing; empties a file that is there
+CFileOwner OpenForReading(const CString& path);   // others may go on reading and writing
+CFileOwner CreateForWriting(const CString& path); // fails when the file is there; nobody else may open it
+CFileOwner CreateForBoth(const CString& path);    // for reading and writing; empties a file that is there
 // 0 at the end.
-[[nodiscard]] DWORD ReadChunk(const CFileHandle& file, void* bytes, DWORD size, const CString& path);
-void WriteChunk(const CFileHandle& file, const void* bytes, DWORD size, const CString& path);
+[[nodiscard]] DWORD ReadChunk(const CFileOwner& file, void* bytes, DWORD size, const CString& path);
+void WriteChunk(const CFileOwner& file, const void* bytes, DWORD size, const CString& path);
 // `origin` is FILE_BEGIN, FILE_CURRENT or FILE_END; the new place from the begin.
-[[nodiscard]] std::uint64_t SeekInFile(const CFileHandle& file, long long distance, DWORD origin,
+[[nodiscard]] std::uint64_t SeekInFile(const CFileOwner& file, long long distance, DWORD origin,
                                        const CString& path);
 // On a share the system reports data that it could not deliver only when asked to flush.
-void FlushToDisk(const CFileHandle& file, const CString& path);
+void FlushToDisk(const CFileOwner& file, const CString& path);
 // Times and attributes; call after the last write.
-void CopyTimesAndAttributes(const CFileHandle& from, const CFileHandle& to, const CString& path);
-[[nodiscard]] FILETIME LastWriteTime(const CFileHandle& file, const CString& path);
+void CopyTimesAndAttributes(const CFileOwner& from, const CFileOwner& to, const CString& path);
+[[nodiscard]] FILETIME LastWriteTime(const CFileOwner& file, const CString& path);
 [[nodiscard]] std::uint64_t SizeOfFile(const CString& path);
 
 // The numbers by which the disk knows a file or folder, with its times and size; all zero when it isn't there.
@@ -94,9 +68,9 @@ void RequireNothingOpenBelow(const CString& path);
 [[nodiscard]] std::uint64_t FreeBytes(const CString& folder);
 [[nodiscard]] bool IsRemote(const CString& path);
 
-// Opens or makes a file that nobody else can open meanwhile. Not open: another one holds it.
-[[nodiscard]] CFileHandle OpenAlone(const CString& path, bool makeIt);
+// Opens or makes a file that nobody else can open meanwhile. Empty: another one holds it.
+[[nodiscard]] CFileOwner OpenAlone(const CString& path, bool makeIt);
 // The whole content of a small file; replaces it; marks it for deletion when the handle closes.
-[[nodiscard]] std::vector<char> ReadAll(const CFileHandle& file, const CString& path);
-void ReplaceAll(const CFileHandle& file, const std::vector<char>& bytes, const CString& path);
-void DeleteOnClose(const CFileHandle& file, const CString& path);
+[[nodiscard]] std::vector<char> ReadAll(const CFileOwner& file, const CString& path);
+void ReplaceAll(const CFileOwner& file, const std::vector<char>& bytes, const CString& path);
+void DeleteOnClose(const CFileOwner& file, const CString& path);

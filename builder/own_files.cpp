@@ -19,7 +19,7 @@ bool LoadManifest(const CString& folder, Entries& entries)
     if (KindOfPath(path) != PathKind::File) {
         return false;
     }
-    const CFileHandle file = OpenForReading(path);
+    const CFileOwner file = OpenForReading(path);
     std::vector<char> bytes;
     std::vector<char> piece(PIECE_BYTES);
     while (const DWORD read = ReadChunk(file, piece.data(), static_cast<DWORD>(piece.size()), path)) {
@@ -51,7 +51,7 @@ void VisitFiles(const CString& folder, const CString& inner,
 
 CString HashOf(const CString& path, const std::function<void()>& poll)
 {
-    const CFileHandle file = OpenForReading(path);
+    const CFileOwner file = OpenForReading(path);
     std::vector<char> piece(PIECE_BYTES);
     Sha256 hash;
     while (const DWORD read = ReadChunk(file, piece.data(), static_cast<DWORD>(piece.size()), path)) {

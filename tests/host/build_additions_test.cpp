@@ -36,11 +36,11 @@ ProductOptions PackageWith(const std::vector<CString>& statements, int codePage 
 
 void MakeHole(const CString& path, long long bytes)
 {
-    const CFileHandle file = OpenAlone(path, true);
+    const CFileOwner file = OpenAlone(path, true);
     DWORD count = 0;
-    DeviceIoControl(file.Get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &count, nullptr);
+    DeviceIoControl(file.get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &count, nullptr);
     ASSERT_GT(SeekInFile(file, bytes, FILE_BEGIN, path), 0u);
-    ASSERT_TRUE(SetEndOfFile(file.Get())) << GetLastError();
+    ASSERT_TRUE(SetEndOfFile(file.get())) << GetLastError();
 }
 
 class AdditionsTest : public testing::Test, protected AdditionsBuild

@@ -217,8 +217,8 @@ TEST_F(DecisionTest, ASourceThatIsLockedIsRefusedBeforehand)
 {
     const CString source = Source(L"locked.txt", "1234");
     added.AddFile(source, L"INSTALLDIR");
-    const CFileHandle lock = OpenAlone(source, false);
-    ASSERT_TRUE(lock.IsOpen());
+    const CFileOwner lock = OpenAlone(source, false);
+    ASSERT_TRUE(lock);
     ExpectRefused(ERROR_SHARING_VIOLATION, {source, L"Close it there"});
 }
 
@@ -280,8 +280,8 @@ TEST_F(DecisionTest, AnOldDeploymentInUseIsRefusedBeforehand)
     BuildIt();
     build.AllowReplacing();
     const CString inUse = build.Target() + L"\\Image\\x64\\Zolt\\readme.txt";
-    const CFileHandle lock = OpenAlone(inUse, false);
-    ASSERT_TRUE(lock.IsOpen());
+    const CFileOwner lock = OpenAlone(inUse, false);
+    ASSERT_TRUE(lock);
     const BuildResult result = build.Build();
     EXPECT_EQ(result.error.code, unsigned{ERROR_SHARING_VIOLATION});
     EXPECT_GE(result.error.message.Find(inUse), 0) << Utf8(result.error.message);
@@ -293,8 +293,8 @@ TEST_F(DecisionTest, AnOldDeploymentInUseIsRefusedBeforehand)
 TEST_F(DecisionTest, ABuildUnderWayIsReportedByTheCheck)
 {
     const CString path = build.Location() + L"\\.Office.build-lock";
-    const CFileHandle lock = OpenAlone(path, true);
-    ASSERT_TRUE(lock.IsOpen());
+    const CFileOwner lock = OpenAlone(path, true);
+    ASSERT_TRUE(lock);
     std::vector<CString> told;
     const OperationError checked = CheckBuild(build.plan, told);
     EXPECT_EQ(checked.code, unsigned{ERROR_BUSY});

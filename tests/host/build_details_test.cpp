@@ -22,11 +22,11 @@ namespace {
 
 void MakeHole(const CString& path, std::uint64_t bytes)
 {
-    const CFileHandle file = OpenAlone(path, true);
+    const CFileOwner file = OpenAlone(path, true);
     DWORD count = 0;
-    DeviceIoControl(file.Get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &count, nullptr);
+    DeviceIoControl(file.get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &count, nullptr);
     ASSERT_GT(SeekInFile(file, static_cast<long long>(bytes), FILE_BEGIN, path), 0u);
-    ASSERT_TRUE(SetEndOfFile(file.Get())) << GetLastError();
+    ASSERT_TRUE(SetEndOfFile(file.get())) << GetLastError();
 }
 
 bool IsHidden(const CString& path)
@@ -89,7 +89,7 @@ TEST(BuildDetails, AFileWithAHoleComesOutWithAllItsBytesAndNoHole)
     EXPECT_TRUE(ReadBytes(built) == bytes);
     EXPECT_EQ(GetFileAttributesW(built) & FILE_ATTRIBUTE_SPARSE_FILE, 0u);
     FILE_STANDARD_INFO information = {};
-    EXPECT_TRUE(GetFileInformationByHandleEx(OpenForReading(built).Get(), FileStandardInfo, &information,
+    EXPECT_TRUE(GetFileInformationByHandleEx(OpenForReading(built).get(), FileStandardInfo, &information,
                                              sizeof(information)));
     EXPECT_GE(information.AllocationSize.QuadPart, 3 << 20);
 }
@@ -178,7 +178,7 @@ TEST(BuildDetails, AFlushReachesTheSystem)
 {
     const TestFolder folder;
     WriteBytes(folder / L"file", "x");
-    const CFileHandle file = OpenForReading(folder / L"file");
+    const CFileOwner file = OpenForReading(folder / L"file");
     EXPECT_THROW(FlushToDisk(file, folder / L"file"), BuildFailure);
 }
 
@@ -197,7 +197,7 @@ TEST(BuildDetails, HiddenFilesStayHiddenAndFilesForOneselfBecomeIt)
     EXPECT_FALSE(IsHidden(build.Target() + L"\\Install.cmd"));
     // A name without a dot: Wine hides every file whose name starts with one.
     const CString own = build.Folder() / L"lock";
-    const CFileHandle file = OpenAlone(own, true);
+    const CFileOwner file = OpenAlone(own, true);
     EXPECT_TRUE(IsHidden(own));
 }
 
@@ -236,8 +236,8 @@ TEST_F(AddedDetails, AddedFilesKeepTheirTimeInTheCabinet)
     FILETIME written = {};
     ASSERT_TRUE(SystemTimeToFileTime(&moment, &local) && LocalFileTimeToFileTime(&local, &written));
     {
-        const CFileHandle file = OpenAlone(source, false);
-        ASSERT_TRUE(SetFileTime(file.Get(), nullptr, nullptr, &written));
+        const CFileOwner file = OpenAlone(source, false);
+        ASSERT_TRUE(SetFileTime(file.get(), nullptr, nullptr, &written));
     }
     added.AddFile(source, L"INSTALLDIR");
     BuildIt();
@@ -255,9 +255,9 @@ TEST_F(AddedDetails, AFileOlderThanACabinetsTimeIsOfItsFirstDay)
     FILETIME found = {};
     ASSERT_TRUE(SystemTimeToFileTime(&moment, &written));
     {
-        const CFileHandle file = OpenAlone(source, false);
-        ASSERT_TRUE(SetFileTime(file.Get(), nullptr, nullptr, &written));
-        ASSERT_TRUE(GetFileTime(file.Get(), nullptr, nullptr, &found));
+        const CFileOwner file = OpenAlone(source, false);
+        ASSERT_TRUE(SetFileTime(file.get(), nullptr, nullptr, &written));
+        ASSERT_TRUE(GetFileTime(file.get(), nullptr, nullptr, &found));
     }
     if (CompareFileTime(&written, &found) != 0) {
         GTEST_SKIP() << "the disk of the tests keeps no such time";

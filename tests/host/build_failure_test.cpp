@@ -106,13 +106,13 @@ protected:
     }
 
     // As another program does that begins to read it when the check is over.
-    void OpenWhileCopying(const CString& path, CFileHandle& file)
+    void OpenWhileCopying(const CString& path, CFileOwner& file)
     {
         m_build.onStep = [&file, path](const CString& step) {
             if (step.Find(L"Copying") == 0) {
-                file = CFileHandle(
+                file = CFileOwner(
                     CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-                EXPECT_TRUE(file.IsOpen()) << GetLastError();
+                EXPECT_TRUE(file) << GetLastError();
             }
         };
     }
@@ -241,7 +241,7 @@ TEST(CancelledBuild, StopsInTheMiddleOfALargeFile)
 TEST_F(RebuildTest, AFileOfTheOldDeploymentThatIsOpenKeepsItInPlace)
 {
     const CString open = m_build.Target() + L"\\Image\\x64\\Zolt\\readme.txt";
-    CFileHandle file;
+    CFileOwner file;
     OpenWhileCopying(open, file);
     const BuildResult result = m_build.Build();
     file.Close();
@@ -254,7 +254,7 @@ TEST_F(RebuildTest, AFileOfTheOldDeploymentThatIsOpenKeepsItInPlace)
 
 TEST_F(RebuildTest, ALogOfAFailureLiesBesideTheDeploymentAndSaysWhatToDo)
 {
-    CFileHandle file;
+    CFileOwner file;
     OpenWhileCopying(m_build.Target() + L"\\ReadMe.txt", file);
     EXPECT_EQ(m_build.Build().error.code, 32u);
     file.Close();

@@ -169,11 +169,11 @@ TEST_F(SeveralCabinets, AFullCabinetIsFollowedByTheNext)
 
 void MakeHole(const CString& path, long long bytes)
 {
-    const CFileHandle file = OpenAlone(path, true);
+    const CFileOwner file = OpenAlone(path, true);
     DWORD count = 0;
-    DeviceIoControl(file.Get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &count, nullptr);
+    DeviceIoControl(file.get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &count, nullptr);
     ASSERT_GT(SeekInFile(file, bytes, FILE_BEGIN, path), 0u);
-    ASSERT_TRUE(SetEndOfFile(file.Get())) << GetLastError();
+    ASSERT_TRUE(SetEndOfFile(file.get())) << GetLastError();
 }
 
 TEST_F(SeveralCabinets, AFileOfTwoGigabytesLessAByteIsRefusedWithTheLimit)

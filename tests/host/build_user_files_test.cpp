@@ -339,8 +339,8 @@ TEST_P(RefusedFilesTest, ALockedSourceIsNamedWithTheRemedy)
 {
     const CString source = Source(L"locked.txt", "1234");
     added.AddFile(source, L"INSTALLDIR");
-    const CFileHandle lock = OpenAlone(source, false);
-    ASSERT_TRUE(lock.IsOpen());
+    const CFileOwner lock = OpenAlone(source, false);
+    ASSERT_TRUE(lock);
     ExpectRefused(32, {source, L"Close it there"});
 }
 
@@ -380,11 +380,11 @@ TEST_P(RefusedFilesTest, AFileOfMoreThanTwoGigabytesIsRefusedByName)
 {
     const CString source = Source(L"huge.bin", "");
     {
-        const CFileHandle file = OpenAlone(source, false);
+        const CFileOwner file = OpenAlone(source, false);
         DWORD bytes = 0; // a hole on the disk
-        DeviceIoControl(file.Get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &bytes, nullptr);
+        DeviceIoControl(file.get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &bytes, nullptr);
         ASSERT_GT(SeekInFile(file, 3ll << 30, FILE_BEGIN, source), 0u);
-        ASSERT_TRUE(SetEndOfFile(file.Get())) << GetLastError();
+        ASSERT_TRUE(SetEndOfFile(file.get())) << GetLastError();
     }
     added.AddFile(source, L"INSTALLDIR");
     ExpectRefused(223, {source, L"3072 MB", L"up to 2032 MB"});
