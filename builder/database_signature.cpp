@@ -1,13 +1,9 @@
 #include "builder/database_signature.h"
 
+#include "base/com_ptr.h"
 #include "builder/build_failure.h"
 
-#include <windows.h>
-
 #include <objbase.h>
-#include <wrl/client.h>
-
-using Microsoft::WRL::ComPtr;
 
 namespace {
 

@@ -1,13 +1,9 @@
 #include "builder/storage_copy.h"
 
+#include "base/com_ptr.h"
 #include "builder/build_failure.h"
 
-#include <windows.h>
-
 #include <objbase.h>
-#include <wrl/client.h>
-
-using Microsoft::WRL::ComPtr;
 
 unsigned int CopyStorage(const CString& source, const CString& target)
 {

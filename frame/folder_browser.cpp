@@ -1,5 +1,7 @@
 #include "frame/folder_browser.h"
 
+#include "base/com_ptr.h"
+
 #include <objbase.h>
 #include <shlobj.h>
 #include <shlwapi.h>
@@ -35,11 +37,6 @@ struct CoTaskMemDelete
 };
 using ItemIdList = std::unique_ptr<ITEMIDLIST, CoTaskMemDelete>;
 
-struct Release
-{
-    void operator()(IUnknown* object) const { object->Release(); }
-};
-
 int CALLBACK SelectInitialFolder(HWND dialog, UINT message, LPARAM, LPARAM path)
 {
     if (message == BFFM_INITIALIZED) {
@@ -58,12 +55,12 @@ ItemIdList NetworkRoot()
 // By the item's parent, which knows names of network items that have no file system path of their own.
 CString ParsingName(const ITEMIDLIST* item)
 {
-    IShellFolder* parent = nullptr;
+    ComPtr<IShellFolder> parent;
     const ITEMIDLIST* child = nullptr;
-    if (FAILED(::SHBindToParent(item, IID_IShellFolder, reinterpret_cast<void**>(&parent), &child))) {
+    if (FAILED(::SHBindToParent(item, IID_IShellFolder, reinterpret_cast<void**>(parent.GetAddressOf()),
+                                &child))) {
         return CString();
     }
-    const std::unique_ptr<IShellFolder, Release> owner(parent);
     STRRET name = {};
     wchar_t* text = nullptr;
     if (FAILED(parent->GetDisplayNameOf(child, SHGDN_FORPARSING, &name)) ||

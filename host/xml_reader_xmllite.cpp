@@ -1,8 +1,8 @@
-#include "base/ascii.h"
-
 // The front end of Windows builds: XmlLite, with document type declarations prohibited.
 #include "host/xml_events.h"
 
+#include "base/ascii.h"
+#include "base/com_ptr.h"
 #include "host/host_messages.h"
 #include "host/xml_scan.h"
 
@@ -14,17 +14,9 @@
 
 #include <algorithm>
 #include <cwchar>
-#include <memory>
 #include <string>
 
 namespace {
-
-struct ReleaseInterface
-{
-    void operator()(IUnknown* object) const { object->Release(); }
-};
-template <class T>
-using Owner = std::unique_ptr<T, ReleaseInterface>;
 
 CString ResultText(HRESULT result)
 {
@@ -285,18 +277,19 @@ XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events)
     if (!IsUtf8(document)) {
         return {HostSentence(HostText::XmlMalformed, {L"it is not UTF-8"}), 0};
     }
-    void* made = nullptr;
-    const HRESULT result = CreateXmlReader(__uuidof(IXmlReader), &made, nullptr);
+    ComPtr<IXmlReader> reader;
+    const HRESULT result =
+        CreateXmlReader(__uuidof(IXmlReader), reinterpret_cast<void**>(reader.GetAddressOf()), nullptr);
     if (FAILED(result)) {
         return {HostSentence(HostText::XmlMalformed, {ResultText(result)}), 0};
     }
-    const Owner<IXmlReader> reader(static_cast<IXmlReader*>(made));
     reader->SetProperty(XmlReaderProperty_DtdProcessing, DtdProcessing_Prohibit);
     const std::string ascii = PackLetters(document, comments);
-    const Owner<IStream> stream(
+    ComPtr<IStream> stream;
+    stream.Attach(
         SHCreateMemStream(reinterpret_cast<const BYTE*>(ascii.data()), static_cast<UINT>(ascii.size())));
-    if (!stream || FAILED(reader->SetInput(stream.get()))) {
+    if (!stream || FAILED(reader->SetInput(stream.Get()))) {
         return {HostSentence(HostText::XmlMalformed, {ResultText(E_OUTOFMEMORY)}), 0};
     }
-    return CFeed(*reader, events).Run();
+    return CFeed(*reader.Get(), events).Run();
 }

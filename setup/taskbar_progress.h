@@ -2,9 +2,9 @@
 // window itself tells the same.
 #pragma once
 
-#include <windows.h>
+#include "base/com_ptr.h"
 
-struct ITaskbarList3;
+#include <shobjidl.h>
 
 class CTaskbarProgress
 {
@@ -22,5 +22,5 @@ public:
 
 private:
     HWND m_hWindow = nullptr;
-    ITaskbarList3* m_pTaskbar = nullptr;
+    ComPtr<ITaskbarList3> m_pTaskbar;
 };

@@ -1,5 +1,6 @@
 #include "slimhtml/label_images.h"
 
+#include "base/com_ptr.h"
 #include "base/handle.h"
 
 #include <objidl.h>
@@ -15,11 +16,6 @@ using std::min;
 namespace {
 
 constexpr std::size_t mostImageBytes = 16 * 1024 * 1024;
-
-struct StreamReleaser
-{
-    void operator()(IStream* stream) const noexcept { stream->Release(); }
-};
 
 } // namespace
 
@@ -64,8 +60,8 @@ struct CLabelImages::Session
 struct CLabelImages::Image
 {
     CString path;
-    std::unique_ptr<IStream, StreamReleaser> stream; // the bitmap reads from it as long as it lives
-    std::unique_ptr<Gdiplus::Bitmap> bitmap;         // null when the file can't be shown
+    ComPtr<IStream> stream;                  // the bitmap reads from it as long as it lives
+    std::unique_ptr<Gdiplus::Bitmap> bitmap; // null when the file can't be shown
     HtmlSize size;
 
     void Read()
@@ -74,11 +70,11 @@ struct CLabelImages::Image
         if (!bytes || !ReadImageHeader(bytes->data(), bytes->size(), size) || !IsReasonableImage(size)) {
             return;
         }
-        stream.reset(SHCreateMemStream(bytes->data(), static_cast<UINT>(bytes->size())));
+        stream.Attach(SHCreateMemStream(bytes->data(), static_cast<UINT>(bytes->size())));
         if (!stream) {
             return;
         }
-        bitmap.reset(Gdiplus::Bitmap::FromStream(stream.get()));
+        bitmap.reset(Gdiplus::Bitmap::FromStream(stream.Get()));
         if (bitmap && bitmap->GetLastStatus() != Gdiplus::Ok) {
             bitmap.reset();
         }
