@@ -47,12 +47,6 @@ Call FindCall(const wchar_t* library, const wchar_t* procedure)
         reinterpret_cast<void*>(CLibraryCache::Instance().GetProc(library, procedure)));
 }
 
-CString WithoutBackslashes(CString text)
-{
-    text.TrimRight(L"\\");
-    return text;
-}
-
 bool IsWindowsNt()
 {
     OSVERSIONINFOW version = {};

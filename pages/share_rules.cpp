@@ -8,13 +8,12 @@ constexpr int DRIVE_ENTRY = 4; // "C:\" and its zero
 constexpr int DRIVE_LENGTH = 2;
 constexpr int DRIVE_ROOT_LENGTH = 3;
 
-CString WithoutBackslashes(CString text)
-{
-    text.TrimRight(L"\\");
-    return text;
-}
-
 } // namespace
+
+CString WithoutBackslashes(CString path)
+{
+    return path.TrimRight(L"\\");
+}
 
 CString ComputerRoot(const CString& computer)
 {

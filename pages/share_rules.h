@@ -8,6 +8,9 @@
 // Remote name of a share to its local path in upper case, both without a backslash at the end.
 using ShareMap = std::map<CString, CString>;
 
+// Without any backslash at the end: a drive's root becomes `C:`.
+[[nodiscard]] CString WithoutBackslashes(CString path);
+
 // `\\COMPUTER`, or two backslashes alone for a computer whose name can't be read.
 [[nodiscard]] CString ComputerRoot(const CString& computer);
 
