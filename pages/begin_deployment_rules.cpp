@@ -8,12 +8,13 @@
 namespace {
 
 constexpr int PATH_LIMIT = 259;
+constexpr int SEPARATORS = 4; // room for the backslashes between the parts, whether they bring theirs or not
 
 } // namespace
 
 bool ArePathsShortEnough(const PathLengths& lengths, const std::vector<ProductPathLengths>& products)
 {
-    const int base = lengths.location + lengths.name + lengths.imageFolder + lengths.imageSuffix + 4;
+    const int base = lengths.location + lengths.name + lengths.imageFolder + lengths.imageSuffix + SEPARATORS;
     if (lengths.mediaFile + base - lengths.resourceFolder + 1 >= PATH_LIMIT) {
         return false;
     }
