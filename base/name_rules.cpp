@@ -7,6 +7,32 @@ namespace {
 constexpr int PATH_LIMIT = 240;
 constexpr int COMPONENT_LIMIT = 255;
 
+// A name that ends in a dot is none, so "." and ".." aren't either.
+bool IsPlainName(const CString& name)
+{
+    for (int index = 0; index < name.GetLength(); ++index) {
+        if (IsReservedCharacter(name[index])) {
+            return false;
+        }
+    }
+    return !name.IsEmpty() && !EndsInDotOrBlank(name) && !IsDeviceName(name);
+}
+
+// For the names between the backslashes of a path, an empty one included.
+template <class Rule>
+bool HoldsForEachName(const CString& path, Rule rule)
+{
+    for (int start = 0; start <= path.GetLength();) {
+        const int backslash = path.Find(L'\\', start);
+        const int end = backslash < 0 ? path.GetLength() : backslash;
+        if (!rule(path.Mid(start, end - start))) {
+            return false;
+        }
+        start = end + 1;
+    }
+    return true;
+}
+
 } // namespace
 
 bool IsReservedCharacter(wchar_t character)
@@ -18,25 +44,6 @@ bool EndsInDotOrBlank(const CString& name)
 {
     const wchar_t last = name[name.GetLength() - 1];
     return last == L'.' || last == L' ';
-}
-
-bool IsPlainRelativePath(const CString& path)
-{
-    for (int start = 0; start <= path.GetLength();) {
-        int end = path.Find(L'\\', start);
-        end = end < 0 ? path.GetLength() : end;
-        const CString name = path.Mid(start, end - start);
-        if (name.IsEmpty() || EndsInDotOrBlank(name) || IsDeviceName(name)) {
-            return false;
-        }
-        for (int index = 0; index < name.GetLength(); ++index) {
-            if (IsReservedCharacter(name[index])) {
-                return false;
-            }
-        }
-        start = end + 1;
-    }
-    return true;
 }
 
 bool IsDeviceName(const CString& name)
@@ -54,38 +61,19 @@ bool IsDeviceName(const CString& name)
            CString(L"0123456789\x00B9\x00B2\x00B3").Find(base[3]) >= 0;
 }
 
+bool IsPlainRelativePath(const CString& path)
+{
+    return HoldsForEachName(path, IsPlainName);
+}
+
 bool IsSafeFileName(const CString& name)
 {
-    if (name.IsEmpty() || name.GetLength() > COMPONENT_LIMIT) {
-        return false;
-    }
-    for (int index = 0; index < name.GetLength(); ++index) {
-        if (name[index] < 0x20) {
-            return false;
-        }
-    }
-    const wchar_t last = name[name.GetLength() - 1];
-    return name.FindOneOf(L"\\/:*?\"<>|") < 0 && last != L'.' && last != L' ' && name[0] != L' ' &&
-           !IsDeviceName(name);
+    return IsPlainName(name) && name.GetLength() <= COMPONENT_LIMIT && name[0] != L' ';
 }
 
 bool IsSafeRelativePath(const CString& path)
 {
-    if (path.IsEmpty() || path.GetLength() > PATH_LIMIT) {
-        return false;
-    }
-    int start = 0;
-    for (;;) {
-        const int slash = path.Find(L'\\', start);
-        // A name that ends in a dot is refused, so "." and ".." are too.
-        if (!IsSafeFileName(path.Mid(start, (slash < 0 ? path.GetLength() : slash) - start))) {
-            return false;
-        }
-        if (slash < 0) {
-            return true;
-        }
-        start = slash + 1;
-    }
+    return path.GetLength() <= PATH_LIMIT && HoldsForEachName(path, IsSafeFileName);
 }
 
 CString FileNamePart(const CString& text)

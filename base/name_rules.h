@@ -17,7 +17,8 @@ bool IsPlainRelativePath(const CString& path);
 // that Windows takes for 1 to 3.
 bool IsDeviceName(const CString& name);
 
-// True for a path that names a file or folder below its base on every Windows file system.
+// The same, and short enough to be copied anywhere: names of at most 255 characters, paths of at most 240. Nor may a name
+// start with a blank, which no list shows.
 [[nodiscard]] bool IsSafeRelativePath(const CString& path);
 [[nodiscard]] bool IsSafeFileName(const CString& name);
 
