@@ -2,6 +2,7 @@
 
 #include "automation/control.h"
 #include "automation/window_finder.h"
+#include "base/path_text.h"
 
 #include <windows.h>
 
@@ -57,7 +58,7 @@ StepOutcome SelectPickerFolder(const CString& folder)
     SendMessageW(picker, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(folder.GetString()));
     const CControl accept(picker, IDOK);
     // The picker fills its tree bit by bit: until the folder is in it, another line is selected.
-    const CString name = folder.Mid(folder.ReverseFind(L'\\') + 1);
+    const CString name = LastName(folder);
     if (!accept.IsUsable() || SelectedLine(FindTree(picker)).CompareNoCase(name) != 0)
         return StepOutcome::NotYet(L"the folder picker does not offer \"" + folder + L"\"");
     return StepOutcome::Done();

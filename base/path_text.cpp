@@ -1,5 +1,11 @@
 #include "base/path_text.h"
 
+namespace {
+
+constexpr int PLAIN_PATH_LIMIT = 240; // folders end earlier than the 260 characters of files
+
+} // namespace
+
 CString JoinFolder(const CString& folder, const CString& name)
 {
     if (name.IsEmpty() || folder.IsEmpty()) {
@@ -34,6 +40,20 @@ CString FolderAbove(const CString& path)
     return slash == 2 && bare[1] == L':' ? bare.Left(3) : bare.Left(slash);
 }
 
+CString ParentFolder(const CString& folder)
+{
+    CString path(folder);
+    path.TrimRight(L"\\");
+    const int backslash = path.ReverseFind(L'\\');
+    // The backslashes at 0 and 1 introduce a server.
+    return backslash < 2 ? CString() : path.Left(backslash + 1);
+}
+
+CString FolderOfFile(const CString& file)
+{
+    return file.Left(file.ReverseFind(L'\\') + 1);
+}
+
 CString LastName(const CString& path)
 {
     const CString bare = WithoutClosingBackslash(path);
@@ -55,4 +75,9 @@ CString UnlimitedPath(const CString& path)
         return L"\\\\?\\UNC\\" + path.Mid(2);
     }
     return path.GetLength() >= 3 && path[1] == L':' && path[2] == L'\\' ? L"\\\\?\\" + path : path;
+}
+
+CString FilePath(const CString& path)
+{
+    return path.GetLength() < PLAIN_PATH_LIMIT ? path : UnlimitedPath(path);
 }

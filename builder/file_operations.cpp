@@ -1,10 +1,10 @@
 #include "builder/file_operations.h"
 
+#include "base/link_rule.h"
 #include "base/system_text.h"
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
 #include "builder/file_fault.h"
-#include "builder/link_rule.h"
 
 namespace {
 

@@ -1,5 +1,6 @@
 #include "frame/folder_check.h"
 
+#include "base/path_text.h"
 #include "frame/file_path.h"
 #include "frame/path_rules.h"
 

@@ -86,15 +86,6 @@ CString WithEndingBackslash(const CString& path)
     return path.GetLength() > 0 && path[path.GetLength() - 1] == L'\\' ? path : path + L'\\';
 }
 
-CString ParentFolder(const CString& folder)
-{
-    CString path(folder);
-    TrimRight(path, L"\\");
-    const int backslash = path.ReverseFind(L'\\');
-    // The backslashes at 0 and 1 introduce a server.
-    return backslash < 2 ? CString() : path.Left(backslash + 1);
-}
-
 bool IsSubstitutedTarget(const CString& target)
 {
     return target.Find(L':') > 0;

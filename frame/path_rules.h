@@ -22,8 +22,5 @@
 // The path with a backslash at its end; the empty text gets one too.
 [[nodiscard]] CString WithEndingBackslash(const CString& path);
 
-// The folder above, with its backslash ("C:\a\" for "C:\a\b\"); empty at "C:\", "\\server\" and above.
-[[nodiscard]] CString ParentFolder(const CString& folder);
-
 // The target of a DOS device that stands for another folder holds a drive of its own: "\??\C:\folder".
 [[nodiscard]] bool IsSubstitutedTarget(const CString& target);

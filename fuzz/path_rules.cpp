@@ -1,5 +1,6 @@
 #include "frame/path_rules.h"
 #include "base/guid_text.h"
+#include "base/path_text.h"
 #include "fuzz/wide_input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)

@@ -1,8 +1,9 @@
 #include "host/build_request.h"
 
+#include "base/files.h"
+#include "base/path_text.h"
 #include "builder/deployment_builder.h"
 #include "builder/package_sources.h"
-#include "host/files.h"
 #include "host/host_messages.h"
 #include "host/read_again.h"
 #include "include/version.h"
@@ -88,7 +89,7 @@ public:
 private:
     void AddProduct(CHostProduct& product)
     {
-        const CString folder = ParentOf(product.GetRelativeFile());
+        const CString folder = FolderOfFile(product.GetRelativeFile());
         BuildDatabase database;
         database.strOriginal = product.GetOriginalFile();
         database.strWorkingCopy = product.GetWorkFile();
@@ -107,11 +108,6 @@ private:
         }
     }
 
-    static CString ParentOf(const CString& relative)
-    {
-        return relative.Left(relative.ReverseFind(L'\\') + 1);
-    }
-
     // Patch files come into the image, and the deployment's file names them there.
     void AddPatches(const CHostProduct& product, const CString& folder, BuildDatabase& database)
     {
@@ -123,7 +119,7 @@ private:
             }
         }
         for (std::size_t index = 0; index < product.m_patchFiles.size(); ++index) {
-            const CString relative = folder + PATCH_FOLDER + FileName(product.m_patchFiles[index]);
+            const CString relative = folder + PATCH_FOLDER + LastName(product.m_patchFiles[index]);
             m_plan.files.push_back({product.m_patchFiles[index], InImage(relative)});
             if (appended) {
                 database.patchTargets.push_back(InImage(relative));

@@ -1,9 +1,10 @@
 #include "host/deployment_base.h"
 
+#include "base/files.h"
+#include "base/path_text.h"
 #include "builder/build_failure.h"
 #include "builder/deployment_place.h"
 #include "builder/file_operations.h"
-#include "host/files.h"
 #include "host/host_messages.h"
 
 namespace {
@@ -13,9 +14,9 @@ CString NameOfFolder(const CString& folder)
 {
     try {
         const CString name = EntryOnDisk(folder).strName;
-        return name.IsEmpty() ? FileName(folder) : name;
+        return name.IsEmpty() ? LastName(folder) : name;
     } catch (const BuildFailure&) {
-        return FileName(folder);
+        return LastName(folder);
     }
 }
 

@@ -1,11 +1,13 @@
 #include "host/host_product.h"
 
+#include "base/files.h"
+#include "base/path_text.h"
 #include "builder/database_signature.h"
-#include "host/files.h"
 #include "host/host_messages.h"
 #include "host/media.h"
 #include "host/package_identity.h"
 #include "host/silent_installer.h"
+#include "host/system_reason.h"
 #include "host/user_feature_rows.h"
 #include "include/shortcut_strings.h"
 #include "installer/database.h"
@@ -247,7 +249,7 @@ Setup::tagPATCHSTATE CHostProduct::GetMsiPatchState()
 bool CHostProduct::IsPatchMerged(const CString& file)
 {
     return std::any_of(m_storedPatches.begin(), m_storedPatches.end(), [&](const StoredPatch& patch) {
-        return patch.merged && FileName(patch.file).CompareNoCase(FileName(file)) == 0;
+        return patch.merged && LastName(patch.file).CompareNoCase(LastName(file)) == 0;
     });
 }
 
@@ -316,7 +318,7 @@ StoredProduct CHostProduct::Store() const
     for (const CString& file : m_patchFiles) {
         const auto known =
             std::find_if(m_storedPatches.begin(), m_storedPatches.end(), [&](const StoredPatch& patch) {
-                return FileName(patch.file).CompareNoCase(FileName(file)) == 0;
+                return LastName(patch.file).CompareNoCase(LastName(file)) == 0;
             });
         stored.patches.push_back({file, known != m_storedPatches.end() && known->merged});
     }

@@ -1,7 +1,7 @@
 #include "host/host_setup_manager.h"
 
+#include "base/files.h"
 #include "builder/package_sources.h"
-#include "host/files.h"
 #include "host/host_messages.h"
 #include "host/languages.h"
 #include "host/longest_path.h"

@@ -1,6 +1,6 @@
 #include "host/languages.h"
 
-#include "host/files.h"
+#include "base/files.h"
 #include "host/xml_values.h"
 #include "include/product.h"
 
@@ -30,11 +30,11 @@ CString FindLocale(const std::vector<FolderItem>& items, const CString& locale)
         if (!item.isFolder) {
             continue;
         }
-        if (item.name.CompareNoCase(locale) == 0) {
-            return item.name;
+        if (item.strName.CompareNoCase(locale) == 0) {
+            return item.strName;
         }
-        if (sameLanguage.IsEmpty() && BareLanguage(item.name).CompareNoCase(language) == 0) {
-            sameLanguage = item.name;
+        if (sameLanguage.IsEmpty() && BareLanguage(item.strName).CompareNoCase(language) == 0) {
+            sameLanguage = item.strName;
         }
     }
     return sameLanguage;

@@ -1,6 +1,8 @@
 #include "host/longest_path.h"
 
-#include "host/files.h"
+#include "base/files.h"
+
+#include <windows.h>
 
 CString LongestPath(const CString& folder, const CString& relative)
 {
@@ -14,7 +16,7 @@ CString LongestPath(const CString& folder, const CString& relative)
             continue;
         }
         for (const FolderItem& item : items) {
-            const CString path = inner + item.name;
+            const CString path = inner + item.strName;
             if (item.isFolder && !item.isLink) {
                 open.push_back(path + L"\\");
             } else if (!item.isFolder && path.GetLength() > longest.GetLength()) {

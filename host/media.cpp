@@ -1,12 +1,14 @@
 #include "host/media.h"
 
+#include "base/files.h"
+#include "base/path_text.h"
 #include "builder/build_names.h"
 #include "builder/package_sources.h"
-#include "host/files.h"
 #include "host/host_messages.h"
 #include "host/package_identity.h"
 #include "host/silent_installer.h"
 #include "host/single_package_media.h"
+#include "host/system_reason.h"
 #include "host/xml_limits.h"
 #include "installer/database.h"
 
@@ -111,7 +113,7 @@ OperationError OpenFolder(const CString& folder, Media& media)
     if (IsFile(folder + DEPLOYMENT_FILE)) {
         media.strDeploymentFile = folder + DEPLOYMENT_FILE;
         media.strRoot = folder + IMAGE_FOLDER + L"\\";
-    } else if (FileName(folder).CompareNoCase(IMAGE_FOLDER) == 0 &&
+    } else if (LastName(folder).CompareNoCase(IMAGE_FOLDER) == 0 &&
                IsFile(ParentFolder(folder) + DEPLOYMENT_FILE)) {
         media.strDeploymentFile = ParentFolder(folder) + DEPLOYMENT_FILE;
     }
@@ -198,8 +200,8 @@ std::vector<CString> FindDeployments(const CString& location, std::vector<CStrin
         return found;
     }
     for (const FolderItem& item : items) {
-        const CString file = FolderPath(location) + item.name + L"\\" + DEPLOYMENT_FILE;
-        if (!item.isFolder || IsWorkingName(item.name) || !IsFile(file)) {
+        const CString file = FolderPath(location) + item.strName + L"\\" + DEPLOYMENT_FILE;
+        if (!item.isFolder || IsWorkingName(item.strName) || !IsFile(file)) {
             continue;
         }
         DeploymentFile deployment;

@@ -1,12 +1,14 @@
 #include "host/setup_host.h"
 
+#include "base/files.h"
 #include "base/handle.h"
+#include "base/path_text.h"
 #include "host/build_request.h"
-#include "host/files.h"
 #include "host/host_messages.h"
 #include "host/host_setup_manager.h"
 #include "host/languages.h"
 #include "host/setup_log.h"
+#include "host/system_reason.h"
 #include "host/work_folder.h"
 #include "installer/database.h"
 #include "installer/query.h"
@@ -125,7 +127,7 @@ CSetupHost* OpenHost(const HostOptions& options, OperationError& error)
     if (error) {
         return nullptr;
     }
-    const CString log = options.strLogFile.IsEmpty() ? parent + FileName(work) + L".log" : options.strLogFile;
+    const CString log = options.strLogFile.IsEmpty() ? parent + LastName(work) + L".log" : options.strLogFile;
     auto host = std::make_unique<CSetupHostImplementation>(media, work, log);
     host->AppendLog(HostSentence(HostText::LogOpened,
                                  {options.strMedia, CHostLangMgr::Object().GetWizCoreLanguage(), work}));

@@ -1,8 +1,10 @@
 #include "host/setup_log.h"
 
 #include "base/handle.h"
+#include "base/path_text.h"
 #include "builder/shown_text.h"
-#include "host/files.h"
+
+#include <string>
 
 void CSetupLog::Append(const CString& line) const
 {

@@ -1,9 +1,10 @@
 // Which deployment the setup manager is about: lists, bases, modes, the way back to the first stage, and what stands in the
 // new deployment's place.
+#include "base/files.h"
+#include "base/path_text.h"
 #include "builder/build_failure.h"
 #include "builder/deployment_builder.h"
 #include "builder/deployment_place.h"
-#include "host/files.h"
 #include "host/host_messages.h"
 #include "host/host_setup_manager.h"
 #include "host/target_verdict.h"

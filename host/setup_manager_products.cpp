@@ -1,5 +1,5 @@
 // The products of the setup manager: opened in a fresh folder of working copies, dropped, opened anew.
-#include "host/files.h"
+#include "base/files.h"
 #include "host/host_messages.h"
 #include "host/host_setup_manager.h"
 

@@ -3,13 +3,14 @@
 #include "base/guid_text.h"
 #include "base/name_rules.h"
 #include "base/number_text.h"
+#include "base/path_text.h"
 #include "builder/product_identity.h"
 #include "builder/shown_text.h"
-#include "host/files.h"
 #include "host/host_messages.h"
 #include "host/package_identity.h"
 #include "host/package_pages.h"
 #include "host/silent_installer.h"
+#include "host/system_reason.h"
 #include "host/xml_limits.h"
 #include "host/xml_values.h"
 #include "installer/database.h"
@@ -65,7 +66,7 @@ OperationError DescribePackage(const CString& packageFile, SetupDescription& des
     if (OperationError error = ReadIdentity(database.get(), packageFile, identity)) {
         return error;
     }
-    const CString fileName = FileName(packageFile);
+    const CString fileName = LastName(packageFile);
     if (!IsSafeFileName(fileName)) {
         return {ERROR_INVALID_NAME, HostSentence(HostText::PackageNameInvalid, {packageFile})};
     }

@@ -1,10 +1,11 @@
 #include "host/target_verdict.h"
 
+#include "base/files.h"
+#include "base/path_text.h"
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
 #include "builder/deployment_place.h"
 #include "builder/own_files.h"
-#include "host/files.h"
 #include "host/host_messages.h"
 #include "host/media.h"
 

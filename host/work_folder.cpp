@@ -1,7 +1,9 @@
 #include "host/work_folder.h"
 
-#include "host/files.h"
+#include "base/files.h"
+#include "base/path_text.h"
 #include "host/host_messages.h"
+#include "host/system_reason.h"
 
 namespace {
 
@@ -25,8 +27,8 @@ void RemoveDeadFolders(const CString& parent)
         return;
     }
     for (const FolderItem& item : items) {
-        const CString folder = parent + item.name + L"\\";
-        if (item.isFolder && item.name.Find(PREFIX) == 0 && !HasOwner(folder)) {
+        const CString folder = parent + item.strName + L"\\";
+        if (item.isFolder && item.strName.Find(PREFIX) == 0 && !HasOwner(folder)) {
             RemoveFolder(folder);
         }
     }

@@ -1,6 +1,7 @@
 #include "setup/answers_input.h"
 
 #include "base/handle.h"
+#include "base/path_text.h"
 #include "base/system_text.h"
 #include "setup/paths.h"
 #include "setup/resource.h"
@@ -39,7 +40,7 @@ bool ReadAnswers(const CommandLine& line, const CString& currentFolder, CAnswers
     sources.line = line;
     sources.strCurrentFolder = currentFolder;
     sources.strFile = line.strAnswers;
-    sources.strFileFolder = FolderOfFile(line.strAnswers);
+    sources.strFileFolder = FolderAbove(line.strAnswers);
     if (!line.strAnswers.IsEmpty()) {
         std::string bytes;
         if (!ReadUpToLimit(line.strAnswers, bytes)) {

@@ -1,5 +1,6 @@
 #include "setup/paths.h"
 
+#include "base/path_text.h"
 #include "base/system_text.h"
 #include "setup/texts.h"
 
@@ -38,8 +39,7 @@ CString ProgramFile()
 
 CString FolderOfProgram()
 {
-    const CString file = ProgramFile();
-    return file.Left(file.ReverseFind(L'\\') + 1);
+    return FolderOfFile(ProgramFile());
 }
 
 CString CurrentFolder()
@@ -52,13 +52,6 @@ CString FullPath(const CString& path)
     const CString full = GrowingText(
         [&path](wchar_t* buffer, DWORD size) { return GetFullPathNameW(path, size, buffer, nullptr); });
     return full.IsEmpty() ? path : full;
-}
-
-CString FolderOfFile(const CString& path)
-{
-    const int separator = path.ReverseFind(L'\\');
-    const bool root = separator == 2 && path[1] == L':';
-    return path.Left(root ? separator + 1 : separator);
 }
 
 bool FileOrFolderExists(const CString& path)

@@ -15,9 +15,6 @@ CString CurrentFolder();
 // The full path of what a user named, counted from the current folder; the path itself when it can't be resolved.
 CString FullPath(const CString& path);
 
-// The folder that holds a file given by its full path.
-CString FolderOfFile(const CString& path);
-
 bool FileOrFolderExists(const CString& path);
 
 // Makes the folder with all that lead to it. The empty text, or the system's reason.

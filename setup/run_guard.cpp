@@ -1,5 +1,6 @@
 #include "setup/run_guard.h"
 
+#include "base/path_text.h"
 #include "base/system_text.h"
 #include "setup/exit_codes.h"
 #include "setup/paths.h"
@@ -105,8 +106,7 @@ bool WaitForRun(const RunningProcess& run, unsigned int quietSeconds)
 
 CString PlaceWords(const CodePlace& place)
 {
-    const CString file = place.file;
-    return PlaceText(file.Mid(file.ReverseFind(L'\\') + 1), place.offset);
+    return PlaceText(LastName(place.file), place.offset);
 }
 
 CString StepWords(const RunRecord& record)

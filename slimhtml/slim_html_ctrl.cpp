@@ -1,4 +1,5 @@
 // The exported face of the label. Nothing is thrown across it: each module has its own language runtime.
+#include "base/path_text.h"
 #include "slimhtml/slim_html.h"
 
 #include "slimhtml/label.h"
@@ -17,11 +18,6 @@ Result Guarded(Result fallback, Deed action) noexcept
     } catch (const std::exception&) {
         return fallback; // out of memory: the label keeps what it shows
     }
-}
-
-CString FolderOf(const CString& path)
-{
-    return path.Left(path.ReverseFind(L'\\') + 1);
 }
 
 } // namespace
@@ -73,7 +69,7 @@ bool CSlimHtmlCtrl::LoadFile(const wchar_t* path)
         const CString text = TextFromFileBytes(bytes->data(), bytes->size());
         CString folder(path);
         folder.Replace(L'/', L'\\');
-        m_implementation->label.Load(text, text.GetLength(), FolderOf(folder));
+        m_implementation->label.Load(text, text.GetLength(), FolderOfFile(folder));
         return true;
     });
 }

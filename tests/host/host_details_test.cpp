@@ -30,10 +30,10 @@ protected:
         for (const FolderItem& parent : parents) {
             std::vector<FolderItem> items;
             EXPECT_TRUE(!parent.isFolder ||
-                        ListFolder(work + L"work\\" + parent.name + L"\\", items) == ERROR_SUCCESS);
+                        ListFolder(work + L"work\\" + parent.strName + L"\\", items) == ERROR_SUCCESS);
             for (const FolderItem& item : items) {
                 if (item.isFolder) {
-                    names.push_back(item.name);
+                    names.push_back(item.strName);
                 }
             }
         }
@@ -88,8 +88,8 @@ TEST_F(HostDetails, AFileThatCannotBeReplacedLeavesNothingBesideIt)
     EXPECT_NE(ReplaceFile(scratch + L"folder\\in the place", "bytes"), 0u);
     std::vector<FolderItem> items;
     ASSERT_EQ(ListFolder(scratch + L"folder", items), 0u);
-    ASSERT_EQ(items.size(), 1u) << Utf8(items.back().name);
-    EXPECT_EQ(items[0].name, CString(L"in the place"));
+    ASSERT_EQ(items.size(), 1u) << Utf8(items.back().strName);
+    EXPECT_EQ(items[0].strName, CString(L"in the place"));
 }
 
 TEST_F(HostDetails, AFullDiskIsToldWithWhatIsNeededAndFree)

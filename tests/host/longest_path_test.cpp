@@ -47,7 +47,7 @@ TEST_F(LongestPathTest, MediaWithLinksThatGoRoundOpenWithTheLengthOfTheirFiles)
     std::vector<FolderItem> items;
     ASSERT_EQ(ListFolder(scratch + L"media\\x64\\Zolt", items), 0u);
     for (const FolderItem& item : items) {
-        EXPECT_EQ(item.isLink, item.name == L"self") << Utf8(item.name);
+        EXPECT_EQ(item.isLink, item.strName == L"self") << Utf8(item.strName);
     }
     const HostOwner host = OpenHost(scratch + L"media", work);
     ASSERT_TRUE(host);

@@ -1,7 +1,7 @@
 // Small installer packages and media folders for the tests, made with the installer's own calls.
 #pragma once
 
-#include "host/files.h"
+#include "base/files.h"
 #include "host/media.h"
 #include "host/setup_host.h"
 #include "installer/handle.h"

@@ -113,7 +113,7 @@ std::vector<CString> LayFiles(const CString& folder, const SourcePackage& form)
     for (const ProductFile& file : g_files) {
         const Layout place = PlaceOf(form, file);
         const CString source = form.wordCount & SHORT_NAMES ? file.shortSource : file.longSource;
-        const CString relative = place == Layout::Beside ? FileName(source) : source;
+        const CString relative = place == Layout::Beside ? LastName(source) : source;
         if (place == Layout::Packed) {
             WriteFileBytes(packing + file.key, file.bytes);
             members.push_back({file.key, packing + file.key, 0});

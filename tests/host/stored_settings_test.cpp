@@ -43,7 +43,7 @@ protected:
         EXPECT_TRUE(result.error) << "the deployment was built";
         std::vector<FolderItem> items;
         EXPECT_EQ(ListFolder(location, items), 0u);
-        EXPECT_TRUE(items.empty()) << Utf8(items[0].name);
+        EXPECT_TRUE(items.empty()) << Utf8(items[0].strName);
         return result.error.message;
     }
 };

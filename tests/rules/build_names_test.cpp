@@ -1,4 +1,3 @@
-#include "base/name_rules.h"
 #include "builder/build_names.h"
 #include "tests/support/text.h"
 
@@ -22,38 +21,6 @@ TEST(BuildNames, AcceptsOrdinaryAndOddNames)
         EXPECT_EQ(RefusedName(name), CString()) << Utf8(name);
     }
     EXPECT_TRUE(RefusedName(CString(L'a', MAX_DEPLOYMENT_NAME)).IsEmpty());
-}
-
-TEST(BuildNames, ARelativePathStaysInsideItsFolder)
-{
-    EXPECT_TRUE(IsPlainRelativePath(L"Image\\x64\\Zolt.msi"));
-    EXPECT_TRUE(IsPlainRelativePath(L"a"));
-    for (const wchar_t* path : {L"", L"\\a", L"a\\", L"a\\\\b", L"..\\a", L"a\\..\\b", L"a\\.", L"C:\\a",
-                                L"C:a", L"\\\\server\\share", L"a/b", L"a\\NUL", L"a.\\b"}) {
-        EXPECT_FALSE(IsPlainRelativePath(path)) << Utf8(path);
-    }
-}
-
-TEST(BuildNames, LongPathsGetTheFormWithoutALimit)
-{
-    EXPECT_EQ(UnlimitedPath(L"C:\\a"), CString(L"\\\\?\\C:\\a"));
-    EXPECT_EQ(UnlimitedPath(L"\\\\server\\share\\a"), CString(L"\\\\?\\UNC\\server\\share\\a"));
-    EXPECT_EQ(UnlimitedPath(L"\\\\?\\C:\\a"), CString(L"\\\\?\\C:\\a"));
-    EXPECT_EQ(UnlimitedPath(L"a\\b"), CString(L"a\\b"));
-}
-
-TEST(BuildNames, FoldersAreToldFromTheirNeighbours)
-{
-    EXPECT_TRUE(IsSameOrBelow(L"C:\\media", L"c:\\MEDIA\\"));
-    EXPECT_TRUE(IsSameOrBelow(L"C:\\media\\x", L"C:\\media"));
-    EXPECT_FALSE(IsSameOrBelow(L"C:\\media2", L"C:\\media"));
-    EXPECT_TRUE(IsSameOrBelow(L"C:\\media", L"C:\\"));
-    EXPECT_EQ(FolderAbove(L"C:\\a\\b\\"), CString(L"C:\\a"));
-    EXPECT_EQ(FolderAbove(L"C:\\a"), CString(L"C:\\"));
-    EXPECT_EQ(FolderAbove(L"a"), CString());
-    EXPECT_EQ(LastName(L"C:\\a\\b\\"), CString(L"b"));
-    EXPECT_EQ(JoinFolder(L"C:\\", L"a"), CString(L"C:\\a"));
-    EXPECT_EQ(JoinFolder(L"", L"a"), CString(L"a"));
 }
 
 TEST(BuildNames, ALockFileTellsItsBuild)
@@ -91,11 +58,6 @@ TEST(BuildNames, NoLeftoverIsThrownAwayWithoutASuccessor)
     EXPECT_EQ(JudgeLeftovers(false, false, true), LeftoverStep::PutOldBack);
     EXPECT_EQ(JudgeLeftovers(true, false, true), LeftoverStep::DeleteOld);
     EXPECT_EQ(JudgeLeftovers(true, true, true), LeftoverStep::KeepOld);
-}
-
-TEST(BuildNames, APartOfAFileNameHoldsNothingReserved)
-{
-    EXPECT_EQ(FileNamePart(L"Zolt: \"2027\"/x. "), CString(L"Zolt_ _2027__x"));
 }
 
 TEST(BuildNames, NoDeploymentCanHaveTheNameOfABuildsOwnFile)

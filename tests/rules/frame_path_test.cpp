@@ -99,22 +99,6 @@ TEST(RebuildTest, PiecesAreTrimmedAndJoinedWithABackslashAfterEach)
     EXPECT_EQ(RebuildPath(L""), CString(L""));
 }
 
-TEST(ParentTest, TheLastPartIsCutOff)
-{
-    EXPECT_EQ(ParentFolder(L"C:\\a\\b\\"), CString(L"C:\\a\\"));
-    EXPECT_EQ(ParentFolder(L"C:\\a\\b"), CString(L"C:\\a\\"));
-    EXPECT_EQ(ParentFolder(L"C:\\a\\"), CString(L"C:\\"));
-    EXPECT_EQ(ParentFolder(L"\\\\server\\share\\a"), CString(L"\\\\server\\share\\"));
-}
-
-TEST(ParentTest, ThereIsNoneAboveADriveOrAServer)
-{
-    EXPECT_EQ(ParentFolder(L"C:\\"), CString());
-    EXPECT_EQ(ParentFolder(L"\\\\server\\"), CString());
-    EXPECT_EQ(ParentFolder(L"a"), CString());
-    EXPECT_EQ(ParentFolder(L""), CString());
-}
-
 TEST(SubstitutedTest, ATargetWithADriveInsideIsSubstituted)
 {
     EXPECT_TRUE(IsSubstitutedTarget(L"\\??\\C:\\folder"));

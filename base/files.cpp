@@ -1,21 +1,12 @@
-#include "host/files.h"
+#include "base/files.h"
 
 #include "base/handle.h"
-#include "base/system_text.h"
-#include "builder/link_rule.h"
-#include "host/host_messages.h"
+#include "base/link_rule.h"
+#include "base/path_text.h"
 
 #include <algorithm>
 
 namespace {
-
-constexpr int PLAIN_PATH_LIMIT = 240;
-
-struct FindCloser
-{
-    HANDLE handle;
-    ~FindCloser() { FindClose(handle); }
-};
 
 unsigned int WriteAll(HANDLE file, const std::string& bytes)
 {
@@ -30,14 +21,6 @@ unsigned int WriteAll(HANDLE file, const std::string& bytes)
 }
 
 } // namespace
-
-CString FilePath(const CString& path)
-{
-    if (path.GetLength() < PLAIN_PATH_LIMIT || path.Left(4) == L"\\\\?\\") {
-        return path;
-    }
-    return path.Left(2) == L"\\\\" ? L"\\\\?\\UNC\\" + path.Mid(2) : L"\\\\?\\" + path;
-}
 
 CString FolderPath(const CString& path)
 {
@@ -54,21 +37,6 @@ CString FolderPath(const CString& path)
     return full + L"\\";
 }
 
-CString ParentFolder(const CString& path)
-{
-    CString folder = path;
-    folder.TrimRight(L"\\");
-    const int slash = folder.ReverseFind(L'\\');
-    return slash <= 1 ? CString() : folder.Left(slash + 1);
-}
-
-CString FileName(const CString& path)
-{
-    CString name = path;
-    name.TrimRight(L"\\");
-    return name.Mid(name.ReverseFind(L'\\') + 1);
-}
-
 bool IsFile(const CString& path)
 {
     const DWORD attributes = GetFileAttributesW(FilePath(path));
@@ -79,30 +47,6 @@ bool IsFolder(const CString& path)
 {
     const DWORD attributes = GetFileAttributesW(FilePath(path));
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
-
-CString SystemReason(unsigned int code)
-{
-    const CString text = FindSystemSentence(code).TrimRight(L".");
-    return text.IsEmpty() ? L"code " + NumberText(code) : text + L", code " + NumberText(code);
-}
-
-CString ReasonOfCopy(unsigned int code, const CString& file, const CString& folder)
-{
-    constexpr unsigned long long MEGABYTE = 1u << 20;
-    WIN32_FILE_ATTRIBUTE_DATA data = {};
-    ULARGE_INTEGER free = {};
-    if ((code != ERROR_DISK_FULL && code != ERROR_HANDLE_DISK_FULL) ||
-        !GetFileAttributesExW(FilePath(file), GetFileExInfoStandard, &data) ||
-        !GetDiskFreeSpaceExW(FilePath(folder), &free, nullptr, nullptr)) {
-        return SystemReason(code);
-    }
-    const unsigned long long needed =
-        (static_cast<unsigned long long>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
-    return HostSentence(HostText::ReasonWithRoom,
-                        {SystemReason(code),
-                         NumberText(static_cast<long long>((needed + MEGABYTE - 1) / MEGABYTE)),
-                         NumberText(static_cast<long long>(free.QuadPart / MEGABYTE)), folder});
 }
 
 unsigned int ReadWholeFile(const CString& path, std::size_t limit, std::string& bytes)
@@ -181,7 +125,7 @@ void RemoveFolder(const CString& path)
     std::vector<FolderItem> items;
     if (!(attributes & FILE_ATTRIBUTE_REPARSE_POINT) && ListFolder(folder, items) == ERROR_SUCCESS) {
         for (const FolderItem& item : items) {
-            const CString full = folder + item.name;
+            const CString full = folder + item.strName;
             if (item.isFolder) {
                 RemoveFolder(full);
             } else {
@@ -197,12 +141,11 @@ unsigned int ListFolder(const CString& path, std::vector<FolderItem>& items)
 {
     items.clear();
     WIN32_FIND_DATAW found = {};
-    const HANDLE find = FindFirstFileW(FilePath(FolderPath(path)) + L"*", &found);
-    if (find == INVALID_HANDLE_VALUE) {
+    const CFindOwner search(FindFirstFileW(FilePath(FolderPath(path)) + L"*", &found));
+    if (!search) {
         const DWORD error = GetLastError();
         return error == ERROR_FILE_NOT_FOUND ? DWORD{ERROR_SUCCESS} : error;
     }
-    const FindCloser closer{find};
     do {
         const CString name = found.cFileName;
         if (name != L"." && name != L"..") {
@@ -211,10 +154,10 @@ unsigned int ListFolder(const CString& path, std::vector<FolderItem>& items)
                  IsLinkMark(found.dwFileAttributes, found.dwReserved0),
                  (static_cast<unsigned long long>(found.nFileSizeHigh) << 32) | found.nFileSizeLow});
         }
-    } while (FindNextFileW(find, &found));
+    } while (FindNextFileW(search.get(), &found));
     const DWORD error = GetLastError();
     std::sort(items.begin(), items.end(), [](const FolderItem& left, const FolderItem& right) {
-        return left.name.CompareNoCase(right.name) < 0;
+        return left.strName.CompareNoCase(right.strName) < 0;
     });
     return error == ERROR_NO_MORE_FILES ? DWORD{ERROR_SUCCESS} : error;
 }
