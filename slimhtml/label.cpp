@@ -105,7 +105,7 @@ void CLabel::Load(const wchar_t* html, int length, const CString& folder)
         return;
     }
     HtmlDocument document = ParseHtml(html, length);
-    m_fonts.Release(); // they refer to the document that goes
+    m_fonts.Forget(); // they refer to the document that goes
     m_document = std::move(document);
     m_folder = folder;
     m_images.Load(m_document, folder);

@@ -4,78 +4,70 @@
 
 void CLabelFonts::Reset(const HtmlDocument* document, HFONT controlFont, float textScale)
 {
-    Release();
+    Forget();
+    if (!m_pool) {
+        m_pool = CLabelFontPool::OfThisThread();
+    }
     m_document = document;
     m_textScale = textScale > 0 ? textScale : 1;
     const HGDIOBJ font = controlFont ? static_cast<HGDIOBJ>(controlFont) : GetStockObject(DEFAULT_GUI_FONT);
     GetObjectW(font, sizeof(m_base), &m_base);
-    m_dc.reset(CreateCompatibleDC(nullptr));
-    m_formerFont = GetCurrentObject(m_dc.get(), OBJ_FONT);
-    m_entries.resize(document->fonts.size());
+    m_fonts.resize(document->fonts.size());
+}
+
+void CLabelFonts::Forget()
+{
+    m_fonts.clear();
+    m_document = nullptr;
 }
 
 void CLabelFonts::Release()
 {
-    if (m_dc) {
-        SelectObject(m_dc.get(), m_formerFont);
-    }
-    m_entries.clear();
-    m_dc.reset();
-    m_selected = -1;
-    m_document = nullptr;
+    Forget();
+    m_pool.reset();
 }
 
 HFONT CLabelFonts::Font(int index)
 {
-    return EntryOf(index).font.get();
+    return FontOf(index).font.get();
 }
 
 HtmlFontMetrics CLabelFonts::Metrics(int index)
 {
-    return EntryOf(index).metrics;
+    return FontOf(index).metrics;
 }
 
 int CLabelFonts::TextWidth(int index, const wchar_t* text, int length)
 {
-    const Entry& entry = EntryOf(index);
+    const LabelFont& font = FontOf(index);
     int width = 0;
     for (int at = 0; at < length; ++at) {
-        const int cached = text[at] - firstCached;
-        if (cached < 0 || cached >= cachedCount) {
+        const int measured = text[at] - LabelFont::firstMeasured;
+        if (measured < 0 || measured >= LabelFont::measuredCount) {
             // Letters that join or stand on one another are wide only as a whole.
-            Select(index);
             SIZE size = {};
-            GetTextExtentPoint32W(m_dc.get(), text, length, &size);
+            GetTextExtentPoint32W(m_pool->DcWith(font), text, length, &size);
             return size.cx;
         }
-        width += entry.widths[cached];
+        width += font.widths[measured];
     }
     return width;
 }
 
 int CLabelFonts::FitText(int index, const wchar_t* text, int length, int width)
 {
-    Select(index);
     int count = 0;
     SIZE size = {};
-    GetTextExtentExPointW(m_dc.get(), text, length, std::max(width, 0), &count, nullptr, &size);
+    GetTextExtentExPointW(m_pool->DcWith(FontOf(index)), text, length, std::max(width, 0), &count, nullptr,
+                          &size);
     return count;
 }
 
-CLabelFonts::Entry& CLabelFonts::EntryOf(int index)
+const LabelFont& CLabelFonts::FontOf(int index)
 {
-    std::unique_ptr<Entry>& slot = m_entries[index];
+    std::shared_ptr<const LabelFont>& slot = m_fonts[index];
     if (!slot) {
-        auto entry = std::make_unique<Entry>();
-        const LOGFONTW description = Describe(m_document->fonts[index]);
-        entry->font.reset(CreateFontIndirectW(&description));
-        const HGDIOBJ former = SelectObject(m_dc.get(), entry->font.get());
-        TEXTMETRICW metrics = {};
-        GetTextMetricsW(m_dc.get(), &metrics);
-        entry->metrics = {metrics.tmAscent, metrics.tmDescent};
-        GetCharWidth32W(m_dc.get(), firstCached, firstCached + cachedCount - 1, entry->widths.data());
-        SelectObject(m_dc.get(), former);
-        slot = std::move(entry);
+        slot = m_pool->Get(Describe(m_document->fonts[index]));
     }
     return *slot;
 }
@@ -98,14 +90,7 @@ LOGFONTW CLabelFonts::Describe(const HtmlFont& font) const
     if (font.face >= 0) {
         face = m_document->faces[font.face];
     }
+    std::fill(std::begin(description.lfFaceName), std::end(description.lfFaceName), L'\0');
     lstrcpynW(description.lfFaceName, face, LF_FACESIZE);
     return description;
-}
-
-void CLabelFonts::Select(int index)
-{
-    if (m_selected != index) {
-        SelectObject(m_dc.get(), Font(index));
-        m_selected = index;
-    }
 }

@@ -1,20 +1,20 @@
 // The fonts of a label's document: made from the control's own font as they are needed, and measured.
 #pragma once
 
-#include "slimhtml/html_layout.h"
-#include "window/drawing_handles.h"
+#include "slimhtml/label_font_pool.h"
 
-#include <array>
 #include <memory>
+#include <vector>
 
 class CLabelFonts
 {
 public:
-    CLabelFonts() = default;
-
     // Forgets all fonts and starts from the control's (null: the dialog font). The document must stay until the next
-    // Reset.
+    // Reset or Forget.
     void Reset(const HtmlDocument* document, HFONT controlFont, float textScale);
+    // Forgets the fonts of a document that goes; those that the next one needs as well are still there then.
+    void Forget();
+    // Leaves the pool too.
     void Release();
 
     [[nodiscard]] HFONT Font(int index);
@@ -23,25 +23,12 @@ public:
     [[nodiscard]] int FitText(int index, const wchar_t* text, int length, int width);
 
 private:
-    static constexpr int firstCached = 0x20;
-    static constexpr int cachedCount = 0x7F - firstCached;
-
-    struct Entry
-    {
-        CFontOwner font;
-        HtmlFontMetrics metrics;
-        std::array<int, cachedCount> widths{}; // of the characters that most words consist of
-    };
-
-    Entry& EntryOf(int index);
+    const LabelFont& FontOf(int index);
     LOGFONTW Describe(const HtmlFont& font) const;
-    void Select(int index);
 
     const HtmlDocument* m_document = nullptr;
     LOGFONTW m_base = {};
     float m_textScale = 1;
-    CDcOwner m_dc;
-    HGDIOBJ m_formerFont = nullptr;
-    int m_selected = -1;
-    std::vector<std::unique_ptr<Entry>> m_entries;
+    std::shared_ptr<CLabelFontPool> m_pool;
+    std::vector<std::shared_ptr<const LabelFont>> m_fonts;
 };
