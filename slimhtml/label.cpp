@@ -88,6 +88,7 @@ void CLabel::OnControlGone()
     m_bScrollBar = false;
     m_focusedLink = -1;
     m_pressedLink = -1;
+    m_bPainted = false;
 }
 
 void CLabel::SetFormat(const RenderFormat& format)
@@ -205,6 +206,11 @@ LRESULT CLabel::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
 void CLabel::OnPaint()
 {
     const CPaintDC paint(Window());
+    // Nothing of the label is on the screen yet, so nothing can flicker.
+    if (!std::exchange(m_bPainted, true)) {
+        PaintLabel(Window(), paint.get(), Picture());
+        return;
+    }
     PaintLabelBuffered(Window(), paint.get(), paint.Rectangle(), Picture());
 }
 
@@ -418,5 +424,7 @@ void CLabel::Activate(int link)
 
 void CLabel::Redraw()
 {
-    InvalidateRect(Window(), nullptr, FALSE);
+    if (IsWindowVisible(Window())) { // a page that is being made is not, and each call is one of the system
+        InvalidateRect(Window(), nullptr, FALSE);
+    }
 }

@@ -87,6 +87,7 @@ private:
     ScrollRange m_range;
     bool m_bLayingOut = false;
     bool m_bScrollBar = false;
+    bool m_bPainted = false;
     LONG_PTR m_formerStyle = 0;
 
     int m_focusedLink = -1;

@@ -93,7 +93,7 @@ void CLabel::LayOut()
     m_range.position = ClampScroll(m_range, m_range.position);
     UpdateScrollBar();
     UpdateTabStop();
-    InvalidateRect(Window(), nullptr, FALSE);
+    Redraw();
 }
 
 void CLabel::FitToClient()

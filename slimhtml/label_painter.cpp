@@ -114,8 +114,9 @@ void DrawRule(HDC dc, const HtmlLine& line, const HtmlFragment& fragment, int sc
     DrawEdge(dc, &edge, EDGE_ETCHED, BF_TOP);
 }
 
+// Leaves the fragment's font selected: the next one mostly has the same.
 void DrawFragment(HDC dc, const LabelPicture& picture, const LabelColors& colors, const HtmlLine& line,
-                  const HtmlFragment& fragment)
+                  const HtmlFragment& fragment, HFONT& selected)
 {
     const int baseline = line.baseline - picture.scroll;
     switch (fragment.kind) {
@@ -129,7 +130,10 @@ void DrawFragment(HDC dc, const LabelPicture& picture, const LabelColors& colors
     case HtmlFragmentKind::Text: {
         const HtmlRun& run = picture.document.runs[fragment.run];
         SetTextColor(dc, ColorOf(run, colors));
-        const CSelectObject font(dc, picture.fonts.Font(run.font));
+        if (const HFONT font = picture.fonts.Font(run.font); font != selected) {
+            SelectObject(dc, font);
+            selected = font;
+        }
         ExtTextOutW(dc, fragment.x, baseline, 0, nullptr, picture.document.text.data() + fragment.text,
                     static_cast<UINT>(fragment.length), nullptr);
         break;
@@ -140,6 +144,7 @@ void DrawFragment(HDC dc, const LabelPicture& picture, const LabelColors& colors
 void DrawLines(HDC dc, const RECT& client, const LabelPicture& picture, const LabelColors& colors)
 {
     const auto count = static_cast<int>(picture.layout.lines.size());
+    HFONT selected = nullptr;
     for (int index = FirstLineBelow(picture.layout, picture.scroll); index < count; ++index) {
         const HtmlLine& line = picture.layout.lines[index];
         if (line.top - picture.scroll >= client.bottom) {
@@ -148,7 +153,7 @@ void DrawLines(HDC dc, const RECT& client, const LabelPicture& picture, const La
         for (int at = line.firstFragment; at < line.firstFragment + line.fragmentCount; ++at) {
             const HtmlFragment& fragment = picture.layout.fragments[at];
             if (fragment.x < client.right && fragment.x + fragment.width > 0) {
-                DrawFragment(dc, picture, colors, line, fragment);
+                DrawFragment(dc, picture, colors, line, fragment, selected);
             }
         }
     }
