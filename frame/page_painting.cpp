@@ -40,11 +40,17 @@ void PaintPanel(HDC dc, const CWindow& mark)
     ::Rectangle(dc, panel.left, panel.top, panel.right, panel.bottom);
 }
 
+// The background went over them. A scroll bar costs as much as all else in its control, so it is then done: the system
+// would paint it once more with what it scrolls.
 void RepaintFrames(HWND page)
 {
+    constexpr RECT NOTHING = {};
     for (HWND child = ::GetWindow(page, GW_CHILD); child; child = ::GetWindow(child, GW_HWNDNEXT)) {
         if (::IsWindowVisible(child)) {
             ::SendMessageW(child, WM_NCPAINT, 1, 0);
+            if (CWindow(child).GetStyle() & (WS_VSCROLL | WS_HSCROLL)) {
+                ::RedrawWindow(child, &NOTHING, nullptr, RDW_VALIDATE | RDW_NOFRAME | RDW_NOCHILDREN);
+            }
         }
     }
 }

@@ -319,6 +319,29 @@ TEST_F(WizardPageTest, PaintingThePageRepaintsTheFramesOfVisibleControlsAlone)
     Show<CTestWizardPage>();
 }
 
+// Painting it is most of what a page with a scrolling side pane costs.
+TEST_F(WizardPageTest, TheScrollBarOfTheSidePaneIsPaintedOnceAPainting)
+{
+    OnPage([](HWND page) {
+        const HWND pane = ::GetDlgItem(page, IDC_SIDE_PANE);
+        CString text;
+        for (int line = 0; line < 40; ++line) {
+            text += L"Line<br>";
+        }
+        ::SendMessageW(page, PAGE_MESSAGE_SIDE_PANE, 0, reinterpret_cast<LPARAM>(text.GetString()));
+        ASSERT_TRUE(::GetWindowLongPtrW(pane, GWL_STYLE) & WS_VSCROLL);
+        g_framePaints = 0;
+        g_formerProcedure = reinterpret_cast<WNDPROC>(
+            ::SetWindowLongPtrW(pane, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(CountFramePaints)));
+        ::RedrawWindow(page, nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
+        ::SetWindowLongPtrW(pane, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(g_formerProcedure));
+        EXPECT_EQ(g_framePaints, 1);
+        EXPECT_FALSE(::GetUpdateRect(pane, nullptr, FALSE)) << "the text is painted too";
+    });
+    Press(IDC_NEXT);
+    Show<CTestWizardPage>();
+}
+
 TEST_F(WizardPageTest, TheWaitCursorStaysUntilTheLastOfTwoHasEnded)
 {
     OnPage([](HWND page) {
