@@ -69,10 +69,21 @@ INT_PTR CALLBACK BareProc(HWND, UINT message, WPARAM, LPARAM)
     return message == WM_INITDIALOG;
 }
 
+// A window of a program has that program's icon, however the window is made; `texts` comes with the init message.
+INT_PTR CALLBACK BareWindowProc(HWND dialog, UINT message, WPARAM, LPARAM texts)
+{
+    if (message == WM_INITDIALOG) {
+        const HICON icon = LoadIconW(reinterpret_cast<HMODULE>(texts), MAKEINTRESOURCEW(IDI_SETUP));
+        SendMessageW(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
+    }
+    return message == WM_INITDIALOG;
+}
+
 double OpenBareDialog(HMODULE texts, const BenchPage& page)
 {
     const double start = NowMilliseconds();
-    const HWND dialog = CreateDialogParamW(texts, MAKEINTRESOURCEW(page.dialog), nullptr, BareProc, 0);
+    const HWND dialog = CreateDialogParamW(texts, MAKEINTRESOURCEW(page.dialog), nullptr, BareWindowProc,
+                                           reinterpret_cast<LPARAM>(texts));
     if (!dialog) {
         throw CannotMeasure{L"The bare dialog of " + page.strName + L" can't be made"};
     }
