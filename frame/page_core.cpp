@@ -35,6 +35,15 @@ void CPageCore::FocusWholeText(int edit)
     ::SetFocus(control);
 }
 
+void CPageCore::EnableLeaving(bool enabled) const
+{
+    const WaysOut ways = GetWaysOut();
+    for (const HWND button :
+         {ways.next, ways.back, ::GetDlgItem(ways.window, IDC_BACK), ::GetDlgItem(ways.window, IDC_CANCEL)}) {
+        ::EnableWindow(button, enabled);
+    }
+}
+
 // ---- init
 
 void CPageCore::InitBanner()

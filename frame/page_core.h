@@ -8,8 +8,10 @@
 //   void LookupControls()           caches handles of controls; calls the base's
 //   bool ValidateAndStore()         the Next handler: true when the page may be left
 //   bool StoreWithoutValidation()   the Back handler: true when the page may be left
+//   BOOL PreTranslateMessage()      takes the keys that the page has a use of its own for (F2 in a tree, Tab in a grid,
+//                                   Esc in a cell's editor); hands every other message to the base's
 //
-// What a page of both shapes calls means the same in each: InitFrame, FocusAtStart, ShowPageBox.
+// What a page of both shapes calls means the same in each: InitFrame, FocusAtStart, ShowPageBox, EnableLeaving.
 #pragma once
 
 #include "include/navigation.h"
@@ -57,6 +59,14 @@ protected:
     // Selects an edit's whole text, to be typed over.
     void FocusWholeText(int edit);
 
+    // The frame's buttons for the way on and the way back, null when the template lacks it: 1 and 1001 of a wizard page,
+    // 1014 and 1013 of a tab page.
+    HWND GetNextButton() const { return GetWaysOut().next; }
+    HWND GetBackButton() const { return GetWaysOut().back; }
+    // For a page that must stay while it works by itself (a download): Next and Back, and 1001 and 2 of the window that
+    // leads out, which is a tab page's parent and the wizard page itself.
+    void EnableLeaving(bool enabled) const;
+
     // The banner shows its own text from the template. Without one it stays a static.
     void InitBanner();
     // The window lends its font, and a former one is no longer in use.
@@ -84,7 +94,15 @@ protected:
     int m_result = 0;           // what the closing page posts
     UINT m_autoPlayMessage;     // "QueryCancelAutoPlay"
 
+    struct WaysOut
+    {
+        HWND next;
+        HWND back;
+        HWND window; // whose controls 1001 and 2 lead out
+    };
+
 private:
+    virtual WaysOut GetWaysOut() const = 0;
     // NAVIGATION_NEXT or NAVIGATION_BACK, once the page has agreed.
     virtual void Leave(NavigationResult direction) = 0;
 

@@ -8,6 +8,7 @@
 #include "frame/resource_library.h"
 #include "include/navigation.h"
 #include "include/page_context.h"
+#include "window/callback_exception.h"
 #include "window/message_loop.h"
 #include "window/module.h"
 #include "window/window.h"
@@ -56,7 +57,12 @@ public:
             }
         });
         const CResourceInstanceSwap resources(this->m_resource.GetModule());
-        return T::PreTranslateMessage(message);
+        try {
+            return T::PreTranslateMessage(message);
+        } catch (...) {
+            KeepCurrentException(); // the host's loop calls; a click's handler ends in the same way
+            return TRUE;
+        }
     }
 
     void OnFinalMessage(HWND window) override

@@ -1,11 +1,13 @@
 #include "frame/page_services.h"
 #include "include/resource_ids.h"
+#include "window/drawing_handles.h"
 #include "window/gdi.h"
 #include "window/window.h"
 
 #include <objidl.h>
 
 #include <gdiplus.h>
+#include <uxtheme.h>
 
 namespace {
 
@@ -64,4 +66,18 @@ void PaintPage(HWND page, PageColor color, void* backgroundImage)
     PaintBackground(paint.get(), window.GetClientRect(), color, backgroundImage);
     PaintPanel(paint.get(), CWindow(window.GetDlgItem(IDC_PANEL)));
     RepaintFrames(page);
+}
+
+// With a theme the background is a picture; without one it is the dialog's color.
+CBrushOwner BackgroundBehind(HWND control)
+{
+    RECT place = CWindow(control).GetClientRect();
+    const CWindowDC screen(control);
+    const CDcOwner dc(::CreateCompatibleDC(screen.get()));
+    const CBitmapOwner picture(::CreateCompatibleBitmap(screen.get(), place.right, place.bottom));
+    {
+        const CSelectObject selected(dc.get(), picture.get());
+        ::DrawThemeParentBackground(control, dc.get(), &place);
+    }
+    return CBrushOwner(::CreatePatternBrush(picture.get()));
 }

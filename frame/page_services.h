@@ -23,6 +23,9 @@ struct PageColor
 // image (a Gdiplus::Image*) that is drawn over the client area in place of the colour.
 void PaintPage(HWND page, PageColor color, void* backgroundImage);
 
+// What lies behind a control of a page, for the control to fill its rectangle with.
+[[nodiscard]] CBrushOwner BackgroundBehind(HWND control);
+
 // The icon of the file at 16 by 16 pixels. With an empty name, the resource library's, which nobody has to destroy:
 // `owner` then stays empty. Null when it can't be loaded.
 [[nodiscard]] HICON LoadPageIcon(const CString& file, CIconOwner& owner);

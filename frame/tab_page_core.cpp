@@ -6,6 +6,17 @@
 #include "frame/resource_text.h"
 #include "frame/wait_cursor.h"
 
+namespace {
+
+// As the system hands a device context to WM_CTLCOLORSTATIC.
+bool IsUntouched(HDC dc)
+{
+    return ::GetTextColor(dc) == RGB(0, 0, 0) && ::GetBkColor(dc) == RGB(255, 255, 255) &&
+           ::GetBkMode(dc) == OPAQUE;
+}
+
+} // namespace
+
 CTabPageCore::CTabPageCore(const PageContext* context)
     : CPageCore(context), m_hParent(context->hParent), m_hFrame(context->hFrame),
       m_rcDisplay(context->rcDisplay)
@@ -49,9 +60,18 @@ int CTabPageCore::RunLeaveHooks()
 
 BOOL CTabPageCore::PreTranslateMessage(MSG* message)
 {
+    const bool isKey = message->message >= WM_KEYFIRST && message->message <= WM_KEYLAST;
     const bool isMine = message->hwnd == m_hWnd || ::IsChild(m_hWnd, message->hwnd);
+    // What leads out of the page is the host's: a page knows only its own controls.
+    if (isKey && isMine &&
+        ::SendMessageW(m_hParent, PAGE_MESSAGE_KEY, 0, reinterpret_cast<LPARAM>(message)) != 0) {
+        return TRUE;
+    }
     if (isMine && message->message == WM_KEYDOWN && message->wParam == VK_RETURN) {
-        GoNext(); // whichever control has the focus
+        const HWND wayOut = ::GetDlgItem(m_hParent, IDC_CANCEL);
+        if (!wayOut || ::IsWindowEnabled(wayOut)) { // see EnableLeaving
+            GoNext();                               // whichever control has the focus
+        }
         return TRUE;
     }
     return ::IsDialogMessageW(m_hWnd, message);
@@ -99,6 +119,17 @@ LRESULT CTabPageCore::OnMouseMove(UINT, WPARAM, LPARAM, BOOL& handled)
     }
     handled = FALSE;
     return 0;
+}
+
+// The system's own answer would put its colors in the place of those that the page has set.
+LRESULT CTabPageCore::OnStaticColor(UINT, WPARAM wParam, LPARAM lParam, BOOL& handled)
+{
+    if (IsUntouched(reinterpret_cast<HDC>(wParam))) {
+        handled = FALSE;
+        return 0;
+    }
+    m_labelBackground = BackgroundBehind(reinterpret_cast<HWND>(lParam));
+    return reinterpret_cast<LRESULT>(m_labelBackground.get());
 }
 
 // Never enables a button again: the host makes the pages anew when their number changes.

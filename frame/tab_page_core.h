@@ -4,6 +4,7 @@
 
 #include "frame/page_core.h"
 #include "frame/resource_library.h"
+#include "window/drawing_handles.h"
 
 class CTabPageCore : public CPageCore
 {
@@ -12,6 +13,7 @@ public:
 
     BEGIN_MSG_MAP(CTabPageCore)
     MESSAGE_HANDLER(WM_MOUSEMOVE, OnMouseMove)
+    MESSAGE_HANDLER(WM_CTLCOLORSTATIC, OnStaticColor)
     MESSAGE_RANGE_HANDLER(PAGE_MESSAGE_STORE, PAGE_MESSAGE_STORE_ALL, OnStore)
     MESSAGE_HANDLER(PAGE_MESSAGE_COUNTER, OnCounter)
     COMMAND_HANDLER(IDC_PREVIOUS_TAB, BN_CLICKED, OnPrevious)
@@ -40,9 +42,11 @@ protected:
     HWND m_hPrevButton = nullptr;
     HWND m_hNextButton = nullptr;
     CResourceLibrary m_resource;
+    CBrushOwner m_labelBackground; // of the label that was painted last
 
 private:
     PageContext HookContext() const;
+    WaysOut GetWaysOut() const override { return {m_hNextButton, m_hPrevButton, m_hParent}; }
     void Leave(NavigationResult direction) override;
 
     // False when a hook vetoed, the page was busy or its own check refused: the host then stays with this page.
@@ -50,6 +54,7 @@ private:
 
     // ---- messages
     LRESULT OnMouseMove(UINT, WPARAM, LPARAM, BOOL& handled);
+    LRESULT OnStaticColor(UINT, WPARAM wParam, LPARAM lParam, BOOL& handled);
     LRESULT OnStore(UINT, WPARAM, LPARAM, BOOL&) { return Store(); }
     LRESULT OnCounter(UINT, WPARAM wParam, LPARAM, BOOL&);
     LRESULT OnPrevious(WORD, WORD, HWND, BOOL&);

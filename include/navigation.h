@@ -8,7 +8,9 @@ enum NavigationResult : int
     NAVIGATION_CANCEL = 2,
     NAVIGATION_BACK = 1001,
     NAVIGATION_RESET = 1278,
-    NAVIGATION_LOAD_FAILED = 1603, // the resource library could not be loaded; no page was shown
+    // The page could not be shown or had to be closed, after a box: the resource library could not be loaded, the dialog
+    // could not be made, or something was thrown.
+    NAVIGATION_LOAD_FAILED = 1603,
 };
 
 // A leave hook's word that the page stays.
@@ -21,6 +23,10 @@ constexpr unsigned int EXIT_CODE_FAILED = 1603;
 // From a tab page to its parent window; both parameters 0.
 constexpr unsigned int PAGE_MESSAGE_PREVIOUS_TAB = 1025;
 constexpr unsigned int PAGE_MESSAGE_NEXT_TAB = 1026;
+// From a tab page to its parent window, for a key on the page that the page has no use of its own for; lParam, the MSG.
+// Nonzero when the host has used it, as one that leads out of the page. A window that doesn't know the message answers 0,
+// and the page goes on with the key by itself.
+constexpr unsigned int PAGE_MESSAGE_KEY = 1032;
 // From the host to a tab page: validate and store, without moving. The result is 1 unless a hook vetoed, the page
 // refused what stands in it, or the page was busy.
 constexpr unsigned int PAGE_MESSAGE_STORE = 1027;

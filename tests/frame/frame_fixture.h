@@ -23,6 +23,8 @@ struct PageRecord
     bool letsGoBack = true;
     std::function<void(HWND page)> onInit;
     std::function<void(HWND page)> onStore;
+    std::function<void(HWND page)> onWork;
+    std::function<void(HDC dc)> onLabelColors;
     int stored = 0;
     int storedWithoutValidation = 0;
     int destroyed = 0;
@@ -30,12 +32,23 @@ struct PageRecord
 };
 inline PageRecord g_record;
 
+// To a test page: run g_record.onWork in a handler that isn't the navigation's; wParam: whether it may be left.
+constexpr UINT TEST_MESSAGE_WORK = WM_APP;
+constexpr UINT TEST_MESSAGE_ENABLE_LEAVING = WM_APP + 1;
+
 template <class Shape>
 class CRecordingPage : public Shape
 {
 public:
     using Shape::Shape;
     ~CRecordingPage() override { ++g_record.destroyed; }
+
+    BEGIN_MSG_MAP(CRecordingPage)
+    MESSAGE_HANDLER(TEST_MESSAGE_WORK, OnWork)
+    MESSAGE_HANDLER(TEST_MESSAGE_ENABLE_LEAVING, OnEnableLeaving)
+    MESSAGE_HANDLER(WM_CTLCOLORSTATIC, OnLabelColors)
+    CHAIN_MSG_MAP(Shape)
+    END_MSG_MAP()
 
     LRESULT OnInitDialog() override
     {
@@ -63,6 +76,27 @@ public:
     {
         g_record.askedWhenClosed += this->m_hWnd ? 0 : 1;
         return Shape::PreTranslateMessage(message);
+    }
+
+private:
+    LRESULT OnWork(UINT, WPARAM, LPARAM, BOOL&)
+    {
+        g_record.onWork(this->m_hWnd);
+        return 0;
+    }
+    LRESULT OnEnableLeaving(UINT, WPARAM enabled, LPARAM, BOOL&)
+    {
+        this->EnableLeaving(enabled != 0);
+        return 0;
+    }
+    // Passes on to the frame for its brush.
+    LRESULT OnLabelColors(UINT, WPARAM dc, LPARAM, BOOL& handled)
+    {
+        if (g_record.onLabelColors) {
+            g_record.onLabelColors(reinterpret_cast<HDC>(dc));
+        }
+        handled = FALSE;
+        return 0;
     }
 };
 

@@ -1,4 +1,6 @@
 #include "tests/frame/frame_fixture.h"
+#include "window/drawing_handles.h"
+#include "window/gdi.h"
 
 #include <functional>
 
@@ -222,6 +224,86 @@ TEST_F(TabPageTest, EnterGoesToTheNextTabWhateverHasTheFocus)
         EXPECT_TRUE(tab.PreTranslateMessage(&enter));
     }
     EXPECT_EQ(g_sent, (std::vector<UINT>{PAGE_MESSAGE_NEXT_TAB, PAGE_MESSAGE_NEXT_TAB}));
+}
+
+// Thrown into the host's loop, it ended the host's dialog with all that was chosen.
+TEST_F(TabPageTest, WhatEnterThrowsEndsInABoxAsWithAClick)
+{
+    g_record.onStore = [](HWND) { throw std::bad_alloc(); };
+    Create();
+    const auto enter = [this] {
+        MSG message = {::GetDlgItem(tab.hWnd, IDC_TEST_EDIT), WM_KEYDOWN, VK_RETURN, 0, 0, {}};
+        EXPECT_TRUE(tab.PreTranslateMessage(&message));
+    };
+    const HINSTANCE before = _Module.GetResourceInstance();
+    const wchar_t box[] = L"The last action could not be finished because of an unexpected error "
+                          L"(std::bad_alloc). Check what it changed before you go on.";
+    AnswerBox(IDOK, box);
+    AnswerBox(IDOK, box);
+    script.Start();
+    EXPECT_NO_THROW(enter());
+    Click(IDC_NEXT_TAB);
+    EXPECT_TRUE(script.IsFinished());
+    EXPECT_EQ(_Module.GetResourceInstance(), before);
+    g_record.onStore = nullptr;
+    EXPECT_EQ(Send(PAGE_MESSAGE_STORE), 1) << "the page stayed busy";
+}
+
+TEST_F(TabPageTest, APageThatCannotBeLeftNowDisablesTheWaysOutOfItsParentToo)
+{
+    const auto add = [this](int id) {
+        ::CreateWindowExW(0, L"BUTTON", L"", WS_CHILD, 0, 0, 9, 9, parent,
+                          reinterpret_cast<HMENU>(std::intptr_t{id}), nullptr, nullptr);
+    };
+    add(IDC_BACK);
+    add(IDC_CANCEL);
+    Create();
+    for (const BOOL enabled : {FALSE, TRUE}) {
+        Send(TEST_MESSAGE_ENABLE_LEAVING, static_cast<WPARAM>(enabled));
+        EXPECT_EQ(::IsWindowEnabled(::GetDlgItem(parent, IDC_BACK)), enabled);
+        EXPECT_EQ(::IsWindowEnabled(::GetDlgItem(parent, IDC_CANCEL)), enabled);
+        EXPECT_EQ(IsEnabled(IDC_PREVIOUS_TAB), enabled != FALSE);
+        EXPECT_EQ(IsEnabled(IDC_NEXT_TAB), enabled != FALSE);
+    }
+}
+
+// A label's colors and brush, as the page answers for it.
+struct LabelAnswer
+{
+    COLORREF text;
+    int backgroundMode;
+    COLORREF pixel; // of the brush
+};
+
+LabelAnswer AskForColors(HWND label)
+{
+    const CWindowDC screen(nullptr);
+    const CDcOwner dc(::CreateCompatibleDC(screen.get()));
+    const CBitmapOwner bitmap(::CreateCompatibleBitmap(screen.get(), 8, 8));
+    const CSelectObject selected(dc.get(), bitmap.get());
+    const auto brush = reinterpret_cast<HBRUSH>(::SendMessageW(::GetParent(label), WM_CTLCOLORSTATIC,
+                                                               reinterpret_cast<WPARAM>(dc.get()),
+                                                               reinterpret_cast<LPARAM>(label)));
+    const RECT all = {0, 0, 8, 8};
+    ::FillRect(dc.get(), &all, brush);
+    return {::GetTextColor(dc.get()), ::GetBkMode(dc.get()), ::GetPixel(dc.get(), 4, 4)};
+}
+
+// The system's answer put its own colors in their place.
+TEST_F(TabPageTest, ColorsThatThePageSetsForALabelStayOnThePagesBackground)
+{
+    Create();
+    const HWND label = ::GetDlgItem(tab.hWnd, IDC_PAGE_COUNTER);
+    const LabelAnswer plain = AskForColors(label);
+    EXPECT_EQ(plain.text, ::GetSysColor(COLOR_WINDOWTEXT));
+    g_record.onLabelColors = [](HDC dc) {
+        ::SetTextColor(dc, 0x0F9F3F);
+        ::SetBkMode(dc, TRANSPARENT);
+    };
+    const LabelAnswer colored = AskForColors(label);
+    EXPECT_EQ(colored.text, static_cast<COLORREF>(0x0F9F3F));
+    EXPECT_EQ(colored.backgroundMode, TRANSPARENT);
+    EXPECT_EQ(colored.pixel, plain.pixel);
 }
 
 TEST_F(TabPageTest, AHostMayTakeThePageAwayWhenEnterTellsItToGoOn)

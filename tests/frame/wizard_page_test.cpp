@@ -1,5 +1,7 @@
 #include "frame/cancel_dialog.h"
 #include "tests/frame/frame_fixture.h"
+#include "window/gdi.h"
+#include "window/message_wait.h"
 
 #include <stdexcept>
 
@@ -59,6 +61,54 @@ TEST_F(WizardPageTest, ARefusedBackKeepsThePage)
     Press(IDC_NEXT);
     EXPECT_EQ(Show<CTestWizardPage>(), NAVIGATION_NEXT);
     EXPECT_EQ(g_record.storedWithoutValidation, 1);
+}
+
+TEST_F(WizardPageTest, APageThatCannotBeLeftNowIsNotLeftByButtonKeyOrCloseBox)
+{
+    OnPage([](HWND page) { ::SendMessageW(page, TEST_MESSAGE_ENABLE_LEAVING, FALSE, 0); });
+    OnPage([](HWND page) {
+        for (const int id : {IDC_BACK, IDC_NEXT, IDC_CANCEL}) {
+            EXPECT_FALSE(::IsWindowEnabled(::GetDlgItem(page, id))) << id;
+        }
+        for (const WPARAM key : {VK_ESCAPE, VK_RETURN}) {
+            ::PostMessageW(::GetDlgItem(page, IDC_TEST_EDIT), WM_KEYDOWN, key, 0);
+        }
+        ::SendMessageW(page, WM_CLOSE, 0, 0); // posts a Cancel
+    });
+    OnPage([](HWND page) { ::SendMessageW(page, TEST_MESSAGE_ENABLE_LEAVING, TRUE, 0); });
+    Press(IDC_BACK);
+    EXPECT_EQ(Show<CTestWizardPage>(), NAVIGATION_BACK);
+    EXPECT_EQ(g_record.stored, 0);
+    EXPECT_TRUE(host.log.Of(L"EnableCancelling").empty()) << "Cancel asked";
+}
+
+// The quit message came to the loop inside the handler; the page's own loop waited for it for ever.
+TEST_F(WizardPageTest, ACancelWhileAHandlerWaitsEndsThePage)
+{
+    WaitEnd end = WaitEnd::Signaled;
+    const HANDLE never = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    g_record.onWork = [&](HWND) { end = WaitWithMessages(never); };
+    OnPage([](HWND page) { ::PostMessageW(page, TEST_MESSAGE_WORK, 0, 0); });
+    Press(IDC_CANCEL);
+    AnswerQuestion(IDYES, L"Leave? deployment deployment deployment");
+    EXPECT_EQ(Show<CTestWizardPage>(), NAVIGATION_CANCEL);
+    EXPECT_EQ(end, WaitEnd::Quit);
+    ::CloseHandle(never);
+}
+
+TEST_F(WizardPageTest, ColorsThatThePageSetsForALabelStay)
+{
+    g_record.onLabelColors = [](HDC dc) { ::SetTextColor(dc, 0x0F9F3F); };
+    OnPage([](HWND page) {
+        const CWindowDC dc(page);
+        const LRESULT brush =
+            ::SendMessageW(page, WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc.get()),
+                           reinterpret_cast<LPARAM>(::GetDlgItem(page, IDC_HIDDEN_AT_START)));
+        EXPECT_EQ(brush, reinterpret_cast<LRESULT>(::GetStockObject(WHITE_BRUSH)));
+        EXPECT_EQ(::GetTextColor(dc.get()), static_cast<COLORREF>(0x0F9F3F));
+    });
+    Press(IDC_BACK);
+    Show<CTestWizardPage>();
 }
 
 TEST_F(WizardPageTest, ARefusedNextKeepsThePage)
