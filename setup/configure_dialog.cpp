@@ -25,46 +25,13 @@ SIZE SizeOf(HWND window)
     return {place.right - place.left, place.bottom - place.top};
 }
 
-bool IsKeyDown(int virtualKey)
-{
-    return GetKeyState(virtualKey) < 0;
-}
-
-// How many tabs a key goes on: 0 for any other key.
-int TabsOfKey(const MSG& message)
-{
-    if (message.message != WM_KEYDOWN || !IsKeyDown(VK_CONTROL)) {
-        return 0;
-    }
-    switch (message.wParam) {
-    case VK_TAB:
-        return IsKeyDown(VK_SHIFT) ? -1 : 1;
-    case VK_NEXT:
-        return 1;
-    case VK_PRIOR:
-        return -1;
-    default:
-        return 0;
-    }
-}
-
-// A page knows only its own controls, so what may lead out of it is the dialog's: Tab, Esc, mnemonics.
-bool LeadsOutOfPage(const MSG& message)
-{
-    if (message.message == WM_SYSCHAR || message.message == WM_CHAR) {
-        return true;
-    }
-    return message.message == WM_KEYDOWN && (message.wParam == VK_TAB || message.wParam == VK_ESCAPE);
-}
-
 } // namespace
 
 CConfigureDialog::CConfigureDialog(CSetupManager& manager, std::vector<ConfigureTab> tabs,
                                    ConfigureOptions options)
     : m_manager(manager), m_options(std::move(options)),
-      m_autoPlayMessage(RegisterWindowMessageW(L"QueryCancelAutoPlay")), m_view(*this)
+      m_autoPlayMessage(RegisterWindowMessageW(L"QueryCancelAutoPlay")), m_tabs(tabs.size()), m_view(*this)
 {
-    m_tabs.resize(tabs.size());
     for (std::size_t index = 0; index < tabs.size(); ++index) {
         m_tabs[index].described = std::move(tabs[index]);
     }
@@ -72,8 +39,8 @@ CConfigureDialog::CConfigureDialog(CSetupManager& manager, std::vector<Configure
 
 int CConfigureDialog::Run()
 {
-    m_loop.AddMessageFilter(&m_keysBehind);
-    m_loop.AddMessageFilter(&m_keysBefore);
+    m_loop.AddMessageFilter(&m_otherKeys);
+    m_loop.AddMessageFilter(&m_pageKeys);
     m_loop.AddIdleHandler(this);
     if (!Create(nullptr) || !m_view.IsWindow()) {
         const CString why = SystemErrorText(GetLastError());
@@ -102,7 +69,7 @@ bool CConfigureDialog::GoTo(int index)
     if (index == m_front) {
         return true;
     }
-    if (!IsIdle() || !LeaveFront()) {
+    if (!MayBeLeft() || !LeaveFront()) {
         return false;
     }
     Enter(index);
@@ -134,7 +101,7 @@ LRESULT CConfigureDialog::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&)
     }
     SetProgramIcon(*this);
     SetText(Title());
-    CWindow(GetDlgItem(IDC_CONFIGURE_BACK)).EnableWindow(m_options.bCanGoBack);
+    OnLeavingChanged();
     m_manager.m_hCurrentPage = m_hWnd;
     AddTabs();
     m_room = LeastPageRoom(m_hWnd);
@@ -148,7 +115,6 @@ LRESULT CConfigureDialog::OnDestroy(UINT, WPARAM, LPARAM, BOOL&)
 {
     m_bChanged = HasChanges();
     RememberConfigurePlace(m_hWnd, m_options.strPlaceKey, m_manager.m_pUiManager);
-    UseFilterOf(nullptr);
     for (Tab& tab : m_tabs) { // they go with the dialog
         tab.page = CTabPage();
     }
@@ -168,7 +134,7 @@ LRESULT CConfigureDialog::OnEnable(UINT, WPARAM enabled, LPARAM, BOOL& handled)
 
 LRESULT CConfigureDialog::OnTabLeaving(int, NMHDR*, BOOL&)
 {
-    return !IsIdle() || !LeaveFront();
+    return !MayBeLeft() || !LeaveFront();
 }
 
 LRESULT CConfigureDialog::OnTabChosen(int, NMHDR*, BOOL&)
@@ -179,7 +145,7 @@ LRESULT CConfigureDialog::OnTabChosen(int, NMHDR*, BOOL&)
 
 LRESULT CConfigureDialog::OnNext(WORD, WORD, HWND, BOOL&)
 {
-    if (IsIdle() && SaveAll()) {
+    if (MayBeLeft() && SaveAll()) {
         Close(NAVIGATION_NEXT);
     }
     return 0;
@@ -187,7 +153,7 @@ LRESULT CConfigureDialog::OnNext(WORD, WORD, HWND, BOOL&)
 
 LRESULT CConfigureDialog::OnBack(WORD, WORD, HWND, BOOL&)
 {
-    if (!IsIdle() || !m_options.bCanGoBack) {
+    if (!MayBeLeft() || !m_options.bCanGoBack) {
         return 0;
     }
     if (Front().page.hWnd) {
@@ -202,7 +168,7 @@ LRESULT CConfigureDialog::OnBack(WORD, WORD, HWND, BOOL&)
 
 LRESULT CConfigureDialog::OnCancel(WORD, WORD, HWND, BOOL&)
 {
-    if (IsIdle() && MayCancel()) {
+    if (MayBeLeft() && MayCancel()) {
         Close(NAVIGATION_CANCEL);
     }
     return 0;
@@ -216,7 +182,7 @@ void CConfigureDialog::OnPreviousTab()
         m_bLetsGoBack = true;
         return;
     }
-    if (m_front < 0) {
+    if (m_front < 0 || !m_view.MayPageBeLeft()) {
         return;
     }
     Front().bAccepted = false;
@@ -230,7 +196,7 @@ void CConfigureDialog::OnPreviousTab()
 
 void CConfigureDialog::OnNextTab()
 {
-    if (m_front < 0) {
+    if (m_front < 0 || !m_view.MayPageBeLeft()) {
         return;
     }
     Front().bAccepted = false;
@@ -248,55 +214,25 @@ void CConfigureDialog::OnPageGone(HWND page)
 {
     for (Tab& tab : m_tabs) {
         if (tab.page.hWnd == page) {
-            if (m_pPageFilter == &tab.page) {
-                UseFilterOf(nullptr);
+            tab.page = CTabPage();
+            m_view.LetPageBeLeft();
+            if (m_front >= 0 && &tab == &Front()) {
                 GotoDlgCtrl(GetDlgItem(IDC_CONFIGURE_TABS)); // without a focus no key would come
             }
-            tab.page = CTabPage();
         }
     }
 }
 
-// ---- keys
-
-BOOL CConfigureDialog::OnIdle()
+void CConfigureDialog::OnLeavingChanged()
 {
+    const bool open = m_view.MayPageBeLeft();
     const HWND focus = GetFocus();
-    if (focus != m_lastFocus) {
-        m_lastFocus = focus;
-        m_view.ScrollTo(focus);
-        ShowDefaultButton(focus);
+    CWindow(GetDlgItem(IDC_CONFIGURE_BACK)).EnableWindow(open && m_options.bCanGoBack);
+    CWindow(GetDlgItem(IDC_CONFIGURE_NEXT)).EnableWindow(open);
+    CWindow(GetDlgItem(IDC_CONFIGURE_CANCEL)).EnableWindow(open);
+    if (m_front >= 0 && !::IsWindowEnabled(focus) && ::GetParent(focus) == m_hWnd) {
+        FocusOnPage(Front()); // no key would come to a disabled button
     }
-    return FALSE;
-}
-
-bool CConfigureDialog::IsMine(const MSG& message) const
-{
-    return message.hwnd == m_hWnd || IsChild(m_hWnd, message.hwnd);
-}
-
-BOOL CConfigureDialog::OnKeyBeforePage(MSG* message)
-{
-    if (!IsMine(*message)) {
-        return FALSE;
-    }
-    if (const int distance = TabsOfKey(*message)) {
-        GoTo(TabAround(m_front, distance, GetTabCount()));
-        return TRUE;
-    }
-    const bool onSubstitute = message->message == WM_KEYDOWN &&
-                              message->hwnd == ::GetDlgItem(Front().substitute, IDC_CONFIGURE_REASON);
-    if (onSubstitute && (message->wParam == VK_RETURN || message->wParam == VK_ESCAPE)) {
-        // An edit of several lines would keep both keys to itself.
-        PostMessage(WM_COMMAND, message->wParam == VK_RETURN ? IDC_CONFIGURE_NEXT : IDC_CONFIGURE_CANCEL);
-        return TRUE;
-    }
-    return LeadsOutOfPage(*message) && IsDialogMessageW(m_hWnd, message);
-}
-
-BOOL CConfigureDialog::OnKeyBehindPage(MSG* message)
-{
-    return IsMine(*message) && IsDialogMessageW(m_hWnd, message);
 }
 
 // ---- the window
@@ -337,15 +273,17 @@ void CConfigureDialog::Enter(int index)
     }
     m_bEntering = true;
     const scope_exit entered([this] { m_bEntering = false; });
-    const HWND focus = GetFocus();
-    const bool focusWasOnPage = !focus || focus == m_hWnd || IsChild(m_view, focus);
+    const auto isFocusOnPage = [this] {
+        const HWND focus = GetFocus();
+        return !focus || focus == m_hWnd || focus == m_view || IsChild(m_view, focus);
+    };
+    const bool focusWasOnPage = isFocusOnPage();
     MakePage(index);
     Tab& tab = At(index);
     m_front = index;
     TabCtrl_SetCurSel(GetDlgItem(IDC_CONFIGURE_TABS), index);
     m_view.ShowPage(tab.page.hWnd ? tab.page.hWnd : tab.substitute, tab.size);
-    UseFilterOf(tab.page.hWnd ? &tab : nullptr);
-    if (focusWasOnPage) {
+    if (focusWasOnPage || isFocusOnPage()) { // also of a button that the page has just disabled
         FocusOnPage(tab);
     }
 }
@@ -382,6 +320,7 @@ void CConfigureDialog::MakePage(int index)
         MakeSubstitute(tab, SetupText(IDS_CONFIGURE_NO_PAGE, {tab.described.strName}));
         return;
     }
+    tab.activity.SubclassWindow(tab.page.hWnd);
     EnableThemeDialogTexture(tab.page.hWnd, ETDT_ENABLETAB);
     ::SendMessageW(tab.page.hWnd, PAGE_MESSAGE_COUNTER, CounterParameter(index, GetTabCount()), 0);
     tab.bMade = true;
@@ -426,16 +365,6 @@ void CConfigureDialog::MakeSubstitute(Tab& tab, const CString& reason)
     }
 }
 
-// The chain, from the first asked: keys of the dialog, the page in front, the rest of the dialog.
-void CConfigureDialog::UseFilterOf(Tab* tab)
-{
-    m_loop.RemoveMessageFilter(m_pPageFilter);
-    m_pPageFilter = tab ? &tab->page : nullptr;
-    m_loop.RemoveMessageFilter(&m_keysBefore);
-    m_loop.AddMessageFilter(m_pPageFilter);
-    m_loop.AddMessageFilter(&m_keysBefore);
-}
-
 void CConfigureDialog::FocusOnPage(const Tab& tab)
 {
     const HWND page = tab.page.hWnd ? tab.page.hWnd : tab.substitute;
@@ -449,37 +378,14 @@ void CConfigureDialog::FocusOnPage(const Tab& tab)
     }
 }
 
-// Enter on a page is the page's own way on, whatever button has the focus there; elsewhere it is Continue. One of the two
-// looks like it, and no other button.
-void CConfigureDialog::ShowDefaultButton(HWND focus)
-{
-    const HWND page = m_view.GetPage();
-    const auto pageDefault = static_cast<DWORD>(page ? ::SendMessageW(page, DM_GETDEFID, 0, 0) : 0);
-    const HWND onward =
-        HIWORD(pageDefault) == DC_HASDEFID ? ::GetDlgItem(page, LOWORD(pageDefault)) : nullptr;
-    const bool pageTakesEnter = onward && ::IsWindowEnabled(onward) && IsChild(page, focus);
-    const auto look = [](HWND button, bool isDefault) {
-        ::SendMessageW(button, BM_SETSTYLE, isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON, TRUE);
-    };
-    if (onward) {
-        look(onward, pageTakesEnter);
-    }
-    const bool focusLooksDefault = (::SendMessageW(focus, WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON) != 0;
-    if (pageTakesEnter && focus != onward && focusLooksDefault) {
-        look(focus, false);
-    }
-    const int id = ::GetDlgCtrlID(focus);
-    if (pageTakesEnter || (id != IDC_CONFIGURE_BACK && id != IDC_CONFIGURE_CANCEL)) {
-        look(GetDlgItem(IDC_CONFIGURE_NEXT), !pageTakesEnter);
-    }
-}
-
 // ---- leaving
 
-// A page that runs or shows a box of its own, which takes the dialog with it, must not lose its window meanwhile.
-bool CConfigureDialog::IsIdle() const
+// A page that is asked, is at work, or shows a box of its own must not lose its window meanwhile, and one that holds the
+// ways out keeps the dialog.
+bool CConfigureDialog::MayBeLeft() const
 {
-    return m_asked < 0 && !m_bEntering && IsWindowEnabled();
+    return m_asked < 0 && !m_bEntering && IsWindowEnabled() && m_view.MayPageBeLeft() &&
+           std::none_of(m_tabs.begin(), m_tabs.end(), [](const Tab& tab) { return tab.activity.IsAtWork(); });
 }
 
 // A page whose database is gone may be left, or nobody could go on to the other products.
@@ -581,7 +487,7 @@ bool CConfigureDialog::SaveAll()
             return false;
         }
     }
-    return true;
+    return m_view.MayPageBeLeft();
 }
 
 bool CConfigureDialog::MayCancel()

@@ -6,11 +6,14 @@
 // that can't be made, a product that could not be opened, or one whose database no longer answers, is told in words and
 // leaves the rest of the dialog usable.
 //
-// Keys: Ctrl+Tab, Ctrl+Page Down and Ctrl+Page Up go from tab to tab; Enter on a page is that page's own way on; Esc is
-// Cancel, which asks when something would be lost.
+// It can't be left while a page is at work or has disabled the controls 1001 and 2 of its parent.
+//
+// Keys: those that the page in front uses itself come first. Ctrl+Tab, Ctrl+Page Down and Ctrl+Page Up go from tab to
+// tab; Enter on a page is that page's own way on; Esc is Cancel, which asks when something would be lost.
 #pragma once
 
 #include "include/page_context.h"
+#include "setup/page_activity.h"
 #include "setup/page_view.h"
 #include "setup/program_libraries.h"
 #include "setup/resource.h"
@@ -102,6 +105,7 @@ private:
     {
         ConfigureTab described;
         CTabPage page;
+        CPageActivity activity;       // of the page
         HWND substitute = nullptr;    // stands in the place of a page that could not be made
         SIZE size = {};               // that the page or its substitute needs
         bool bMade = false;           // its page was there once
@@ -136,12 +140,15 @@ private:
     void OnPreviousTab() override;
     void OnNextTab() override;
     void OnPageGone(HWND page) override;
+    bool OnPageKey(MSG& message) override;
+    void OnLeavingChanged() override;
 
     // Follows the focus on a page that is larger than its place.
     BOOL OnIdle() override;
 
-    BOOL OnKeyBeforePage(MSG* message);
-    BOOL OnKeyBehindPage(MSG* message);
+    BOOL OnMessageForPage(MSG* message);
+    BOOL OnKeyOutsidePage(MSG* message);
+    bool GoByKey(const MSG& message);
     bool IsMine(const MSG& message) const;
 
     Tab& At(int index) { return m_tabs[static_cast<std::size_t>(index)]; }
@@ -156,11 +163,10 @@ private:
     void MakePage(int index);
     void RemovePage(Tab& tab);
     void MakeSubstitute(Tab& tab, const CString& reason);
-    void UseFilterOf(Tab* tab);
     void FocusOnPage(const Tab& tab);
     void ShowDefaultButton(HWND focus);
 
-    bool IsIdle() const;
+    bool MayBeLeft() const;
     bool LeaveFront();
     bool Ask(int index, UINT message);
     bool AskForTheWayBack(HWND page);
@@ -177,12 +183,11 @@ private:
     const ConfigureOptions m_options;
     const UINT m_autoPlayMessage;
 
-    std::vector<Tab> m_tabs; // never grows or shrinks: the loop refers to the pages' filters in it
+    std::vector<Tab> m_tabs; // never grows or shrinks: the pages' windows refer to what stands in it
     CPageView m_view;
     CMessageLoop m_loop;
-    CKeys m_keysBefore{*this, &CConfigureDialog::OnKeyBeforePage};
-    CKeys m_keysBehind{*this, &CConfigureDialog::OnKeyBehindPage};
-    CMessageFilter* m_pPageFilter = nullptr; // the page's in front, in the loop's chain
+    CKeys m_pageKeys{*this, &CConfigureDialog::OnMessageForPage};
+    CKeys m_otherKeys{*this, &CConfigureDialog::OnKeyOutsidePage};
 
     SIZE m_room = {}; // of the largest page so far
     int m_front = -1;

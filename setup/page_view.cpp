@@ -31,10 +31,13 @@ WNDCLASSEXW CPageView::GetWndClassInfo()
 
 bool CPageView::CreateIn(HWND dialog, UINT_PTR id)
 {
-    static_assert(PREVIOUS_TAB == PAGE_MESSAGE_PREVIOUS_TAB && NEXT_TAB == PAGE_MESSAGE_NEXT_TAB);
+    static_assert(PREVIOUS_TAB == PAGE_MESSAGE_PREVIOUS_TAB && NEXT_TAB == PAGE_MESSAGE_NEXT_TAB &&
+                  KEY_OF_PAGE == PAGE_MESSAGE_KEY);
     const RECT nowhere = {};
     if (!Create(dialog, &nowhere, nullptr, WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
-                WS_EX_CONTROLPARENT, id)) {
+                WS_EX_CONTROLPARENT, id) ||
+        !m_back.Create(m_hWnd, &nowhere, nullptr, WS_CHILD, 0, NAVIGATION_BACK) ||
+        !m_cancel.Create(m_hWnd, &nowhere, nullptr, WS_CHILD, 0, NAVIGATION_CANCEL)) {
         return false;
     }
     return SetWindowPos(HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE) != FALSE;
@@ -55,6 +58,12 @@ void CPageView::ShowPage(HWND page, SIZE size)
     if (former && former != page) {
         ::ShowWindow(former, SW_HIDE); // last, so that the place is never seen empty
     }
+}
+
+void CPageView::LetPageBeLeft()
+{
+    m_back.EnableWindow();
+    m_cancel.EnableWindow();
 }
 
 void CPageView::ScrollTo(HWND control)
@@ -82,6 +91,11 @@ LRESULT CPageView::OnNext(UINT, WPARAM, LPARAM, BOOL&)
 {
     m_events.OnNextTab();
     return 0;
+}
+
+LRESULT CPageView::OnKey(UINT, WPARAM, LPARAM message, BOOL&)
+{
+    return m_events.OnPageKey(*reinterpret_cast<MSG*>(message));
 }
 
 LRESULT CPageView::OnSize(UINT, WPARAM, LPARAM, BOOL&)

@@ -16,11 +16,38 @@ class IPageViewEvents
 public:
     virtual void OnPreviousTab() = 0;
     virtual void OnNextTab() = 0;
+    // A key on the page that the page has no use of its own for. True when it leads elsewhere and is used up.
+    virtual bool OnPageKey(MSG& message) = 0;
+    // What MayPageBeLeft answers has changed.
+    virtual void OnLeavingChanged() = 0;
     // The page's window is being destroyed.
     virtual void OnPageGone(HWND page) = 0;
 
 protected:
     ~IPageViewEvents() = default;
+};
+
+// Stands for a button of the dialog, which a page disables in its parent while it can't be left. Nobody sees it.
+class CWayOut : public CWindowImpl<CWayOut>
+{
+public:
+    DECLARE_WND_CLASS(L"RolloutWayOut")
+
+    // Borrows the listener.
+    explicit CWayOut(IPageViewEvents& events) : m_events(events) {}
+
+    BEGIN_MSG_MAP(CWayOut)
+    MESSAGE_HANDLER(WM_ENABLE, OnEnable)
+    END_MSG_MAP()
+
+private:
+    LRESULT OnEnable(UINT, WPARAM, LPARAM, BOOL&)
+    {
+        m_events.OnLeavingChanged();
+        return 0;
+    }
+
+    IPageViewEvents& m_events;
 };
 
 class CPageView : public CWindowImpl<CPageView>
@@ -29,7 +56,7 @@ public:
     DECLARE_WND_CLASS(L"RolloutPageView")
 
     // Borrows the listener.
-    explicit CPageView(IPageViewEvents& events) : m_events(events) {}
+    explicit CPageView(IPageViewEvents& events) : m_events(events), m_back(events), m_cancel(events) {}
 
     // Below `dialog` in front of its other controls; empty until ShowPage.
     [[nodiscard]] bool CreateIn(HWND dialog, UINT_PTR id);
@@ -37,12 +64,17 @@ public:
     // Hides the page that stands there. `size` is the page's own: it grows with the view and never gets smaller.
     void ShowPage(HWND page, SIZE size);
     HWND GetPage() const { return m_page; }
+    // False while a page has disabled the view's controls 1001 or 2.
+    bool MayPageBeLeft() const { return m_back.IsWindowEnabled() && m_cancel.IsWindowEnabled(); }
+    // For a page that went without enabling them again.
+    void LetPageBeLeft();
     // Scrolls so that the control is seen, if it is one of the page's.
     void ScrollTo(HWND control);
 
     BEGIN_MSG_MAP(CPageView)
     MESSAGE_HANDLER(PREVIOUS_TAB, OnPrevious)
     MESSAGE_HANDLER(NEXT_TAB, OnNext)
+    MESSAGE_HANDLER(KEY_OF_PAGE, OnKey)
     MESSAGE_HANDLER(WM_SIZE, OnSize)
     MESSAGE_HANDLER(WM_HSCROLL, OnScroll)
     MESSAGE_HANDLER(WM_VSCROLL, OnScroll)
@@ -55,9 +87,11 @@ public:
 private:
     static constexpr UINT PREVIOUS_TAB = 1025;
     static constexpr UINT NEXT_TAB = 1026;
+    static constexpr UINT KEY_OF_PAGE = 1032;
 
     LRESULT OnPrevious(UINT, WPARAM, LPARAM, BOOL&);
     LRESULT OnNext(UINT, WPARAM, LPARAM, BOOL&);
+    LRESULT OnKey(UINT, WPARAM, LPARAM, BOOL&);
     LRESULT OnSize(UINT, WPARAM, LPARAM, BOOL&);
     LRESULT OnScroll(UINT, WPARAM, LPARAM, BOOL&);
     LRESULT OnWheel(UINT, WPARAM, LPARAM, BOOL&);
@@ -69,6 +103,8 @@ private:
     void PlacePage() const;
 
     IPageViewEvents& m_events;
+    CWayOut m_back;           // 1001
+    CWayOut m_cancel;         // 2
     HWND m_page = nullptr;    // its own
     SIZE m_pageSize = {};     // that it needs
     bool m_arranging = false; // scroll bars come and go, which changes the size again

@@ -262,4 +262,29 @@ TEST_F(ConfigureKeyboard, AControlOfALargePageIsScrolledIntoSightWhenItTakesTheF
     (void)Run();
 }
 
+// Esc in an edit of the page's own canceled the whole dialog, and Tab left a grid.
+TEST_F(ConfigureKeyboard, AKeyThatThePageUsesItselfLeadsNowhereElse)
+{
+    AddTabs(3);
+    Type(L"own keys");
+    const std::vector<WPARAM> keys = {VK_ESCAPE, VK_TAB, VK_RETURN, VK_DELETE};
+    for (const WPARAM key : keys) {
+        Key(static_cast<WORD>(key));
+    }
+    Key(VK_NEXT, KeyModifier::Control);
+    Look([&] {
+        std::vector<WPARAM> used = record.ownKeys;
+        std::erase(used, static_cast<WPARAM>(VK_CONTROL));
+        EXPECT_EQ(used, (std::vector<WPARAM>{VK_ESCAPE, VK_TAB, VK_RETURN, VK_DELETE, VK_NEXT}));
+        EXPECT_EQ(Dialog().GetFront(), 0);
+        EXPECT_TRUE(OnPage(IDC_TEST_EDIT).HasFocus());
+        EXPECT_TRUE(record.stored.empty());
+    });
+    Type(L"own keys no more");
+    Key(VK_TAB);
+    ExpectFocusOnPage(IDC_TEST_CHECK);
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
 } // namespace

@@ -43,6 +43,12 @@ public:
         if (message >= PAGE_MESSAGE_STORE && message <= PAGE_MESSAGE_COUNTER) {
             g_record.messages.push_back({number, message, wParam});
         }
+        if (message == TEST_MESSAGE_ENABLE_LEAVING) {
+            this->EnableLeaving(wParam != 0);
+        }
+        if (message == TEST_MESSAGE_BOX) {
+            ShowBoxWithoutOwner();
+        }
         return Base::ProcessWindowMessage(window, message, wParam, lParam, result, map);
     }
 
@@ -50,6 +56,14 @@ public:
     {
         if (message->message == WM_KEYDOWN) {
             g_record.keys.push_back(number);
+            if (message->hwnd == this->GetDlgItem(IDC_TEST_EDIT) &&
+                this->GetDlgItemText(IDC_TEST_EDIT) == L"own keys") {
+                g_record.ownKeys.push_back(message->wParam);
+                if (message->wParam == VK_F2) {
+                    ShowBoxWithoutOwner();
+                }
+                return TRUE;
+            }
         }
         return Base::PreTranslateMessage(message);
     }
@@ -90,6 +104,7 @@ public:
     }
 
 private:
+    void ShowBoxWithoutOwner() { ::MessageBoxW(nullptr, L"Without an owner", this->ProductName(), MB_OK); }
     static CString PropertyName() { return L"TEST_VALUE_" + NumberText(number); }
     void Store() { WriteProperty(this->m_hDatabase, PropertyName(), this->GetDlgItemText(IDC_TEST_EDIT)); }
 };

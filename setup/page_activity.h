@@ -1,0 +1,44 @@
+// Whether a page is at work: one of its handlers, which may show a box or run a loop of its own without disabling the
+// dialog around the page. The dialog must not be left under it.
+#pragma once
+
+#include "base/scope_exit.h"
+#include "window/window_impl.h"
+
+#include <windows.h>
+
+#include <utility>
+
+// Watches the page's window (SubclassWindow) and is told of what the page does without a message to it.
+class CPageActivity : public CWindowImpl<CPageActivity>
+{
+public:
+    [[nodiscard]] bool IsAtWork() const { return m_running > 0; }
+
+    // Runs what the page does by itself, such as its message filter.
+    template <class Act>
+    auto Watch(Act act)
+    {
+        ++m_running;
+        const scope_exit done([this] { --m_running; });
+        return act();
+    }
+    // Runs what the dialog does when the page has called it.
+    template <class Act>
+    auto Suspend(Act act)
+    {
+        const int running = std::exchange(m_running, 0);
+        const scope_exit done([this, running] { m_running = running; });
+        return act();
+    }
+
+    BOOL ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
+                              DWORD = 0) override
+    {
+        result = Watch([&] { return DefWindowProc(message, wParam, lParam); });
+        return TRUE;
+    }
+
+private:
+    int m_running = 0;
+};

@@ -1,0 +1,117 @@
+// When the dialog must not be left: a page is at work, or has disabled the ways out.
+#include "automation/picture.h"
+#include "tests/setup/configure_fixture.h"
+
+namespace {
+
+class ConfigureStaying : public ConfigureTest
+{
+protected:
+    void SavePicture(const wchar_t* name)
+    {
+        wchar_t folder[MAX_PATH] = L"";
+        GetTempPathW(MAX_PATH, folder);
+        (void)SaveWindowPicture(Dialog(), CString(folder) + name); // for who wants to look
+    }
+};
+
+// Such a box leaves the dialog enabled, and the page's handler lost its window under it.
+TEST_F(ConfigureStaying, ItStaysWhileAPageIsAtWorkBehindABoxWithoutAnOwner)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    Type(L"own keys");
+    for (const bool byKey : {false, true}) {
+        if (byKey) {
+            Key(VK_F2);
+        } else {
+            Do([this] { PostMessageW(Page(0), TEST_MESSAGE_BOX, 0, 0); });
+        }
+        Step(L"leave the dialog under the box", [this] {
+            if (!FindMessageBox()) {
+                return StepOutcome::NotYet(L"no box is up");
+            }
+            for (const UINT command : {IDC_CONFIGURE_NEXT, IDC_CONFIGURE_BACK, IDC_CONFIGURE_CANCEL}) {
+                SendMessageW(Dialog(), WM_COMMAND, command, 0);
+            }
+            SendMessageW(Dialog(), WM_CLOSE, 0, 0);
+            EXPECT_FALSE(Dialog().GoTo(1));
+            return StepOutcome::Done();
+        });
+        Answer(IDOK, L"Without an owner");
+        Look([&] {
+            EXPECT_EQ(Dialog().GetFront(), 0);
+            EXPECT_EQ(record.alive, 1);
+            EXPECT_TRUE(record.stored.empty());
+        });
+    }
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
+// ---- a page that can't be left now
+
+TEST_F(ConfigureStaying, ItIsNotLeftWhileThePageHasDisabledTheWaysOut)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    Step(L"focus Continue", [this] { return InDialog(IDC_CONFIGURE_NEXT).Focus(); });
+    Do([this] { SendMessageW(Page(0), TEST_MESSAGE_ENABLE_LEAVING, FALSE, 0); });
+    Look([this] {
+        for (const int button : {IDC_CONFIGURE_NEXT, IDC_CONFIGURE_BACK, IDC_CONFIGURE_CANCEL}) {
+            EXPECT_FALSE(InDialog(button).IsEnabled()) << button;
+        }
+        EXPECT_TRUE(OnPage(IDC_TEST_EDIT).HasFocus()) << "the keys go nowhere";
+        SavePicture(L"configure-page-that-stays.png");
+    });
+    Key(VK_ESCAPE);
+    Key(VK_RETURN);
+    Key(VK_TAB, KeyModifier::Control);
+    Do([this] {
+        for (const UINT command : {IDC_CONFIGURE_NEXT, IDC_CONFIGURE_BACK, IDC_CONFIGURE_CANCEL}) {
+            SendMessageW(Dialog(), WM_COMMAND, command, 0);
+        }
+        SendMessageW(Dialog(), WM_CLOSE, 0, 0);
+        EXPECT_FALSE(Dialog().GoTo(1));
+        const HWND tabs = GetDlgItem(Dialog(), IDC_CONFIGURE_TABS);
+        NMHDR leaving = {tabs, IDC_CONFIGURE_TABS, static_cast<UINT>(TCN_SELCHANGING)};
+        EXPECT_NE(SendMessageW(Dialog(), WM_NOTIFY, IDC_CONFIGURE_TABS, reinterpret_cast<LPARAM>(&leaving)),
+                  0);
+    });
+    Look([&] {
+        EXPECT_EQ(Dialog().GetFront(), 0);
+        EXPECT_EQ(Stores(), std::vector<PageMessage>());
+        EXPECT_TRUE(record.stored.empty());
+        SendMessageW(Page(0), TEST_MESSAGE_ENABLE_LEAVING, TRUE, 0);
+    });
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+}
+
+TEST_F(ConfigureStaying, BackStaysOffBehindAPageThatCanBeLeftAgain)
+{
+    options.bCanGoBack = false;
+    AddProduct(L"Zolt");
+    AddTabs(1);
+    Do([this] {
+        SendMessageW(Page(0), TEST_MESSAGE_ENABLE_LEAVING, FALSE, 0);
+        SendMessageW(Page(0), TEST_MESSAGE_ENABLE_LEAVING, TRUE, 0);
+    });
+    Look([this] { EXPECT_FALSE(InDialog(IDC_CONFIGURE_BACK).IsEnabled()); });
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+}
+
+TEST_F(ConfigureStaying, APageThatGoesWhileItCannotBeLeftLeavesTheWaysOutOpen)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    Do([this] {
+        SendMessageW(Page(0), TEST_MESSAGE_ENABLE_LEAVING, FALSE, 0);
+        DestroyWindow(Page(0));
+    });
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+}
+
+} // namespace
