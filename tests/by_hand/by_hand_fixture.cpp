@@ -277,8 +277,8 @@ void ByHandTest::BuildByAnswers(const CString& location, const wchar_t* name)
 const std::vector<Shown>& ByHandTest::PagesBehindFirst()
 {
     static const std::vector<Shown> pages = {
-        Shown::SettingsPage,  Shown::ResourcesPage, Shown::NoticesPage, // of the first product
-        Shown::ResourcesPage, Shown::NoticesPage,   Shown::ContactPage};  // of the second one, and of none
+        Shown::SettingsPage,  Shown::ResourcesPage, Shown::NoticesPage,  // of the first product
+        Shown::ResourcesPage, Shown::NoticesPage,   Shown::ContactPage}; // of the second one, and of none
     return pages;
 }
 
