@@ -1,6 +1,8 @@
 # What every entry point needs: packages, a Wine prefix and a display of this checkout's own. Source it.
 #
-#   rollout_install_packages   installs what Debian 12 lacks (as root or by sudo)
+#   rollout_install_packages [tests]   installs what Debian 12 lacks (as root or by sudo): to build and run the product,
+#                              and for the tests too
+#   rollout_build_logged LOG TARGET...   builds for Windows with the whole output in LOG, and shows how far it is
 #   rollout_prefix [FOLDER]    makes the Wine prefix (default: build/prefix) and exports WINEPREFIX
 #   rollout_display            exports DISPLAY: the caller's with ROLLOUT_INTERACTIVE=1, otherwise a hidden one
 #   rollout_wine PROGRAM ...   runs a Windows program in that prefix, pinned to one core
@@ -13,28 +15,32 @@ ROLLOUT_BIN=$ROLLOUT_BUILD/windows/bin
 
 # One package a line with what it is for; CI and a bare machine install from here and nowhere else.
 ROLLOUT_PACKAGES=(
-    g++                        # compiles CMake's own checks and the native helpers
     cmake ninja-build          # the build
     g++-mingw-w64-x86-64-posix # the cross compiler, with C++ threads
     gcc-mingw-w64-i686-posix   # the sample product's 32-bit program
-    clang-14 libclang-rt-14-dev # sanitizers and fuzzers of the native tree
-    clang-format-14            # the formatting check
-    libexpat1-dev              # reads XML for the rules' tests and fuzzers of the native tree
-    googletest                 # the tests' framework, built from its source
+    googletest                 # the tests' framework, built from its source; CMake names its targets in every tree
     wine wine64                # where the Windows binaries run
     xvfb x11-utils xauth       # the hidden display
     msitools gcab              # the sample product's databases and cabinets
     python3                    # scripts of the sample media and the checks
     zip unzip                  # the package for Windows users
     fonts-liberation           # a metric match for the dialogs' font
-    util-linux procps git
+    util-linux procps
+)
+ROLLOUT_TEST_PACKAGES=(
+    g++                        # compiles CMake's own checks and the native helpers
+    clang-14 libclang-rt-14-dev # sanitizers and fuzzers of the native tree
+    clang-format-14            # the formatting check
+    libexpat1-dev              # reads XML for the rules' tests and fuzzers of the native tree
+    git                        # lists the sources for the checks
 )
 
 rollout_say() { printf '%s\n' "$*" >&2; }
 
 rollout_install_packages() {
-    local missing=() package
-    for package in "${ROLLOUT_PACKAGES[@]}"; do
+    local missing=() wanted=("${ROLLOUT_PACKAGES[@]}") package
+    [ "${1:-}" != tests ] || wanted+=("${ROLLOUT_TEST_PACKAGES[@]}")
+    for package in "${wanted[@]}"; do
         dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
     done
     [ ${#missing[@]} -eq 0 ] && return 0
@@ -124,6 +130,21 @@ rollout_build_windows() {
             -DCMAKE_TOOLCHAIN_FILE="$ROLLOUT_ROOT/cmake/mingw-w64-x86_64.cmake" >"$ROLLOUT_BUILD/windows-configure.log" ||
         { cat "$ROLLOUT_BUILD/windows-configure.log" >&2; return 1; }
     ninja -C "$ROLLOUT_BUILD/windows" "$@"
+}
+
+# Every tenth of the steps as a line, so that a log shows it too: "Building: 48 of 240 steps".
+rollout_build_logged() {
+    local log=$1
+    shift
+    rollout_build_windows "$@" 2>&1 | tee "$log" | awk -F'[][/]' '
+        /^\[[0-9]+\/[0-9]+\]/ {
+            part = int($2 * 10 / $3)
+            if (part > shown || $2 == 1) { printf "Building: %d of %d steps\n", $2, $3; fflush(); shown = part }
+        }' >&2
+    [ "${PIPESTATUS[0]}" = 0 ] && return 0
+    rollout_say "The build failed; the whole output is in $log."
+    tail -n 30 "$log" >&2
+    return 1
 }
 
 rollout_build_native() {
