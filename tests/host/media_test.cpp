@@ -395,7 +395,7 @@ TEST_F(MediaTest, TheWorkFolderGoesWithTheHost)
     host.reset();
     std::vector<FolderItem> left;
     ASSERT_EQ(ListFolder(work + L"work", left), 0u);
-    EXPECT_TRUE(left.empty()) << Utf8(left[0].name);
+    EXPECT_TRUE(left.empty()) << Utf8(left[0].strName);
 }
 
 TEST_F(MediaTest, AMissingPackageIsNamed)
