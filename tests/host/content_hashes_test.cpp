@@ -9,6 +9,7 @@
 
 #include <bcrypt.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <functional>

@@ -2,6 +2,7 @@
 #include "msi/msi_rows.h"
 #include "tests/installer/database_fixture.h"
 
+#include <algorithm>
 #include <functional>
 #include <initializer_list>
 #include <variant>
