@@ -1,13 +1,11 @@
 #include "benchmarks/bench_pages.h"
 
-#include "benchmarks/measurement.h"
 #include "include/page_table.h"
-#include "setup/paths.h"
 
-BenchPages FindBenchPages()
+BenchPages FindBenchPages(const BenchOptions& options)
 {
     static CPageLibrary library;
-    const CString complaint = library.Load(FolderOfProgram());
+    const CString complaint = library.Load(options.strProgramFolder);
     if (!complaint.IsEmpty()) {
         throw CannotMeasure{complaint};
     }

@@ -1,6 +1,7 @@
 // The pages that are measured: all of include/page_table.h that are written.
 #pragma once
 
+#include "benchmarks/measurement.h"
 #include "setup/program_libraries.h"
 
 #include <vector>
@@ -26,4 +27,4 @@ struct BenchPages
 };
 
 // Loads the page library, which stays until the process ends. Throws CannotMeasure for a page that it lacks.
-[[nodiscard]] BenchPages FindBenchPages();
+[[nodiscard]] BenchPages FindBenchPages(const BenchOptions& options);

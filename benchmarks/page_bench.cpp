@@ -173,7 +173,7 @@ std::vector<Comparison> MeasurePages(const BenchOptions& options)
     const std::unique_ptr<CSetupHost> host = OpenSampleHost(options);
     const CModuleOwner texts(LoadLibraryExW(CLangMgr::Instance().GetWizTextPath() + L"WizText.dll", nullptr,
                                             LOAD_LIBRARY_AS_DATAFILE));
-    const BenchPages pages = FindBenchPages();
+    const BenchPages pages = FindBenchPages(options);
     std::vector<Comparison> comparisons;
     for (const BenchPage& page : pages.wizard) {
         Comparison comparison;

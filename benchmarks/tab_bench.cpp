@@ -179,7 +179,7 @@ void Append(Samples& samples, const Samples& more)
 std::vector<Comparison> MeasureTabs(const BenchOptions& options)
 {
     _Module.Init(GetModuleHandleW(nullptr));
-    g_pages = FindBenchPages();
+    g_pages = FindBenchPages(options);
     const std::unique_ptr<CSetupHost> host = OpenSampleHost(options);
     const CModuleOwner texts(LoadLibraryExW(CLangMgr::Instance().GetWizTextPath() + L"WizText.dll", nullptr,
                                             LOAD_LIBRARY_AS_DATAFILE));
