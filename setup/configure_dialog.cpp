@@ -8,7 +8,6 @@
 #include "include/setup_manager.h"
 #include "setup/configure_layout.h"
 #include "setup/configure_rules.h"
-#include "setup/control_snapshot.h"
 #include "setup/program_icon.h"
 #include "setup/texts.h"
 
@@ -59,9 +58,8 @@ int CConfigureDialog::Run()
 
 bool CConfigureDialog::HasChanges() const
 {
-    return m_bChanged || std::any_of(m_tabs.begin(), m_tabs.end(), [](const Tab& tab) {
-               return tab.page.hWnd && ReadControls(tab.page.hWnd) != tab.entered;
-           });
+    return m_bChanged || std::any_of(m_tabs.begin(), m_tabs.end(),
+                                     [](const Tab& tab) { return tab.record.IsChanged(tab.page.hWnd); });
 }
 
 bool CConfigureDialog::GoTo(int index)
@@ -126,7 +124,7 @@ LRESULT CConfigureDialog::OnDestroy(UINT, WPARAM, LPARAM, BOOL&)
 LRESULT CConfigureDialog::OnEnable(UINT, WPARAM enabled, LPARAM, BOOL& handled)
 {
     if (!enabled && m_front >= 0 && m_asked < 0 && !m_bOwnBox) {
-        Front().bStored = Front().bAccepted = false;
+        Front().record.NoteUnstored();
     }
     handled = FALSE;
     return 0;
@@ -185,10 +183,7 @@ void CConfigureDialog::OnPreviousTab()
     if (m_front < 0 || !m_view.MayPageBeLeft()) {
         return;
     }
-    Front().bAccepted = false;
-    if (DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE)) {
-        NoteStored(Front(), false); // unchecked
-    }
+    NoteStored(false);
     if (m_front > 0) {
         Enter(m_front - 1);
     }
@@ -199,10 +194,7 @@ void CConfigureDialog::OnNextTab()
     if (m_front < 0 || !m_view.MayPageBeLeft()) {
         return;
     }
-    Front().bAccepted = false;
-    if (DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE)) {
-        NoteStored(Front(), true);
-    }
+    NoteStored(true);
     if (m_front + 1 < GetTabCount()) {
         Enter(m_front + 1);
     } else {
@@ -294,13 +286,13 @@ void CConfigureDialog::MakePage(int index)
     Tab& tab = At(index);
     const CString silence = WhyDatabaseIsSilent(tab);
     const bool isThere = tab.page.hWnd != nullptr;
-    if (isThere && (index == m_front || !IsStored(tab))) {
+    if (isThere && (index == m_front || !tab.record.IsStored(tab.page.hWnd))) {
         return;
     }
     m_making = index;
     const scope_exit made([this] { m_making = -1; });
-    const bool wasAccepted = isThere && tab.bAccepted;
-    const bool wasChanged = isThere && ReadControls(tab.page.hWnd) != tab.entered;
+    const bool wasAccepted = tab.record.IsAccepted(tab.page.hWnd);
+    const bool wasChanged = tab.record.IsChanged(tab.page.hWnd);
     const scope_exit lost([&] { m_bChanged = m_bChanged || (wasChanged && !tab.page.hWnd); });
     RemovePage(tab);
     PageContext& context = tab.described.context;
@@ -323,11 +315,10 @@ void CConfigureDialog::MakePage(int index)
     tab.activity.SubclassWindow(tab.page.hWnd);
     EnableThemeDialogTexture(tab.page.hWnd, ETDT_ENABLETAB);
     ::SendMessageW(tab.page.hWnd, PAGE_MESSAGE_COUNTER, CounterParameter(index, GetTabCount()), 0);
-    tab.bMade = true;
     if (isThere) {
-        NoteStored(tab, wasAccepted); // it shows what the page before it has stored
+        tab.record.NoteStored(tab.page.hWnd, wasAccepted);
     } else {
-        tab.entered = ReadControls(tab.page.hWnd);
+        tab.record.NoteMade(tab.page.hWnd);
     }
     tab.size = SizeOf(tab.page.hWnd);
     const SIZE room = {std::max(m_room.cx, tab.size.cx), std::max(m_room.cy, tab.size.cy)};
@@ -340,7 +331,7 @@ void CConfigureDialog::MakePage(int index)
 // The page, or what stands in its place.
 void CConfigureDialog::RemovePage(Tab& tab)
 {
-    tab.bStored = tab.bAccepted = false;
+    tab.record.NoteUnstored();
     if (tab.substitute) {
         ::DestroyWindow(std::exchange(tab.substitute, nullptr));
     }
@@ -395,7 +386,7 @@ bool CConfigureDialog::LeaveFront()
         return true;
     }
     // Who has answered a page's question isn't asked again while nothing has changed since.
-    return IsAccepted(Front()) || Ask(m_front, PAGE_MESSAGE_STORE);
+    return Front().record.IsAccepted(Front().page.hWnd) || Ask(m_front, PAGE_MESSAGE_STORE);
 }
 
 bool CConfigureDialog::Ask(int index, UINT message)
@@ -403,9 +394,9 @@ bool CConfigureDialog::Ask(int index, UINT message)
     m_asked = index;
     const scope_exit asked([this] { m_asked = -1; });
     const bool accepted = ::SendMessageW(At(index).page.hWnd, message, 0, 0) != 0;
-    At(index).bStored = At(index).bAccepted = false;
+    At(index).record.NoteUnstored();
     if (accepted) {
-        NoteStored(At(index), true);
+        At(index).record.NoteStored(At(index).page.hWnd, true);
     }
     m_lastFocus =
         nullptr; // what a page refuses has the focus, maybe as before, and may have been scrolled out of sight
@@ -425,22 +416,13 @@ bool CConfigureDialog::AskForTheWayBack(HWND page)
     return m_bLetsGoBack;
 }
 
-void CConfigureDialog::NoteStored(Tab& tab, bool accepted)
+// By its own way to another tab, of which the one back stores unchecked.
+void CConfigureDialog::NoteStored(bool accepted)
 {
-    tab.bStored = tab.page.hWnd != nullptr;
-    tab.bAccepted = tab.bStored && accepted;
-    tab.stored = tab.bStored ? ReadControls(tab.page.hWnd) : std::vector<CString>();
-}
-
-// In front, and by the page's own dialogs, it may be changed again.
-bool CConfigureDialog::IsStored(const Tab& tab)
-{
-    return tab.bStored && ReadControls(tab.page.hWnd) == tab.stored;
-}
-
-bool CConfigureDialog::IsAccepted(const Tab& tab)
-{
-    return tab.bAccepted && IsStored(tab);
+    Front().record.NoteUnstored();
+    if (DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE)) {
+        Front().record.NoteStored(Front().page.hWnd, accepted);
+    }
 }
 
 // The empty text when it answers. A silence that is over is reported anew when it comes again.
@@ -472,11 +454,11 @@ bool CConfigureDialog::DatabaseAnswers(const Tab& tab, unsigned int textId)
 bool CConfigureDialog::SaveAll()
 {
     for (int index = 0; index < GetTabCount(); ++index) {
-        if (!At(index).bMade) {
+        if (!At(index).record.WasMade()) {
             continue;
         }
         // A page that has gone has nothing to store, but what it stored before may be lost with its database.
-        const bool accepted = !At(index).page.hWnd || IsAccepted(At(index));
+        const bool accepted = !At(index).page.hWnd || At(index).record.IsAccepted(At(index).page.hWnd);
         if (!accepted && index != m_front) {
             Enter(index); // what it may complain of is then seen behind its box
         }

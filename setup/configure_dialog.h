@@ -14,6 +14,7 @@
 
 #include "include/page_context.h"
 #include "setup/page_activity.h"
+#include "setup/page_record.h"
 #include "setup/page_view.h"
 #include "setup/program_libraries.h"
 #include "setup/resource.h"
@@ -105,14 +106,10 @@ private:
     {
         ConfigureTab described;
         CTabPage page;
-        CPageActivity activity;       // of the page
-        HWND substitute = nullptr;    // stands in the place of a page that could not be made
-        SIZE size = {};               // that the page or its substitute needs
-        bool bMade = false;           // its page was there once
-        std::vector<CString> entered; // what its controls held when it was first made
-        bool bStored = false;         // its page has stored, and no dialog of its own came up since
-        bool bAccepted = false;       // the same, after its checks
-        std::vector<CString> stored;  // what its controls held then
+        CPageActivity activity;    // of the page
+        HWND substitute = nullptr; // stands in the place of a page that could not be made
+        SIZE size = {};            // that the page or its substitute needs
+        CPageRecord record;
     };
 
     class CKeys final : public CMessageFilter
@@ -170,9 +167,7 @@ private:
     bool LeaveFront();
     bool Ask(int index, UINT message);
     bool AskForTheWayBack(HWND page);
-    static void NoteStored(Tab& tab, bool accepted);
-    static bool IsStored(const Tab& tab);
-    static bool IsAccepted(const Tab& tab);
+    void NoteStored(bool accepted);
     CString WhyDatabaseIsSilent(const Tab& tab);
     bool DatabaseAnswers(const Tab& tab, unsigned int textId);
     bool SaveAll();

@@ -1,0 +1,33 @@
+#include "setup/page_record.h"
+
+#include "setup/control_snapshot.h"
+
+void CPageRecord::NoteMade(HWND page)
+{
+    m_bMade = true;
+    m_entered = ReadControls(page);
+    NoteUnstored();
+}
+
+void CPageRecord::NoteStored(HWND page, bool accepted)
+{
+    m_bStored = page != nullptr;
+    m_bAccepted = m_bStored && accepted;
+    m_stored = m_bStored ? ReadControls(page) : std::vector<CString>();
+}
+
+void CPageRecord::NoteUnstored()
+{
+    m_bStored = m_bAccepted = false;
+    m_stored.clear();
+}
+
+bool CPageRecord::IsChanged(HWND page) const
+{
+    return page && ReadControls(page) != m_entered;
+}
+
+bool CPageRecord::IsStored(HWND page) const
+{
+    return page && m_bStored && ReadControls(page) == m_stored;
+}
