@@ -377,12 +377,10 @@ TEST(PastedLines, PowerShellGetsNamesAndVariablesInItsOwnForm)
     plan.databases[0].patchTargets.clear();
     plan.databases[0].strTarget = L"Image\\it's 100%.msi";
     const CString text = ComposeReadMe(plan, L"\\\\server\\apps\\$(North)");
-    EXPECT_HOLDS(
-        text,
-        L"(Start-Process msiexec.exe -Wait -PassThru -ArgumentList ('/i "
-        L"\"\\\\server\\apps\\$(North)\\Image\\it''s 100%.msi\" NAME=\"value\" /qn /norestart /L*V \"' + "
-        L"$env:windir + '\\Logs\\Software\\Zolt_27.0.0_Install_' + $env:COMPUTERNAME + "
-        L"'.log\"')).ExitCode\r\n");
+    EXPECT_HOLDS(text, L"(Start-Process msiexec.exe -Wait -PassThru -ArgumentList ('/i "
+                       L"\"\\\\server\\apps\\$(North)\\Image\\it''s 100%.msi\" /qn /norestart /L*V \"' + "
+                       L"$env:windir + '\\Logs\\Software\\Zolt_27.0.0_Install_' + $env:COMPUTERNAME + "
+                       L"'.log\"')).ExitCode\r\n");
     EXPECT_HOLDS(text, L"'/d /c \"\"\\\\server\\apps\\$(North)\\Install.cmd\"\"')).ExitCode\r\n");
 }
 
