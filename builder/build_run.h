@@ -55,6 +55,12 @@ struct CopiedFile
     std::uint64_t lastWritten = 0; // of that source
 };
 
+struct CopiedFiles
+{
+    CContentHashes hashes;
+    std::vector<CopiedFile> files; // in the order of the hashes
+};
+
 struct BuildRun
 {
     BuildRun(const BuildPlan& thePlan, IBuildProgress& theProgress);
@@ -71,8 +77,8 @@ struct BuildRun
     CString staging;
     CString old;
     CopyList list;
-    CContentHashes hashes;
-    std::vector<CopiedFile> copied; // in the order of the hashes
+    CopiedFiles copied;
+    CopiedFiles copiedBetween; // small ones, while a large one is still under way
     std::vector<ManifestEntry> manifest;
     std::vector<DatabaseDecision> decisions; // made by the check, carried out later
     std::vector<DatabaseChanges> changes;

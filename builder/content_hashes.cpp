@@ -2,13 +2,6 @@
 
 #include <algorithm>
 
-namespace {
-
-// Below this a file is hashed sooner than another thread wakes up.
-constexpr std::size_t QUEUED_FROM_BYTES = 64 << 10;
-
-} // namespace
-
 CContentHashes::~CContentHashes()
 {
     {
@@ -30,8 +23,8 @@ void CContentHashes::BeginFile()
 
 unsigned char* CContentHashes::NextBuffer()
 {
-    WaitUntilQueueHolds(BUFFERS - 1);
-    std::unique_ptr<unsigned char[]>& buffer = m_buffers[m_queued % BUFFERS];
+    WaitUntilQueueHolds(HASH_BUFFERS - 1);
+    std::unique_ptr<unsigned char[]>& buffer = m_buffers[m_queued % HASH_BUFFERS];
     if (!buffer) {
         buffer.reset(new unsigned char[CHUNK_BYTES]);
     }
@@ -42,19 +35,19 @@ void CContentHashes::AddChunk(std::size_t size)
 {
     if (!m_hasBegun) {
         m_hasBegun = true;
-        m_isQueued = size >= QUEUED_FROM_BYTES;
+        m_isQueued = size >= SMALL_FILE_BYTES;
     }
     if (m_isQueued) {
         Queue(size);
     } else {
-        m_smallFile.Add(m_buffers[m_queued % BUFFERS].get(), size);
+        m_smallFile.Add(m_buffers[m_queued % HASH_BUFFERS].get(), size);
     }
 }
 
 void CContentHashes::EndFile()
 {
     if (m_isQueued) {
-        WaitUntilQueueHolds(BUFFERS - 1);
+        WaitUntilQueueHolds(HASH_BUFFERS - 1);
         Queue(0);
         return;
     }
@@ -71,7 +64,7 @@ void CContentHashes::Queue(std::size_t size)
 {
     {
         const std::lock_guard lock(m_mutex);
-        m_chunks[m_queued % BUFFERS] = {size, m_file};
+        m_chunks[m_queued % HASH_BUFFERS] = {size, m_file};
         ++m_queued;
     }
     m_changed.notify_all();
@@ -97,7 +90,7 @@ void CContentHashes::Run() noexcept
         if (m_isStopping) {
             return;
         }
-        const std::size_t place = m_hashed % BUFFERS;
+        const std::size_t place = m_hashed % HASH_BUFFERS;
         const Chunk chunk = m_chunks[place];
         lock.unlock();
         std::exception_ptr failure;

@@ -13,6 +13,9 @@
 #include <vector>
 
 constexpr std::size_t CHUNK_BYTES = 1 << 20; // small enough to cancel between two of them
+constexpr std::size_t HASH_BUFFERS = 16;     // of a chunk each
+// Below this a file is hashed sooner than another thread wakes up.
+constexpr std::size_t SMALL_FILE_BYTES = 64 << 10;
 
 // Used file by file: BeginFile, then NextBuffer and AddChunk for each chunk, then EndFile; Finish once for all. What the
 // hashing failed with is thrown by the next call that waits for it.
@@ -35,8 +38,6 @@ public:
     [[nodiscard]] std::vector<CString> Finish();
 
 private:
-    static constexpr std::size_t BUFFERS = 4;
-
     struct Chunk
     {
         std::size_t size = 0; // 0 ends the file
@@ -49,7 +50,7 @@ private:
     void HashQueued(const Chunk& chunk, const unsigned char* bytes);
     void Note(std::size_t file, const CString& hash);
 
-    std::array<std::unique_ptr<unsigned char[]>, BUFFERS> m_buffers;
+    std::array<std::unique_ptr<unsigned char[]>, HASH_BUFFERS> m_buffers;
     Sha256 m_smallFile;      // of the caller's thread
     Sha256 m_queuedFile;     // of the other thread
     bool m_hasBegun = false; // the file under way has a chunk
@@ -58,9 +59,9 @@ private:
 
     std::mutex m_mutex; // guards what follows
     std::condition_variable m_changed;
-    std::array<Chunk, BUFFERS> m_chunks; // one for each buffer
-    std::size_t m_queued = 0;            // chunks so far, changed by the caller's thread alone
-    std::size_t m_hashed = 0;            // of them
+    std::array<Chunk, HASH_BUFFERS> m_chunks; // one for each buffer
+    std::size_t m_queued = 0;                 // chunks so far, changed by the caller's thread alone
+    std::size_t m_hashed = 0;                 // of them
     std::vector<CString> m_hashes;
     std::exception_ptr m_failure;
     bool m_isStopping = false;

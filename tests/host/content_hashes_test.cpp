@@ -88,16 +88,15 @@ private:
 };
 
 constexpr NTSTATUS FAILED_HASH = static_cast<NTSTATUS>(0xC0000001);
-constexpr std::size_t QUEUED_BYTES = 64 << 10;
 
 // A manifest with the hash of another file, or of half a file, makes good deployments look damaged.
 TEST(ContentHashes, ComeInTheOrderOfTheFilesWhateverTheirSize)
 {
     std::vector<std::string> files;
     for (const std::size_t size :
-         {std::size_t{0}, CHUNK_BYTES, std::size_t{1}, QUEUED_BYTES - 1, QUEUED_BYTES, QUEUED_BYTES + 1,
-          CHUNK_BYTES - 1, std::size_t{0}, CHUNK_BYTES + 1, 2 * CHUNK_BYTES, 9 * CHUNK_BYTES + 17,
-          std::size_t{2}, 4 * CHUNK_BYTES, std::size_t{0}}) {
+         {std::size_t{0}, CHUNK_BYTES, std::size_t{1}, SMALL_FILE_BYTES - 1, SMALL_FILE_BYTES,
+          SMALL_FILE_BYTES + 1, CHUNK_BYTES - 1, std::size_t{0}, CHUNK_BYTES + 1, 2 * CHUNK_BYTES,
+          9 * CHUNK_BYTES + 17, std::size_t{2}, 4 * CHUNK_BYTES, std::size_t{0}}) {
         files.push_back(BytesOfSize(size, static_cast<unsigned>(files.size())));
     }
     CContentHashes hashes;
@@ -130,7 +129,7 @@ TEST(ContentHashes, OfASmallFileThatGrowsWhileItIsReadIsThatOfAllThatWasRead)
     EXPECT_EQ(hashes.Finish(), std::vector<CString>{HashOf(bytes)});
 }
 
-// However large a file is and however slow the hashing: four buffers, none of them overwritten too early.
+// However large a file is and however slow the hashing: so many buffers, none of them overwritten too early.
 TEST(ContentHashes, NeedNoMoreMemoryForALargerFile)
 {
     const std::string bytes = BytesOfSize(40 * CHUNK_BYTES, 3);
@@ -138,7 +137,7 @@ TEST(ContentHashes, NeedNoMoreMemoryForALargerFile)
     std::set<unsigned char*> buffers;
     AddFile(hashes, bytes, &buffers);
     EXPECT_EQ(hashes.Finish(), std::vector<CString>{HashOf(bytes)});
-    EXPECT_EQ(buffers.size(), 4u);
+    EXPECT_EQ(buffers.size(), HASH_BUFFERS);
 }
 
 // The first chunk isn't hashed before three more are read: if the copying waited for it, neither would ever go on.
@@ -186,7 +185,7 @@ TEST(ContentHashes, ThatFailStopTheCopyingAtOneOfTheNextChunks)
         ADD_FAILURE() << "nothing was thrown";
     } catch (const BuildFailure& failure) {
         EXPECT_HOLDS(failure.message, L"Windows could not compute SHA-256");
-        EXPECT_LE(chunks, 4);
+        EXPECT_LE(chunks, static_cast<int>(HASH_BUFFERS));
     }
 }
 
@@ -229,8 +228,8 @@ struct SizedFile
 constexpr SizedFile g_files[] = {
     {L"nothing.dat", 0},
     {L"one.dat", 1},
-    {L"below queue.dat", QUEUED_BYTES - 1},
-    {L"queue.dat", QUEUED_BYTES},
+    {L"below queue.dat", SMALL_FILE_BYTES - 1},
+    {L"queue.dat", SMALL_FILE_BYTES},
     {L"below chunk.dat", CHUNK_BYTES - 1},
     {L"chunk.dat", CHUNK_BYTES},
     {L"above chunk.dat", CHUNK_BYTES + 1},
@@ -256,6 +255,31 @@ TEST(HashedBuild, CopiesAndListsFilesOfAnySizeByTheirBytes)
                              L" " + path + L"\r\n";
         EXPECT_NE(manifest.find(Utf8(line)), std::string::npos) << Utf8(line) << manifest;
     }
+}
+
+// Nothing but large files first and small ones afterwards would leave one of two processors idle in turns.
+TEST(HashedBuild, CopiesSmallFilesBetweenThePartsOfALargeOne)
+{
+    ProductOptions options;
+    options.bytesOfLargeFile = 40 << 20;
+    TestBuild build(options);
+    for (int number = 0; number < 20; ++number) {
+        WriteBytes(build.Media() + L"\\x64\\Zolt\\small" + NumberText(number) + L".dat", "small");
+    }
+    const DWORD own = GetCurrentThreadId();
+    std::atomic<int> chunks = 0;
+    std::vector<int> chunksBefore; // of the large file, when a small one is hashed
+    const CHashingRedirect redirect([&](ULONG size) -> NTSTATUS {
+        chunks += size == CHUNK_BYTES ? 1 : 0;
+        if (GetCurrentThreadId() == own && size == 5) {
+            chunksBefore.push_back(chunks);
+        }
+        return 0;
+    });
+    ASSERT_EQ(build.Build().error.code, 0u);
+    ASSERT_EQ(chunksBefore.size(), 20u);
+    EXPECT_LT(chunksBefore[2], 36) << "the first small files came after the large one";
+    EXPECT_GT(chunksBefore[17], 8) << "the small files came before the large one";
 }
 
 // The program's window lives on the thread that is told.
@@ -284,7 +308,7 @@ TEST(HashedBuild, ThatCannotHashFailsAndLeavesNothing)
     for (const bool large : {false, true}) {
         TestBuild build;
         const CHashingRedirect redirect(
-            [&](ULONG size) { return (size >= QUEUED_BYTES) == large ? FAILED_HASH : 0; });
+            [&](ULONG size) { return (size >= SMALL_FILE_BYTES) == large ? FAILED_HASH : 0; });
         const BuildResult result = build.Build();
         EXPECT_EQ(result.error.code, unsigned{BUILD_INSTALLER_FAILED}) << large;
         EXPECT_HOLDS(result.error.message, L"Windows could not compute SHA-256 (status ");
@@ -297,7 +321,7 @@ TEST(HashedBuild, ThatCannotHashFailsAndLeavesNothing)
 TEST(HashedBuild, IsCanceledInTheMiddleOfAFileThatIsHashedBeside)
 {
     ProductOptions options;
-    options.bytesOfLargeFile = 20 << 20;
+    options.bytesOfLargeFile = 40 << 20;
     TestBuild build(options);
     std::atomic<int> hashed = 0;
     const CHashingRedirect redirect([&](ULONG size) -> NTSTATUS {
@@ -313,8 +337,8 @@ TEST(HashedBuild, IsCanceledInTheMiddleOfAFileThatIsHashedBeside)
     };
     EXPECT_EQ(build.Build().error.code, unsigned{BUILD_CANCELLED});
     EXPECT_GT(seen, std::uint64_t{CHUNK_BYTES});
-    EXPECT_LT(seen, std::uint64_t{20 << 20});
-    EXPECT_LT(hashed, 16) << "hashing went on";
+    EXPECT_LT(seen, std::uint64_t{40 << 20});
+    EXPECT_LT(hashed, 36) << "hashing went on";
     EXPECT_FALSE(Exists(build.Target()));
     EXPECT_EQ(Leftovers(build.Location(), L"Office"), std::vector<CString>());
 }
