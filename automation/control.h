@@ -1,4 +1,4 @@
-// Reads and drives a control as a person would: what is hidden or disabled can't be used, an edit tells its parent of
+// Reads and drives a control as a person would: what is hidden or disabled can't be used, an edit notifies its parent of
 // what was typed, a button is pressed through the message queue, so that it may open a box without holding the caller
 // up. List, combo and tree controls have more in list_control.h and tree_control.h.
 #pragma once

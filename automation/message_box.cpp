@@ -53,7 +53,7 @@ bool ReadStatic(HWND control, BoxParts& parts)
     return true;
 }
 
-// Nothing tells a message box from another dialog but its make: an icon, one text, and buttons with standard ids.
+// A message box differs from another dialog by its make alone: an icon, one text, and buttons with standard ids.
 std::optional<BoxParts> ReadParts(HWND window)
 {
     if (WindowClass(window) != CString(L"#32770"))

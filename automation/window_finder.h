@@ -1,4 +1,4 @@
-// Finds the windows of a thread of this process and tells what they are, for people and for error texts.
+// Finds the windows of a thread of this process and says what they are, for people and for error texts.
 #pragma once
 
 #include "base/string.h"

@@ -17,7 +17,7 @@ using PropertyStore = std::vector<StoredProperty>; // in the order of the first 
 
 // Null when the store has no such name.
 [[nodiscard]] const CString* FindProperty(const PropertyStore& store, const CString& name);
-// An empty value is a value: pages tell it from none.
+// An empty value is a value: pages distinguish it from none.
 void StoreProperty(PropertyStore& store, const CString& name, const CString& value);
 
 struct StoredPatch

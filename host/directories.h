@@ -36,7 +36,7 @@ public:
     bool GetSourcePath(const wchar_t* directory, wchar_t* buffer, unsigned int* size) override;
     const DirectoryMap& GetDirectories() override;
 
-    // The target path of a key as the database stands now; empty when it can't be told. `known` says whether there
+    // The target path of a key as the database stands now; empty when it can't be read. `known` says whether there
     // is such a directory.
     CString FindTargetPath(const CString& key, bool& known);
 

@@ -12,7 +12,7 @@
 
 namespace {
 
-// Where a package tells which properties it goes by: their names, and the texts and conditions of what it does.
+// Where a package says which properties it goes by: their names, and the texts and conditions of what it does.
 constexpr const wchar_t* QUERIES[] = {
     L"SELECT `Property`,`Value` FROM `Property`", // AdminProperties and others are lists of names
     L"SELECT `Property` FROM `AppSearch`",

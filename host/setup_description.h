@@ -1,5 +1,5 @@
 // What the media says of itself: Setup.xml as data, and the rules that make it from the file's elements. The form is
-// told in docs/setup-xml.md.
+// described in docs/setup-xml.md.
 #pragma once
 
 #include "host/xml_events.h"

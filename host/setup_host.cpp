@@ -54,7 +54,7 @@ public:
 private:
     CWorkFolder m_work; // removed after the databases in it are closed
     // Each page loads the language's texts for its own time; held here, they are mapped once. A missing library is
-    // told by the page that needs it.
+    // reported by the page that needs it.
     CModuleOwner m_texts{::LoadLibraryW(CHostLangMgr::Object().GetWizTextPath() + L"WizText.dll")};
     CSetupLog m_log;
     std::unique_ptr<CHostSetupManager> m_manager;

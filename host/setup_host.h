@@ -45,7 +45,7 @@ struct TargetVerdict
     CString strProduct;            // name and version
     FILETIME builtAt = {};
     // Files that were added to it or changed in it since it was built, by relative paths. They are kept beside the new
-    // deployment; so is all of it when it has no manifest that could tell them.
+    // deployment; so is all of it when it has no manifest that names them.
     std::vector<CString> ownFiles;
     bool bKeptWhole = false;
     CString strStamp; // the host's own mark of it
@@ -62,7 +62,7 @@ public:
     virtual const std::vector<FlowPage>& GetFlow() = 0;
     // True when the media wants the pages that exist as tabs to stand together in one dialog.
     virtual bool OffersConfigure() = 0;
-    // The products of the deployment, opened if they aren't; empty when that fails, which the log tells. Both the
+    // The products of the deployment, opened if they aren't; empty when that fails, which the log reports. Both the
     // vector and what it points to change with the begin page.
     virtual const std::vector<CProduct*>& GetProducts() = 0;
 

@@ -1,4 +1,4 @@
-// The folder of the working copies: a fresh one for each opened host, gone with it. A lock file tells the next start
+// The folder of the working copies: a fresh one for each opened host, gone with it. A lock file shows the next start
 // which folders still have an owner.
 #pragma once
 

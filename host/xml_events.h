@@ -27,7 +27,7 @@ public:
     // Called for each element; false ends the reading, GetFault says why.
     virtual bool OnElement(const CString& name, const std::vector<XmlAttribute>& attributes, int line) = 0;
     virtual bool OnElementEnd() = 0;
-    // Text between elements, in pieces; blank text is told as well.
+    // Text between elements, in pieces; blank text is reported as well.
     virtual bool OnText(const CString& text, int line) = 0;
     virtual XmlFault GetFault() const = 0;
 
@@ -35,6 +35,6 @@ protected:
     ~IXmlEvents() = default;
 };
 
-// Feeds the document to the rules. DTDs are refused, names with a prefix are told as they stand. The fault is that
+// Feeds the document to the rules. DTDs are refused, names with a prefix are reported as they stand. The fault is that
 // of the first look (xml_scan.h), of the parser or of the rules.
 [[nodiscard]] XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events);

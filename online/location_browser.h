@@ -16,6 +16,6 @@ struct LocationKind
 extern const LocationKind LIST_LOCATION_KIND;
 extern const LocationKind FEED_LOCATION_KIND;
 
-// True when a file of the kind was picked. Tells the user of a file of another kind.
+// True when a file of the kind was picked. Warns the user of a file of another kind.
 [[nodiscard]] bool BrowseForLocation(HWND owner, const LocationKind& kind, const CString& productName,
                                      CString& path);

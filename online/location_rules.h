@@ -32,7 +32,7 @@ protected:
 // From the last "." to the end: ".npl". Without a "." the whole text.
 [[nodiscard]] CString TextFromLastDot(const CString& path);
 
-// True when the path ends in one of the extensions, told with their dot, whatever the case.
+// True when the path ends in one of the extensions, given with their dot, whatever the case.
 [[nodiscard]] bool HasExtension(const CString& path, std::initializer_list<const wchar_t*> extensions);
 
 // The server of a network path: "server" for "\\server\share".

@@ -132,7 +132,7 @@ bool CNoticeDeskFeedBoardPageBase<T, Impl>::AcceptFeed(const NoticeSettings& set
            Accept(JudgeFeed(CheckFeedLocation(settings.strFeedLocation, CLocationProbe())), m_feedLocation);
 }
 
-// Tells or asks the user. A location that isn't accepted is there to be typed anew.
+// Informs or asks the user. A location that isn't accepted is there to be typed anew.
 template <class T, template <class> class Impl>
 bool CNoticeDeskFeedBoardPageBase<T, Impl>::Accept(const LocationVerdict& verdict, CEdit edit)
 {

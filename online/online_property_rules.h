@@ -13,7 +13,7 @@ class IPropertyStore
 public:
     // Empty when there is no such property and when it can't be read.
     [[nodiscard]] virtual CString Read(const wchar_t* name) = 0;
-    // Failures aren't told: the pages show none.
+    // Failures aren't reported: the pages show none.
     virtual void Write(const wchar_t* name, const CString& value) = 0;
 
 protected:

@@ -19,7 +19,7 @@ CString CDatabasePropertyStore::Read(const wchar_t* name)
 {
     wchar_t value[PROPERTY_CAPACITY] = {};
     // The result doesn't matter: a missing property leaves the buffer empty, and the beginning of a long value is
-    // enough to tell that it is neither empty nor "#0".
+    // enough to see that it is neither empty nor "#0".
     static_cast<void>(ReadTableValue(m_hDatabase, L"Property", name, value, PROPERTY_CAPACITY));
     return value;
 }

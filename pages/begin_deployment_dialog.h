@@ -71,7 +71,7 @@ private:
     enum class Verdict
     {
         Passed,
-        Refused,  // an error was told: Next waits for an edit
+        Refused,  // an error was shown: Next waits for an edit
         Declined, // the user answered No: Next may be pressed again
     };
     Verdict CheckChoice();

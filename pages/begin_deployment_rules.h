@@ -54,5 +54,5 @@ enum class BeginLayout
 // True for the results that a deployment's location may have.
 [[nodiscard]] bool IsLocationUsable(PathCheckResult result);
 
-// The string that tells why it can't be used.
+// The string that says why it can't be used.
 [[nodiscard]] unsigned int LocationErrorId(PathCheckResult result);

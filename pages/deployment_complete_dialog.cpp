@@ -18,7 +18,7 @@ RenderFormat ResultFormat()
 
 } // namespace
 
-// Tells that the deployment stands, and where.
+// Reports that the deployment stands, and where.
 class CDeploymentCompleteDialog : public CWizardPageImpl<CDeploymentCompleteDialog>
 {
 public:

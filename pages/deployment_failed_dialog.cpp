@@ -5,7 +5,7 @@
 #include "frame/wizard_page.h"
 #include "include/rollout_ui.h"
 
-// Tells why no deployment came of it, and where the log lies.
+// Shows why no deployment came of it, and where the log lies.
 class CDeploymentFailedDialog : public CWizardPageImpl<CDeploymentFailedDialog>
 {
 public:

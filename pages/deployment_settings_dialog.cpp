@@ -144,7 +144,7 @@ void CDeploymentSettingsDialog::ReadLogFolder()
 
 void CDeploymentSettingsDialog::WriteLogFolder()
 {
-    const CString text = m_strLogFolder; // the edit tells of its change at once, which sets the member anew
+    const CString text = m_strLogFolder; // the edit reports its change at once, which sets the member anew
     if (!::SetDlgItemTextW(m_hWnd, IDC_LOG_FOLDER, text)) {
         ::MessageBeep(static_cast<UINT>(-1));
         m_logFolder.SetFocus();

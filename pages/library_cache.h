@@ -5,7 +5,7 @@
 
 #include <map>
 
-// One for the process, made when it is first asked for. It is never freed: nothing tells when the last caller is done
+// One for the process, made when it is first asked for. It is never freed: nothing says when the last caller is done
 // with a function, and the system drops the libraries with the process.
 class CLibraryCache
 {

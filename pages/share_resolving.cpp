@@ -20,7 +20,7 @@ constexpr DWORD CONNECTION_CAPACITY = 520; // characters
 constexpr DWORD RESOURCE_BYTES = 480;
 constexpr DWORD NAME_CAPACITY = 260; // characters, or bytes of a system without wide calls
 
-// What a system of the other kind tells of a share (its header names it share_info_50).
+// What a system of the other kind reports of a share (its header names it share_info_50).
 #pragma pack(push, 1)
 struct ShareInfo50
 {
@@ -68,7 +68,7 @@ int WidePathOfShare(CString& out, const CString& name)
 {
     const auto getInfo = FindCall<WideShareCall>(L"netapi32.dll", L"NetShareGetInfo");
     if (!getInfo) {
-        return 0; // told already; the look-up of the next would tell of the same library again
+        return 0; // reported already; the look-up of the next would report the same library again
     }
     const auto freeBuffer = FindCall<BufferFreeCall>(L"netapi32.dll", L"NetApiBufferFree");
     if (!freeBuffer) {

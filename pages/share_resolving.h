@@ -4,7 +4,7 @@
 #include "pages/share_rules.h"
 
 // 1 with the network form in `out`: a network path as it is, a path on a mapped drive by its share, a local path by
-// this computer's own shares. Otherwise 0, with `out` empty. No failure is told.
+// this computer's own shares. Otherwise 0, with `out` empty. No failure is reported.
 [[nodiscard]] int ResolveNetworkPath(CString& out, const CString& in);
 
 // The steps of the above: 1 when the drive of `in` is mapped; 1 when the shares could be listed, which a network that

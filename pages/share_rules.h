@@ -1,4 +1,4 @@
-// How a path on a drive is told as a path on the network: the parts that ask nothing of the system.
+// How a path on a drive becomes a path on the network: the parts that ask nothing of the system.
 #pragma once
 
 #include "base/string.h"

@@ -157,7 +157,7 @@ rollout_build_native() {
 
 mkdir -p "$ROLLOUT_BUILD"
 
-# The sample's answers are for media whose flow has all of the pages answered there. A lone package tells no flow.
+# The sample's answers are for media whose flow has all of the pages answered there. A lone package has no flow.
 rollout_default_answers() {
     local description
     for description in "$1/Setup.xml" "$1/Image/Setup.xml"; do

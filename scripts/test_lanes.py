@@ -5,7 +5,7 @@ import re
 import subprocess
 import threading
 
-# The line of a GoogleTest program that tells what becomes of a test.
+# The line of a GoogleTest program that says what becomes of a test.
 TEST_LINE = re.compile(r"\[ +(RUN|OK|FAILED|SKIPPED) +\] ([\w/.]+)")
 
 

@@ -36,12 +36,12 @@ SYSTEM_FOLDERS = {
 }
 REGISTRY_ROOTS = {"0": "HKCR", "1": "HKCU", "2": "HKLM", "3": "HKU"}
 SHARED_COMPONENT, PERMANENT_COMPONENT, SIXTY_FOUR_BIT_COMPONENT = 8, 16, 256
-# Kinds of custom actions that run a program, a library or a script, whose work no table tells.
+# Kinds of custom actions that run a program, a library or a script, whose work no table shows.
 RUNNING_ACTIONS = (1, 2, 5, 6)
 COMMAND_SECONDS = 300  # the slowest seen took 20
 REPORT_SECONDS = 10
 LOG_LINES = 3
-# Of thousands of lines in a log those that tell how it went.
+# Of thousands of lines in a log those that say how it went.
 TELLING_LINE = re.compile(r"^(Action ended|Product: |.*-- (Installation|Configuration) |MSI .*returning|Error )")
 
 

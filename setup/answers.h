@@ -9,7 +9,7 @@
 
 #include <vector>
 
-// Where an answer came from, to be told when its page refuses it.
+// Where an answer came from, to be named when its page refuses it.
 struct AnswerOrigin
 {
     CString strSource; // the file's path, or the option

@@ -21,7 +21,7 @@ struct BoxVerdict
     const PageAnswer* pRefused = nullptr;    // Refused: the answer that is to blame, null for a default
 };
 
-// `text` is the box's, `asks` tells whether it offers more than OK, `loadString` gives the page library's texts by id.
+// `text` is the box's, `asks` says whether it offers more than OK, `loadString` gives the page library's texts by id.
 // `page` may be null when nothing is answered there.
 BoxVerdict JudgeBox(const CString& section, const PageAnswers* page, const CString& text, bool asks,
                     const std::function<CString(unsigned int)>& loadString);

@@ -89,7 +89,7 @@ LRESULT CBuildDialog::OnProgress(UINT, WPARAM, LPARAM, BOOL&)
 
 LRESULT CBuildDialog::OnDone(UINT, WPARAM, LPARAM, BOOL&)
 {
-    ShowProgress(); // the last step may not have been told yet
+    ShowProgress(); // the last step may not have been reported yet
     m_bDone = true;
     if (m_bAsking) {
         CloseQuestion(); // there is nothing left to cancel; OnCancel then ends the dialog

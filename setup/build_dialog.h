@@ -57,7 +57,7 @@ private:
 
     CTaskbarProgress m_taskbar;
     BuildSnapshot m_shown;
-    ULONGLONG m_bytesSince = 0; // tick count when the first byte was told
+    ULONGLONG m_bytesSince = 0; // tick count when the first byte was reported
     int m_thousandths = -1;
     bool m_bMarquee = false;
     bool m_bAsking = false; // the cancel question is up

@@ -31,7 +31,7 @@ void CBuildWorker::Start(HWND window, BuildFunction build)
 
 BuildSnapshot CBuildWorker::GetSnapshot()
 {
-    m_bNotified = false; // before the copy: what comes after it is told by a message of its own
+    m_bNotified = false; // before the copy: what comes after it is reported by a message of its own
     const std::lock_guard lock(m_mutex);
     return m_snapshot;
 }

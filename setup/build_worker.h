@@ -26,7 +26,7 @@ struct BuildSnapshot
     CString strFile;
     std::uint64_t bytesDone = 0;
     std::uint64_t bytesTotal = 0;
-    int nStep = 0; // counts the steps, so that one of the same words is told again
+    int nStep = 0; // counts the steps, so that one of the same words is reported again
 };
 
 class CBuildWorker final : private IBuildProgress

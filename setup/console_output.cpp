@@ -23,7 +23,7 @@ void CConsoleOutput::WriteLine(const CString& text)
     if (!IsOpen()) {
         return;
     }
-    // Nobody is left to be told when the output itself fails.
+    // Nobody is left to be warned when the output itself fails.
     DWORD written = 0;
     if (m_bIsConsole) {
         const CString line = text + L"\r\n";

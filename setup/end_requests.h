@@ -1,5 +1,5 @@
 // Requests from outside to end the run: Ctrl+C in the console that it writes to, and the end of the user's session. While
-// a page asks whether to cancel, and once it was told to, both have to wait, so that no run ends in two ways at once.
+// a page asks whether to cancel, and once it was asked to, both have to wait, so that no run ends in two ways at once.
 #pragma once
 
 #include "window/message_map.h"

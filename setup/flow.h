@@ -42,7 +42,7 @@ public:
     void UseProducts(int count);
 
     // With true, the pages that exist as tabs are no longer shown one by one: the configure dialog comes once, where
-    // the first of them stands. May change with every page, as only the begin page tells what is to be done.
+    // the first of them stands. May change with every page, as only the begin page decides what is to be done.
     void OfferConfigure(bool offered) { m_bConfigure = offered; }
 
     // False when there is nothing to choose, so that a build could only be wrong.

@@ -1,4 +1,4 @@
-// Setup.exe: reads the command line, runs the wizard in a guarded process, tells how it ended.
+// Setup.exe: reads the command line, runs the wizard in a guarded process, reports how it ended.
 #include "base/handle.h"
 #include "base/scope_exit.h"
 #include "setup/answers_input.h"

@@ -15,7 +15,7 @@ public:
 
     // The empty text, or why the folder can't be made.
     [[nodiscard]] CString Prepare() const;
-    // `suffix` follows the page's name. A picture that fails is told in the log; the run goes on.
+    // `suffix` follows the page's name. A picture that fails is noted in the log; the run goes on.
     void Take(HWND window, const CString& page, const wchar_t* suffix = L"");
 
 private:

@@ -10,7 +10,7 @@
 
 #include <windows.h>
 
-// What a page tells its parent.
+// What a page reports to its parent.
 class IPageViewEvents
 {
 public:

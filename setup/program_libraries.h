@@ -1,5 +1,5 @@
 // The program's libraries, loaded by full path from the program's folder when they are needed, so that a missing one
-// is told in words instead of by the system's loader.
+// is reported in words instead of by the system's loader.
 //
 //   CHostLibrary   WizCore.dll, which opens media
 //   CPageLibrary   RolloutUi.dll, which shows pages

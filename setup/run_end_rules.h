@@ -13,7 +13,7 @@ constexpr std::uint32_t FAULT_ABORT = 0x40000015; // STATUS_FATAL_APP_EXIT: the 
 // Library and distance from its start, "msi.dll+0x2E450", or the bare address where no library lies.
 [[nodiscard]] CString PlaceText(const CString& library, std::uint64_t offset);
 
-// The steps of a run as its lines tell them: what is indented belongs to the line above. Line 1 "Page begin" and line 2
+// The steps of a run as its lines report them: what is indented belongs to the line above. Line 1 "Page begin" and line 2
 // "  name = Office" give "Page begin, name = Office".
 class CRunSteps
 {

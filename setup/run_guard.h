@@ -1,5 +1,5 @@
 // The process that is started only guards: the wizard runs in a second one of the same program, and this one stays to
-// see how it ends. So a run that crashes, hangs or is ended from outside is told by a process that nothing has happened
+// see how it ends. So a run that crashes, hangs or is ended from outside is reported by a process that nothing has happened
 // to. When the guard goes, the run goes with it.
 #pragma once
 

@@ -77,7 +77,7 @@ void CRunLog::AppendToFile(const CString& text) const
     std::string bytes;
     AppendUtf8(bytes, text + L"\r\n");
     DWORD written = 0;
-    if (file) { // a log that can't be written doesn't change the verdict, which the caller tells in other ways too
+    if (file) { // a log that can't be written doesn't change the verdict, which the caller reports in other ways too
         WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
     }
 }

@@ -1,4 +1,4 @@
-// One line a step, told to the log and, in an unattended run, to the console. Lines that come before the host is open
+// One line a step, written to the log and, in an unattended run, to the console. Lines that come before the host is open
 // wait for it; when it never opens they go to the file of --log by themselves.
 #pragma once
 
@@ -14,7 +14,7 @@ struct RunOutcome
 {
     unsigned int exitCode = 0;
     CString strCause;   // in words; empty for success
-    bool bTold = false; // a window has told the user already
+    bool bTold = false; // a window has shown it to the user already
 };
 
 class CRunLog
@@ -29,7 +29,7 @@ public:
     void Line(const CString& text);
     // For words that the user asked for: to the console, never to the log.
     void Say(const CString& text) { m_console.WriteLine(text); }
-    // False when words would go nowhere, so that a window has to tell them.
+    // False when words would go nowhere, so that a window has to show them.
     bool HasConsole() const { return m_console.IsOpen(); }
     // The last line: code and cause. Counts once: a run ends where it is known first how.
     void Finish(const RunOutcome& outcome);

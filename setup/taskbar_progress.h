@@ -1,5 +1,5 @@
 // The share that a window shows on its button in the taskbar. Where the shell has no taskbar, nothing happens: the
-// window itself tells the same.
+// window itself shows the same.
 #pragma once
 
 #include "base/com_ptr.h"

@@ -34,7 +34,7 @@ CString WarningLines(const std::vector<CString>& warnings)
     return lines;
 }
 
-// Logs each step before the window is told, which shows the last of those that follow fast on one another.
+// Logs each step before the window is notified, which shows the last of those that follow fast on one another.
 class CLoggedProgress final : public IBuildProgress
 {
 public:
@@ -164,7 +164,7 @@ RunOutcome CWizard::Walk(CWizardFlow& flow)
     if (m_line.bCheck && move.exitCode == SETUP_DONE) {
         return CheckBuild();
     }
-    // The wizard's own pages and boxes have told whatever there was to tell.
+    // The wizard's own pages and boxes have reported whatever there was to report.
     return {move.exitCode,
             move.exitCode == SETUP_CANCELLED && m_strCause.IsEmpty() ? CString(L"canceled") : m_strCause,
             true};

@@ -15,7 +15,7 @@ struct HtmlFontMetrics
     int descent = 0;
 };
 
-// Tells the layout how large things are on the device. Fonts and images are indexes into the document's lists.
+// Answers the layout how large things are on the device. Fonts and images are indexes into the document's lists.
 class IHtmlMeasurer
 {
 public:

@@ -158,7 +158,7 @@ private:
         m_open.push_back(open);
     }
 
-    // Closes the innermost open element of a kind; within the innermost list alone if told so.
+    // Closes the innermost open element of a kind; within the innermost list alone if asked to.
     void CloseNearest(HtmlElement element, bool withinList)
     {
         for (std::size_t index = m_open.size(); index-- > 0;) {

@@ -70,7 +70,7 @@ HtmlColor ReadableDefault(HtmlColor color, HtmlColor background)
 }
 
 // The system's colour of links where it can be read (some schemes give links a light grey), then the usual blue, then
-// the text's own colour: the underline still tells a link.
+// the text's own colour: the underline still marks a link.
 HtmlColor DefaultLinkColor(HtmlColor text, HtmlColor background)
 {
     for (const HtmlColor color : {HtmlColor{GetSysColor(COLOR_HOTLIGHT)}, HtmlColor{RGB(0x00, 0x66, 0xCC)}}) {

@@ -16,7 +16,7 @@
 
 // How a label draws its text. All zero is a valid record: black text on the dialog's face, one line a paragraph.
 // The page's own colours (<body bgcolor text link>, <font color>) win over these; in high contrast the user's win over
-// all. A default text colour that can't be told from the background gives way to black or white.
+// all. A default text colour that can't be distinguished from the background gives way to black or white.
 struct RenderFormat
 {
     float fTextScale = 0;           // factor of the control's font; 0 counts as 1
@@ -32,7 +32,7 @@ struct RenderFormat
     int nMarginVertical = 0;   // likewise; gives way where the text would not fit otherwise
 };
 
-// What a label tells its owner. Called on the label's thread; the label doesn't own the object. The results are not
+// What a label reports to its owner. Called on the label's thread; the label doesn't own the object. The results are not
 // looked at.
 struct ISlimHtmlNotify
 {

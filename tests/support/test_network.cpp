@@ -81,7 +81,7 @@ CString DeviceFolder()
     return PrefixFolder() + L"dosdevices\\";
 }
 
-// The request by which winecfg tells the mount manager of a drive; the texts follow the record.
+// The request by which winecfg registers a drive with the mount manager; the texts follow the record.
 struct DriveRequest
 {
     ULONG size;

@@ -2,7 +2,7 @@
 //
 // RolloutUi.dll is bound to a host by one imported symbol, CLangMgr::Instance() of WizCore.dll; everything else comes
 // by the PageContext. The page tests supply a library of that name with that one export, as any other host may. The
-// real WizCore.dll can't stand in: its language manager could neither be told to name a folder without a resource
+// real WizCore.dll can't stand in: its language manager could neither be made to name a folder without a resource
 // library nor say in which order it was called between the setup manager's operations. The end-to-end tests run the
 // pages on the real one.
 //
