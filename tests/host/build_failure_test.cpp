@@ -244,7 +244,7 @@ TEST_F(RebuildTest, AFileOfTheOldDeploymentThatIsOpenKeepsItInPlace)
     CFileOwner file;
     OpenWhileCopying(open, file);
     const BuildResult result = m_build.Build();
-    file.Close();
+    file.reset();
     EXPECT_EQ(result.error.code, static_cast<unsigned>(ERROR_SHARING_VIOLATION));
     EXPECT_HOLDS(result.error.message, L"Replacing \"" + open + L"\" failed");
     EXPECT_HOLDS(result.error.message, L"Close it there");
@@ -257,7 +257,7 @@ TEST_F(RebuildTest, ALogOfAFailureLiesBesideTheDeploymentAndSaysWhatToDo)
     CFileOwner file;
     OpenWhileCopying(m_build.Target() + L"\\ReadMe.txt", file);
     EXPECT_EQ(m_build.Build().error.code, 32u);
-    file.Close();
+    file.reset();
     m_build.onStep = nullptr;
     const CString path = m_build.Location() + L"\\Office.Build.log";
     const std::string bytes = ReadBytes(path);

@@ -1,4 +1,5 @@
 // What the host leaves behind, refuses and says: working copies, files that can't be replaced, small messages.
+#include "host/system_reason.h"
 #include "host/xml_limits.h"
 #include "tests/host/through_host.h"
 

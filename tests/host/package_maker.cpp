@@ -1,5 +1,6 @@
 #include "tests/host/package_maker.h"
 
+#include "base/path_text.h"
 #include "host/setup_description.h"
 #include "include/product.h"
 #include "installer/query.h"

@@ -3,6 +3,7 @@
 #include "automation/list_control.h"
 #include "automation/message_box.h"
 #include "automation/window_finder.h"
+#include "base/path_text.h"
 
 namespace {
 

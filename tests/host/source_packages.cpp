@@ -1,5 +1,6 @@
 #include "tests/host/source_packages.h"
 
+#include "base/path_text.h"
 #include "builder/cabinet.h"
 #include "host/setup_description.h"
 

@@ -56,11 +56,11 @@ TEST(BuildManifest, LinesThatAreNotUnderstoodMakeItNoManifest)
         HASH + "  a\r\n",
         HASH + " 12345678901234567890 a\r\n",
         HASH + " 9223372036854775808 a\r\n", // one more than a file can have, written as a negative number
-        HASH.substr(1) + " 1 a\r\n",
+        HASH.substr(1).append(" 1 a\r\n"),
         HASH + "a 1 a\r\n",
-        std::string(64, 'A') + " 1 a\r\n",
-        std::string(64, 'g') + " 1 a\r\n",
-        HASH + " 1 a" + std::string(1, '\0') + "\r\n",
+        std::string(64, 'A').append(" 1 a\r\n"),
+        std::string(64, 'g').append(" 1 a\r\n"),
+        (HASH + " 1 a").append(1, '\0').append("\r\n"),
     };
     for (const std::string& line : lines) {
         EXPECT_FALSE(Read(good + line, entries)) << line;
