@@ -51,15 +51,15 @@ protected:
 TEST_F(ProductsByHand, NextAndBackGoThroughTheirPagesInOrderAndTheStepNamesThem)
 {
     StartWalk();
-    Next(Shown::NoticesPage, FIRST);
     Next(Shown::ResourcesPage, FIRST);
-    Next(Shown::NoticesPage, SECOND);
+    Next(Shown::NoticesPage, FIRST);
     Next(Shown::ResourcesPage, SECOND);
+    Next(Shown::NoticesPage, SECOND);
     Back(Shown::ContactPage, NONE);
-    Back(Shown::ResourcesPage, SECOND);
     Back(Shown::NoticesPage, SECOND);
-    Back(Shown::ResourcesPage, FIRST);
+    Back(Shown::ResourcesPage, SECOND);
     Back(Shown::NoticesPage, FIRST);
+    Back(Shown::ResourcesPage, FIRST);
     ExpectPage(Shown::SettingsPage, NONE);
     StrikeKey(VK_ESCAPE);
     AnswerCancelQuestion('Y');
@@ -69,18 +69,17 @@ TEST_F(ProductsByHand, NextAndBackGoThroughTheirPagesInOrderAndTheStepNamesThem)
 TEST_F(ProductsByHand, WhatIsChosenForOneIsNotChosenForTheOther)
 {
     StartWalk();
-    Next(Shown::NoticesPage, FIRST);
     Next(Shown::ResourcesPage, FIRST);
-    Next(Shown::NoticesPage, SECOND);
+    Next(Shown::NoticesPage, FIRST);
     HWND page = ExpectPage(Shown::ResourcesPage, SECOND);
     EXPECT_TRUE(IsDlgButtonChecked(page, IDC_PARTS_BAY));
     Uncheck(page, IDC_PARTS_BAY);
     StrikeKey('B', {VK_MENU});
-    Back(Shown::NoticesPage, SECOND);
+    Back(Shown::NoticesPage, FIRST);
     page = ExpectPage(Shown::ResourcesPage, FIRST);
     EXPECT_TRUE(IsDlgButtonChecked(page, IDC_PARTS_BAY));
     StrikeKey(VK_RETURN);
-    Next(Shown::NoticesPage, SECOND);
+    Next(Shown::NoticesPage, FIRST);
     page = ExpectPage(Shown::ResourcesPage, SECOND);
     EXPECT_FALSE(IsDlgButtonChecked(page, IDC_PARTS_BAY));
     StrikeKey(VK_ESCAPE);
@@ -91,9 +90,9 @@ TEST_F(ProductsByHand, WhatIsChosenForOneIsNotChosenForTheOther)
 TEST_F(ProductsByHand, CancelOnAPageOfTheSecondLeavesNothing)
 {
     StartWalk();
-    Next(Shown::NoticesPage, FIRST);
     Next(Shown::ResourcesPage, FIRST);
-    ExpectPage(Shown::NoticesPage, SECOND);
+    Next(Shown::NoticesPage, FIRST);
+    ExpectPage(Shown::ResourcesPage, SECOND);
     StrikeKey(VK_ESCAPE);
     AnswerCancelQuestion('Y');
     ExpectEnd(1602, Join({LogOfOpening(), LogOfMode(L"Office"), LogOfCanceledPage()}),

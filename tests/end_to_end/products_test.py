@@ -7,7 +7,7 @@ import shutil
 from wizard import MEDIA, WizardTest, property_of, set_property, text_of, windows_path
 
 PRODUCTS = ("Zolt 2027", "Zolt Viewer 2027")
-PAGES = ("notices", "resources")
+PAGES = ("resources", "notices")
 VIEWER = "x64/ZoltViewer/ZoltViewer2027.msi"
 
 
