@@ -19,23 +19,14 @@ void FlushWhereNeeded(const BuildRun& run, const CFileOwner& file, const CString
     }
 }
 
-// What a file of the old deployment held needn't be read once more to be judged.
-void NoteSourceInOld(const BuildRun& run, const CFileOwner& from, const CString& source, CopiedFile& copied)
-{
-    if (run.replaces && IsSameOrBelow(source, run.target)) {
-        const FILETIME written = LastWriteTime(from, source);
-        copied.strPathInOld = source.Mid(run.target.GetLength() + 1);
-        copied.lastWritten = (std::uint64_t{written.dwHighDateTime} << 32) | written.dwLowDateTime;
-    }
-}
-
 // One file on its way into the staging folder.
 class CFileCopy
 {
 public:
     CFileCopy(BuildRun& run, CopiedFiles& list, const CString& source, const CString& target)
         : m_run(run), m_list(list), m_source(source), m_target(JoinFolder(run.staging, target)),
-          m_from(OpenForReading(source)), m_to(CreateForWriting(m_target))
+          m_from(OpenForReading(source)), m_atOpening(TimesAndAttributes(m_from, m_source)),
+          m_to(CreateForWriting(m_target))
     {
         m_copied.strTarget = target;
         m_list.hashes.BeginFile();
@@ -61,18 +52,31 @@ public:
     {
         m_list.hashes.EndFile();
         FlushWhereNeeded(m_run, m_to, m_target);
-        CopyTimesAndAttributes(m_from, m_to, m_target);
-        NoteSourceInOld(m_run, m_from, m_source, m_copied);
+        SetTimesAndAttributes(m_to, m_atOpening, m_target);
+        NoteSourceInOld();
         m_list.files.push_back(m_copied);
         return m_copied.size;
     }
 
 private:
+    // What a file of the old deployment held needn't be read once more to be judged, unless it was written while it was
+    // read: the bytes on their way are those of no time then.
+    void NoteSourceInOld()
+    {
+        if (m_run.replaces && IsSameOrBelow(m_source, m_run.target) &&
+            TimesAndAttributes(m_from, m_source).LastWriteTime.QuadPart ==
+                m_atOpening.LastWriteTime.QuadPart) {
+            m_copied.strPathInOld = m_source.Mid(m_run.target.GetLength() + 1);
+            m_copied.lastWritten = static_cast<std::uint64_t>(m_atOpening.LastWriteTime.QuadPart);
+        }
+    }
+
     BuildRun& m_run;
     CopiedFiles& m_list;
     CString m_source;
     CString m_target; // full path
     CFileOwner m_from;
+    FILE_BASIC_INFO m_atOpening; // of the source: the times that fit the bytes that are read
     CFileOwner m_to;
     CopiedFile m_copied;
 };

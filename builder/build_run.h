@@ -51,7 +51,7 @@ struct CopiedFile
 {
     CString strTarget; // relative
     std::uint64_t size = 0;
-    CString strPathInOld;          // of its source in the old deployment; empty when it came from elsewhere
+    CString strPathInOld; // of its source in the old deployment; empty: from elsewhere, or edited meanwhile
     std::uint64_t lastWritten = 0; // of that source
 };
 

@@ -111,11 +111,16 @@ void FlushToDisk(const CFileOwner& file, const CString& path)
     Check(!IsFaultDue() && FlushFileBuffers(file.get()), L"Writing", path);
 }
 
-void CopyTimesAndAttributes(const CFileOwner& from, const CFileOwner& to, const CString& path)
+FILE_BASIC_INFO TimesAndAttributes(const CFileOwner& file, const CString& path)
 {
     FILE_BASIC_INFO basic = {};
-    Check(!IsFaultDue() && GetFileInformationByHandleEx(from.get(), FileBasicInfo, &basic, sizeof(basic)),
-          L"Reading times and attributes for", path);
+    Check(!IsFaultDue() && GetFileInformationByHandleEx(file.get(), FileBasicInfo, &basic, sizeof(basic)),
+          L"Reading times and attributes of", path);
+    return basic;
+}
+
+void SetTimesAndAttributes(const CFileOwner& file, FILE_BASIC_INFO basic, const CString& path)
+{
     // Compression and the like belong to the disk that the file came from.
     basic.FileAttributes &= FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
                             FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
@@ -123,7 +128,7 @@ void CopyTimesAndAttributes(const CFileOwner& from, const CFileOwner& to, const 
         basic.FileAttributes = FILE_ATTRIBUTE_NORMAL;
     }
     basic.ChangeTime.QuadPart = 0; // the system's own
-    Check(!IsFaultDue() && SetFileInformationByHandle(to.get(), FileBasicInfo, &basic, sizeof(basic)),
+    Check(!IsFaultDue() && SetFileInformationByHandle(file.get(), FileBasicInfo, &basic, sizeof(basic)),
           L"Setting times and attributes of", path);
 }
 

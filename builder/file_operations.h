@@ -38,8 +38,9 @@ void WriteChunk(const CFileOwner& file, const void* bytes, DWORD size, const CSt
                                        const CString& path);
 // On a share the system reports data that it could not deliver only when asked to flush.
 void FlushToDisk(const CFileOwner& file, const CString& path);
-// Times and attributes; call after the last write.
-void CopyTimesAndAttributes(const CFileOwner& from, const CFileOwner& to, const CString& path);
+[[nodiscard]] FILE_BASIC_INFO TimesAndAttributes(const CFileOwner& file, const CString& path);
+// Call after the last write.
+void SetTimesAndAttributes(const CFileOwner& file, FILE_BASIC_INFO basic, const CString& path);
 [[nodiscard]] FILETIME LastWriteTime(const CFileOwner& file, const CString& path);
 [[nodiscard]] std::uint64_t SizeOfFile(const CString& path);
 

@@ -371,6 +371,60 @@ TEST_F(RebuildTest, WhatIsPutIntoTheOldOneDuringTheBuildIsKept)
     EXPECT_EQ(KeptFiles(m_build.Location()), Tree({{OWN_FILE, "old"}, {L"late.txt", "late"}}));
 }
 
+// A build whose source is the deployment that it replaces; a file is edited there behind what was read of it.
+class EditedSourceTest : public testing::Test
+{
+protected:
+    EditedSourceTest()
+    {
+        EXPECT_EQ(m_build.Build().error.code, 0u);
+        m_build.AllowReplacing();
+        m_build.plan.folders[0].strSource = m_build.Target() + L"\\Image\\x64\\Zolt";
+        m_build.onStep = [](const CString&) { LetTheNextMomentBeTold(); };
+        m_build.onProgress = [this](std::uint64_t done, std::uint64_t total) {
+            if (!m_edited && done > 0) {
+                EXPECT_LT(done, total / 2) << "the file is copied already";
+                EditFirstBytes();
+                m_edited = true;
+            }
+            return true;
+        };
+    }
+
+    // Without another size, and with others reading it.
+    void EditFirstBytes() const
+    {
+        const CFileOwner file(CreateFileW(m_build.Target() + LARGE_FILE, GENERIC_WRITE,
+                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                          OPEN_EXISTING, 0, nullptr));
+        DWORD written = 0;
+        EXPECT_TRUE(WriteFile(file.get(), "EDIT", 4, &written, nullptr)) << GetLastError();
+    }
+
+    static constexpr const wchar_t* LARGE_FILE = L"\\Image\\x64\\Zolt\\Data\\Deep\\large.bin";
+    TestBuild m_build;
+    bool m_edited = false;
+};
+
+TEST_F(EditedSourceTest, WhatIsEditedInTheOldOneWhileItIsCopiedIsKept)
+{
+    std::string edited = ReadBytes(m_build.Target() + LARGE_FILE);
+    edited.replace(0, 4, "EDIT");
+    const BuildResult result = m_build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    ASSERT_TRUE(m_edited);
+    const Tree kept = KeptFiles(m_build.Location());
+    EXPECT_TRUE(kept == Tree({{LARGE_FILE + 1, edited}})) << NamesOf(kept);
+}
+
+TEST_F(EditedSourceTest, TheCopyHasTheTimeOfTheBytesThatWereRead)
+{
+    const std::uint64_t before = EntryOnDisk(m_build.Target() + LARGE_FILE).lastWritten;
+    ASSERT_EQ(m_build.Build().error.code, 0u);
+    ASSERT_TRUE(m_edited);
+    EXPECT_EQ(EntryOnDisk(m_build.Target() + LARGE_FILE).lastWritten, before);
+}
+
 TEST_F(RebuildTest, AFileOfTheSameSizeAndTimeButOtherBytesIsKept)
 {
     const CString path = m_build.Target() + L"\\Image\\x64\\Zolt\\readme.txt";
