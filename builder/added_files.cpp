@@ -222,7 +222,7 @@ std::uint64_t AddedFiles::BytesToPack() const
 {
     std::uint64_t bytes = 0;
     for (const UserFile& file : additions.files) {
-        bytes += additions.bLoose || file.origin == UserFileOrigin::EarlierCabinet ? 0 : file.size;
+        bytes += additions.bLoose ? 0 : file.size;
     }
     return bytes;
 }

@@ -27,7 +27,7 @@ struct AddedFiles
 
     // The database is made anew then: added files may have changed although no row did.
     bool IsNeeded() const { return !additions.IsEmpty(); }
-    // Of the sources that will be packed, without what comes out of earlier cabinets.
+    // Of the files that will be packed, out of earlier cabinets too: those aren't copied, but made anew.
     [[nodiscard]] std::uint64_t BytesToPack() const;
     // What the additions bring into the deployment: loose files with their bytes, and cabinets, whose bytes are those of
     // their contents (BytesToPack).

@@ -4,6 +4,7 @@
 #include "builder/build_decision.h"
 #include "builder/build_names.h"
 #include "builder/cabinet.h"
+#include "builder/copy_scan.h"
 
 #include <windows.h>
 
@@ -117,10 +118,24 @@ TEST_F(DecisionTest, AFileWithoutASourceComesFromTheCabinetOfTheEarlierBuild)
     EXPECT_EQ(file.origin, UserFileOrigin::EarlierCabinet);
     EXPECT_EQ(Utf8(file.strContent), Utf8(PackageFolder() + L"\\TARN0001.cab"));
     EXPECT_EQ(file.size, 3u);
-    EXPECT_EQ(decision.added.BytesToPack(), 0u);
+    EXPECT_EQ(decision.added.BytesToPack(), 3u);
     ASSERT_EQ(decision.added.warnings.size(), 1u);
     EXPECT_GE(decision.added.warnings[0].Find(L"is not on this computer"), 0)
         << Utf8(decision.added.warnings[0]);
+}
+
+TEST_F(DecisionTest, FilesOfAnEarlierCabinetCountForTheRoomAndTheProgress)
+{
+    constexpr std::uint64_t BYTES = 1u << 20;
+    PutEarlierCabinet(AddGoneFile(L"gone.bin"), std::string(BYTES, 'a'));
+    const std::uint64_t others = ScanSources(build.plan, {}).bytes;
+    std::uint64_t announced = 0; // before the copying, which corrects what was measured wrong
+    build.onProgress = [&](std::uint64_t, std::uint64_t total) {
+        announced = announced == 0 ? total : announced;
+        return true;
+    };
+    ASSERT_EQ(build.Build().error.code, 0u);
+    EXPECT_EQ(announced, others + BYTES + BYTES); // packed, then copied
 }
 
 TEST_F(DecisionTest, TheReportHasTheVendorsRowsForABaseAndTheCopyThePages)
