@@ -220,7 +220,8 @@ void CheckPlan(BuildRun& run)
     }
     run.replaces = CheckTarget(run);
     if (run.replaces) {
-        RequireNothingOpenBelow(run.target); // asked again right before the swap
+        // Asked again right before the swap.
+        RequireNothingOpenBelow(run.target, [&run] { run.meter.Poll(); });
     }
     for (const BuildDatabase& database : run.plan.databases) {
         run.decisions.push_back(FindAdditions(database));

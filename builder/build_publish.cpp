@@ -68,12 +68,12 @@ void JudgeOld(BuildRun& run)
 void Publish(BuildRun& run)
 {
     run.Step(L"Publishing " + run.plan.strName);
-    run.meter.Finish(); // the last moment to cancel
+    run.meter.Finish(); // the last moment to cancel where nothing is replaced
     if (!CheckTarget(run)) {
         RenameFolder(run.staging, run.target);
         return;
     }
-    RequireNothingOpenBelow(run.target);
+    RequireNothingOpenBelow(run.target, [&run] { run.meter.Poll(); }); // here a cancel is still noticed
     RenameFolder(run.target, run.old);
     run.oldIsAside = true;
     try {

@@ -247,13 +247,13 @@ void DeleteTree(const CString& path)
     DeleteEmptyFolder(path);
 }
 
-void RequireNothingOpenBelow(const CString& path)
+void RequireNothingOpenBelow(const CString& path, const std::function<void()>& poll)
 {
     for (const FolderEntry& entry : ListFolder(path)) {
         const CString inner = JoinFolder(path, entry.strName);
         if (entry.IsFolder()) {
             if (!entry.IsLink()) {
-                RequireNothingOpenBelow(inner);
+                RequireNothingOpenBelow(inner, poll);
             }
             continue;
         }
@@ -261,6 +261,7 @@ void RequireNothingOpenBelow(const CString& path)
         const CFileOwner probe = Open(inner, DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
         Check(probe, L"Replacing", inner);
+        poll();
     }
 }
 

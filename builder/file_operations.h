@@ -6,6 +6,7 @@
 #include "base/string.h"
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 struct FolderEntry
@@ -61,8 +62,9 @@ void DeleteOneFile(const CString& path);                 // read-only ones too
 void DeleteEmptyFolder(const CString& path);
 // The folder with all below it. Links are deleted, not followed.
 void DeleteTree(const CString& path);
-// Fails with the first file of the folder that somebody has open in a way that keeps it from being renamed.
-void RequireNothingOpenBelow(const CString& path);
+// Fails with the first file of the folder that somebody has open in a way that keeps it from being renamed. `poll` is
+// called for each file and may throw to stop.
+void RequireNothingOpenBelow(const CString& path, const std::function<void()>& poll);
 
 // The system's words for why an operation on a path failed; when the disk is full, with what is free there.
 [[nodiscard]] CString ReasonFor(unsigned int code, const CString& path);

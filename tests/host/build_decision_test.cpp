@@ -2,6 +2,7 @@
 #include "tests/host/additions_build.h"
 
 #include "builder/build_decision.h"
+#include "builder/build_failure.h"
 #include "builder/build_names.h"
 #include "builder/cabinet.h"
 #include "builder/copy_scan.h"
@@ -303,6 +304,17 @@ TEST_F(DecisionTest, AnOldDeploymentInUseIsRefusedBeforehand)
     EXPECT_EQ(build.steps.back(), L"Checking the location and the media");
     std::vector<CString> told;
     EXPECT_EQ(Utf8(CheckBuild(build.plan, told).message), Utf8(result.error.message));
+}
+
+// Each of its files is opened, which takes minutes on a slow share.
+TEST_F(DecisionTest, ACancelIsNoticedWhileTheFilesOfTheOldDeploymentAreOpened)
+{
+    BuildIt();
+    build.AllowReplacing();
+    build.plan.folders[0].strSource = sources / L"gone"; // what is looked at next, and would fail
+    build.onProgress = [](std::uint64_t, std::uint64_t) { return false; };
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, unsigned{BUILD_CANCELLED}) << Utf8(result.error.message);
 }
 
 TEST_F(DecisionTest, ABuildUnderWayIsReportedByTheCheck)
