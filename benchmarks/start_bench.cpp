@@ -1,11 +1,16 @@
 // The start of Setup.exe up to its first page, and its working set there, beside a bare program with a dialog of the
-// same template. The parent sees the page when a window with the page's Next button is shown and has nothing to paint.
+// same template. The bench sees the page when a window with the page's Next button is shown and has nothing to paint.
+// Setup.exe guards a second process of its own, which shows the pages; both count.
+#include "base/handle.h"
 #include "benchmarks/measurement.h"
 #include "include/resource_ids.h"
 
 #include <windows.h>
 
 #include <psapi.h>
+#include <tlhelp32.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -19,16 +24,34 @@ struct Started
 
 struct Search
 {
-    DWORD process = 0;
+    std::vector<DWORD> processes;
     HWND page = nullptr;
 };
+
+// A program and what it has started itself, by the numbers of the processes.
+std::vector<DWORD> FamilyOf(DWORD program)
+{
+    std::vector<DWORD> family = {program};
+    const CFileOwner processes(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    PROCESSENTRY32W entry = {};
+    entry.dwSize = sizeof(entry);
+    for (BOOL found = Process32FirstW(processes.get(), &entry); found;
+         found = Process32NextW(processes.get(), &entry)) {
+        if (entry.th32ParentProcessID == program && entry.th32ProcessID != program) {
+            family.push_back(entry.th32ProcessID);
+        }
+    }
+    return family;
+}
 
 BOOL CALLBACK LookForPage(HWND window, LPARAM parameter)
 {
     Search& search = *reinterpret_cast<Search*>(parameter);
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
-    if (process != search.process || !IsWindowVisible(window) || !GetDlgItem(window, IDC_NEXT) ||
+    const bool isTheirs =
+        std::find(search.processes.begin(), search.processes.end(), process) != search.processes.end();
+    if (!isTheirs || !IsWindowVisible(window) || !GetDlgItem(window, IDC_NEXT) ||
         !GetDlgItem(window, IDC_SIDE_PANE)) {
         return TRUE;
     }
@@ -36,7 +59,7 @@ BOOL CALLBACK LookForPage(HWND window, LPARAM parameter)
     return FALSE;
 }
 
-// A program that is ended whatever happens.
+// A program that is ended whatever happens, with what it has started.
 class CProgram
 {
 public:
@@ -52,7 +75,13 @@ public:
     }
     ~CProgram()
     {
+        const std::vector<DWORD> family = FamilyOf(m_process.dwProcessId);
         TerminateProcess(m_process.hProcess, 1);
+        for (std::size_t index = 1; index < family.size(); ++index) {
+            const CKernelOwner child(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, family[index]));
+            TerminateProcess(child.get(), 1);
+            WaitForSingleObject(child.get(), INFINITE);
+        }
         WaitForSingleObject(m_process.hProcess, INFINITE);
         CloseHandle(m_process.hThread);
         CloseHandle(m_process.hProcess);
@@ -61,13 +90,15 @@ public:
     CProgram& operator=(const CProgram&) = delete;
 
     // Waits for the page, painted and answering.
-    void AwaitPage(double start) const
+    void AwaitPage(double start)
     {
-        Search search = {m_process.dwProcessId, nullptr};
+        Search search;
         for (;;) {
+            search.processes = FamilyOf(m_process.dwProcessId);
             EnumWindows(LookForPage, reinterpret_cast<LPARAM>(&search));
             if (search.page && !GetUpdateRect(search.page, nullptr, FALSE)) {
                 SendMessageW(search.page, WM_NULL, 0, 0);
+                GetWindowThreadProcessId(search.page, &m_pageProcess);
                 return;
             }
             if (WaitForSingleObject(m_process.hProcess, 1) == WAIT_OBJECT_0) {
@@ -81,24 +112,32 @@ public:
 
     double Megabytes() const
     {
-        // Waiting for input means that the page is at rest.
-        WaitForInputIdle(m_process.hProcess, static_cast<DWORD>(DEADLINE_MILLISECONDS));
-        PROCESS_MEMORY_COUNTERS counters = {};
-        if (!GetProcessMemoryInfo(m_process.hProcess, &counters, sizeof(counters)) ||
-            counters.WorkingSetSize == 0) {
-            throw CannotMeasure{L"The system doesn't tell the working set"};
+        double megabytes = 0;
+        for (const DWORD process : FamilyOf(m_process.dwProcessId)) {
+            const CKernelOwner handle(
+                OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ | SYNCHRONIZE, FALSE, process));
+            if (process == m_pageProcess) { // waiting for input means that the page is at rest
+                WaitForInputIdle(handle.get(), static_cast<DWORD>(DEADLINE_MILLISECONDS));
+            }
+            PROCESS_MEMORY_COUNTERS counters = {};
+            if (!GetProcessMemoryInfo(handle.get(), &counters, sizeof(counters)) ||
+                counters.WorkingSetSize == 0) {
+                throw CannotMeasure{L"The system doesn't report the working set"};
+            }
+            megabytes += static_cast<double>(counters.WorkingSetSize) / (1 << 20);
         }
-        return static_cast<double>(counters.WorkingSetSize) / (1 << 20);
+        return megabytes;
     }
 
 private:
     PROCESS_INFORMATION m_process = {};
+    DWORD m_pageProcess = 0;
 };
 
 Started Start(const CString& commandLine)
 {
     const double start = NowMilliseconds();
-    const CProgram program(commandLine);
+    CProgram program(commandLine);
     program.AwaitPage(start);
     Started started;
     started.milliseconds = NowMilliseconds() - start;
