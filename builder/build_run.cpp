@@ -13,7 +13,10 @@ constexpr unsigned long long TELL_EVERY_MILLISECONDS = 50;
 std::uint32_t NewBuildId()
 {
     GUID guid = {};
-    CoCreateGuid(&guid);
+    if (FAILED(CoCreateGuid(&guid))) {
+        throw BuildFailure{BUILD_INSTALLER_FAILED,
+                           L"Windows could not make a number for this build. Start the build again."};
+    }
     return static_cast<std::uint32_t>(guid.Data1);
 }
 

@@ -1,6 +1,7 @@
 // What a build does besides its files: probes, marks, room, what it counts and when it listens.
 #include "tests/host/additions_build.h"
 #include "tests/host/outside_links.h"
+#include "tests/support/import_redirect.h"
 
 #include "builder/build_check.h"
 #include "builder/build_failure.h"
@@ -283,6 +284,25 @@ TEST_F(AddedDetails, TheRoomForAddedFilesIsNeededToo)
     const auto needed =
         static_cast<long long>((bytes + 5 * MEGABYTE - 1) / MEGABYTE); // with 4 MB for the texts
     EXPECT_HOLDS(result.error.message, L"The deployment needs " + NumberText(needed) + L" MB in ");
+}
+
+// ---- the number of a build
+
+HRESULT STDAPICALLTYPE MakeNoGuid(GUID*)
+{
+    return E_FAIL;
+}
+
+// All such builds had the number 0, and so the same working folders.
+TEST(BuildDetails, ABuildThatGetsNoNumberOfItsOwnIsRefused)
+{
+    TestBuild build;
+    const CImportRedirect redirect(nullptr, "CoCreateGuid", reinterpret_cast<void*>(MakeNoGuid));
+    ASSERT_TRUE(redirect.IsInPlace());
+    const BuildResult result = build.Build();
+    EXPECT_EQ(result.error.code, unsigned{BUILD_INSTALLER_FAILED});
+    EXPECT_HOLDS(result.error.message, L"could not make a number for this build");
+    EXPECT_TRUE(build.steps.empty());
 }
 
 // ---- links
