@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr unsigned long long TELL_EVERY_MILLISECONDS = 50;
+constexpr unsigned long long REPORT_EVERY_MILLISECONDS = 50;
 
 std::uint32_t NewBuildId()
 {
@@ -25,7 +25,7 @@ std::uint32_t NewBuildId()
 void CProgressMeter::Start(std::uint64_t total)
 {
     m_total = total;
-    Tell();
+    Report();
 }
 
 void CProgressMeter::Add(std::uint64_t bytes)
@@ -34,20 +34,20 @@ void CProgressMeter::Add(std::uint64_t bytes)
     if (m_done > m_total) {
         m_total = m_done; // a source grew since it was measured
     }
-    if (GetTickCount64() - m_toldAt >= TELL_EVERY_MILLISECONDS) {
-        Tell();
+    if (GetTickCount64() - m_reportedAt >= REPORT_EVERY_MILLISECONDS) {
+        Report();
     }
 }
 
 void CProgressMeter::Finish()
 {
     m_done = m_total;
-    Tell();
+    Report();
 }
 
-void CProgressMeter::Tell()
+void CProgressMeter::Report()
 {
-    m_toldAt = GetTickCount64();
+    m_reportedAt = GetTickCount64();
     if (!m_progress.OnProgress(m_done, m_total, m_file)) {
         throw BuildFailure{BUILD_CANCELLED, L"The build was canceled. Nothing was changed."};
     }

@@ -12,27 +12,27 @@
 
 #include <memory>
 
-// Tells the caller how far the build is, not oftener than needed, and stops the build when the caller says so.
+// Reports to the caller how far the build is, not oftener than needed, and stops the build when the caller says so.
 class CProgressMeter
 {
 public:
     explicit CProgressMeter(IBuildProgress& progress) : m_progress(progress) {}
 
-    void Start(std::uint64_t total); // told at once
+    void Start(std::uint64_t total); // reported at once
     void SetFile(const CString& file) { m_file = file; }
-    void Add(std::uint64_t bytes); // told when the last time is a while ago
+    void Add(std::uint64_t bytes); // reported when the last time is a while ago
     void Poll() { Add(0); }
-    void Finish(); // told at once, with all bytes done
+    void Finish(); // reported at once, with all bytes done
     void Step(const CString& sentence) { m_progress.OnStep(sentence); }
 
 private:
-    void Tell(); // throws a BuildFailure 1602 when the caller cancels
+    void Report(); // throws a BuildFailure 1602 when the caller cancels
 
     IBuildProgress& m_progress;
     CString m_file;
     std::uint64_t m_done = 0;
     std::uint64_t m_total = 0;
-    unsigned long long m_toldAt = 0; // milliseconds of the system's clock
+    unsigned long long m_reportedAt = 0; // milliseconds of the system's clock
 };
 
 // The text of Build.log: each line with its time.
@@ -65,7 +65,7 @@ struct BuildRun
 {
     BuildRun(const BuildPlan& thePlan, IBuildProgress& theProgress);
 
-    // A step begins: told to the caller and to the log.
+    // A step begins: reported to the caller and in the log.
     void Step(const CString& sentence);
     void Warn(const CString& sentence);
 
