@@ -12,6 +12,7 @@
 #include "builder/scratch_file.h"
 #include "builder/shown_text.h"
 #include "builder/storage_copy.h"
+#include "installer/database.h"
 
 #include <objbase.h>
 
@@ -72,7 +73,7 @@ void FinishCopy(const CString& path, const CString& target, const DatabaseDecisi
 {
     {
         CInstallerHandle copy;
-        CheckInstaller(MsiOpenDatabaseW(path, MSIDBOPEN_TRANSACT, copy.put()), L"Opening the database", path);
+        CheckInstaller(OpenDatabase(path, MSIDBOPEN_TRANSACT, copy), L"Opening the database", path);
         ApplyDifferences(copy.get(), path, decision.edits, decision.wanted, poll);
         CheckInstaller(MsiDatabaseCommit(copy.get()), L"Writing the database", path);
     }
