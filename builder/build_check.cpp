@@ -1,8 +1,7 @@
-#include "base/number_text.h"
-
 // Check: everything that can be told before anything is written.
 #include "builder/build_check.h"
 
+#include "base/number_text.h"
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
 #include "builder/copy_scan.h"
