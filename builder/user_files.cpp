@@ -7,6 +7,7 @@
 #include "builder/named_table.h"
 #include "builder/standard_actions.h"
 #include "builder/user_features.h"
+#include "installer/package_layout.h"
 
 #include <algorithm>
 #include <limits>
@@ -16,8 +17,6 @@
 namespace {
 
 constexpr long long MAX_SHORT = 32767; // the largest value of a column of type i2
-constexpr int FILE_NONCOMPRESSED = 0x2000;
-constexpr int FILE_COMPRESSED = 0x4000;
 
 CString CabinetName(std::size_t number)
 {

@@ -5,8 +5,6 @@ namespace {
 constexpr int WORD_COUNT_SHORT_NAMES = 1;
 constexpr int WORD_COUNT_COMPRESSED = 2;
 constexpr int WORD_COUNT_ADMIN_IMAGE = 4;
-constexpr int FILE_NONCOMPRESSED = 8192;
-constexpr int FILE_COMPRESSED = 16384;
 
 } // namespace
 

@@ -27,6 +27,10 @@ enum class SourcePlace
     Root,    // loose, beside the package
 };
 
+// Marks of a file in `File.Attributes`: what holds for the package doesn't hold for it.
+inline constexpr int FILE_NONCOMPRESSED = 8192;
+inline constexpr int FILE_COMPRESSED = 16384;
+
 // Of the word count of the summary information.
 [[nodiscard]] PackageLayout LayoutOf(int wordCount);
 // Of a file by its `File.Attributes`; a null value counts as 0.
