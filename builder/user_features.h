@@ -4,10 +4,10 @@
 #pragma once
 
 #include "builder/change_report.h"
+#include "installer/user_feature.h"
 
 #include <set>
 
-constexpr wchar_t USER_FEATURE[] = L"_UserDeploymentFile";
 constexpr std::size_t MAX_FEATURE_COMPONENTS = 1600; // the installer's documented limit
 
 // The name of a further feature: `_UserDeploymentFile2` and so on.

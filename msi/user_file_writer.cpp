@@ -1,6 +1,7 @@
 #include "msi/user_file_writer.h"
 
 #include "base/guid_text.h"
+#include "installer/user_feature.h"
 #include "msi/msi_rows.h"
 #include "msi/statement_text.h"
 
@@ -22,12 +23,6 @@ constexpr int CUSTOM_FILE = 0; // Flags of TarnCustomFile
 constexpr int CUSTOM_FOLDER = 2;
 constexpr wchar_t SUBSTITUTE_SUFFIX[] = L"_SUBST"; // of the property that holds a user drive's letter
 constexpr DWORD SHORT_NAME_CAPACITY = 260;
-
-const CString& UserFeature()
-{
-    static const CString name = L"_UserDeploymentFile";
-    return name;
-}
 
 struct UserKey
 {
@@ -85,12 +80,12 @@ bool CUserFileWriter::EnsureUserFeature()
     if (g_bUserFeatureExists) {
         return true;
     }
-    if (Product->m_pFeatureManager && Product->m_pFeatureManager->FindFeature(UserFeature())) {
+    if (Product->m_pFeatureManager && Product->m_pFeatureManager->FindFeature(USER_FEATURE)) {
         g_bUserFeatureExists = true;
         return true;
     }
     FeatureData row;
-    row.Feature = UserFeature();
+    row.Feature = USER_FEATURE;
     row.Title = L"User Deployment Files";
     row.Description = L"User deployment files.";
     row.Display = FEATURE_HIDDEN;
@@ -138,7 +133,7 @@ bool CUserFileWriter::WriteFeatureComponent(const CString& component, MsiRowActi
 {
     FeatureComponentsData row;
     row.m_action = action;
-    row.Feature_ = UserFeature();
+    row.Feature_ = USER_FEATURE;
     row.Component_ = component;
     return row.Execute(Database);
 }
