@@ -6,22 +6,6 @@
 
 #include <algorithm>
 
-namespace {
-
-unsigned int WriteAll(HANDLE file, const std::string& bytes)
-{
-    DWORD written = 0;
-    if (!WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr)) {
-        return GetLastError();
-    }
-    if (written != bytes.size()) {
-        return ERROR_HANDLE_DISK_FULL;
-    }
-    return FlushFileBuffers(file) ? ERROR_SUCCESS : GetLastError();
-}
-
-} // namespace
-
 CString FolderPath(const CString& path)
 {
     CString full;
@@ -71,29 +55,6 @@ unsigned int ReadWholeFile(const CString& path, std::size_t limit, std::string& 
     }
     bytes.resize(read);
     return ERROR_SUCCESS;
-}
-
-unsigned int ReplaceFile(const CString& path, const std::string& bytes)
-{
-    CString beside;
-    beside.Format(L"%s.new-%08X", path.GetString(), GetCurrentProcessId() ^ GetTickCount());
-    unsigned int error;
-    {
-        const CFileOwner file(CreateFileW(FilePath(beside), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                          FILE_ATTRIBUTE_NORMAL, nullptr));
-        if (!file) {
-            return GetLastError();
-        }
-        error = WriteAll(file.get(), bytes);
-    }
-    if (error == ERROR_SUCCESS &&
-        !MoveFileExW(FilePath(beside), FilePath(path), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-        error = GetLastError();
-    }
-    if (error != ERROR_SUCCESS) {
-        DeleteFileW(FilePath(beside));
-    }
-    return error;
 }
 
 unsigned int MakeFolders(const CString& path)

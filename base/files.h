@@ -1,5 +1,5 @@
-// Files and folders as wholes: full paths of any length, whole contents, one-step replacement. Results are the system's
-// codes; the builder has calls of its own, which throw.
+// Files and folders as wholes: full paths of any length, whole contents. Results are the system's codes; the builder has
+// calls of its own, which throw.
 #pragma once
 
 #include "base/string.h"
@@ -14,8 +14,6 @@
 
 // 0, or why the file could not be read. Larger files than `limit` give ERROR_FILE_TOO_LARGE.
 [[nodiscard]] unsigned int ReadWholeFile(const CString& path, std::size_t limit, std::string& bytes);
-// Written beside, flushed and renamed: readers see the old content or the new. 0, or why not; the old one stays then.
-[[nodiscard]] unsigned int ReplaceFile(const CString& path, const std::string& bytes);
 [[nodiscard]] unsigned int MakeFolders(const CString& path);
 // Removes a folder with all in it; read-only files too, links without what they point to.
 void RemoveFolder(const CString& path);

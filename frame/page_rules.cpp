@@ -61,11 +61,6 @@ TabButtons ButtonsToDisable(int index, int total)
     return {index == 0, index == total - 1};
 }
 
-bool IsLinkTarget(const wchar_t* target)
-{
-    return !IsEmptyText(target);
-}
-
 CString LinkFile(const wchar_t* target)
 {
     return TextLength(target) < LINK_CAPACITY - 1 ? CString(target) : CString();

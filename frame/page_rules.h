@@ -42,9 +42,6 @@ struct TabButtons
 };
 [[nodiscard]] TabButtons ButtonsToDisable(int index, int total);
 
-// True when the page shows a link for the target.
-[[nodiscard]] bool IsLinkTarget(const wchar_t* target);
-
 // The target as far as a link opens it: empty from 2084 characters on.
 [[nodiscard]] CString LinkFile(const wchar_t* target);
 

@@ -2,21 +2,7 @@
 
 namespace {
 
-// An item's text of unknown length: the control tells the length first.
-CString ReadItemText(const CWindow& control, UINT lengthMessage, UINT textMessage, int index)
-{
-    const LRESULT length = control.SendMessage(lengthMessage, static_cast<WPARAM>(index));
-    if (length <= 0) {
-        return CString();
-    }
-    CString text;
-    wchar_t* buffer = text.GetBuffer(static_cast<int>(length));
-    control.SendMessage(textMessage, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(buffer));
-    text.ReleaseBuffer();
-    return text;
-}
-
-// Trees and lists don't tell the length: the buffer grows until the text fits with room to spare.
+// Trees and lists don't report the length: the buffer grows until the text fits with room to spare.
 template <class Read>
 CString ReadGrowing(Read read)
 {
@@ -48,12 +34,15 @@ TTTOOLINFOW ToolInfo(HWND window, const RECT& rectangle, const wchar_t* text) no
 
 CString CListBox::GetText(int index) const
 {
-    return ReadItemText(*this, LB_GETTEXTLEN, LB_GETTEXT, index);
-}
-
-CString CComboBox::GetLBText(int index) const
-{
-    return ReadItemText(*this, CB_GETLBTEXTLEN, CB_GETLBTEXT, index);
+    const LRESULT length = SendMessage(LB_GETTEXTLEN, static_cast<WPARAM>(index));
+    if (length <= 0) {
+        return CString();
+    }
+    CString text;
+    wchar_t* buffer = text.GetBuffer(static_cast<int>(length));
+    SendMessage(LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(buffer));
+    text.ReleaseBuffer();
+    return text;
 }
 
 LPARAM CTreeViewCtrl::GetItemData(HTREEITEM item) const noexcept

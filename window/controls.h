@@ -1,6 +1,6 @@
 // Thin wrappers of the system's controls: borrowed handles with the calls that pages make.
 //
-//   CStatic CButton CEdit CListBox CComboBox       the basic controls
+//   CButton CEdit CListBox CComboBox               the basic controls
 //   CProgressBarCtrl CTreeViewCtrl CListViewCtrl   the common controls
 //   CToolTipCtrl                                   tooltips
 //   CImageList                                     a borrowed image list (owner: CImageListOwner)
@@ -11,19 +11,6 @@
 #include <windows.h>
 
 #include <commctrl.h>
-
-class CStatic : public CWindow
-{
-public:
-    using CWindow::CWindow;
-    static const wchar_t* GetWndClassName() noexcept { return WC_STATICW; }
-
-    // The former icon, or null; the control borrows the icon.
-    HICON SetIcon(HICON icon) const noexcept
-    {
-        return reinterpret_cast<HICON>(SendMessage(STM_SETICON, reinterpret_cast<WPARAM>(icon)));
-    }
-};
 
 class CButton : public CWindow
 {
@@ -49,23 +36,6 @@ public:
         SendMessage(EM_SETSEL, static_cast<WPARAM>(first), end);
     }
     void SetSelAll() const noexcept { SetSel(0, -1); }
-    void GetSel(DWORD& first, DWORD& end) const noexcept
-    {
-        SendMessage(EM_GETSEL, reinterpret_cast<WPARAM>(&first), reinterpret_cast<LPARAM>(&end));
-    }
-    // The most units that a user can type; 0 stands for the system's own limit.
-    void SetLimitText(UINT units) const noexcept { SendMessage(EM_SETLIMITTEXT, units); }
-    void SetReadOnly(BOOL readOnly = TRUE) const noexcept
-    {
-        SendMessage(EM_SETREADONLY, static_cast<WPARAM>(readOnly));
-    }
-    BOOL GetModify() const noexcept { return static_cast<BOOL>(SendMessage(EM_GETMODIFY)); }
-    void SetModify(BOOL modified) const noexcept { SendMessage(EM_SETMODIFY, static_cast<WPARAM>(modified)); }
-    // Shown while the edit is empty.
-    void SetCueBanner(const wchar_t* text, BOOL alsoFocused = FALSE) const noexcept
-    {
-        SendMessage(EM_SETCUEBANNER, static_cast<WPARAM>(alsoFocused), reinterpret_cast<LPARAM>(text));
-    }
 };
 
 class CListBox : public CWindow
@@ -109,16 +79,10 @@ public:
     {
         return static_cast<int>(SendMessage(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text)));
     }
-    CString GetLBText(int index) const;
     int GetCurSel() const noexcept { return static_cast<int>(SendMessage(CB_GETCURSEL)); }
     int SetCurSel(int index) const noexcept
     {
         return static_cast<int>(SendMessage(CB_SETCURSEL, static_cast<WPARAM>(index)));
-    }
-    int FindStringExact(const wchar_t* text, int after = -1) const noexcept
-    {
-        return static_cast<int>(
-            SendMessage(CB_FINDSTRINGEXACT, static_cast<WPARAM>(after), reinterpret_cast<LPARAM>(text)));
     }
     LPARAM GetItemData(int index) const noexcept
     {

@@ -121,7 +121,6 @@ public:
     BOOL AddMessageFilter(CMessageFilter* filter) noexcept { return m_filters.Add(filter); }
     BOOL RemoveMessageFilter(CMessageFilter* filter) noexcept { return m_filters.Remove(filter); }
     BOOL AddIdleHandler(CIdleHandler* handler) noexcept { return m_idleHandlers.Add(handler); }
-    BOOL RemoveIdleHandler(CIdleHandler* handler) noexcept { return m_idleHandlers.Remove(handler); }
 
     // Offers the message to the filters, the newest first.
     virtual BOOL PreTranslateMessage(MSG* message);

@@ -1,13 +1,13 @@
 // The message map: which member function answers which message.
 //
 //   CMessageMap                                  the one operation that a map defines
-//   BEGIN_MSG_MAP, ALT_MSG_MAP, END_MSG_MAP      the frame of a map and its alternative sections
+//   BEGIN_MSG_MAP, END_MSG_MAP                   the frame of a map
 //   MESSAGE_HANDLER, MESSAGE_RANGE_HANDLER       LRESULT OnX(UINT, WPARAM, LPARAM, BOOL& handled)
 //   COMMAND_HANDLER and its kin                  LRESULT OnX(WORD code, WORD id, HWND control, BOOL& handled)
 //   NOTIFY_HANDLER and its kin                   LRESULT OnX(int id, NMHDR* header, BOOL& handled)
 //   REFLECTED_...                                the same for messages that the parent reflected
-//   CHAIN_MSG_MAP...                             go on in the map of a base or a member
-//   REFLECT_NOTIFICATIONS                        give a control's notifications back to the control
+//   CHAIN_MSG_MAP                                go on in the map of a base
+//   REFLECT_NOTIFICATIONS                        return a control's notifications to the control
 //
 // `handled` is true when the handler is called; a handler that sets it to false lets the map go on.
 #pragma once
@@ -38,10 +38,6 @@ protected:
         (void)bHandled, (void)hWnd, (void)uMsg, (void)wParam, (void)lParam, (void)lResult;                   \
         switch (dwMsgMapID) {                                                                                \
         case 0:
-
-#define ALT_MSG_MAP(mapId)                                                                                   \
-    break;                                                                                                   \
-    case mapId:
 
 #define END_MSG_MAP()                                                                                        \
     break;                                                                                                   \
@@ -75,37 +71,19 @@ protected:
     MSG_MAP_COMMAND(0, LOWORD(wParam) == (id) && HIWORD(wParam) == (code), func)
 #define COMMAND_ID_HANDLER(id, func) MSG_MAP_COMMAND(0, LOWORD(wParam) == (id), func)
 #define COMMAND_CODE_HANDLER(code, func) MSG_MAP_COMMAND(0, HIWORD(wParam) == (code), func)
-#define COMMAND_RANGE_HANDLER(first, last, func)                                                             \
-    MSG_MAP_COMMAND(0, LOWORD(wParam) >= (first) && LOWORD(wParam) <= (last), func)
-#define COMMAND_RANGE_CODE_HANDLER(first, last, code, func)                                                  \
-    MSG_MAP_COMMAND(0, LOWORD(wParam) >= (first) && LOWORD(wParam) <= (last) && HIWORD(wParam) == (code),    \
-                    func)
 
 #define MSG_MAP_NOTIFY_ID(id) (reinterpret_cast<NMHDR*>(lParam)->idFrom == static_cast<UINT_PTR>(id))
 #define MSG_MAP_NOTIFY_CODE(cd) (reinterpret_cast<NMHDR*>(lParam)->code == static_cast<UINT>(cd))
 #define NOTIFY_HANDLER(id, cd, func) MSG_MAP_NOTIFY(0, MSG_MAP_NOTIFY_ID(id) && MSG_MAP_NOTIFY_CODE(cd), func)
-#define NOTIFY_ID_HANDLER(id, func) MSG_MAP_NOTIFY(0, MSG_MAP_NOTIFY_ID(id), func)
 #define NOTIFY_CODE_HANDLER(cd, func) MSG_MAP_NOTIFY(0, MSG_MAP_NOTIFY_CODE(cd), func)
 
-#define REFLECTED_COMMAND_HANDLER(id, code, func)                                                            \
-    MSG_MAP_COMMAND(reflectionOffset, LOWORD(wParam) == (id) && HIWORD(wParam) == (code), func)
-#define REFLECTED_COMMAND_ID_HANDLER(id, func) MSG_MAP_COMMAND(reflectionOffset, LOWORD(wParam) == (id), func)
 #define REFLECTED_COMMAND_CODE_HANDLER(code, func)                                                           \
     MSG_MAP_COMMAND(reflectionOffset, HIWORD(wParam) == (code), func)
-#define REFLECTED_NOTIFY_HANDLER(id, cd, func)                                                               \
-    MSG_MAP_NOTIFY(reflectionOffset, MSG_MAP_NOTIFY_ID(id) && MSG_MAP_NOTIFY_CODE(cd), func)
-#define REFLECTED_NOTIFY_ID_HANDLER(id, func) MSG_MAP_NOTIFY(reflectionOffset, MSG_MAP_NOTIFY_ID(id), func)
 #define REFLECTED_NOTIFY_CODE_HANDLER(cd, func)                                                              \
     MSG_MAP_NOTIFY(reflectionOffset, MSG_MAP_NOTIFY_CODE(cd), func)
 
-#define CHAIN_MSG_MAP(theBase) CHAIN_MSG_MAP_ALT(theBase, 0)
-#define CHAIN_MSG_MAP_ALT(theBase, mapId)                                                                    \
-    if (theBase::ProcessWindowMessage(hWnd, uMsg, wParam, lParam, lResult, mapId)) {                         \
-        return TRUE;                                                                                         \
-    }
-#define CHAIN_MSG_MAP_MEMBER(member) CHAIN_MSG_MAP_ALT_MEMBER(member, 0)
-#define CHAIN_MSG_MAP_ALT_MEMBER(member, mapId)                                                              \
-    if ((member).ProcessWindowMessage(hWnd, uMsg, wParam, lParam, lResult, mapId)) {                         \
+#define CHAIN_MSG_MAP(theBase)                                                                               \
+    if (theBase::ProcessWindowMessage(hWnd, uMsg, wParam, lParam, lResult)) {                                \
         return TRUE;                                                                                         \
     }
 

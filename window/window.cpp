@@ -47,21 +47,6 @@ BOOL CWindow::DestroyWindow() noexcept
 
 namespace {
 
-BOOL ModifyBits(HWND window, int index, DWORD remove, DWORD add, UINT positionFlags) noexcept
-{
-    const DWORD old = static_cast<DWORD>(GetWindowLongPtrW(window, index));
-    const DWORD bits = (old & ~remove) | add;
-    if (bits == old) {
-        return FALSE;
-    }
-    SetWindowLongPtrW(window, index, static_cast<LONG_PTR>(bits));
-    if (positionFlags != 0) {
-        SetWindowPos(window, nullptr, 0, 0, 0, 0,
-                     SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | positionFlags);
-    }
-    return TRUE;
-}
-
 SIZE SizeOf(const RECT& rectangle) noexcept
 {
     return {rectangle.right - rectangle.left, rectangle.bottom - rectangle.top};
@@ -71,12 +56,17 @@ SIZE SizeOf(const RECT& rectangle) noexcept
 
 BOOL CWindow::ModifyStyle(DWORD remove, DWORD add, UINT positionFlags) const noexcept
 {
-    return ModifyBits(m_hWnd, GWL_STYLE, remove, add, positionFlags);
-}
-
-BOOL CWindow::ModifyStyleEx(DWORD remove, DWORD add, UINT positionFlags) const noexcept
-{
-    return ModifyBits(m_hWnd, GWL_EXSTYLE, remove, add, positionFlags);
+    const DWORD old = GetStyle();
+    const DWORD bits = (old & ~remove) | add;
+    if (bits == old) {
+        return FALSE;
+    }
+    SetWindowLongPtrW(m_hWnd, GWL_STYLE, static_cast<LONG_PTR>(bits));
+    if (positionFlags != 0) {
+        SetWindowPos(nullptr, 0, 0, 0, 0,
+                     SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | positionFlags);
+    }
+    return TRUE;
 }
 
 RECT CWindow::GetWindowRect() const noexcept

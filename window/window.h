@@ -25,12 +25,6 @@ public:
 
     operator HWND() const noexcept { return m_hWnd; }
     void Attach(HWND window) noexcept { m_hWnd = window; }
-    HWND Detach() noexcept
-    {
-        const HWND window = m_hWnd;
-        m_hWnd = nullptr;
-        return window;
-    }
     BOOL IsWindow() const noexcept { return ::IsWindow(m_hWnd); }
     BOOL DestroyWindow() noexcept;
 
@@ -80,7 +74,6 @@ public:
 
     // Style bits: those of `remove` go, those of `add` come. False when nothing changed.
     BOOL ModifyStyle(DWORD remove, DWORD add, UINT positionFlags = 0) const noexcept;
-    BOOL ModifyStyleEx(DWORD remove, DWORD add, UINT positionFlags = 0) const noexcept;
     DWORD GetStyle() const noexcept { return static_cast<DWORD>(::GetWindowLongPtrW(m_hWnd, GWL_STYLE)); }
     DWORD GetExStyle() const noexcept { return static_cast<DWORD>(::GetWindowLongPtrW(m_hWnd, GWL_EXSTYLE)); }
 

@@ -2,7 +2,7 @@
 //
 //   CWindowImplRoot<TBase>       the message under way, reflection, the end of a window
 //   CWindowImpl<T, TBase, ...>   creates a window of an own class, or subclasses one
-//   CWinTraits, CControlWinTraits, CFrameWinTraits   styles for Create
+//   CWinTraits, CControlWinTraits   styles for Create
 //   DECLARE_WND_CLASS            the name of a window class
 //   DECLARE_WND_SUPERCLASS       the name of one that is made from a class of the system
 //
@@ -90,7 +90,6 @@ struct CWinTraits
     static constexpr DWORD GetWndExStyle(DWORD wanted) noexcept { return wanted == 0 ? exStyle : wanted; }
 };
 using CControlWinTraits = CWinTraits<WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS>;
-using CFrameWinTraits = CWinTraits<WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, WS_EX_APPWINDOW>;
 
 #define DECLARE_WND_CLASS(name)                                                                              \
     static const wchar_t* GetWndClassName() noexcept                                                         \

@@ -83,16 +83,6 @@ TEST_F(HostDetails, ThePackagesOwnFolderIsALocationLikeAnyOther)
               Setup::DEPLOYMENTLOCATION_EMPTY);
 }
 
-TEST_F(HostDetails, AFileThatCannotBeReplacedLeavesNothingBesideIt)
-{
-    ASSERT_EQ(MakeFolders(scratch + L"folder\\in the place\\of the file"), 0u);
-    EXPECT_NE(ReplaceFile(scratch + L"folder\\in the place", "bytes"), 0u);
-    std::vector<FolderItem> items;
-    ASSERT_EQ(ListFolder(scratch + L"folder", items), 0u);
-    ASSERT_EQ(items.size(), 1u) << Utf8(items.back().strName);
-    EXPECT_EQ(items[0].strName, CString(L"in the place"));
-}
-
 TEST_F(HostDetails, AFullDiskIsToldWithWhatIsNeededAndFree)
 {
     WriteFileBytes(scratch + L"package.msi", std::string((2u << 20) + 1, 'x'));

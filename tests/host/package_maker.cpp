@@ -1,5 +1,6 @@
 #include "tests/host/package_maker.h"
 
+#include "base/handle.h"
 #include "base/path_text.h"
 #include "host/setup_description.h"
 #include "include/product.h"
@@ -26,7 +27,13 @@ ScratchFolder::~ScratchFolder()
 void WriteFileBytes(const CString& path, const std::string& bytes)
 {
     ASSERT_EQ(MakeFolders(ParentFolder(path)), 0u) << Utf8(path);
-    ASSERT_EQ(ReplaceFile(path, bytes), 0u) << Utf8(path);
+    const CFileOwner file(CreateFileW(FilePath(path), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
+    ASSERT_TRUE(file) << Utf8(path) << ": " << GetLastError();
+    DWORD written = 0;
+    ASSERT_TRUE(WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr))
+        << Utf8(path) << ": " << GetLastError();
+    ASSERT_EQ(written, bytes.size()) << Utf8(path);
 }
 
 void WriteText(const CString& path, const CString& text)

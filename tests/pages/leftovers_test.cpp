@@ -65,7 +65,7 @@ TEST(Leftovers, ALibraryOfTheProjectIsNoticed)
 TEST(Leftovers, AllocatedBytesAreNoticed)
 {
     const long long before = AllocatedBytes();
-    const CGlobalOwner memory(GlobalAlloc(GMEM_FIXED, 100000));
+    const CLocalOwner memory(LocalAlloc(LMEM_FIXED, 100000));
     EXPECT_GE(AllocatedBytes() - before, 100000);
 }
 

@@ -72,13 +72,6 @@ TEST(CounterTest, ASinglePageHasNoNeighbours)
     EXPECT_TRUE(ButtonsToDisable(0, 1).bDisableNext);
 }
 
-TEST(LinkTest, AMissingTargetIsNone)
-{
-    EXPECT_FALSE(IsLinkTarget(nullptr));
-    EXPECT_FALSE(IsLinkTarget(L""));
-    EXPECT_TRUE(IsLinkTarget(L"a.pdf"));
-}
-
 TEST(LinkTest, ATargetOf2084CharactersIsIgnored)
 {
     EXPECT_EQ(LinkFile(CString(L'a', 2083)).GetLength(), 2083);

@@ -1,3 +1,4 @@
+#include "base/number_text.h"
 #include "tests/slimhtml/label_test_window.h"
 
 #include <gtest/gtest.h>
@@ -228,7 +229,7 @@ TEST_F(LabelLinkTest, AClickInAScrolledTextActivatesTheLinkThatIsSeenThere)
 {
     CString html;
     for (int index = 0; index < 40; ++index) {
-        html.AppendFormat(L"<a href=\"%d\">link</a><br>", index);
+        html += L"<a href=\"" + NumberText(index) + L"\">link</a><br>";
     }
     label->LoadText(html);
     SendMessageW(window.Label(), WM_VSCROLL, SB_BOTTOM, 0);
