@@ -9,7 +9,7 @@ constexpr int LINK_CAPACITY = 2085; // with the closing zero
 
 } // namespace
 
-PageRectangle ResizeAroundMiddle(const PageRectangle& saved, int width, int height)
+ScreenRectangle ResizeAroundMiddle(const ScreenRectangle& saved, int width, int height)
 {
     const int halfWidth = (width - saved.Width()) / 2; // towards zero
     const int halfHeight = (height - saved.Height()) / 2;

@@ -1,25 +1,13 @@
 // What the page frame decides without a window: titles, places, texts of buttons' messages, files behind links.
 #pragma once
 
+#include "base/rectangle.h"
 #include "base/string.h"
 #include "include/setup_enums.h"
 
-// A rectangle in screen pixels, right and bottom outside it.
-struct PageRectangle
-{
-    int left = 0;
-    int top = 0;
-    int right = 0;
-    int bottom = 0;
-
-    int Width() const { return right - left; }
-    int Height() const { return bottom - top; }
-    bool operator==(const PageRectangle&) const = default;
-};
-
 // The saved rectangle grown or shrunk around its middle by whole halves of the difference, so an odd difference leaves
 // the new page one pixel smaller.
-[[nodiscard]] PageRectangle ResizeAroundMiddle(const PageRectangle& saved, int width, int height);
+[[nodiscard]] ScreenRectangle ResizeAroundMiddle(const ScreenRectangle& saved, int width, int height);
 
 // True for the modes that make or change a deployment.
 [[nodiscard]] bool IsDeploymentMode(Setup::tagSETUPMODE mode);

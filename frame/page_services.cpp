@@ -36,11 +36,6 @@ CString FileBesideProgram(const wchar_t* file)
     return JoinPath(program, file);
 }
 
-PageRectangle ToPageRectangle(const RECT& rectangle)
-{
-    return {rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
-}
-
 void MoveAndStore(HWND window, CUiManager* uiManager, const RECT& rectangle)
 {
     if (uiManager) {
@@ -78,8 +73,8 @@ void TrackWindowPlace(HWND window, CUiManager* uiManager, bool& placed)
         CWindow(window).CenterWindow();
         return;
     }
-    const PageRectangle saved = ToPageRectangle(*uiManager->GetWindowPos());
-    const PageRectangle place = ResizeAroundMiddle(saved, now.right - now.left, now.bottom - now.top);
+    const ScreenRectangle saved = ScreenRectangleOf(*uiManager->GetWindowPos());
+    const ScreenRectangle place = ResizeAroundMiddle(saved, now.right - now.left, now.bottom - now.top);
     MoveAndStore(window, uiManager, {place.left, place.top, place.right, place.bottom});
 }
 

@@ -2,6 +2,7 @@
 // on the screen.
 #pragma once
 
+#include "base/rectangle.h"
 #include "base/string.h"
 
 // ---- pages and captions
@@ -25,18 +26,6 @@
 [[nodiscard]] int TabAround(int index, int distance, int total);
 
 // ---- places, in pixels
-
-struct ScreenRectangle
-{
-    int left = 0;
-    int top = 0;
-    int right = 0;
-    int bottom = 0;
-
-    int Width() const { return right - left; }
-    int Height() const { return bottom - top; }
-    bool operator==(const ScreenRectangle&) const = default;
-};
 
 // The rectangle moved as little as needed into `area`; what is larger than the area is cut to its size.
 [[nodiscard]] ScreenRectangle FitInto(const ScreenRectangle& rectangle, const ScreenRectangle& area);

@@ -1,6 +1,7 @@
 #include "setup/window_place.h"
 
 #include "base/handle.h"
+#include "window/window.h"
 
 std::optional<ScreenCorner> ReadWindowCorner(const CString& key, const wchar_t* window)
 {
@@ -27,16 +28,6 @@ try {
                    reinterpret_cast<const BYTE*>(static_cast<const wchar_t*>(text)),
                    static_cast<DWORD>((text.GetLength() + 1) * sizeof(wchar_t)));
 } catch (...) { // no memory for the text
-}
-
-ScreenRectangle ScreenRectangleOf(const RECT& rectangle) noexcept
-{
-    return {rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
-}
-
-RECT RectOf(const ScreenRectangle& rectangle) noexcept
-{
-    return {rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
 }
 
 ScreenRectangle WorkAreaNear(const ScreenRectangle& rectangle) noexcept

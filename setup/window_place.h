@@ -1,6 +1,7 @@
 // Where a window stood the last time, for each user of the machine.
 #pragma once
 
+#include "base/rectangle.h"
 #include "base/string.h"
 #include "setup/configure_rules.h"
 
@@ -13,7 +14,5 @@
 // A place that can't be written is no loss that a user has to hear of.
 void WriteWindowCorner(const CString& key, const wchar_t* window, const ScreenCorner& corner) noexcept;
 
-ScreenRectangle ScreenRectangleOf(const RECT& rectangle) noexcept;
-RECT RectOf(const ScreenRectangle& rectangle) noexcept;
 // The work area of the monitor that is nearest to the rectangle.
 ScreenRectangle WorkAreaNear(const ScreenRectangle& rectangle) noexcept;

@@ -2,6 +2,7 @@
 // It owns nothing: the window goes when the system or its owner destroys it.
 #pragma once
 
+#include "base/rectangle.h"
 #include "base/string.h"
 
 #include <windows.h>
@@ -15,6 +16,16 @@ POINT CentredPosition(SIZE size, const RECT& anchor, const RECT& area) noexcept;
 
 // The work area of the monitor that holds most of the window.
 RECT WorkAreaOf(HWND window) noexcept;
+
+// The system's rectangle and the one of the rules.
+inline ScreenRectangle ScreenRectangleOf(const RECT& rectangle) noexcept
+{
+    return {rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
+}
+inline RECT RectOf(const ScreenRectangle& rectangle) noexcept
+{
+    return {rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
+}
 
 class CWindow
 {

@@ -6,21 +6,21 @@
 
 #include <ostream>
 
-static void PrintTo(const PageRectangle& rectangle, std::ostream* stream)
+static void PrintTo(const ScreenRectangle& rectangle, std::ostream* stream)
 {
     *stream << rectangle.left << ',' << rectangle.top << ',' << rectangle.right << ',' << rectangle.bottom;
 }
 
 TEST(PlaceTest, AnOddDifferenceLeavesTheNewPageOnePixelSmaller)
 {
-    const PageRectangle placed = ResizeAroundMiddle({100, 100, 600, 400}, 503, 300);
-    EXPECT_EQ(placed, (PageRectangle{99, 100, 601, 400}));
+    const ScreenRectangle placed = ResizeAroundMiddle({100, 100, 600, 400}, 503, 300);
+    EXPECT_EQ(placed, (ScreenRectangle{99, 100, 601, 400}));
     EXPECT_EQ(placed.Width(), 502);
 }
 
 TEST(PlaceTest, ASmallerPageOpensCentredOnTheFormerOne)
 {
-    EXPECT_EQ(ResizeAroundMiddle({100, 100, 600, 400}, 400, 201), (PageRectangle{150, 149, 550, 351}));
+    EXPECT_EQ(ResizeAroundMiddle({100, 100, 600, 400}, 400, 201), (ScreenRectangle{150, 149, 550, 351}));
 }
 
 TEST(TitleTest, TheDeploymentsNameFollowsInDeploymentModes)
