@@ -1,6 +1,7 @@
 #include "host/host_setup_manager.h"
 
 #include "base/files.h"
+#include "base/path_text.h"
 #include "builder/package_sources.h"
 #include "host/host_messages.h"
 #include "host/languages.h"
@@ -96,10 +97,9 @@ void CHostSetupManager::UpdatePathRule()
             }
         }
     }
-    for (CString& root : roots) {
-        root.TrimRight(L"\\");
+    for (const CString& root : roots) {
         if (!root.IsEmpty()) {
-            measure(LongestPath(m_media.strRoot, root + L"\\"));
+            measure(LongestPath(m_media.strRoot, WithClosingBackslash(root)));
         }
     }
     m_strMediaFileText = m_strTextFolder + longest;

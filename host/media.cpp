@@ -162,8 +162,7 @@ OperationError OpenMedia(const CString& path, Media& media)
     if (path.Right(4).CompareNoCase(L".msi") != 0) {
         return {ERROR_INVALID_DATA, HostSentence(HostText::MediaNotRecognised, {path})};
     }
-    CString full = FolderPath(path);
-    full.TrimRight(L"\\");
+    const CString full = WithoutClosingBackslash(FolderPath(path));
     media.strRoot = ParentFolder(full);
     media.bSinglePackage = true;
     return DescribePackage(full, media.description);

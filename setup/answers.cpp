@@ -1,5 +1,7 @@
 #include "setup/answers.h"
 
+#include "base/path_text.h"
+
 #include <algorithm>
 
 namespace {
@@ -324,9 +326,8 @@ CString ResolveAnswerPath(const CString& folder, const CString& path)
     if (RootLength(text) == 0) {
         // "\x" counts from the root of the folder's drive or share.
         const bool fromRoot = text[0] == L'\\';
-        CString base = fromRoot ? folder.Left(RootLength(folder)) : folder;
-        base.TrimRight(L"\\");
-        text = base + (fromRoot ? L"" : L"\\") + text;
+        text = fromRoot ? WithClosingBackslash(folder.Left(RootLength(folder))) + text.Mid(1)
+                        : WithClosingBackslash(folder) + text;
     }
     return CollapseDots(text);
 }
