@@ -42,8 +42,8 @@ bool IsReservedCharacter(wchar_t character)
 
 bool EndsInDotOrBlank(const CString& name)
 {
-    const wchar_t last = name[name.GetLength() - 1];
-    return last == L'.' || last == L' ';
+    const CString last = name.Right(1);
+    return last == L"." || last == L" ";
 }
 
 bool IsDeviceName(const CString& name)

@@ -13,6 +13,14 @@ TEST(NameRules, ARelativePathStaysInsideItsFolder)
     }
 }
 
+TEST(NameRules, ANameEndsInADotOrABlankByItsLastCharacter)
+{
+    EXPECT_TRUE(EndsInDotOrBlank(L"a."));
+    EXPECT_TRUE(EndsInDotOrBlank(L" "));
+    EXPECT_FALSE(EndsInDotOrBlank(L".a"));
+    EXPECT_FALSE(EndsInDotOrBlank(L""));
+}
+
 TEST(NameRules, APartOfAFileNameHoldsNothingReserved)
 {
     EXPECT_EQ(FileNamePart(L"Zolt: \"2027\"/x. "), CString(L"Zolt_ _2027__x"));
