@@ -173,6 +173,15 @@ TEST_F(PropertyTest, AColumnThatTheRecordDoesNotHaveKeepsTheTarget)
     EXPECT_EQ(text, CString(L"kept"));
 }
 
+TEST_F(PropertyTest, ANumberOfMoreThanFourDigitsIsReadWhole)
+{
+    const CInstallerHandle record(MsiCreateRecord(1));
+    ASSERT_EQ(MsiRecordSetInteger(record.get(), 1, 123456), 0u);
+    CString text;
+    EXPECT_TRUE(ReadRecordText(record.get(), 1, text));
+    EXPECT_EQ(text, CString(L"123456"));
+}
+
 TEST_F(PropertyTest, AShorterTextReplacesALongerOne)
 {
     const CInstallerHandle record(MsiCreateRecord(1));
