@@ -1,7 +1,7 @@
 // bench.exe --media FOLDER --scratch FOLDER [--megabytes N] [--large N] [--files N] [--runs N] [--builds N]
 //           [--processors 2]
 // Measures and prints the table; with --processors 2 the rows alone that need a second one, without the heading.
-// Exit code 1 when something could not be measured; a goal that isn't met is told in the table alone.
+// Exit code 1 when something could not be measured; a goal that isn't met shows in the table alone.
 #include "benchmarks/measurement.h"
 
 #include <windows.h>

@@ -1,7 +1,7 @@
 // How the exports show a page: ShowWizardPage runs one and gives its result, CreateTabPage makes one and comes back.
 //
 // Both form the resource library's path, load it, make it the module of all resources for the length of the call, and
-// let no exception out: what failed is told in a message box, and the module is put back.
+// let no exception out: what failed is shown in a message box, and the module is put back.
 #pragma once
 
 #include "base/scope_exit.h"
@@ -16,7 +16,7 @@
 #include <memory>
 #include <utility>
 
-// Tells that a page failed: the exception under way (call it in a catch block), or why its dialog could not be made. The
+// Reports that a page failed: the exception under way (call it in a catch block), or why its dialog could not be made. The
 // quit message of a page that is gone already is taken off the queue: it would close the box, and the host's loop.
 void ShowPageException() noexcept;
 void ShowDialogFailure(int dialogId, DWORD error);

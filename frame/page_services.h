@@ -41,7 +41,7 @@ void OpenLinkTarget(CSetupManager& manager, const wchar_t* target);
 // The path of an HTML file of the setup: in the resource folder, else in the same folder on the source media.
 [[nodiscard]] CString FindHtmlFile(CSetupManager& manager, const wchar_t* target);
 
-// Opens a document by the system, else the file of that name beside the program. Tells the user when no program is
+// Opens a document by the system, else the file of that name beside the program. Warns the user when no program is
 // installed for it.
 void OpenDocument(const wchar_t* target);
 

@@ -14,7 +14,7 @@ bool IsSameCharacter(wchar_t left, wchar_t right, bool ignoreCase)
     return CollateCharacters(left, right, ignoreCase) == 0;
 }
 
-// The set after its "[": moves `pattern` behind the "]" and tells whether the character belongs to the set.
+// The set after its "[": moves `pattern` behind the "]" and returns whether the character belongs to the set.
 bool MatchSet(wchar_t character, const wchar_t*& pattern, const wchar_t* patternEnd, bool ignoreCase)
 {
     const bool negated = pattern != patternEnd && *pattern == L'~';

@@ -12,9 +12,12 @@
 
 struct HostOptions
 {
-    CString strMedia; // a folder with Setup.xml, a deployment's folder or image, or one .msi; full path
-    CString strProgramFolder; // folder of the program, ending in a backslash: Languages\<locale>\ lies below
-    CString strLanguage;      // locale of the wizard's texts; empty: the user's, else "en-US"
+    // A folder with Setup.xml, a deployment's folder or image, or one .msi; full path.
+    CString strMedia;
+    // Folder of the program, ending in a backslash: Languages\<locale>\ lies below.
+    CString strProgramFolder;
+    // Locale of the wizard's texts; empty: the user's, else "en-US".
+    CString strLanguage;
     // A fresh folder for working copies is made in it, and removed at the end; empty: %TEMP%.
     CString strWorkFolder;
     // The setup's log, which stays; empty: RolloutSetup-<8 hex digits>.log beside the fresh folder.
@@ -32,23 +35,30 @@ struct TargetVerdict
 {
     enum class State
     {
-        Free,          // nothing
-        MayBeReplaced, // the deployment that is modified, or one that somebody was asked about
+        // Nothing.
+        Free,
+        // The deployment that is modified, or one that somebody was asked about.
+        MayBeReplaced,
         // A deployment of this product that nobody was asked about: to be asked with what follows.
         NeedsAnswer,
-        Refused, // anything else; `message` says what, and what to do
+        // Anything else; `message` says what, and what to do.
+        Refused,
     };
     State state = State::Free;
     CString message;
-    bool bLocationRefused = false; // Refused: because of the location, not of the name
-    CString strFolder;             // full path, without closing backslash
-    CString strProduct;            // name and version
+    // Refused: because of the location, not of the name.
+    bool bLocationRefused = false;
+    // Full path, without closing backslash.
+    CString strFolder;
+    // Name and version.
+    CString strProduct;
     FILETIME builtAt = {};
     // Files that were added to it or changed in it since it was built, by relative paths. They are kept beside the new
     // deployment; so is all of it when it has no manifest that names them.
     std::vector<CString> ownFiles;
     bool bKeptWhole = false;
-    CString strStamp; // the host's own mark of it
+    // The host's own mark of it.
+    CString strStamp;
 };
 
 // Owns everything: media, databases, products, managers. All calls on one thread but Build, which may run on

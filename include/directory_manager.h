@@ -43,6 +43,6 @@ public:
     virtual bool GetTargetPath(const wchar_t* directory, wchar_t* buffer, unsigned int* size) = 0;
     virtual bool GetSourcePath(const wchar_t* directory, wchar_t* buffer, unsigned int* size) = 0;
 
-    // All directories of the database by key; changes when the manager is told of new rows.
+    // All directories of the database by key; changes when the manager learns of new rows.
     virtual const DirectoryMap& GetDirectories() = 0;
 };

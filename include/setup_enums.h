@@ -6,7 +6,7 @@ namespace Setup {
 enum tagSETUPMODE : int
 {
     SETUPMODE_INSTALL = 2,  // the two modes of the ordinary installation stages;
-    SETUPMODE_MAINTAIN = 3, // only the cancel question tells them apart
+    SETUPMODE_MAINTAIN = 3, // only the cancel question differs
     SETUPMODE_CREATE_DEPLOYMENT = 4,
     SETUPMODE_CREATE_FROM_DEPLOYMENT = 5,
     SETUPMODE_MODIFY_DEPLOYMENT = 6,

@@ -2,7 +2,7 @@
 // by one statement. All run on the product's open database handle, which is the host's; nothing here commits, and what a
 // row wrote stays until the host does something with the handle.
 //
-// Failures are plain truth values without a message: the caller knows what to tell. Rows are made, executed and let go;
+// Failures are plain truth values without a message: the caller knows what to report. Rows are made, executed and let go;
 // no locks, the thread of the user interface only.
 #pragma once
 

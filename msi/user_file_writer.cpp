@@ -233,7 +233,7 @@ bool CUserFileWriter::AddUserDrive(const wchar_t* drive, CString& key)
         !WriteSequence(key, MsiRowAction::Insert)) {
         return false;
     }
-    // Without the property a later load can't tell the drive's path, but the rows stand.
+    // Without the property a later load can't find the drive's path, but the rows stand.
     static_cast<void>(Product->SetMsiProperty(key + SUBSTITUTE_SUFFIX, upperCaseDrive, false));
     return true;
 }

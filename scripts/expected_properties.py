@@ -1,4 +1,4 @@
-"""What a run's answers ask of the product, told as the installer properties that have to hold it.
+"""What a run's answers ask of the product, written as the installer properties that have to hold it.
 
 The values stand in the answers file alone. The table below says which property each answer is for and how it is written
 there; it is no part of the wizard's own table on purpose, so that the wizard's rows are checked against a second hand.

@@ -43,7 +43,7 @@ def run_watched(name, command, environment, patience, find_logs, end):
     """Runs the command and gives what it printed. `find_logs` names the logs that have been written so far, the newest
     last; `end` ends all that the command has started."""
     started = time.monotonic()
-    told = started
+    reported = started
     with tempfile.TemporaryFile() as output:
         process = subprocess.Popen(command, env=environment, stdout=output, stderr=subprocess.DEVNULL,
                                    stdin=subprocess.DEVNULL)
@@ -60,8 +60,8 @@ def run_watched(name, command, environment, patience, find_logs, end):
                 process.wait()
                 raise CommandOverdue("%s did not come back within %g seconds and was ended; %s"
                                      % (name, patience.limit, action))
-            if now - told >= patience.report:
-                told = now
+            if now - reported >= patience.report:
+                reported = now
                 print("Waiting for %s for %d seconds; %s." % (name, now - started, last_action(find_logs())), flush=True)
         output.seek(0)
         return output.read().decode("utf-8", "replace")

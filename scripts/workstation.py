@@ -7,7 +7,7 @@
 DEPLOYMENT is the folder that the wizard made. It is reached over a network path in a Wine prefix of its own, through
 its own Install.cmd and Uninstall.cmd. Every file that the databases name must be there with its size after installing,
 and gone after uninstalling; what the package itself asks to leave is told apart from what was left behind. Every registry value
-that carries one property to the workstation must hold what the deployed database says. Files whose place can't be told
+that carries one property to the workstation must hold what the deployed database says. Files whose place can't be known
 beforehand, other registry values, shortcuts, services and environment variables are not looked at. With the answers that the wizard was run with, those values must also be what was answered, so
 the choices are seen to arrive. When the deployment names a folder for logs, each product's log must have come there.
 Says what it waits for while it waits. A command that doesn't come back within the limit is ended, with all that runs in
@@ -42,7 +42,7 @@ COMMAND_SECONDS = 300  # the slowest seen took 20
 REPORT_SECONDS = 10
 LOG_LINES = 3
 # Of thousands of lines in a log those that say how it went.
-TELLING_LINE = re.compile(r"^(Action ended|Product: |.*-- (Installation|Configuration) |MSI .*returning|Error )")
+REPORTED_LINE = re.compile(r"^(Action ended|Product: |.*-- (Installation|Configuration) |MSI .*returning|Error )")
 
 
 def parse_rows(text):
@@ -113,7 +113,7 @@ class Package:
         self.wanted = {row["Component_"] for row in read_table(path, "FeatureComponents") if row["Feature_"] in features}
 
     def folder(self, key):
-        """Where a directory key points to, from the drive's root; None when that can't be told beforehand."""
+        """Where a directory key points to, from the drive's root; None when that can't be known beforehand."""
         if key in SYSTEM_FOLDERS:
             return SYSTEM_FOLDERS[key]
         row = self.directories.get(key)
@@ -136,7 +136,7 @@ class Package:
                            reason_to_stay(component))
 
     def running_actions(self):
-        """The custom actions of an installation that do what no table tells."""
+        """The custom actions of an installation that do what no table shows."""
         sequenced = {row["Action"] for row in read_table(self.path, "InstallExecuteSequence")}
         return [row["Action"] for row in read_table(self.path, "CustomAction")
                 if row["Action"] in sequenced and int(row["Type"]) & 7 in RUNNING_ACTIONS]
@@ -218,11 +218,11 @@ class LogFolder:
         relative = "/".join(parts)
         return FolderView(devices).find(relative) or os.path.join(devices, relative)
 
-    def tell(self):
+    def report(self):
         for log in self.logs.find():
             print("Network log %s\\%s, %d bytes, ends:" % (self.name.rstrip("\\"), os.path.basename(log),
                                                            os.path.getsize(log)))
-            for line in [line for line in read_log(log) if TELLING_LINE.match(line)][-LOG_LINES:]:
+            for line in [line for line in read_log(log) if REPORTED_LINE.match(line)][-LOG_LINES:]:
                 print("    " + line.strip()[:150])
 
 
@@ -353,7 +353,7 @@ def check(workstation, packages, asked):
         troubles.append("Install.cmd ended with %d" % code)
     log_folder = workstation.network_logs
     if log_folder.name:
-        log_folder.tell()
+        log_folder.report()
         written = len([log for log in log_folder.logs.find() if "_Install_" in log])
         if written < len(packages):
             troubles.append("the log folder %s got %d logs of %d installations" % (log_folder.name, written,

@@ -154,7 +154,7 @@ unsigned int RunInRecord(CommandLine& line)
     NoteRunLog(line.strLog);
     const RunOutcome outcome = RunCaught(line, log);
     log.Finish(outcome);
-    if (!line.IsUnattended() && !outcome.bTold && outcome.exitCode != SETUP_DONE) {
+    if (!line.IsUnattended() && !outcome.bShown && outcome.exitCode != SETUP_DONE) {
         ShowBox(outcome.strCause, MB_ICONERROR);
     }
     return outcome.exitCode;

@@ -9,7 +9,7 @@
 
 #include <utility>
 
-// Watches the page's window (SubclassWindow) and is told of what the page does without a message to it.
+// Watches the page's window (SubclassWindow) and learns what the page does without a message to it.
 class CPageActivity : public CWindowImpl<CPageActivity>
 {
 public:

@@ -13,8 +13,8 @@ class CSetupHost;
 struct RunOutcome
 {
     unsigned int exitCode = 0;
-    CString strCause;   // in words; empty for success
-    bool bTold = false; // a window has shown it to the user already
+    CString strCause;    // in words; empty for success
+    bool bShown = false; // a window has shown it to the user already
 };
 
 class CRunLog

@@ -36,7 +36,7 @@ private:
 // thrown on come of it. Without a boundary on the thread, the handler below gets it.
 void KeepCurrentException() noexcept;
 
-// Told of an exception that no boundary waits for (a foreign loop drives the window). The default shows it in a message
-// box. Returns the former handler.
+// Called with an exception that no boundary waits for (a foreign loop drives the window). The default shows it in a
+// message box. Returns the former handler.
 using UnawaitedExceptionHandler = void (*)(const std::exception_ptr& exception);
 UnawaitedExceptionHandler SetUnawaitedExceptionHandler(UnawaitedExceptionHandler handler) noexcept;

@@ -108,7 +108,7 @@ public:
 
     // The link's colour while the control is enabled.
     COLORREF GetLinkColor() const noexcept { return m_bVisited ? m_clrVisited : m_clrLink; }
-    // Fills the client area as the parent tells static controls to.
+    // Fills the client area as the parent asks of static controls.
     void DoEraseBackground(HDC dc);
     // Draws the label and, while the control has the focus, DrawFocus.
     void DoPaint(HDC dc);

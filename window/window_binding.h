@@ -1,7 +1,7 @@
 // Which object answers for which window: the one place that knows.
 //
 // Several objects may answer for one window, each by a window procedure of its own (a subclass chain). The key, the
-// address of something that the procedure has to itself, tells them apart.
+// address of something that the procedure has to itself, distinguishes them.
 #pragma once
 
 #include <windows.h>

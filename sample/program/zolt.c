@@ -1,4 +1,4 @@
-/* The main program of both of the sample's products: says who it is and what its installation told it. */
+/* The main program of both of the sample's products: says who it is and what its installation passed to it. */
 #include <windows.h>
 
 #ifdef ZOLT_VIEWER

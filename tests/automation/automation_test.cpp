@@ -94,7 +94,7 @@ protected:
     CScript script;
 };
 
-TEST_F(Fixture, AnEditTellsItsParentOfTheTextItWasGiven)
+TEST_F(Fixture, AnEditNotifiesItsParentOfTheTextItWasGiven)
 {
     commands.clear();
     EXPECT_TRUE(CControl(dialog, ID_EDIT).SetText(L"Ärger & Co").IsDone());

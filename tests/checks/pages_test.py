@@ -111,7 +111,7 @@ class PagesTest(unittest.TestCase):
         self.assertEqual(texts, {}, "captions of no page")
 
     def test_no_second_list_of_pages_is_kept(self):
-        """Three pages in one file are a list. Tests name the pages of which they tell a story."""
+        """Three pages in one file are a list. Tests name the pages that their story is about."""
         lists = []
         for name in tracked(".cpp", ".h", ".py", ".sh", ".txt", ".cmake", ".rc"):
             if name not in LISTS and not name.startswith(("tests/", "build/")):

@@ -46,7 +46,7 @@ def lines_of(name):
 
 class SourcesTest(unittest.TestCase):
     def test_sources_are_formatted(self):
-        """Mend with: clang-format-14 -i FILE"""
+        """Fix with: clang-format-14 -i FILE"""
         files = tracked(".h", ".cpp", ".c")
         result = subprocess.run(["clang-format-14", "--dry-run", "-Werror", "--ferror-limit=1"] + files, cwd=ROOT,
                                 capture_output=True)

@@ -24,9 +24,9 @@ class DeploymentTest(WizardTest):
         return result.stdout
 
     def test_the_64_bit_sample_installs_and_leaves_nothing_behind(self):
-        told = self.assert_installs(self.build("Office", platform="x64"))
-        self.assertRegex(told, r"(\d+) of \1 files are there")
-        self.assertIn("0 files and values were left behind", told)
+        report = self.assert_installs(self.build("Office", platform="x64"))
+        self.assertRegex(report, r"(\d+) of \1 files are there")
+        self.assertIn("0 files and values were left behind", report)
 
     def test_the_32_bit_sample_with_loose_files_installs(self):
         self.assert_installs(self.build("Office32", platform="x86"))
@@ -75,20 +75,20 @@ class DeploymentTest(WizardTest):
     def test_a_network_log_comes_into_the_folder_that_was_chosen(self):
         logs = os.path.join(self.folder, "all logs")
         os.makedirs(logs)
-        told = self.assert_installs(self.build_with_settings(
+        report = self.assert_installs(self.build_with_settings(
             "Network log", "network_log = yes", "log_folder = " + windows_path(logs), "keep_copy = no"))
-        self.assertRegex(told, r"Network log .*all logs.Zolt 2027_27\.0\.0_Install_\w+\.log, \d+ bytes, ends:\n +Action")
+        self.assertRegex(report, r"Network log .*all logs.Zolt 2027_27\.0\.0_Install_\w+\.log, \d+ bytes, ends:\n +Action")
         self.assertEqual(len([name for name in os.listdir(logs) if "_Install_" in name]), 4)
-        self.assertIn("Logs on the workstation: none", told)
+        self.assertIn("Logs on the workstation: none", report)
 
     def test_a_copy_of_a_network_log_is_kept_when_asked_for(self):
         logs = os.path.join(self.folder, "all logs")
         os.makedirs(logs)
-        told = self.assert_installs(self.build_with_settings(
+        report = self.assert_installs(self.build_with_settings(
             "Kept log", "network_log = yes", "log_folder = " + windows_path(logs), "keep_copy = yes"))
-        self.assertRegex(told, r"Logs on the workstation: .*Zolt 2027_27\.0\.0_Install_")
+        self.assertRegex(report, r"Logs on the workstation: .*Zolt 2027_27\.0\.0_Install_")
 
-    def test_a_log_folder_that_went_away_is_told_and_stops_no_installation(self):
+    def test_a_log_folder_that_went_away_is_report_and_stops_no_installation(self):
         logs = os.path.join(self.folder, "all logs")
         os.makedirs(logs)
         deployment = self.build_with_settings(
@@ -317,7 +317,7 @@ class RefusalTest(WizardTest):
 
     def test_media_without_a_cabinet_or_a_loose_file_are_refused_by_its_name(self):
         """Such media once made a deployment that said it was complete and failed on every workstation."""
-        for platform, missing, code, told in (
+        for platform, missing, code, report in (
                 ("x64", "Data1.cab", 1603, "Data1.cab"),
                 ("x86", "Velkmora/Zolt 2027/zolt.ini", 22, "can't be created for the selected platform")):
             with self.subTest(platform=platform):
@@ -326,7 +326,7 @@ class RefusalTest(WizardTest):
                 os.remove(os.path.join(media, platform, "Zolt", missing))
                 log = os.path.join(self.folder, "setup.log")
                 run = self.wizard(self.begin("Office", platform=platform), "--log", windows_path(log), media=media)
-                self.assert_refused(run, code, told)
+                self.assert_refused(run, code, report)
                 self.assertIn(os.path.basename(missing), text_of(log))
 
     def test_a_code_of_the_description_that_is_not_the_packages_is_refused(self):

@@ -90,11 +90,11 @@ class OnlineAnswersTest(WizardTest):
     def check(self, text):
         return self.wizard(self.append(self.begin("Office"), "[notices]\n" + text), "--check")
 
-    def assert_question(self, word, text, told):
+    def assert_question(self, word, text, reported):
         """Without an answer the run ends with the box's text, and yes lets it go on."""
         unanswered = self.check(text)
         self.assertEqual(unanswered.code, 23, unanswered.output)
-        self.assertIn(told, unanswered.output)
+        self.assertIn(reported, unanswered.output)
         self.assertIn("on_question." + word, unanswered.output)
         agreed = self.check(text + "on_question.%s = yes\n" % word)
         self.assertEqual(agreed.code, 0, agreed.output)
@@ -115,7 +115,7 @@ class OnlineAnswersTest(WizardTest):
         refused = self.check(text + "on_question.feed_not_found = no\n")
         self.assertEqual(refused.code, 22, refused.output)
 
-    def test_what_a_page_refuses_is_told_with_its_key(self):
+    def test_what_a_page_refuses_is_reported_with_its_key(self):
         lists = "update_source = local_list\nupdate_list = "
         feeds = "site_channel = yes\nsite_feed = "
         for text, key in ((lists + "C:\\lists\\a.txt\n", "update_list"), (lists + "C:\\lists\\a.npl\n", "update_list"),

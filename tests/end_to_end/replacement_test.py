@@ -157,9 +157,9 @@ class ReplacementTest(WizardTest):
     def test_a_deployment_that_another_wizard_built_meanwhile_is_not_replaced_unasked(self):
         answers = self.choose("name = Office", "platform = x64", location=self.first)
         waiting = subprocess.Popen(self.command(answers, out=""), stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-        told = b""
+        output = b""
         for line in waiting.stdout:
-            told += line
+            output += line
             if line.startswith(b"Page settings"):
                 stopped = self.processes()
                 self.signal(stopped, signal.SIGSTOP)
@@ -167,8 +167,8 @@ class ReplacementTest(WizardTest):
         fresh = self.build_in(self.first, "Office")
         before = tree_of(fresh)
         self.signal(stopped, signal.SIGCONT)
-        told += waiting.communicate(timeout=120)[0]
-        ended = self.run_of(told, waiting.returncode)
+        output += waiting.communicate(timeout=120)[0]
+        ended = self.run_of(output, waiting.returncode)
         self.assertEqual(ended.code, 23, ended.output)
         self.assertIn("replace_unlisted", ended.output)
         self.assertEqual(tree_of(fresh), before)

@@ -67,24 +67,24 @@ class RunEndsTest(BrokenProgramTest):
         last = run.output.strip().splitlines()[-1]
         for word in words:
             self.assertIn(word, last)
-        self.assertEqual(run.shell_code, BROKE_OFF, "the process's code differs from the one it told")
+        self.assertEqual(run.shell_code, BROKE_OFF, "the process's code differs from the one it reported")
         self.assertEqual(text_of(self.log).strip().splitlines()[-1].split("  ")[-1], last, "the log ends otherwise")
 
-    def test_an_access_violation_is_told_with_its_place_and_the_last_step(self):
+    def test_an_access_violation_is_output_with_its_place_and_the_last_step(self):
         run = self.run_with("AccessViolation")
         self.assert_broke_off(run, "access violation (0xC0000005)", "RolloutUi.dll+0x", "Page contact")
 
-    def test_a_call_of_nothing_is_told_with_its_caller(self):
+    def test_a_call_of_nothing_is_output_with_its_caller(self):
         # The call of a function that a class only declares is one of these, as this compiler links it.
         for fault in ("CallOfNothing", "PureCall"):
             with self.subTest(fault=fault):
                 self.assert_broke_off(self.run_with(fault), "access violation (0xC0000005)",
                                       "called by RolloutUi.dll+0x", "Page contact")
 
-    def test_a_stack_overflow_is_told(self):
+    def test_a_stack_overflow_is_output(self):
         self.assert_broke_off(self.run_with("StackOverflow"), "stack overflow (0xC00000FD)", "Page contact")
 
-    def test_a_program_that_ends_itself_is_told_with_the_library(self):
+    def test_a_program_that_ends_itself_is_output_with_the_library(self):
         for fault in ("Terminate", "ThreadException"):
             with self.subTest(fault=fault):
                 self.assert_broke_off(self.run_with(fault), "abort (0x40000015)", "RolloutUi.dll+0x", "Page contact")
@@ -92,7 +92,7 @@ class RunEndsTest(BrokenProgramTest):
     def test_a_broken_heap_does_not_silence_the_last_line(self):
         self.assert_broke_off(self.run_with("BrokenHeap"), "Page contact")
 
-    def test_an_exit_without_a_word_is_told_and_is_no_success(self):
+    def test_an_exit_without_a_word_is_output_and_is_no_success(self):
         self.assert_broke_off(self.run_with("EarlyExit"), "code 0x00000000", "Page contact")
 
     def test_a_page_that_hangs_is_ended_after_the_limit(self):
@@ -133,10 +133,10 @@ class RunEndsTest(BrokenProgramTest):
             ["wine", reader, windows_path(self.broken_program()), "--media",
              windows_path(self.media_with_flow(broken("AccessViolation"))), "--log", windows_path(self.log)],
             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=60)
-        told = result.stdout.decode("utf-8").replace("\r", "")
-        self.assertIn("The program stopped unexpectedly: access violation (0xC0000005) at RolloutUi.dll+0x", told)
-        self.assertIn("For more information, see the log: " + windows_path(self.log), told)
-        self.assertEqual(result.returncode, BROKE_OFF, told)
+        output = result.stdout.decode("utf-8").replace("\r", "")
+        self.assertIn("The program stopped unexpectedly: access violation (0xC0000005) at RolloutUi.dll+0x", output)
+        self.assertIn("For more information, see the log: " + windows_path(self.log), output)
+        self.assertEqual(result.returncode, BROKE_OFF, output)
 
     def test_a_crash_while_building_keeps_the_old_deployment_and_the_next_build_replaces_it(self):
         deployment = self.build("Office")

@@ -116,7 +116,7 @@ TEST(FolderCheckTest, ADriveThatIsNotThereIsOfTheWrongKind)
     EXPECT_EQ(Validate(L"Q:\\a"), PCR_BAD_DRIVE_KIND);
 }
 
-TEST(FolderCheckTest, LocalOrNetworkIsToldByTheDrive)
+TEST(FolderCheckTest, TheDriveDecidesLocalOrNetwork)
 {
     EXPECT_TRUE(IsLocalOrNetworkPath(L"C:\\a"));
     EXPECT_TRUE(IsLocalOrNetworkPath(L"\\\\server\\share"));

@@ -35,17 +35,17 @@ class LackingResourcesTest : public FrameTest
 TEST_F(LackingResourcesTest, AMissingDialogIsNamedAndGives1603)
 {
     const HINSTANCE before = _Module.GetResourceInstance();
-    CString told;
-    Step(L"close the box", [&told] {
+    CString reported;
+    Step(L"close the box", [&reported] {
         const std::optional<MessageBoxView> box = FindMessageBox();
         if (!box) {
             return StepOutcome::NotYet(L"no box is up");
         }
-        told = box->text;
+        reported = box->text;
         return AnswerMessageBox(*box, IDOK);
     });
     EXPECT_EQ(Show<CPageWithoutDialog>(), NAVIGATION_LOAD_FAILED);
-    EXPECT_GE(told.Find(L"9999"), 0) << Utf8(told);
+    EXPECT_GE(reported.Find(L"9999"), 0) << Utf8(reported);
     EXPECT_EQ(_Module.GetResourceInstance(), before);
     EXPECT_EQ(_Module.GetMessageLoop(), nullptr);
 }
@@ -63,20 +63,20 @@ TEST_F(LackingResourcesTest, ALibraryThatIsMissingWhenTheUserCancelsIsReportedIn
 TEST_F(LackingResourcesTest, ATabPageWithoutDialogLeavesTheResourceModuleAsItWas)
 {
     const HINSTANCE before = _Module.GetResourceInstance();
-    CString told;
-    Step(L"close the box", [&told] {
+    CString reported;
+    Step(L"close the box", [&reported] {
         const std::optional<MessageBoxView> box = FindMessageBox();
         if (!box) {
             return StepOutcome::NotYet(L"no box is up");
         }
-        told = box->text;
+        reported = box->text;
         return AnswerMessageBox(*box, IDOK);
     });
     script.Start();
     const CTabPage tab = CreateTabPage<CTabWithoutDialog>(&context);
     EXPECT_EQ(tab.hWnd, nullptr);
     EXPECT_EQ(tab.pFilter, nullptr);
-    EXPECT_GE(told.Find(L"9998"), 0) << Utf8(told);
+    EXPECT_GE(reported.Find(L"9998"), 0) << Utf8(reported);
     EXPECT_EQ(_Module.GetResourceInstance(), before);
     EXPECT_EQ(::GetModuleHandleW(L"WizText.dll"), nullptr) << "the library is still held";
 }

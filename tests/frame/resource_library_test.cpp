@@ -11,7 +11,7 @@
 
 namespace {
 
-// Copies of the tests' resource library. The files tell a module that is kept from one that is loaded anew: an address
+// Copies of the tests' resource library. The files distinguish a module that is kept from one that is loaded anew: an address
 // may be the same by chance.
 class ResourceLibraryTest : public testing::Test
 {

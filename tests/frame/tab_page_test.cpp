@@ -167,7 +167,7 @@ TEST_F(TabPageTest, StoringAnswersZeroWhileThePageIsBusy)
     EXPECT_EQ(g_record.stored, 1);
 }
 
-TEST_F(TabPageTest, TheNextButtonStoresAndTellsTheParent)
+TEST_F(TabPageTest, TheNextButtonStoresAndNotifiesTheParent)
 {
     Create();
     Click(IDC_NEXT_TAB);
@@ -196,7 +196,7 @@ TEST_F(TabPageTest, ASecondNextOrPreviousWhileTheFirstRunsDoesNothing)
     EXPECT_EQ(g_sent, (std::vector<UINT>{PAGE_MESSAGE_NEXT_TAB}));
 }
 
-TEST_F(TabPageTest, ThePreviousButtonStoresWithoutValidationAndTellsTheParent)
+TEST_F(TabPageTest, ThePreviousButtonStoresWithoutValidationAndNotifiesTheParent)
 {
     context.leaveHooks = THREE_HOOKS;
     Create();
@@ -306,7 +306,7 @@ TEST_F(TabPageTest, ColorsThatThePageSetsForALabelStayOnThePagesBackground)
     EXPECT_EQ(colored.pixel, plain.pixel);
 }
 
-TEST_F(TabPageTest, AHostMayTakeThePageAwayWhenEnterTellsItToGoOn)
+TEST_F(TabPageTest, AHostMayTakeThePageAwayWhenEnterAsksItToGoOn)
 {
     Create();
     g_onNextTab = [this] {
@@ -373,7 +373,7 @@ TEST_F(TabPageTest, AnExceptionDuringInitGivesAnEmptyTabPage)
     EXPECT_EQ(::GetModuleHandleW(L"WizText.dll"), nullptr) << "the library is still held";
 }
 
-TEST_F(TabPageTest, AutoPlayIsToldToStayClosed)
+TEST_F(TabPageTest, AutoPlayIsAskedToStayClosed)
 {
     Create();
     EXPECT_EQ(Send(::RegisterWindowMessageW(L"QueryCancelAutoPlay")), 1);

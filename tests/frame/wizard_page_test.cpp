@@ -320,7 +320,7 @@ TEST_F(WizardPageTest, TheSidePaneShowsTheTextThatTheHostSends)
     Show<CTestWizardPage>();
 }
 
-TEST_F(WizardPageTest, AutoPlayIsToldToStayClosed)
+TEST_F(WizardPageTest, AutoPlayIsAskedToStayClosed)
 {
     OnPage([](HWND page) {
         const UINT message = ::RegisterWindowMessageW(L"QueryCancelAutoPlay");
@@ -479,7 +479,7 @@ TEST_F(WizardPageTest, WithoutASavedPlaceThePageIsCentredAndItsPlaceStored)
     EXPECT_NEAR(shown.left + shown.right, work.left + work.right, 2);
 }
 
-TEST_F(WizardPageTest, AMissingResourceLibraryIsToldOnceAndGives1603)
+TEST_F(WizardPageTest, AMissingResourceLibraryIsReportedOnceAndGives1603)
 {
     host.language.wizTextPath = L"C:\\no such folder\\";
     const HINSTANCE before = _Module.GetResourceInstance();

@@ -83,7 +83,7 @@ TEST_F(DeploymentsTest, AMissingLocationGivesAnEmptyList)
     EXPECT_TRUE(host->GetSetupManager().GetDeploymentList(L"")->empty());
 }
 
-TEST_F(DeploymentsTest, LocationsAreToldApart)
+TEST_F(DeploymentsTest, LocationsAreDistinguished)
 {
     MakeDeployment(location, L"North", DescribeTestDeployment(L"North"));
     CSetupManager& manager = OpenMediaFolder();

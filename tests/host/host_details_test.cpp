@@ -83,7 +83,7 @@ TEST_F(HostDetails, ThePackagesOwnFolderIsALocationLikeAnyOther)
               Setup::DEPLOYMENTLOCATION_EMPTY);
 }
 
-TEST_F(HostDetails, AFullDiskIsToldWithWhatIsNeededAndFree)
+TEST_F(HostDetails, AFullDiskIsReportedWithWhatIsNeededAndFree)
 {
     WriteFileBytes(scratch + L"package.msi", std::string((2u << 20) + 1, 'x'));
     const CString reason = ReasonOfCopy(ERROR_DISK_FULL, scratch + L"package.msi", scratch);
@@ -96,7 +96,7 @@ TEST_F(HostDetails, AFullDiskIsToldWithWhatIsNeededAndFree)
 // ---- media
 
 // "Check that it is there and that you may read it" was no help.
-TEST_F(HostDetails, ADescriptionBeyondTheLimitIsToldByTheLimit)
+TEST_F(HostDetails, ADescriptionBeyondTheLimitIsReportedByTheLimit)
 {
     MakeMedia(scratch + L"media\\");
     WriteFileBytes(scratch + L"media\\Setup.xml", std::string(60u << 20, ' '));
@@ -107,7 +107,7 @@ TEST_F(HostDetails, ADescriptionBeyondTheLimitIsToldByTheLimit)
                                     L" bytes that are accepted.");
 }
 
-TEST_F(HostDetails, ADeploymentWithoutItsImageIsToldAsThat)
+TEST_F(HostDetails, ADeploymentWithoutItsImageIsReportedAsThat)
 {
     MakeDeployment(location, L"North", DescribeTestDeployment(L"North"));
     RemoveFolder(location + L"North\\Image");

@@ -272,7 +272,7 @@ TEST_F(MediaTest, ValuesWithSignsOfTheInstallersOwnComeBackAsTheyAre)
     }
 }
 
-TEST_F(MediaTest, WizGetPropertyTellsTheNeededSizeAsTheServiceDoes)
+TEST_F(MediaTest, WizGetPropertyReportsTheNeededSizeAsTheServiceDoes)
 {
     CProduct& product = OpenMediaFolder();
     const InstallerHandle database = product.GetMsiHandle();

@@ -28,7 +28,7 @@ void WaitUntil(const CString& path, bool there)
 CString PathOfSystem(const CString& path)
 {
     using NameCall = char*(CDECL*)(const wchar_t*);
-    // kernel32 of the prefix tells what a path is outside of it.
+    // kernel32 of the prefix shows what a path is outside of it.
     const auto call = reinterpret_cast<NameCall>(
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32"), "wine_get_unix_file_name")));
     char* name = call ? call(path) : nullptr;

@@ -243,7 +243,7 @@ TEST_P(EachPackage, TakesAdditionsThatInstallAndGo)
     ExpectInstalls(L"Added", expected);
 }
 
-TEST_P(EachPackage, TellsPagesTheFolderWhereTheInstallerLooks)
+TEST_P(EachPackage, ShowsPagesTheFolderWhereTheInstallerLooks)
 {
     CProduct* product = BeginNew(L"Plain");
     ASSERT_TRUE(product);

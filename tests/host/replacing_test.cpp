@@ -43,7 +43,7 @@ protected:
     }
 };
 
-// What a page could tell of the host's first stage.
+// What a page could say of the host's first stage.
 std::string Describe(CSetupManager& manager)
 {
     std::string text =

@@ -1,5 +1,5 @@
 // Each table that the rows write: a sample of its columns, and the statement of each action as it must stand. The values
-// are telling, so that two columns that changed places show. No window header: the rules' tests compare the texts natively,
+// are distinct, so that two columns that changed places show. No window header: the rules' tests compare the texts natively,
 // those of the rows run them on a database.
 #pragma once
 

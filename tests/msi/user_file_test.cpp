@@ -146,7 +146,7 @@ TEST_F(UserFileTest, ASourceThatCanNotBeOpenedHasTheSize0AndIsStillWritten)
     EXPECT_EQ(Select(L"SELECT `SourceFileName` FROM `TarnCustomFile`"), (Rows{{L"Q:\\gone\\a.txt"}}));
 }
 
-TEST_F(UserFileTest, ASourceThatIsOpenForReadingElsewhereStillTellsItsSize)
+TEST_F(UserFileTest, ASourceThatIsOpenForReadingElsewhereStillReportsItsSize)
 {
     const CString source = Source(L"a.txt", "123");
     const CFileOwner reader(

@@ -30,7 +30,7 @@ class NoticeBrowse : public NoticePage
 protected:
     NoticeBrowse() { WithStoredPage(); }
     // The shell's view of the folder fetches icons whenever it gets to them, and the system keeps them: what is left
-    // over can't be told from that.
+    // over can't be distinguished from that.
     void TearDown() override
     {
         CountFromHere();
@@ -108,7 +108,7 @@ TEST_P(NoticeBrowse, AFeedOfEitherKindIsTaken)
     }
 }
 
-TEST_P(NoticeBrowse, AFileOfAnotherKindIsToldAndTheFieldKeepsItsText)
+TEST_P(NoticeBrowse, AFileOfAnotherKindIsReportedAndTheFieldKeepsItsText)
 {
     const CString path = folder.AddFile(L"picked.txt", "");
     for (const BrowseKind& kind : {LIST, FEED}) {

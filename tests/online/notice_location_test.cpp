@@ -231,7 +231,7 @@ TEST_P(NoticeLocation, YesToTheListGoesOnToTheFeed)
     ExpectStays(Field::Feed, L"\\");
 }
 
-TEST_P(NoticeLocation, ALocationIsCheckedAnewAfterItWasMended)
+TEST_P(NoticeLocation, ALocationIsCheckedAnewAfterItWasCorrected)
 {
     ChooseList(L"bad");
     Press(Next());

@@ -30,7 +30,7 @@ protected:
     int Next() const { return GetParam() == Shape::Wizard ? IDC_NEXT : IDC_NEXT_TAB; }
     int Back() const { return GetParam() == Shape::Wizard ? IDC_BACK : IDC_PREVIOUS_TAB; }
 
-    // Plays the steps; the result of a tab page is told as the wizard page's.
+    // Plays the steps; the result of a tab page is reported as the wizard page's.
     int ShowPage();
     // Leaves by Back and plays: for tests that only look.
     void ShowAndGoBack();

@@ -91,7 +91,7 @@ TEST_F(BeginBrowse, ThePickerBeginsAtTheCurrentLocation)
     ShowAndLeave();
 }
 
-TEST_F(BeginBrowse, ThePickerIsToldOfALongLocationTheFirst260Characters)
+TEST_F(BeginBrowse, ThePickerGetsTheFirst260CharactersOfALongLocation)
 {
     const CString location = L"C:\\" + CString(L'a', 297);
     WithLocation(location);
@@ -150,7 +150,7 @@ TEST_F(BeginBrowse, ARefusedFolderEmptiesTheEdit)
     }
 }
 
-TEST_F(BeginBrowse, AFolderThatFailsTheLocationCheckIsToldAndNotShownToTheHost)
+TEST_F(BeginBrowse, AFolderThatFailsTheLocationCheckIsReportedAndNotShownToTheHost)
 {
     Press(IDC_LOCATION_BROWSE);
     Step(L"select the folder in the picker", [&] { return SelectPickerFolder(picked); });

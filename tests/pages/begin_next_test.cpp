@@ -1,4 +1,4 @@
-// Next on the begin page: every refusal with its box and the buttons after it, and what the host is told.
+// Next on the begin page: every refusal with its box and the buttons after it, and what the host learns.
 #include "include/config_reader.h"
 #include "tests/pages/begin_page.h"
 #include "tests/support/test_network.h"
@@ -373,7 +373,7 @@ TEST_F(BeginNext, APlatformThatIsNotAllowedIsRefused)
 
 // ---- storing
 
-TEST_F(BeginNext, TheHostIsToldInOrder)
+TEST_F(BeginNext, TheHostIsCalledInOrder)
 {
     Press(IDC_NEXT);
     Answer(LocalPathQuestion(), IDYES);

@@ -152,7 +152,7 @@ TEST_P(EachExport, WithoutTheResourceLibraryGives1603AfterOneBox)
     EXPECT_EQ(host.manager.m_hCurrentPage, nullptr) << "a page was made";
 }
 
-TEST_P(EachExport, TellsTheHostItsWindowAndTheResourceLibrary)
+TEST_P(EachExport, PassesTheHostItsWindowAndTheResourceLibrary)
 {
     Look([&] {
         EXPECT_EQ(host.manager.m_hCurrentPage, Page());

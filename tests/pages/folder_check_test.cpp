@@ -334,7 +334,7 @@ TEST_F(NetworkFolders, AShareThatWantsAPasswordFails)
     EXPECT_FALSE(asked);
 }
 
-TEST_F(Folders, AWriteProbeTellsWhetherAFileCanBeMade)
+TEST_F(Folders, AWriteProbeReportsWhetherAFileCanBeMade)
 {
     EXPECT_EQ(TestWrite(folder.GetPath()), PCR_OK);
     EXPECT_EQ(TestWrite(machine.GetPath() + L"dev\\pts\\"), PCR_ACCESS_DENIED);

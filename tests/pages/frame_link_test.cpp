@@ -3,7 +3,7 @@
 
 namespace {
 
-// A target that tells that it was opened: a script that writes a file beside itself.
+// A target that shows that it was opened: a script that writes a file beside itself.
 constexpr char marker[] = "@echo opened> \"%~dp0opened.txt\"\r\n";
 
 // As long as the object lives, no program opens PDF files.
@@ -227,7 +227,7 @@ TEST_F(SidePane, EnterFollowsTheFocusedLinkInsteadOfPressingNext)
 }
 
 // The file stands beside the program, where the second try looks; no program opens it here.
-TEST_F(SidePane, APdfWithoutAViewerIsToldInABox)
+TEST_F(SidePane, APdfWithoutAViewerIsReportedInABox)
 {
     const CWithoutPdfViewer noViewer;
     const CString document = ProgramFolder() + L"rollout guide.pdf";

@@ -80,7 +80,7 @@ TEST_F(SettingsBrowse, ThePickerBeginsAtTheTextOfTheEdit)
     ShowAndLeave();
 }
 
-TEST_F(SettingsBrowse, ThePickerIsToldOfALongTextTheFirst260Characters)
+TEST_F(SettingsBrowse, ThePickerGetsTheFirst260CharactersOfALongText)
 {
     const CString text = L"C:\\" + CString(L'a', 297);
     WithLog(text);

@@ -153,8 +153,8 @@ LRESULT CALLBACK CountCaretScrolls(HWND edit, UINT message, WPARAM wParam, LPARA
     return DefSubclassProc(edit, message, wParam, lParam);
 }
 
-// Wine scrolls when the text is selected, Windows only when it is told to.
-TEST_F(SettingsNext, ARefusalTellsTheEditToScrollToTheCaret)
+// Wine scrolls when the text is selected, Windows only when it is asked to.
+TEST_F(SettingsNext, ARefusalAsksTheEditToScrollToTheCaret)
 {
     caretScrolls = 0;
     WithLog(L"logs");

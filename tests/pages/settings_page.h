@@ -39,7 +39,7 @@ protected:
     CString Text(int id) const { return Control(id).GetText(); }
     void ExpectFolderEnabled(bool enabled) const;
     void ExpectMc3Shown(bool shown) const;
-    // The form below the name of this computer, as the system tells it.
+    // The form below the name of this computer, as the system reports it.
     static CString FolderBelowComputer();
 
     // A folder on a local drive that any check accepts.

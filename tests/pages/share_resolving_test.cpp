@@ -187,7 +187,7 @@ TEST_F(Shares, ADriveListThatCannotBeReadGivesNothing)
     EXPECT_EQ(network.container, CString()) << "the shares were asked for";
 }
 
-TEST_F(Shares, AMappedDriveIsToldByItsShare)
+TEST_F(Shares, AMappedDriveIsNamedByItsShare)
 {
     const CTestDrive drive(L'X', DRIVE_REMOTE, "/");
     EXPECT_EQ(ResolveNetworkPath(out, L"X:\\"), 1);
@@ -394,7 +394,7 @@ CString MissingCallBox(const CString& text)
     return box.Describe();
 }
 
-TEST_F(Shares, ALibraryWithoutTheCallsIsToldOnce)
+TEST_F(Shares, ALibraryWithoutTheCallsIsReportedOnce)
 {
     const Redirect lookUp("GetProcAddress", NoProcAddress);
     const auto call = [this] { EXPECT_EQ(LocalPathOfShare(out, L"\\\\pc\\tools"), 0); };
@@ -416,7 +416,7 @@ TEST_F(Shares, WithoutTheCallThatFreesNoShareIsAskedFor)
 
 // ---- with the system's own calls
 
-TEST(SharesOfTheSystem, AMappedDriveIsToldByItsShare)
+TEST(SharesOfTheSystem, AMappedDriveIsNamedByItsShare)
 {
     const CTestShare share(L"SRV", L"data");
     const CTestDrive drive(L'X', DRIVE_REMOTE, "unc/SRV/data");
@@ -479,14 +479,14 @@ std::vector<CString> BoxesOfLookUp(const wchar_t* library, std::size_t expected)
                    expected);
 }
 
-TEST(LibraryCacheTest, AMissingFunctionIsToldAtEachCall)
+TEST(LibraryCacheTest, AMissingFunctionIsReportedAtEachCall)
 {
     const CString box = MissingCallBox(L"NoSuchCall was not found in kernel32.dll!");
     for (int call = 0; call < 2; ++call)
         EXPECT_EQ(BoxesOfLookUp(L"kernel32.dll", 1), std::vector<CString>{box}) << "call " << call;
 }
 
-TEST(LibraryCacheTest, AMissingLibraryIsToldBeforeItsFunction)
+TEST(LibraryCacheTest, AMissingLibraryIsReportedBeforeItsFunction)
 {
     MessageBoxView load;
     load.title = L"Error";

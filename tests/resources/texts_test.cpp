@@ -164,7 +164,7 @@ TEST_P(Texts, TheIconHasAllSizes)
     }
 }
 
-TEST_P(Texts, TheLibraryTellsItsVersion)
+TEST_P(Texts, TheLibraryStatesItsVersion)
 {
     EXPECT_NE(FindResourceW(m_library.GetModule(), MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION), nullptr);
 }

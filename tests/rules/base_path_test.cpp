@@ -12,7 +12,7 @@ TEST(PathText, LongPathsGetTheFormWithoutALimit)
     EXPECT_EQ(UnlimitedPath(L"\\\\.\\pipe\\a"), CString(L"\\\\.\\pipe\\a"));
 }
 
-TEST(PathText, FoldersAreToldFromTheirNeighbours)
+TEST(PathText, FoldersAreDistinctFromTheirNeighbours)
 {
     EXPECT_TRUE(IsSameOrBelow(L"C:\\media", L"c:\\MEDIA\\"));
     EXPECT_TRUE(IsSameOrBelow(L"C:\\media\\x", L"C:\\media"));

@@ -47,7 +47,7 @@ TEST(StringTest, PartsAreClamped)
     EXPECT_EQ(text.Mid(100), CString());
 }
 
-TEST(StringTest, FindStartsWhereItIsTold)
+TEST(StringTest, FindStartsAtTheGivenIndex)
 {
     const CString text(L"C:\\a:b");
     EXPECT_EQ(text.Find(L':'), 1);

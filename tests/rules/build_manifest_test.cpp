@@ -1,4 +1,4 @@
-// Manifest.txt as it is read back to tell a build's own files from others.
+// Manifest.txt as it is read back to distinguish a build's own files from others.
 #include "builder/manifest_text.h"
 #include "tests/support/text.h"
 
@@ -75,14 +75,14 @@ TEST(BuildManifest, OneThatIsCutOffOrEmptyIsNoManifest)
     }
 }
 
-TEST(BuildManifest, NamesOfKeptFilesAreToldUpToTen)
+TEST(BuildManifest, NamesOfKeptFilesAreListedUpToTen)
 {
     std::vector<CString> names;
     for (int number = 1; number <= 12; ++number) {
         names.push_back(L"f" + NumberText(number));
     }
-    const CString told = DescribeKept(true, names, L"C:\\kept");
-    EXPECT_GE(told.Find(L"\"f10\" and 2 more"), 0) << Utf8(told);
-    EXPECT_LT(told.Find(L"f11"), 0) << Utf8(told);
+    const CString reported = DescribeKept(true, names, L"C:\\kept");
+    EXPECT_GE(reported.Find(L"\"f10\" and 2 more"), 0) << Utf8(reported);
+    EXPECT_LT(reported.Find(L"f11"), 0) << Utf8(reported);
     EXPECT_GE(DescribeKept(false, {}, L"C:\\kept").Find(L"kept whole in \"C:\\kept\""), 0);
 }

@@ -23,7 +23,7 @@ TEST(BuildNames, AcceptsOrdinaryAndOddNames)
     EXPECT_TRUE(RefusedName(CString(L'a', MAX_DEPLOYMENT_NAME)).IsEmpty());
 }
 
-TEST(BuildNames, ALockFileTellsItsBuild)
+TEST(BuildNames, ALockFileNamesItsBuild)
 {
     EXPECT_EQ(LockFileName(L"Office 1.0"), CString(L".Office 1.0.build-lock"));
     EXPECT_EQ(NameFromLockFile(L".Office 1.0.build-lock"), CString(L"Office 1.0"));

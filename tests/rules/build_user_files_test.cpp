@@ -222,7 +222,7 @@ TEST_F(FinishedFiles, MoreFilesThanTheColumnsCanNumberAreRefused)
 }
 
 // One addition was once refused with the advice to add fewer.
-TEST_F(FinishedFiles, AProductThatTakesAllNumbersIsToldAsSuch)
+TEST_F(FinishedFiles, AProductThatTakesAllNumbersIsReportedAsSuch)
 {
     Row(L"File", {L"Own", L"Own", L"own.txt", L"1", L"8192", L"32767"});
     AddFile(1, L"a.txt", 8);

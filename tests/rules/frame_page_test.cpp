@@ -79,7 +79,7 @@ TEST(LinkTest, ATargetOf2084CharactersIsIgnored)
     EXPECT_EQ(LinkFile(nullptr), CString());
 }
 
-TEST(LinkTest, TheExtensionTellsTheKindInAnyCase)
+TEST(LinkTest, TheExtensionDecidesTheKindInAnyCase)
 {
     EXPECT_EQ(KindOfLink(L".PDF"), LinkKind::Document);
     EXPECT_EQ(KindOfLink(L".html"), LinkKind::Html);

@@ -19,14 +19,14 @@ TEST(PatternTest, TheEmptyPatternMatchesTheEmptyTextAlone)
     EXPECT_FALSE(Match(L"a", L""));
 }
 
-TEST(PatternTest, ThePatternEndsWhereItIsTold)
+TEST(PatternTest, ThePatternEndsAtTheGivenLength)
 {
     const wchar_t* pattern = L"abc";
     EXPECT_TRUE(MatchPattern(L"ab", pattern, pattern + 2, false, false));
     EXPECT_FALSE(MatchPattern(L"abc", pattern, pattern + 2, false, false));
 }
 
-TEST(PatternTest, LiteralsRegardCaseUnlessTold)
+TEST(PatternTest, LiteralsRegardCaseUnlessAskedNotTo)
 {
     EXPECT_TRUE(Match(L"Abc", L"Abc"));
     EXPECT_FALSE(Match(L"Abc", L"abc"));

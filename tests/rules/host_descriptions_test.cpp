@@ -368,7 +368,7 @@ TEST(DeploymentFileTest, ACutOffFileIsRefused)
     }
 }
 
-TEST(DirectoryRulesTest, LongNamesOfTargetAndSourceAreTold)
+TEST(DirectoryRulesTest, LongNamesOfTargetAndSourceAreReported)
 {
     EXPECT_EQ(TargetFolderName(L"SHORT|Long Name:SRC|Source Name"), CString(L"Long Name"));
     EXPECT_EQ(SourceFolderName(L"SHORT|Long Name:SRC|Source Name", LayoutOf(0)), CString(L"Source Name"));

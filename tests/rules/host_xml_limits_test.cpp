@@ -81,7 +81,7 @@ class XmlLimitTest : public testing::TestWithParam<Bound>
 {
 };
 
-// The deepest element is no known one, so only the depth's own message tells the two apart.
+// The deepest element is no known one, so only the depth's own message distinguishes the two.
 std::string Deep(int levels)
 {
     return Repeated("<a>", static_cast<std::size_t>(levels)) +

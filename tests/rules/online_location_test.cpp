@@ -57,7 +57,7 @@ TEST(LocationPartsTest, TheExtensionBeginsAtTheLastDot)
     EXPECT_EQ(TextFromLastDot(L"."), CString(L"."));
 }
 
-TEST(LocationPartsTest, KindsAreToldByTheExtensionWhateverItsCase)
+TEST(LocationPartsTest, KindsFollowTheExtensionWhateverItsCase)
 {
     EXPECT_TRUE(IsListFile(L"a.NpL"));
     EXPECT_FALSE(IsListFile(L"npl"));

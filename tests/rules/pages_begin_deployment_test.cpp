@@ -49,7 +49,7 @@ TEST(LayoutTest, WithoutDeploymentsTheLayoutIsPlainInEveryMode)
     }
 }
 
-TEST(LayoutTest, WithDeploymentsTheModeTells)
+TEST(LayoutTest, WithDeploymentsTheModeDecides)
 {
     EXPECT_EQ(LayoutFor(true, Setup::SETUPMODE_CREATE_DEPLOYMENT), BeginLayout::Create);
     EXPECT_EQ(LayoutFor(true, Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT), BeginLayout::CreateFrom);

@@ -8,7 +8,7 @@
 
 namespace {
 
-// A product with nothing but the marks by which carriers are told.
+// A product with nothing but the marks by which carriers are recognised.
 class MarkedProduct : public EmptyProduct
 {
 public:

@@ -189,7 +189,7 @@ TEST(AnswersFileText, WhatIsWrittenReadsBackEqual)
     }
 }
 
-TEST(AnswersFileText, AnErrorTellsFileLineKeyAndReason)
+TEST(AnswersFileText, AnErrorNamesFileLineKeyAndReason)
 {
     EXPECT_EQ((AnswersError{L"C:\\a.txt", 12, L"begin.name", L"Why."}.Text()),
               CString(L"C:\\a.txt(12): begin.name: Why."));

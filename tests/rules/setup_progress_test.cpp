@@ -50,7 +50,7 @@ TEST(SetupProgress, TheTimeLeftFollowsTheSpeedSoFar)
     EXPECT_EQ(left.count, 15); // 10 seconds and the one that has begun, in fives
 }
 
-TEST(SetupProgress, LongTimesAreToldInMinutesAndHours)
+TEST(SetupProgress, LongTimesAreWrittenInMinutesAndHours)
 {
     const TimeLeft minutes = EstimateTimeLeft(100'000, 25, 100);
     EXPECT_EQ(minutes.kind, TimeLeftKind::Minutes);
@@ -60,7 +60,7 @@ TEST(SetupProgress, LongTimesAreToldInMinutesAndHours)
     EXPECT_EQ(hours.count, 4);
 }
 
-TEST(SetupProgress, AHopelessEstimateIsNotTold)
+TEST(SetupProgress, AHopelessEstimateIsNotShown)
 {
     EXPECT_EQ(EstimateTimeLeft(LARGEST, LARGEST / 100 + 1, LARGEST).kind, TimeLeftKind::Unknown);
 }

@@ -14,7 +14,7 @@ CString StepAfter(std::initializer_list<const wchar_t*> lines)
     return steps.Text();
 }
 
-TEST(SetupRunEnd, AFaultIsToldByItsNameAndNumber)
+TEST(SetupRunEnd, AFaultIsReportedByItsNameAndNumber)
 {
     EXPECT_EQ(FaultText(0xC0000005), CString(L"access violation (0xC0000005)"));
     EXPECT_EQ(FaultText(0xC00000FD), CString(L"stack overflow (0xC00000FD)"));
@@ -22,18 +22,18 @@ TEST(SetupRunEnd, AFaultIsToldByItsNameAndNumber)
     EXPECT_EQ(FaultText(FAULT_ABORT), CString(L"abort (0x40000015)"));
 }
 
-TEST(SetupRunEnd, AnUnknownFaultIsToldByItsNumberInEightDigits)
+TEST(SetupRunEnd, AnUnknownFaultIsReportedByItsNumberInEightDigits)
 {
     EXPECT_EQ(FaultText(0), CString(L"code 0x00000000"));
     EXPECT_EQ(FaultText(0xFFFFFFFF), CString(L"code 0xFFFFFFFF"));
 }
 
-TEST(SetupRunEnd, APlaceIsToldFromTheStartOfItsLibrary)
+TEST(SetupRunEnd, APlaceIsCountedFromTheStartOfItsLibrary)
 {
     EXPECT_EQ(PlaceText(L"msi.dll", 0x2E450), CString(L"msi.dll+0x2E450"));
 }
 
-TEST(SetupRunEnd, APlaceInNoLibraryIsToldByItsAddress)
+TEST(SetupRunEnd, APlaceInNoLibraryIsReportedByItsAddress)
 {
     EXPECT_EQ(PlaceText(L"", 0), CString(L"address 0x0"));
     EXPECT_EQ(PlaceText(L"", 0xFFFFFFFFFFFFFFFF), CString(L"address 0xFFFFFFFFFFFFFFFF"));

@@ -43,7 +43,7 @@ protected:
         });
     }
 
-    // A build that tells its news and then goes on until it is let go or cancelled.
+    // A build that reports its news and then goes on until it is let go or cancelled.
     BuildFunction HeldBuild(std::uint64_t done, std::uint64_t total)
     {
         return [this, done, total](IBuildProgress& progress) {
@@ -135,7 +135,7 @@ TEST_F(BuildDialog, StepFileAndAmountAreShown)
     EXPECT_EQ(file, CString(L"Image\\x64\\Zolt\\Zolt2027.msi"));
 }
 
-TEST_F(BuildDialog, TheTitleTellsTheShareAndTheBarFollows)
+TEST_F(BuildDialog, TheTitleShowsTheShareAndTheBarFollows)
 {
     WaitForText(IDC_BUILD_AMOUNT, L"130 MB of 500 MB");
     CString title;
@@ -150,16 +150,16 @@ TEST_F(BuildDialog, TheTitleTellsTheShareAndTheBarFollows)
     EXPECT_EQ(position, 260);
 }
 
-TEST_F(BuildDialog, TheTimeLeftIsToldOnceTheSpeedIsKnown)
+TEST_F(BuildDialog, TheTimeLeftIsShownOnceTheSpeedIsKnown)
 {
     m_script.Add(L"wait for the time left",
-                 [] { return Until(Text(IDC_BUILD_TIME_LEFT).Find(L"About ") == 0, L"it isn't told"); });
+                 [] { return Until(Text(IDC_BUILD_TIME_LEFT).Find(L"About ") == 0, L"it isn't shown"); });
     LetGo();
     static_cast<void>(Run(HeldBuild(250 * MEGABYTE, 500 * MEGABYTE)));
 }
 
-// A window would have to be up for a minute before it tells hours.
-TEST_F(BuildDialog, EachTimeLeftIsToldInItsUnit)
+// A window would have to be up for a minute before it shows hours.
+TEST_F(BuildDialog, EachTimeLeftIsShownInItsUnit)
 {
     EXPECT_GE(SetupText(IDS_BUILD_SECONDS_LEFT, {L"3"}).Find(L"3 seconds"), 0);
     EXPECT_GE(SetupText(IDS_BUILD_MINUTES_LEFT, {L"3"}).Find(L"3 minutes"), 0);
@@ -195,7 +195,7 @@ BOOL WINAPI NoteNoReason(HWND)
     return TRUE;
 }
 
-TEST_F(BuildDialog, TheSystemIsToldWhyItCanNotEndTheSessionAsLongAsTheWindowIsUp)
+TEST_F(BuildDialog, TheSystemKnowsWhyItCanNotEndTheSessionAsLongAsTheWindowIsUp)
 {
     g_reasons.clear();
     const CImportRedirect create(nullptr, "ShutdownBlockReasonCreate", reinterpret_cast<void*>(NoteReason));

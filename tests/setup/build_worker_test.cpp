@@ -158,7 +158,7 @@ TEST(BuildWorker, NewsThatFoundAFullQueueIsFollowedByTheNext)
     CBuildWorker worker(PostWhenThereIsRoom);
     worker.Start(window.Get(), [](IBuildProgress& progress) {
         progress.OnStep(L"lost");
-        progress.OnStep(L"told");
+        progress.OnStep(L"reported");
         return Done();
     });
     window.ReadUntilDone([] {});

@@ -121,7 +121,7 @@ TEST_F(ConfigureDialog, WhatIsEnteredOnAPageThatWasMadeAnewIsAChangeAgainstTheFi
     EXPECT_EQ(Run(), NAVIGATION_NEXT);
 }
 
-TEST_F(ConfigureDialog, EachPageIsToldItsNumberAmongAllTabsWhenItIsMade)
+TEST_F(ConfigureDialog, EachPageGetsItsNumberAmongAllTabsWhenItIsMade)
 {
     AddProduct(L"Zolt");
     AddTabs(3);

@@ -184,7 +184,7 @@ TEST_F(ConfigureTrouble, ItStaysWhileAPagesOwnBoxIsUp)
 
 // ---- a database that goes away
 
-TEST_F(ConfigureTrouble, ADatabaseThatGoesIsToldOnceAndItsPagesMayBeLeft)
+TEST_F(ConfigureTrouble, ADatabaseThatGoesIsReportedOnceAndItsPagesMayBeLeft)
 {
     TestProduct& zolt = AddProduct(L"Zolt");
     TestProduct& volt = AddProduct(L"Volt");
@@ -265,7 +265,7 @@ TEST_F(ConfigureTrouble, ADatabaseThatGoesLeavesTheTabsOfOtherProductsAsTheyAre)
     EXPECT_EQ(Property(volt, L"TEST_VALUE_0"), CString(L"of Volt"));
 }
 
-TEST_F(ConfigureTrouble, BackTellsThatNothingWasStored)
+TEST_F(ConfigureTrouble, BackReportsThatNothingWasStored)
 {
     TestProduct& zolt = AddProduct(L"Zolt");
     AddTabs(1);
@@ -276,7 +276,7 @@ TEST_F(ConfigureTrouble, BackTellsThatNothingWasStored)
     EXPECT_EQ(Run(), NAVIGATION_BACK);
 }
 
-TEST_F(ConfigureTrouble, ThePagesOwnWayOnTellsThatNothingWasStored)
+TEST_F(ConfigureTrouble, ThePagesOwnWayOnReportsThatNothingWasStored)
 {
     TestProduct& zolt = AddProduct(L"Zolt");
     AddProduct(L"Volt");
@@ -289,8 +289,8 @@ TEST_F(ConfigureTrouble, ThePagesOwnWayOnTellsThatNothingWasStored)
     EXPECT_EQ(Run(), NAVIGATION_CANCEL);
 }
 
-// Once told, a silence was forgotten for good: of the second one nobody heard.
-TEST_F(ConfigureTrouble, ADatabaseThatGoesASecondTimeIsToldAgain)
+// Once reported, a silence was forgotten for good: of the second one nobody heard.
+TEST_F(ConfigureTrouble, ADatabaseThatGoesASecondTimeIsReportedAgain)
 {
     bool silent = false;
     options.checkDatabase = [&silent](CProduct&) { return silent ? CString(L"gone") : CString(); };

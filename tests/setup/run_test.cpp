@@ -60,7 +60,7 @@ TEST(RunLog, TryingALogKeepsWhatItHolds)
 }
 
 // A run for a person wrote nothing to the console of the program that started it, but ended with Ctrl+C there.
-TEST(RunLog, ARunThatTellsNothingToAConsoleHasNone)
+TEST(RunLog, ARunThatReportsNothingToAConsoleHasNone)
 {
     EXPECT_FALSE(CRunLog(false, CString()).HasConsole());
     EXPECT_TRUE(CRunLog(true, CString()).HasConsole()) << "the test's own output is none";

@@ -1,4 +1,4 @@
-// What the button in the taskbar is told.
+// What the button in the taskbar is set to.
 #include "base/string.h"
 #include "setup/taskbar_progress.h"
 #include "tests/support/text.h"

@@ -134,9 +134,9 @@ private:
 TEST_F(Wizard, ANameThatTheBuildWouldRefuseIsRefusedBehindTheFirstPageWhichThenComesAgain)
 {
     for (const wchar_t* name : {L"CON", L"Office.", L"Off\tice"}) {
-        CString told;
+        CString reported;
         Begin(name);
-        AnswerBox(IDOK, &told);
+        AnswerBox(IDOK, &reported);
         CString kept;
         CString keptLocation;
         OnPage(IDC_LOCATION, [&](HWND page) {
@@ -146,7 +146,7 @@ TEST_F(Wizard, ANameThatTheBuildWouldRefuseIsRefusedBehindTheFirstPageWhichThenC
         });
         Cancel(IDC_LOCATION);
         EXPECT_EQ(Run().exitCode, static_cast<unsigned int>(SETUP_CANCELLED));
-        EXPECT_GE(told.Find(CString(L"\"") + name + L"\""), 0) << Utf8(told);
+        EXPECT_GE(reported.Find(CString(L"\"") + name + L"\""), 0) << Utf8(reported);
         EXPECT_EQ(kept, CString(name));
         EXPECT_EQ(keptLocation, location + L"\\"); // as the page stores it
     }
@@ -208,7 +208,7 @@ TEST_F(Wizard, TheEndOfTheSessionWaitsWhileThePageAsksWhetherToCancel)
     EXPECT_TRUE(mayEndBehind);
 }
 
-// The next run's end was told with the failure of the one before.
+// The next run's end was reported with the failure of the one before.
 TEST_F(Wizard, WhatAnEarlierBuildFailedOfIsForgottenWhenTheWizardStartsOver)
 {
     Begin(L"Office");

@@ -251,7 +251,7 @@ int CountGdiObjects()
 
 int RecordingNotify::OnLinkClicked(HWND, const wchar_t* target)
 {
-    told.push_back(CString(L"link ") + target);
+    calls.push_back(CString(L"link ") + target);
     if (onLink) {
         onLink(target);
     }
@@ -260,19 +260,19 @@ int RecordingNotify::OnLinkClicked(HWND, const wchar_t* target)
 
 int RecordingNotify::OnReserved1(HWND, const wchar_t*)
 {
-    told.emplace_back(L"reserved 1");
+    calls.emplace_back(L"reserved 1");
     return 0;
 }
 
 int RecordingNotify::OnReserved2(HWND, const wchar_t*)
 {
-    told.emplace_back(L"reserved 2");
+    calls.emplace_back(L"reserved 2");
     return 0;
 }
 
 int RecordingNotify::OnKeyHandled(HWND, int, bool* handled)
 {
-    told.emplace_back(*handled ? L"key, already handled" : L"key");
+    calls.emplace_back(*handled ? L"key, already handled" : L"key");
     *handled = bTakesKeys;
     return bTakesKeys ? 1 : 0;
 }

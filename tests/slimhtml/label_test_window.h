@@ -74,11 +74,11 @@ struct Picture
 // Drawing objects that the process holds.
 [[nodiscard]] int CountGdiObjects();
 
-// Writes down what a label tells.
+// Writes down what a label reports.
 class RecordingNotify : public ISlimHtmlNotify
 {
 public:
-    std::vector<CString> told;
+    std::vector<CString> calls;
     bool bTakesKeys = true;
     std::function<void(const wchar_t*)> onLink;
 

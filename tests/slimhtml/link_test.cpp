@@ -7,7 +7,7 @@
 
 namespace {
 
-using Told = std::vector<CString>;
+using Calls = std::vector<CString>;
 
 class LabelLinkTest : public testing::Test
 {
@@ -24,9 +24,9 @@ protected:
     // Which link has the focus is what Enter activates.
     CString FocusedTarget()
     {
-        notify.told.clear();
+        notify.calls.clear();
         window.Press(VK_RETURN, label.get());
-        return notify.told.empty() ? CString() : notify.told.back();
+        return notify.calls.empty() ? CString() : notify.calls.back();
     }
 
     LabelTestWindow window{240, 100};
@@ -77,7 +77,7 @@ TEST_F(LabelLinkTest, TabWalksTheLinksInADialogThatOffersNoMessages)
     window.Press(VK_TAB);
     ASSERT_EQ(GetFocus(), window.Label());
     window.Press(VK_RETURN);
-    EXPECT_EQ(notify.told.back(), CString(L"link two.pdf"));
+    EXPECT_EQ(notify.calls.back(), CString(L"link two.pdf"));
     window.Press(VK_TAB);
     EXPECT_EQ(GetFocus(), window.After());
 }
@@ -85,17 +85,17 @@ TEST_F(LabelLinkTest, TabWalksTheLinksInADialogThatOffersNoMessages)
 TEST_F(LabelLinkTest, SpaceActivatesTheFocusedLink)
 {
     PressTab();
-    notify.told.clear();
+    notify.calls.clear();
     window.Press(VK_SPACE, label.get());
-    EXPECT_EQ(notify.told, (Told{L"key", L"link one.html"}));
+    EXPECT_EQ(notify.calls, (Calls{L"key", L"link one.html"}));
 }
 
-TEST_F(LabelLinkTest, TheOwnerIsAskedForTheKeyBeforeTheLinkIsTold)
+TEST_F(LabelLinkTest, TheOwnerIsAskedForTheKeyBeforeTheLinkIsReported)
 {
     PressTab();
-    notify.told.clear();
+    notify.calls.clear();
     window.Press(VK_RETURN, label.get());
-    EXPECT_EQ(notify.told, (Told{L"key", L"link one.html"}));
+    EXPECT_EQ(notify.calls, (Calls{L"key", L"link one.html"}));
 }
 
 TEST_F(LabelLinkTest, AKeyThatTheOwnerKeepsActivatesNothing)
@@ -116,29 +116,29 @@ TEST_F(LabelLinkTest, TabLeavesAtOnceWhenTheOwnerKeepsTheKeys)
 TEST_F(LabelLinkTest, TheOwnerIsNotAskedForKeysThatTheLabelHasNoUseFor)
 {
     PressTab();
-    notify.told.clear();
+    notify.calls.clear();
     window.Press(L'A', label.get());
     window.Press(VK_DOWN, label.get()); // the text doesn't scroll
-    EXPECT_EQ(notify.told, Told{});
+    EXPECT_EQ(notify.calls, Calls{});
 }
 
 TEST_F(LabelLinkTest, AClickActivatesTheLinkUnderTheMouse)
 {
     window.Click(14, 16);
-    EXPECT_EQ(notify.told, Told{L"link one.html"});
+    EXPECT_EQ(notify.calls, Calls{L"link one.html"});
 }
 
 TEST_F(LabelLinkTest, AClickBesideTheLinksActivatesNothing)
 {
     window.Click(14, 80);
-    EXPECT_EQ(notify.told, Told{});
+    EXPECT_EQ(notify.calls, Calls{});
 }
 
 TEST_F(LabelLinkTest, ReleasingTheMouseBesideTheLinkActivatesNothing)
 {
     SendMessageW(window.Label(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(14, 16));
     SendMessageW(window.Label(), WM_LBUTTONUP, 0, MAKELPARAM(14, 80));
-    EXPECT_EQ(notify.told, Told{});
+    EXPECT_EQ(notify.calls, Calls{});
 }
 
 TEST_F(LabelLinkTest, APressedLinkKeepsTheMouseUntilItIsReleased)
@@ -147,9 +147,9 @@ TEST_F(LabelLinkTest, APressedLinkKeepsTheMouseUntilItIsReleased)
     EXPECT_EQ(GetCapture(), window.Label()) << "a release outside the label would be missed";
     SendMessageW(window.Label(), WM_LBUTTONUP, 0, MAKELPARAM(-20, -20));
     EXPECT_EQ(GetCapture(), nullptr);
-    EXPECT_EQ(notify.told, Told{});
+    EXPECT_EQ(notify.calls, Calls{});
     SendMessageW(window.Label(), WM_LBUTTONUP, 0, MAKELPARAM(14, 16));
-    EXPECT_EQ(notify.told, Told{}) << "it is still pressed";
+    EXPECT_EQ(notify.calls, Calls{}) << "it is still pressed";
 }
 
 TEST_F(LabelLinkTest, ALinkThatLosesTheMouseIsPressedNoMore)
@@ -158,7 +158,7 @@ TEST_F(LabelLinkTest, ALinkThatLosesTheMouseIsPressedNoMore)
     SetCapture(window.Window());
     ReleaseCapture();
     SendMessageW(window.Label(), WM_LBUTTONUP, 0, MAKELPARAM(14, 16));
-    EXPECT_EQ(notify.told, Told{});
+    EXPECT_EQ(notify.calls, Calls{});
 }
 
 TEST_F(LabelLinkTest, ABoxInFrontLeavesTheFocusedLinkAsItWas)
@@ -235,8 +235,8 @@ TEST_F(LabelLinkTest, AClickInAScrolledTextActivatesTheLinkThatIsSeenThere)
     SendMessageW(window.Label(), WM_VSCROLL, SB_BOTTOM, 0);
     ASSERT_GT(GetScrollPos(window.Label(), SB_VERT), 0);
     window.Click(14, 50);
-    ASSERT_EQ(notify.told.size(), 1u);
-    EXPECT_GE(_wtoi(notify.told[0].Mid(TextLength(L"link "))), 30) << Utf8(notify.told[0]);
+    ASSERT_EQ(notify.calls.size(), 1u);
+    EXPECT_GE(_wtoi(notify.calls[0].Mid(TextLength(L"link "))), 30) << Utf8(notify.calls[0]);
 }
 
 TEST_F(LabelLinkTest, TheOwnerMayLoadAnotherPageFromTheClick)
@@ -251,7 +251,7 @@ TEST_F(LabelLinkTest, TheOwnerMayEndTheLabelFromTheClick)
 {
     notify.onLink = [this](const wchar_t*) { label.reset(); };
     window.Click(14, 16);
-    EXPECT_EQ(notify.told, Told{L"link one.html"});
+    EXPECT_EQ(notify.calls, Calls{L"link one.html"});
     EXPECT_TRUE(IsWindow(window.Label()));
 }
 

@@ -29,7 +29,7 @@ int CountWindows()
     return count;
 }
 
-// Handles of menus and icons are even numbers below 65536 with a counter above them that need not be told.
+// Handles of menus and icons are even numbers below 65536 with a counter above them that need not be known.
 template <class Test>
 int CountUserHandles(Test test)
 {

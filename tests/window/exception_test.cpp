@@ -168,7 +168,7 @@ TEST_F(ExceptionTest, APaintHandlerThatThrowsDoesNotPaintForEver)
 
 std::string g_unawaited;
 
-TEST_F(ExceptionTest, WithoutALoopOfThisLibraryTheHandlerForUnawaitedExceptionsIsTold)
+TEST_F(ExceptionTest, WithoutALoopOfThisLibraryTheHandlerForUnawaitedExceptionsIsCalled)
 {
     g_unawaited.clear();
     const UnawaitedExceptionHandler former =

@@ -96,7 +96,7 @@ TEST(HandleTest, AFileThatCouldNotBeOpenedCountsAsNone)
     EXPECT_FALSE(file);
 }
 
-// Owns one object of each kind and tells how many the process then has.
+// Owns one object of each kind and counts how many the process then has.
 int CountWithOneOfEach()
 {
     const CFontOwner font(CreateFontW(12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"Tahoma"));
