@@ -230,7 +230,7 @@ TEST_F(AddedFilesTest, AModifiedDeploymentKnowsWhereItsFilesCameFrom)
     EXPECT_EQ(SourceOf(OpenAgain(Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"Added"), key), source);
 }
 
-// A known gap: the service here keeps texts in the file that no row has any more. Mend the test when this fails.
+// A known gap: the service here keeps texts in the file that no row has any more. Correct the test when this fails.
 TEST_F(AddedFilesTest, TheFileOfTheBuiltDatabaseKeepsOldTextsOnThisServiceAlone)
 {
     AddedRows(OpenSample(Setup::PLATFORM_X64)).AddFile(Source(L"logo.txt", "first"), L"INSTALLDIR");

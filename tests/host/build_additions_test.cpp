@@ -65,11 +65,12 @@ protected:
 
     void ExpectWarned(const CString& part) const
     {
-        std::string told;
+        std::string reported;
         for (const CString& warning : warnings) {
-            told += Utf8(warning) + "\n";
+            reported += Utf8(warning) + "\n";
         }
-        EXPECT_NE(told.find(Utf8(part)), std::string::npos) << Utf8(part) << " is missing in:\n" << told;
+        EXPECT_NE(reported.find(Utf8(part)), std::string::npos) << Utf8(part) << " is missing in:\n"
+                                                                << reported;
     }
 
     void ExpectFileArrivesAndGoes(const CString& name, const std::string& bytes)
@@ -146,7 +147,7 @@ TEST_F(AdditionsTest, AValueBeyondTheCodePageIsRefusedBeforehand)
     ExpectRefusedBeforehand(1113, {L"SITE", L"1252"});
 }
 
-TEST_F(AdditionsTest, AFileAboveTheLimitIsToldTheLimitThatHolds)
+TEST_F(AdditionsTest, AFileAboveTheLimitIsRefusedWithTheLimitThatHolds)
 {
     const CString source = sources / L"large.bin";
     MakeHole(source, (2032ll << 20) + 1);
@@ -154,13 +155,13 @@ TEST_F(AdditionsTest, AFileAboveTheLimitIsToldTheLimitThatHolds)
     ExpectRefusedBeforehand(223, {source, L"has 2033 MB", L"up to 2032 MB"});
 }
 
-TEST_F(AdditionsTest, WhatIsTakenAsItIsIsToldByTheCheckToo)
+TEST_F(AdditionsTest, WhatIsTakenAsItIsIsReportedByTheCheckToo)
 {
     added.AddFile(Source(L"README.txt", "ours"), L"INSTALLDIR");
-    std::vector<CString> told;
-    EXPECT_EQ(CheckBuild(build.plan, told).code, 0u);
-    ASSERT_EQ(told.size(), 1u);
-    EXPECT_GE(told[0].Find(L"takes the place of"), 0) << Utf8(told[0]);
+    std::vector<CString> reported;
+    EXPECT_EQ(CheckBuild(build.plan, reported).code, 0u);
+    ASSERT_EQ(reported.size(), 1u);
+    EXPECT_GE(reported[0].Find(L"takes the place of"), 0) << Utf8(reported[0]);
 }
 
 // ---- more components than a feature takes ---------------------------------------------------------------------------

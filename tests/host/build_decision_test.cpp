@@ -71,8 +71,8 @@ protected:
     long long OperationsOfACheck()
     {
         const CFaultScope counting({});
-        std::vector<CString> told;
-        EXPECT_EQ(CheckBuild(build.plan, told).code, 0u);
+        std::vector<CString> reported;
+        EXPECT_EQ(CheckBuild(build.plan, reported).code, 0u);
         return CountedFileOperations();
     }
 
@@ -302,8 +302,8 @@ TEST_F(DecisionTest, AnOldDeploymentInUseIsRefusedBeforehand)
     EXPECT_EQ(result.error.code, unsigned{ERROR_SHARING_VIOLATION});
     EXPECT_GE(result.error.message.Find(inUse), 0) << Utf8(result.error.message);
     EXPECT_EQ(build.steps.back(), L"Checking the location and the media");
-    std::vector<CString> told;
-    EXPECT_EQ(Utf8(CheckBuild(build.plan, told).message), Utf8(result.error.message));
+    std::vector<CString> reported;
+    EXPECT_EQ(Utf8(CheckBuild(build.plan, reported).message), Utf8(result.error.message));
 }
 
 // Each of its files is opened, which takes minutes on a slow share.
@@ -322,8 +322,8 @@ TEST_F(DecisionTest, ABuildUnderWayIsReportedByTheCheck)
     const CString path = build.Location() + L"\\.Office.build-lock";
     const CFileOwner lock = OpenAlone(path, true);
     ASSERT_TRUE(lock);
-    std::vector<CString> told;
-    const OperationError checked = CheckBuild(build.plan, told);
+    std::vector<CString> reported;
+    const OperationError checked = CheckBuild(build.plan, reported);
     EXPECT_EQ(checked.code, unsigned{ERROR_BUSY});
     EXPECT_EQ(Utf8(checked.message), Utf8(build.Build().error.message));
 }
@@ -341,8 +341,8 @@ TEST_F(DecisionTest, WhatStandsInTheLocksPlaceIsRefusedBeforehand)
 TEST_F(DecisionTest, TheLockOfADeadBuildRefusesNothing)
 {
     WriteBytes(build.Location() + L"\\.Office.build-lock", "");
-    std::vector<CString> told;
-    EXPECT_EQ(CheckBuild(build.plan, told).code, 0u);
+    std::vector<CString> reported;
+    EXPECT_EQ(CheckBuild(build.plan, reported).code, 0u);
     EXPECT_TRUE(Exists(build.Location() + L"\\.Office.build-lock")) << "the check cleared it";
 }
 

@@ -145,7 +145,7 @@ TEST(BuildDeployment, ReportsAStreamBySizeAndHash)
     EXPECT_HOLDS(text, L"Data: \"5000 bytes, SHA-256 " + HashOf(std::string(5000, 'b')) + L"\"");
 }
 
-TEST(BuildDeployment, TellsThatNothingWasChanged)
+TEST(BuildDeployment, ReportsThatNothingWasChanged)
 {
     TestBuild build;
     ASSERT_EQ(build.Build().error.code, 0u);
@@ -216,7 +216,7 @@ bool IsSigned(const CString& path)
     return found;
 }
 
-TEST(BuildDeployment, ASignatureThatNoLongerFitsIsRemovedAndTold)
+TEST(BuildDeployment, ASignatureThatNoLongerFitsIsRemovedAndReported)
 {
     ProductOptions options;
     options.prepare = Sign;
@@ -289,12 +289,12 @@ TEST(BuildDeployment, ASignatureThatACommitKeptIsGoneBeforeTheDatabaseIsReadBack
     build.plan.databases[0].strWorkingCopy = path;
     const CString built = path + L".built";
     bool looked = false;
-    build.onStep = [](const CString&) { LetTheNextMomentBeTold(); };
+    build.onStep = [](const CString&) { LetTheNextMomentBeReported(); };
     build.onProgress = [&](std::uint64_t, std::uint64_t) {
         if (!looked && Exists(built)) {
             looked = CanBeOpened(built); // it isn't while it is written
             EXPECT_FALSE(looked && IsSigned(built));
-            LetTheNextMomentBeTold();
+            LetTheNextMomentBeReported();
         }
         return true;
     };
@@ -346,7 +346,7 @@ TEST(BuildDeployment, NamesNoPathOfTheBuildInTheDatabase)
     }
 }
 
-TEST(BuildDeployment, TellsProgressUpToAllBytesAndNotTooOften)
+TEST(BuildDeployment, ReportsProgressUpToAllBytesAndNotTooOften)
 {
     TestBuild build;
     std::uint64_t last = 0;
@@ -367,7 +367,7 @@ TEST(BuildDeployment, TellsProgressUpToAllBytesAndNotTooOften)
     EXPECT_EQ(build.steps.front(), L"Checking the location and the media");
 }
 
-TEST(BuildDeployment, TellsAllBytesAsDoneWhenASourceHasShrunkMeanwhile)
+TEST(BuildDeployment, ReportsAllBytesAsDoneWhenASourceHasShrunkMeanwhile)
 {
     TestBuild build;
     bool shrunk = false;

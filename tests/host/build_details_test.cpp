@@ -95,7 +95,7 @@ TEST(BuildDetails, AFileWithAHoleComesOutWithAllItsBytesAndNoHole)
     EXPECT_GE(information.AllocationSize.QuadPart, 3 << 20);
 }
 
-TEST(BuildDetails, ADiskThatIsTooSmallIsToldWithBothNumbersBeforeAnythingIsWritten)
+TEST(BuildDetails, ADiskThatIsTooSmallIsReportedWithBothNumbersBeforeAnythingIsWritten)
 {
     TestBuild build;
     const CString source = build.Folder() / L"huge.bin";
@@ -113,7 +113,7 @@ TEST(BuildDetails, ADiskThatIsTooSmallIsToldWithBothNumbersBeforeAnythingIsWritt
 }
 
 // "Disk full" said neither which disk nor how much.
-TEST(BuildDetails, ADiskThatFillsUpMeanwhileIsToldWithWhatIsFreeAndNeeded)
+TEST(BuildDetails, ADiskThatFillsUpMeanwhileIsReportedWithWhatIsFreeAndNeeded)
 {
     for (const unsigned int code : {ERROR_DISK_FULL, ERROR_HANDLE_DISK_FULL}) {
         TestBuild build;
@@ -358,7 +358,7 @@ TEST(BuildDetails, CancelIsHeardWhileALargeDatabaseIsCopied)
         heard = heard || (Exists(copy) && SizeOfFile(copy) < BYTES);
         return !heard;
     };
-    build.onStep = [](const CString&) { LetTheNextMomentBeTold(); }; // the first chunk
+    build.onStep = [](const CString&) { LetTheNextMomentBeReported(); }; // the first chunk
     EXPECT_EQ(build.Build().error.code, 1602u);
     EXPECT_TRUE(heard) << "nobody was asked before the copy was whole";
     EXPECT_FALSE(Exists(copy));

@@ -375,7 +375,7 @@ void ExpectRefusedBeforehand(TestBuild& build, unsigned int code, const std::vec
                                  << NamesOf(before);
 }
 
-void LetTheNextMomentBeTold()
+void LetTheNextMomentBeReported()
 {
     for (const ULONGLONG start = GetTickCount64(); GetTickCount64() - start < 60;) {
         SwitchToThread();

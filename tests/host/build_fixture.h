@@ -93,10 +93,10 @@ private:
 // begins, and the location stays as it is.
 void ExpectRefusedBeforehand(TestBuild& build, unsigned int code, const std::vector<CString>& words);
 
-// The builder tells at most every 50 milliseconds how far it is. After this the next moment is told.
-void LetTheNextMomentBeTold();
+// The builder reports at most every 50 milliseconds how far it is. After this the next moment is reported.
+void LetTheNextMomentBeReported();
 
-// Runs a program and waits; its exit code, or a failure of the test after a minute. What it says is told with the
+// Runs a program and waits; its exit code, or a failure of the test after a minute. What it says is shown with the
 // test, where a failure shows it.
 unsigned long RunProgram(const CString& commandLine);
 

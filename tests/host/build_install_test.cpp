@@ -114,7 +114,7 @@ TEST_F(InstallTest, HandsOnThatThePackageIsGone)
     EXPECT_EQ(Run(L"Install.cmd"), direct);
 }
 
-// A known gap: the interpreter here drops "%" from %~dp0, which Windows does not. Mend the test above when this fails.
+// A known gap: the interpreter here drops "%" from %~dp0, which Windows does not. Correct the test above when this fails.
 TEST_F(InstallTest, APercentSignInTheLocationIsLostByThisInterpreterAlone)
 {
     Deploy(L"100% moved");
@@ -199,7 +199,7 @@ TEST_F(InstallTest, WithAProgressBarTheInstallationEndsByItself)
     EXPECT_FALSE(IsInstalled());
 }
 
-// msiexec is what the script starts; a stand-in by that name tells how each of its codes is handed on.
+// msiexec is what the script starts; a stand-in by that name shows how each of its codes is handed on.
 class ExitCodeTest : public InstallTest
 {
 protected:

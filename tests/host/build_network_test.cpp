@@ -77,7 +77,7 @@ TEST(NetworkBuild, EveryFileOfAFirstBuildOnAShareIsFlushed)
     EXPECT_EQ(CountedFlushes(), files + 1);
 }
 
-TEST(NetworkBuild, AShareThatIsLostMeanwhileIsTold)
+TEST(NetworkBuild, AShareThatIsLostMeanwhileIsReported)
 {
     TestBuild build;
     build.plan.strLocation = L"\\\\BUILDTEST\\gone";
@@ -86,7 +86,7 @@ TEST(NetworkBuild, AShareThatIsLostMeanwhileIsTold)
     EXPECT_GE(result.error.message.Find(L"\\\\BUILDTEST\\gone"), 0) << Utf8(result.error.message);
 }
 
-TEST(NetworkBuild, ALocationThatMayNotBeWrittenIsTold)
+TEST(NetworkBuild, ALocationThatMayNotBeWrittenIsReported)
 {
     TestBuild build;
     // The administrator of the machine that runs the tests may write anywhere but to a file system of the kernel.

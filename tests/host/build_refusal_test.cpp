@@ -127,7 +127,7 @@ TEST(RefusedBuild, ALocationThatIsAFileIsNamed)
     EXPECT_HOLDS(result.error.message, L"\\file\" is a file");
 }
 
-TEST(RefusedBuild, ADriveThatIsGoneIsTold)
+TEST(RefusedBuild, ADriveThatIsGoneIsReported)
 {
     TestBuild build;
     build.plan.strLocation = L"Q:\\gone";
@@ -160,7 +160,7 @@ TEST(RefusedBuild, ATargetOutsideTheDeploymentIsRefused)
     EXPECT_FALSE(Exists(build.Location() + L"\\escaped.txt"));
 }
 
-TEST(RefusedBuild, LettersThatTheCodePageLacksAreToldWithTableAndValue)
+TEST(RefusedBuild, LettersThatTheCodePageLacksAreReportedWithTableAndValue)
 {
     TestBuild build;
     build.Change(L"UPDATE `Property` SET `Value` = '\x65E5\x672C' WHERE `Property` = 'Manufacturer'");

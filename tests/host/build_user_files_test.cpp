@@ -188,7 +188,7 @@ TEST_P(UserFilesTest, TheOpenDatabaseStaysAsThePagesLeftIt)
     }
 }
 
-TEST_P(UserFilesTest, CollidingNumbersAreMendedAndFollowTheProducts)
+TEST_P(UserFilesTest, CollidingNumbersAreCorrectedAndFollowTheProducts)
 {
     added.AddFile(Source(L"1.txt", "1"), L"INSTALLDIR");
     const CString second = added.AddFile(Source(L"2.txt", "22"), L"INSTALLDIR");
@@ -232,7 +232,7 @@ TEST_P(UserFilesTest, TheReportListsTheRowsAndTheManifestTheCabinet)
           "TarnCustomFile: " + Utf8(key) + " added", std::string("Feature: _UserDeploymentFile added")}) {
         EXPECT_NE(changes.find(line), std::string::npos) << line << " is missing in\n" << changes;
     }
-    EXPECT_EQ(changes.find(Utf8(sources.Path())), std::string::npos) << "a path of this computer is told";
+    EXPECT_EQ(changes.find(Utf8(sources.Path())), std::string::npos) << "a path of this computer is reported";
     const std::string manifest = ReadBytes(build.Target() + L"\\Manifest.txt");
     EXPECT_NE(manifest.find("Image\\x64\\Zolt\\TARN0001.cab"), std::string::npos) << manifest;
 }
@@ -246,7 +246,7 @@ TEST_P(UserFilesTest, TheFeatureIsThereForEveryProduct)
     EXPECT_EQ(ReadBytes(ProgramFolder() + L"\\1.txt"), "first");
 }
 
-// ---- what is refused or told ---------------------------------------------------------------------------------------
+// ---- what is refused or reported -----------------------------------------------------------------------------------
 
 class RefusedFilesTest : public UserFilesTest
 {
@@ -279,11 +279,12 @@ protected:
     }
     void ExpectWarned(const CString& part) const
     {
-        std::string told;
+        std::string reported;
         for (const CString& warning : warnings) {
-            told += Utf8(warning) + "\n";
+            reported += Utf8(warning) + "\n";
         }
-        EXPECT_NE(told.find(Utf8(part)), std::string::npos) << Utf8(part) << " is missing in:\n" << told;
+        EXPECT_NE(reported.find(Utf8(part)), std::string::npos) << Utf8(part) << " is missing in:\n"
+                                                                << reported;
     }
 };
 
@@ -303,7 +304,7 @@ TEST_P(RefusedFilesTest, ASourceThatIsGoneIsNamedBeforeAnythingIsWritten)
     EXPECT_EQ(build.steps.size(), 1u) << "more was done than checking";
 }
 
-TEST_P(RefusedFilesTest, AChangedSourceIsTakenAsItIsNowAndTold)
+TEST_P(RefusedFilesTest, AChangedSourceIsTakenAsItIsNowAndReported)
 {
     const CString source = Source(L"changed.txt", "1234");
     const CString key = added.AddFile(source, L"INSTALLDIR");
@@ -344,7 +345,7 @@ TEST_P(RefusedFilesTest, ALockedSourceIsNamedWithTheRemedy)
     ExpectRefused(32, {source, L"Close it there"});
 }
 
-TEST_P(RefusedFilesTest, ANameBeyondTheCodePageIsTold)
+TEST_P(RefusedFilesTest, ANameBeyondTheCodePageIsReported)
 {
     const CString name = L"\x0142\x00F3"
                          L"d\x017A.txt";
@@ -352,7 +353,7 @@ TEST_P(RefusedFilesTest, ANameBeyondTheCodePageIsTold)
     ExpectRefused(1113, {name, L"1252", L"File"});
 }
 
-TEST_P(RefusedFilesTest, AFolderNameBeyondTheCodePageIsTold)
+TEST_P(RefusedFilesTest, AFolderNameBeyondTheCodePageIsReported)
 {
     added.AddFolder(L"\x4E2D", L"INSTALLDIR");
     ExpectRefused(1113, {L"\x4E2D", L"Directory"});
@@ -391,14 +392,14 @@ TEST_P(RefusedFilesTest, AFileOfMoreThanTwoGigabytesIsRefusedByName)
     EXPECT_EQ(build.steps.size(), 1u) << "more was done than checking";
 }
 
-TEST_P(RefusedFilesTest, AFileOfTheProductsOwnNameIsTakenAndTold)
+TEST_P(RefusedFilesTest, AFileOfTheProductsOwnNameIsTakenAndReported)
 {
     added.AddFile(Source(L"README.txt", "ours"), L"INSTALLDIR");
     BuildIt();
     ExpectWarned(L"the product has a file of that name in the same folder");
 }
 
-TEST_P(RefusedFilesTest, ADriveThatWorkstationsNeedIsTold)
+TEST_P(RefusedFilesTest, ADriveThatWorkstationsNeedIsReported)
 {
     added.AddFile(Source(L"a.txt", "1"), added.AddDrive(L"q:"));
     BuildIt();
@@ -406,14 +407,14 @@ TEST_P(RefusedFilesTest, ADriveThatWorkstationsNeedIsTold)
     ExpectWarned(L"Q:");
 }
 
-TEST_P(RefusedFilesTest, ADriveWithNothingOnItIsToldToo)
+TEST_P(RefusedFilesTest, ADriveWithNothingOnItIsReportedToo)
 {
     added.AddDrive(L"q:");
     BuildIt();
     ExpectWarned(L"The drive Q:");
 }
 
-TEST_P(RefusedFilesTest, AnAdditionThatWasNeverCompletedIsLeftOutAndTold)
+TEST_P(RefusedFilesTest, AnAdditionThatWasNeverCompletedIsLeftOutAndReported)
 {
     const CString half = added.AddFile(Source(L"half.txt", "1"), L"INSTALLDIR");
     added.AddFile(Source(L"whole.txt", "2"), L"INSTALLDIR");
@@ -426,7 +427,7 @@ TEST_P(RefusedFilesTest, AnAdditionThatWasNeverCompletedIsLeftOutAndTold)
     EXPECT_FALSE(Exists(ProgramFolder() + L"\\half.txt"));
 }
 
-TEST_P(RefusedFilesTest, AFolderThatWasAddedHalfIsLeftOutAndTold)
+TEST_P(RefusedFilesTest, AFolderThatWasAddedHalfIsLeftOutAndReported)
 {
     const CString half = added.AddFolder(L"Half", L"INSTALLDIR");
     for (const wchar_t* table : {L"CreateFolder", L"TarnCustomFile"}) {
@@ -440,7 +441,7 @@ TEST_P(RefusedFilesTest, AFolderThatWasAddedHalfIsLeftOutAndTold)
     EXPECT_FALSE(Exists(ProgramFolder() + L"\\Half"));
 }
 
-TEST_P(RefusedFilesTest, AFolderThatWasRemovedHalfIsLeftOutAndTold)
+TEST_P(RefusedFilesTest, AFolderThatWasRemovedHalfIsLeftOutAndReported)
 {
     const CString half = added.AddFolder(L"Half", L"INSTALLDIR");
     added.AddFile(Source(L"whole.txt", "2"), L"INSTALLDIR");
@@ -453,7 +454,7 @@ TEST_P(RefusedFilesTest, AFolderThatWasRemovedHalfIsLeftOutAndTold)
     EXPECT_FALSE(Exists(ProgramFolder() + L"\\Half"));
 }
 
-TEST_P(RefusedFilesTest, WhatIsLeftOfADriveThatWasRemovedHalfIsLeftOutAndTold)
+TEST_P(RefusedFilesTest, WhatIsLeftOfADriveThatWasRemovedHalfIsLeftOutAndReported)
 {
     const CString drive = added.AddDrive(L"q:");
     build.Change(L"DELETE FROM `Directory` WHERE `Directory`='" + drive + L"'");

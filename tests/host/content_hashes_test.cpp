@@ -282,16 +282,16 @@ TEST(HashedBuild, CopiesSmallFilesBetweenThePartsOfALargeOne)
     EXPECT_GT(chunksBefore[17], 8) << "the small files came before the large one";
 }
 
-// The program's window lives on the thread that is told.
-TEST(HashedBuild, TellsProgressOnTheCallersThreadAlone)
+// The program's window lives on the thread that gets the reports.
+TEST(HashedBuild, ReportsProgressOnTheCallersThreadAlone)
 {
     TestBuild build;
-    std::set<DWORD> telling;
+    std::set<DWORD> reporting;
     std::atomic<int> hashedElsewhere = 0;
     const DWORD own = GetCurrentThreadId();
-    build.onStep = [&](const CString&) { telling.insert(GetCurrentThreadId()); };
+    build.onStep = [&](const CString&) { reporting.insert(GetCurrentThreadId()); };
     build.onProgress = [&](std::uint64_t, std::uint64_t) {
-        telling.insert(GetCurrentThreadId());
+        reporting.insert(GetCurrentThreadId());
         return true;
     };
     const CHashingRedirect redirect([&](ULONG) -> NTSTATUS {
@@ -299,7 +299,7 @@ TEST(HashedBuild, TellsProgressOnTheCallersThreadAlone)
         return 0;
     });
     ASSERT_EQ(build.Build().error.code, 0u);
-    EXPECT_EQ(telling, std::set<DWORD>{own});
+    EXPECT_EQ(reporting, std::set<DWORD>{own});
     EXPECT_GE(hashedElsewhere, 3) << "the large file was to be hashed by another thread";
 }
 
@@ -326,7 +326,7 @@ TEST(HashedBuild, IsCanceledInTheMiddleOfAFileThatIsHashedBeside)
     std::atomic<int> hashed = 0;
     const CHashingRedirect redirect([&](ULONG size) -> NTSTATUS {
         if (size == CHUNK_BYTES && ++hashed == 4) {
-            LetTheNextMomentBeTold();
+            LetTheNextMomentBeReported();
         }
         return 0;
     });
