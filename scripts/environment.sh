@@ -159,13 +159,5 @@ mkdir -p "$ROLLOUT_BUILD"
 
 # The sample's answers are for media whose flow has all of the pages answered there. A lone package has no flow.
 rollout_default_answers() {
-    local description
-    for description in "$1/Setup.xml" "$1/Image/Setup.xml"; do
-        if [ -f "$description" ] && grep -q 'name="OnlineResourcesDialog"' "$description" &&
-            grep -q 'name="NoticeDeskFeedBoardDialog"' "$description"; then
-            echo run-answers.txt
-            return
-        fi
-    done
-    echo run-answers-package.txt
+    python3 "$ROLLOUT_ROOT/scripts/page_table.py" --default-answers "$1"
 }

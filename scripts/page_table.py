@@ -2,6 +2,7 @@
 
 import os
 import re
+import sys
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 HEADER = os.path.join(ROOT, "include", "page_table.h")
@@ -48,3 +49,24 @@ def read_pages(header=HEADER):
 
 def written_pages():
     return [page for page in read_pages() if page.is_written]
+
+
+def default_answers(media):
+    """The answers file that suits media, or a deployment's folder: the sample's when their flow has each page that it
+    answers. A lone package has no flow."""
+    with open(os.path.join(ROOT, "run-answers.txt"), encoding="utf-8") as file:
+        sections = set(re.findall(r"^\[(\w+)\]", file.read(), re.M))
+    answered = [page.wizard_export for page in written_pages() if page.section in sections]
+    for description in (os.path.join(media, "Setup.xml"), os.path.join(media, "Image", "Setup.xml")):
+        if os.path.isfile(description):
+            with open(description, encoding="utf-8", errors="replace") as file:
+                text = file.read()
+            if all('name="%s"' % export in text for export in answered):
+                return "run-answers.txt"
+    return "run-answers-package.txt"
+
+
+if __name__ == "__main__":
+    if len(sys.argv) != 3 or sys.argv[1] != "--default-answers":
+        sys.exit("usage: page_table.py --default-answers MEDIA")
+    print(default_answers(sys.argv[2]))

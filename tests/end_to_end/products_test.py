@@ -3,11 +3,17 @@
 import os
 import re
 import shutil
+import sys
 
-from wizard import MEDIA, WizardTest, property_of, set_property, text_of, windows_path
+from wizard import MEDIA, ROOT, WizardTest, property_of, set_property, text_of, windows_path
+
+sys.path.insert(0, os.path.join(ROOT, "scripts"))
+
+from page_table import read_pages  # noqa: E402
 
 PRODUCTS = ("Zolt 2027", "Zolt Viewer 2027")
-PAGES = ("resources", "notices")
+# The sections of the written pages that belong to a product, in their order.
+PAGES = tuple(page.section for page in read_pages() if page.of_product and page.is_written)
 VIEWER = "x64/ZoltViewer/ZoltViewer2027.msi"
 
 
