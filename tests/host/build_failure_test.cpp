@@ -380,7 +380,7 @@ protected:
         EXPECT_EQ(m_build.Build().error.code, 0u);
         m_build.AllowReplacing();
         m_build.plan.folders[0].strSource = m_build.Target() + L"\\Image\\x64\\Zolt";
-        m_build.onStep = [](const CString&) { LetTheNextMomentBeTold(); };
+        m_build.onStep = [](const CString&) { LetTheNextMomentBeReported(); };
         m_build.onProgress = [this](std::uint64_t done, std::uint64_t total) {
             if (!m_edited && done > 0) {
                 EXPECT_LT(done, total / 2) << "the file is copied already";
