@@ -7,6 +7,7 @@
 #include "frame/wait_cursor.h"
 
 #include <optional>
+#include <utility>
 
 CPageCore::CPageCore(const PageContext* context)
     : m_strHelpFile(context->strHelpFile), m_pSetupManager(context->pSetupManager),
@@ -35,12 +36,24 @@ void CPageCore::FocusWholeText(int edit)
     ::SetFocus(control);
 }
 
-void CPageCore::EnableLeaving(bool enabled) const
+void CPageCore::EnableLeaving(bool enabled)
 {
     const WaysOut ways = GetWaysOut();
     for (const HWND button :
          {ways.next, ways.back, ::GetDlgItem(ways.window, IDC_BACK), ::GetDlgItem(ways.window, IDC_CANCEL)}) {
         ::EnableWindow(button, enabled);
+    }
+    EnableReset(ways.reset, enabled);
+}
+
+// Not every page has it: it comes back only where it was on.
+void CPageCore::EnableReset(HWND reset, bool enabled)
+{
+    if (!enabled && !m_resetBeforeStay) {
+        m_resetBeforeStay = ::IsWindowEnabled(reset) != FALSE;
+        ::EnableWindow(reset, FALSE);
+    } else if (enabled && m_resetBeforeStay) {
+        ::EnableWindow(reset, *std::exchange(m_resetBeforeStay, std::nullopt));
     }
 }
 

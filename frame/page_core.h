@@ -23,6 +23,7 @@
 #include "window/message_loop.h"
 
 #include <atomic>
+#include <optional>
 
 class CPageCore : public CDialogImplBase<CWindow>, public CMessageFilter
 {
@@ -64,8 +65,9 @@ protected:
     HWND GetNextButton() const { return GetWaysOut().next; }
     HWND GetBackButton() const { return GetWaysOut().back; }
     // For a page that must stay while it works by itself (a download): Next and Back, and 1001 and 2 of the window that
-    // leads out, which is a tab page's parent and the wizard page itself.
-    void EnableLeaving(bool enabled) const;
+    // leads out, which is a tab page's parent and the wizard page itself. Reset goes off with them.
+    void EnableLeaving(bool enabled);
+    bool MustStay() const { return m_resetBeforeStay.has_value(); }
 
     // The banner shows its own text from the template. Without one it stays a static.
     void InitBanner();
@@ -98,6 +100,7 @@ protected:
     {
         HWND next;
         HWND back;
+        HWND reset;  // a wizard page's
         HWND window; // whose controls 1001 and 2 lead out
     };
 
@@ -105,9 +108,12 @@ private:
     virtual WaysOut GetWaysOut() const = 0;
     // NAVIGATION_NEXT or NAVIGATION_BACK, once the page has agreed.
     virtual void Leave(NavigationResult direction) = 0;
+    void EnableReset(HWND reset, bool enabled);
 
     LRESULT OnInitDialogMessage(UINT, WPARAM, LPARAM, BOOL&) { return OnInitDialog(); }
     LRESULT OnSetCursor(UINT, WPARAM, LPARAM, BOOL& handled);
     // 1: AutoPlay doesn't open for media that the user inserts while the page is up.
     LRESULT OnQueryCancelAutoPlay(UINT, WPARAM, LPARAM, BOOL&) { return 1; }
+
+    std::optional<bool> m_resetBeforeStay; // whether Reset was on when EnableLeaving turned it off
 };

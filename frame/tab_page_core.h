@@ -46,7 +46,7 @@ protected:
 
 private:
     PageContext HookContext() const;
-    WaysOut GetWaysOut() const override { return {m_hNextButton, m_hPrevButton, m_hParent}; }
+    WaysOut GetWaysOut() const override { return {m_hNextButton, m_hPrevButton, nullptr, m_hParent}; }
     void Leave(NavigationResult direction) override;
 
     // False when a hook vetoed, the page was busy or its own check refused: the host then stays with this page.

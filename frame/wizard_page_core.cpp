@@ -327,15 +327,20 @@ LRESULT CWizardPageCore::OnSidePaneText(UINT, WPARAM, LPARAM lParam, BOOL&)
     return 0;
 }
 
+// A button that is off can still be clicked by a message, here and below.
 LRESULT CWizardPageCore::OnNext(WORD, WORD, HWND, BOOL&)
 {
-    GoNext();
+    if (!MustStay()) {
+        GoNext();
+    }
     return 0;
 }
 
 LRESULT CWizardPageCore::OnBack(WORD, WORD, HWND, BOOL&)
 {
-    GoBack();
+    if (!MustStay()) {
+        GoBack();
+    }
     return 0;
 }
 
@@ -350,7 +355,9 @@ LRESULT CWizardPageCore::OnCancel(WORD, WORD, HWND control, BOOL&)
 
 LRESULT CWizardPageCore::OnReset(WORD, WORD, HWND, BOOL&)
 {
-    Reset();
+    if (!MustStay()) {
+        Reset();
+    }
     return 0;
 }
 

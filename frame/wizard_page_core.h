@@ -75,7 +75,7 @@ protected:
 
 private:
     PageContext HookContext() const;
-    WaysOut GetWaysOut() const override { return {m_hNextButton, m_hBackButton, m_hWnd}; }
+    WaysOut GetWaysOut() const override { return {m_hNextButton, m_hBackButton, m_hResetButton, m_hWnd}; }
     void Leave(NavigationResult direction) override { Close(direction); }
 
     // ---- init

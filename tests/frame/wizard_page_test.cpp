@@ -82,6 +82,34 @@ TEST_F(WizardPageTest, APageThatCannotBeLeftNowIsNotLeftByButtonKeyOrCloseBox)
     EXPECT_TRUE(host.log.Of(L"EnableCancelling").empty()) << "Cancel asked";
 }
 
+TEST_F(WizardPageTest, ResetIsOffWhileThePageCannotBeLeftAndThenAsItWas)
+{
+    for (const bool allowed : {true, false}) {
+        host.ui.m_bResetAllowed1 = host.ui.m_bResetAllowed2 = allowed;
+        OnPage([allowed](HWND page) {
+            const HWND reset = ::GetDlgItem(page, IDC_RESET);
+            ::SendMessageW(page, TEST_MESSAGE_ENABLE_LEAVING, TRUE, 0); // ends nothing
+            EXPECT_EQ(::IsWindowEnabled(reset) != FALSE, allowed);
+            for (int times = 0; times < 2; ++times) {
+                ::SendMessageW(page, TEST_MESSAGE_ENABLE_LEAVING, FALSE, 0);
+                EXPECT_FALSE(::IsWindowEnabled(reset));
+            }
+            PostEnter(page, IDC_RESET);
+            for (const int id : {IDC_RESET, IDC_NEXT, IDC_BACK}) {
+                ::PostMessageW(::GetDlgItem(page, id), BM_CLICK, 0, 0);
+            }
+        });
+        OnPage([allowed](HWND page) {
+            ::SendMessageW(page, TEST_MESSAGE_ENABLE_LEAVING, TRUE, 0);
+            EXPECT_EQ(::IsWindowEnabled(::GetDlgItem(page, IDC_RESET)) != FALSE, allowed);
+        });
+        Press(IDC_BACK);
+        EXPECT_EQ(Show<CTestWizardPage>(), NAVIGATION_BACK);
+        EXPECT_TRUE(host.log.Of(L"ResetSetupMode").empty());
+        EXPECT_EQ(g_record.stored, 0);
+    }
+}
+
 // The quit message came to the loop inside the handler; the page's own loop waited for it for ever.
 TEST_F(WizardPageTest, ACancelWhileAHandlerWaitsEndsThePage)
 {
