@@ -36,6 +36,7 @@ void CPageCore::FocusWholeText(int edit)
     ::SetFocus(control);
 }
 
+// Enables what was off before, too: a page that shows its stage anew has every way out unless the stage takes it.
 void CPageCore::EnableLeaving(bool enabled)
 {
     const WaysOut ways = GetWaysOut();

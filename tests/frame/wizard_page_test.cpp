@@ -110,6 +110,18 @@ TEST_F(WizardPageTest, ResetIsOffWhileThePageCannotBeLeftAndThenAsItWas)
     }
 }
 
+TEST_F(WizardPageTest, APageThatMayBeLeftAgainHasItsBackButtonOnAlsoWhereItOpenedWithoutIt)
+{
+    context.bCanGoBack = FALSE;
+    OnPage([](HWND page) {
+        ::SendMessageW(page, TEST_MESSAGE_ENABLE_LEAVING, FALSE, 0);
+        ::SendMessageW(page, TEST_MESSAGE_ENABLE_LEAVING, TRUE, 0);
+        EXPECT_TRUE(::IsWindowEnabled(::GetDlgItem(page, IDC_BACK)));
+    });
+    Press(IDC_NEXT);
+    Show<CTestWizardPage>();
+}
+
 // The quit message came to the loop inside the handler; the page's own loop waited for it for ever.
 TEST_F(WizardPageTest, ACancelWhileAHandlerWaitsEndsThePage)
 {
