@@ -93,7 +93,7 @@ bool CPageCore::MayGoNext()
 void CPageCore::GoNext()
 {
     const CBusyGuard guard(m_busy);
-    if (!guard) {
+    if (!guard || IsUnderHandler()) {
         return;
     }
     const CPersistentWaitCursor waitCursor;
@@ -105,7 +105,7 @@ void CPageCore::GoNext()
 void CPageCore::GoBack()
 {
     const CBusyGuard guard(m_busy);
-    if (!guard) {
+    if (!guard || IsUnderHandler()) {
         return;
     }
     std::optional<CPersistentWaitCursor> persistentCursor;

@@ -77,6 +77,9 @@ protected:
     // Leaves the page if hooks and handler agree; nothing while the page is busy.
     void GoNext();
     void GoBack();
+    // Whether the handler that is running was called under another one, which may show a box without an owner or wait:
+    // the page isn't to be left under it. A tab page's host sees to that.
+    bool IsUnderHandler() const { return m_handlers > 1; }
     // Asks the leave hooks, then the page's Next handler.
     bool MayGoNext();
 
@@ -93,6 +96,7 @@ protected:
     int m_nReserved1;
     int m_nReserved2;
     std::atomic<int> m_busy{0}; // 1 while a navigation handler runs
+    int m_handlers = 0;         // of a wizard page's messages, under way
     int m_result = 0;           // what the closing page posts
     UINT m_autoPlayMessage;     // "QueryCancelAutoPlay"
 

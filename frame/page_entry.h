@@ -89,12 +89,28 @@ private:
     bool m_bWindowIsGone = false;
 };
 
+// A wizard page that knows which of its handlers are under way: it isn't closed under them.
+template <class T>
+class CCountingWizardPage : public T
+{
+public:
+    using T::T;
+
+    BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
+                              DWORD map = 0) override
+    {
+        this->BeginHandler();
+        const scope_exit ended([this] { this->EndHandler(); });
+        return T::ProcessWindowMessage(window, message, wParam, lParam, result, map);
+    }
+};
+
 template <class T>
 int RunWizardPage(PageContext* context)
 {
     CMessageLoop loop;
     const CMessageLoopEntry entry(loop);
-    T page(context);
+    CCountingWizardPage<T> page(context);
     const HWND window = page.Create(nullptr);
     if (!window) {
         ShowDialogFailure(static_cast<int>(T::IDD), ::GetLastError());

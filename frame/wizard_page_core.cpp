@@ -1,5 +1,6 @@
 #include "frame/wizard_page_core.h"
 
+#include "base/scope_exit.h"
 #include "frame/busy_guard.h"
 #include "frame/file_path.h"
 #include "frame/label_format.h"
@@ -12,6 +13,7 @@
 #include <shlwapi.h>
 
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -91,6 +93,8 @@ bool CWizardPageCore::OnEnterKey(HWND focus)
 int CWizardPageCore::OnLinkClicked(HWND, const wchar_t* target)
 {
     try {
+        BeginHandler(); // a box about a document has no owner
+        const scope_exit ended([this] { EndHandler(); });
         FollowLink(target);
     } catch (...) {
         KeepCurrentException(); // the label's library calls
@@ -238,13 +242,26 @@ void CWizardPageCore::InitResetButton()
 void CWizardPageCore::Close(int result)
 {
     m_result = result;
-    DestroyWindow();
+    m_bCloseWaits = IsUnderHandler();
+    if (m_bCloseWaits) {
+        ::PostQuitMessage(result); // ends the box or the wait of the handler below
+    } else {
+        DestroyWindow();
+    }
+}
+
+void CWizardPageCore::EndHandler()
+{
+    --m_handlers;
+    if (m_handlers == 0 && std::exchange(m_bCloseWaits, false)) {
+        DestroyWindow();
+    }
 }
 
 void CWizardPageCore::Reset()
 {
     const CBusyGuard guard(m_busy);
-    if (!guard) {
+    if (!guard || IsUnderHandler()) {
         return;
     }
     const CPersistentWaitCursor waitCursor;
@@ -257,7 +274,7 @@ void CWizardPageCore::Reset()
 void CWizardPageCore::Cancel(HWND source)
 {
     CBusyGuard guard(m_busy);
-    if (!guard) {
+    if (!guard || m_bCloseWaits) {
         return;
     }
     if (m_pSetupManager->m_uiStage == STAGE_CANCEL_IS_NEXT) {

@@ -51,8 +51,12 @@ protected:
     // The control that has the focus when the page opens.
     void FocusAtStart(int id) { ::SetFocus(GetDlgItem(id)); }
 
-    // The page is left with that result.
+    // The page is left with that result. Under another handler its window stays until that one has ended.
     void Close(int result);
+
+    // Around each handler of the page.
+    void BeginHandler() { ++m_handlers; }
+    void EndHandler();
 
     CUiManager* GetUiManager() const { return m_pSetupManager->m_pUiManager; }
 
@@ -70,8 +74,9 @@ protected:
     PageColor m_backgroundColor;
     bool m_useBackgroundImage = false;
     bool m_bPlaced = false;
-    HMODULE m_hResource; // the entry's
-    CIconOwner m_icon;   // when it came from a file
+    bool m_bCloseWaits = false; // for the end of the handlers under way
+    HMODULE m_hResource;        // the entry's
+    CIconOwner m_icon;          // when it came from a file
 
 private:
     PageContext HookContext() const;

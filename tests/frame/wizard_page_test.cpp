@@ -122,6 +122,62 @@ TEST_F(WizardPageTest, APageThatMayBeLeftAgainHasItsBackButtonOnAlsoWhereItOpene
     Show<CTestWizardPage>();
 }
 
+// The page's window went while the handler was still to use it.
+TEST_F(WizardPageTest, NextBackAndResetDoNothingWhileAHandlerOfThePageShowsABoxWithoutAnOwner)
+{
+    HWND afterwards = nullptr;
+    host.ui.m_bResetAllowed1 = host.ui.m_bResetAllowed2 = true;
+    g_record.onWork = [&](HWND page) {
+        ::MessageBoxW(nullptr, L"Failed", L"", MB_OK);
+        afterwards = ::IsWindow(page) ? page : nullptr;
+    };
+    OnPage([](HWND page) { ::PostMessageW(page, TEST_MESSAGE_WORK, 0, 0); });
+    Step(L"try to leave", [] {
+        const std::optional<MessageBoxView> box = FindMessageBox();
+        const HWND page = FindWindowWithControls({IDC_TEST_EDIT});
+        if (!box || !page) {
+            return StepOutcome::NotYet(L"no box is up");
+        }
+        EXPECT_TRUE(::IsWindowEnabled(page));
+        for (const int id : {IDC_NEXT, IDC_BACK, IDC_RESET}) {
+            Command(page, id);
+        }
+        return StepOutcome::Done();
+    });
+    AnswerBox(IDOK, L"Failed");
+    Press(IDC_BACK);
+    EXPECT_EQ(Show<CTestWizardPage>(), NAVIGATION_BACK);
+    EXPECT_NE(afterwards, nullptr);
+    EXPECT_EQ(g_record.stored, 0);
+    EXPECT_EQ(g_record.storedWithoutValidation, 1);
+    EXPECT_TRUE(host.log.Of(L"ResetSetupMode").empty());
+}
+
+TEST_F(WizardPageTest, ACancelUnderABoxWithoutAnOwnerClosesThePageAfterTheHandler)
+{
+    bool stayed = false;
+    g_record.onWork = [&](HWND page) {
+        ::MessageBoxW(nullptr, L"Failed", L"", MB_OK);
+        stayed = ::IsWindow(page) != FALSE && g_record.destroyed == 0;
+    };
+    OnPage([](HWND page) { ::PostMessageW(page, TEST_MESSAGE_WORK, 0, 0); });
+    Step(L"cancel", [] {
+        const HWND page = FindWindowWithControls({IDC_TEST_EDIT});
+        if (!FindMessageBox() || !page) {
+            return StepOutcome::NotYet(L"no box is up");
+        }
+        ::PostMessageW(page, WM_CLOSE, 0, 0);
+        return StepOutcome::Done();
+    });
+    AnswerQuestion(IDYES, L"Leave? deployment deployment deployment");
+    EXPECT_EQ(Show<CTestWizardPage>(), NAVIGATION_CANCEL);
+    EXPECT_TRUE(stayed);
+    EXPECT_EQ(g_record.destroyed, 1);
+    MSG left = {};
+    EXPECT_FALSE(::PeekMessageW(&left, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE))
+        << "a quit message is left over";
+}
+
 // The quit message came to the loop inside the handler; the page's own loop waited for it for ever.
 TEST_F(WizardPageTest, ACancelWhileAHandlerWaitsEndsThePage)
 {
