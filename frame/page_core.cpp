@@ -40,11 +40,26 @@ void CPageCore::FocusWholeText(int edit)
 void CPageCore::EnableLeaving(bool enabled)
 {
     const WaysOut ways = GetWaysOut();
+    const HWND focus = ::GetFocus(); // the system takes it from a control that goes off
     for (const HWND button :
          {ways.next, ways.back, ::GetDlgItem(ways.window, IDC_BACK), ::GetDlgItem(ways.window, IDC_CANCEL)}) {
         ::EnableWindow(button, enabled);
     }
     EnableReset(ways.reset, enabled);
+    if (focus && !::IsWindowEnabled(focus)) {
+        MoveFocusOn(focus);
+    }
+}
+
+// Without a focus the page would have no keys: neither Tab nor mnemonics.
+void CPageCore::MoveFocusOn(HWND former)
+{
+    const HWND next = ::GetNextDlgTabItem(m_hWnd, ::IsChild(m_hWnd, former) ? former : nullptr, FALSE);
+    if (next && ::IsWindowEnabled(next)) {
+        ::SendMessageW(m_hWnd, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(next), TRUE);
+    } else {
+        ::SetFocus(m_hWnd);
+    }
 }
 
 // Not every page has it: it comes back only where it was on.

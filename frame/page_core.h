@@ -113,6 +113,7 @@ private:
     // NAVIGATION_NEXT or NAVIGATION_BACK, once the page has agreed.
     virtual void Leave(NavigationResult direction) = 0;
     void EnableReset(HWND reset, bool enabled);
+    void MoveFocusOn(HWND former);
 
     LRESULT OnInitDialogMessage(UINT, WPARAM, LPARAM, BOOL&) { return OnInitDialog(); }
     LRESULT OnSetCursor(UINT, WPARAM, LPARAM, BOOL& handled);

@@ -122,6 +122,27 @@ TEST_F(WizardPageTest, APageThatMayBeLeftAgainHasItsBackButtonOnAlsoWhereItOpene
     Show<CTestWizardPage>();
 }
 
+TEST_F(WizardPageTest, TheFocusMovesToAControlThatCanHaveItWhenThePageMustStay)
+{
+    OnPage([](HWND page) {
+        for (const int id : {IDC_NEXT, IDC_BACK, IDC_CANCEL}) {
+            ::SetFocus(::GetDlgItem(page, id));
+            ::SendMessageW(page, TEST_MESSAGE_ENABLE_LEAVING, FALSE, 0);
+            EXPECT_EQ(::GetFocus(), ::GetDlgItem(page, IDC_TEST_EDIT)) << id;
+            ::SendMessageW(page, TEST_MESSAGE_ENABLE_LEAVING, TRUE, 0);
+        }
+        ::EnableWindow(::GetDlgItem(page, IDC_TEST_EDIT), FALSE);
+        ::SetFocus(::GetDlgItem(page, IDC_NEXT));
+        ::SendMessageW(page, TEST_MESSAGE_ENABLE_LEAVING, FALSE, 0);
+        const HWND focus = ::GetFocus();
+        EXPECT_TRUE(focus == page || ::IsChild(page, focus)) << focus;
+        EXPECT_TRUE(::IsWindowEnabled(focus));
+        ::SendMessageW(page, TEST_MESSAGE_ENABLE_LEAVING, TRUE, 0);
+    });
+    Press(IDC_NEXT);
+    Show<CTestWizardPage>();
+}
+
 // The page's window went while the handler was still to use it.
 TEST_F(WizardPageTest, NextBackAndResetDoNothingWhileAHandlerOfThePageShowsABoxWithoutAnOwner)
 {
