@@ -68,13 +68,20 @@ BOOL CTabPageCore::PreTranslateMessage(MSG* message)
         return TRUE;
     }
     if (isMine && message->message == WM_KEYDOWN && message->wParam == VK_RETURN) {
-        const HWND wayOut = ::GetDlgItem(m_hParent, IDC_CANCEL);
-        if (!wayOut || ::IsWindowEnabled(wayOut)) { // see EnableLeaving
-            GoNext();                               // whichever control has the focus
+        if (MayBeLeft()) {
+            GoNext(); // whichever control has the focus
         }
         return TRUE;
     }
     return ::IsDialogMessageW(m_hWnd, message);
+}
+
+// See EnableLeaving. The host, too, stays when either is off.
+bool CTabPageCore::MayBeLeft() const
+{
+    const HWND back = ::GetDlgItem(m_hParent, IDC_BACK);
+    const HWND cancel = ::GetDlgItem(m_hParent, IDC_CANCEL);
+    return (!back || ::IsWindowEnabled(back)) && (!cancel || ::IsWindowEnabled(cancel));
 }
 
 // ---- init

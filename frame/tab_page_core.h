@@ -48,6 +48,7 @@ private:
     PageContext HookContext() const;
     WaysOut GetWaysOut() const override { return {m_hNextButton, m_hPrevButton, nullptr, m_hParent}; }
     void Leave(NavigationResult direction) override;
+    bool MayBeLeft() const;
 
     // False when a hook vetoed, the page was busy or its own check refused: the host then stays with this page.
     bool Store();

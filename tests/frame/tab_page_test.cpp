@@ -52,6 +52,13 @@ protected:
         ::ShowWindow(tab.hWnd, SW_SHOW);
         return tab.hWnd;
     }
+    void AddWaysOut()
+    {
+        for (const int id : {IDC_BACK, IDC_CANCEL}) {
+            ::CreateWindowExW(0, L"BUTTON", L"", WS_CHILD, 0, 0, 9, 9, parent,
+                              reinterpret_cast<HMENU>(std::intptr_t{id}), nullptr, nullptr);
+        }
+    }
     LRESULT Send(UINT message, WPARAM wParam = 0) { return ::SendMessageW(tab.hWnd, message, wParam, 0); }
     void Click(int id) { ::SendMessageW(::GetDlgItem(tab.hWnd, id), BM_CLICK, 0, 0); }
     bool IsEnabled(int id) const { return ::IsWindowEnabled(::GetDlgItem(tab.hWnd, id)) != FALSE; }
@@ -251,12 +258,7 @@ TEST_F(TabPageTest, WhatEnterThrowsEndsInABoxAsWithAClick)
 
 TEST_F(TabPageTest, APageThatCannotBeLeftNowDisablesTheWaysOutOfItsParentToo)
 {
-    const auto add = [this](int id) {
-        ::CreateWindowExW(0, L"BUTTON", L"", WS_CHILD, 0, 0, 9, 9, parent,
-                          reinterpret_cast<HMENU>(std::intptr_t{id}), nullptr, nullptr);
-    };
-    add(IDC_BACK);
-    add(IDC_CANCEL);
+    AddWaysOut();
     Create();
     for (const BOOL enabled : {FALSE, TRUE}) {
         Send(TEST_MESSAGE_ENABLE_LEAVING, static_cast<WPARAM>(enabled));
@@ -264,6 +266,19 @@ TEST_F(TabPageTest, APageThatCannotBeLeftNowDisablesTheWaysOutOfItsParentToo)
         EXPECT_EQ(::IsWindowEnabled(::GetDlgItem(parent, IDC_CANCEL)), enabled);
         EXPECT_EQ(IsEnabled(IDC_PREVIOUS_TAB), enabled != FALSE);
         EXPECT_EQ(IsEnabled(IDC_NEXT_TAB), enabled != FALSE);
+    }
+}
+
+TEST_F(TabPageTest, EnterStaysWhileEitherWayOutOfTheParentIsOff)
+{
+    AddWaysOut();
+    Create();
+    for (const int off : {IDC_BACK, IDC_CANCEL}) {
+        ::EnableWindow(::GetDlgItem(parent, off), FALSE);
+        MSG enter = {::GetDlgItem(tab.hWnd, IDC_TEST_EDIT), WM_KEYDOWN, VK_RETURN, 0, 0, {}};
+        EXPECT_TRUE(tab.PreTranslateMessage(&enter));
+        EXPECT_EQ(g_record.stored, 0) << off;
+        ::EnableWindow(::GetDlgItem(parent, off), TRUE);
     }
 }
 
