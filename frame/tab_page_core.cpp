@@ -67,6 +67,9 @@ BOOL CTabPageCore::PreTranslateMessage(MSG* message)
         ::SendMessageW(m_hParent, PAGE_MESSAGE_KEY, 0, reinterpret_cast<LPARAM>(message)) != 0) {
         return TRUE;
     }
+    if (!m_hWnd) { // the host took the page away, whatever it answered
+        return TRUE;
+    }
     if (isMine && message->message == WM_KEYDOWN && message->wParam == VK_RETURN) {
         if (MayBeLeft()) {
             GoNext(); // whichever control has the focus

@@ -9,6 +9,7 @@ namespace {
 // The messages that a tab page sent to its parent.
 std::vector<UINT> g_sent;
 std::function<void()> g_onNextTab;
+std::function<void()> g_onKey;
 
 LRESULT CALLBACK ParentProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
@@ -19,6 +20,9 @@ LRESULT CALLBACK ParentProcedure(HWND window, UINT message, WPARAM wParam, LPARA
         if (message == PAGE_MESSAGE_NEXT_TAB && g_onNextTab) {
             g_onNextTab();
         }
+    }
+    if (message == PAGE_MESSAGE_KEY && g_onKey) {
+        g_onKey();
     }
     return ::DefWindowProcW(window, message, wParam, lParam);
 }
@@ -32,6 +36,7 @@ protected:
     {
         g_sent.clear();
         g_onNextTab = nullptr;
+        g_onKey = nullptr;
         // Two windows: what is sent to the frame is not sent to the parent.
         frame = ::CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 500, 400,
                                   nullptr, nullptr, nullptr, nullptr);
@@ -331,6 +336,19 @@ TEST_F(TabPageTest, AHostMayTakeThePageAwayWhenEnterAsksItToGoOn)
     MSG enter = {::GetDlgItem(tab.hWnd, IDC_TEST_EDIT), WM_KEYDOWN, VK_RETURN, 0, 0, {}};
     EXPECT_TRUE(tab.PreTranslateMessage(&enter));
     EXPECT_EQ(g_record.destroyed, 1) << "the page was left over";
+}
+
+TEST_F(TabPageTest, AHostMayTakeThePageAwayWhenItIsOfferedAKeyAndAnswerZero)
+{
+    for (const WPARAM key : {VK_RETURN, VK_TAB}) {
+        Create();
+        g_record.destroyed = 0;
+        g_onKey = [this] { ::DestroyWindow(tab.hWnd); };
+        MSG message = {::GetDlgItem(tab.hWnd, IDC_TEST_EDIT), WM_KEYDOWN, key, 0, 0, {}};
+        EXPECT_TRUE(tab.PreTranslateMessage(&message)) << "its window is gone";
+        EXPECT_EQ(g_record.stored, 0);
+        EXPECT_EQ(g_record.destroyed, 1);
+    }
 }
 
 TEST_F(TabPageTest, ASinglePageHasBothButtonsDisabledAndReadsOneOfOne)
