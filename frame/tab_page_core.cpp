@@ -142,7 +142,8 @@ LRESULT CTabPageCore::OnStaticColor(UINT, WPARAM wParam, LPARAM lParam, BOOL& ha
     return reinterpret_cast<LRESULT>(m_labelBackground.get());
 }
 
-// Never enables a button again: the host makes the pages anew when their number changes.
+// Enables no button again: the host makes the pages anew when their number changes. The end of a stay enables both,
+// see EnableLeaving.
 LRESULT CTabPageCore::OnCounter(UINT, WPARAM wParam, LPARAM, BOOL&)
 {
     const int index = LOWORD(wParam);
