@@ -206,6 +206,7 @@ void CConfigureDialog::OnPageGone(HWND page)
 {
     for (Tab& tab : m_tabs) {
         if (tab.page.hWnd == page) {
+            tab.record.NoteGone(page);
             tab.page = CTabPage();
             m_view.LetPageBeLeft();
             if (m_front >= 0 && &tab == &Front()) {
@@ -289,9 +290,11 @@ void CConfigureDialog::MakePage(int index)
     if (isThere && (index == m_front || !tab.record.IsStored(tab.page.hWnd))) {
         return;
     }
+    if (isThere && !silence.IsEmpty() && !tab.record.IsAccepted(tab.page.hWnd)) {
+        return; // nobody has checked what it has stored
+    }
     m_making = index;
     const scope_exit made([this] { m_making = -1; });
-    const bool wasAccepted = tab.record.IsAccepted(tab.page.hWnd);
     const bool wasChanged = tab.record.IsChanged(tab.page.hWnd);
     const scope_exit lost([&] { m_bChanged = m_bChanged || (wasChanged && !tab.page.hWnd); });
     RemovePage(tab);
@@ -315,8 +318,8 @@ void CConfigureDialog::MakePage(int index)
     tab.activity.SubclassWindow(tab.page.hWnd);
     EnableThemeDialogTexture(tab.page.hWnd, ETDT_ENABLETAB);
     ::SendMessageW(tab.page.hWnd, PAGE_MESSAGE_COUNTER, CounterParameter(index, GetTabCount()), 0);
-    if (isThere) {
-        tab.record.NoteStored(tab.page.hWnd, wasAccepted);
+    if (tab.record.WasMade()) {
+        tab.record.NoteMadeAnew(tab.page.hWnd);
     } else {
         tab.record.NoteMade(tab.page.hWnd);
     }
@@ -331,7 +334,6 @@ void CConfigureDialog::MakePage(int index)
 // The page, or what stands in its place.
 void CConfigureDialog::RemovePage(Tab& tab)
 {
-    tab.record.NoteUnstored();
     if (tab.substitute) {
         ::DestroyWindow(std::exchange(tab.substitute, nullptr));
     }
@@ -454,22 +456,32 @@ bool CConfigureDialog::DatabaseAnswers(const Tab& tab, unsigned int textId)
 bool CConfigureDialog::SaveAll()
 {
     for (int index = 0; index < GetTabCount(); ++index) {
-        if (!At(index).record.WasMade()) {
-            continue;
-        }
-        // A page that has gone has nothing to store, but what it stored before may be lost with its database.
-        const bool accepted = !At(index).page.hWnd || At(index).record.IsAccepted(At(index).page.hWnd);
-        if (!accepted && index != m_front) {
-            Enter(index); // what it may complain of is then seen behind its box
-        }
-        if (!DatabaseAnswers(At(index), IDS_CONFIGURE_NO_DATABASE_SAVE) ||
-            (!accepted && !Ask(index, PAGE_MESSAGE_STORE_ALL))) {
-            Enter(index);
+        if (At(index).record.WasMade() && !Save(index)) {
             FocusOnPage(Front());
             return false;
         }
     }
     return m_view.MayPageBeLeft();
+}
+
+// A page that was accepted and has gone has nothing to store, but what it stored may be lost with its database. One that
+// went before is made again.
+bool CConfigureDialog::Save(int index)
+{
+    Tab& tab = At(index);
+    const bool accepted = tab.record.IsAccepted(tab.page.hWnd);
+    if (!accepted && (index != m_front || !tab.page.hWnd)) {
+        Enter(index); // what it may complain of is then seen behind its box
+    }
+    const bool isThere = accepted || tab.page.hWnd;
+    if (DatabaseAnswers(tab, IDS_CONFIGURE_NO_DATABASE_SAVE) && isThere &&
+        (accepted || Ask(index, PAGE_MESSAGE_STORE_ALL))) {
+        return true;
+    }
+    if (index != m_front) {
+        Enter(index);
+    }
+    return false;
 }
 
 bool CConfigureDialog::MayCancel()

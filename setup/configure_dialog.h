@@ -171,6 +171,7 @@ private:
     CString WhyDatabaseIsSilent(const Tab& tab);
     bool DatabaseAnswers(const Tab& tab, unsigned int textId);
     bool SaveAll();
+    bool Save(int index);
     bool MayCancel();
     void Close(int result);
 

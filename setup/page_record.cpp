@@ -9,11 +9,23 @@ void CPageRecord::NoteMade(HWND page)
     NoteUnstored();
 }
 
+void CPageRecord::NoteMadeAnew(HWND page)
+{
+    NoteStored(page, m_bAccepted);
+}
+
 void CPageRecord::NoteStored(HWND page, bool accepted)
 {
     m_bStored = page != nullptr;
     m_bAccepted = m_bStored && accepted;
     m_stored = m_bStored ? ReadControls(page) : std::vector<CString>();
+}
+
+void CPageRecord::NoteGone(HWND page)
+{
+    if (!IsStored(page)) {
+        NoteUnstored();
+    }
 }
 
 void CPageRecord::NoteUnstored()
@@ -29,5 +41,5 @@ bool CPageRecord::IsChanged(HWND page) const
 
 bool CPageRecord::IsStored(HWND page) const
 {
-    return page && m_bStored && ReadControls(page) == m_stored;
+    return m_bStored && (!page || ReadControls(page) == m_stored);
 }

@@ -13,15 +13,19 @@ class CPageRecord
 public:
     // The page has come up for the first time.
     void NoteMade(HWND page);
-    // It has stored what its controls hold now; `accepted`: after its checks. Or it shows what the one before it has stored.
+    // It was made anew, and shows what the database holds now.
+    void NoteMadeAnew(HWND page);
+    // It has stored what its controls hold now; `accepted`: after its checks.
     void NoteStored(HWND page, bool accepted);
+    // Its window is going; what it has stored is known as long as it isn't made anew.
+    void NoteGone(HWND page);
     // It may hold what no control shows, or was refused.
     void NoteUnstored();
 
     // Its page was there once.
     [[nodiscard]] bool WasMade() const { return m_bMade; }
     [[nodiscard]] bool IsChanged(HWND page) const;
-    // False once something was entered since.
+    // False once something was entered since. Null: of one that has gone, when it went.
     [[nodiscard]] bool IsStored(HWND page) const;
     [[nodiscard]] bool IsAccepted(HWND page) const { return m_bAccepted && IsStored(page); }
 

@@ -310,6 +310,55 @@ TEST_F(ConfigureTrouble, ADatabaseThatGoesASecondTimeIsReportedAgain)
     EXPECT_EQ(Run(), NAVIGATION_CANCEL);
 }
 
+// ---- what nobody has checked
+
+// The sentence in the page's place counted as accepted, and the build got what nobody had checked.
+TEST_F(ConfigureTrouble, WhatAPageHasStoredUncheckedIsCheckedAlthoughItsDatabaseWasSilentMeanwhile)
+{
+    bool silent = false;
+    options.checkDatabase = [&silent](CProduct&) { return silent ? CString(L"gone") : CString(); };
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    GoTo(1);
+    Type(L"bad");
+    PressOnPage(IDC_PREVIOUS_TAB); // stores unchecked
+    Await(L"the tab before", [this] { return Dialog().GetFront() == 0; });
+    Do([&silent] { silent = true; });
+    GoTo(1);
+    Answer(IDOK, SetupText(IDS_CONFIGURE_NO_DATABASE, {L"Zolt", L"gone"}));
+    Look([&] { EXPECT_EQ(OnPage(IDC_TEST_EDIT).GetText(), CString(L"bad")) << "nobody has checked it"; });
+    Do([&silent] { silent = false; });
+    Press(IDC_CONFIGURE_NEXT);
+    Answer(IDOK, L"Page 1 refuses");
+    Look([&] { EXPECT_EQ(Dialog().GetFront(), 1); });
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
+TEST_F(ConfigureTrouble, ContinueMakesAndAsksAPageThatCouldNotBeMadeAnew)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    GoTo(1);
+    Type(L"bad");
+    PressOnPage(IDC_PREVIOUS_TAB); // stores unchecked
+    Await(L"the tab before", [this] { return Dialog().GetFront() == 0; });
+    Do([this] { host.language.wizTextPath = L"C:\\no such folder\\"; });
+    for (int turn = 0; turn < 2; ++turn) {
+        Press(IDC_CONFIGURE_NEXT);
+        AnswerLoadBox();
+        Look([&] {
+            EXPECT_EQ(Dialog().GetFront(), 1);
+            EXPECT_EQ(Page(1), nullptr);
+        });
+    }
+    Do([this] { host.language.wizTextPath = ProgramFolder(); });
+    Press(IDC_CONFIGURE_NEXT);
+    Answer(IDOK, L"Page 1 refuses");
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
 // ---- what Cancel would lose
 
 // The window is gone by then, and with it all that could be compared.
