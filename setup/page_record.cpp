@@ -11,7 +11,7 @@ void CPageRecord::NoteMade(HWND page)
 
 void CPageRecord::NoteMadeAnew(HWND page)
 {
-    NoteStored(page, m_bAccepted);
+    NoteStored(page, IsAccepted(page));
 }
 
 void CPageRecord::NoteStored(HWND page, bool accepted)

@@ -13,7 +13,7 @@ class CPageRecord
 public:
     // The page has come up for the first time.
     void NoteMade(HWND page);
-    // It was made anew, and shows what the database holds now.
+    // It was made anew, and shows what the database holds now: maybe not what it was accepted with.
     void NoteMadeAnew(HWND page);
     // It has stored what its controls hold now; `accepted`: after its checks.
     void NoteStored(HWND page, bool accepted);

@@ -1,6 +1,7 @@
 // What goes wrong while the dialog is up, what closing it would lose, and where it stands.
 #include "automation/picture.h"
 #include "base/system_text.h"
+#include "msi/msi_property.h"
 #include "setup/texts.h"
 #include "setup/window_place.h"
 #include "tests/setup/configure_fixture.h"
@@ -355,6 +356,29 @@ TEST_F(ConfigureTrouble, ContinueMakesAndAsksAPageThatCouldNotBeMadeAnew)
     Do([this] { host.language.wizTextPath = ProgramFolder(); });
     Press(IDC_CONFIGURE_NEXT);
     Answer(IDOK, L"Page 1 refuses");
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
+// What it shows then was never checked by it.
+TEST_F(ConfigureTrouble, APageIsAskedAgainThatShowsWhatAnotherOneHasStoredSince)
+{
+    TestProduct& zolt = AddProduct(L"Zolt");
+    AddTabs(2);
+    Type(L"checked");
+    GoTo(1);
+    Do([&] { WriteProperty(zolt.database, L"TEST_VALUE_0", L"bad"); });
+    GoTo(0);
+    Look([&] { EXPECT_EQ(OnPage(IDC_TEST_EDIT).GetText(), CString(L"bad")); });
+    for (const bool byContinue : {false, true}) {
+        if (byContinue) {
+            Press(IDC_CONFIGURE_NEXT);
+        } else {
+            GoTo(1);
+        }
+        Answer(IDOK, L"Page 0 refuses");
+        Look([&] { EXPECT_EQ(Dialog().GetFront(), 0); });
+    }
     Press(IDC_CONFIGURE_BACK);
     EXPECT_EQ(Run(), NAVIGATION_BACK);
 }
