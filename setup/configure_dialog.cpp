@@ -281,13 +281,14 @@ void CConfigureDialog::Enter(int index)
     }
 }
 
-// Makes the page unless it is there with something that isn't stored. One that could not be made is tried again each time.
+// Makes the page unless it is there with something that isn't stored, or at work. One that could not be made is tried again
+// each time.
 void CConfigureDialog::MakePage(int index)
 {
     Tab& tab = At(index);
     const CString silence = WhyDatabaseIsSilent(tab);
     const bool isThere = tab.page.hWnd != nullptr;
-    if (isThere && (index == m_front || !tab.record.IsStored(tab.page.hWnd))) {
+    if (isThere && (index == m_front || !tab.record.IsStored(tab.page.hWnd) || tab.activity.IsAtWork())) {
         return;
     }
     if (isThere && !silence.IsEmpty() && !tab.record.IsAccepted(tab.page.hWnd)) {
@@ -461,7 +462,7 @@ bool CConfigureDialog::SaveAll()
             return false;
         }
     }
-    return m_view.MayPageBeLeft();
+    return MayBeLeft(); // a page that wasn't asked may have begun its work meanwhile
 }
 
 // A page that was accepted and has gone has nothing to store, but what it stored may be lost with its database. One that

@@ -49,6 +49,35 @@ TEST_F(ConfigureStaying, ItStaysWhileAPageIsAtWorkBehindABoxWithoutAnOwner)
     EXPECT_EQ(Run(), NAVIGATION_BACK);
 }
 
+// The way of its neighbour had made it anew, and destroyed it under its own handler.
+TEST_F(ConfigureStaying, APageAtWorkIsNotMadeAnewByTheWayOfItsNeighbor)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    GoTo(1);
+    HWND atWork = nullptr;
+    Do([&] {
+        atWork = Page(0);
+        PostMessageW(atWork, TEST_MESSAGE_BOX, 0, 0);
+    });
+    Step(L"go to the page under the box", [this] {
+        if (!FindMessageBox()) {
+            return StepOutcome::NotYet(L"no box is up");
+        }
+        SendMessageW(Page(1), WM_COMMAND, MAKEWPARAM(IDC_PREVIOUS_TAB, BN_CLICKED),
+                     reinterpret_cast<LPARAM>(GetDlgItem(Page(1), IDC_PREVIOUS_TAB)));
+        return StepOutcome::Done();
+    });
+    Answer(IDOK, L"Without an owner");
+    Look([&] {
+        EXPECT_EQ(Dialog().GetFront(), 0);
+        EXPECT_EQ(Page(0), atWork);
+        EXPECT_EQ(record.created, (std::vector<int>{0, 1}));
+    });
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+}
+
 // ---- a page that can't be left now
 
 TEST_F(ConfigureStaying, ItIsNotLeftWhileThePageHasDisabledTheWaysOut)
