@@ -67,7 +67,7 @@ bool CConfigureDialog::GoTo(int index)
     if (index == m_front) {
         return true;
     }
-    if (!MayBeLeft() || !LeaveFront()) {
+    if (!LeaveFront()) {
         return false;
     }
     Enter(index);
@@ -132,7 +132,7 @@ LRESULT CConfigureDialog::OnEnable(UINT, WPARAM enabled, LPARAM, BOOL& handled)
 
 LRESULT CConfigureDialog::OnTabLeaving(int, NMHDR*, BOOL&)
 {
-    return !MayBeLeft() || !LeaveFront();
+    return !LeaveFront();
 }
 
 LRESULT CConfigureDialog::OnTabChosen(int, NMHDR*, BOOL&)
@@ -156,7 +156,7 @@ LRESULT CConfigureDialog::OnBack(WORD, WORD, HWND, BOOL&)
     }
     if (Front().page.hWnd) {
         DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE);
-        if (!AskForTheWayBack(Front().page.hWnd)) {
+        if (!MayBeLeft() || !AskForTheWayBack(Front().page.hWnd) || !MayBeLeft()) {
             return 0;
         }
     }
@@ -382,8 +382,14 @@ bool CConfigureDialog::MayBeLeft() const
            std::none_of(m_tabs.begin(), m_tabs.end(), [](const Tab& tab) { return tab.activity.IsAtWork(); });
 }
 
-// A page whose database is gone may be left, or nobody could go on to the other products.
+// Looked at twice: while a box is up, a page may begin its work.
 bool CConfigureDialog::LeaveFront()
+{
+    return MayBeLeft() && StoreFront() && MayBeLeft();
+}
+
+// A page whose database is gone may be left, or nobody could go on to the other products.
+bool CConfigureDialog::StoreFront()
 {
     if (m_front < 0 || !Front().page.hWnd || !DatabaseAnswers(Front(), IDS_CONFIGURE_NO_DATABASE)) {
         return true;
@@ -488,9 +494,10 @@ bool CConfigureDialog::Save(int index)
 bool CConfigureDialog::MayCancel()
 {
     m_manager.EnableCancelling(false);
-    if ((m_options.bLosesChoices || HasChanges()) &&
-        ShowBox(SetupText(IDS_CONFIGURE_CANCEL_QUESTION), MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) !=
-            IDYES) {
+    const bool asks = m_options.bLosesChoices || HasChanges();
+    const bool agreed = !asks || ShowBox(SetupText(IDS_CONFIGURE_CANCEL_QUESTION),
+                                         MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
+    if (!agreed || !MayBeLeft()) {
         m_manager.EnableCancelling(true);
         return false;
     }

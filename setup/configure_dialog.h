@@ -165,6 +165,7 @@ private:
 
     bool MayBeLeft() const;
     bool LeaveFront();
+    bool StoreFront();
     bool Ask(int index, UINT message);
     bool AskForTheWayBack(HWND page);
     void NoteStored(bool accepted);

@@ -1,5 +1,6 @@
 // When the dialog must not be left: a page is at work, or has disabled the ways out.
 #include "automation/picture.h"
+#include "setup/texts.h"
 #include "tests/setup/configure_fixture.h"
 
 namespace {
@@ -12,6 +13,16 @@ protected:
         wchar_t folder[MAX_PATH] = L"";
         GetTempPathW(MAX_PATH, folder);
         (void)SaveWindowPicture(Dialog(), CString(folder) + name); // for who wants to look
+    }
+    void DisableWaysOutUnderBox()
+    {
+        Step(L"disable the ways out under the box", [this] {
+            if (!FindMessageBox()) {
+                return StepOutcome::NotYet(L"no box is up");
+            }
+            SendMessageW(Page(0), TEST_MESSAGE_ENABLE_LEAVING, FALSE, 0);
+            return StepOutcome::Done();
+        });
     }
 };
 
@@ -129,6 +140,52 @@ TEST_F(ConfigureStaying, BackStaysOffBehindAPageThatCanBeLeftAgain)
     Look([this] { EXPECT_FALSE(InDialog(IDC_CONFIGURE_BACK).IsEnabled()); });
     Press(IDC_CONFIGURE_NEXT);
     EXPECT_EQ(Run(), NAVIGATION_NEXT);
+}
+
+// A page may begin its work while the dialog's own box is up.
+TEST_F(ConfigureStaying, CancelStaysWhenThePageHasDisabledTheWaysOutUnderTheQuestion)
+{
+    AddProduct(L"Zolt");
+    AddTabs(1);
+    options.bLosesChoices = true;
+    Press(IDC_CONFIGURE_CANCEL);
+    DisableWaysOutUnderBox();
+    Answer(IDYES, SetupText(IDS_CONFIGURE_CANCEL_QUESTION));
+    Look([this] {
+        EXPECT_EQ(host.manager.m_exitCode, 0u);
+        EXPECT_EQ(host.log.Of(L"EnableCancelling").back(), CString(L"EnableCancelling(true)"));
+        SendMessageW(Page(0), TEST_MESSAGE_ENABLE_LEAVING, TRUE, 0);
+    });
+    Press(IDC_CONFIGURE_CANCEL);
+    Answer(IDYES, SetupText(IDS_CONFIGURE_CANCEL_QUESTION));
+    EXPECT_EQ(Run(), NAVIGATION_CANCEL);
+}
+
+TEST_F(ConfigureStaying, BackAndTabsStayWhenThePageHasDisabledTheWaysOutUnderABox)
+{
+    bool silent = false;
+    options.checkDatabase = [&silent](CProduct&) { return silent ? CString(L"gone") : CString(); };
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    for (const bool byTab : {true, false}) {
+        Do([&silent] { silent = true; });
+        if (byTab) {
+            GoTo(1);
+        } else {
+            Press(IDC_CONFIGURE_BACK);
+        }
+        DisableWaysOutUnderBox();
+        Answer(IDOK, SetupText(IDS_CONFIGURE_NO_DATABASE, {L"Zolt", L"gone"}));
+        Look([&] {
+            EXPECT_EQ(Dialog().GetFront(), 0);
+            silent = false;
+            SendMessageW(Page(0), TEST_MESSAGE_ENABLE_LEAVING, TRUE, 0);
+            EXPECT_TRUE(Dialog().GoTo(1)) << "a silence that is over is told anew";
+            EXPECT_TRUE(Dialog().GoTo(0));
+        });
+    }
+    Press(IDC_CONFIGURE_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
 }
 
 TEST_F(ConfigureStaying, APageThatGoesWhileItCannotBeLeftLeavesTheWaysOutOpen)
