@@ -208,7 +208,9 @@ void CConfigureDialog::OnPageGone(HWND page)
         if (tab.page.hWnd == page) {
             tab.record.NoteGone(page);
             tab.page = CTabPage();
-            m_view.LetPageBeLeft();
+            if (m_holder == page) { // else another one would be left that can't be
+                m_view.LetPageBeLeft();
+            }
             if (m_front >= 0 && &tab == &Front()) {
                 GotoDlgCtrl(GetDlgItem(IDC_CONFIGURE_TABS)); // without a focus no key would come
             }
@@ -219,6 +221,7 @@ void CConfigureDialog::OnPageGone(HWND page)
 void CConfigureDialog::OnLeavingChanged()
 {
     const bool open = m_view.MayPageBeLeft();
+    m_holder = open ? nullptr : m_holder ? m_holder : PageAtWork();
     const HWND focus = GetFocus();
     CWindow(GetDlgItem(IDC_CONFIGURE_BACK)).EnableWindow(open && m_options.bCanGoBack);
     CWindow(GetDlgItem(IDC_CONFIGURE_NEXT)).EnableWindow(open);
@@ -226,6 +229,17 @@ void CConfigureDialog::OnLeavingChanged()
     if (m_front >= 0 && !::IsWindowEnabled(focus) && ::GetParent(focus) == m_hWnd) {
         FocusOnPage(Front()); // no key would come to a disabled button
     }
+}
+
+// The one that has just called; the one in front where nobody could see it.
+HWND CConfigureDialog::PageAtWork() const
+{
+    const auto caller =
+        std::find_if(m_tabs.begin(), m_tabs.end(), [](const Tab& tab) { return tab.activity.IsInnermost(); });
+    if (caller != m_tabs.end()) {
+        return caller->page.hWnd;
+    }
+    return m_front >= 0 ? At(m_front).page.hWnd : nullptr;
 }
 
 // ---- the window

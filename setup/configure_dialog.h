@@ -152,6 +152,7 @@ private:
     const Tab& At(int index) const { return m_tabs[static_cast<std::size_t>(index)]; }
     Tab& Front() { return At(m_front); }
 
+    HWND PageAtWork() const;
     void AddTabs();
     CString Title() const;
     int ShowBox(const CString& text, UINT type);
@@ -186,7 +187,8 @@ private:
     CKeys m_pageKeys{*this, &CConfigureDialog::OnMessageForPage};
     CKeys m_otherKeys{*this, &CConfigureDialog::OnKeyOutsidePage};
 
-    SIZE m_room = {}; // of the largest page so far
+    HWND m_holder = nullptr; // the page that has disabled the ways out
+    SIZE m_room = {};        // of the largest page so far
     int m_front = -1;
     int m_asked = -1;
     int m_making = -1;                              // the tab whose page is being made

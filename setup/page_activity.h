@@ -14,13 +14,18 @@ class CPageActivity : public CWindowImpl<CPageActivity>
 {
 public:
     [[nodiscard]] bool IsAtWork() const { return m_running > 0; }
+    // Of several that are at work, the one that began last.
+    [[nodiscard]] bool IsInnermost() const { return s_innermost == this; }
 
     // Runs what the page does by itself, such as its message filter.
     template <class Act>
     auto Watch(Act act)
     {
         ++m_running;
-        const scope_exit done([this] { --m_running; });
+        const scope_exit done([this, outer = std::exchange(s_innermost, this)] {
+            --m_running;
+            s_innermost = outer;
+        });
         return act();
     }
     // Runs what the dialog does when the page has called it.
@@ -40,5 +45,6 @@ public:
     }
 
 private:
+    inline static const CPageActivity* s_innermost = nullptr; // all pages are of one thread
     int m_running = 0;
 };

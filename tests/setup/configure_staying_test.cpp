@@ -200,4 +200,22 @@ TEST_F(ConfigureStaying, APageThatGoesWhileItCannotBeLeftLeavesTheWaysOutOpen)
     EXPECT_EQ(Run(), NAVIGATION_NEXT);
 }
 
+TEST_F(ConfigureStaying, APageThatGoesKeepsTheWaysOutClosedThatAnotherOneHasDisabled)
+{
+    AddProduct(L"Zolt");
+    AddTabs(2);
+    GoTo(1);
+    Do([this] {
+        SendMessageW(Page(0), TEST_MESSAGE_ENABLE_LEAVING, FALSE, 0);
+        DestroyWindow(Page(1));
+    });
+    Look([this] {
+        EXPECT_FALSE(InDialog(IDC_CONFIGURE_NEXT).IsEnabled());
+        EXPECT_FALSE(Dialog().GoTo(0));
+        SendMessageW(Page(0), TEST_MESSAGE_ENABLE_LEAVING, TRUE, 0);
+    });
+    Press(IDC_CONFIGURE_NEXT);
+    EXPECT_EQ(Run(), NAVIGATION_NEXT);
+}
+
 } // namespace
