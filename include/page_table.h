@@ -188,4 +188,13 @@ constexpr const PageRow& PageOfRole(PageRole role)
 // Each role has its page; a search that runs past the table doesn't compile.
 static_assert(PageOfRole(PageRole::Target).bTab == false &&
               PageOfRole(PageRole::Choosing).section != nullptr);
+// The configure dialog has a tab for each product, so a tab page is of one.
+static_assert([] {
+    for (const PageRow& page : PAGE_TABLE) {
+        if (page.bTab && !page.bOfProduct) {
+            return false;
+        }
+    }
+    return true;
+}());
 static_assert(PageOfRole(PageRole::Complete).IsOutcome() && PageOfRole(PageRole::Failed).IsOutcome());
