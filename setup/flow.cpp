@@ -69,13 +69,15 @@ void CWizardFlow::UseProducts(int count)
     // The page that is shown stays where it was, or the walk begins anew.
     const auto shown =
         m_position < m_walk.size() ? std::find(walk.begin(), walk.end(), m_walk[m_position]) : walk.end();
-    m_position = shown == walk.end() ? 0 : static_cast<std::size_t>(shown - walk.begin());
+    m_bBeginsAnew = m_bBeginsAnew || shown == walk.end();
+    m_position = m_bBeginsAnew ? 0 : static_cast<std::size_t>(shown - walk.begin());
     m_walk = std::move(walk);
 }
 
 FlowMove CWizardFlow::Show(std::size_t position)
 {
     m_position = position;
+    m_bBeginsAnew = false;
     const bool together = m_bConfigure && IsTab(position);
     return {.act = together ? FlowAct::Configure : FlowAct::ShowPage,
             .nPage = m_walk[position].page,
@@ -113,7 +115,7 @@ FlowMove CWizardFlow::AfterPage(int result)
     }
     switch (result) {
     case NAVIGATION_NEXT: {
-        std::size_t next = m_position + 1;
+        std::size_t next = m_bBeginsAnew ? 0 : m_position + 1;
         while (next < m_walk.size() && IsPassedOver(next)) {
             ++next;
         }

@@ -38,7 +38,7 @@ public:
     CWizardFlow(std::vector<FlowStep> pages, bool builds);
 
     // How many products the deployment has; 1 until it is called. Pages of products that stand side by side are walked
-    // product by product. May change with every page that belongs to no product.
+    // product by product. May change with every page; behind one whose product is gone, the walk begins anew.
     void UseProducts(int count);
 
     // With true, the pages that exist as tabs are no longer shown one by one: the configure dialog comes once, where
@@ -78,6 +78,7 @@ private:
     std::vector<FlowStep> m_pages;
     std::vector<Stop> m_walk;
     std::size_t m_position = 0; // in m_walk
+    bool m_bBeginsAnew = false; // the page that is shown is of a product that is gone
     bool m_bBuilds;
     bool m_bConfigure = false;
     bool m_bBuilt = false;

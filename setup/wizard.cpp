@@ -258,8 +258,9 @@ int CWizard::ShowPage(const FlowMove& move, bool canGoBack)
     const FlowPage& page = m_pages[static_cast<std::size_t>(move.nPage)];
     PageContext context = MakePageContext(move, canGoBack);
     if (move.nProduct >= 0 && !context.pProduct) {
-        m_strCause = L"The page " + page.strName +
-                     L" could not be shown: none of the media's products could be opened.";
+        m_strCause = L"The page " + page.strName + L" could not be shown: " +
+                     (m_host->GetProducts().empty() ? L"none of the media's products could be opened."
+                                                    : L"its product is no longer open. Start Setup again.");
         return NAVIGATION_LOAD_FAILED;
     }
     if (canGoBack) { // the first page only says which deployment is meant

@@ -323,6 +323,26 @@ TEST(SetupFlow, APageBehindProductsStaysWhereItIsWhenTheirNumberChanges)
     ExpectPage(flow.AfterPage(NAVIGATION_BACK), 2, 1);
 }
 
+// Its first page was passed over.
+TEST(SetupFlow, TheWalkBeginsAnewWhenTheProductOfTheShownPageIsGone)
+{
+    for (const int stops : {3, 4, 7}) { // the second product's first, its second, its last
+        CWizardFlow flow(PAGES_OF_PRODUCTS, true);
+        flow.UseProducts(2);
+        (void)flow.Start();
+        for (int stop = 0; stop < stops; ++stop) {
+            (void)flow.AfterPage(NAVIGATION_NEXT);
+        }
+        flow.UseProducts(1);
+        EXPECT_FALSE(flow.CanGoBack());
+        ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 0);
+        for (const ProductPage stop : {ProductPage{1, 0}, {2, 0}, {3, -1}, {4, 0}}) {
+            ExpectPage(flow.AfterPage(NAVIGATION_NEXT), stop.page, stop.product);
+        }
+        EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Build);
+    }
+}
+
 TEST(SetupFlow, CancelOnAPageOfTheSecondProductEndsWith1602)
 {
     CWizardFlow flow(PAGES_OF_PRODUCTS, true);
