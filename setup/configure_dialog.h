@@ -88,6 +88,8 @@ public:
     [[nodiscard]] HWND GetPage(int index) const { return At(index).page.hWnd; }
     // Goes to a tab as a click on it does. False when the page in front refuses to be left.
     bool GoTo(int index);
+    // False while a page is at work, or has disabled the ways out.
+    [[nodiscard]] bool MayBeLeft() const;
 
     BEGIN_MSG_MAP(CConfigureDialog)
     MESSAGE_HANDLER(WM_INITDIALOG, OnInitDialog)
@@ -164,7 +166,6 @@ private:
     void FocusOnPage(const Tab& tab);
     void ShowDefaultButton(HWND focus);
 
-    bool MayBeLeft() const;
     bool LeaveFront();
     bool StoreFront();
     bool Ask(int index, UINT message);

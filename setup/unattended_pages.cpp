@@ -284,6 +284,9 @@ StepOutcome CUnattendedPages::PressLeave()
     if (m_failure) {
         return StepOutcome::Done();
     }
+    if (m_pDialog && !m_pDialog->MayBeLeft()) {
+        return StepOutcome::NotYet(L"a page is at work and keeps the dialog from being left");
+    }
     const bool cancels = m_pAnswers && m_pAnswers->bCancel;
     // Behind the build nothing is left to cancel: the page has one button, and both words press it.
     const bool isOutcome = m_pAnswers && m_pAnswers->pPage->IsOutcome();

@@ -151,6 +151,7 @@ void ConfigureTest::AddTab(int page, TestProduct& product)
     tab.context.pProduct = &product;
     tab.context.hDatabase = product.database;
     tab.context.leaveHooks = leaveHooks;
+    tab.context.postInitHooks = postInitHooks;
     m_tabs.push_back(tab);
 }
 

@@ -56,7 +56,8 @@ protected:
     void AddTab(int page, TestProduct& product);
     void AddTabWithoutProduct(int page);
     ConfigureOptions options;
-    PageHookList leaveHooks; // of the tabs that are added from then on
+    PageHookList leaveHooks;    // of the tabs that are added from then on
+    PageHookList postInitHooks; // likewise
 
     // ---- steps, in the order of their noting
 

@@ -25,6 +25,13 @@ protected:
         outcome = *m_pages.GetFailure();
     }
 
+    int RunToItsEnd()
+    {
+        const int result = RunUnattended(m_pages);
+        EXPECT_FALSE(m_pages.GetFailure()) << Utf8(m_pages.GetFailure()->strCause);
+        return result;
+    }
+
     RunOutcome outcome;
 
 private:
@@ -83,6 +90,27 @@ TEST_F(ConfigureUnattended, ALaterPageThatCantBeMadeFailsTheRunUnderItsOwnName)
     EXPECT_EQ(outcome.strCause,
               CString(L"The page Test1Page can't be shown in the configure dialog. Failed to load "
                       L"C:\\no such folder\\WizText.dll"));
+}
+
+// It was refused at once, for an answer that was missing or empty.
+TEST_F(ConfigureUnattended, ContinueIsAwaitedWhileAPageHasDisabledTheWaysOut)
+{
+    static int ticks;
+    ticks = 0;
+    postInitHooks = {[](PageContext* context) {
+        SendMessageW(context->hParent, TEST_MESSAGE_ENABLE_LEAVING, FALSE, 0);
+        SetTimer(context->hParent, 1, 100, [](HWND page, UINT, UINT_PTR timer, DWORD) {
+            if (++ticks == 10) {
+                KillTimer(page, timer);
+                SendMessageW(page, TEST_MESSAGE_ENABLE_LEAVING, TRUE, 0);
+            }
+        });
+        return 1;
+    }};
+    AddProduct(L"Zolt");
+    AddTabs(1);
+    EXPECT_EQ(RunToItsEnd(), NAVIGATION_NEXT);
+    EXPECT_EQ(ticks, 10);
 }
 
 // So it did for a database that no longer answers.
