@@ -157,6 +157,19 @@ int RecordHook(PageContext* context)
 }
 inline const PageHookList THREE_HOOKS{RecordHook<0>, RecordHook<1>, RecordHook<2>};
 
+inline void Command(HWND page, int id)
+{
+    ::SendMessageW(page, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
+                   reinterpret_cast<LPARAM>(::GetDlgItem(page, id)));
+}
+
+inline void PostEnter(HWND page, int id)
+{
+    const HWND control = ::GetDlgItem(page, id);
+    ::SetFocus(control);
+    ::PostMessageW(control, WM_KEYDOWN, VK_RETURN, 0);
+}
+
 class FrameTest : public testing::Test
 {
 protected:
