@@ -16,6 +16,7 @@ struct NamedStep
 {
     CString name;
     CScript::Step run;
+    DWORD deadline = 0; // 0: the script's
 };
 
 } // namespace
@@ -125,10 +126,16 @@ private:
     {
         if (outcome.IsFailed())
             Fail(outcome.GetReason());
-        else if (GetTickCount64() - m_since > deadline)
-            Fail(L"waited " + NumberText(deadline / 1000) + L" seconds, but " + outcome.GetReason());
+        else if (GetTickCount64() - m_since > Limit())
+            Fail(L"waited " + NumberText(Limit() / 1000) + L" seconds, but " + outcome.GetReason());
         else
             TrySoon();
+    }
+
+    // Of the step in front.
+    DWORD Limit() const
+    {
+        return steps.empty() || steps.front().deadline == 0 ? deadline : steps.front().deadline;
     }
 
     // The boundary of the window procedure: nothing may be thrown through it.
@@ -160,14 +167,14 @@ CScript::CScript() : m_player(std::make_unique<Player>())
 
 CScript::~CScript() = default;
 
-void CScript::Add(const CString& name, Step step)
+void CScript::Add(const CString& name, Step step, DWORD milliseconds)
 {
-    m_player->steps.push_back({name, std::move(step)});
+    m_player->steps.push_back({name, std::move(step), milliseconds});
 }
 
 void CScript::AddNext(const CString& name, Step step)
 {
-    m_player->steps.insert(m_player->steps.begin() + m_player->added++, {name, std::move(step)});
+    m_player->steps.insert(m_player->steps.begin() + m_player->added++, {name, std::move(step), 0});
 }
 
 void CScript::SetWatcher(Step watcher)
@@ -187,7 +194,7 @@ void CScript::SetDeadline(DWORD milliseconds)
 
 void CScript::SetEnding(const CString& name, Step ending)
 {
-    m_player->ending = {name, std::move(ending)};
+    m_player->ending = {name, std::move(ending), 0};
 }
 
 void CScript::Start()

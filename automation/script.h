@@ -32,8 +32,8 @@ public:
     CScript(const CScript&) = delete;
     CScript& operator=(const CScript&) = delete;
 
-    // Adds a step behind all others; a running step may add more.
-    void Add(const CString& name, Step step);
+    // Adds a step behind all others; a running step may add more. `milliseconds`: a deadline of its own; 0: the script's.
+    void Add(const CString& name, Step step, DWORD milliseconds = 0);
     // Adds a step in front of those that wait, behind what the running step has added so already.
     void AddNext(const CString& name, Step step);
 

@@ -16,12 +16,13 @@ bool Equal(const AnswersFile& left, const AnswersFile& right)
     for (std::size_t index = 0; index < left.sections.size(); ++index) {
         const AnswerSection& first = left.sections[index];
         const AnswerSection& second = right.sections[index];
-        if (!(first.strName == second.strName) || first.answers.size() != second.answers.size()) {
+        if (!(first.strName == second.strName) || !(first.strProduct == second.strProduct) ||
+            first.answers.size() != second.answers.size()) {
             return false;
         }
         for (std::size_t answer = 0; answer < first.answers.size(); ++answer) {
             if (!(first.answers[answer].strKey == second.answers[answer].strKey) ||
-                !(first.answers[answer].strValue == second.answers[answer].strValue)) {
+                first.answers[answer].fields != second.answers[answer].fields) {
                 return false;
             }
         }
@@ -57,11 +58,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         return 0;
     }
-    std::string bytes;
-    AppendUtf8(bytes, WriteAnswersFile(file));
+    CString text;
     AnswersFile again;
+    std::string bytes;
+    if (!WriteAnswersFile(file, text, error)) { // what was read holds nothing that can't be written
+        std::abort();
+    }
+    AppendUtf8(bytes, text);
     if (!ParseAnswersFile(bytes.data(), bytes.size(), again, error) || !Equal(file, again) ||
         Joins(file) != Joins(again)) {
+        std::abort();
+    }
+    CString textAgain;
+    if (!WriteAnswersFile(again, textAgain, error) || !(textAgain == text)) {
         std::abort();
     }
     return 0;

@@ -6,6 +6,7 @@
 #include "include/resource_ids.h"
 
 #include <span>
+#include <string_view>
 
 enum class PageRole
 {
@@ -167,6 +168,16 @@ inline const PageRow* FindPageOfSection(const CString& section)
         }
     }
     return nullptr;
+}
+
+// The same for a section that a page has; any other doesn't compile.
+consteval const PageRow& RowOfSection(const wchar_t* section)
+{
+    const PageRow* found = PAGE_TABLE;
+    while (!found->section || std::wstring_view(found->section) != section) {
+        ++found;
+    }
+    return *found;
 }
 
 inline bool HasRole(const CString& wizardExport, PageRole role)

@@ -1,8 +1,12 @@
 // Which words the section of a page knows in an answers file: one row a key, and one row a box that the page may put.
-// Which section is which page's stands in include/page_table.h.
+// Read from its controls, they are what a run records; entered through them, what it replays. A page's rows stand in
+// page_answers/; how its lists and trees are read and entered stands in page_lists.h.
 #pragma once
 
 #include "base/string.h"
+#include "include/page_table.h"
+
+#include <span>
 
 enum class AnswerKind
 {
@@ -12,17 +16,34 @@ enum class AnswerKind
     Check,    // a check box: "yes" or "no"
     ListLine, // a line of a list box, by its text
     Entry,    // a line of a drop-down list, by its place: a row a line, all of one word, in the lines' order
+    List,     // a line of a list or tree; may stand several times, and order counts
+    Clear,    // empties the page's lists before anything is added to them: "yes" or "no"
+};
+
+enum class FieldKind
+{
+    Text,
+    Path,
+};
+
+// The answer that lets a person reach a control. No word: it can always be reached.
+struct AnswerNeed
+{
+    const wchar_t* word = nullptr;
+    const wchar_t* value = nullptr;
 };
 
 struct AnswerKey
 {
-    const wchar_t* section;
-    const wchar_t* word;
-    AnswerKind kind;
-    unsigned int control;
-    const wchar_t* choice; // Radio: the value that picks this button; Entry: the value that picks the line
+    const wchar_t* word = nullptr;
+    AnswerKind kind = AnswerKind::Text;
+    unsigned int control = 0;
+    const wchar_t* choice =
+        nullptr; // Radio: the value that picks this button; Entry: the one that picks the line
     // Radio: this choice is what the page does by itself when it doesn't show the buttons.
-    bool bDefaultWhenHidden;
+    bool bDefaultWhenHidden = false;
+    AnswerNeed needs = {};
+    std::span<const FieldKind> fields = {}; // List
 };
 
 enum class BoxKind
@@ -33,31 +54,51 @@ enum class BoxKind
 
 struct AnswerBox
 {
-    const wchar_t* section;
-    BoxKind kind;
-    const wchar_t* role; // Question: the word behind "on_question."
-    const wchar_t* key;  // the key that the box is about
-    unsigned int string; // its text in the resource library; "%s" stands for any text; or PROGRAM_BOX
+    BoxKind kind = BoxKind::Question;
+    const wchar_t* role = nullptr; // Question: the word behind "on_question."
+    const wchar_t* key = nullptr;  // the key that the box is about
+    unsigned int string = 0; // its text in the resource library; "%s" stands for any text; or PROGRAM_BOX
+};
+
+struct PageAnswerTable
+{
+    const PageRow* page = nullptr;
+    // In the order in which they are entered: what changes the page's layout, or enables another, comes first. Lists are
+    // entered where the first of them stands, in the order of the answers.
+    std::span<const AnswerKey> keys = {};
+    std::span<const AnswerBox> boxes = {};
+    // How long the page may be at work before it can be left, such as downloading; 0 for one that never is.
+    unsigned int workSeconds = 0;
 };
 
 // A box of the program's own, put behind the page.
 constexpr unsigned int PROGRAM_BOX = 0;
 constexpr wchar_t ROLE_REPLACE_UNLISTED[] = L"replace_unlisted";
 
-// A word of every section: what ends the page once its answers are entered.
-constexpr wchar_t LEAVE_KEY[] = L"leave";
+// Words of every section.
+constexpr wchar_t LEAVE_KEY[] = L"leave"; // what ends the page once its answers are entered
+constexpr wchar_t SHOW_KEY[] = L"show";   // whether the tab of the page is gone to
 constexpr wchar_t QUESTION_PREFIX[] = L"on_question.";
+// Behind a key: its value is entered letter for letter, and not as a path that may be relative.
+constexpr wchar_t LITERAL_SUFFIX[] = L".literal";
+// Behind a key: what the page keeps while the answer that the key needs is another one.
+constexpr wchar_t KEPT_SUFFIX[] = L".kept";
 
-// A borrowed run of rows, for range-based loops.
-template <class Row>
-struct TableRows
-{
-    const Row* first;
-    const Row* last;
-    const Row* begin() const { return first; }
-    const Row* end() const { return last; }
-};
+// The tables that a run goes by. The pages' own, or those of tests.
+using AnswerTables = std::span<const PageAnswerTable* const>;
+AnswerTables PageAnswerTables();
 
-// In the order in which a page's answers are entered: what changes the page's layout comes first.
-TableRows<AnswerKey> AnswerKeys();
-TableRows<AnswerBox> AnswerBoxes();
+// Null when no page has the section.
+const PageAnswerTable* FindAnswerTable(AnswerTables tables, const CString& section);
+// The first row of the word; null for an unknown one.
+const AnswerKey* FindAnswerKey(const PageAnswerTable& table, const CString& word);
+// The row of a question's role; null for an unknown one.
+const AnswerBox* FindQuestion(const PageAnswerTable& table, const CString& role);
+// Whether that field of an answer of the row is a path.
+bool IsPathField(const AnswerKey& key, std::size_t field);
+bool IsListKey(const PageAnswerTable& table, const CString& word);
+// Where an answer of the row is entered among those of the page. Rows of lists are one place, in which the order of the
+// answers decides, with clearing them before it.
+std::size_t EntryOrder(const PageAnswerTable& table, const AnswerKey& key);
+// The place of an Entry's line in its drop-down list.
+int EntryPlace(const PageAnswerTable& table, const AnswerKey& entry);

@@ -1,249 +1,76 @@
 #include "setup/answers.h"
 
-#include "base/path_text.h"
-
 #include <algorithm>
+#include <map>
 
 namespace {
 
-CString Choices(const AnswerKey& key)
+bool IsOfList(const PageAnswer& answer)
 {
-    if (key.kind == AnswerKind::Check) {
-        return L"yes, no";
-    }
-    CString list;
-    for (const AnswerKey& row : AnswerKeys()) {
-        if (CString(row.section) == key.section && CString(row.word) == key.word) {
-            list += (list.IsEmpty() ? CString() : CString(L", ")) + row.choice;
-        }
-    }
-    return list;
+    return answer.pKey->kind == AnswerKind::List || answer.pKey->kind == AnswerKind::Clear;
 }
 
-CString KnownSections()
+// What a section that wins replaces: the same word, in whatever form, and of lists all lines of the word; clearing a list
+// replaces all of them.
+bool IsReplaced(const PageAnswer& answer, const PageAnswers& winner)
 {
-    CString list;
-    for (const PageRow& page : PAGE_TABLE) {
-        if (page.section) {
-            list += (list.IsEmpty() ? CString() : CString(L", ")) + page.section;
-        }
-    }
-    return list;
+    return std::any_of(winner.entries.begin(), winner.entries.end(), [&answer](const PageAnswer& other) {
+        return CString(other.pKey->word) == answer.pKey->word ||
+               (other.pKey->kind == AnswerKind::Clear && IsOfList(answer));
+    });
 }
 
-// The words of a section, for the complaint about an unknown one.
-CString KnownKeys(const PageRow& page)
+void Win(PageAnswers& page, const PageAnswers& winner)
 {
-    CString list;
-    const wchar_t* last = L"";
-    for (const AnswerKey& row : AnswerKeys()) {
-        if (CString(row.section) == page.section && CString(row.word) != last) {
-            last = row.word;
-            list += CString(row.word) + L", ";
-        }
+    std::erase_if(page.entries, [&winner](const PageAnswer& answer) { return IsReplaced(answer, winner); });
+    page.entries.insert(page.entries.end(), winner.entries.begin(), winner.entries.end());
+    std::stable_sort(page.entries.begin(), page.entries.end(),
+                     [&table = *page.pTable](const PageAnswer& left, const PageAnswer& right) {
+                         return EntryOrder(table, *left.pKey) < EntryOrder(table, *right.pKey);
+                     });
+    for (const QuestionAnswer& question : winner.questions) {
+        std::erase_if(page.questions,
+                      [&question](const QuestionAnswer& other) { return other.pBox == question.pBox; });
+        page.questions.push_back(question);
     }
-    for (const AnswerBox& row : AnswerBoxes()) {
-        if (CString(row.section) == page.section && row.kind == BoxKind::Question) {
-            list += CString(QUESTION_PREFIX) + row.role + L", ";
-        }
+    if (!winner.leaveOrigin.strSource.IsEmpty()) {
+        page.bCancel = winner.bCancel;
+        page.leaveOrigin = winner.leaveOrigin;
     }
-    return list + LEAVE_KEY;
-}
-
-// What a row of a word says to a value: any text, one choice, or yes and no.
-bool TakesValue(const AnswerKey& row, const CString& value)
-{
-    switch (row.kind) {
-    case AnswerKind::Radio:
-    case AnswerKind::Entry:
-        return value == row.choice;
-    case AnswerKind::Check:
-        return value == L"yes" || value == L"no";
-    default:
-        return true;
+    if (!winner.showOrigin.strSource.IsEmpty()) {
+        page.bShow = winner.bShow;
+        page.showOrigin = winner.showOrigin;
     }
 }
 
-// Joins one answer after the other; a later one of the same key wins over an earlier one.
-class CAnswersJoiner
+// The section that names the product wins over the one for any.
+void AddSource(const std::vector<PageAnswers>& sections, const CString& section, const AnswerProduct& product,
+               bool& found, PageAnswers& answers)
 {
-public:
-    CAnswersJoiner(CAnswers& answers, AnswersError& error) : m_answers(answers), m_error(error) {}
-
-    bool AddSection(const CString& section, const AnswerOrigin& origin)
-    {
-        return PageOf(section, origin) != nullptr;
-    }
-
-    bool Add(const CString& section, const CString& key, const CString& value, const AnswerOrigin& origin,
-             const CString& folder)
-    {
-        PageAnswers* page = PageOf(section, origin);
-        if (!page) {
-            return false;
-        }
-        if (key == LEAVE_KEY) {
-            return AddLeave(*page, value, origin);
-        }
-        const int prefix = TextLength(QUESTION_PREFIX);
-        if (key.Left(prefix) == QUESTION_PREFIX) {
-            return AddQuestion(*page, key, key.Mid(prefix), value, origin);
-        }
-        return AddEntry(*page, key, value, origin, folder);
-    }
-
-private:
-    bool Refuse(const CString& key, const AnswerOrigin& origin, const CString& reason)
-    {
-        m_error = {origin.strSource, origin.nLine, key, reason};
-        return false;
-    }
-
-    PageAnswers* PageOf(const CString& section, const AnswerOrigin& origin)
-    {
-        for (PageAnswers& page : m_answers.pages) {
-            if (section == page.pPage->section) {
-                return &page;
+    for (const bool named : {false, true}) {
+        for (const PageAnswers& page : sections) {
+            const bool counts = named ? product.IsNamed(page.strProduct) : page.strProduct.IsEmpty();
+            if (!counts || section != page.Page().section) {
+                continue;
+            }
+            if (!found) {
+                answers = page;
+                found = true;
+            } else {
+                Win(answers, page);
+                answers.origin = page.origin.nLine > 0 ? page.origin : answers.origin;
             }
         }
-        const PageRow* known = FindPageOfSection(section);
-        if (!known) {
-            Refuse(CString(), origin,
-                   L"There is no page \"" + section + L"\". Known are: " + KnownSections() + L".");
-            return nullptr;
-        }
-        m_answers.pages.push_back({known, origin, {}, {}, false, {}});
-        return &m_answers.pages.back();
-    }
-
-    bool AddLeave(PageAnswers& page, const CString& value, const AnswerOrigin& origin)
-    {
-        if (value != L"next" && value != L"cancel") {
-            return Refuse(Named(page, LEAVE_KEY), origin,
-                          L"\"" + value + L"\" is not a way to leave a page. Known are: next, cancel.");
-        }
-        page.bCancel = value == L"cancel";
-        page.leaveOrigin = origin;
-        return true;
-    }
-
-    bool AddQuestion(PageAnswers& page, const CString& key, const CString& role, const CString& value,
-                     const AnswerOrigin& origin)
-    {
-        const AnswerBox* box = nullptr;
-        for (const AnswerBox& row : AnswerBoxes()) {
-            if (row.kind == BoxKind::Question && CString(row.section) == page.pPage->section &&
-                role == row.role) {
-                box = &row;
-            }
-        }
-        if (!box) {
-            return RefuseUnknown(page, key, origin);
-        }
-        if (value != L"yes" && value != L"no") {
-            return Refuse(Named(page, key), origin,
-                          L"\"" + value + L"\" doesn't answer a question. Known are: yes, no.");
-        }
-        std::erase_if(page.questions, [box](const QuestionAnswer& answer) { return answer.pBox == box; });
-        page.questions.push_back({box, IsYes(value), origin});
-        return true;
-    }
-
-    bool AddEntry(PageAnswers& page, const CString& key, const CString& value, const AnswerOrigin& origin,
-                  const CString& folder)
-    {
-        const AnswerKey* known = nullptr;
-        const AnswerKey* picked = nullptr;
-        for (const AnswerKey& row : AnswerKeys()) {
-            if (CString(row.section) == page.pPage->section && key == row.word) {
-                known = &row;
-                if (TakesValue(row, value)) {
-                    picked = &row;
-                }
-            }
-        }
-        if (!known) {
-            return RefuseUnknown(page, key, origin);
-        }
-        if (!picked) {
-            return Refuse(Named(page, key), origin,
-                          L"\"" + value + L"\" is none of its values. Known are: " + Choices(*known) + L".");
-        }
-        std::erase_if(page.entries, [&key](const PageAnswer& answer) { return key == answer.pKey->word; });
-        const CString entered = picked->kind == AnswerKind::Path ? ResolveAnswerPath(folder, value) : value;
-        // The rows lie in one array, so their addresses are the order of entry.
-        const auto place = std::find_if(page.entries.begin(), page.entries.end(),
-                                        [picked](const PageAnswer& answer) { return answer.pKey > picked; });
-        page.entries.insert(place, {picked, entered, origin});
-        return true;
-    }
-
-    bool RefuseUnknown(const PageAnswers& page, const CString& key, const AnswerOrigin& origin)
-    {
-        return Refuse(Named(page, key), origin,
-                      L"The page has no such key. Known are: " + KnownKeys(*page.pPage) + L".");
-    }
-
-    static CString Named(const PageAnswers& page, const CString& key)
-    {
-        return CString(page.pPage->section) + L"." + key;
-    }
-
-    CAnswers& m_answers;
-    AnswersError& m_error;
-};
-
-bool IsDriveLetter(wchar_t character)
-{
-    return (character >= L'A' && character <= L'Z') || (character >= L'a' && character <= L'z');
-}
-
-// Length of what ".." can't climb over: "\\server\share\", "C:\". 0 for a path without a root.
-int RootLength(const CString& path)
-{
-    if (path.Left(2) == L"\\\\") {
-        const int server = path.Find(L'\\', 2);
-        const int share = server < 0 ? -1 : path.Find(L'\\', server + 1);
-        return share < 0 ? path.GetLength() : share + 1;
-    }
-    const bool drive = path.GetLength() >= 3 && IsDriveLetter(path[0]) && path[1] == L':' && path[2] == L'\\';
-    return drive ? 3 : 0;
-}
-
-// The part that ".." leaves goes, with the empty parts behind it.
-void DropLastPart(std::vector<CString>& parts)
-{
-    while (!parts.empty() && parts.back().IsEmpty()) {
-        parts.pop_back();
-    }
-    if (!parts.empty()) {
-        parts.pop_back();
     }
 }
 
-// Takes "." and ".." out of a path with a root; the root stays. Two backslashes have an empty part between them, and so
-// has a closing one behind it.
-CString CollapseDots(const CString& path)
+CString ProductNames(const std::vector<AnswerProduct>& products)
 {
-    const int root = RootLength(path);
-    const bool onlyRoot = root == path.GetLength();
-    std::vector<CString> parts;
-    for (int start = root; !onlyRoot && start <= path.GetLength();) {
-        const int found = path.Find(L'\\', start);
-        const int end = found < 0 ? path.GetLength() : found;
-        const CString part = path.Mid(start, end - start);
-        start = end + 1;
-        if (part == L"..") {
-            DropLastPart(parts);
-        } else if (part != L".") {
-            parts.push_back(part);
-        }
+    CString names;
+    for (const AnswerProduct& product : products) {
+        names += (names.IsEmpty() ? CString(L"\"") : CString(L", \"")) + product.strName + L"\"";
     }
-    CString result = path.Left(root);
-    for (std::size_t index = 0; index < parts.size(); ++index) {
-        result += (index == 0 ? CString() : CString(L"\\")) + parts[index];
-    }
-    return result;
+    return names.IsEmpty() ? CString(L"none") : names;
 }
 
 } // namespace
@@ -253,55 +80,97 @@ bool IsYes(const CString& value)
     return value == L"yes";
 }
 
-const PageAnswers* CAnswers::Find(const CString& section) const
+bool AnswerProduct::IsNamed(const CString& text) const
 {
-    for (const PageAnswers& page : pages) {
-        if (section == page.pPage->section) {
-            return &page;
-        }
-    }
-    return nullptr;
+    return !text.IsEmpty() && (text.CompareNoCase(strName) == 0 || text.CompareNoCase(strCode) == 0);
 }
 
-bool JoinAnswers(const AnswerSources& sources, CAnswers& answers, AnswersError& error)
+const PageAnswers* CAnswers::Find(const CString& section, const AnswerProduct& product) const
 {
-    answers = CAnswers();
-    error = AnswersError();
-    CAnswersJoiner joiner(answers, error);
-    for (const AnswerSection& section : sources.file.sections) {
-        if (!joiner.AddSection(section.strName, {sources.strFile, section.nLine})) {
-            return false;
+    for (const Joined& joined : m_joined) {
+        if (joined.strSection == section && joined.product.strName == product.strName &&
+            joined.product.strCode == product.strCode) {
+            return joined.answers.pTable ? &joined.answers : nullptr;
         }
-        for (const AnswerLine& answer : section.answers) {
-            if (!joiner.Add(section.strName, answer.strKey, answer.strValue, {sources.strFile, answer.nLine},
-                            sources.strFileFolder)) {
-                return false;
+    }
+    Joined joined{section, product, {}};
+    bool found = false;
+    AddSource(fileSections, section, product, found, joined.answers);
+    AddSource(lineSections, section, product, found, joined.answers);
+    m_joined.push_back(std::move(joined));
+    return found ? &m_joined.back().answers : nullptr;
+}
+
+void CAnswers::UseMediaFolder(const CString& folder)
+{
+    for (std::vector<PageAnswers>* sections : {&fileSections, &lineSections}) {
+        for (PageAnswers& page : *sections) {
+            for (PageAnswer& answer : page.entries) {
+                for (std::size_t index = 0; index < answer.fields.size(); ++index) {
+                    if (!answer.bLiteral && IsPathField(*answer.pKey, index)) {
+                        answer.fields[index] = ResolveMediaMark(folder, answer.fields[index]);
+                    }
+                }
             }
         }
     }
-    if (!sources.line.strOut.IsEmpty() &&
-        !joiner.Add(L"begin", L"location", sources.line.strOut, {L"--out", 0}, sources.strCurrentFolder)) {
-        return false;
-    }
-    for (const CommandLineAnswer& answer : sources.line.answers) {
-        if (!joiner.Add(answer.strPage, answer.strKey, answer.strValue, {L"--set", 0},
-                        sources.strCurrentFolder)) {
-            return false;
+    m_joined.clear();
+}
+
+bool CheckPagesReached(const CAnswers& answers, const std::vector<CString>& pages, AnswersError& error)
+{
+    for (const std::vector<PageAnswers>* sections : {&answers.fileSections, &answers.lineSections}) {
+        for (const PageAnswers& page : *sections) {
+            const bool shown =
+                std::find(pages.begin(), pages.end(), WizardExport(page.Page())) != pages.end();
+            if (!shown && !page.Page().IsOutcome()) {
+                error = {
+                    page.origin.strSource, page.origin.nLine, CString(),
+                    CString(L"The page \"") + page.Page().section +
+                        L"\" isn't shown in this run. Take its answers out, or use media whose flow has the "
+                        L"page."};
+                return false;
+            }
         }
     }
     return true;
 }
 
-bool CheckPagesReached(const CAnswers& answers, const std::vector<CString>& pages, AnswersError& error)
+bool CheckProductsReached(const CAnswers& answers, const std::vector<AnswerProduct>& products,
+                          AnswersError& error)
 {
-    for (const PageAnswers& page : answers.pages) {
-        const bool shown = std::find(pages.begin(), pages.end(), WizardExport(*page.pPage)) != pages.end();
-        if (!shown && !page.pPage->IsOutcome()) {
-            error = {page.origin.strSource, page.origin.nLine, CString(),
-                     CString(L"The page \"") + page.pPage->section +
-                         L"\" isn't shown in this run. Take its answers out, or use media whose flow has the "
-                         L"page."};
-            return false;
+    for (const std::vector<PageAnswers>* sections : {&answers.fileSections, &answers.lineSections}) {
+        std::map<std::pair<const PageAnswerTable*, const AnswerProduct*>, const PageAnswers*> seen;
+        for (const PageAnswers& page : *sections) {
+            if (page.strProduct.IsEmpty()) {
+                continue;
+            }
+            const auto refuse = [&](const CString& reason) {
+                error = {page.origin.strSource, page.origin.nLine, CString(), reason};
+                return false;
+            };
+            const AnswerProduct* named = nullptr;
+            for (const AnswerProduct& product : products) {
+                if (!product.IsNamed(page.strProduct)) {
+                    continue;
+                }
+                if (named) {
+                    return refuse(L"Two products are called \"" + page.strProduct +
+                                  L"\". Name the one that is meant by its product code.");
+                }
+                named = &product;
+            }
+            if (!named) {
+                return refuse(L"There is no product \"" + page.strProduct +
+                              L"\" in this run. Its products are: " + ProductNames(products) + L".");
+            }
+            const auto [place, isNew] = seen.emplace(std::pair(page.pTable, named), &page);
+            if (!isNew) {
+                const CString first = SectionTitle(page.Page().section, place->second->strProduct);
+                return refuse(L"The product is named by its code and by its name: " + first + L" in line " +
+                              NumberText(place->second->origin.nLine) +
+                              L" is for the same page of it. Keep all answers of a page together.");
+            }
         }
     }
     return true;
@@ -310,26 +179,7 @@ bool CheckPagesReached(const CAnswers& answers, const std::vector<CString>& page
 AnswersError RefusedAnswer(const PageAnswers& page, const wchar_t* key, const AnswerOrigin& origin,
                            const CString& reason)
 {
-    return {origin.strSource, origin.nLine, CString(page.pPage->section) + L"." + key, reason};
-}
-
-CString ResolveAnswerPath(const CString& folder, const CString& path)
-{
-    CString text = path;
-    text.Replace(L'/', L'\\');
-    if (text.IsEmpty()) {
-        return text;
-    }
-    if (text.GetLength() >= 2 && text[1] == L':' && RootLength(text) == 0) {
-        return text;
-    }
-    if (RootLength(text) == 0) {
-        // "\x" counts from the root of the folder's drive or share.
-        const bool fromRoot = text[0] == L'\\';
-        text = fromRoot ? WithClosingBackslash(folder.Left(RootLength(folder))) + text.Mid(1)
-                        : WithClosingBackslash(folder) + text;
-    }
-    return CollapseDots(text);
+    return {origin.strSource, origin.nLine, CString(page.Page().section) + L"." + key, reason};
 }
 
 bool MatchesFormat(const CString& format, const CString& text)

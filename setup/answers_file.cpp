@@ -2,7 +2,9 @@
 
 #include "base/ascii.h"
 
+#include <map>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -95,7 +97,7 @@ bool IsUtf8(std::string_view bytes)
     return true;
 }
 
-// One function a rule of the grammar; each answers the complaint about its line, empty when there is none.
+// One function a rule of the grammar; each returns the complaint about its line, empty when there is none.
 class CAnswersParser
 {
 public:
@@ -104,7 +106,7 @@ public:
     bool Parse(std::string_view bytes, AnswersError& error)
     {
         if (bytes.size() > LONGEST_ANSWERS_FILE) {
-            error.strReason = L"The file is larger than 1 MB, so it is not an answers file.";
+            error.strReason = L"The file is larger than 16 MB, so it is not an answers file.";
             return false;
         }
         if (bytes.substr(0, 2) == "\xFF\xFE" || bytes.substr(0, 2) == "\xFE\xFF") {
@@ -126,6 +128,7 @@ public:
                 return false;
             }
         }
+        CloseComments();
         return m_bHeaderSeen || !Fails(MissingHeader(), error);
     }
 
@@ -151,13 +154,27 @@ private:
         if (HoldsControlCharacter(line)) {
             return L"The line holds a control character. Only printable text and tabs may stand in the file.";
         }
-        if (line.IsEmpty() || line[0] == L'#') {
+        if (line.IsEmpty()) {
+            CloseComments();
+            return CString();
+        }
+        if (line[0] == L'#') {
+            m_comments.push_back(TrimBlanks(line.Mid(1)));
             return CString();
         }
         if (!m_bHeaderSeen) {
             return ParseHeader(line);
         }
         return line[0] == L'[' ? ParseSection(line) : ParseAnswer(line);
+    }
+
+    // Comments that an empty line parts from what follows belong to what stands before.
+    void CloseComments()
+    {
+        std::vector<CString>& owner =
+            m_file.sections.empty() ? m_file.comments : m_file.sections.back().closingComments;
+        owner.insert(owner.end(), m_comments.begin(), m_comments.end());
+        m_comments.clear();
     }
 
     static CString MissingHeader()
@@ -176,6 +193,7 @@ private:
             return L"The file's version is \"" + version + L"\"; this program reads version 1.";
         }
         m_bHeaderSeen = true;
+        CloseComments();
         return CString();
     }
 
@@ -184,18 +202,32 @@ private:
         if (line.GetLength() < 2 || line[line.GetLength() - 1] != L']') {
             return L"A section is a word in square brackets on a line of its own, such as [begin].";
         }
-        const CString name = TrimBlanks(line.Mid(1, line.GetLength() - 2));
+        const CString title = TrimBlanks(line.Mid(1, line.GetLength() - 2));
+        const int quote = title.Find(L'"');
+        const CString name = quote < 0 ? title : TrimBlanks(title.Left(quote));
         if (!IsWord(name)) {
             return L"\"" + name +
                    L"\" is not a section name: a word of small letters, digits and underscores.";
         }
-        for (const AnswerSection& section : m_file.sections) {
-            if (section.strName == name) {
-                return L"The section [" + name + L"] stands in line " + NumberText(section.nLine) +
-                       L" already. Keep all answers of a page together.";
+        CString product;
+        if (quote >= 0) {
+            std::vector<CString> fields;
+            const CString complaint = ParseAnswerValue(title.Mid(quote), fields);
+            if (!complaint.IsEmpty()) {
+                return complaint;
             }
+            if (fields.size() != 1 || fields[0].IsEmpty()) {
+                return L"Behind the page one product stands in quotes, such as [notices \"Product\"].";
+            }
+            product = fields[0];
         }
-        m_file.sections.push_back({name, m_nLine, {}});
+        const auto [place, isNew] = m_sectionLines.emplace(SectionTitle(name, product), m_nLine);
+        if (!isNew) {
+            return L"The section " + SectionTitle(name, product) + L" stands in line " +
+                   NumberText(place->second) + L" already. Keep all answers of a page together.";
+        }
+        m_file.sections.push_back({name, product, m_nLine, {}, std::move(m_comments), {}});
+        m_comments.clear();
         return CString();
     }
 
@@ -216,61 +248,39 @@ private:
         }
         AnswerSection& section = m_file.sections.back();
         m_strKey = section.strName + L'.' + key;
-        for (const AnswerLine& answer : section.answers) {
-            if (answer.strKey == key) {
-                return L"The key stands in line " + NumberText(answer.nLine) +
-                       L" already. Keep one of the two.";
-            }
-        }
-        CString value = TrimBlanks(line.Mid(equals + 1));
-        const CString complaint = Unquote(value);
+        AnswerLine answer{key, {}, m_nLine, std::move(m_comments)};
+        m_comments.clear();
+        const CString complaint = ParseAnswerValue(line.Mid(equals + 1), answer.fields);
         if (complaint.IsEmpty()) {
-            section.answers.push_back({key, value, m_nLine});
+            section.answers.push_back(std::move(answer));
         }
         return complaint;
     }
 
-    static CString Unquote(CString& value)
-    {
-        if (value.IsEmpty() || value[0] != L'"') {
-            return CString();
-        }
-        CString text;
-        for (int index = 1; index < value.GetLength(); ++index) {
-            if (value[index] != L'"') {
-                text += value[index];
-                continue;
-            }
-            if (value[index + 1] == L'"') { // two quotes stand for one; the closing zero ends the look-ahead
-                text += L'"';
-                ++index;
-                continue;
-            }
-            if (index + 1 != value.GetLength()) {
-                return L"Text stands behind the closing quote. A quote inside a quoted value is written "
-                       L"twice.";
-            }
-            value = text;
-            return CString();
-        }
-        return L"The closing quote is missing.";
-    }
-
     AnswersFile& m_file;
-    CString m_strKey; // of the line being read
+    std::map<CString, int, CompareNoCaseLess> m_sectionLines;
+    std::vector<CString> m_comments; // above what comes next
+    CString m_strKey;                // of the line being read
     int m_nLine = 0;
     bool m_bHeaderSeen = false;
 };
 
-CString Quoted(const CString& value)
+// Reads the quoted field that begins at `index`, which then stands behind it. The empty text, or a complaint.
+CString ParseQuoted(const CString& text, int& index, CString& field)
 {
-    const bool needed = !value.IsEmpty() && (value[0] == L'"' || TrimBlanks(value) != value);
-    if (!needed) {
-        return value;
+    int run = ++index; // of characters that stand for themselves
+    for (; index < text.GetLength(); ++index) {
+        if (text[index] != L'"') {
+            continue;
+        }
+        field.Append(text.GetString() + run, index - run);
+        if (text[index + 1] != L'"') { // the closing zero ends the look-ahead
+            ++index;
+            return CString();
+        }
+        run = ++index; // two quotes stand for one
     }
-    CString text = value;
-    text.Replace(L"\"", L"\"\"");
-    return L"\"" + text + L"\"";
+    return L"The closing quote is missing.";
 }
 
 } // namespace
@@ -294,15 +304,30 @@ bool ParseAnswersFile(const char* bytes, std::size_t length, AnswersFile& file, 
     return CAnswersParser(file).Parse({bytes, length}, error);
 }
 
-CString WriteAnswersFile(const AnswersFile& file)
+CString ParseAnswerValue(const CString& text, std::vector<CString>& fields)
 {
-    CString text = CString(HEADER_WORD) + L" " + HEADER_VERSION + L"\r\n";
-    for (const AnswerSection& section : file.sections) {
-        text += L"\r\n[" + section.strName + L"]\r\n";
-        for (const AnswerLine& answer : section.answers) {
-            const CString value = Quoted(answer.strValue);
-            text += answer.strKey + (value.IsEmpty() ? L" =" : L" = ") + value + L"\r\n";
+    const CString value = TrimBlanks(text);
+    fields.clear();
+    if (value.IsEmpty() || value[0] != L'"') {
+        fields.push_back(value);
+        return CString();
+    }
+    for (int index = 0;;) {
+        CString field;
+        const CString complaint = ParseQuoted(value, index, field);
+        if (!complaint.IsEmpty()) {
+            return complaint;
+        }
+        fields.push_back(field);
+        const CString rest = TrimBlanks(value.Mid(index));
+        if (rest.IsEmpty()) {
+            return CString();
+        }
+        index = value.Find(L'"', index);
+        if (rest[0] != L',' || TrimBlanks(rest.Mid(1)).Find(L'"') != 0) {
+            return L"Text stands behind the closing quote. A quote inside a quoted value is written twice, "
+                   L"and "
+                   L"several values are quoted each, with commas between them.";
         }
     }
-    return text;
 }

@@ -2,12 +2,12 @@
 
 namespace {
 
-const AnswerBox* FindBox(const CString& section, const CString& text, bool asks,
+const AnswerBox* FindBox(const PageAnswerTable* table, const CString& text, bool asks,
                          const std::function<CString(unsigned int)>& loadString)
 {
     const BoxKind kind = asks ? BoxKind::Question : BoxKind::Refusal;
-    for (const AnswerBox& box : AnswerBoxes()) {
-        if (box.kind != kind || section != box.section) {
+    for (const AnswerBox& box : table ? table->boxes : std::span<const AnswerBox>()) {
+        if (box.kind != kind) {
             continue;
         }
         const CString format = loadString(box.string);
@@ -21,11 +21,11 @@ const AnswerBox* FindBox(const CString& section, const CString& text, bool asks,
 
 } // namespace
 
-BoxVerdict JudgeBox(const CString& section, const PageAnswers* page, const CString& text, bool asks,
+BoxVerdict JudgeBox(const PageAnswerTable* table, const PageAnswers* page, const CString& text, bool asks,
                     const std::function<CString(unsigned int)>& loadString)
 {
     BoxVerdict verdict;
-    verdict.pBox = FindBox(section, text, asks, loadString);
+    verdict.pBox = FindBox(table, text, asks, loadString);
     verdict.meaning = asks ? BoxMeaning::Unanswered : BoxMeaning::Refused;
     if (!page || !verdict.pBox) {
         return verdict;

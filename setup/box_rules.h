@@ -22,6 +22,6 @@ struct BoxVerdict
 };
 
 // `text` is the box's, `asks` says whether it offers more than OK, `loadString` gives the page library's texts by id.
-// `page` may be null when nothing is answered there.
-BoxVerdict JudgeBox(const CString& section, const PageAnswers* page, const CString& text, bool asks,
+// `table` is null for a page that the answers don't know; `page` may be null when nothing is answered there.
+BoxVerdict JudgeBox(const PageAnswerTable* table, const PageAnswers* page, const CString& text, bool asks,
                     const std::function<CString(unsigned int)>& loadString);

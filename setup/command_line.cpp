@@ -1,6 +1,7 @@
 #include "setup/command_line.h"
 
 #include "base/number_text.h"
+#include "setup/answer_table.h"
 
 namespace {
 
@@ -35,20 +36,40 @@ const TextOption* FindTextOption(const CString& name)
     return nullptr;
 }
 
-// set = page "." key "=" value
+bool SetsOneValue(const CommandLineAnswer& answer)
+{
+    const PageAnswerTable* table = FindAnswerTable(PageAnswerTables(), answer.strPage);
+    return !table || !IsListKey(*table, answer.strKey);
+}
+
+// set = page [ product ] "." key "=" value
 CString ParseSet(const CString& text, CommandLine& line)
 {
-    const int equals = text.Find(L'=');
-    const CString word = equals < 0 ? text : text.Left(equals);
-    const int dot = word.Find(L'.');
-    if (equals < 0 || dot <= 0 || dot + 1 == word.GetLength()) {
-        return L"--set needs page.key=value, such as --set begin.name=Office, but came with \"" + text +
-               L"\".";
+    const CString complaint =
+        L"--set needs page.key=value, such as --set begin.name=Office, but came with \"" + text + L"\".";
+    CommandLineAnswer answer;
+    const int quote = text.Find(L'"');
+    const int firstDot = text.Find(L'.');
+    int dot = firstDot;
+    if (quote >= 0 && quote < firstDot) { // a product's name may hold dots and equals signs
+        const int end = text.Find(L"\".", quote + 1);
+        if (end < 0) {
+            return complaint;
+        }
+        answer.strProduct = text.Mid(quote + 1, end - quote - 1);
+        dot = end + 1;
     }
-    const CommandLineAnswer answer{word.Left(dot), word.Mid(dot + 1), text.Mid(equals + 1)};
+    const int equals = text.Find(L'=', dot < 0 ? 0 : dot);
+    if (dot <= 0 || equals <= dot + 1) {
+        return complaint;
+    }
+    answer.strPage = text.Left(answer.strProduct.IsEmpty() ? dot : quote).TrimRight();
+    answer.strKey = text.Mid(dot + 1, equals - dot - 1);
+    answer.strValue = text.Mid(equals + 1);
     for (const CommandLineAnswer& other : line.answers) {
-        if (other.strPage == answer.strPage && other.strKey == answer.strKey) {
-            return L"--set gives " + word + L" twice. Keep one of the two.";
+        if (other.strPage == answer.strPage && other.strProduct == answer.strProduct &&
+            other.strKey == answer.strKey && SetsOneValue(answer)) {
+            return L"--set gives " + text.Left(equals) + L" twice. Keep one of the two.";
         }
     }
     line.answers.push_back(answer);

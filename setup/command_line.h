@@ -2,9 +2,11 @@
 //
 //   line    = { option }
 //   option  = "--media" PATH | "--answers" FILE | "--out" DIR | "--language" LOCALE | "--pictures" DIR
-//           | "--log" FILE | "--quiet-limit" SECONDS | "--set" page "." key "=" value | "--check" | "--help" | "-h" | "/?"
+//           | "--log" FILE | "--quiet-limit" SECONDS | "--set" page [ product ] "." key "=" value | "--check" | "--help" | "-h" | "/?"
 //
-// A value stands in the next argument or behind "=" in the same one. "--set" may stand several times, once a key;
+//   product = quote { character } quote
+//
+// A value stands in the next argument or behind "=" in the same one. "--set" may stand several times, once a key but for those of lists;
 // all others once. "--help" wins over everything else that is well formed.
 #pragma once
 
@@ -15,8 +17,9 @@
 // One "--set": the answer of a page's key, worded as in an answers file.
 struct CommandLineAnswer
 {
-    CString strPage; // the section's word
-    CString strKey;  // may hold dots
+    CString strPage;    // the section's word
+    CString strProduct; // empty: any
+    CString strKey;     // may hold dots
     CString strValue;
 };
 

@@ -45,7 +45,8 @@ void MakePathsFull(CommandLine& line)
             *path = FullPath(*path);
         }
     }
-    line.strOut = ResolveAnswerPath(CurrentFolder(), line.strOut); // the page is to see it as it was typed
+    line.strOut =
+        ResolveAnswerPath({CurrentFolder(), CString()}, line.strOut); // the page is to see it as it was typed
 }
 
 void ShowBox(const CString& text, UINT icon)

@@ -1,17 +1,18 @@
 #include "setup/unattended_pages.h"
 
 #include "automation/control.h"
-#include "automation/list_control.h"
 #include "automation/message_box.h"
 #include "automation/window_finder.h"
 #include "base/scope_exit.h"
 #include "include/navigation.h"
+#include "include/product.h"
 #include "include/resource_ids.h"
 #include "include/setup_manager.h"
 #include "setup/box_rules.h"
 #include "setup/configure_dialog.h"
 #include "setup/configure_rules.h"
 #include "setup/exit_codes.h"
+#include "setup/page_controls.h"
 #include "setup/run_record.h"
 #include "setup/text_forms.h"
 #include "setup/texts.h"
@@ -21,44 +22,36 @@ namespace {
 constexpr DWORD PAGE_MILLISECONDS = 30000;    // for a page to come, and for each step on it
 constexpr ULONGLONG STAY_MILLISECONDS = 1500; // a page that has shown neither an end nor a box by then stays
 
-// The rows of a drop-down list's word stand in the order of its lines.
-int EntryPlace(const AnswerKey& entry)
-{
-    int place = 0;
-    for (const AnswerKey& row : AnswerKeys()) {
-        if (&row == &entry) {
-            break;
-        }
-        if (CString(row.section) == entry.section && row.control == entry.control) {
-            ++place;
-        }
-    }
-    return place;
-}
-
 // The same answer may be good for one product and refused for another.
 CString BehindProduct(const CString& product, const CString& reason)
 {
     return product.IsEmpty() ? reason : product + L": " + reason;
 }
 
-CString Lines(const std::vector<CString>& lines)
+// As messages name products; empty for a page of none.
+AnswerProduct NamesOf(const CProduct* product)
 {
-    CString list;
-    for (const CString& line : lines) {
-        list += (list.IsEmpty() ? CString(L"\"") : CString(L", \"")) + line + L"\"";
-    }
-    return list.IsEmpty() ? CString(L"nothing") : list;
+    return product ? AnswerProduct{CString(product->m_strName), CString(product->m_strProductCode)}
+                   : AnswerProduct();
 }
 
 } // namespace
 
-int CUnattendedPages::Show(const CString& page, const CString& product, PageFunction show,
-                           PageContext& context)
+int CUnattendedPages::Show(const CString& page, const CProduct* product, const CString& shownProduct,
+                           PageFunction show, PageContext& context)
 {
     Begin(*context.pSetupManager);
-    UsePage(page, product);
+    UsePage(page, product, shownProduct);
     m_log.Line(L"Page " + PageTitle());
+    if (m_pAnswers && !m_pAnswers->bShow) {
+        Fail(SETUP_PAGE_NOT_REACHED,
+             RefusedAnswer(*m_pAnswers, SHOW_KEY, m_pAnswers->showOrigin,
+                           BehindProduct(shownProduct,
+                                         L"The pages are walked through one after the other in this run, "
+                                         L"so none can be left out. Take the answer out."))
+                 .Text());
+        return NAVIGATION_CANCEL;
+    }
     return Play([this](CScript& script) { AddSteps(script); }, [&] { return show(&context); });
 }
 
@@ -79,6 +72,8 @@ void CUnattendedPages::Begin(CSetupManager& manager)
     m_hWindow = nullptr;
     m_hHandled = nullptr;
     m_strLastBox.Empty();
+    m_pLastQuestion = nullptr;
+    m_pEntered = nullptr;
 }
 
 int CUnattendedPages::Play(const std::function<void(CScript&)>& addSteps, const std::function<int()>& show)
@@ -100,23 +95,26 @@ int CUnattendedPages::Play(const std::function<void(CScript&)>& addSteps, const 
     return result;
 }
 
-void CUnattendedPages::UsePage(const CString& page, const CString& product)
+void CUnattendedPages::UsePage(const CString& page, const CProduct* product, const CString& shownProduct)
 {
     m_strPage = page;
-    m_strProduct = product;
+    m_strProduct = shownProduct;
     m_pRow = FindPage(page);
-    m_pAnswers = m_pRow ? m_answers.Find(m_pRow->section) : nullptr;
+    const CString section = m_pRow ? CString(m_pRow->section) : CString();
+    m_pTable = FindAnswerTable(m_tables, section);
+    m_pAnswers = m_answers.Find(section, m_pRow && m_pRow->bOfProduct ? NamesOf(product) : AnswerProduct());
 }
 
 void CUnattendedPages::UseTab(int tab)
 {
-    UsePage(m_pDialog->GetTab(tab).strPage, m_pDialog->GetTab(tab).strProduct);
+    const ConfigureTab& described = m_pDialog->GetTab(tab);
+    UsePage(described.strPage, described.context.pProduct, described.strProduct);
 }
 
 void CUnattendedPages::AddSteps(CScript& script)
 {
     script.Add(L"wait for the page", [this] { return WaitForPage(); });
-    AddAnswerSteps(script, m_pAnswers);
+    AddAnswerSteps(script);
     AddPictureStep(script);
     AddLeaveSteps(script);
 }
@@ -125,14 +123,17 @@ void CUnattendedPages::AddConfigureSteps(CScript& script)
 {
     script.Add(L"wait for the dialog", [this] { return WaitForPage(); });
     for (int tab = 0; tab < m_pDialog->GetTabCount(); ++tab) {
+        UseTab(tab);
+        if (m_pAnswers && !m_pAnswers->bShow) {
+            continue;
+        }
         script.Add(L"go to the tab", [this, tab] {
             m_bTabChanged.reset();
             m_bTabChanged = m_failure || m_pDialog->GoTo(tab); // answers boxes while it waits
             return StepOutcome::Done();
         });
         script.Add(L"wait for the tab", [this, tab] { return WaitForTab(tab); });
-        UseTab(tab);
-        AddAnswerSteps(script, m_pAnswers);
+        AddAnswerSteps(script);
         AddPictureStep(script);
         if (m_pAnswers && m_pAnswers->bCancel) {
             break;
@@ -141,14 +142,13 @@ void CUnattendedPages::AddConfigureSteps(CScript& script)
     AddLeaveSteps(script);
 }
 
-void CUnattendedPages::AddAnswerSteps(CScript& script, const PageAnswers* answers)
+void CUnattendedPages::AddAnswerSteps(CScript& script)
 {
-    if (!answers) {
-        return;
+    if (m_pAnswers) {
+        m_entry.AddSteps(script, *m_pAnswers);
     }
-    for (const PageAnswer& answer : answers->entries) {
-        script.Add(CString(L"enter ") + answer.pKey->word, [this, &answer] { return Enter(answer); });
-        script.Add(CString(L"check ") + answer.pKey->word, [this, &answer] { return CheckEntered(answer); });
+    if (m_pTable) {
+        m_entry.AddWaitStep(script, *m_pTable);
     }
 }
 
@@ -221,64 +221,6 @@ StepOutcome CUnattendedPages::WaitForTab(int tab)
     return StepOutcome::Done();
 }
 
-StepOutcome CUnattendedPages::Enter(const PageAnswer& answer)
-{
-    const int id = static_cast<int>(answer.pKey->control);
-    const CControl control(m_hPage, id);
-    if (answer.pKey->kind == AnswerKind::Radio) {
-        // What is so already needs no click, though the page may not let it be changed.
-        const bool implied = answer.pKey->bDefaultWhenHidden && !control.IsVisible();
-        if (control.Exists() && (implied || control.IsChecked())) {
-            LogAnswer(answer);
-            return StepOutcome::Done();
-        }
-    }
-    if (!control.IsVisible()) {
-        return Refuse(answer,
-                      L"The page doesn't offer it here. It belongs to another mode, or to other media.");
-    }
-    if (!control.IsUsable()) {
-        return Refuse(answer, L"The page shows it but doesn't let it be changed here. Take the answer out.");
-    }
-    LogAnswer(answer);
-    StepOutcome entered = StepOutcome::Done();
-    switch (answer.pKey->kind) {
-    case AnswerKind::Text:
-    case AnswerKind::Path:
-        entered = control.SetText(answer.strValue);
-        break;
-    case AnswerKind::Radio:
-        entered = control.Click();
-        break;
-    case AnswerKind::Check:
-        entered = control.SetChecked(IsYes(answer.strValue));
-        break;
-    case AnswerKind::Entry:
-        entered = CListControl(m_hPage, id).Select(EntryPlace(*answer.pKey));
-        break;
-    case AnswerKind::ListLine: {
-        const CListControl list(m_hPage, id);
-        entered = list.Select(answer.strValue);
-        if (!entered.IsDone()) {
-            return Refuse(answer, L"It isn't in the list, which offers " + Lines(list.GetLines()) + L".");
-        }
-        break;
-    }
-    }
-    return entered.IsDone() ? entered : Refuse(answer, L"The page doesn't take it: " + entered.GetReason());
-}
-
-StepOutcome CUnattendedPages::CheckEntered(const PageAnswer& answer)
-{
-    const CControl control(m_hPage, static_cast<int>(answer.pKey->control));
-    const AnswerKind kind = answer.pKey->kind;
-    if (m_failure || (kind != AnswerKind::Radio && kind != AnswerKind::Check) || !control.IsVisible()) {
-        return StepOutcome::Done();
-    }
-    const bool wanted = kind == AnswerKind::Radio || IsYes(answer.strValue);
-    return Until(control.IsChecked() == wanted, L"the click has no effect yet");
-}
-
 StepOutcome CUnattendedPages::PressLeave()
 {
     if (m_failure) {
@@ -289,14 +231,12 @@ StepOutcome CUnattendedPages::PressLeave()
     }
     const bool cancels = m_pAnswers && m_pAnswers->bCancel;
     // Behind the build nothing is left to cancel: the page has one button, and both words press it.
-    const bool isOutcome = m_pAnswers && m_pAnswers->pPage->IsOutcome();
+    const bool isOutcome = m_pRow && m_pRow->IsOutcome();
     const CControl button(m_hWindow, cancels && !isOutcome ? IDC_CANCEL : IDC_NEXT);
     if (!button.NeedUsable().IsDone()) {
         Fail(SETUP_ANSWER_REFUSED,
-             PageError(cancels ? L"The page can't be canceled: its button Cancel is off."
-                               : L"The page can't be left with these answers: its button Next is off. An "
-                                 L"answer that the page needs is missing or empty.")
-                 .Text());
+             cancels ? PageError(L"The page can't be canceled: its button Cancel is off.").Text()
+                     : WhyNextIsOff().Text());
         return StepOutcome::Done();
     }
     m_log.Line(cancels ? L"  leave = cancel" : L"  leave = next");
@@ -320,7 +260,13 @@ CString CUnattendedPages::PageStayedText(const wchar_t* what) const
 {
     const CString why = m_strLastBox.IsEmpty() ? CString(L" It doesn't say why.")
                                                : L" It asked last: \"" + OneLine(m_strLastBox) + L"\"";
-    return PageError(what + why).Text();
+    AnswersError error = PageError(what + why);
+    if (m_pLastQuestion) {
+        error.strKey = PageName() + L"." + QUESTION_PREFIX + m_pLastQuestion->pBox->role;
+        error.strSource = m_pLastQuestion->origin.strSource;
+        error.nLine = m_pLastQuestion->origin.nLine;
+    }
+    return error.Text();
 }
 
 void CUnattendedPages::OnBox(const MessageBoxView& box)
@@ -345,8 +291,7 @@ void CUnattendedPages::OnBox(const MessageBoxView& box)
         Dismiss(box);
         return;
     }
-    const CString section = m_pRow ? m_pRow->section : L"";
-    AnswerBox(box, JudgeBox(section, m_pAnswers, box.text, box.buttons != MB_OK, PageText));
+    AnswerBox(box, JudgeBox(m_pTable, m_pAnswers, box.text, box.buttons != MB_OK, PageText));
 }
 
 // Of a box that no page puts because of its answers; empty for all others.
@@ -376,6 +321,7 @@ void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& ve
     switch (verdict.meaning) {
     case BoxMeaning::Answered: {
         const bool yes = verdict.pAnswer->bYes;
+        m_pLastQuestion = verdict.pAnswer;
         m_log.Line(CString(L"  ") + QUESTION_PREFIX + verdict.pBox->role + (yes ? L" = yes" : L" = no"));
         const StepOutcome pressed = AnswerMessageBox(box, yes ? IDYES : IDNO);
         if (!pressed.IsDone()) {
@@ -401,15 +347,18 @@ void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& ve
     Dismiss(box);
 }
 
+// Names the answer that the page deals with or that the box is about, with its line.
 void CUnattendedPages::ReportRefusal(const MessageBoxView& box, const BoxVerdict& verdict)
 {
     AnswersError error = PageError(OneLine(box.text));
-    if (verdict.pBox) {
-        error.strKey = CString(verdict.pBox->section) + L"." + verdict.pBox->key;
-    }
-    if (verdict.pRefused) {
-        error.strSource = verdict.pRefused->origin.strSource;
-        error.nLine = verdict.pRefused->origin.nLine;
+    const PageAnswer* refused = m_pEntered ? m_pEntered : verdict.pRefused;
+    if (refused) {
+        error.strKey = PageName() + L"." + refused->pKey->word;
+        error.strSource = refused->origin.strSource;
+        error.nLine = refused->origin.nLine;
+    } else if (verdict.pBox) {
+        error.strKey = PageName() + L"." + verdict.pBox->key;
+        error.strReason += L" The answers don't hold this key; the page proposed the value.";
     }
     Fail(SETUP_ANSWER_REFUSED, error.Text());
 }
@@ -445,21 +394,57 @@ void CUnattendedPages::Dismiss(const MessageBoxView& box)
     EndDialog(box.window, IDCANCEL);
 }
 
-void CUnattendedPages::LogAnswer(const PageAnswer& answer)
+void CUnattendedPages::OnEntering(const PageAnswer& answer)
 {
-    m_log.Line(CString(L"  ") + answer.pKey->word + L" = " + answer.strValue);
+    if (m_pEntered == &answer) { // another try, or another step of it
+        return;
+    }
+    m_pEntered = &answer;
+    CString values;
+    for (const CString& field : answer.fields) {
+        values += (values.IsEmpty() ? CString() : CString(L", ")) + field;
+    }
+    m_log.Line(CString(L"  ") + answer.pKey->word + (answer.bKept ? KEPT_SUFFIX : L"") + L" = " + values);
 }
 
-StepOutcome CUnattendedPages::Refuse(const PageAnswer& answer, const CString& reason)
+void CUnattendedPages::OnEntered()
+{
+    m_pEntered = nullptr;
+}
+
+void CUnattendedPages::OnRefused(const PageAnswer& answer, const CString& reason)
 {
     if (!m_failure) {
         m_pictures.Take(m_hWindow, m_strPage, L"-stopped");
         Fail(SETUP_ANSWER_REFUSED,
              RefusedAnswer(*m_pAnswers, answer.pKey->word, answer.origin,
-                           BehindProduct(m_strProduct, L"\"" + answer.strValue + L"\": " + reason))
+                           BehindProduct(m_strProduct, L"\"" + answer.Value() + L"\": " + reason))
                  .Text());
     }
-    return StepOutcome::Done();
+}
+
+// The first edit that is empty is what the page misses.
+AnswersError CUnattendedPages::WhyNextIsOff() const
+{
+    AnswersError error =
+        PageError(L"The page can't be left with these answers: its button Next is off. An answer that "
+                  L"the page needs is missing or empty.");
+    for (const AnswerKey& key : m_pTable ? m_pTable->keys : std::span<const AnswerKey>()) {
+        const bool isEdit = key.kind == AnswerKind::Text || key.kind == AnswerKind::Path;
+        if (!isEdit || !CanBeEntered(m_hPage, *m_pTable, key.word) ||
+            !ReadAnswer(m_hPage, *m_pTable, key.word).value_or(L"x").IsEmpty()) {
+            continue;
+        }
+        error.strKey = PageName() + L"." + key.word;
+        for (const PageAnswer& answer : m_pAnswers ? m_pAnswers->entries : std::vector<PageAnswer>()) {
+            if (answer.pKey == &key) {
+                error.strSource = answer.origin.strSource;
+                error.nLine = answer.origin.nLine;
+            }
+        }
+        break;
+    }
+    return error;
 }
 
 void CUnattendedPages::Fail(unsigned int exitCode, const CString& cause)

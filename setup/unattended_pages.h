@@ -3,6 +3,7 @@
 #pragma once
 
 #include "automation/script.h"
+#include "setup/answer_entry.h"
 #include "setup/answers.h"
 #include "setup/page_pictures.h"
 #include "setup/program_libraries.h"
@@ -12,23 +13,25 @@
 #include <optional>
 
 class CConfigureDialog;
+class CProduct;
 class CSetupManager;
 struct BoxVerdict;
 struct MessageBoxView;
 
-class CUnattendedPages
+class CUnattendedPages final : private IAnswerEntryEvents
 {
 public:
-    // Borrows all three.
-    CUnattendedPages(const CAnswers& answers, CPagePictures& pictures, CRunLog& log)
-        : m_answers(answers), m_pictures(pictures), m_log(log)
+    // Borrows all of them.
+    CUnattendedPages(const CAnswers& answers, CPagePictures& pictures, CRunLog& log,
+                     AnswerTables tables = PageAnswerTables(), PageListsTable lists = AllPageLists())
+        : m_answers(answers), m_pictures(pictures), m_log(log), m_tables(tables), m_entry(*this, lists)
     {
     }
 
-    // Shows the page; its navigation result. Once GetFailure has something, that is how the run ends. `product`: of several,
-    // the one whose page it is; else empty. The answers of a product's page count for each product.
-    [[nodiscard]] int Show(const CString& page, const CString& product, PageFunction show,
-                           PageContext& context);
+    // Shows the page; its navigation result. Once GetFailure has something, that is how the run ends. `product`: whose page
+    // it is, null for a page that belongs to none; `shownProduct`: its name where there are several, else empty.
+    [[nodiscard]] int Show(const CString& page, const CProduct* product, const CString& shownProduct,
+                           PageFunction show, PageContext& context);
     // Shows the dialog, goes to each of its tabs and enters the answers of its page.
     [[nodiscard]] int ShowConfigure(CConfigureDialog& dialog);
     [[nodiscard]] const std::optional<RunOutcome>& GetFailure() const { return m_failure; }
@@ -38,16 +41,14 @@ private:
     int Play(const std::function<void(CScript&)>& addSteps, const std::function<int()>& show);
     void AddSteps(CScript& script);
     void AddConfigureSteps(CScript& script);
-    void AddAnswerSteps(CScript& script, const PageAnswers* answers);
+    void AddAnswerSteps(CScript& script);
     void AddPictureStep(CScript& script);
     void AddLeaveSteps(CScript& script);
-    void UsePage(const CString& page, const CString& product);
+    void UsePage(const CString& page, const CProduct* product, const CString& shownProduct);
     void UseTab(int tab);
     StepOutcome WaitForTab(int tab);
     StepOutcome Watch();
     StepOutcome WaitForPage();
-    StepOutcome Enter(const PageAnswer& answer);
-    StepOutcome CheckEntered(const PageAnswer& answer);
     StepOutcome PressLeave();
     StepOutcome WaitForEnd();
     CString PageStayedText(const wchar_t* what) const;
@@ -60,8 +61,14 @@ private:
     bool OnCancelQuestion();
     void Dismiss(const MessageBoxView& box);
 
-    void LogAnswer(const PageAnswer& answer);
-    StepOutcome Refuse(const PageAnswer& answer, const CString& reason);
+    // Of entering answers.
+    [[nodiscard]] HWND GetPage() const override { return m_hPage; }
+    [[nodiscard]] bool HasFailed() const override { return m_failure.has_value(); }
+    void OnEntering(const PageAnswer& answer) override;
+    void OnEntered() override;
+    void OnRefused(const PageAnswer& answer, const CString& reason) override;
+
+    [[nodiscard]] AnswersError WhyNextIsOff() const;
     void Fail(unsigned int exitCode, const CString& cause);
     AnswersError PageError(const CString& reason) const;
     CString PageName() const;
@@ -71,19 +78,24 @@ private:
     const CAnswers& m_answers;
     CPagePictures& m_pictures;
     CRunLog& m_log;
+    AnswerTables m_tables;
+    CAnswerEntry m_entry;
 
     // Of the page that is shown
     CString m_strPage;
     CString m_strProduct; // empty without several
     const PageRow* m_pRow = nullptr;
+    const PageAnswerTable* m_pTable = nullptr;
     const PageAnswers* m_pAnswers = nullptr;
+    const PageAnswer* m_pEntered = nullptr; // the answer that the page deals with
     CSetupManager* m_pManager = nullptr;
     HWND m_hPage = nullptr;   // whose controls take the answers
     HWND m_hWindow = nullptr; // in which it stands: the page itself, or the configure dialog
     CConfigureDialog* m_pDialog = nullptr;
-    std::optional<bool> m_bTabChanged; // how the last try to go to a tab ended
-    HWND m_hHandled = nullptr;         // the box that was answered last and may still be there
-    CString m_strLastBox;              // its text
+    std::optional<bool> m_bTabChanged;               // how the last try to go to a tab ended
+    HWND m_hHandled = nullptr;                       // the box that was answered last and may still be there
+    CString m_strLastBox;                            // its text
+    const QuestionAnswer* m_pLastQuestion = nullptr; // what answered it
     ULONGLONG m_leftAt = 0; // tick count of the press that should close the page, moved on by each box
 
     std::optional<RunOutcome> m_failure;

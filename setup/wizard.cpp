@@ -58,7 +58,7 @@ private:
 
 } // namespace
 
-CWizard::CWizard(const CommandLine& line, const CAnswers& answers, CRunLog& log)
+CWizard::CWizard(const CommandLine& line, CAnswers& answers, CRunLog& log)
     : m_line(line), m_answers(answers), m_log(log), m_pictures(line.strPictures, log),
       m_unattended(answers, m_pictures, log), m_target(answers, log)
 {
@@ -189,11 +189,26 @@ FlowMove CWizard::Show(const FlowMove& move, CWizardFlow& flow)
     }
     FlowMove next;
     if (isPage && result == NAVIGATION_NEXT &&
-        HasRole(m_pages[static_cast<std::size_t>(move.nPage)].strName, PageRole::Target) &&
-        !SettleTarget(flow, next)) {
-        return next;
+        HasRole(m_pages[static_cast<std::size_t>(move.nPage)].strName, PageRole::Target)) {
+        CheckAnsweredProducts();
+        if (m_ended || !SettleTarget(flow, next)) {
+            return next;
+        }
     }
     return flow.AfterPage(result);
+}
+
+void CWizard::CheckAnsweredProducts()
+{
+    std::vector<AnswerProduct> products;
+    for (const CProduct* product : m_host->GetProducts()) {
+        products.push_back({CString(product->m_strName), CString(product->m_strProductCode)});
+    }
+    AnswersError error;
+    // Without any, the pages of products have more to say.
+    if (!products.empty() && !CheckProductsReached(m_answers, products, error)) {
+        m_ended = RunOutcome{SETUP_PAGE_NOT_REACHED, error.Text()};
+    }
 }
 
 bool CWizard::SettleTarget(CWizardFlow& flow, FlowMove& move)
@@ -272,8 +287,10 @@ int CWizard::ShowPage(const FlowMove& move, bool canGoBack)
     }
     const PageFunction show = m_pageLibrary.Find(page.strName);
     const CString product = move.nProduct < 0 ? CString() : NameAmongSeveral(context.pProduct);
-    const int result =
-        m_line.IsUnattended() ? m_unattended.Show(page.strName, product, show, context) : show(&context);
+    const int result = m_line.IsUnattended()
+                           ? m_unattended.Show(page.strName, move.nProduct < 0 ? nullptr : context.pProduct,
+                                               product, show, context)
+                           : show(&context);
     m_changes.NotePage();
     if (result == NAVIGATION_RESET) { // what an earlier build has left doesn't count for the next one
         m_strCause.Empty();

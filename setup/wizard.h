@@ -20,7 +20,7 @@ class CWizard
 {
 public:
     // `line` with full paths; `answers` for an unattended run. Borrows all three.
-    CWizard(const CommandLine& line, const CAnswers& answers, CRunLog& log);
+    CWizard(const CommandLine& line, CAnswers& answers, CRunLog& log);
     ~CWizard();
     CWizard(const CWizard&) = delete;
     CWizard& operator=(const CWizard&) = delete;
@@ -38,6 +38,8 @@ private:
     // True when the page's choice can be gone on with; otherwise `move` is what comes instead.
     [[nodiscard]] bool SettleTarget(CWizardFlow& flow, FlowMove& move);
     [[nodiscard]] FlowMove OnModeFailure(const CString& reason, CWizardFlow& flow);
+    // Ends the run when the answers name a product that it doesn't have.
+    void CheckAnsweredProducts();
     [[nodiscard]] bool OffersConfigure();
     // At least 1: a product's page that has no product says so.
     [[nodiscard]] int CountProducts();
@@ -54,7 +56,7 @@ private:
     void ReportBuild(const BuildResult& result);
 
     const CommandLine& m_line;
-    const CAnswers& m_answers;
+    CAnswers& m_answers;
     CRunLog& m_log;
     CPagePictures m_pictures;
     CUnattendedPages m_unattended;

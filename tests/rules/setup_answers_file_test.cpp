@@ -27,7 +27,7 @@ AnswersError Refused(const std::string& bytes)
 CString OnlyValue(const std::string& value)
 {
     const AnswersFile file = Parsed("rollout-answers 1\n[begin]\nname =" + value + "\n");
-    return file.sections.at(0).answers.at(0).strValue;
+    return file.sections.at(0).answers.at(0).Value();
 }
 
 TEST(AnswersFileText, SectionsAndAnswersKeepTheirOrderAndLines)
@@ -39,7 +39,7 @@ TEST(AnswersFileText, SectionsAndAnswersKeepTheirOrderAndLines)
     EXPECT_EQ(file.sections[0].nLine, 4);
     ASSERT_EQ(file.sections[0].answers.size(), 2u);
     EXPECT_EQ(file.sections[0].answers[0].strKey, CString(L"name"));
-    EXPECT_EQ(file.sections[0].answers[0].strValue, CString(L"Office"));
+    EXPECT_EQ(file.sections[0].answers[0].Value(), CString(L"Office"));
     EXPECT_EQ(file.sections[0].answers[1].nLine, 6);
     EXPECT_EQ(file.sections[1].strName, CString(L"contact"));
 }
@@ -47,12 +47,12 @@ TEST(AnswersFileText, SectionsAndAnswersKeepTheirOrderAndLines)
 TEST(AnswersFileText, AByteOrderMarkAndWindowsLineEndsAreAllowed)
 {
     const AnswersFile file = Parsed("\xEF\xBB\xBFrollout-answers 1\r\n[begin]\r\nname = x\r\n");
-    EXPECT_EQ(file.sections.at(0).answers.at(0).strValue, CString(L"x"));
+    EXPECT_EQ(file.sections.at(0).answers.at(0).Value(), CString(L"x"));
 }
 
 TEST(AnswersFileText, TheLastLineNeedsNoEnd)
 {
-    EXPECT_EQ(Parsed("rollout-answers 1\n[begin]\nname = x").sections.at(0).answers.at(0).strValue,
+    EXPECT_EQ(Parsed("rollout-answers 1\n[begin]\nname = x").sections.at(0).answers.at(0).Value(),
               CString(L"x"));
 }
 
@@ -127,13 +127,6 @@ TEST(AnswersFileText, ASectionTwiceIsRefusedWithTheFirstOnesLine)
     EXPECT_NE(error.strReason.Find(L"line 2"), -1);
 }
 
-TEST(AnswersFileText, AKeyTwiceInASectionIsRefused)
-{
-    const AnswersError error = Refused("rollout-answers 1\n[begin]\nname = a\nname = b\n");
-    EXPECT_EQ(error.nLine, 4);
-    EXPECT_EQ(error.strKey, CString(L"begin.name"));
-}
-
 TEST(AnswersFileText, LinesThatAreNothingAreRefused)
 {
     for (const char* line : {"name", "[begin", "[]", "[Begin]", "[a b]", "[be]gin", "= x", "Name = x",
@@ -166,27 +159,147 @@ TEST(AnswersFileText, ControlCharactersAreRefused)
 
 TEST(AnswersFileText, AFileBeyondTheLimitIsRefused)
 {
-    EXPECT_NE(Refused(std::string(LONGEST_ANSWERS_FILE + 1, ' ')).strReason.Find(L"1 MB"), -1);
+    EXPECT_NE(Refused(std::string(LONGEST_ANSWERS_FILE + 1, ' ')).strReason.Find(L"16 MB"), -1);
+}
+
+TEST(AnswersFileText, SeveralQuotedValuesAreFieldsInTheirOrder)
+{
+    const AnswersFile file =
+        Parsed("rollout-answers 1\n[x]\nfile = \"<Root>\\Company\", \"D:\\a, \"\"b\"\".png\" ,\"\"\n");
+    const std::vector<CString>& fields = file.sections.at(0).answers.at(0).fields;
+    ASSERT_EQ(fields.size(), 3u);
+    EXPECT_EQ(fields[0], CString(L"<Root>\\Company"));
+    EXPECT_EQ(fields[1], CString(L"D:\\a, \"b\".png"));
+    EXPECT_EQ(fields[2], CString());
+}
+
+TEST(AnswersFileText, ABareValueIsOneFieldWhateverItsCommas)
+{
+    EXPECT_EQ(OnlyValue("a, \"b\", c"), CString(L"a, \"b\", c"));
+}
+
+TEST(AnswersFileText, BrokenFieldsAreRefusedWithLineAndKey)
+{
+    for (const char* value :
+         {"\"a\",", "\"a\" \"b\"", "\"a\", b", "\"a\",,\"b\"", "\"a\", \"b", "\"a\"\", \"b\""}) {
+        const AnswersError error = Refused(std::string("rollout-answers 1\n[begin]\nname = ") + value + "\n");
+        EXPECT_EQ(error.nLine, 3) << value;
+        EXPECT_EQ(error.strKey, CString(L"begin.name")) << value;
+    }
+}
+
+TEST(AnswersFileText, AKeyMayStandSeveralTimesForItsPageToJudge)
+{
+    const AnswersFile file = Parsed("rollout-answers 1\n[x]\nfile = a\nname = n\nfile = b\n");
+    ASSERT_EQ(file.sections.at(0).answers.size(), 3u);
+    EXPECT_EQ(file.sections[0].answers[2].Value(), CString(L"b"));
+}
+
+TEST(AnswersFileText, ASectionMayNameAProduct)
+{
+    const AnswersFile file = Parsed(
+        "rollout-answers 1\n[notices]\n[notices \"Zolt \"\"Pro\"\" [2027]\"]\n[ notices\t\"x.y=z\" ]\n");
+    ASSERT_EQ(file.sections.size(), 3u);
+    EXPECT_EQ(file.sections[0].strProduct, CString());
+    EXPECT_EQ(file.sections[1].strProduct, CString(L"Zolt \"Pro\" [2027]"));
+    EXPECT_EQ(file.sections[2].strName, CString(L"notices"));
+    EXPECT_EQ(file.sections[2].strProduct, CString(L"x.y=z"));
+}
+
+TEST(AnswersFileText, AProductTwiceOnAPageIsRefusedWhateverItsCase)
+{
+    const AnswersError error =
+        Refused("rollout-answers 1\n[notices \"Zolt\"]\n[resources \"Zolt\"]\n[notices \"ZOLT\"]\n");
+    EXPECT_EQ(error.nLine, 4);
+    EXPECT_NE(error.strReason.Find(L"line 2"), -1);
+}
+
+TEST(AnswersFileText, ProductsThatAreNotQuotedAreRefused)
+{
+    for (const char* section : {"[notices Zolt]", "[notices \"Zolt]", "[notices \"\"]",
+                                "[notices \"a\", \"b\"]", "[notices \"a\" b]", "[\"Zolt\"]"}) {
+        EXPECT_EQ(Refused(std::string("rollout-answers 1\n") + section + "\n").nLine, 2) << section;
+    }
+}
+
+std::string Written(const AnswersFile& file)
+{
+    CString text;
+    AnswersError error;
+    EXPECT_TRUE(WriteAnswersFile(file, text, error)) << Utf8(error.Text());
+    std::string bytes;
+    AppendUtf8(bytes, text);
+    return bytes;
 }
 
 TEST(AnswersFileText, WhatIsWrittenReadsBackEqual)
 {
     AnswersFile file;
-    file.sections.push_back({L"begin", 0, {}});
-    for (const wchar_t* value : {L"", L"plain", L" blanks ", L"\"quoted\"", L"in\"side", L"\t", L"#", L"[x]",
-                                 L"\\\\server\\share\\", L"\x00E9\xD83D\xDE00", L"\""}) {
-        file.sections[0].answers.push_back(
-            {L"key_" + NumberText(static_cast<long long>(file.sections[0].answers.size())), value, 0});
+    file.comments = {L"by a run", L""};
+    for (const wchar_t* product : {L"", L"Zolt \"Pro\" #1]", L"\x4E2D\xD83D\xDE00", L"a, \"b\""}) {
+        file.sections.push_back({L"begin", product, 0, {}, {L"A page", L"of two lines"}, {L"name = x"}});
     }
-    std::string bytes;
-    AppendUtf8(bytes, WriteAnswersFile(file));
-    const AnswersFile again = Parsed(bytes);
-    ASSERT_EQ(again.sections.size(), 1u);
+    for (const wchar_t* value : {L"", L"plain", L" blanks ", L"\"quoted\"", L"in\"side", L"\t", L"#", L"[x]",
+                                 L"\\\\server\\share\\", L"\x00E9\xD83D\xDE00", L"\"", L"a, b",
+                                 L"\"a\", \"b\"", L",", L"=", L"\xFEFF", L"\x2028", L"\x0085"}) {
+        const CString key = L"key_" + NumberText(static_cast<long long>(file.sections[0].answers.size()));
+        file.sections[0].answers.push_back({key, {value}, 0, {}});
+        file.sections[0].answers.push_back({L"file", {value, L"x", value}, 0, {L"Chosen:"}});
+    }
+    const AnswersFile again = Parsed(Written(file));
+    EXPECT_EQ(again.comments, file.comments);
+    ASSERT_EQ(again.sections.size(), file.sections.size());
+    for (std::size_t section = 0; section < file.sections.size(); ++section) {
+        EXPECT_EQ(again.sections[section].strProduct, file.sections[section].strProduct);
+        EXPECT_EQ(again.sections[section].comments, file.sections[section].comments);
+        EXPECT_EQ(again.sections[section].closingComments, file.sections[section].closingComments);
+    }
     ASSERT_EQ(again.sections[0].answers.size(), file.sections[0].answers.size());
     for (std::size_t index = 0; index < file.sections[0].answers.size(); ++index) {
         EXPECT_EQ(again.sections[0].answers[index].strKey, file.sections[0].answers[index].strKey);
-        EXPECT_EQ(again.sections[0].answers[index].strValue, file.sections[0].answers[index].strValue);
+        EXPECT_EQ(again.sections[0].answers[index].fields, file.sections[0].answers[index].fields);
+        EXPECT_EQ(again.sections[0].answers[index].comments, file.sections[0].answers[index].comments);
     }
+    EXPECT_EQ(Written(again), Written(file));
+}
+
+TEST(AnswersFileText, WhatAFileCannotHoldIsRefusedByTheWriterByName)
+{
+    for (const wchar_t* value : {L"a\nb", L"a\rb", L"\x0001", L"\x007F", L"\xD83D", L"\xDE00\xD83D"}) {
+        AnswersFile file;
+        file.sections.push_back({L"notices", L"", 0, {{L"site_name", {L"x", value}, 0, {}}}, {}, {}});
+        CString text;
+        AnswersError error;
+        EXPECT_FALSE(WriteAnswersFile(file, text, error));
+        EXPECT_EQ(error.strKey, CString(L"notices.site_name"));
+        EXPECT_NE(error.strReason.Find(L"U+"), -1);
+    }
+    AnswersFile file;
+    file.sections.push_back({L"notices", L"a\x001Fz", 0, {}, {}, {}});
+    CString text;
+    AnswersError error;
+    EXPECT_FALSE(WriteAnswersFile(file, text, error));
+    EXPECT_NE(error.strReason.Find(L"U+001F"), -1) << Utf8(error.strReason);
+}
+
+TEST(AnswersFileText, ACommentLosesWhatALineCannotHold)
+{
+    AnswersFile file;
+    file.comments = {L" a\r\nb \xD83D"};
+    EXPECT_EQ(Written(file), "rollout-answers 1\r\n# a  b\r\n");
+}
+
+TEST(AnswersFileText, CommentsBelongToWhatTheyStandAbove)
+{
+    const AnswersFile file =
+        Parsed("# before\nrollout-answers 1\n#  file \n\n# page\n[begin]\n# key\nname = x\n# end\n"
+               "\n# second\n[contact]\n#last");
+    EXPECT_EQ(file.comments, (std::vector<CString>{L"before", L"file"}));
+    EXPECT_EQ(file.sections.at(0).comments, std::vector<CString>{L"page"});
+    EXPECT_EQ(file.sections[0].answers.at(0).comments, std::vector<CString>{L"key"});
+    EXPECT_EQ(file.sections[0].closingComments, std::vector<CString>{L"end"});
+    EXPECT_EQ(file.sections.at(1).comments, std::vector<CString>{L"second"});
+    EXPECT_EQ(file.sections[1].closingComments, std::vector<CString>{L"last"});
 }
 
 TEST(AnswersFileText, AnErrorNamesFileLineKeyAndReason)

@@ -27,7 +27,17 @@ struct Sources : AnswerSources
     }
     Sources& Set(const wchar_t* page, const wchar_t* key, const wchar_t* value)
     {
-        line.answers.push_back({page, key, value});
+        line.answers.push_back({page, L"", key, value});
+        return *this;
+    }
+    Sources& SetFor(const wchar_t* page, const wchar_t* product, const wchar_t* key, const wchar_t* value)
+    {
+        line.answers.push_back({page, product, key, value});
+        return *this;
+    }
+    Sources& Tables(AnswerTables others)
+    {
+        tables = others;
         return *this;
     }
     Sources& Out(const wchar_t* folder)
@@ -69,7 +79,7 @@ CString Value(const CAnswers& answers, const wchar_t* word)
 {
     const PageAnswer* entry = Entry(answers, word);
     EXPECT_NE(entry, nullptr) << Utf8(word);
-    return entry ? entry->strValue : CString();
+    return entry ? entry->Value() : CString();
 }
 
 TEST(SetupAnswers, EntriesComeInTheTablesOrderWhateverTheFilesOrder)
@@ -187,48 +197,279 @@ TEST(SetupAnswers, OutcomePagesMayBeAnsweredWithoutBeingShown)
                                   {L"DeploymentCompleteDialog"}, error));
 }
 
-TEST(SetupAnswerPaths, FullPathsStay)
+TEST(SetupAnswers, AKeyTwiceInASectionIsRefusedWithBothLines)
 {
-    for (const wchar_t* path :
-         {L"C:\\", L"C:\\a b\\c", L"\\\\s\\h", L"\\\\s\\h\\x", L"\\\\s", L"C:", L"C:x", L""}) {
-        EXPECT_EQ(ResolveAnswerPath(L"D:\\base", path), CString(path));
+    const CString text = Refused(Sources().File("[begin]\nname = a\n\nname = b\n"));
+    EXPECT_EQ(text.Find(L"C:\\job\\answers.txt(5): begin.name: "), 0) << Utf8(text);
+    EXPECT_NE(text.Find(L"line 3"), -1) << Utf8(text);
+}
+
+TEST(SetupAnswers, AKeyTwiceInWhateverFormIsRefused)
+{
+    for (const char* second : {"site_feed.kept = b", "site_feed.literal = b", "site_feed.kept.literal = b"}) {
+        EXPECT_NE(Refused(Sources().File(std::string("[notices]\nsite_feed = a\n") + second + "\n"))
+                      .Find(L"line 3"),
+                  -1)
+            << second;
     }
 }
 
-TEST(SetupAnswerPaths, RelativeOnesAreJoinedAndTidied)
+TEST(SetupAnswers, AQuestionAndAWayToLeaveStandOnce)
 {
-    const auto resolved = [](const wchar_t* folder, const wchar_t* path) {
-        return ResolveAnswerPath(folder, path);
-    };
-    EXPECT_EQ(resolved(L"D:\\base", L"x"), CString(L"D:\\base\\x"));
-    EXPECT_EQ(resolved(L"D:\\base\\", L".\\x\\.\\y"), CString(L"D:\\base\\x\\y"));
-    EXPECT_EQ(resolved(L"D:\\base", L"x/y"), CString(L"D:\\base\\x\\y"));
-    EXPECT_EQ(resolved(L"D:\\base", L"..\\..\\..\\x"), CString(L"D:\\x"));
-    EXPECT_EQ(resolved(L"\\\\s\\h\\base", L"..\\..\\x"), CString(L"\\\\s\\h\\x"));
-    EXPECT_EQ(resolved(L"\\\\s\\h", L"x"), CString(L"\\\\s\\h\\x"));
-    EXPECT_EQ(resolved(L"D:\\base", L"\\x"), CString(L"D:\\x"));
-    EXPECT_EQ(resolved(L"D:\\base", L"."), CString(L"D:\\base"));
-    EXPECT_EQ(resolved(L"D:\\", L"x"), CString(L"D:\\x"));
-    EXPECT_EQ(resolved(L"D:\\", L"\\x"), CString(L"D:\\x"));
-    EXPECT_EQ(resolved(L"D:\\", L"."), CString(L"D:\\"));
+    EXPECT_NE(Refused(Sources().File("[begin]\non_question.replace=yes\non_question.replace=yes\n"))
+                  .Find(L"line 3"),
+              -1);
+    EXPECT_NE(Refused(Sources().File("[begin]\nleave=next\nleave=next\n")).Find(L"line 3"), -1);
 }
 
-// The page refused them from a person, and never saw them from a file.
-TEST(SetupAnswerPaths, DoubledAndClosingBackslashesStayForThePageToJudge)
+TEST(SetupAnswers, SeveralValuesInAPlainPlaceAreRefused)
 {
-    for (const wchar_t* path :
-         {L"C:\\a\\\\b.xml", L"C:\\a\\", L"C:\\\\a", L"\\\\s\\h\\a\\\\b", L"\\\\s\\h\\", L"C:\\a\\\\\\"}) {
-        EXPECT_EQ(ResolveAnswerPath(L"D:\\base", path), CString(path)) << Utf8(path);
+    const CString text = Refused(Sources().File("[begin]\nname = \"a\", \"b\"\n"));
+    EXPECT_EQ(text.Find(L"C:\\job\\answers.txt(3): begin.name: The key has one value"), 0) << Utf8(text);
+    EXPECT_NE(Refused(Sources().File("[begin]\non_question.replace = \"yes\", \"no\"\n")).Find(L"one value"),
+              -1);
+    EXPECT_NE(Refused(Sources().File("[begin]\nleave = \"next\", \"next\"\n")).Find(L"one value"), -1);
+}
+
+TEST(SetupAnswers, ALiteralPathIsNotMadeFull)
+{
+    EXPECT_EQ(Value(Joined(Sources().File("[begin]\nlocation.literal = out\n")), L"location"),
+              CString(L"out"));
+    CAnswers answers = Joined(Sources().File("[begin]\nlocation.literal = <media>\\x\n"));
+    answers.UseMediaFolder(L"E:\\Media");
+    EXPECT_EQ(Value(answers, L"location"), CString(L"<media>\\x"));
+}
+
+TEST(SetupAnswers, PathsBelowTheMediaBecomeFullWhenTheMediaAreKnown)
+{
+    CAnswers answers = Joined(Sources().File("[begin]\nlocation = <media>\\x\nname = <media>\n"));
+    answers.UseMediaFolder(L"E:\\Media");
+    EXPECT_EQ(Value(answers, L"location"), CString(L"E:\\Media\\x"));
+    EXPECT_EQ(Value(answers, L"name"), CString(L"<media>"));
+}
+
+TEST(SetupAnswers, OnlyWhatAnotherAnswerTurnsOffCanBeKept)
+{
+    const CAnswers answers =
+        Joined(Sources().File("[notices]\nsite_channel = no\nsite_feed.kept = \\\\s\\h\\f.xml\n"));
+    const PageAnswers* page = answers.Find(L"notices");
+    ASSERT_EQ(page->entries.size(), 2u);
+    EXPECT_FALSE(page->entries[0].bKept);
+    EXPECT_TRUE(page->entries[1].bKept);
+    EXPECT_NE(Refused(Sources().File("[notices]\nupdates.kept = yes\n")).Find(L"no such key"), -1);
+}
+
+// ---- products
+
+const AnswerProduct ZOLT = {L"Zolt 2027", L"{11111111-0000-0000-0000-000000000000}"};
+const AnswerProduct VIEWER = {L"Zolt Viewer 2027", L"{22222222-0000-0000-0000-00000000000A}"};
+
+CString ValueFor(const CAnswers& answers, const AnswerProduct& product, const wchar_t* word)
+{
+    const PageAnswers* page = answers.Find(L"notices", product);
+    for (const PageAnswer& answer : page ? page->entries : std::vector<PageAnswer>()) {
+        if (CString(word) == answer.pKey->word) {
+            return answer.Value();
+        }
     }
-    EXPECT_EQ(ResolveAnswerPath(L"D:\\base", L"a\\\\b.xml"), CString(L"D:\\base\\a\\\\b.xml"));
-    EXPECT_EQ(ResolveAnswerPath(L"D:\\base", L"a\\"), CString(L"D:\\base\\a\\"));
-    EXPECT_EQ(ResolveAnswerPath(L"D:\\base", L"\\a\\\\b"), CString(L"D:\\a\\\\b"));
+    return L"(none)";
 }
 
-TEST(SetupAnswerPaths, DotsLeaveThePartBeforeDoubledBackslashes)
+TEST(SetupAnswerProducts, ASectionWithoutAProductCountsForEach)
 {
-    EXPECT_EQ(ResolveAnswerPath(L"D:\\base", L"C:\\a\\\\..\\b"), CString(L"C:\\b"));
-    EXPECT_EQ(ResolveAnswerPath(L"D:\\base", L"C:\\a\\b\\..\\"), CString(L"C:\\a\\"));
+    const CAnswers answers = Joined(Sources().File("[notices]\nsite_name = both\n"));
+    EXPECT_EQ(ValueFor(answers, ZOLT, L"site_name"), CString(L"both"));
+    EXPECT_EQ(ValueFor(answers, VIEWER, L"site_name"), CString(L"both"));
+}
+
+TEST(SetupAnswerProducts, TheProductsOwnSectionWinsKeyByKey)
+{
+    for (const char* name :
+         {"Zolt Viewer 2027", "ZOLT viewer 2027", "{22222222-0000-0000-0000-00000000000a}"}) {
+        const CAnswers answers =
+            Joined(Sources().File(std::string("[notices \"") + name +
+                                  "\"]\nsite_name = viewer\n[notices]\nsite_name = both\nfeeds = no\n"));
+        EXPECT_EQ(ValueFor(answers, VIEWER, L"site_name"), CString(L"viewer")) << name;
+        EXPECT_EQ(ValueFor(answers, VIEWER, L"feeds"), CString(L"no")) << name;
+        EXPECT_EQ(ValueFor(answers, ZOLT, L"site_name"), CString(L"both")) << name;
+    }
+}
+
+TEST(SetupAnswerProducts, AProductsSectionAloneLeavesTheOtherUnanswered)
+{
+    const CAnswers answers = Joined(Sources().File("[notices \"Zolt 2027\"]\nfeeds = no\n"));
+    EXPECT_EQ(ValueFor(answers, ZOLT, L"feeds"), CString(L"no"));
+    EXPECT_EQ(answers.Find(L"notices", VIEWER), nullptr);
+    EXPECT_EQ(answers.Find(L"notices"), nullptr);
+}
+
+TEST(SetupAnswerProducts, TheCommandLineWinsAlsoOverAProductsSection)
+{
+    const CAnswers answers = Joined(
+        Sources().File("[notices \"Zolt 2027\"]\nsite_name = file\n").Set(L"notices", L"site_name", L"line"));
+    EXPECT_EQ(ValueFor(answers, ZOLT, L"site_name"), CString(L"line"));
+    const CAnswers named = Joined(Sources()
+                                      .Set(L"notices", L"site_name", L"any")
+                                      .SetFor(L"notices", L"Zolt 2027", L"site_name", L"named"));
+    EXPECT_EQ(ValueFor(named, ZOLT, L"site_name"), CString(L"named"));
+    EXPECT_EQ(ValueFor(named, VIEWER, L"site_name"), CString(L"any"));
+}
+
+TEST(SetupAnswerProducts, LeaveAndQuestionsOfTheProductWinToo)
+{
+    const CAnswers answers = Joined(
+        Sources().File("[notices]\nleave = cancel\non_question.empty_list = no\n[notices \"Zolt 2027\"]\n"
+                       "leave = next\non_question.empty_list = yes\n"));
+    EXPECT_FALSE(answers.Find(L"notices", ZOLT)->bCancel);
+    ASSERT_EQ(answers.Find(L"notices", ZOLT)->questions.size(), 1u);
+    EXPECT_TRUE(answers.Find(L"notices", ZOLT)->questions[0].bYes);
+    EXPECT_TRUE(answers.Find(L"notices", VIEWER)->bCancel);
+}
+
+TEST(SetupAnswerProducts, APageThatBelongsToNoProductTakesNone)
+{
+    const CString text = Refused(Sources().File("[begin \"Zolt 2027\"]\n"));
+    EXPECT_EQ(text.Find(L"C:\\job\\answers.txt(2): The page \"begin\" belongs to no product."), 0)
+        << Utf8(text);
+}
+
+CString ProductRefused(const std::string& file, const std::vector<AnswerProduct>& products)
+{
+    AnswersError error;
+    EXPECT_FALSE(CheckProductsReached(Joined(Sources().File(file)), products, error)) << file;
+    return error.Text();
+}
+
+TEST(SetupAnswerProducts, AProductThatIsNotThereIsRefusedWithItsLineAndTheOnesThatAre)
+{
+    const CString text = ProductRefused("[notices]\n[notices \"Zolt 2026\"]\n", {ZOLT, VIEWER});
+    EXPECT_EQ(text.Find(L"C:\\job\\answers.txt(3): There is no product \"Zolt 2026\""), 0) << Utf8(text);
+    EXPECT_NE(text.Find(L"\"Zolt 2027\", \"Zolt Viewer 2027\""), -1) << Utf8(text);
+}
+
+TEST(SetupAnswerProducts, ANameOfTwoProductsIsRefusedAndTheirCodesAreNot)
+{
+    const AnswerProduct twin = {L"Zolt 2027", L"{33333333-0000-0000-0000-000000000000}"};
+    EXPECT_NE(ProductRefused("[notices \"Zolt 2027\"]\n", {ZOLT, twin}).Find(L"product code"), -1);
+    AnswersError error;
+    EXPECT_TRUE(
+        CheckProductsReached(Joined(Sources().File("[notices \"{33333333-0000-0000-0000-000000000000}\"]\n")),
+                             {ZOLT, twin}, error));
+}
+
+TEST(SetupAnswerProducts, AProductByNameAndByCodeOnOnePageIsRefusedWithBothLines)
+{
+    const CString text =
+        ProductRefused("[notices \"Zolt 2027\"]\n[resources \"{11111111-0000-0000-0000-000000000000}\"]\n"
+                       "[notices \"{11111111-0000-0000-0000-000000000000}\"]\n",
+                       {ZOLT});
+    EXPECT_EQ(text.Find(L"C:\\job\\answers.txt(4): "), 0) << Utf8(text);
+    EXPECT_NE(text.Find(L"line 2"), -1) << Utf8(text);
+}
+
+// ---- lists
+
+constexpr FieldKind TARGET_AND_FILE[] = {FieldKind::Text, FieldKind::Path};
+constexpr FieldKind FOLDER[] = {FieldKind::Text};
+constexpr AnswerKey LIST_KEYS[] = {
+    {.word = L"before", .kind = AnswerKind::Text, .control = 1},
+    {.word = L"folder", .kind = AnswerKind::List, .fields = FOLDER},
+    {.word = L"clear", .kind = AnswerKind::Clear},
+    {.word = L"file", .kind = AnswerKind::List, .fields = TARGET_AND_FILE},
+    {.word = L"after", .kind = AnswerKind::Text, .control = 2},
+};
+constexpr PageRow LIST_PAGE = {.stem = L"List", .bTab = true, .bOfProduct = true, .section = L"things"};
+constexpr PageAnswerTable LIST_TABLE = {.page = &LIST_PAGE, .keys = LIST_KEYS};
+constexpr const PageAnswerTable* LIST_TABLES[] = {&LIST_TABLE};
+
+std::string Order(const CAnswers& answers, const AnswerProduct& product = ZOLT)
+{
+    const PageAnswers* page = answers.Find(L"things", product);
+    std::string order;
+    for (const PageAnswer& answer : page ? page->entries : std::vector<PageAnswer>()) {
+        order += Utf8(answer.pKey->word);
+        for (const CString& field : answer.fields) {
+            order += ":" + Utf8(field);
+        }
+        order += " ";
+    }
+    return order;
+}
+
+TEST(SetupAnswerLists, LinesKeepTheirOrderAmongEachOtherAndClearingComesFirst)
+{
+    const CAnswers answers = Joined(Sources()
+                                        .Tables(LIST_TABLES)
+                                        .File("[things]\nafter = z\nfile = \"t\", \"C:\\1\"\nfolder = "
+                                              "a\nclear = yes\nfile = \"t\", \"C:\\2\"\nfolder = b\n"
+                                              "before = y\n"));
+    EXPECT_EQ(Order(answers), "before:y clear:yes file:t:C:\\1 folder:a file:t:C:\\2 folder:b after:z ");
+}
+
+TEST(SetupAnswerLists, OnlyFieldsThatArePathsAreMadeFull)
+{
+    const CAnswers answers =
+        Joined(Sources().Tables(LIST_TABLES).File("[things]\nfile = \"t\\u\", \"logo.png\"\n"));
+    EXPECT_EQ(Order(answers), "file:t\\u:C:\\job\\logo.png ");
+    EXPECT_EQ(
+        Order(Joined(Sources().Tables(LIST_TABLES).File("[things]\nfile.literal = \"t\", \"logo.png\"\n"))),
+        "file:t:logo.png ");
+}
+
+TEST(SetupAnswerLists, ALineWithTooFewOrTooManyValuesIsRefused)
+{
+    for (const char* value : {"a", "\"a\"", "\"a\", \"b\", \"c\""}) {
+        const CString text =
+            Refused(Sources().Tables(LIST_TABLES).File(std::string("[things]\nfile = ") + value + "\n"));
+        EXPECT_EQ(text.Find(L"C:\\job\\answers.txt(3): things.file: The key has 2 values"), 0) << Utf8(text);
+    }
+}
+
+TEST(SetupAnswerLists, TheProductsLinesReplaceThoseOfTheSameWordForAny)
+{
+    const CAnswers answers = Joined(Sources()
+                                        .Tables(LIST_TABLES)
+                                        .File("[things]\nfolder = a\nfile = \"t\", \"C:\\1\"\n"
+                                              "[things \"Zolt 2027\"]\nfolder = b\nfolder = c\n"));
+    EXPECT_EQ(Order(answers, ZOLT), "file:t:C:\\1 folder:b folder:c ");
+    EXPECT_EQ(Order(answers, VIEWER), "folder:a file:t:C:\\1 ");
+}
+
+TEST(SetupAnswerLists, ClearingForAProductReplacesAllLinesForAny)
+{
+    const CAnswers answers = Joined(Sources()
+                                        .Tables(LIST_TABLES)
+                                        .File("[things]\nfolder = a\nfile = \"t\", \"C:\\1\"\n"
+                                              "[things \"Zolt 2027\"]\nclear = yes\nfolder = b\n"));
+    EXPECT_EQ(Order(answers, ZOLT), "clear:yes folder:b ");
+}
+
+TEST(SetupAnswerLists, TheCommandLineMaySetAListSeveralTimes)
+{
+    const CAnswers answers = Joined(Sources()
+                                        .Tables(LIST_TABLES)
+                                        .File("[things]\nfolder = a\n")
+                                        .Set(L"things", L"folder", L"b")
+                                        .Set(L"things", L"folder", L"\"c\"")
+                                        .Set(L"things", L"file", L"\"t\", \"x.png\""));
+    EXPECT_EQ(Order(answers), "folder:b folder:c file:t:D:\\here\\x.png ");
+    EXPECT_NE(
+        Refused(Sources().Tables(LIST_TABLES).Set(L"things", L"file", L"\"t\", \"x")).Find(L"closing quote"),
+        -1);
+}
+
+TEST(SetupAnswerLists, AHundredThousandLinesJoinInTimeProportionalToThem)
+{
+    std::string text = "[things]\n";
+    std::string products;
+    for (int line = 0; line < 50000; ++line) {
+        const std::string number = std::to_string(line);
+        text += "file = \"t" + number + "\", \"C:\\" + number + "\"\n";
+        products += "[things \"" + number + "\"]\n";
+    }
+    const CAnswers answers = Joined(Sources().Tables(LIST_TABLES).File(text + products));
+    EXPECT_EQ(answers.fileSections.size(), 50001u);
+    EXPECT_EQ(answers.fileSections[0].entries.size(), 50000u);
 }
 
 TEST(SetupFormats, AHoleStandsForAnyText)
@@ -252,7 +493,7 @@ TEST(SetupAnswers, CheckBoxesTakeYesAndNoAndNothingElse)
     for (const wchar_t* value : {L"yes", L"no"}) {
         const CAnswers answers = Joined(Sources().Set(L"settings", L"network_log", value));
         ASSERT_EQ(answers.Find(L"settings")->entries.size(), 1u);
-        EXPECT_EQ(IsYes(answers.Find(L"settings")->entries[0].strValue), CString(value) == L"yes");
+        EXPECT_EQ(IsYes(answers.Find(L"settings")->entries[0].Value()), CString(value) == L"yes");
     }
     for (const wchar_t* value : {L"", L"Yes", L"on", L"1"}) {
         const CString error = Refused(Sources().Set(L"settings", L"network_log", value));
@@ -260,47 +501,66 @@ TEST(SetupAnswers, CheckBoxesTakeYesAndNoAndNothingElse)
     }
 }
 
-TEST(SetupAnswerTable, EveryRowBelongsToAKnownPage)
+TEST(SetupAnswerTable, EachPageThatIsWrittenHasATable)
 {
-    for (const AnswerKey& key : AnswerKeys()) {
-        EXPECT_NE(FindPageOfSection(key.section), nullptr) << Utf8(key.section);
-    }
-    for (const AnswerBox& box : AnswerBoxes()) {
-        EXPECT_NE(FindPageOfSection(box.section), nullptr) << Utf8(box.section);
+    for (const PageRow& page : PAGE_TABLE) {
+        const PageAnswerTable* table =
+            page.section ? FindAnswerTable(PageAnswerTables(), page.section) : nullptr;
+        EXPECT_EQ(table != nullptr, page.section != nullptr) << Utf8(page.stem);
+        EXPECT_EQ(table ? table->page : nullptr, page.section ? &page : nullptr) << Utf8(page.stem);
     }
 }
 
 TEST(SetupAnswerTable, RadiosAndEntriesHaveChoicesAndOthersHaveNone)
 {
-    for (const AnswerKey& key : AnswerKeys()) {
-        const bool hasChoices = key.kind == AnswerKind::Radio || key.kind == AnswerKind::Entry;
-        EXPECT_EQ(hasChoices, key.choice != nullptr) << Utf8(key.word);
+    for (const PageAnswerTable* table : PageAnswerTables()) {
+        for (const AnswerKey& key : table->keys) {
+            const bool hasChoices = key.kind == AnswerKind::Radio || key.kind == AnswerKind::Entry;
+            EXPECT_EQ(hasChoices, key.choice != nullptr) << Utf8(key.word);
+            EXPECT_EQ(key.kind == AnswerKind::List, !key.fields.empty()) << Utf8(key.word);
+        }
     }
 }
 
 TEST(SetupAnswerTable, QuestionsHaveRolesAndEveryBoxNamesAKey)
 {
-    for (const AnswerBox& box : AnswerBoxes()) {
-        EXPECT_EQ(box.kind == BoxKind::Question, box.role != nullptr) << box.string;
-        const auto keys = AnswerKeys();
-        EXPECT_TRUE(std::any_of(keys.begin(), keys.end(), [&](const AnswerKey& key) {
-            return CString(key.section) == box.section && CString(key.word) == box.key;
-        })) << box.string;
+    for (const PageAnswerTable* table : PageAnswerTables()) {
+        for (const AnswerBox& box : table->boxes) {
+            EXPECT_EQ(box.kind == BoxKind::Question, box.role != nullptr) << box.string;
+            EXPECT_NE(FindAnswerKey(*table, box.key), nullptr) << box.string;
+        }
+    }
+}
+
+TEST(SetupAnswerTable, WhatAKeyNeedsStandsBeforeItAndIsOneOfItsValues)
+{
+    for (const PageAnswerTable* table : PageAnswerTables()) {
+        for (const AnswerKey& key : table->keys) {
+            if (!key.needs.word) {
+                continue;
+            }
+            const AnswerKey* need = FindAnswerKey(*table, key.needs.word);
+            ASSERT_NE(need, nullptr) << Utf8(key.word);
+            EXPECT_LT(need, &key) << Utf8(key.word);
+            const bool isCheck = need->kind == AnswerKind::Check && CString(key.needs.value) == L"yes";
+            EXPECT_TRUE(isCheck || need->kind == AnswerKind::Entry || need->kind == AnswerKind::Radio)
+                << Utf8(key.word);
+        }
     }
 }
 
 TEST(SetupAnswerTable, NoControlAndNoStringStandsTwiceOnAPage)
 {
-    std::set<std::string> seen;
-    for (const AnswerKey& key : AnswerKeys()) {
-        // An entry's rows are lines of one list.
-        const std::string line = key.kind == AnswerKind::Entry ? Utf8(key.choice) : "";
-        EXPECT_TRUE(seen.insert(Utf8(key.section) + " control " + std::to_string(key.control) + line).second)
-            << key.control;
-    }
-    for (const AnswerBox& box : AnswerBoxes()) {
-        EXPECT_TRUE(seen.insert(Utf8(box.section) + " string " + std::to_string(box.string)).second)
-            << box.string;
+    for (const PageAnswerTable* table : PageAnswerTables()) {
+        std::set<std::string> seen;
+        for (const AnswerKey& key : table->keys) {
+            // An entry's rows are lines of one list.
+            const std::string line = key.kind == AnswerKind::Entry ? Utf8(key.choice) : "";
+            EXPECT_TRUE(seen.insert("control " + std::to_string(key.control) + line).second) << key.control;
+        }
+        for (const AnswerBox& box : table->boxes) {
+            EXPECT_TRUE(seen.insert("string " + std::to_string(box.string)).second) << box.string;
+        }
     }
 }
 

@@ -21,27 +21,25 @@ CString LoadText(unsigned int id)
     }
 }
 
+const PageAnswerTable* TableOf(const wchar_t* section)
+{
+    return FindAnswerTable(PageAnswerTables(), section);
+}
+
 PageAnswers BeginAnswers()
 {
     PageAnswers page;
-    page.pPage = FindPageOfSection(L"begin");
-    for (const AnswerKey& key : AnswerKeys()) {
-        if (CString(key.word) == L"name") {
-            page.entries.push_back({&key, L"a;b", {L"answers.txt", 7}});
-        }
-    }
-    for (const AnswerBox& box : AnswerBoxes()) {
-        if (box.string == IDS_REPLACE_DEPLOYMENT) {
-            page.questions.push_back({&box, true, {L"answers.txt", 9}});
-        }
-    }
+    page.pTable = TableOf(L"begin");
+    page.entries.push_back(
+        {FindAnswerKey(*page.pTable, L"name"), {L"a;b"}, false, false, {L"answers.txt", 7}});
+    page.questions.push_back({FindQuestion(*page.pTable, L"replace"), true, {L"answers.txt", 9}});
     return page;
 }
 
 TEST(SetupBoxes, AQuestionWithAnAnswerIsAnswered)
 {
     const PageAnswers page = BeginAnswers();
-    const BoxVerdict verdict = JudgeBox(L"begin", &page, L"Replace \"Office\"?", true, LoadText);
+    const BoxVerdict verdict = JudgeBox(TableOf(L"begin"), &page, L"Replace \"Office\"?", true, LoadText);
     EXPECT_EQ(verdict.meaning, BoxMeaning::Answered);
     ASSERT_NE(verdict.pAnswer, nullptr);
     EXPECT_TRUE(verdict.pAnswer->bYes);
@@ -50,7 +48,7 @@ TEST(SetupBoxes, AQuestionWithAnAnswerIsAnswered)
 TEST(SetupBoxes, AQuestionWithoutAnAnswerIsNamedByItsRole)
 {
     const PageAnswers page = BeginAnswers();
-    const BoxVerdict verdict = JudgeBox(L"begin", &page, L"Not a network path.", true, LoadText);
+    const BoxVerdict verdict = JudgeBox(TableOf(L"begin"), &page, L"Not a network path.", true, LoadText);
     EXPECT_EQ(verdict.meaning, BoxMeaning::Unanswered);
     ASSERT_NE(verdict.pBox, nullptr);
     EXPECT_EQ(CString(verdict.pBox->role), CString(L"local_location"));
@@ -59,7 +57,7 @@ TEST(SetupBoxes, AQuestionWithoutAnAnswerIsNamedByItsRole)
 TEST(SetupBoxes, AnUnknownQuestionStaysUnanswered)
 {
     const PageAnswers page = BeginAnswers();
-    const BoxVerdict verdict = JudgeBox(L"begin", &page, L"Something new?", true, LoadText);
+    const BoxVerdict verdict = JudgeBox(TableOf(L"begin"), &page, L"Something new?", true, LoadText);
     EXPECT_EQ(verdict.meaning, BoxMeaning::Unanswered);
     EXPECT_EQ(verdict.pBox, nullptr);
 }
@@ -67,7 +65,7 @@ TEST(SetupBoxes, AnUnknownQuestionStaysUnanswered)
 TEST(SetupBoxes, ARefusalBlamesTheAnswerThatItIsAbout)
 {
     const PageAnswers page = BeginAnswers();
-    const BoxVerdict verdict = JudgeBox(L"begin", &page, L"No such name.", false, LoadText);
+    const BoxVerdict verdict = JudgeBox(TableOf(L"begin"), &page, L"No such name.", false, LoadText);
     EXPECT_EQ(verdict.meaning, BoxMeaning::Refused);
     ASSERT_NE(verdict.pRefused, nullptr);
     EXPECT_EQ(verdict.pRefused->origin.nLine, 7);
@@ -75,7 +73,7 @@ TEST(SetupBoxes, ARefusalBlamesTheAnswerThatItIsAbout)
 
 TEST(SetupBoxes, AnUnknownComplaintIsARefusalWithoutAKey)
 {
-    const BoxVerdict verdict = JudgeBox(L"begin", nullptr, L"Something broke.", false, LoadText);
+    const BoxVerdict verdict = JudgeBox(TableOf(L"begin"), nullptr, L"Something broke.", false, LoadText);
     EXPECT_EQ(verdict.meaning, BoxMeaning::Refused);
     EXPECT_EQ(verdict.pBox, nullptr);
 }
@@ -83,7 +81,7 @@ TEST(SetupBoxes, AnUnknownComplaintIsARefusalWithoutAKey)
 TEST(SetupBoxes, AnotherPagesBoxesDoNotCount)
 {
     const PageAnswers page = BeginAnswers();
-    EXPECT_EQ(JudgeBox(L"contact", &page, L"Replace \"x\"?", true, LoadText).pBox, nullptr);
+    EXPECT_EQ(JudgeBox(TableOf(L"contact"), &page, L"Replace \"x\"?", true, LoadText).pBox, nullptr);
 }
 
 TEST(SetupTexts, ABoxesLinesBecomeOneWithABlankBetweenThem)

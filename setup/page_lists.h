@@ -1,0 +1,65 @@
+// Pages with lists and trees: how what they hold is read, and entered as a person does, by the page's own commands, label
+// edits, menus and pickers. Pages that need time say when they are at work.
+#pragma once
+
+#include "automation/step_outcome.h"
+#include "setup/answers.h"
+
+#include <windows.h>
+
+#include <functional>
+#include <span>
+#include <vector>
+
+// A line as an answer puts it.
+struct ListLine
+{
+    CString strWord;
+    std::vector<CString> fields;
+    bool operator==(const ListLine&) const = default;
+};
+
+// One step of entering. Tried again while it says "not yet"; a failed one is a refusal of the answer, with the reason.
+struct ListStep
+{
+    const PageAnswer* pAnswer = nullptr;
+    CString strName;
+    std::function<StepOutcome(HWND page)> run;
+};
+
+class IPageLists
+{
+public:
+    // What the page's lists hold now, in the order in which it can be entered again.
+    [[nodiscard]] virtual std::vector<ListLine> Read(HWND page) const = 0;
+
+    // The steps that enter these answers, all of kinds List and Clear, one after the other. They stay as long as the page.
+    [[nodiscard]] virtual std::vector<ListStep>
+    MakeSteps(const std::vector<const PageAnswer*>& answers) const = 0;
+
+    // True while the page is at work and is to be waited for before it is left (PageAnswerTable::workSeconds).
+    [[nodiscard]] virtual bool IsAtWork(HWND page) const = 0;
+
+protected:
+    ~IPageLists() = default;
+};
+
+// Which page has lists. The pages' own, or those of tests.
+struct PageListsRow
+{
+    const PageAnswerTable* table = nullptr;
+    const IPageLists* lists = nullptr;
+};
+using PageListsTable = std::span<const PageListsRow>;
+PageListsTable AllPageLists();
+
+// Null for a page without.
+inline const IPageLists* FindPageLists(PageListsTable rows, const PageAnswerTable* table)
+{
+    for (const PageListsRow& row : rows) {
+        if (row.table == table) {
+            return row.lists;
+        }
+    }
+    return nullptr;
+}
