@@ -114,6 +114,11 @@ void CHostSetupManager::UpdateDeploymentFolder()
                                 : CString();
 }
 
+CString CHostSetupManager::GetMediaFolder() const
+{
+    return WithoutClosingBackslash(m_openedMedia.strRoot);
+}
+
 bool CHostSetupManager::DoesImageMatchPlatform(Setup::tagPLATFORM platform)
 {
     return HasPackageFile(m_media, platform);

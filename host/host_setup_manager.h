@@ -44,6 +44,9 @@ public:
 
     bool IsCancellingEnabled() const { return m_bCancellingEnabled; }
     const Media& GetMedia() const { return m_media; }
+    // As the host's calls of the same names (setup_host.h).
+    CString GetMediaFolder() const;
+    CString GetBaseFolder() const;
     // Opens the products when nobody has them open. Repeats the failure of the last try until something changes.
     OperationError EnsureProducts();
     const std::vector<std::unique_ptr<CHostProduct>>& GetProductObjects() const { return m_productObjects; }

@@ -47,6 +47,8 @@ public:
     void DeclineReplacing() override { m_manager->DeclineReplacing(); }
     CString ReadModeFailure() override { return m_manager->ReadModeFailure(); }
     bool IsCancellingEnabled() override { return m_manager->IsCancellingEnabled(); }
+    CString GetBaseFolder() override { return m_manager->GetBaseFolder(); }
+    CString GetMediaFolder() override { return m_manager->GetMediaFolder(); }
     BuildResult Build(IBuildProgress& progress) override;
     OperationError CheckBuild(std::vector<CString>& warnings) override;
     void AppendLog(const CString& line) override { m_log.Append(line); }

@@ -101,6 +101,13 @@ public:
     // page has its own end in hand. May be asked from any thread.
     virtual bool IsCancellingEnabled() = 0;
 
+    // Folder of the deployment that is built upon or modified, as the begin page has chosen it (before that page, the one
+    // that the media are the image of): full path, without closing backslash unless a root. Empty for a new one.
+    virtual CString GetBaseFolder() = 0;
+    // Folder of the media that the host was opened on (that of Setup.xml, or that of a single .msi): full path, without
+    // closing backslash unless a root. Stays the same whatever base is chosen.
+    virtual CString GetMediaFolder() = 0;
+
     // Builds the deployment that the pages described and stores the result lines, the exit code and the stage behind
     // a build in the manager.
     virtual BuildResult Build(IBuildProgress& progress) = 0;

@@ -134,6 +134,13 @@ CString CHostSetupManager::FindBaseEntry(const CString& name) const
     return !opened.IsEmpty() && NameOfDeployment(opened).CompareNoCase(name) == 0 ? opened : CString();
 }
 
+CString CHostSetupManager::GetBaseFolder() const
+{
+    const bool hasBase = m_setupMode == Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT ||
+                         m_setupMode == Setup::SETUPMODE_MODIFY_DEPLOYMENT;
+    return hasBase ? WithoutClosingBackslash(ParentFolder(m_base.strEntry)) : CString();
+}
+
 void CHostSetupManager::ForgetBase()
 {
     m_base = DeploymentBase();

@@ -20,12 +20,15 @@ public:
     void DeclineReplacing() override { ++declined; }
     CString ReadModeFailure() override { return {}; }
     bool IsCancellingEnabled() override { return cancelling; }
+    CString GetBaseFolder() override { return baseFolder; }
+    CString GetMediaFolder() override { return mediaFolder; }
     BuildResult Build(IBuildProgress&) override { return {}; }
     OperationError CheckBuild(std::vector<CString>&) override { return {}; }
     void AppendLog(const CString&) override {}
 
     bool cancelling = true;
     int declined = 0;
+    CString baseFolder, mediaFolder;
     TargetVerdict verdict;
     std::vector<CString> allowedStamps;
 
