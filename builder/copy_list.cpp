@@ -3,6 +3,7 @@
 #include "base/name_rules.h"
 #include "builder/build_names.h"
 #include "builder/command_text.h"
+#include "builder/deployment_place.h"
 
 #include <functional>
 #include <set>
@@ -39,7 +40,7 @@ TargetNames NamedTargets(const BuildPlan& plan)
 {
     TargetNames names;
     for (const wchar_t* own : {L"Install.cmd", L"Uninstall.cmd", L"ReadMe.txt", L"Manifest.txt",
-                               L"Changes.txt", L"Changes.json", L"Build.log"}) {
+                               L"Changes.txt", L"Changes.json", L"Build.log", ANSWERS_FILE}) {
         names[own] = g_builder;
     }
     for (const BuildText& text : plan.texts) {

@@ -4,6 +4,8 @@
 #include "base/string.h"
 
 constexpr const wchar_t* DEPLOYMENT_FILE_NAME = L"Deployment.xml";
+// Beside it: the answers that the deployment was built from, when whoever built it gave them.
+constexpr const wchar_t* ANSWERS_FILE = L"Answers.txt";
 
 // A text that two looks at one unchanged deployment agree on, under whatever path it is reached, and that differs for any
 // other deployment and after each build. Empty when `folder` is no folder with a deployment file.

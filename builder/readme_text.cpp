@@ -3,6 +3,7 @@
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
 #include "builder/command_text.h"
+#include "builder/deployment_place.h"
 #include "builder/shown_text.h"
 
 #include <algorithm>
@@ -92,6 +93,12 @@ bool HasLogNames(const BuildPlan& plan)
 {
     return std::any_of(plan.databases.begin(), plan.databases.end(),
                        [&](const BuildDatabase& database) { return !LogNameFile(plan, database).IsEmpty(); });
+}
+
+bool HasAnswers(const BuildPlan& plan)
+{
+    return std::any_of(plan.texts.begin(), plan.texts.end(),
+                       [](const BuildText& text) { return text.strTarget.CompareNoCase(ANSWERS_FILE) == 0; });
 }
 
 void AppendScripts(CString& text, const BuildPlan& plan, const CString& folder)
@@ -223,8 +230,13 @@ CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath)
             L"changed\r\n"
             L"  Changes.txt, Changes.json  what differs from the maker's databases, row by row\r\n"
             L"  Build.log                  how this folder was built\r\n"
-            L"  Deployment.xml             the settings, for the wizard\r\n"
-            L"  Image\\                     the products\r\n";
+            L"  Deployment.xml             the settings, for the wizard\r\n";
+    if (HasAnswers(plan)) {
+        text +=
+            L"  Answers.txt                the answers this was built from: Setup.exe --answers builds it "
+            L"again\r\n";
+    }
+    text += L"  Image\\                     the products\r\n";
     if (HasLogNames(plan)) {
         text +=
             L"  Image\\LogNames\\            files whose names give the logs their letters beyond ASCII\r\n";

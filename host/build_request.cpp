@@ -3,6 +3,7 @@
 #include "base/files.h"
 #include "base/path_text.h"
 #include "builder/deployment_builder.h"
+#include "builder/deployment_place.h"
 #include "builder/package_sources.h"
 #include "host/host_messages.h"
 #include "host/read_again.h"
@@ -53,7 +54,7 @@ public:
         m_plan.strReplacedStamp = replacedStamp;
     }
 
-    BuildPlan Make()
+    BuildPlan Make(const CString& answers)
     {
         m_stored = m_manager.DescribeDeployment();
         m_plan.strLocation = FolderPath(m_manager.m_strDeploymentLocation);
@@ -75,6 +76,9 @@ public:
         m_image = DescribeImage(m_media, m_manager.m_platform);
         m_plan.texts.push_back({InImage(SETUP_FILE), WriteSetupDescription(m_image)});
         m_plan.texts.push_back({DEPLOYMENT_FILE, WriteDeploymentFile(m_stored)});
+        if (!answers.IsEmpty()) {
+            m_plan.texts.push_back({ANSWERS_FILE, answers, true}); // people read it in Notepad
+        }
         return std::move(m_plan);
     }
 
@@ -188,7 +192,7 @@ OperationError CheckSources(const std::vector<std::unique_ptr<CHostProduct>>& pr
 }
 
 // The plan, or why there can be none.
-OperationError DecidePlan(CHostSetupManager& manager, BuildPlan& plan)
+OperationError DecidePlan(CHostSetupManager& manager, const CString& answers, BuildPlan& plan)
 {
     if (OperationError error = manager.EnsureProducts()) {
         return error;
@@ -204,16 +208,16 @@ OperationError DecidePlan(CHostSetupManager& manager, BuildPlan& plan)
         return error;
     }
     CPlanMaker maker(manager, verdict.strStamp);
-    plan = maker.Make();
+    plan = maker.Make(answers);
     return maker.CheckTexts();
 }
 
 } // namespace
 
-BuildResult BuildFromManager(CHostSetupManager& manager, IBuildProgress& progress)
+BuildResult BuildFromManager(CHostSetupManager& manager, const CString& answers, IBuildProgress& progress)
 {
     BuildPlan plan;
-    if (OperationError error = DecidePlan(manager, plan)) {
+    if (OperationError error = DecidePlan(manager, answers, plan)) {
         return {error, CString(), {}};
     }
     BuildResult result = BuildDeployment(plan, progress);
@@ -223,9 +227,10 @@ BuildResult BuildFromManager(CHostSetupManager& manager, IBuildProgress& progres
     return result;
 }
 
-OperationError CheckFromManager(CHostSetupManager& manager, std::vector<CString>& warnings)
+OperationError CheckFromManager(CHostSetupManager& manager, const CString& answers,
+                                std::vector<CString>& warnings)
 {
     BuildPlan plan;
-    const OperationError error = DecidePlan(manager, plan);
+    const OperationError error = DecidePlan(manager, answers, plan);
     return error ? error : CheckBuild(plan, warnings);
 }

@@ -4,7 +4,10 @@
 #include "builder/build_plan.h"
 #include "host/host_setup_manager.h"
 
-// Builds the plan and leaves the manager at what came out: products, result lines.
-[[nodiscard]] BuildResult BuildFromManager(CHostSetupManager& manager, IBuildProgress& progress);
+// Builds the plan and leaves the manager at what came out: products, result lines. `answers` is the content of
+// Answers.txt; empty: no such file.
+[[nodiscard]] BuildResult BuildFromManager(CHostSetupManager& manager, const CString& answers,
+                                           IBuildProgress& progress);
 // What such a build would refuse before it copies anything; its warnings are added.
-[[nodiscard]] OperationError CheckFromManager(CHostSetupManager& manager, std::vector<CString>& warnings);
+[[nodiscard]] OperationError CheckFromManager(CHostSetupManager& manager, const CString& answers,
+                                              std::vector<CString>& warnings);

@@ -49,6 +49,7 @@ public:
     bool IsCancellingEnabled() override { return m_manager->IsCancellingEnabled(); }
     CString GetBaseFolder() override { return m_manager->GetBaseFolder(); }
     CString GetMediaFolder() override { return m_manager->GetMediaFolder(); }
+    void SetAnswersText(const CString& text) override { m_strAnswersText = text; }
     BuildResult Build(IBuildProgress& progress) override;
     OperationError CheckBuild(std::vector<CString>& warnings) override;
     void AppendLog(const CString& line) override { m_log.Append(line); }
@@ -62,6 +63,7 @@ private:
     std::unique_ptr<CHostSetupManager> m_manager;
     std::vector<FlowPage> m_flow;
     bool m_bConfigure = false;
+    CString m_strAnswersText;
 };
 
 const std::vector<CProduct*>& CSetupHostImplementation::GetProducts()
@@ -103,7 +105,7 @@ OperationError CSetupHostImplementation::CheckDatabase(CProduct& product)
 BuildResult CSetupHostImplementation::Build(IBuildProgress& progress)
 {
     m_manager->m_uiStage = STAGE_AFTER_BUILD; // at once, so that it stands too when the build throws
-    BuildResult result = BuildFromManager(*m_manager, progress);
+    BuildResult result = BuildFromManager(*m_manager, m_strAnswersText, progress);
     m_manager->m_exitCode = result.error.code;
     m_log.Append(HostSentence(HostText::LogBuildEnd, {NumberText(result.error.code), result.error.message}));
     return result; // its warnings are the caller's to show and to log
@@ -111,7 +113,7 @@ BuildResult CSetupHostImplementation::Build(IBuildProgress& progress)
 
 OperationError CSetupHostImplementation::CheckBuild(std::vector<CString>& warnings)
 {
-    return CheckFromManager(*m_manager, warnings);
+    return CheckFromManager(*m_manager, m_strAnswersText, warnings);
 }
 
 CSetupHost* OpenHost(const HostOptions& options, OperationError& error)

@@ -108,6 +108,10 @@ public:
     // closing backslash unless a root. Stays the same whatever base is chosen.
     virtual CString GetMediaFolder() = 0;
 
+    // Content of the file ANSWERS_FILE (builder/deployment_place.h) in the deployment's folder, with lines ending in CR LF;
+    // empty: no such file. Counts for every build and check until it is set again; not to be called while Build runs.
+    virtual void SetAnswersText(const CString& text) = 0;
+
     // Builds the deployment that the pages described and stores the result lines, the exit code and the stage behind
     // a build in the manager.
     virtual BuildResult Build(IBuildProgress& progress) = 0;

@@ -158,6 +158,15 @@ TEST(BuildNotes, TheReadMeUsesThePathOfTheWorkstations)
     EXPECT_HOLDS(text, CString(L"MSI product code ") + SECOND_CODE + L", version equal to or above 27.0.0");
 }
 
+TEST(BuildNotes, TheReadMeNamesTheAnswersWhereThereAreAny)
+{
+    BuildPlan plan = TwoProducts();
+    plan.texts.push_back({L"Image\\Answers.txt", L"a file of the media", false});
+    EXPECT_LT(ComposeReadMe(plan, L"\\\\server\\apps\\Office").Find(L"--answers"), 0);
+    plan.texts.push_back({L"Answers.txt", L"[begin]\r\n", true});
+    EXPECT_HOLDS(ComposeReadMe(plan, L"\\\\server\\apps\\Office"), L"\r\n  Answers.txt  ");
+}
+
 TEST(BuildNotes, EveryCodeHasARemedy)
 {
     for (unsigned int code = 0; code < 2000; ++code) {
@@ -236,6 +245,18 @@ TEST(BuildTargets, AFileInTheBuildersPlaceIsRefused)
     CopyList list;
     list.files = {{L"C:\\a\\readme.TXT", L"readme.TXT", 1}};
     EXPECT_HOLDS(RefusedTargets(TwoProducts(), list), L"the builder's own file");
+}
+
+// The next wizard would take somebody's file for the answers that the deployment was built from.
+TEST(BuildTargets, AFileInThePlaceOfTheAnswersIsRefusedWithOrWithoutAnswers)
+{
+    CopyList list;
+    list.files = {{L"C:\\a\\answers.TXT", L"answers.TXT", 1}};
+    EXPECT_HOLDS(RefusedTargets(TwoProducts(), list), L"would become \"answers.TXT\"");
+    BuildPlan plan = TwoProducts();
+    plan.texts.push_back({L"Answers.txt", L"[begin]\r\n", true});
+    EXPECT_HOLDS(RefusedTargets(plan, list), L"would become \"answers.TXT\"");
+    EXPECT_EQ(RefusedTargets(plan, {}), CString()) << "the answers stand in their own place";
 }
 
 TEST(BuildTargets, TheLongestPathIsThatOfTheWorkstations)

@@ -22,13 +22,14 @@ public:
     bool IsCancellingEnabled() override { return cancelling; }
     CString GetBaseFolder() override { return baseFolder; }
     CString GetMediaFolder() override { return mediaFolder; }
+    void SetAnswersText(const CString& text) override { answersText = text; }
     BuildResult Build(IBuildProgress&) override { return {}; }
     OperationError CheckBuild(std::vector<CString>&) override { return {}; }
     void AppendLog(const CString&) override {}
 
     bool cancelling = true;
     int declined = 0;
-    CString baseFolder, mediaFolder;
+    CString baseFolder, mediaFolder, answersText;
     TargetVerdict verdict;
     std::vector<CString> allowedStamps;
 
