@@ -113,6 +113,12 @@ bool SplitFolder(const CString& folder, const CString& path, CString& rest)
 
 } // namespace
 
+bool HasMediaMark(const CString& path)
+{
+    CString rest;
+    return SplitMediaMark(path, rest);
+}
+
 CString ResolveMediaMark(const CString& media, const CString& path)
 {
     CString rest;

@@ -17,6 +17,8 @@ struct AnswerFolders
 // letter, for the page to judge as it would a person's: full paths, drive-relative ones ("C:x"), addresses ("http://x").
 CString ResolveAnswerPath(const AnswerFolders& folders, const CString& path);
 
+[[nodiscard]] bool HasMediaMark(const CString& path);
+
 // A path that begins with the mark, below `media`; any other as it is.
 CString ResolveMediaMark(const CString& media, const CString& path);
 
