@@ -34,6 +34,8 @@ TEST_F(BaseFolderTest, TheBaseIsTheChosenDeploymentThroughEveryChangeOfTheChoice
     EXPECT_EQ(host->GetBaseFolder(), location + L"South");
     Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), L"East");
     EXPECT_EQ(host->GetBaseFolder(), CString());
+    ASSERT_TRUE(manager.LoadDeploymentInfo(L"South"));
+    EXPECT_EQ(host->GetBaseFolder(), CString()) << "the mode that needs it has not been entered";
     Begin(manager, Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"South", L"South");
     EXPECT_EQ(host->GetBaseFolder(), location + L"South");
     manager.ReloadProductData();
