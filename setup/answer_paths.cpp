@@ -137,7 +137,7 @@ CString ResolveAnswerPath(const AnswerFolders& folders, const CString& path)
     return path.IsEmpty() || StandsByItself(path) ? path : JoinRelative(folders.strBase, path);
 }
 
-PortablePath MakePortable(const AnswerFolders& folders, const CString& path)
+PortablePath MakePortable(const AnswerFolders& folders, const CString& path, bool besideToo)
 {
     CString rest;
     if (SplitFolder(folders.strBase, path, rest) && ResolveAnswerPath(folders, rest) == path) {
@@ -147,6 +147,12 @@ PortablePath MakePortable(const AnswerFolders& folders, const CString& path)
         const CString marked = CString(MEDIA_FOLDER_MARK) + L"\\" + rest;
         if (ResolveAnswerPath(folders, marked) == path) {
             return {marked, false};
+        }
+    }
+    if (besideToo && SplitFolder(FolderAbove(folders.strBase), path, rest)) {
+        const CString beside = L"..\\" + rest;
+        if (ResolveAnswerPath(folders, beside) == path) {
+            return {beside, false};
         }
     }
     return {path, ResolveAnswerPath(folders, path) != path};

@@ -28,5 +28,6 @@ struct PortablePath
     bool bLiteral = false; // to be entered letter for letter
 };
 
-// The text that ResolveAnswerPath makes the path of: relative for what lies below the file's folder or the media's.
-PortablePath MakePortable(const AnswerFolders& folders, const CString& path);
+// The text that ResolveAnswerPath makes the path of: relative for what lies below the file's folder or the media's. With
+// `besideToo` also for what lies beside the file's folder, so that the text doesn't say where that is.
+PortablePath MakePortable(const AnswerFolders& folders, const CString& path, bool besideToo = false);

@@ -1,6 +1,6 @@
 #include "setup/answer_table.h"
 
-#include "setup/page_answers/page_answers.h"
+#include "setup/page_answers.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 // Which words the section of a page knows in an answers file: one row a key, and one row a box that the page may put.
 // Read from its controls, they are what a run records; entered through them, what it replays. A page's rows stand in
-// page_answers/; how its lists and trees are read and entered stands in page_lists.h.
+// <section>_answers.cpp; how its lists and trees are read and entered stands in page_lists.h.
 #pragma once
 
 #include "base/string.h"

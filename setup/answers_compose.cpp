@@ -54,10 +54,7 @@ private:
             if (value.bProposed != proposed) {
                 continue;
             }
-            if (IsOwnPlace(value)) {
-                m_section.closingComments.push_back(RECORD_OWN_PLACE);
-                m_section.closingComments.push_back(CString(LOCATION_WORD) + L" = " + value.fields.front());
-            } else {
+            if (!IsOwnPlace(value)) {
                 Add(Written(value));
             }
         }
@@ -83,7 +80,7 @@ private:
         for (std::size_t field = 0; field < line.fields.size(); ++field) {
             PortablePath path{line.fields[field], false};
             if (IsPathField(*key, field)) {
-                path = MakePortable(m_form.folders, line.fields[field]);
+                path = MakePortable(m_form.folders, line.fields[field], !m_form.strDeployment.IsEmpty());
             }
             literal = literal || path.bLiteral;
             portable.push_back(path.strText);

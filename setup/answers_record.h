@@ -41,9 +41,10 @@ struct RecordForm
     AnswerFolders folders;               // strBase: where the file will lie
     std::vector<AnswerProduct> products; // of the run; sections name theirs where there are several
     std::vector<CString> comments;       // at its head
-    // Of the deployment, whose answers the file is to have; empty: the run's own, as they were answered.
+    // The deployment whose answers the file is to have: what lies beside it is written relative, as it may be moved. Empty:
+    // the run's own, as they were answered.
     CString strDeployment;
-    bool bWithLocation = false; // else the deployment's own place stands in a comment
+    bool bWithLocation = false; // the deployment's own place stands in the file too
     AnswerTables tables = PageAnswerTables();
 };
 

@@ -24,6 +24,7 @@ constexpr TextOption TEXT_OPTIONS[] = {
     {L"--pictures", &CommandLine::strPictures},
     {L"--log", &CommandLine::strLog},
     {L"--quiet-limit", &CommandLine::strQuietLimit},
+    {L"--record", &CommandLine::strRecord},
 };
 
 const TextOption* FindTextOption(const CString& name)
@@ -126,8 +127,8 @@ CString ParseCommandLine(const std::vector<CString>& arguments, CommandLine& lin
             line.bHelp = true;
             continue;
         }
-        if (argument == L"--check") {
-            line.bCheck = true;
+        if (argument == L"--check" || argument == L"--with-location") {
+            (argument == L"--check" ? line.bCheck : line.bWithLocation) = true;
             continue;
         }
         const int equals = IsOptionName(argument) ? argument.Find(L'=') : -1;
@@ -159,7 +160,7 @@ CString CommandLineUsage()
 {
     return L"Setup.exe [--media PATH] [--answers FILE] [--set page.key=value ...] [--out DIR]\n"
            L"          [--language LOCALE] [--pictures DIR] [--log FILE] [--quiet-limit SECONDS]\n"
-           L"          [--check] [--help]\n"
+           L"          [--record FILE] [--with-location] [--check] [--help]\n"
            L"\n"
            L"  --media PATH          a folder with Setup.xml, a deployment's folder, or one .msi\n"
            L"                        (default: the folder Media beside the program, else it asks)\n"
@@ -171,6 +172,9 @@ CString CommandLineUsage()
            L"  --log FILE            where the setup's log goes\n"
            L"  --quiet-limit SECONDS ends an unattended run that shows no sign of life for so long\n"
            L"                        (default: 600)\n"
+           L"  --record FILE         write the answers of this run to a file, however the run ends;\n"
+           L"                        a deployment that was built holds them as Answers.txt\n"
+           L"  --with-location       the written answers hold the deployment's own place too\n"
            L"  --check               check all answers, and what a build would refuse; build nothing\n"
            L"  --help                this text\n"
            L"\n"

@@ -2,7 +2,7 @@
 //
 //   line    = { option }
 //   option  = "--media" PATH | "--answers" FILE | "--out" DIR | "--language" LOCALE | "--pictures" DIR
-//           | "--log" FILE | "--quiet-limit" SECONDS | "--set" page [ product ] "." key "=" value | "--check" | "--help" | "-h" | "/?"
+//           | "--log" FILE | "--record" FILE | "--with-location" | "--quiet-limit" SECONDS | "--set" page [ product ] "." key "=" value | "--check" | "--help" | "-h" | "/?"
 //
 //   product = quote { character } quote
 //
@@ -32,8 +32,10 @@ struct CommandLine
     CString strPictures;
     CString strLog;
     CString strQuietLimit;
+    CString strRecord; // where the answers of the run go
     std::vector<CommandLineAnswer> answers;
     bool bCheck = false;
+    bool bWithLocation = false; // the answers that are written hold the deployment's own place
     bool bHelp = false;
 
     // Seconds without a sign of life after which an unattended run is ended.

@@ -15,8 +15,12 @@ constexpr int GO_ON = 1; // no veto
 
 const CFailurePane* CFailurePane::s_current = nullptr;
 
-CFailurePane::CFailurePane(const CString& cause, const CString& log, PageContext& context)
-    : m_strHtml(SetupText(IDS_FAILURE_PANE, {HtmlText(cause), HtmlText(log)}))
+CFailurePane::CFailurePane(const CString& cause, const CString& log, const CString& answers,
+                           PageContext& context)
+    : m_strHtml(
+          SetupText(IDS_FAILURE_PANE,
+                    {HtmlText(cause), HtmlText(log),
+                     answers.IsEmpty() ? CString() : SetupText(IDS_FAILURE_ANSWERS, {HtmlText(answers)})}))
 {
     s_current = this;
     context.postInitHooks.push_back(OnPageUp);

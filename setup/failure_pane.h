@@ -10,8 +10,9 @@
 class CFailurePane
 {
 public:
-    // `cause`: what failed, with which thing, and what to do. `log`: full path.
-    CFailurePane(const CString& cause, const CString& log, PageContext& context);
+    // `cause`: what failed, with which thing, and what to do. `log`, `answers`: full paths, the second one of the file that
+    // keeps what was entered; empty without one.
+    CFailurePane(const CString& cause, const CString& log, const CString& answers, PageContext& context);
     ~CFailurePane();
     CFailurePane(const CFailurePane&) = delete;
     CFailurePane& operator=(const CFailurePane&) = delete;

@@ -2,6 +2,7 @@
 #include "base/handle.h"
 #include "base/scope_exit.h"
 #include "setup/answers_input.h"
+#include "setup/answers_output.h"
 #include "setup/crash_notes.h"
 #include "setup/exit_codes.h"
 #include "setup/media_choice.h"
@@ -40,7 +41,8 @@ std::vector<CString> Arguments()
 // From here on no path depends on the current folder.
 void MakePathsFull(CommandLine& line)
 {
-    for (CString* path : {&line.strMedia, &line.strAnswers, &line.strPictures, &line.strLog}) {
+    for (CString* path :
+         {&line.strMedia, &line.strAnswers, &line.strPictures, &line.strLog, &line.strRecord}) {
         if (!path->IsEmpty()) {
             *path = FullPath(*path);
         }
@@ -71,6 +73,12 @@ RunOutcome RunWizard(const CommandLine& line, CRunLog& log)
 {
     if (const CString reason = log.TryFile(); !reason.IsEmpty()) {
         return {SETUP_FAILED, SetupText(IDS_LOG_FAILED, {line.strLog, reason})};
+    }
+    if (!line.strRecord.IsEmpty() && line.strRecord.CompareNoCase(line.strAnswers) == 0) {
+        return {SETUP_BAD_COMMAND_LINE, SetupText(IDS_RECORD_IS_ANSWERS, {line.strRecord})};
+    }
+    if (const CString reason = TryRecordFile(line.strRecord); !reason.IsEmpty()) {
+        return {SETUP_FAILED, reason};
     }
     CAnswers answers;
     AnswersError error;

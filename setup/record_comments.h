@@ -5,9 +5,6 @@
 constexpr wchar_t RECORD_CHANGED[] = L"Changed from what the page proposed:";
 constexpr wchar_t RECORD_PROPOSED[] = L"As the page proposed:";
 constexpr wchar_t RECORD_QUESTIONS[] = L"Questions that came up:";
-// Above the deployment's own place, which stands in a comment.
-constexpr wchar_t RECORD_OWN_PLACE[] =
-    L"Where the deployment lies is said by --out, or by this line without its first sign:";
 
 constexpr wchar_t MODE_WORD[] = L"mode";
 constexpr wchar_t BASE_WORD[] = L"base";

@@ -15,6 +15,21 @@ CString OneLine(const CString& text)
     return line;
 }
 
+CString StemInWords(const CString& stem)
+{
+    CString words;
+    for (int index = 0; index < stem.GetLength(); ++index) {
+        const bool isCapital = stem[index] >= L'A' && stem[index] <= L'Z';
+        if (isCapital && index > 0) {
+            words += L' ';
+            words += CString(stem[index]).MakeLower();
+        } else {
+            words += stem[index];
+        }
+    }
+    return words;
+}
+
 CString HtmlText(const CString& text)
 {
     CString html = text;

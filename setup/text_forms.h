@@ -6,5 +6,8 @@
 // A box's text in one line of output: a blank stands for the line ends between two lines, however many they are.
 CString OneLine(const CString& text);
 
+// "DeploymentSettings" as people write it: "Deployment settings".
+CString StemInWords(const CString& stem);
+
 // A text as HTML shows it: nothing in it is taken for a tag, and its lines stay lines.
 CString HtmlText(const CString& text);

@@ -1,6 +1,7 @@
 #include "setup/texts.h"
 
 #include "base/fill_text.h"
+#include "setup/text_forms.h"
 #include "window/module.h"
 
 namespace {
@@ -18,6 +19,12 @@ CString LoadText(HMODULE module, unsigned int id)
 CString SetupText(unsigned int id, std::initializer_list<CString> arguments)
 {
     return FillText(LoadText(_Module.GetModuleInstance(), id), arguments);
+}
+
+CString PageTitle(const PageRow& page)
+{
+    const CString caption = page.caption ? PageText(page.caption) : CString();
+    return caption.IsEmpty() ? StemInWords(page.stem) : caption;
 }
 
 CString PageText(unsigned int id)

@@ -283,7 +283,7 @@ int CWizard::ShowPage(const FlowMove& move, bool canGoBack)
     }
     std::optional<CFailurePane> failure;
     if (HasRole(page.strName, PageRole::Failed)) {
-        failure.emplace(m_strCause, m_line.strLog, context);
+        failure.emplace(m_strCause, m_line.strLog, m_strKeptAnswers, context);
     }
     const PageFunction show = m_pageLibrary.Find(page.strName);
     const CString product = move.nProduct < 0 ? CString() : NameAmongSeveral(context.pProduct);

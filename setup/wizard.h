@@ -68,5 +68,6 @@ private:
     CTargetSettling m_target;
     CChangeWatch m_changes;
     CString m_strCause;                // of a run that has failed so far
+    CString m_strKeptAnswers;          // file with the answers of a run whose build failed
     std::optional<RunOutcome> m_ended; // without a person: how the run ends before its flow does
 };

@@ -63,13 +63,12 @@ TEST(SetupRecord, ChangedValuesStandOutFromProposedOnesAndQuestionsComeLast)
                                   "# Questions that came up:\non_question.replace = yes\n");
 }
 
-TEST(SetupRecord, ThePlaceOfTheDeploymentStandsInACommentUnlessItIsAskedFor)
+TEST(SetupRecord, ThePlaceOfTheDeploymentIsLeftOutUnlessItIsAskedFor)
 {
     const RecordedPage page = With(Page(L"begin"), {{L"location", {L"D:\\Out"}}, {L"name", {L"Office"}}});
     RecordForm form = Form();
     const std::string without = Text({page}, form);
-    EXPECT_EQ(without.find("\nlocation"), std::string::npos) << without;
-    EXPECT_NE(without.find("\n# location = D:\\Out\n"), std::string::npos) << without;
+    EXPECT_EQ(without.find("D:\\Out"), std::string::npos) << without;
     form.bWithLocation = true;
     EXPECT_NE(Text({page}, form).find("\nlocation = D:\\Out\n"), std::string::npos);
 }
@@ -97,6 +96,16 @@ TEST(SetupRecord, PathsBelowTheFileOrTheMediaAreWrittenRelative)
     EXPECT_NE(text.find("update_list = <media>\\lists\\a.npl\n"), std::string::npos) << text;
     EXPECT_NE(text.find("site_feed = feed.xml\n"), std::string::npos) << text;
     EXPECT_NE(text.find("site_name = D:\\Media\\x\n"), std::string::npos) << "a name is no path";
+}
+
+TEST(SetupRecord, WhatLiesBesideTheDeploymentIsWrittenRelativeInItsOwnFileAlone)
+{
+    const std::vector<RecordedPage> pages = {With(Page(L"settings"), {{L"log_folder", {L"D:\\Out\\Log\\"}}})};
+    RecordForm form = Form();
+    EXPECT_NE(Text(pages, form).find("log_folder = D:\\Out\\Log\\\n"), std::string::npos)
+        << Text(pages, form);
+    form.strDeployment = L"Office";
+    EXPECT_NE(Text(pages, form).find("log_folder = ..\\Log\\\n"), std::string::npos) << Text(pages, form);
 }
 
 TEST(SetupRecord, APathThatWouldBeMadeFullIsWrittenAsLiteralAndAKeptOneAsKept)

@@ -92,6 +92,13 @@ TEST(SetupTexts, ABoxesLinesBecomeOneWithABlankBetweenThem)
     EXPECT_EQ(OneLine(L""), CString());
 }
 
+TEST(SetupTexts, AStemIsWrittenAsWords)
+{
+    EXPECT_EQ(StemInWords(L"DeploymentSettings"), CString(L"Deployment settings"));
+    EXPECT_EQ(StemInWords(L"ABc"), CString(L"A bc"));
+    EXPECT_EQ(StemInWords(L""), CString());
+}
+
 TEST(SetupTexts, NothingInATextIsTakenForHtml)
 {
     EXPECT_EQ(HtmlText(L"<b> & \"C:\\a\""), CString(L"&lt;b&gt; &amp; \"C:\\a\""));

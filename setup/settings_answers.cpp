@@ -1,5 +1,5 @@
 #include "include/resource_ids.h"
-#include "setup/page_answers/page_answers.h"
+#include "setup/page_answers.h"
 
 namespace {
 

@@ -1,0 +1,193 @@
+#include "setup/answers_output.h"
+
+#include "base/files.h"
+#include "base/handle.h"
+#include "base/path_text.h"
+#include "base/system_text.h"
+#include "builder/deployment_place.h"
+#include "include/product.h"
+#include "include/version.h"
+#include "setup/paths.h"
+#include "setup/resource.h"
+#include "setup/text_forms.h"
+#include "setup/texts.h"
+
+#include <string>
+
+namespace {
+
+constexpr wchar_t WRITER[] = L"Setup " ROLLOUT_VERSION_TEXT;
+constexpr char BYTE_ORDER_MARK[] =
+    "\xEF\xBB\xBF"; // for editors that would take other letters for those of a code page
+
+CString FileBesideLog(const CString& log)
+{
+    const int dot = log.ReverseFind(L'.');
+    const int name = log.ReverseFind(L'\\');
+    return (dot > name ? log.Left(dot) : log) + L".answers.txt";
+}
+
+std::vector<AnswerProduct> NamesOf(const std::vector<CProduct*>& products)
+{
+    std::vector<AnswerProduct> names;
+    for (const CProduct* product : products) {
+        names.push_back({CString(product->m_strName), CString(product->m_strProductCode)});
+    }
+    return names;
+}
+
+bool WriteAll(HANDLE file, const std::string& bytes)
+{
+    DWORD written = 0;
+    return WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+           written == bytes.size();
+}
+
+} // namespace
+
+void CAnswersOutput::AddToDeployment(const std::vector<RecordedPage>& pages)
+{
+    CSetupManager& manager = m_host.GetSetupManager();
+    const CString name = manager.m_strDeploymentName;
+    RecordForm form = MakeForm(FolderPath(manager.m_strDeploymentLocation) + name);
+    form.strDeployment = name;
+    form.comments = {L"Answers of the deployment \"" + name + L"\" of " + CString(manager.m_strProductName) +
+                         L", written by " + WRITER + L".",
+                     L"The same deployment again: Setup.exe --media PATH --answers Answers.txt --out FOLDER"};
+    const std::vector<RecordedPage> joined = JoinBase(pages, form);
+    m_host.SetAnswersText(Compose(joined, form));
+}
+
+CString CAnswersOutput::KeepBesideLog(const std::vector<RecordedPage>& pages, const CString& cause)
+{
+    const CString file = FileBesideLog(m_line.strLog);
+    RecordForm form = MakeForm(FolderAbove(file));
+    form.bWithLocation = true;
+    form.comments = {CString(L"What ") + WRITER + L" was answered with before its build failed.",
+                     L"It failed because: " + OneLine(cause)};
+    const CString failure = Write(file, Compose(pages, form));
+    m_log.Line(failure.IsEmpty() ? L"Answers " + file : L"Warning: " + failure);
+    return failure.IsEmpty() ? file : CString();
+}
+
+CString CAnswersOutput::WriteRecord(const std::vector<RecordedPage>& pages, const RunOutcome& outcome)
+{
+    if (m_line.strRecord.IsEmpty()) {
+        return CString();
+    }
+    RecordForm form = MakeForm(FolderAbove(m_line.strRecord));
+    form.comments = {CString(L"What ") + WRITER + L" was answered with.",
+                     L"The run ended with exit code " + NumberText(outcome.exitCode) +
+                         (outcome.strCause.IsEmpty() ? CString(L".") : L": " + OneLine(outcome.strCause))};
+    const CString failure = Write(m_line.strRecord, Compose(pages, form));
+    if (failure.IsEmpty()) {
+        m_log.Line(L"Answers " + m_line.strRecord);
+    }
+    return failure;
+}
+
+RecordForm CAnswersOutput::MakeForm(const CString& folder) const
+{
+    RecordForm form;
+    form.folders = {WithoutClosingBackslash(folder), m_host.GetMediaFolder()};
+    form.products = NamesOf(m_host.GetProducts());
+    form.bWithLocation = m_line.bWithLocation;
+    return form;
+}
+
+std::vector<RecordedPage> CAnswersOutput::JoinBase(const std::vector<RecordedPage>& pages, RecordForm& form)
+{
+    const CString folder = m_host.GetBaseFolder();
+    if (folder.IsEmpty()) {
+        return pages;
+    }
+    BaseAnswers base;
+    CString reason;
+    if (ReadBase(folder, form, base, reason)) {
+        return MergeAnswers(base, pages);
+    }
+    const CString warning = L"The answers that \"" + folder + L"\" was built from can't be used: " + reason +
+                            L" What isn't said here came from there.";
+    form.comments.push_back(warning);
+    m_log.Line(L"Warning: " + warning);
+    return pages;
+}
+
+bool CAnswersOutput::ReadBase(const CString& folder, const RecordForm& form, BaseAnswers& base,
+                              CString& reason) const
+{
+    std::string bytes;
+    const CString path = FolderPath(folder) + ANSWERS_FILE;
+    if (const unsigned int code = ReadWholeFile(path, LONGEST_ANSWERS_FILE, bytes)) {
+        reason = path + L": " + SystemErrorText(code);
+        return false;
+    }
+    AnswersFile file;
+    AnswersError error;
+    if (!ParseAnswersFile(bytes.data(), bytes.size(), file, error) ||
+        !ReadBaseAnswers(file, folder, form.products, form.tables, base, error)) {
+        error.strSource = path;
+        reason = error.Text();
+        return false;
+    }
+    for (RecordedPage& page : base.pages) {
+        page.strTitle = PageTitle(page.Page());
+    }
+    return true;
+}
+
+CString CAnswersOutput::Compose(const std::vector<RecordedPage>& pages, const RecordForm& form)
+{
+    std::vector<CString> warnings;
+    const AnswersFile file = ComposeAnswers(pages, form, warnings);
+    for (const CString& warning : warnings) {
+        m_log.Line(L"Warning: left out of the answers file: " + warning);
+    }
+    CString text;
+    AnswersError error;
+    if (!WriteAnswersFile(file, text, error)) { // a product whose name no file can hold
+        m_log.Line(L"Warning: no answers file could be written: " + error.Text());
+        return CString();
+    }
+    return text;
+}
+
+// The whole file appears at once; what was there before stays until then.
+CString CAnswersOutput::Write(const CString& file, const CString& text) const
+{
+    const CString fresh = file + L".tmp";
+    std::string bytes = BYTE_ORDER_MARK;
+    AppendUtf8(bytes, text);
+    CFileOwner handle(
+        CreateFileW(fresh, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    bool done = handle && WriteAll(handle.get(), bytes);
+    DWORD code = GetLastError();
+    handle.reset();
+    if (done && !MoveFileExW(fresh, file, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        code = GetLastError();
+        done = false;
+    }
+    if (done) {
+        return CString();
+    }
+    DeleteFileW(fresh);
+    return SetupText(IDS_RECORD_FAILED, {file, SystemErrorText(code)});
+}
+
+CString TryRecordFile(const CString& file)
+{
+    if (file.IsEmpty()) {
+        return CString();
+    }
+    const bool wasThere = FileOrFolderExists(file);
+    CFileOwner handle(
+        CreateFileW(file, GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!handle) {
+        return SetupText(IDS_RECORD_FAILED, {file, SystemErrorText(GetLastError())});
+    }
+    handle.reset();
+    if (!wasThere) {
+        DeleteFileW(file);
+    }
+    return CString();
+}
