@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <dlgs.h>
 #include <shlobj.h>
 
 namespace {
@@ -43,8 +44,10 @@ StepOutcome NoPicker()
 HWND FindFolderPicker()
 {
     for (HWND window : TopLevelWindows()) {
+        // A dialog for opening files may have a tree too, but also a box for names.
         if (WindowClass(window) == CString(L"#32770") && GetDlgItem(window, IDOK) &&
-            GetDlgItem(window, IDCANCEL) && FindTree(window) && !GetDlgItem(window, 1001))
+            GetDlgItem(window, IDCANCEL) && FindTree(window) && !GetDlgItem(window, 1001) &&
+            !GetDlgItem(window, cmb13))
             return window;
     }
     return nullptr;

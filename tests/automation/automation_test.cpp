@@ -8,6 +8,7 @@
 #include "automation/tree_control.h"
 #include "automation/window_finder.h"
 #include "base/handle.h"
+#include "tests/automation/dialog_fixture.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
@@ -18,80 +19,8 @@
 
 namespace {
 
-constexpr int ID_EDIT = 101;
-constexpr int ID_LIST = 102;
-constexpr int ID_COMBO = 103;
-constexpr int ID_TREE = 104;
-constexpr int ID_CHECK = 105;
-constexpr int ID_DISABLED = 106;
-
-struct Command
+class Fixture : public CDialogFixture
 {
-    int id;
-    int code;
-    bool operator==(const Command&) const = default;
-};
-
-// A dialog that records its commands and ends its loop with OK.
-class Fixture : public testing::Test
-{
-protected:
-    Fixture()
-    {
-        dialog = CreateDialogParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(100), nullptr, Procedure,
-                                    reinterpret_cast<LPARAM>(this));
-        ShowWindow(dialog, SW_SHOW);
-    }
-    ~Fixture() override { DestroyWindow(dialog); }
-
-    void Play()
-    {
-        script.Add(L"leave the loop", [] {
-            PostQuitMessage(0);
-            return StepOutcome::Done();
-        });
-        PlayUntilTheLoopIsLeft();
-    }
-
-    void PlayUntilTheLoopIsLeft()
-    {
-        script.SetFailureHandler([] { PostQuitMessage(1); });
-        script.Start();
-        for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0;) {
-            if (dialogFilter)
-                dialogFilter(message);
-            if (!IsDialogMessageW(dialog, &message)) {
-                TranslateMessage(&message);
-                DispatchMessageW(&message);
-            }
-        }
-    }
-
-    static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
-    {
-        if (message == WM_INITDIALOG)
-            SetWindowLongPtrW(window, DWLP_USER, lParam);
-        Fixture* fixture = reinterpret_cast<Fixture*>(GetWindowLongPtrW(window, DWLP_USER));
-        if (message == WM_COMMAND && fixture)
-            fixture->commands.push_back({LOWORD(wParam), HIWORD(wParam)});
-        if (message == WM_COMMAND && LOWORD(wParam) == ID_CHECK && fixture && fixture->onCheck)
-            fixture->onCheck();
-        return message == WM_INITDIALOG;
-    }
-
-    int Count(Command wanted) const
-    {
-        int count = 0;
-        for (const Command& command : commands)
-            count += command == wanted;
-        return count;
-    }
-
-    HWND dialog = nullptr;
-    std::vector<Command> commands;
-    std::function<void()> onCheck;
-    std::function<void(const MSG& message)> dialogFilter; // sees each message first
-    CScript script;
 };
 
 TEST_F(Fixture, AnEditNotifiesItsParentOfTheTextItWasGiven)
