@@ -79,6 +79,12 @@ StepOutcome PressKey(WORD virtualKey, KeyModifier modifier)
     return StepOutcome::Done();
 }
 
+void PressKeyIn(HWND window, WORD virtualKey)
+{
+    PostMessageW(window, WM_KEYDOWN, virtualKey, KeyParameter(virtualKey, true, false));
+    PostMessageW(window, WM_KEYUP, virtualKey, KeyParameter(virtualKey, false, false));
+}
+
 StepOutcome TypeCharacters(const wchar_t* text)
 {
     HWND focus = GetFocus();

@@ -17,5 +17,8 @@ enum class KeyModifier
 // this returns. "Not yet" while no window of the thread has the focus.
 StepOutcome PressKey(WORD virtualKey, KeyModifier modifier = KeyModifier::None);
 
+// The same to a window that need not have the focus, without a modifier: the loop of a menu sees the keys of all windows.
+void PressKeyIn(HWND window, WORD virtualKey);
+
 // Posts the characters of a text, without key messages.
 StepOutcome TypeCharacters(const wchar_t* text);

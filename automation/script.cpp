@@ -259,7 +259,10 @@ bool CloseFrontWindow()
     const std::vector<HWND> windows = TopLevelWindows();
     if (windows.empty())
         return false;
-    if (ReadMessageBox(windows.front()))
+    if (WindowClass(windows.front()) == CString(L"#32768")) {
+        EndMenu();
+        ShowWindow(windows.front(), SW_HIDE); // the menu's loop takes the window away only when it runs again
+    } else if (ReadMessageBox(windows.front()))
         EndDialog(windows.front(), IDCANCEL);
     else
         DestroyWindow(windows.front());

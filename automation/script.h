@@ -68,7 +68,7 @@ private:
 // A condition as a step and has nothing to do.
 StepOutcome Until(bool condition, const wchar_t* reason);
 
-// Ends message boxes and destroys the other visible windows of the calling thread, frontmost first, one at each call:
+// Ends message boxes and menus and destroys the other visible windows of the calling thread, frontmost first, one at each call:
 // the way out of a script that failed. True while there was one to close.
 bool CloseFrontWindow();
 // The same by and by, one window at a time, until it is stopped: the loop of an inner box has to come back before the window

@@ -45,7 +45,10 @@ protected:
 
     void PlayUntilTheLoopIsLeft()
     {
-        script.SetFailureHandler([] { PostQuitMessage(1); });
+        script.SetFailureHandler([] {
+            EndMenu(); // the loop of a menu does not end with the thread's
+            PostQuitMessage(1);
+        });
         script.Start();
         for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0;) {
             if (dialogFilter)
