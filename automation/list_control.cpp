@@ -1,8 +1,11 @@
 #include "automation/list_control.h"
 
+#include "automation/label.h"
 #include "automation/window_finder.h"
 
 #include <commctrl.h>
+
+#include <algorithm>
 
 CListControl::Kind CListControl::GetKind() const
 {
@@ -23,7 +26,7 @@ int CListControl::GetCount() const
 CString CListControl::GetLine(int index) const
 {
     if (GetKind() == Kind::ListView)
-        return GetListViewLine(index);
+        return GetListViewCell(index, 0);
     const bool isCombo = GetKind() == Kind::ComboBox;
     const WPARAM line = static_cast<WPARAM>(index);
     const LRESULT length = SendMessageW(GetWindow(), isCombo ? CB_GETLBTEXTLEN : LB_GETTEXTLEN, line, 0);
@@ -37,16 +40,33 @@ CString CListControl::GetLine(int index) const
     return text;
 }
 
-CString CListControl::GetListViewLine(int index) const
+CString CListControl::GetListViewCell(int row, int column) const
 {
-    wchar_t buffer[1024] = {};
-    LVITEMW item = {};
-    item.mask = LVIF_TEXT;
-    item.iItem = index;
-    item.pszText = buffer;
-    item.cchTextMax = 1024;
-    SendMessageW(GetWindow(), LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-    return item.pszText; // the control may point to a text of its own
+    return ReadLabel([this, row, column](wchar_t* buffer, int capacity) {
+        LVITEMW item = {};
+        item.mask = LVIF_TEXT;
+        item.iItem = row;
+        item.iSubItem = column;
+        item.pszText = buffer;
+        item.cchTextMax = capacity;
+        SendMessageW(GetWindow(), LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        return item.pszText;
+    });
+}
+
+int CListControl::GetColumnCount() const
+{
+    if (!Exists() || GetKind() != Kind::ListView)
+        return 1;
+    HWND header = reinterpret_cast<HWND>(SendMessageW(GetWindow(), LVM_GETHEADER, 0, 0));
+    return std::max(1, header ? static_cast<int>(SendMessageW(header, HDM_GETITEMCOUNT, 0, 0)) : 1);
+}
+
+CString CListControl::GetCell(int row, int column) const
+{
+    if (row < 0 || row >= GetCount() || column < 0 || column >= GetColumnCount())
+        return CString();
+    return column == 0 ? GetLine(row) : GetListViewCell(row, column);
 }
 
 std::vector<CString> CListControl::GetLines() const
@@ -124,4 +144,34 @@ StepOutcome CListControl::Select(const CString& line) const
         found += (index ? L", \"" : L"\"") + text + L"\"";
     }
     return StepOutcome::NotYet(Describe() + L" has no line \"" + line + L"\" among [" + found + L"]");
+}
+
+StepOutcome CListControl::EditLabel(int index, const CString& text) const
+{
+    const StepOutcome selected = Select(index);
+    if (!selected.IsDone())
+        return selected;
+    if (HWND edit = OpenLabelEdit(GetWindow(), LVM_GETEDITCONTROL))
+        return StepOutcome::NotYet(L"a label of " + Describe() + L" is being edited: \"" +
+                                   CControl(edit).GetText() + L"\"");
+    SendMessageW(GetWindow(), LVM_EDITLABELW, static_cast<WPARAM>(index), 0);
+    const CString before = GetLine(index);
+    const StepOutcome typed = TypeLabel(GetWindow(), LVM_GETEDITCONTROL, before, text);
+    return typed.IsDone() ? NeedChangedLabel(before, GetLine(index), text) : typed;
+}
+
+bool CListControl::IsLineChecked(int index) const
+{
+    return ListView_GetCheckState(GetWindow(), index) == 1;
+}
+
+StepOutcome CListControl::SetLineChecked(int index, bool checked) const
+{
+    const StepOutcome selected = Select(index);
+    if (!selected.IsDone())
+        return selected;
+    if (!(ListView_GetExtendedListViewStyle(GetWindow()) & LVS_EX_CHECKBOXES))
+        return StepOutcome::Failed(Describe() + L" has no check boxes");
+    ListView_SetCheckState(GetWindow(), index, checked ? TRUE : FALSE); // the list view notifies by itself
+    return StepOutcome::Done();
 }

@@ -1,5 +1,7 @@
 #include "automation/tree_control.h"
 
+#include "automation/label.h"
+
 HTREEITEM CTreeControl::GetNext(HTREEITEM item, UINT relation) const
 {
     return reinterpret_cast<HTREEITEM>(
@@ -18,14 +20,15 @@ HTREEITEM CTreeControl::FirstChild(HTREEITEM item) const
 
 CString CTreeControl::GetItemText(HTREEITEM handle) const
 {
-    wchar_t buffer[1024] = {};
-    TVITEMW item = {};
-    item.mask = TVIF_TEXT | TVIF_HANDLE;
-    item.hItem = handle;
-    item.pszText = buffer;
-    item.cchTextMax = 1024;
-    SendMessageW(GetWindow(), TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-    return item.pszText; // the control may point to a text of its own
+    return ReadLabel([this, handle](wchar_t* buffer, int capacity) {
+        TVITEMW item = {};
+        item.mask = TVIF_TEXT | TVIF_HANDLE;
+        item.hItem = handle;
+        item.pszText = buffer;
+        item.cchTextMax = capacity;
+        SendMessageW(GetWindow(), TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        return item.pszText;
+    });
 }
 
 HTREEITEM CTreeControl::Find(const Path& path) const
@@ -85,16 +88,40 @@ StepOutcome CTreeControl::Select(const Path& path) const
     return StepOutcome::Done();
 }
 
+StepOutcome CTreeControl::Expand(const Path& path) const
+{
+    const StepOutcome usable = NeedUsable();
+    if (!usable.IsDone())
+        return usable;
+    HTREEITEM item = Find(path);
+    if (!item)
+        return StepOutcome::NotYet(Describe() + L" has no item " + DescribePath(path));
+    static_cast<void>(FirstChild(item));
+    return StepOutcome::Done();
+}
+
 StepOutcome CTreeControl::EditLabel(const Path& path, const CString& text) const
+{
+    if (HWND edit = OpenLabelEdit(GetWindow(), TVM_GETEDITCONTROL))
+        return StepOutcome::NotYet(L"a label of " + Describe() + L" is being edited: \"" +
+                                   CControl(edit).GetText() + L"\"");
+    const StepOutcome selected = Select(path);
+    if (!selected.IsDone())
+        return selected;
+    const HTREEITEM item = Find(path);
+    SendMessageW(GetWindow(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(item));
+    const CString before = GetItemText(item);
+    const StepOutcome typed = TypeLabel(GetWindow(), TVM_GETEDITCONTROL, before, text);
+    // Found anew: the page may have made its items again.
+    const HTREEITEM remaining = typed.IsDone() ? Find(path) : nullptr;
+    return remaining ? NeedChangedLabel(before, GetItemText(remaining), text) : typed;
+}
+
+StepOutcome CTreeControl::OpenContextMenu(const Path& path) const
 {
     const StepOutcome selected = Select(path);
     if (!selected.IsDone())
         return selected;
-    HWND edit = reinterpret_cast<HWND>(
-        SendMessageW(GetWindow(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(Find(path))));
-    if (!edit)
-        return StepOutcome::Failed(L"the label of " + DescribePath(path) + L" can't be edited");
-    const StepOutcome typed = CControl(edit).SetText(text);
-    SendMessageW(GetWindow(), TVM_ENDEDITLABELNOW, typed.IsDone() ? FALSE : TRUE, 0);
-    return typed;
+    PostMessageW(GetWindow(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(GetWindow()), MAKELPARAM(-1, -1));
+    return StepOutcome::Done();
 }

@@ -22,8 +22,13 @@ public:
     bool IsExpanded(HTREEITEM item) const;
 
     StepOutcome Select(const Path& path) const;
-    // Opens the item's label, types the text and leaves the edit as Enter does.
+    // Opens the item, so that its children are there; an item without children stays as it is.
+    StepOutcome Expand(const Path& path) const;
+    // Opens the item's label, types the text and presses Enter. Fails when the label then stays as it was. "Not yet", with
+    // the edit's text, while a label is being edited: so too where the page has opened a refused one again.
     StepOutcome EditLabel(const Path& path, const CString& text) const;
+    // Selects the item and posts what Shift+F10 asks for, WM_CONTEXTMENU without a place.
+    StepOutcome OpenContextMenu(const Path& path) const;
 
 private:
     HTREEITEM GetNext(HTREEITEM item, UINT relation) const;

@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 constexpr int ID_EDIT = 101;
@@ -69,7 +70,11 @@ protected:
             fixture->commands.push_back({LOWORD(wParam), HIWORD(wParam)});
         if (message == WM_COMMAND && LOWORD(wParam) == ID_CHECK && fixture && fixture->onCheck)
             fixture->onCheck();
-        return message == WM_INITDIALOG;
+        if (message == WM_NOTIFY && fixture && fixture->onNotify)
+            SetWindowLongPtrW(window, DWLP_MSGRESULT, fixture->onNotify(*reinterpret_cast<NMHDR*>(lParam)));
+        if (message == WM_CONTEXTMENU && fixture)
+            fixture->contextMenuPlace = lParam;
+        return message == WM_INITDIALOG || (message == WM_NOTIFY && fixture && fixture->onNotify);
     }
 
     int Count(Command wanted) const
@@ -83,6 +88,8 @@ protected:
     HWND dialog = nullptr;
     std::vector<Command> commands;
     std::function<void()> onCheck;
+    std::function<LRESULT(NMHDR& header)> onNotify;
+    std::optional<LPARAM> contextMenuPlace;
     std::function<void(const MSG& message)> dialogFilter; // sees each message first
     CScript script;
 };
