@@ -34,6 +34,7 @@ TEST(NumberText, DigitsBeyondTheLimitAreOneMoreThanTheLimit)
     int end = 0;
     EXPECT_EQ(Digits(L"255", 255, end), 255u);
     EXPECT_EQ(Digits(L"256", 255, end), 256u);
+    EXPECT_EQ(Digits(L"259", 255, end), 256u);
     EXPECT_EQ(Digits(L"9", 5, end), 6u);
     EXPECT_EQ(Digits(L"99999999999999999999999999990", 255, end), 256u);
     EXPECT_EQ(end, 29) << "they are passed over";
