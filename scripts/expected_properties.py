@@ -40,17 +40,27 @@ def unquoted(value):
 
 
 def read_answers(path):
-    """The answers of a file that the wizard has already accepted: key with its section -> value."""
-    answers, section = {}, ""
+    """The answers of a file that the wizard has already accepted: (key with its section, product or "") -> value."""
+    answers, section, product = {}, "", ""
     with open(path, encoding="utf-8-sig") as file:
         lines = [line.strip() for line in file]
     for line in lines:
         if line.startswith("["):
-            section = line.strip("[]").strip()
+            section, _, name = line[1:-1].strip().partition('"')
+            section, product = section.strip(), unquoted('"' + name) if name else ""
         elif "=" in line and not line.startswith("#"):
             key, value = line.split("=", 1)
-            answers[section + "." + key.strip()] = unquoted(value)
+            answers[section + "." + key.strip(), product] = unquoted(value)
     return answers
+
+
+def split_word(word):
+    """What --set says: page.key=value, or page "product".key=value."""
+    match = re.fullmatch(r'(\w+)\s*"(.*?)"\.([\w.]+)=(.*)', word, re.DOTALL)
+    if match:
+        return (match.group(1) + "." + match.group(3), match.group(2)), match.group(4)
+    key, value = word.split("=", 1)
+    return (key, ""), value
 
 
 def windows_path(path):
@@ -65,33 +75,46 @@ def full_path(folder, path):
 
 
 def properties_for(answers, folder):
-    """Property -> (key, text) of those answers that a property holds."""
+    """(Property, product or "") -> (key, text) of those answers that a property holds. Where the media lie isn't known here,
+    so an answer below them isn't looked for, nor one that its page only keeps."""
     asked = {}
-    for key, value in answers.items():
-        if key in PROPERTIES:
+    for (key, product), value in answers.items():
+        literal = key.endswith(".literal")
+        key = key.removesuffix(".literal")
+        if key in PROPERTIES and not value.lower().startswith("<media>"):
             name, form = PROPERTIES[key]
-            text = value if form is TEXT else full_path(folder, value) if form is PATH else form[value]
-            asked[name] = (key, text)
+            full = form is PATH and not literal
+            text = full_path(folder, value) if full else value if form in (TEXT, PATH) else form[value]
+            asked[name, product] = (key, text)
     return asked
 
 
 def asked_properties(path, words):
     """What an answers file and the single answers of the command line, which win over it, ask of the properties."""
     asked = properties_for(read_answers(path), os.path.dirname(os.path.abspath(path)))
-    asked.update(properties_for(dict(word.split("=", 1) for word in words), os.getcwd()))
+    said = properties_for(dict(split_word(word) for word in words), os.getcwd())
+    for name, product in said:
+        if not product:  # it wins for each product
+            asked = {place: value for place, value in asked.items() if place[0] != name}
+    asked.update(said)
     return asked
 
 
 def find_unmet(asked, products):
     """A sentence for each asked property that holds something else. `products`: (name, carried, properties) of each
     product, without its language packs. `carried` are the (kind, text) of the registry values that hold a property; the
-    database's `properties` count where no value carries it. What belongs to a product's page is asked of each product,
-    what belongs to the deployment of one of them."""
+    database's `properties` count where no value carries it. What belongs to a product's page is asked of each product, or of
+    the one that the answer names; what belongs to the deployment of one of them."""
     unmet = []
-    for name, (key, text) in sorted(asked.items()):
-        looks = [look(product, name, text) for product in products]
+    for (name, owner), (key, text) in sorted(asked.items()):
+        meant = [product for product in products
+                 if owner.lower() in (product[0].lower(), product[2].get("ProductCode", "").lower())
+                 or not owner and (name, product[0]) not in asked]
+        looks = [look(product, name, text) for product in meant]
         bad = [found for good, found in looks if not good]
-        if not products or (len(bad) == len(looks) if key.split(".")[0] in SECTIONS_OF_DEPLOYMENT else bad):
+        overridden = products and not owner and not meant
+        if not overridden and (not meant or (len(bad) == len(looks)
+                                             if key.split(".")[0] in SECTIONS_OF_DEPLOYMENT else bad)):
             unmet.append("%s asks for \"%s\" in %s, which is %s" % (key, text, name, " and ".join(bad) or "nowhere"))
     return unmet
 

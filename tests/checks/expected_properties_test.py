@@ -12,7 +12,7 @@ sys.path.insert(0, os.path.join(ROOT, "scripts"))
 from expected_properties import PROPERTIES, asked_properties, find_unmet  # noqa: E402
 
 ONLINE_SECTIONS = ("notices", "resources")
-MEMBER_BAY = {"ZOLT_MEMBERBAY_ENABLE": ("resources.member_bay", "#0")}
+MEMBER_BAY = {("ZOLT_MEMBERBAY_ENABLE", ""): ("resources.member_bay", "#0")}
 
 
 class AskedAnswersTest(unittest.TestCase):
@@ -21,12 +21,14 @@ class AskedAnswersTest(unittest.TestCase):
             path = os.path.join(self.folder, "answers.txt")
             with open(path, "w", encoding="utf-8") as file:
                 file.write("rollout-answers 1\n" + text)
-            return {name: value for name, (_, value) in asked_properties(path, words).items()}
+            return {name if not product else (name, product): value
+                    for (name, product), (_, value) in asked_properties(path, words).items()}
 
     def test_every_answer_of_the_online_pages_has_a_property(self):
-        with open(os.path.join(ROOT, "setup", "answer_table.cpp"), encoding="utf-8") as file:
-            rows = re.findall(r'\{L"(\w+)", L"(\w+)", AnswerKind::', file.read())
-        wanted = {section + "." + word for section, word in rows if section in ONLINE_SECTIONS}
+        wanted = set()
+        for section in ONLINE_SECTIONS:
+            with open(os.path.join(ROOT, "setup", section + "_answers.cpp"), encoding="utf-8") as file:
+                wanted.update(section + "." + word for word in re.findall(r'\.word = L"(\w+)"', file.read()))
         self.assertEqual({key for key in PROPERTIES if key.split(".")[0] in ONLINE_SECTIONS}, wanted)
 
     def test_answers_are_told_as_the_properties_hold_them(self):
@@ -40,6 +42,29 @@ class AskedAnswersTest(unittest.TestCase):
     def test_the_command_line_wins_over_the_file(self):
         self.assertEqual(self.asked("[resources]\nparts_bay = no\n", "resources.parts_bay=yes"),
                          {"ZOLT_PARTSBAY_ENABLE": "#1"})
+
+    def test_a_products_section_is_asked_of_that_product(self):
+        asked = self.asked('[resources]\nparts_bay = no\n[resources "Zolt ""Pro"""]\nparts_bay = yes\n')
+        self.assertEqual(asked, {"ZOLT_PARTSBAY_ENABLE": "#0", ("ZOLT_PARTSBAY_ENABLE", 'Zolt "Pro"'): "#1"})
+
+    def test_the_command_line_wins_over_a_products_section_too(self):
+        text = '[resources "Zolt"]\nparts_bay = no\n'
+        self.assertEqual(self.asked(text, "resources.parts_bay=yes"), {"ZOLT_PARTSBAY_ENABLE": "#1"})
+        self.assertEqual(self.asked(text, 'resources "Zolt".parts_bay=yes'), {("ZOLT_PARTSBAY_ENABLE", "Zolt"): "#1"})
+
+    def test_what_a_page_keeps_and_what_lies_below_the_media_is_not_looked_for(self):
+        self.assertEqual(self.asked("[notices]\nsite_feed.kept = \\\\s\\f.xml\nupdate_list = <media>\\a.npl\n"), {})
+
+    def test_a_literal_location_stays_as_it_stands(self):
+        self.assertEqual(self.asked("[notices]\nsite_feed.literal = a.xml\n"), {"ZOLT_SITEMGR_LOCATION": "a.xml"})
+
+    def test_each_product_is_asked_what_its_own_section_says(self):
+        asked = {("ZOLT_MEMBERBAY_ENABLE", ""): ("resources.member_bay", "#0"),
+                 ("ZOLT_MEMBERBAY_ENABLE", "Viewer"): ("resources.member_bay", "#1")}
+        zolt, viewer = ("Zolt", {}, {"ZOLT_MEMBERBAY_ENABLE": "#0"}), ("Viewer", {}, {"ZOLT_MEMBERBAY_ENABLE": "#1"})
+        self.assertEqual(find_unmet(asked, [zolt, viewer]), [])
+        self.assertEqual(len(find_unmet(asked, [zolt, ("Viewer", {}, {"ZOLT_MEMBERBAY_ENABLE": "#0"})])), 1)
+        self.assertEqual(len(find_unmet(asked, [zolt])), 1)
 
     def test_a_relative_location_counts_from_the_files_folder(self):
         self.assertEqual(self.asked("[notices]\nupdate_list = ../a/list.npl\n"),

@@ -53,9 +53,11 @@ def entries_of(template):
 def answered_controls():
     """Section -> controls of its answers."""
     answered = {}
-    for section, control in re.findall(r'\{L"(\w+)", L"\w+", AnswerKind::\w+, (IDC_\w+)',
-                                       read("setup/answer_table.cpp")):
-        answered.setdefault(section, set()).add(control)
+    for path in glob.glob(os.path.join(ROOT, "setup", "*_answers.cpp")):
+        text = read(os.path.relpath(path, ROOT))
+        section = re.search(r'RowOfSection\(L"(\w+)"\)', text)
+        if section:
+            answered[section.group(1)] = set(re.findall(r"\.control = (IDC_\w+)", text))
     return answered
 
 
