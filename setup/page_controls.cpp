@@ -11,6 +11,15 @@ CControl ControlOf(HWND page, const AnswerKey& key)
     return CControl(page, static_cast<int>(key.control));
 }
 
+bool IsShownOn(HWND page, const CControl& control)
+{
+    HWND window = control.GetWindow();
+    while (window && window != page && (GetWindowLongW(window, GWL_STYLE) & WS_VISIBLE)) {
+        window = GetAncestor(window, GA_PARENT);
+    }
+    return window && window == page;
+}
+
 CString Lines(const std::vector<CString>& lines)
 {
     CString list;
@@ -24,7 +33,7 @@ CString Lines(const std::vector<CString>& lines)
 std::optional<CString> ReadRadio(HWND page, const PageAnswerTable& table, const CString& word)
 {
     for (const AnswerKey& key : table.keys) {
-        if (word == key.word && ControlOf(page, key).IsVisible() && ControlOf(page, key).IsChecked()) {
+        if (word == key.word && IsShownOn(page, ControlOf(page, key)) && ControlOf(page, key).IsChecked()) {
             return CString(key.choice);
         }
     }
@@ -63,7 +72,7 @@ std::optional<CString> ReadAnswer(HWND page, const PageAnswerTable& table, const
         return ReadRadio(page, table, word);
     }
     const CListControl control(page, static_cast<int>(key->control));
-    if (!control.Exists() || !control.IsVisible()) {
+    if (!IsShownOn(page, control)) {
         return std::nullopt;
     }
     switch (key->kind) {
@@ -84,7 +93,7 @@ std::optional<CString> ReadAnswer(HWND page, const PageAnswerTable& table, const
 bool CanBeEntered(HWND page, const PageAnswerTable& table, const CString& word)
 {
     for (const AnswerKey& key : table.keys) {
-        if (word == key.word && ControlOf(page, key).IsVisible() && ControlOf(page, key).IsEnabled()) {
+        if (word == key.word && IsShownOn(page, ControlOf(page, key)) && ControlOf(page, key).IsEnabled()) {
             return true;
         }
     }

@@ -8,11 +8,12 @@
 
 #include <optional>
 
-// What the control of the word holds, as an answer puts it. Nothing when it isn't there, isn't shown (a radio's answer counts
-// while one of its buttons is), or holds what no answer can say, such as no selection.
+// What the control of the word holds, as an answer puts it. Nothing when it isn't there, isn't shown on the page (a radio's
+// answer counts while one of its buttons is), or holds what no answer can say, such as no selection. The page itself may be
+// hidden, as one that is going is.
 [[nodiscard]] std::optional<CString> ReadAnswer(HWND page, const PageAnswerTable& table, const CString& word);
 
-// True while a person could enter another value.
+// True while a person could enter another value, were the page shown.
 [[nodiscard]] bool CanBeEntered(HWND page, const PageAnswerTable& table, const CString& word);
 
 // True when the page does by itself, or holds already, what the answer asks for, so that nothing need be entered.

@@ -11,4 +11,7 @@
 #define IDC_TEST_COMBO 9104
 #define IDC_TEST_LAST 9105
 
+#define IDS_TEST_QUESTION 9200
+#define IDS_TEST_REFUSAL 9201
+
 #endif

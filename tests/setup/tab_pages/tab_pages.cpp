@@ -93,7 +93,8 @@ public:
                 return false;
             }
         }
-        return true;
+        return this->GetDlgItemText(IDC_TEST_EDIT) != L"doubtful" ||
+               this->ShowPageBox(L"Page " + NumberText(number) + L" asks", MB_YESNO) == IDYES;
     }
 
     bool StoreWithoutValidation() override

@@ -1,6 +1,6 @@
 // Twelve tab pages and a large one, on the real page frame, in a library of their own as the product's are. Each stores
-// its edit as the property TEST_VALUE_<number>, refuses the text "bad" with a box, in its last edit too, and refuses the way
-// back while its edit holds "no way back". While the edit holds "own keys" it takes all keys that go down there for
+// its edit as the property TEST_VALUE_<number>, refuses the text "bad" with a box, in its last edit too, asks about the text
+// "doubtful", and refuses the way back while its edit holds "no way back". While the edit holds "own keys" it takes all keys that go down there for
 // itself, and shows a box for F2.
 #pragma once
 
