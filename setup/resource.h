@@ -59,8 +59,7 @@
 #define IDS_RUN_STARTING 315
 #define IDS_LOG_FAILED 316 // %1: path, %2: why
 #define IDS_SESSION_END_WAITS 317
-#define IDS_FAILURE_PANE                                                                                     \
-    318 // HTML. %1: what failed and what to do, %2: log, %3: IDS_FAILURE_ANSWERS or nothing
+#define IDS_FAILURE_PANE 318      // HTML. %1: what failed and what to do, %2: log, %3: answers
 #define IDS_RECORD_FAILED 325     // %1: path, %2: why
 #define IDS_FAILURE_ANSWERS 326   // HTML. %1: path
 #define IDS_RECORD_IS_ANSWERS 327 // %1: path

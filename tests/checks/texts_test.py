@@ -56,6 +56,7 @@ PROGRAM_WORDS = {
     "IDS_CONFIGURE_NO_DATABASE_SAVE": "can't continue", "IDS_CONFIGURE_NO_WINDOW": "dialog",
     "IDS_CONFIGURE_NO_PRODUCT": "none of the media's products", "IDS_LOG_FAILED": "--log",
     "IDS_SESSION_END_WAITS": "asking", "IDS_FAILURE_PANE": "What happened",
+    "IDS_FAILURE_ANSWERS": "Your entries", "IDS_RECORD_FAILED": "written", "IDS_RECORD_IS_ANSWERS": "replace",
 }
 CONTROL_WORDS = {
     "IDYES": "Yes", "IDNO": "No", "IDC_BACK": "Back", "IDC_RESET": "over", "IDC_LINK1": "guide", "IDC_LINK2": "notes",
