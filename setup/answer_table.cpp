@@ -27,6 +27,17 @@ const PageAnswerTable* FindAnswerTable(AnswerTables tables, const CString& secti
     return nullptr;
 }
 
+const PageAnswerTable* FindAnswerTableOfExport(AnswerTables tables, const CString& exportName)
+{
+    for (const PageAnswerTable* table : tables) {
+        if (exportName == WizardExport(*table->page) ||
+            (table->page->bTab && exportName == TabExport(*table->page))) {
+            return table;
+        }
+    }
+    return nullptr;
+}
+
 const AnswerKey* FindAnswerKey(const PageAnswerTable& table, const CString& word)
 {
     for (const AnswerKey& key : table.keys) {

@@ -90,6 +90,8 @@ AnswerTables PageAnswerTables();
 
 // Null when no page has the section.
 const PageAnswerTable* FindAnswerTable(AnswerTables tables, const CString& section);
+// By the export of either shape of its page; null when no page with answers has it.
+const PageAnswerTable* FindAnswerTableOfExport(AnswerTables tables, const CString& exportName);
 // The first row of the word; null for an unknown one.
 const AnswerKey* FindAnswerKey(const PageAnswerTable& table, const CString& word);
 // The row of a question's role; null for an unknown one.

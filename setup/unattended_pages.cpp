@@ -99,9 +99,9 @@ void CUnattendedPages::UsePage(const CString& page, const CProduct* product, con
 {
     m_strPage = page;
     m_strProduct = shownProduct;
-    m_pRow = FindPage(page);
+    m_pTable = FindAnswerTableOfExport(m_tables, page);
+    m_pRow = m_pTable ? m_pTable->page : FindPage(page);
     const CString section = m_pRow ? CString(m_pRow->section) : CString();
-    m_pTable = FindAnswerTable(m_tables, section);
     m_pAnswers = m_answers.Find(section, m_pRow && m_pRow->bOfProduct ? NamesOf(product) : AnswerProduct());
 }
 
