@@ -73,6 +73,7 @@ void CAnswerEntry::AddSteps(CScript& script, const PageAnswers& answers)
         }
         listsAdded = listsAdded || isOfList;
     }
+    AddWaitStep(script, *answers.pTable); // what the last answer has begun is still about it
     script.Add(L"end the entering", [this] {
         m_events.OnEntered();
         return StepOutcome::Done();
@@ -97,6 +98,7 @@ void CAnswerEntry::AddWaitStep(CScript& script, const PageAnswerTable& table)
 
 void CAnswerEntry::AddPlainSteps(CScript& script, const PageAnswers& answers, const PageAnswer& answer)
 {
+    AddWaitStep(script, *answers.pTable);
     script.Add(CString(L"enter ") + answer.pKey->word,
                [this, &answers, &answer] { return Enter(answers, answer); });
     script.Add(CString(L"check ") + answer.pKey->word, [this, &answer] {
@@ -114,6 +116,7 @@ void CAnswerEntry::AddKeptSteps(CScript& script, const PageAnswers& answers, con
         detours->push_back({need, {}});
     }
     const auto add = [&](const CString& name, std::size_t index, bool back, bool waits) {
+        AddWaitStep(script, table);
         script.Add(name, [this, &table, &answer, detours, index, back, waits] {
             Detour& detour = (*detours)[index];
             if (m_events.HasFailed() || (back && !detour.before)) {
@@ -155,6 +158,7 @@ void CAnswerEntry::AddListSteps(CScript& script, const PageAnswers& answers)
         return;
     }
     for (const ListStep& step : lists->MakeSteps(lines)) {
+        AddWaitStep(script, *answers.pTable);
         script.Add(step.strName, [this, step] { return RunListStep(step); });
     }
 }

@@ -34,7 +34,7 @@ public:
 
     // The steps for all answers of a page; `answers` stay as long as the script.
     void AddSteps(CScript& script, const PageAnswers& answers);
-    // The step that waits until the page is no longer at work; none for a page that never is.
+    // The step that waits until the page is no longer at work; none for a page that never is. The page's own limit counts.
     void AddWaitStep(CScript& script, const PageAnswerTable& table);
 
 private:

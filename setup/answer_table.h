@@ -67,7 +67,8 @@ struct PageAnswerTable
     // entered where the first of them stands, in the order of the answers.
     std::span<const AnswerKey> keys = {};
     std::span<const AnswerBox> boxes = {};
-    // How long the page may be at work before it can be left, such as downloading; 0 for one that never is.
+    // How long the page may be at work, such as downloading, behind each of its answers and before it is left; 0 for one
+    // that never is.
     unsigned int workSeconds = 0;
 };
 

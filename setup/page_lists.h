@@ -19,7 +19,12 @@ struct ListLine
     bool operator==(const ListLine&) const = default;
 };
 
-// One step of entering. Tried again while it says "not yet"; a failed one is a refusal of the answer, with the reason.
+// One step of entering, tried again while it says "not yet". A failed one is a refusal of the answer, with the reason: so
+// must a step end that sees that the page hasn't done what was asked, or the run waits until the page is overdue.
+//
+// Between the tries of all steps the run answers boxes. What is left open when it fails, a picker or a menu, is closed for
+// the step. Before each step the page's work is waited for, so one that begins some is followed by one that finds it done;
+// a box that comes meanwhile is about the answer of the step before.
 struct ListStep
 {
     const PageAnswer* pAnswer = nullptr;
