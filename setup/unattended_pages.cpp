@@ -71,9 +71,15 @@ void CUnattendedPages::Begin(CSetupManager& manager)
     m_hPage = nullptr;
     m_hWindow = nullptr;
     m_hHandled = nullptr;
+    m_pEntered = nullptr;
+    ForgetQuestion();
+}
+
+// What came up before a page was asked to go on doesn't keep it.
+void CUnattendedPages::ForgetQuestion()
+{
     m_strLastBox.Empty();
     m_pLastQuestion = nullptr;
-    m_pEntered = nullptr;
 }
 
 int CUnattendedPages::Play(const std::function<void(CScript&)>& addSteps, const std::function<int()>& show)
@@ -129,6 +135,7 @@ void CUnattendedPages::AddConfigureSteps(CScript& script)
         }
         script.Add(L"go to the tab", [this, tab] {
             m_bTabChanged.reset();
+            ForgetQuestion();
             m_bTabChanged = m_failure || m_pDialog->GoTo(tab); // answers boxes while it waits
             return StepOutcome::Done();
         });
@@ -241,6 +248,7 @@ StepOutcome CUnattendedPages::PressLeave()
     }
     m_log.Line(cancels ? L"  leave = cancel" : L"  leave = next");
     m_leftAt = GetTickCount64();
+    ForgetQuestion();
     return button.Click();
 }
 

@@ -46,6 +46,7 @@ private:
     void AddLeaveSteps(CScript& script);
     void UsePage(const CString& page, const CProduct* product, const CString& shownProduct);
     void UseTab(int tab);
+    void ForgetQuestion();
     StepOutcome WaitForTab(int tab);
     StepOutcome Watch();
     StepOutcome WaitForPage();
