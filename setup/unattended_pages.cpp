@@ -2,6 +2,7 @@
 
 #include "automation/control.h"
 #include "automation/message_box.h"
+#include "automation/popup_menu.h"
 #include "automation/window_finder.h"
 #include "base/scope_exit.h"
 #include "include/navigation.h"
@@ -189,7 +190,10 @@ StepOutcome CUnattendedPages::Watch()
         return StepOutcome::NotYet(L"the cancel question is being answered");
     }
     if (m_failure && m_hWindow && IsWindow(m_hWindow)) {
-        DestroyWindow(m_hWindow); // no box is left whose handler could still use it
+        if (CloseWindowOfPage()) {
+            return StepOutcome::NotYet(L"what the page has opened is being closed");
+        }
+        DestroyWindow(m_hWindow); // no handler is left that could still use it
         return StepOutcome::NotYet(L"the page is being closed");
     }
     return StepOutcome::Done();
@@ -388,6 +392,22 @@ bool CUnattendedPages::OnCancelQuestion()
              PageTitle() + L": the cancel question can't be answered: " + pressed.GetReason());
         DestroyWindow(question);
     }
+    return true;
+}
+
+// A picker or a menu: the page's handler that has opened it still waits for it.
+bool CUnattendedPages::CloseWindowOfPage()
+{
+    const std::vector<HWND> windows = TopLevelWindows();
+    if (windows.empty() || windows.front() == m_hWindow) {
+        return false;
+    }
+    if (FindPopupMenu()) {
+        EndMenu();
+        return true;
+    }
+    m_hHandled = windows.front();
+    PostMessageW(m_hHandled, WM_COMMAND, IDCANCEL, 0);
     return true;
 }
 

@@ -60,6 +60,7 @@ private:
     void AnswerBox(const MessageBoxView& box, const BoxVerdict& verdict);
     void ReportRefusal(const MessageBoxView& box, const BoxVerdict& verdict);
     bool OnCancelQuestion();
+    bool CloseWindowOfPage();
     void Dismiss(const MessageBoxView& box);
 
     // Of entering answers.
