@@ -80,6 +80,15 @@ bool IsYes(const CString& value)
     return value == L"yes";
 }
 
+CString PageAnswer::QuotedFields() const
+{
+    CString list;
+    for (const CString& field : fields) {
+        list += (list.IsEmpty() ? CString(L"\"") : CString(L", \"")) + field + L"\"";
+    }
+    return list;
+}
+
 bool AnswerProduct::IsNamed(const CString& text) const
 {
     return !text.IsEmpty() && (text.CompareNoCase(strName) == 0 || text.CompareNoCase(strCode) == 0);

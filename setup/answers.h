@@ -29,6 +29,8 @@ struct PageAnswer
     AnswerOrigin origin;
 
     const CString& Value() const { return fields.front(); }
+    // In quotes, several with commas between them: for messages.
+    [[nodiscard]] CString QuotedFields() const;
 };
 
 struct QuestionAnswer

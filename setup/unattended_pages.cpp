@@ -96,8 +96,8 @@ int CUnattendedPages::Play(const std::function<void(CScript&)>& addSteps, const 
     script.Start();
     const int result = show();
     if (script.HasFailed()) {
-        Fail(SETUP_PAGE_OVERDUE,
-             L"The page " + PageTitle() + L" is overdue. " + OneLine(script.GetFailure()));
+        const CString reason = L"The page " + PageTitle() + L" is overdue. " + OneLine(script.GetFailure());
+        Fail(SETUP_PAGE_OVERDUE, m_pEntered ? EnteredError(*m_pEntered, reason).Text() : reason);
     }
     return result;
 }
@@ -344,12 +344,7 @@ void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& ve
     }
     case BoxMeaning::Unanswered:
         m_pictures.Take(m_hWindow, m_strPage, L"-stopped");
-        Fail(SETUP_UNANSWERED_BOX,
-             PageError(L"A question has no answer: \"" + OneLine(box.text) + L"\"" +
-                       (verdict.pBox
-                            ? CString(L" Add ") + QUESTION_PREFIX + verdict.pBox->role + L" = yes or no."
-                            : CString(L" Change the answers so that it doesn't come up.")))
-                 .Text());
+        ReportQuestion(box, verdict);
         break;
     case BoxMeaning::Refused:
         m_pictures.Take(m_hWindow, m_strPage, L"-stopped");
@@ -359,16 +354,21 @@ void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& ve
     Dismiss(box);
 }
 
+void CUnattendedPages::ReportQuestion(const MessageBoxView& box, const BoxVerdict& verdict)
+{
+    const CString reason =
+        L"A question has no answer: \"" + OneLine(box.text) + L"\"" +
+        (verdict.pBox ? CString(L" Add ") + QUESTION_PREFIX + verdict.pBox->role + L" = yes or no."
+                      : CString(L" Change the answers so that it doesn't come up."));
+    Fail(SETUP_UNANSWERED_BOX, (m_pEntered ? EnteredError(*m_pEntered, reason) : PageError(reason)).Text());
+}
+
 // Names the answer that the page deals with or that the box is about, with its line.
 void CUnattendedPages::ReportRefusal(const MessageBoxView& box, const BoxVerdict& verdict)
 {
-    AnswersError error = PageError(OneLine(box.text));
     const PageAnswer* refused = m_pEntered ? m_pEntered : verdict.pRefused;
-    if (refused) {
-        error.strKey = PageName() + L"." + refused->pKey->word;
-        error.strSource = refused->origin.strSource;
-        error.nLine = refused->origin.nLine;
-    } else if (verdict.pBox) {
+    AnswersError error = refused ? EnteredError(*refused, OneLine(box.text)) : PageError(OneLine(box.text));
+    if (!refused && verdict.pBox) {
         error.strKey = PageName() + L"." + verdict.pBox->key;
         error.strReason += L" The answers don't hold this key; the page proposed the value.";
     }
@@ -446,7 +446,7 @@ void CUnattendedPages::OnRefused(const PageAnswer& answer, const CString& reason
         m_pictures.Take(m_hWindow, m_strPage, L"-stopped");
         Fail(SETUP_ANSWER_REFUSED,
              RefusedAnswer(*m_pAnswers, answer.pKey->word, answer.origin,
-                           BehindProduct(m_strProduct, L"\"" + answer.Value() + L"\": " + reason))
+                           BehindProduct(m_strProduct, answer.QuotedFields() + L": " + reason))
                  .Text());
     }
 }
@@ -485,6 +485,15 @@ void CUnattendedPages::Fail(unsigned int exitCode, const CString& cause)
 AnswersError CUnattendedPages::PageError(const CString& reason) const
 {
     return {PageOrigin().strSource, PageOrigin().nLine, PageName(), BehindProduct(m_strProduct, reason)};
+}
+
+// The fields tell lines of one key apart.
+AnswersError CUnattendedPages::EnteredError(const PageAnswer& answer, const CString& reason) const
+{
+    const bool isLine = answer.pKey->kind == AnswerKind::List;
+    return RefusedAnswer(
+        *m_pAnswers, answer.pKey->word, answer.origin,
+        BehindProduct(m_strProduct, isLine ? answer.QuotedFields() + L": " + reason : reason));
 }
 
 CString CUnattendedPages::PageTitle() const

@@ -58,6 +58,7 @@ private:
     CString CauseWithoutPage(const MessageBoxView& box) const;
     bool OnConfigureCancel(const MessageBoxView& box);
     void AnswerBox(const MessageBoxView& box, const BoxVerdict& verdict);
+    void ReportQuestion(const MessageBoxView& box, const BoxVerdict& verdict);
     void ReportRefusal(const MessageBoxView& box, const BoxVerdict& verdict);
     bool OnCancelQuestion();
     bool CloseWindowOfPage();
@@ -71,6 +72,8 @@ private:
     void OnRefused(const PageAnswer& answer, const CString& reason) override;
 
     [[nodiscard]] AnswersError WhyNextIsOff() const;
+    // Of the answer that the page deals with.
+    [[nodiscard]] AnswersError EnteredError(const PageAnswer& answer, const CString& reason) const;
     void Fail(unsigned int exitCode, const CString& cause);
     AnswersError PageError(const CString& reason) const;
     CString PageName() const;
