@@ -88,6 +88,18 @@ void ConfigureTest::WarmUp()
     }
     Press(IDC_CONFIGURE_CANCEL);
     (void)Run();
+    Forget();
+}
+
+void ConfigureTest::BeginBehind(const std::function<void()>& warmUp)
+{
+    warmUp();
+    Forget();
+    m_before = ReadProcessState();
+}
+
+void ConfigureTest::Forget()
+{
     m_dialog.reset();
     m_tabs.clear();
     m_products.clear();
@@ -141,12 +153,19 @@ void ConfigureTest::AddTabs(int count)
 
 void ConfigureTest::AddTab(int page, TestProduct& product)
 {
+    AddTab(L"Test" + NumberText(page) + L"Page", GetTestPage(page), product);
+    m_tabs.back().strName = L"Page " + NumberText(page);
+    m_tabs.back().strCaption = TabCaption(product.m_strName, m_tabs.back().strName, m_products.size() > 1);
+}
+
+void ConfigureTest::AddTab(const wchar_t* page, TabPageFunction create, TestProduct& product)
+{
     ConfigureTab tab;
-    tab.strPage = L"Test" + NumberText(page) + L"Page";
-    tab.strName = L"Page " + NumberText(page);
+    tab.strPage = page;
+    tab.strName = page;
     tab.strProduct = m_products.size() > 1 ? CString(product.m_strName) : CString();
     tab.strCaption = TabCaption(product.m_strName, tab.strName, m_products.size() > 1);
-    tab.create = GetTestPage(page);
+    tab.create = create;
     tab.context.pSetupManager = &host.manager;
     tab.context.pProduct = &product;
     tab.context.hDatabase = product.database;

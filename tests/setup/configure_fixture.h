@@ -54,6 +54,8 @@ protected:
     // Tabs with the pages 0 to `count` - 1 of each product.
     void AddTabs(int count);
     void AddTab(int page, TestProduct& product);
+    // One of an export by its name.
+    void AddTab(const wchar_t* page, TabPageFunction create, TestProduct& product);
     void AddTabWithoutProduct(int page);
     ConfigureOptions options;
     PageHookList leaveHooks;    // of the tabs that are added from then on
@@ -93,12 +95,16 @@ protected:
     CString Property(TestProduct& product, const wchar_t* name) const;
     void CloseDatabase(TestProduct& product);
 
+    // Runs what makes the system fill caches of its own, and begins the test behind that.
+    void BeginBehind(const std::function<void()>& warmUp);
+
     TestHost host;
     PagesRecord& record;
     CScript script;
 
 private:
     void WarmUp();
+    void Forget();
 
     ProcessState m_before;
     CTestFolder m_folder;
