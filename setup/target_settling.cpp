@@ -92,6 +92,13 @@ TargetSettled CTargetSettling::Settle(CSetupHost& host, bool unattended)
     return TargetSettled::GoOn;
 }
 
+void CTargetSettling::NoteAnswer(bool yes) const
+{
+    if (m_note) {
+        m_note(SECTION, ROLE_REPLACE_UNLISTED, yes);
+    }
+}
+
 TargetSettled CTargetSettling::Refuse(const TargetVerdict& verdict, bool unattended)
 {
     if (unattended) {
@@ -107,6 +114,7 @@ TargetSettled CTargetSettling::AskPerson(CSetupHost& host, const TargetVerdict& 
     const CString question = ReplacementQuestion(verdict);
     const bool yes = ShowBox(question, MB_YESNO | MB_ICONWARNING | MB_DEFBUTTON2) == IDYES;
     m_log.Line(L"Question \"" + OneLine(question) + (yes ? L"\" = yes" : L"\" = no"));
+    NoteAnswer(yes);
     if (!yes) {
         host.DeclineReplacing();
         return TargetSettled::ChooseAgain;
@@ -126,6 +134,7 @@ TargetSettled CTargetSettling::AskAnswers(CSetupHost& host, const TargetVerdict&
                     L"A question has no answer: \"" + question + L"\" Add " + key + L" = yes or no.");
     }
     m_log.Line(L"  " + key + (answer->bYes ? L" = yes" : L" = no"));
+    NoteAnswer(answer->bYes);
     if (!answer->bYes) {
         return Fail(SETUP_ANSWER_REFUSED, L"name",
                     L"The deployment in \"" + verdict.strFolder +

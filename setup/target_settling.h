@@ -6,7 +6,9 @@
 #include "setup/answers.h"
 #include "setup/run_log.h"
 
+#include <functional>
 #include <optional>
+#include <utility>
 
 enum class TargetSettled
 {
@@ -18,13 +20,20 @@ enum class TargetSettled
 class CTargetSettling
 {
 public:
+    // What is to be known of an answer to a question of this class.
+    using AnswerNote = std::function<void(const CString& section, const wchar_t* role, bool yes)>;
+
     // Borrows both.
-    CTargetSettling(const CAnswers& answers, CRunLog& log) : m_answers(answers), m_log(log) {}
+    CTargetSettling(const CAnswers& answers, CRunLog& log, AnswerNote note = {})
+        : m_answers(answers), m_log(log), m_note(std::move(note))
+    {
+    }
 
     [[nodiscard]] TargetSettled Settle(CSetupHost& host, bool unattended);
     [[nodiscard]] const std::optional<RunOutcome>& GetFailure() const { return m_failure; }
 
 private:
+    void NoteAnswer(bool yes) const;
     TargetSettled Refuse(const TargetVerdict& verdict, bool unattended);
     TargetSettled AskPerson(CSetupHost& host, const TargetVerdict& verdict);
     TargetSettled AskAnswers(CSetupHost& host, const TargetVerdict& verdict);
@@ -32,6 +41,7 @@ private:
 
     const CAnswers& m_answers;
     CRunLog& m_log;
+    const AnswerNote m_note;
     std::optional<RunOutcome> m_failure;
 };
 

@@ -50,7 +50,11 @@ protected:
     StubHost host;
     CAnswers answers;
     CRunLog log{false, CString()};
-    CTargetSettling settling{answers, log};
+    std::vector<CString> noted;
+    CTargetSettling::AnswerNote note = [this](const CString& section, const wchar_t* role, bool yes) {
+        noted.push_back(section + L"." + role + (yes ? L"=yes" : L"=no"));
+    };
+    CTargetSettling settling{answers, log, note};
     MessageBoxView box; // the last one
     CScript m_script;
 };
@@ -119,5 +123,29 @@ TEST_F(TargetSettling, AFreePlaceBringsNoBox)
     for (const auto state : {TargetVerdict::State::Free, TargetVerdict::State::MayBeReplaced}) {
         host.verdict.state = state;
         EXPECT_EQ(settling.Settle(host, false), TargetSettled::GoOn);
+    }
+}
+
+TEST_F(TargetSettling, APersonsAnswerIsNoted)
+{
+    AnswerBox(IDNO);
+    Settle();
+    AnswerBox(IDYES);
+    Settle();
+    EXPECT_EQ(noted, (std::vector<CString>{L"begin.replace_unlisted=no", L"begin.replace_unlisted=yes"}));
+}
+
+TEST_F(TargetSettling, AnAnswerOfTheAnswersIsNotedToo)
+{
+    for (const bool yes : {true, false}) {
+        PageAnswers section;
+        section.pTable = FindAnswerTable(PageAnswerTables(), L"begin");
+        section.questions.push_back({FindQuestion(*section.pTable, ROLE_REPLACE_UNLISTED), yes, {}});
+        CAnswers given;
+        given.fileSections.push_back(section);
+        noted.clear();
+        CTargetSettling unattended{given, log, note};
+        EXPECT_EQ(unattended.Settle(host, true), yes ? TargetSettled::GoOn : TargetSettled::EndRun);
+        EXPECT_EQ(noted, std::vector<CString>{CString(L"begin.replace_unlisted=") + (yes ? L"yes" : L"no")});
     }
 }
