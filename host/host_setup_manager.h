@@ -62,6 +62,7 @@ public:
     void DeclineReplacing();
     // Why the mode that the begin page asked for could not be entered, once; empty when it was.
     CString ReadModeFailure();
+    int CountProductOpenings() const { return m_workNumber; }
 
 private:
     OperationError OpenProducts();

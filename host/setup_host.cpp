@@ -39,6 +39,7 @@ public:
     const std::vector<FlowPage>& GetFlow() override { return m_flow; }
     bool OffersConfigure() override { return m_bConfigure; }
     const std::vector<CProduct*>& GetProducts() override;
+    int CountProductOpenings() override { return m_manager->CountProductOpenings(); }
     PageContext MakePageContext(const FlowPage& page, bool canGoBack) override;
     PageContext MakePageContext(const FlowPage& page, bool canGoBack, CProduct* product) override;
     OperationError CheckDatabase(CProduct& product) override;

@@ -75,6 +75,8 @@ public:
     // The products of the deployment, opened if they aren't; empty when that fails, which the log reports. Both the
     // vector and what it points to change with the begin page.
     virtual const std::vector<CProduct*>& GetProducts() = 0;
+    // How often they have been opened: with another number their databases hold nothing of what pages stored before.
+    virtual int CountProductOpenings() = 0;
 
     // Fills the record for a page that is to be shown next: product, database, help file, Back. Hooks are the caller's to
     // add. The first form is for a page that belongs to no product, and gives it the first one; the second has the step

@@ -338,6 +338,9 @@ void CConfigureDialog::MakePage(int index)
     } else {
         tab.record.NoteMade(tab.page.hWnd);
     }
+    if (m_options.pageMade) {
+        m_options.pageMade(tab.described, tab.page.hWnd);
+    }
     tab.size = SizeOf(tab.page.hWnd);
     const SIZE room = {std::max(m_room.cx, tab.size.cx), std::max(m_room.cy, tab.size.cy)};
     if (room.cx != m_room.cx || room.cy != m_room.cy) {

@@ -46,6 +46,8 @@ struct ConfigureOptions
     CString strPlaceKey;        // where the dialog's place is remembered (see ReadWindowCorner)
     // The empty text, or why the product's database doesn't answer.
     std::function<CString(CProduct& product)> checkDatabase;
+    // A page has just been made, also anew.
+    std::function<void(const ConfigureTab& tab, HWND page)> pageMade;
 };
 
 class CConfigureDialog final : public CDialogImpl<CConfigureDialog>,

@@ -60,7 +60,10 @@ private:
 
 CWizard::CWizard(const CommandLine& line, CAnswers& answers, CRunLog& log)
     : m_line(line), m_answers(answers), m_log(log), m_pictures(line.strPictures, log),
-      m_unattended(answers, m_pictures, log), m_target(answers, log)
+      m_unattended(answers, m_pictures, log),
+      m_target(answers, log, [this](const CString& section, const wchar_t* role, bool yes) {
+          m_recorder.NoteQuestion(section, role, yes);
+      })
 {
 }
 
@@ -190,6 +193,7 @@ FlowMove CWizard::Show(const FlowMove& move, CWizardFlow& flow)
     FlowMove next;
     if (isPage && result == NAVIGATION_NEXT &&
         HasRole(m_pages[static_cast<std::size_t>(move.nPage)].strName, PageRole::Target)) {
+        m_recorder.NoteTarget(m_host->CountProductOpenings(), m_host->GetBaseFolder());
         CheckAnsweredProducts();
         if (m_ended || !SettleTarget(flow, next)) {
             return next;
@@ -236,6 +240,7 @@ FlowMove CWizard::OnModeFailure(const CString& reason, CWizardFlow& flow)
     MessageBoxW(nullptr, reason, SetupText(IDS_PROGRAM_TITLE), MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
     m_host->GetSetupManager().ResetSetupMode();
     m_changes.Forget(); // the products were opened anew
+    m_recorder.Forget();
     UseLocationOfCommandLine();
     return flow.StartAgain();
 }
@@ -281,6 +286,7 @@ int CWizard::ShowPage(const FlowMove& move, bool canGoBack)
     if (canGoBack) { // the first page only says which deployment is meant
         m_changes.Watch(context);
     }
+    m_recorder.WatchPage(context, page.strName, context.pProduct);
     std::optional<CFailurePane> failure;
     if (HasRole(page.strName, PageRole::Failed)) {
         failure.emplace(m_strCause, m_line.strLog, m_strKeptAnswers, context);
@@ -295,6 +301,7 @@ int CWizard::ShowPage(const FlowMove& move, bool canGoBack)
     if (result == NAVIGATION_RESET) { // what an earlier build has left doesn't count for the next one
         m_strCause.Empty();
         m_changes.Forget();
+        m_recorder.Forget();
         UseLocationOfCommandLine();
     }
     if (result == NAVIGATION_LOAD_FAILED) {
@@ -308,7 +315,9 @@ int CWizard::ShowPage(const FlowMove& move, bool canGoBack)
 int CWizard::ShowConfigure(bool canGoBack)
 {
     CConfigureDialog dialog(m_host->GetSetupManager(), MakeTabs(), MakeConfigureOptions(canGoBack));
+    m_recorder.BeginTabs(dialog);
     const int result = m_line.IsUnattended() ? m_unattended.ShowConfigure(dialog) : dialog.Run();
+    m_recorder.EndTabs();
     m_changes.Note(dialog.HasChanges());
     if (result == NAVIGATION_LOAD_FAILED) {
         m_strCause = L"The dialog with the products' pages could not be shown.";
@@ -336,6 +345,7 @@ std::vector<ConfigureTab> CWizard::MakeTabs()
             tab.strProduct = NameAmongSeveral(product);
             tab.strCaption = TabCaption(tab.strProduct, tab.strName, !tab.strProduct.IsEmpty());
             tab.context = m_host->MakePageContext(page, true, product);
+            m_recorder.AddTabHooks(tab.context);
             tabs.push_back(std::move(tab));
         }
     }
@@ -353,6 +363,9 @@ ConfigureOptions CWizard::MakeConfigureOptions(bool canGoBack)
         options.strPlaceKey = USER_KEY;
     }
     options.checkDatabase = [this](CProduct& product) { return m_host->CheckDatabase(product).message; };
+    options.pageMade = [this](const ConfigureTab& tab, HWND page) {
+        m_recorder.WatchTab(page, tab.strPage, tab.context.pProduct);
+    };
     return options;
 }
 

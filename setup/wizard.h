@@ -2,6 +2,7 @@
 #pragma once
 
 #include "setup/answers.h"
+#include "setup/answers_recorder.h"
 #include "setup/change_watch.h"
 #include "setup/command_line.h"
 #include "setup/configure_dialog.h"
@@ -27,6 +28,8 @@ public:
 
     // Once an object. `media`: full path.
     [[nodiscard]] RunOutcome Run(const CString& media);
+    // What the run's pages held and asked, also behind Run.
+    [[nodiscard]] const CAnswersRecorder& GetRecorder() const { return m_recorder; }
 
 private:
     [[nodiscard]] CString LoadLibraries();
@@ -65,6 +68,7 @@ private:
     std::unique_ptr<CSetupHost> m_host; // goes before the libraries
     std::optional<CEndRequests> m_endRequests;
     std::vector<FlowPage> m_pages; // those that exist
+    CAnswersRecorder m_recorder;
     CTargetSettling m_target;
     CChangeWatch m_changes;
     CString m_strCause;                // of a run that has failed so far

@@ -151,9 +151,9 @@ void ConfigureTest::AddTabs(int count)
     }
 }
 
-void ConfigureTest::AddTab(int page, TestProduct& product)
+void ConfigureTest::AddTab(int page, TestProduct& product, const wchar_t* name)
 {
-    AddTab(L"Test" + NumberText(page) + L"Page", GetTestPage(page), product);
+    AddTab(name ? CString(name) : L"Test" + NumberText(page) + L"Page", GetTestPage(page), product);
     m_tabs.back().strName = L"Page " + NumberText(page);
     m_tabs.back().strCaption = TabCaption(product.m_strName, m_tabs.back().strName, m_products.size() > 1);
 }
@@ -265,7 +265,7 @@ int ConfigureTest::Run()
         return clear.IsFailed() ? clear : StepOutcome::NotYet(L"the dialog is still up");
     });
     script.Start();
-    const int result = m_dialog->Run();
+    const int result = ShowDialog(*m_dialog, nullptr);
     script.Stop();
     EXPECT_FALSE(script.HasFailed()) << Utf8(script.GetFailure());
     EXPECT_TRUE(script.HasFailed() || script.IsFinished())
@@ -276,7 +276,12 @@ int ConfigureTest::Run()
 int ConfigureTest::RunUnattended(CUnattendedPages& pages)
 {
     m_dialog = std::make_unique<CConfigureDialog>(host.manager, m_tabs, options);
-    return pages.ShowConfigure(*m_dialog);
+    return ShowDialog(*m_dialog, &pages);
+}
+
+int ConfigureTest::ShowDialog(CConfigureDialog& dialog, CUnattendedPages* unattended)
+{
+    return unattended ? unattended->ShowConfigure(dialog) : dialog.Run();
 }
 
 int ConfigureTest::VisiblePages()

@@ -53,7 +53,8 @@ protected:
     TestProduct& AddProduct(const wchar_t* name);
     // Tabs with the pages 0 to `count` - 1 of each product.
     void AddTabs(int count);
-    void AddTab(int page, TestProduct& product);
+    // `name`: the export under which the page is known; null: its own.
+    void AddTab(int page, TestProduct& product, const wchar_t* name = nullptr);
     // One of an export by its name.
     void AddTab(const wchar_t* page, TabPageFunction create, TestProduct& product);
     void AddTabWithoutProduct(int page);
@@ -101,6 +102,9 @@ protected:
     TestHost host;
     PagesRecord& record;
     CScript script;
+
+    // `unattended`: null for a run by steps.
+    virtual int ShowDialog(CConfigureDialog& dialog, CUnattendedPages* unattended);
 
 private:
     void WarmUp();

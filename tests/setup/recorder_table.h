@@ -20,10 +20,14 @@ inline constexpr AnswerKey KEYS[] = {
 };
 inline constexpr AnswerBox BOXES[] = {
     {BoxKind::Question, L"sure", L"value", IDS_TEST_QUESTION},
-    {BoxKind::Question, ROLE_REPLACE_UNLISTED, L"value", PROGRAM_BOX},
     {BoxKind::Refusal, nullptr, L"value", IDS_TEST_REFUSAL},
 };
-inline constexpr PageAnswerTable BEGIN = {.page = &RowOfSection(L"begin"), .keys = KEYS, .boxes = BOXES};
+// Every question is one of this page's.
+inline constexpr AnswerBox ALL_BOXES[] = {
+    {BoxKind::Question, ROLE_REPLACE_UNLISTED, L"value", PROGRAM_BOX},
+    {BoxKind::Question, L"any", L"value", IDS_TEST_ANY_QUESTION},
+};
+inline constexpr PageAnswerTable BEGIN = {.page = &RowOfSection(L"begin"), .keys = KEYS, .boxes = ALL_BOXES};
 inline constexpr PageAnswerTable SETTINGS = {
     .page = &RowOfSection(L"settings"), .keys = KEYS, .boxes = BOXES};
 inline constexpr PageAnswerTable RESOURCES = {

@@ -12,6 +12,7 @@ public:
     const std::vector<FlowPage>& GetFlow() override { return m_flow; }
     bool OffersConfigure() override { return false; }
     const std::vector<CProduct*>& GetProducts() override { return m_products; }
+    int CountProductOpenings() override { return 1; }
     PageContext MakePageContext(const FlowPage&, bool) override { return {}; }
     PageContext MakePageContext(const FlowPage&, bool, CProduct*) override { return {}; }
     OperationError CheckDatabase(CProduct&) override { return {}; }

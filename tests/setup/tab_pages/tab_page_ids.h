@@ -13,6 +13,7 @@
 
 #define IDS_TEST_QUESTION 9200
 #define IDS_TEST_REFUSAL 9201
+#define IDS_TEST_ANY_QUESTION 9202
 
 // The page with lists.
 #define IDD_LIST_WIZARD 9003
