@@ -108,8 +108,8 @@ def find_unmet(asked, products):
     unmet = []
     for (name, owner), (key, text) in sorted(asked.items()):
         meant = [product for product in products
-                 if owner.lower() in (product[0].lower(), product[2].get("ProductCode", "").lower())
-                 or not owner and (name, product[0]) not in asked]
+                 if (owner.lower() in (product[0].lower(), product[2].get("ProductCode", "").lower()) if owner
+                     else (name, product[0]) not in asked)]
         looks = [look(product, name, text) for product in meant]
         bad = [found for good, found in looks if not good]
         overridden = products and not owner and not meant

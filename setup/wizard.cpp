@@ -4,6 +4,7 @@
 #include "include/navigation.h"
 #include "include/page_table.h"
 #include "include/product.h"
+#include "setup/answers_output.h"
 #include "setup/build_dialog.h"
 #include "setup/configure_rules.h"
 #include "setup/exit_codes.h"
@@ -97,7 +98,19 @@ RunOutcome CWizard::Run(const CString& media)
         return {SETUP_PAGE_NOT_REACHED, error.Text()};
     }
     UseLocationOfCommandLine();
-    return Walk(flow);
+    return Recorded(Walk(flow));
+}
+
+// A deployment may stand by now, but its run was to leave a file that isn't there.
+RunOutcome CWizard::Recorded(RunOutcome outcome)
+{
+    const CString failure =
+        CAnswersOutput(m_line, *m_host, m_log).WriteRecord(m_recorder.GetPages(), outcome);
+    if (failure.IsEmpty()) {
+        return outcome;
+    }
+    m_log.Line(L"Warning: " + failure);
+    return outcome.exitCode == SETUP_DONE ? RunOutcome{SETUP_FAILED, failure} : outcome;
 }
 
 void CWizard::UseLocationOfCommandLine()
@@ -129,6 +142,7 @@ CString CWizard::OpenHost(const CString& media)
     }
     m_log.UseHost(m_host.get());
     m_endRequests.emplace(*m_host);
+    m_answers.UseMediaFolder(m_host->GetMediaFolder());
     return CString();
 }
 
@@ -373,12 +387,15 @@ unsigned int CWizard::Build()
 {
     CSetupManager& manager = m_host->GetSetupManager();
     m_log.Line(CString(L"Building ") + manager.m_strDeploymentName);
+    CAnswersOutput output(m_line, *m_host, m_log);
+    output.AddToDeployment(m_recorder.GetPages());
     CBuildDialog dialog(manager.m_strDeploymentName, [this](IBuildProgress& progress) {
         CLoggedProgress logged(progress, m_log);
         return m_host->Build(logged);
     });
     const BuildResult result = dialog.Run();
     ReportBuild(result);
+    m_strKeptAnswers = result.error ? output.KeepBesideLog(m_recorder.GetPages(), m_strCause) : CString();
     manager.m_exitCode = result.error.code;
     return result.error.code;
 }

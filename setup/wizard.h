@@ -37,6 +37,8 @@ private:
     void UseLocationOfCommandLine();
     [[nodiscard]] std::vector<FlowStep> ExistingPages();
     [[nodiscard]] RunOutcome Walk(CWizardFlow& flow);
+    // Writes the file of --record; what becomes of the outcome.
+    [[nodiscard]] RunOutcome Recorded(RunOutcome outcome);
     [[nodiscard]] FlowMove Show(const FlowMove& move, CWizardFlow& flow);
     // True when the page's choice can be gone on with; otherwise `move` is what comes instead.
     [[nodiscard]] bool SettleTarget(CWizardFlow& flow, FlowMove& move);

@@ -93,7 +93,7 @@ class AskedAnswersTest(unittest.TestCase):
         self.assertEqual(find_unmet(MEMBER_BAY, [bad, bad]), [sentence + ' and "#1" in Viewer'])
 
     def test_an_answer_for_the_deployment_is_asked_of_one_product(self):
-        asked = {"MC3_ENABLED": ("settings.mc3", "#1")}
+        asked = {("MC3_ENABLED", ""): ("settings.mc3", "#1")}
         carrying, other = ("Zolt", {}, {"MC3_ENABLED": "#1"}), ("Viewer", {}, {})
         self.assertEqual(find_unmet(asked, [carrying, other]), [])
         self.assertEqual(len(find_unmet(asked, [other, other])), 1)
