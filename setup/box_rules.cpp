@@ -1,5 +1,7 @@
 #include "setup/box_rules.h"
 
+#include <algorithm>
+
 namespace {
 
 const AnswerBox* FindBox(const PageAnswerTable* table, const CString& text, bool asks,
@@ -19,6 +21,28 @@ const AnswerBox* FindBox(const PageAnswerTable* table, const CString& text, bool
     return nullptr;
 }
 
+bool IsNamedIn(const CString& text, const PageAnswer& answer)
+{
+    return std::any_of(answer.fields.begin(), answer.fields.end(),
+                       [&text](const CString& field) { return !field.IsEmpty() && text.Find(field) >= 0; });
+}
+
+// Of several lines of the key the one that the text names, else the last.
+const PageAnswer* FindRefused(const PageAnswers& page, const CString& key, const CString& text)
+{
+    const PageAnswer* refused = nullptr;
+    for (const PageAnswer& answer : page.entries) {
+        if (key != answer.pKey->word) {
+            continue;
+        }
+        refused = &answer;
+        if (answer.pKey->kind == AnswerKind::List && IsNamedIn(text, answer)) {
+            break;
+        }
+    }
+    return refused;
+}
+
 } // namespace
 
 BoxVerdict JudgeBox(const PageAnswerTable* table, const PageAnswers* page, const CString& text, bool asks,
@@ -36,10 +60,8 @@ BoxVerdict JudgeBox(const PageAnswerTable* table, const PageAnswers* page, const
             verdict.pAnswer = &answer;
         }
     }
-    for (const PageAnswer& answer : page->entries) {
-        if (!asks && CString(answer.pKey->word) == verdict.pBox->key) {
-            verdict.pRefused = &answer;
-        }
+    if (!asks) {
+        verdict.pRefused = FindRefused(*page, verdict.pBox->key, text);
     }
     return verdict;
 }

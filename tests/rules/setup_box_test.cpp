@@ -36,6 +36,27 @@ PageAnswers BeginAnswers()
     return page;
 }
 
+constexpr FieldKind FILE_FIELDS[] = {FieldKind::Text, FieldKind::Path};
+constexpr AnswerKey LIST_KEYS[] = {{.word = L"file", .kind = AnswerKind::List, .fields = FILE_FIELDS}};
+constexpr AnswerBox LIST_BOXES[] = {{BoxKind::Refusal, nullptr, L"file", IDS_NAME_INVALID}};
+constexpr PageAnswerTable LIST_TABLE = {
+    .page = &RowOfSection(L"begin"), .keys = LIST_KEYS, .boxes = LIST_BOXES};
+
+TEST(SetupBoxes, OfSeveralLinesTheOneThatTheBoxNamesIsRefused)
+{
+    PageAnswers page;
+    page.pTable = &LIST_TABLE;
+    for (const wchar_t* file : {L"C:\\one.txt", L"C:\\two.txt", L"C:\\three.txt"}) {
+        page.entries.push_back({LIST_KEYS, {L"", file}});
+    }
+    const auto refused = [&page](const wchar_t* text) {
+        const auto load = [](unsigned int) { return CString(L"The file %s is missing."); };
+        return JudgeBox(&LIST_TABLE, &page, text, false, load).pRefused;
+    };
+    EXPECT_EQ(refused(L"The file C:\\two.txt is missing."), &page.entries[1]);
+    EXPECT_EQ(refused(L"The file D:\\other.txt is missing."), &page.entries[2]);
+}
+
 TEST(SetupBoxes, AQuestionWithAnAnswerIsAnswered)
 {
     const PageAnswers page = BeginAnswers();
