@@ -31,6 +31,12 @@ bool ReadUpToLimit(const CString& path, std::string& bytes)
     return true;
 }
 
+CString WhyUnreadable(DWORD code)
+{
+    return code == ERROR_SHARING_VIOLATION ? SetupText(IDS_ANSWERS_IN_USE)
+                                           : SetupText(IDS_ANSWERS_UNREADABLE, {SystemErrorText(code)});
+}
+
 } // namespace
 
 bool ReadAnswers(const CommandLine& line, const CString& currentFolder, CAnswers& answers,
@@ -44,8 +50,7 @@ bool ReadAnswers(const CommandLine& line, const CString& currentFolder, CAnswers
     if (!line.strAnswers.IsEmpty()) {
         std::string bytes;
         if (!ReadUpToLimit(line.strAnswers, bytes)) {
-            error = {line.strAnswers, 0, CString(),
-                     SetupText(IDS_ANSWERS_UNREADABLE, {SystemErrorText(GetLastError())})};
+            error = {line.strAnswers, 0, CString(), WhyUnreadable(GetLastError())};
             return false;
         }
         if (!ParseAnswersFile(bytes.data(), bytes.size(), sources.file, error)) {

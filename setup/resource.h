@@ -63,6 +63,7 @@
 #define IDS_RECORD_FAILED 325     // %1: path, %2: why
 #define IDS_FAILURE_ANSWERS 326   // HTML. %1: path
 #define IDS_RECORD_IS_ANSWERS 327 // %1: path
+#define IDS_ANSWERS_IN_USE 328
 // What stands in the new deployment's place
 #define IDS_REPLACE_UNLISTED 320  // %1: folder, %2: product, %3: date
 #define IDS_REPLACE_OWN_FILES 321 // %1: names

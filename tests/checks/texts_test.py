@@ -47,7 +47,7 @@ PROGRAM_WORDS = {
     "IDS_BUILD_WARNINGS": "created", "IDS_BUILD_MORE_WARNINGS": "more", "IDS_PROGRAM_TITLE": "wizard",
     "IDS_CHOOSE_MEDIA": "Select the folder", "IDS_MEDIA_NOT_GIVEN": "No media", "IDS_LIBRARY_MISSING": "can't be loaded",
     "IDS_LIBRARY_FOREIGN": "has no function", "IDS_NO_PAGES": "no page", "IDS_BAD_COMMAND_LINE": "--help",
-    "IDS_ANSWERS_UNREADABLE": "answers file", "IDS_PICTURES_FAILED": "picture", "IDS_OUT_OF_MEMORY": "memory",
+    "IDS_ANSWERS_UNREADABLE": "answers file", "IDS_ANSWERS_IN_USE": "another program", "IDS_PICTURES_FAILED": "picture", "IDS_OUT_OF_MEMORY": "memory",
     "IDS_SEE_LOG": "see the log", "IDS_RUN_BROKE_OFF": "stopped unexpectedly", "IDS_RUN_ENDED_EARLY": "ended early",
     "IDS_RUN_QUIET": "seconds", "IDS_RUN_NOT_STARTED": "working process", "IDS_RUN_INTERRUPTED": "Ctrl+C", "IDS_REPLACE_UNLISTED": "already contains",
     "IDS_REPLACE_OWN_FILES": "These files", "IDS_REPLACE_KEPT_WHOLE": "whole folder", "IDS_REPLACE_MORE_FILES": "more",
