@@ -298,19 +298,23 @@ void CUnattendedPages::OnBox(const MessageBoxView& box)
     m_strLastBox = box.text;
     m_log.Line(L"  Box \"" + OneLine(box.text) + L"\"");
     m_pictures.Take(box.window, m_strPage, L"-box");
-    if (const CString cause = CauseWithoutPage(box); !cause.IsEmpty()) {
+    const BoxVerdict verdict = JudgeBox(m_pTable, m_pAnswers, box.text, box.buttons != MB_OK, PageText);
+    if (const CString cause = CauseWithoutPage(box, verdict); !cause.IsEmpty()) {
         Fail(SETUP_FAILED, cause);
         Dismiss(box);
         return;
     }
-    AnswerBox(box, JudgeBox(m_pTable, m_pAnswers, box.text, box.buttons != MB_OK, PageText));
+    AnswerBox(box, verdict);
 }
 
 // Of a box that no page puts because of its answers; empty for all others.
-CString CUnattendedPages::CauseWithoutPage(const MessageBoxView& box) const
+CString CUnattendedPages::CauseWithoutPage(const MessageBoxView& box, const BoxVerdict& verdict) const
 {
     using Subject = CConfigureDialog::BoxSubject;
     const Subject subject = m_pDialog ? m_pDialog->GetBoxSubject() : Subject::Page;
+    if (subject != Subject::Dialog && verdict.pBox) {
+        return CString(); // the page's own, even while it is being made
+    }
     if (subject == Subject::NewPage) {
         return L"The page " + PageTitle() + L" can't be shown in the configure dialog. " + OneLine(box.text);
     }

@@ -55,7 +55,7 @@ private:
     CString PageStayedText(const wchar_t* what) const;
 
     void OnBox(const MessageBoxView& box);
-    CString CauseWithoutPage(const MessageBoxView& box) const;
+    CString CauseWithoutPage(const MessageBoxView& box, const BoxVerdict& verdict) const;
     bool OnConfigureCancel(const MessageBoxView& box);
     void AnswerBox(const MessageBoxView& box, const BoxVerdict& verdict);
     void ReportQuestion(const MessageBoxView& box, const BoxVerdict& verdict);

@@ -128,6 +128,24 @@ TEST_P(ListTabs, ATabThatIsNotToBeShownIsNotGoneTo)
     EXPECT_TRUE(held.empty());
 }
 
+// It counted as a page that can't be made.
+TEST_P(ListTabs, AQuestionThatATabAsksWhileItIsBeingMadeIsAnsweredByItsOwnSection)
+{
+    static int answer;
+    answer = 0;
+    hasTabs = true;
+    TestProduct& zolt = AddProduct(L"Zolt");
+    AddTab(0, zolt);
+    postInitHooks = {[](PageContext* context) {
+        return answer = MessageBoxW(context->hParent, L"Delete the folder Old with its files?", L"", MB_YESNO);
+    }};
+    AddListTab(zolt);
+    UseAnswers(L"[things]\non_question.delete = yes\n");
+    Run();
+    EXPECT_FALSE(failure);
+    EXPECT_EQ(answer, IDYES);
+}
+
 TEST_P(ListTabs, EachProductsPageIsGivenItsOwnAnswers)
 {
     hasTabs = true;
