@@ -1,0 +1,138 @@
+// Whole runs with the real host and the real pages, in this process: by a person, whose steps are played, or by answers.
+#pragma once
+
+#include "automation/control.h"
+#include "automation/message_box.h"
+#include "automation/script.h"
+#include "automation/window_finder.h"
+#include "include/resource_ids.h"
+#include "setup/exit_codes.h"
+#include "setup/resource.h"
+#include "setup/wizard.h"
+#include "tests/setup/recorded_text.h"
+#include "tests/support/test_folder.h"
+#include "tests/support/text.h"
+#include "window/module.h"
+
+#include <gtest/gtest.h>
+
+#include <ole2.h>
+
+// The sample's package for 64-bit workstations lies beside the programs.
+inline constexpr wchar_t SAMPLE[] = L"..\\media\\x64\\Zolt\\";
+
+class Wizard : public testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        _Module.Init(GetModuleHandleW(nullptr));
+        ASSERT_TRUE(SUCCEEDED(OleInitialize(nullptr)));
+    }
+    static void TearDownTestSuite() { OleUninitialize(); }
+
+    Wizard()
+    {
+        media = folder.AddFolder(L"MediaInAFolderWhoseLongNameHasNoBlankAtWhichALineOfTheSidePaneCouldEnd");
+        for (const wchar_t* file : {L"Zolt2027.msi", CABINET}) {
+            CopyFromSample(file);
+        }
+        mediaFile = media + L"\\Zolt2027.msi";
+        location = folder.AddFolder(L"Deployments");
+        line.strLog = folder / L"run.log";
+        m_script.SetFailureHandler([] {
+            while (CloseFrontWindow()) {
+            }
+        });
+    }
+
+    void CopyFromSample(const wchar_t* file) const
+    {
+        EXPECT_TRUE(CopyFileW(ProgramFolder() + SAMPLE + file, media + L"\\" + file, TRUE)) << Utf8(file);
+    }
+
+    RunOutcome Run()
+    {
+        CAnswers answers;
+        return Run(answers);
+    }
+    RunOutcome Run(CAnswers& answers)
+    {
+        CRunLog log(false, line.strLog);
+        CWizard wizard(line, answers, log);
+        m_script.SetEnding(L"the run's end", [] { return StepOutcome::NotYet(L"a window is still up"); });
+        m_script.Start();
+        const RunOutcome outcome = wizard.Run(mediaFile);
+        m_script.Stop();
+        recorded = RecordedText(wizard.GetRecorder().GetPages());
+        EXPECT_FALSE(m_script.HasFailed()) << Utf8(m_script.GetFailure());
+        return outcome;
+    }
+
+    // Once the page with that control is up and no box hides it.
+    void OnPage(int control, std::function<StepOutcome(HWND page)> act)
+    {
+        m_script.Add(L"on the page with " + NumberText(control), [control, act = std::move(act)] {
+            const HWND page = FindWindowWithControls({control});
+            return page && IsWindowEnabled(page) ? act(page)
+                                                 : StepOutcome::NotYet(L"it isn't up, or a box hides it");
+        });
+    }
+    void Press(int page, int button)
+    {
+        OnPage(page, [button](HWND window) { return CControl(window, button).Click(); });
+    }
+    void AnswerBox(int button, CString* text = nullptr)
+    {
+        m_script.Add(L"answer a box", [button, text] {
+            const auto box = FindMessageBox();
+            if (!box) {
+                return StepOutcome::NotYet(L"there is no box");
+            }
+            if (text) {
+                *text = box->text;
+            }
+            return AnswerMessageBox(*box, button);
+        });
+        m_script.Add(L"wait for its end", [] { return Until(!FindMessageBox(), L"the box is still there"); });
+    }
+    // Fills the first page and says that the location may be on this computer.
+    void Begin(const CString& name)
+    {
+        OnPage(IDC_LOCATION, [this](HWND page) { return CControl(page, IDC_LOCATION).SetText(location); });
+        OnPage(IDC_LOCATION, [name](HWND page) { return CControl(page, IDC_NAME).SetText(name); });
+        Press(IDC_LOCATION, IDC_NEXT);
+        AnswerBox(IDYES);
+    }
+    void Cancel(int page)
+    {
+        Press(page, IDC_CANCEL);
+        m_script.Add(L"confirm it", [] {
+            const HWND question = FindWindowWithControls({IDC_CANCEL_QUESTION});
+            return question ? CControl(question, IDYES).Click()
+                            : StepOutcome::NotYet(L"there is no question");
+        });
+    }
+    // From the second page through the build, of which it waits for the end.
+    void BuildThatFails()
+    {
+        OnPage(IDC_NETWORK_LOG, [this](HWND) {
+            EXPECT_TRUE(DeleteFileW(media + L"\\" + CABINET));
+            return StepOutcome::Done();
+        });
+        Press(IDC_NETWORK_LOG, IDC_NEXT);
+        Press(IDC_PARTS_BAY, IDC_NEXT);
+        Press(IDC_UPDATES, IDC_NEXT);
+    }
+
+    static constexpr const wchar_t* CABINET = L"Data1.cab";
+    CTestFolder folder;
+    CString media;
+    CString mediaFile; // that is run
+    CString location;
+    CString recorded; // by the last run
+    CommandLine line;
+
+private:
+    CScript m_script;
+};
