@@ -124,7 +124,7 @@ class DeploymentTest(WizardTest):
         deployment = self.build("Tidy")
         self.assertEqual(sorted(os.listdir(self.out)), ["Tidy"])
         self.assertEqual(sorted(os.listdir(deployment)), [
-            "Build.log", "Changes.json", "Changes.txt", "Deployment.xml", "Image", "Install.cmd", "Manifest.txt",
+            "Answers.txt", "Build.log", "Changes.json", "Changes.txt", "Deployment.xml", "Image", "Install.cmd", "Manifest.txt",
             "ReadMe.txt", "Uninstall.cmd"])
 
     def test_the_manifest_names_every_file_with_its_hash(self):
