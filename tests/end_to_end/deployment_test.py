@@ -277,7 +277,8 @@ class RefusalTest(WizardTest):
 
     def test_a_log_folder_out_of_reach_keeps_the_page_on_no(self):
         path = self.settings("log_folder = \\\\nowhere\\logs", "on_question.doubtful_log_folder = no")
-        self.assert_refused(self.wizard(path), 22, "settings: The page stays", "nowhere")
+        self.assert_refused(self.wizard(path), 22, "answers.txt(8): settings.on_question.doubtful_log_folder: The page stays",
+                            "nowhere")
 
     def test_a_question_without_an_answer_ends_the_run_with_its_text(self):
         run = self.wizard(self.answers("[begin]\nname = Office\n"))
