@@ -137,7 +137,8 @@ TEST_P(ListTabs, AQuestionThatATabAsksWhileItIsBeingMadeIsAnsweredByItsOwnSectio
     TestProduct& zolt = AddProduct(L"Zolt");
     AddTab(0, zolt);
     postInitHooks = {[](PageContext* context) {
-        return answer = MessageBoxW(context->hParent, L"Delete the folder Old with its files?", L"", MB_YESNO);
+        return answer =
+                   MessageBoxW(context->hParent, L"Delete the folder Old with its files?", L"", MB_YESNO);
     }};
     AddListTab(zolt);
     UseAnswers(L"[things]\non_question.delete = yes\n");
