@@ -47,7 +47,7 @@ TEST(SetupBoxes, OfSeveralLinesTheOneThatTheBoxNamesIsRefused)
     PageAnswers page;
     page.pTable = &LIST_TABLE;
     for (const wchar_t* file : {L"C:\\one.txt", L"C:\\two.txt", L"C:\\three.txt"}) {
-        page.entries.push_back({LIST_KEYS, {L"", file}});
+        page.entries.push_back({LIST_KEYS, {L"", file}, false, false, {}});
     }
     const auto refused = [&page](const wchar_t* text) {
         const auto load = [](unsigned int) { return CString(L"The file %s is missing."); };
