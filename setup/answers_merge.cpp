@@ -85,7 +85,11 @@ RecordedPage MergePage(const RecordedPage& base, const RecordedPage& run)
     };
     std::vector<RecordedValue> replaced;
     for (const RecordedValue& value : run.values) {
-        if (!value.bProposed || !has(base.values, value)) {
+        const bool isBases = value.bProposed && has(base.values, value);
+        if (!isBases && value.bKept && value.bProposed) {
+            continue; // the base's answers bring it about
+        }
+        if (!isBases) {
             page.values.push_back(value);
         } else if (!has(replaced, value)) {
             std::copy_if(base.values.begin(), base.values.end(), std::back_inserter(page.values),

@@ -33,6 +33,8 @@ def answers_of(path):
 
 
 class ReplayTest(WizardTest):
+    maxDiff = None
+
     def assert_same(self, first, second):
         trees = []
         for folder in (first, second):
@@ -238,6 +240,7 @@ class ReplayTest(WizardTest):
         os.rename(cabinet, cabinet + ".away")
         run = self.wizard(self.full(), "--log", windows_path(log), media=media)
         self.assertEqual(run.code, 1603, run.output)
+        print(run.output)
         kept = os.path.join(self.folder, "setup.answers.txt")
         text = text_of(kept)
         self.assertIn("location = ", text)
