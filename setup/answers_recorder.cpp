@@ -190,6 +190,9 @@ CAnswersRecorder::Subject CAnswersRecorder::SubjectOfBox() const
 
 void CAnswersRecorder::OnBoxAnswered(const MessageBoxView& box, int button)
 {
+    if (m_isDismissed && m_isDismissed()) {
+        return;
+    }
     const bool asks = box.buttons != MB_OK;
     const Subject subject = SubjectOfBox();
     const AnswerBox* const row = JudgeBox(subject.pTable, nullptr, box.text, asks, PageText).pBox;

@@ -10,6 +10,8 @@
 
 #include <windows.h>
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 class CConfigureDialog;
@@ -36,6 +38,8 @@ public:
     // The dialog has just made the page of that export.
     void WatchTab(HWND window, const CString& page, const CProduct* product);
 
+    // A box counts as answered unless `isDismissed` says that the program only closes what is open, as behind a failure.
+    void UseDismissal(std::function<bool()> isDismissed) { m_isDismissed = std::move(isDismissed); }
     // The answer to the program's own question, which belongs to the page of the section.
     void NoteQuestion(const CString& section, const wchar_t* role, bool yes);
     // The first page has been left with its choice. `opening`: of the products (CSetupHost::CountProductOpenings);
@@ -95,6 +99,7 @@ private:
     AnswerTables m_tables;
     PageListsTable m_lists;
     CBoxWatch m_boxes;
+    std::function<bool()> m_isDismissed;
     const CConfigureDialog* m_pDialog = nullptr; // that is up
     Subject m_current;                           // the wizard page that is up, or comes up next
     std::vector<WatchedWindow> m_windows;        // that are up

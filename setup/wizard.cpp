@@ -66,6 +66,7 @@ CWizard::CWizard(const CommandLine& line, CAnswers& answers, CRunLog& log)
           m_recorder.NoteQuestion(section, role, yes);
       })
 {
+    m_recorder.UseDismissal([this] { return m_unattended.GetFailure().has_value(); });
 }
 
 CWizard::~CWizard()

@@ -65,6 +65,10 @@ protected:
         const RunOutcome outcome = wizard.Run(mediaFile);
         m_script.Stop();
         recorded = RecordedText(wizard.GetRecorder().GetPages());
+        titles.clear();
+        for (const RecordedPage& page : wizard.GetRecorder().GetPages()) {
+            titles.push_back(page.strTitle);
+        }
         EXPECT_FALSE(m_script.HasFailed()) << Utf8(m_script.GetFailure());
         return outcome;
     }
@@ -130,7 +134,8 @@ protected:
     CString media;
     CString mediaFile; // that is run
     CString location;
-    CString recorded; // by the last run
+    CString recorded;            // by the last run
+    std::vector<CString> titles; // of its pages
     CommandLine line;
 
 private:

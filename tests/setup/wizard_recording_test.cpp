@@ -99,6 +99,8 @@ TEST_F(WizardRecording, ARunWithoutAPersonGivesTheRecordOfTheRunByHand)
             L"(send_computer_name=no), (search_locations=yes)\n"
             L"notices/Zolt 2027: (updates=yes), (update_source=maker), (channel_notices=yes), "
             L"(site_channel=no), ~site_feed=\\\\server\\share\\feed.xml, (feeds=yes), (custom_feeds=yes)");
+    EXPECT_EQ(titles, (std::vector<CString>{L"Begin deployment", L"Deployment settings", L"Online resources",
+                                            L"Notices and feeds"}));
     const RunOutcome outcome = RunWith({{L"begin", L"location", location},
                                         {L"begin", L"name", L"Office"},
                                         {L"begin", L"on_question.local_location", L"yes"},
@@ -109,6 +111,24 @@ TEST_F(WizardRecording, ARunWithoutAPersonGivesTheRecordOfTheRunByHand)
                                         {L"notices", L"leave", L"cancel"}});
     EXPECT_EQ(outcome.exitCode, static_cast<unsigned int>(SETUP_CANCELLED)) << Utf8(outcome.strCause);
     EXPECT_EQ(recorded, byHand);
+}
+
+// The run says no to it so that nothing happens, which nobody has answered.
+TEST_F(WizardRecording, AQuestionThatTheAnswersDoNotKnowIsNotRecorded)
+{
+    const RunOutcome outcome = RunWith({{L"begin", L"location", location}, {L"begin", L"name", L"Office"}});
+    EXPECT_EQ(outcome.exitCode, static_cast<unsigned int>(SETUP_UNANSWERED_BOX)) << Utf8(outcome.strCause);
+    EXPECT_EQ(recorded, L"begin: location=" + location + L", name=Office, (platform=x64)");
+}
+
+TEST_F(WizardRecording, AQuestionThatTheAnswersDenyIsRecorded)
+{
+    const RunOutcome outcome = RunWith({{L"begin", L"location", location},
+                                        {L"begin", L"name", L"Office"},
+                                        {L"begin", L"on_question.local_location", L"no"}});
+    EXPECT_EQ(outcome.exitCode, static_cast<unsigned int>(SETUP_ANSWER_REFUSED)) << Utf8(outcome.strCause);
+    EXPECT_EQ(recorded,
+              L"begin: location=" + location + L", name=Office, (platform=x64), ?local_location=no");
 }
 
 TEST_F(WizardRecording, APageGoneBackToKeepsWhatItProposedFirst)
