@@ -396,7 +396,8 @@ unsigned int CWizard::Build()
     });
     const BuildResult result = dialog.Run();
     ReportBuild(result);
-    m_strKeptAnswers = result.error ? output.KeepBesideLog(m_recorder.GetPages(), m_strCause) : CString();
+    const bool failed = result.error && result.error.code != SETUP_CANCELLED;
+    m_strKeptAnswers = failed ? output.KeepBesideLog(m_recorder.GetPages(), m_strCause) : CString();
     manager.m_exitCode = result.error.code;
     return result.error.code;
 }
