@@ -10,7 +10,24 @@ constexpr const PageAnswerTable* TABLES[] = {&BEGIN_ANSWERS,   &SETTINGS_ANSWERS
                                              &NOTICES_ANSWERS, &CONTACT_ANSWERS,  &COMPLETE_ANSWERS,
                                              &FAILED_ANSWERS};
 
+bool TrimSuffix(CString& key, const wchar_t* suffix)
+{
+    const int length = CString(suffix).GetLength();
+    if (key.GetLength() <= length || key.Right(length) != suffix) {
+        return false;
+    }
+    key = key.Left(key.GetLength() - length);
+    return true;
+}
+
 } // namespace
+
+AnswerKeyForm::AnswerKeyForm(const CString& key) : strWord(key)
+{
+    bLeftOut = TrimSuffix(strWord, LEFT_OUT_SUFFIX);
+    bLiteral = TrimSuffix(strWord, LITERAL_SUFFIX);
+    bKept = TrimSuffix(strWord, KEPT_SUFFIX);
+}
 
 AnswerTables PageAnswerTables()
 {
@@ -71,12 +88,14 @@ bool IsListKey(const PageAnswerTable& table, const CString& word)
 
 std::size_t EntryOrder(const PageAnswerTable& table, const AnswerKey& key)
 {
-    const auto isOfList = [](const AnswerKey& row) {
-        return row.kind == AnswerKind::List || row.kind == AnswerKind::Clear;
-    };
     const AnswerKey* row =
-        isOfList(key) ? &*std::find_if(table.keys.begin(), table.keys.end(), isOfList) : &key;
+        IsOfList(key) ? &*std::find_if(table.keys.begin(), table.keys.end(), IsOfList) : &key;
     return static_cast<std::size_t>(row - table.keys.data()) * 2 + (key.kind == AnswerKind::List ? 1 : 0);
+}
+
+bool IsOfList(const AnswerKey& key)
+{
+    return key.kind == AnswerKind::List || key.kind == AnswerKind::Clear;
 }
 
 int EntryPlace(const PageAnswerTable& table, const AnswerKey& entry)

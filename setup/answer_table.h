@@ -85,6 +85,19 @@ constexpr wchar_t LITERAL_SUFFIX[] = L".literal";
 // Behind a key: what the page keeps while the answer that the key needs is another one.
 constexpr wchar_t KEPT_SUFFIX[] = L".kept";
 
+// Behind a key: its value could not be written, so a run that would go on without it is refused.
+constexpr wchar_t LEFT_OUT_SUFFIX[] = L".left_out";
+
+// A key with what may stand behind it: "site_feed.kept.literal".
+struct AnswerKeyForm
+{
+    explicit AnswerKeyForm(const CString& key);
+    CString strWord;
+    bool bLiteral = false;
+    bool bKept = false;
+    bool bLeftOut = false;
+};
+
 // The tables that a run goes by. The pages' own, or those of tests.
 using AnswerTables = std::span<const PageAnswerTable* const>;
 AnswerTables PageAnswerTables();
@@ -100,6 +113,8 @@ const AnswerBox* FindQuestion(const PageAnswerTable& table, const CString& role)
 // Whether that field of an answer of the row is a path.
 bool IsPathField(const AnswerKey& key, std::size_t field);
 bool IsListKey(const PageAnswerTable& table, const CString& word);
+// Whether the row is of a list's lines or clears them.
+bool IsOfList(const AnswerKey& key);
 // Where an answer of the row is entered among those of the page. Rows of lists are one place, in which the order of the
 // answers decides, with clearing them before it.
 std::size_t EntryOrder(const PageAnswerTable& table, const AnswerKey& key);

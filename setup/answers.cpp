@@ -2,27 +2,36 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 namespace {
 
-bool IsOfList(const PageAnswer& answer)
-{
-    return answer.pKey->kind == AnswerKind::List || answer.pKey->kind == AnswerKind::Clear;
-}
-
 // What a section that wins replaces: the same word, in whatever form, and of lists all lines of the word; clearing a list
 // replaces all of them.
-bool IsReplaced(const PageAnswer& answer, const PageAnswers& winner)
+class CReplaced
 {
-    return std::any_of(winner.entries.begin(), winner.entries.end(), [&answer](const PageAnswer& other) {
-        return CString(other.pKey->word) == answer.pKey->word ||
-               (other.pKey->kind == AnswerKind::Clear && IsOfList(answer));
-    });
-}
+public:
+    explicit CReplaced(const PageAnswers& winner)
+    {
+        for (const PageAnswer& answer : winner.entries) {
+            m_words.insert(answer.pKey->word);
+            m_bLists = m_bLists || (answer.pKey->kind == AnswerKind::Clear && IsYes(answer.Value()));
+        }
+    }
+    bool Has(const PageAnswer& answer) const
+    {
+        return m_words.contains(answer.pKey->word) || (m_bLists && IsOfList(*answer.pKey));
+    }
+
+private:
+    std::set<CString> m_words;
+    bool m_bLists = false;
+};
 
 void Win(PageAnswers& page, const PageAnswers& winner)
 {
-    std::erase_if(page.entries, [&winner](const PageAnswer& answer) { return IsReplaced(answer, winner); });
+    std::erase_if(page.entries,
+                  [replaced = CReplaced(winner)](const PageAnswer& answer) { return replaced.Has(answer); });
     page.entries.insert(page.entries.end(), winner.entries.begin(), winner.entries.end());
     std::stable_sort(page.entries.begin(), page.entries.end(),
                      [&table = *page.pTable](const PageAnswer& left, const PageAnswer& right) {
@@ -30,7 +39,7 @@ void Win(PageAnswers& page, const PageAnswers& winner)
                      });
     for (const QuestionAnswer& question : winner.questions) {
         std::erase_if(page.questions,
-                      [&question](const QuestionAnswer& other) { return other.pBox == question.pBox; });
+                      [&question](const QuestionAnswer& other) { return other.IsOf(*question.pBox); });
         page.questions.push_back(question);
     }
     if (!winner.leaveOrigin.strSource.IsEmpty()) {

@@ -38,6 +38,9 @@ struct QuestionAnswer
     const AnswerBox* pBox = nullptr;
     bool bYes = false;
     AnswerOrigin origin;
+
+    // A role may stand for several boxes.
+    [[nodiscard]] bool IsOf(const AnswerBox& box) const { return CString(pBox->role) == box.role; }
 };
 
 // A product as answers name it.

@@ -107,7 +107,10 @@ private:
             return;
         }
         m_warnings.push_back(error.Text());
-        m_section.closingComments.push_back(L"Left out: " + error.Text());
+        line.comments.push_back(error.Text());
+        m_section.answers.push_back(
+            {AnswerKeyForm(line.strKey).strWord + LEFT_OUT_SUFFIX, {CString()}, 0, line.comments});
+        m_strTitle.Empty();
     }
 
     const RecordedPage& m_page;

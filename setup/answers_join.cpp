@@ -72,29 +72,6 @@ bool AcceptsValue(const AnswerKey& row, const CString& value)
     }
 }
 
-bool TrimSuffix(CString& key, const wchar_t* suffix)
-{
-    const int length = CString(suffix).GetLength();
-    if (key.GetLength() <= length || key.Right(length) != suffix) {
-        return false;
-    }
-    key = key.Left(key.GetLength() - length);
-    return true;
-}
-
-// A key with what may stand behind it: "site_feed.kept.literal".
-struct KeyForm
-{
-    explicit KeyForm(const CString& key) : strWord(key)
-    {
-        bLiteral = TrimSuffix(strWord, LITERAL_SUFFIX);
-        bKept = TrimSuffix(strWord, KEPT_SUFFIX);
-    }
-    CString strWord;
-    bool bLiteral = false;
-    bool bKept = false;
-};
-
 // The sections of one source, the file or the command line. Each key counts once, but for a list's.
 class CSectionsMaker
 {
@@ -117,7 +94,7 @@ public:
         if (!page) {
             return false;
         }
-        const KeyForm form(key);
+        const AnswerKeyForm form(key);
         const AnswerKey* row = FindAnswerKey(*page->pTable, form.strWord);
         const bool isList = row && row->kind == AnswerKind::List;
         if (!isList && fields.size() != 1) {
@@ -126,6 +103,12 @@ public:
         }
         if (!isList && !CheckOnce(*page, form.strWord, key, origin)) {
             return false;
+        }
+        if (form.bLeftOut) {
+            return Refuse(
+                *page, key, origin,
+                L"A value could not be written here, as the comment above says. Enter one, or take the line "
+                L"out to go on without it.");
         }
         if (row) {
             return AddEntry(*page, *row, form, key, fields, origin);
@@ -233,7 +216,7 @@ private:
         return true;
     }
 
-    bool AddEntry(PageAnswers& page, const AnswerKey& first, const KeyForm& form, const CString& key,
+    bool AddEntry(PageAnswers& page, const AnswerKey& first, const AnswerKeyForm& form, const CString& key,
                   std::vector<CString> fields, const AnswerOrigin& origin)
     {
         const PageAnswerTable& table = *page.pTable;
@@ -316,7 +299,7 @@ bool JoinAnswers(const AnswerSources& sources, CAnswers& answers, AnswersError& 
     // --set begin.location is the more exact word of the two, and wins over --out.
     const bool setsLocation = std::any_of(
         sources.line.answers.begin(), sources.line.answers.end(), [](const CommandLineAnswer& answer) {
-            return answer.strPage == L"begin" && KeyForm(answer.strKey).strWord == L"location";
+            return answer.strPage == L"begin" && AnswerKeyForm(answer.strKey).strWord == L"location";
         });
     if (!sources.line.strOut.IsEmpty() && !setsLocation &&
         !line.Add(L"begin", CString(), L"location", {sources.line.strOut}, {L"--out", 0})) {
@@ -325,7 +308,7 @@ bool JoinAnswers(const AnswerSources& sources, CAnswers& answers, AnswersError& 
     for (const CommandLineAnswer& answer : sources.line.answers) {
         std::vector<CString> fields = {answer.strValue};
         const PageAnswerTable* table = FindAnswerTable(sources.tables, answer.strPage);
-        if (table && IsListKey(*table, KeyForm(answer.strKey).strWord)) {
+        if (table && IsListKey(*table, AnswerKeyForm(answer.strKey).strWord)) {
             const CString complaint = ParseAnswerValue(answer.strValue, fields);
             if (!complaint.IsEmpty()) {
                 error = {L"--set", 0, answer.strPage + L"." + answer.strKey, complaint};

@@ -3,7 +3,10 @@
 #include "setup/record_comments.h"
 
 #include <algorithm>
+#include <iterator>
+#include <optional>
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -57,48 +60,123 @@ bool IsSamePage(const RecordedPage& left, const RecordedPage& right)
            left.product.strName == right.product.strName;
 }
 
-bool IsOfWord(const RecordedValue& value, const RecordedValue& other)
+// Nobody has agreed to anything about the place of another deployment.
+void AddQuestions(const RecordedPage& base, RecordedPage& page)
 {
-    return value.strWord == other.strWord && value.bKept == other.bKept;
-}
-
-void AddQuestions(const std::vector<RecordedQuestion>& base, RecordedPage& page)
-{
-    for (const RecordedQuestion& question : base) {
-        const bool asked =
-            std::any_of(page.questions.begin(), page.questions.end(),
-                        [&question](const RecordedQuestion& other) { return other.pBox == question.pBox; });
+    if (page.Page().role == PageRole::Target) {
+        return;
+    }
+    for (const RecordedQuestion& question : base.questions) {
+        const bool asked = std::any_of(page.questions.begin(), page.questions.end(),
+                                       [&question](const RecordedQuestion& other) {
+                                           return CString(other.pBox->role) == question.pBox->role;
+                                       });
         if (!asked) {
             page.questions.push_back(question);
         }
     }
 }
 
-// The run's page, with the base's value for each word that nobody changed. All lines of a list count as one value.
+using Values = std::vector<RecordedValue>;
+
+const RecordedValue* FindWord(const Values& values, const RecordedValue& wanted, bool inEitherForm)
+{
+    for (const RecordedValue& value : values) {
+        if (value.strWord == wanted.strWord && (inEitherForm || value.bKept == wanted.bKept)) {
+            return &value;
+        }
+    }
+    return nullptr;
+}
+
+// Below which media a base was built isn't known any more, so its text is trusted.
+bool SaysTheSame(const RecordedValue& base, const RecordedValue& run)
+{
+    return base.bAsWritten || base.fields == run.fields;
+}
+
+// The value that stands for the run's: the base's line, where nobody changed it and it says the same; none for what a page
+// keeps by itself.
+std::optional<RecordedValue> MergeValue(const Values& base, const RecordedValue& run)
+{
+    if (!run.bProposed) {
+        return run;
+    }
+    if (const RecordedValue* same = FindWord(base, run, false)) {
+        RecordedValue value = SaysTheSame(*same, run) ? *same : run;
+        value.bProposed = SaysTheSame(*same, run) && same->bProposed;
+        return value;
+    }
+    if (run.bKept && !FindWord(base, run, true)) {
+        return std::nullopt;
+    }
+    return run;
+}
+
+bool IsList(const RecordedPage& page, const RecordedValue& value)
+{
+    const AnswerKey* key = FindAnswerKey(*page.pTable, value.strWord);
+    return key && IsOfList(*key);
+}
+
+Values ListsOf(const RecordedPage& page)
+{
+    Values lists;
+    std::copy_if(page.values.begin(), page.values.end(), std::back_inserter(lists),
+                 [&page](const RecordedValue& value) { return IsList(page, value); });
+    return lists;
+}
+
+// The lists of a page are one value, in the order of their lines.
+Values MergeLists(const RecordedPage& base, const RecordedPage& run)
+{
+    const Values lists = ListsOf(run);
+    const bool changed =
+        std::any_of(lists.begin(), lists.end(), [](const RecordedValue& value) { return !value.bProposed; });
+    const Values bases = ListsOf(base);
+    return changed || bases.empty() ? lists : bases;
+}
+
+// The run's page, with the base's value for each word that nobody changed.
 RecordedPage MergePage(const RecordedPage& base, const RecordedPage& run)
 {
     RecordedPage page = run;
     page.values.clear();
-    const auto has = [](const std::vector<RecordedValue>& values, const RecordedValue& value) {
-        return std::any_of(values.begin(), values.end(),
-                           [&value](const RecordedValue& other) { return IsOfWord(other, value); });
-    };
-    std::vector<RecordedValue> replaced;
-    for (const RecordedValue& value : run.values) {
-        const bool isBases = value.bProposed && has(base.values, value);
-        if (!isBases && value.bKept && value.bProposed) {
-            continue; // the base's answers bring it about
+    const Values lists = MergeLists(base, run);
+    bool listsAdded = false;
+    const auto addLists = [&] {
+        if (!std::exchange(listsAdded, true)) {
+            page.values.insert(page.values.end(), lists.begin(), lists.end());
         }
-        if (!isBases) {
-            page.values.push_back(value);
-        } else if (!has(replaced, value)) {
-            std::copy_if(base.values.begin(), base.values.end(), std::back_inserter(page.values),
-                         [&value](const RecordedValue& other) { return IsOfWord(other, value); });
-            replaced.push_back(value);
+    };
+    for (const RecordedValue& value : run.values) {
+        if (IsList(run, value)) {
+            addLists();
+        } else if (std::optional<RecordedValue> merged = MergeValue(base.values, value)) {
+            page.values.push_back(std::move(*merged));
         }
     }
-    AddQuestions(base.questions, page);
+    addLists();
+    AddQuestions(base, page);
     return page;
+}
+
+// A new deployment has its own place, whatever the base's file says of its.
+void RemoveOwnPlace(RecordedPage& page)
+{
+    if (page.Page().role == PageRole::Target) {
+        std::erase_if(page.values, [](const RecordedValue& value) { return value.strWord == LOCATION_WORD; });
+    }
+}
+
+// What the base could not write stays out of what is made of it.
+AnswersFile WithoutLeftOut(AnswersFile file)
+{
+    for (AnswerSection& section : file.sections) {
+        std::erase_if(section.answers,
+                      [](const AnswerLine& answer) { return AnswerKeyForm(answer.strKey).bLeftOut; });
+    }
+    return file;
 }
 
 } // namespace
@@ -108,7 +186,7 @@ bool ReadBaseAnswers(const AnswersFile& file, const CString& folder,
                      AnswersError& error)
 {
     AnswerSources sources;
-    sources.file = file;
+    sources.file = WithoutLeftOut(file);
     sources.strFileFolder = folder;
     sources.tables = tables;
     CAnswers answers;
@@ -117,30 +195,35 @@ bool ReadBaseAnswers(const AnswersFile& file, const CString& folder,
     }
     const std::set<int> proposedLines = ProposedLines(file);
     base = BaseAnswers();
+    if (AnswersError stray; !CheckProductsReached(answers, products, stray)) {
+        base.warnings.push_back(stray.Text());
+    }
     for (const PageAnswerTable* table : tables) {
         const std::vector<AnswerProduct> owners =
             table->page->bOfProduct ? products : std::vector<AnswerProduct>(1);
         for (const AnswerProduct& product : owners) {
             if (const PageAnswers* page = answers.Find(table->page->section, product)) {
                 base.pages.push_back(PageOfBase(*page, product, proposedLines));
+                RemoveOwnPlace(base.pages.back());
             }
         }
     }
     return true;
 }
 
-std::vector<RecordedPage> MergeAnswers(const BaseAnswers& base, const std::vector<RecordedPage>& run)
+std::vector<RecordedPage> MergeAnswers(const BaseAnswers& base, const std::vector<RecordedPage>& run,
+                                       std::vector<RecordedPage>& unknown)
 {
     std::vector<RecordedPage> pages;
     for (const RecordedPage& page : run) {
         const auto found =
             std::find_if(base.pages.begin(), base.pages.end(),
                          [&page](const RecordedPage& other) { return IsSamePage(other, page); });
-        if (found == base.pages.end()) {
-            pages.push_back(page);
-        } else {
+        if (found != base.pages.end()) {
             pages.push_back(page.bShown ? MergePage(*found, page) : *found);
             pages.back().strTitle = page.strTitle;
+        } else {
+            (page.bShown ? pages : unknown).push_back(page);
         }
     }
     for (const RecordedPage& page : base.pages) {

@@ -17,6 +17,8 @@
 namespace {
 
 constexpr wchar_t WRITER[] = L"Setup " ROLLOUT_VERSION_TEXT;
+constexpr wchar_t BASE_WITHOUT_ANSWERS[] =
+    L"It was made from a deployment whose answers can't be used: what isn't said here came from there.";
 constexpr char BYTE_ORDER_MARK[] =
     "\xEF\xBB\xBF"; // for editors that would take other letters for those of a code page
 
@@ -25,6 +27,11 @@ CString FileBesideLog(const CString& log)
     const int dot = log.ReverseFind(L'.');
     const int name = log.ReverseFind(L'\\');
     return (dot > name ? log.Left(dot) : log) + L".answers.txt";
+}
+
+CString TitleOf(const RecordedPage& page)
+{
+    return page.product.strName.IsEmpty() ? page.strTitle : page.strTitle + L", " + page.product.strName;
 }
 
 std::vector<AnswerProduct> NamesOf(const std::vector<CProduct*>& products)
@@ -101,16 +108,25 @@ std::vector<RecordedPage> CAnswersOutput::JoinBase(const std::vector<RecordedPag
     if (folder.IsEmpty()) {
         return pages;
     }
+    form.folders.strMedia.Empty(); // the base's image, which is gone when the deployment is built anew
     BaseAnswers base;
     CString reason;
-    if (ReadBase(folder, form, base, reason)) {
-        return MergeAnswers(base, pages);
+    if (!ReadBase(folder, form, base, reason)) {
+        base.warnings = {L"The answers that \"" + folder + L"\" was built from can't be used: " + reason};
+        form.comments.push_back(BASE_WITHOUT_ANSWERS);
     }
-    const CString warning = L"The answers that \"" + folder + L"\" was built from can't be used: " + reason +
-                            L" What isn't said here came from there.";
-    form.comments.push_back(warning);
-    m_log.Line(L"Warning: " + warning);
-    return pages;
+    std::vector<RecordedPage> unknown;
+    const std::vector<RecordedPage> merged = MergeAnswers(base, pages, unknown);
+    for (const RecordedPage& page : unknown) {
+        base.warnings.push_back(L"Nobody went to the page \"" + TitleOf(page) +
+                                L"\", and the base's answers don't have it.");
+        form.comments.push_back(L"Not answered here: " + TitleOf(page) + L".");
+    }
+    for (const CString& warning : base.warnings) {
+        m_log.Line(L"Warning: " + warning + L" What the deployment has of it is not in " + ANSWERS_FILE +
+                   L".");
+    }
+    return merged;
 }
 
 bool CAnswersOutput::ReadBase(const CString& folder, const RecordForm& form, BaseAnswers& base,

@@ -57,6 +57,7 @@ struct RecordForm
 struct BaseAnswers
 {
     std::vector<RecordedPage> pages;
+    std::vector<CString> warnings; // of what isn't for this run's products
 };
 
 // Reads the base's file for the products of the run. `folder`: in which it lies. False with `error` as JoinAnswers.
@@ -65,6 +66,8 @@ struct BaseAnswers
                                    BaseAnswers& base, AnswersError& error);
 
 // The base's answers, changed by what this run did: a page that wasn't shown, and a value that a page proposed and nobody
-// changed, stay as the base has them.
+// changed, stay as the base has them. `unknown` gets the pages that weren't shown and of which the base says nothing: what
+// the new deployment has of them came with the base, and no file can bring it about.
 [[nodiscard]] std::vector<RecordedPage> MergeAnswers(const BaseAnswers& base,
-                                                     const std::vector<RecordedPage>& run);
+                                                     const std::vector<RecordedPage>& run,
+                                                     std::vector<RecordedPage>& unknown);

@@ -55,7 +55,7 @@ BoxVerdict JudgeBox(const PageAnswerTable* table, const PageAnswers* page, const
         return verdict;
     }
     for (const QuestionAnswer& answer : page->questions) {
-        if (asks && answer.pBox == verdict.pBox) {
+        if (asks && answer.IsOf(*verdict.pBox)) {
             verdict.meaning = BoxMeaning::Answered;
             verdict.pAnswer = &answer;
         }

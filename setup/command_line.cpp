@@ -40,7 +40,7 @@ const TextOption* FindTextOption(const CString& name)
 bool SetsOneValue(const CommandLineAnswer& answer)
 {
     const PageAnswerTable* table = FindAnswerTable(PageAnswerTables(), answer.strPage);
-    return !table || !IsListKey(*table, answer.strKey);
+    return !table || !IsListKey(*table, AnswerKeyForm(answer.strKey).strWord);
 }
 
 // set = page [ product ] "." key "=" value

@@ -36,6 +36,7 @@ protected:
         Lines build = LogOfBuild(L"Office");
         build.resize(5);
         build.push_back(L"Build ended with code 32. " + m_cause);
+        build.push_back(L"Answers <folder>\\setup.answers.txt");
         return Join({LogOfOpening(), build});
     }
 

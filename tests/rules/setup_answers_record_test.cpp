@@ -144,7 +144,7 @@ TEST(SetupRecord, APageThatAsksNothingLeavesNoSectionAndOneNobodyWentToSaysSo)
     EXPECT_NE(text.find("[notices]\n# Nobody went to its tab.\nshow = no\n"), std::string::npos) << text;
 }
 
-TEST(SetupRecord, WhatNoFileCanHoldIsLeftOutAndReportedByName)
+TEST(SetupRecord, WhatNoFileCanHoldStopsTheReplayByName)
 {
     std::vector<CString> warnings;
     const AnswersFile file =
@@ -152,10 +152,20 @@ TEST(SetupRecord, WhatNoFileCanHoldIsLeftOutAndReportedByName)
                        Form(), warnings);
     ASSERT_EQ(warnings.size(), 1u);
     EXPECT_EQ(warnings[0].Find(L"notices.site_name: "), 0) << Utf8(warnings[0]);
-    ASSERT_EQ(file.sections.at(0).answers.size(), 1u);
-    EXPECT_EQ(file.sections[0].answers[0].strKey, CString(L"feeds"));
-    EXPECT_EQ(file.sections[0].answers[0].comments, std::vector<CString>{RECORD_CHANGED});
-    ASSERT_EQ(file.sections[0].closingComments.size(), 1u);
+    ASSERT_EQ(file.sections.at(0).answers.size(), 2u);
+    EXPECT_EQ(file.sections[0].answers[0].strKey, CString(L"site_name.left_out"));
+    EXPECT_EQ(file.sections[0].answers[0].comments, (std::vector<CString>{RECORD_CHANGED, warnings[0]}));
+    EXPECT_EQ(file.sections[0].answers[1].strKey, CString(L"feeds"));
+    AnswerSources sources;
+    sources.file = file;
+    CAnswers answers;
+    AnswersError error;
+    EXPECT_FALSE(JoinAnswers(sources, answers, error));
+    EXPECT_EQ(error.strKey, CString(L"notices.site_name.left_out"));
+    BaseAnswers base;
+    ASSERT_TRUE(ReadBaseAnswers(file, L"D:\\Base", {ZOLT}, PageAnswerTables(), base, error))
+        << Utf8(error.Text());
+    EXPECT_EQ(base.pages.at(0).values.size(), 1u);
 }
 
 // ---- a base
@@ -174,7 +184,10 @@ BaseAnswers Base(const std::string& text, const std::vector<AnswerProduct>& prod
 
 std::string Merged(const std::string& base, const std::vector<RecordedPage>& run)
 {
-    return Text(MergeAnswers(Base(base), run), Form());
+    std::vector<RecordedPage> unknown;
+    const std::string text = Text(MergeAnswers(Base(base), run, unknown), Form());
+    EXPECT_TRUE(unknown.empty());
+    return text;
 }
 
 TEST(SetupRecord, AValueThatNobodyChangedStaysAsTheBaseHasIt)
@@ -216,6 +229,54 @@ TEST(SetupRecord, WhatThePageNoLongerOffersGoesAndWhatIsKeptTakesItsPlace)
     EXPECT_EQ(text.find("site_feed ="), std::string::npos) << text;
 }
 
+// The page shows the text that it showed before, but can't be entered any more.
+TEST(SetupRecord, WhatTheBaseAnsweredIsKeptWhenItsFeatureIsSwitchedOff)
+{
+    const std::string text =
+        Merged("[notices]\nsite_channel = yes\nsite_feed = \\\\s\\h\\a.xml\n",
+               {With(Page(L"notices", ZOLT), {{L"site_channel", {L"no"}},
+                                              {L"site_feed", {L"\\\\s\\h\\a.xml"}, true, true},
+                                              {L"site_name", {L"Site"}, true, true}})});
+    EXPECT_NE(text.find("site_feed.kept = \\\\s\\h\\a.xml\n"), std::string::npos) << text;
+    EXPECT_EQ(text.find("site_name"), std::string::npos) << "the page keeps it by itself\n" << text;
+}
+
+TEST(SetupRecord, WhatThePageShowsWinsOverABaseThatSaysSomethingElse)
+{
+    const std::string text = Merged("[settings]\nlog_folder = ..\\Log\nkeep_copy = yes\n",
+                                    {With(Page(L"settings"), {{L"log_folder", {L"E:\\Old\\Log"}, false, true},
+                                                              {L"keep_copy", {L"yes"}, false, true}})});
+    EXPECT_NE(
+        text.find("# Changed from what the page proposed:\nlog_folder = E:\\Old\\Log\nkeep_copy = yes\n"),
+        std::string::npos)
+        << text;
+}
+
+TEST(SetupRecord, NobodyAgreesToReplacingAnotherDeployment)
+{
+    const std::string text = Merged("[begin]\nname = Old\non_question.replace = yes\nlocation = D:\\Old\n",
+                                    {With(Page(L"begin"), {{L"name", {L"New"}}})});
+    EXPECT_EQ(text.find("replace"), std::string::npos) << text;
+    EXPECT_EQ(text.find("D:\\Old"), std::string::npos) << text;
+}
+
+TEST(SetupRecord, APageOfWhichNobodyKnowsWhatItHoldsIsReported)
+{
+    RecordedPage unseen = Page(L"notices", ZOLT);
+    unseen.bShown = false;
+    std::vector<RecordedPage> unknown;
+    EXPECT_TRUE(MergeAnswers(BaseAnswers(), {unseen}, unknown).empty());
+    ASSERT_EQ(unknown.size(), 1u);
+    EXPECT_EQ(unknown[0].pTable, unseen.pTable);
+}
+
+TEST(SetupRecord, ABasesSectionForAProductThatIsGoneIsReportedWithItsLine)
+{
+    const BaseAnswers base = Base("[notices \"Zolt 2020\"]\nfeeds = no\n");
+    ASSERT_EQ(base.warnings.size(), 1u);
+    EXPECT_NE(base.warnings[0].Find(L"(2): There is no product \"Zolt 2020\""), -1) << Utf8(base.warnings[0]);
+}
+
 TEST(SetupRecord, QuestionsOfBothStandAndTheRunsWin)
 {
     RecordedPage page = Page(L"notices", ZOLT);
@@ -255,6 +316,8 @@ TEST(SetupRecord, ABaseThatNobodyCanReadIsRefusedWithItsLine)
 
 // ---- what is recorded is what is replayed
 
+using Values = std::vector<RecordedValue>;
+
 constexpr FieldKind TARGET_AND_FILE[] = {FieldKind::Text, FieldKind::Path};
 constexpr AnswerKey KEYS[] = {
     {.word = L"text", .kind = AnswerKind::Text, .control = 1},
@@ -267,6 +330,47 @@ constexpr AnswerBox BOXES[] = {{BoxKind::Question, L"sure", L"text", 1}};
 constexpr PageRow ROW = {.stem = L"Any", .bTab = true, .bOfProduct = true, .section = L"any"};
 constexpr PageAnswerTable TABLE = {.page = &ROW, .keys = KEYS, .boxes = BOXES};
 constexpr const PageAnswerTable* TABLES[] = {&TABLE};
+
+constexpr AnswerKey LIST_KEYS[] = {
+    {.word = L"text", .kind = AnswerKind::Text, .control = 1},
+    {.word = L"clear", .kind = AnswerKind::Clear},
+    {.word = L"folder", .kind = AnswerKind::List, .fields = TARGET_AND_FILE},
+    {.word = L"file", .kind = AnswerKind::List, .fields = TARGET_AND_FILE},
+};
+constexpr PageAnswerTable LIST_TABLE = {.page = &ROW, .keys = LIST_KEYS};
+
+std::string MergedLists(const Values& base, const Values& run)
+{
+    BaseAnswers answers;
+    RecordedPage page;
+    page.pTable = &LIST_TABLE;
+    answers.pages = {With(page, base)};
+    std::vector<RecordedPage> unknown;
+    std::string text;
+    const std::vector<RecordedPage> merged = MergeAnswers(answers, {With(page, run)}, unknown);
+    for (const RecordedValue& value : merged.at(0).values) {
+        text += Utf8(value.strWord) + ":" + Utf8(value.fields.front()) + " ";
+    }
+    return text;
+}
+
+TEST(SetupRecord, UnchangedListsStayAsTheBaseHasThemInItsOrder)
+{
+    const Values base = {
+        {L"clear", {L"yes"}}, {L"file", {L"a", L""}}, {L"folder", {L"b", L""}}, {L"file", {L"c", L""}}};
+    EXPECT_EQ(MergedLists(base, {{L"text", {L"t"}},
+                                 {L"folder", {L"b", L""}, false, true},
+                                 {L"file", {L"a", L""}, false, true},
+                                 {L"file", {L"c", L""}, false, true}}),
+              "text:t clear:yes file:a folder:b file:c ");
+    EXPECT_EQ(MergedLists({{L"clear", {L"yes"}}}, {{L"text", {L"t"}, false, true}}), "text:t clear:yes ");
+}
+
+TEST(SetupRecord, ChangedListsAreTheRunsAlone)
+{
+    EXPECT_EQ(MergedLists({{L"file", {L"a", L""}}}, {{L"clear", {L"yes"}}, {L"file", {L"b", L""}}}),
+              "clear:yes file:b ");
+}
 
 class CRandom
 {
