@@ -141,7 +141,10 @@ void CPathResolver::EncodePathList(CString& value) const
             encoded += L']';
         }
         encoded += rest;
-        encoded += SEPARATOR;
+        // A row without a key that stands for a whole entry leaves nothing of it.
+        if (encoded.IsEmpty() || encoded[encoded.GetLength() - 1] != SEPARATOR[0]) {
+            encoded += SEPARATOR;
+        }
     }
     TrimRight(encoded, SEPARATOR);
     value = encoded;

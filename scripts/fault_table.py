@@ -21,6 +21,7 @@ AREAS = {
     "frame": ("frame", "window", "controls", "include"),
     "pages": ("pages",),
     "online": ("online",),
+    "paths": ("paths",),
     "slimhtml": ("slimhtml",),
     "installer": ("installer",),
     "msi": ("msi",),
