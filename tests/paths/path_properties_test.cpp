@@ -213,6 +213,16 @@ TEST_F(PathPropertiesTest, AMissingPropertyAndTheMarkerInAnyCaseAreShownEmpty)
     EXPECT_EQ(paths[PATH_ALT_FONT], CString());
 }
 
+TEST_F(PathPropertiesTest, TheMarkerIsNoDirectoryOfThatName)
+{
+    AddDirectory(L"NULL", L"Nowhere", L"2");
+    SetInDatabase(SUPPORT, L"[NULL]");
+    SetInDatabase(FONT, L"[NULL]x");
+    CPathProperties paths = Enter();
+    EXPECT_EQ(paths[PATH_SUPPORT], CString());
+    EXPECT_EQ(paths[PATH_ALT_FONT], CString(L"Nowhere\\x"));
+}
+
 TEST_F(PathPropertiesTest, TheFirstReadingIsKeptByTheHostInDisplayFormInTheStoreOrder)
 {
     AddDirectory(L"FONTDIR", L"Fonts", L"2");
