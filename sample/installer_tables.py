@@ -23,7 +23,7 @@ SCHEMAS = {
     "CreateFolder": ([("Directory_", "s72"), ("Component_", "s72")], 2),
     "RemoveFile": ([("FileKey", "s72"), ("Component_", "s72"), ("FileName", "L255"), ("DirProperty", "s72"),
                     ("InstallMode", "i2")], 1),
-    "CustomAction": ([("Action", "s72"), ("Type", "i2"), ("Source", "S72"), ("Target", "S255")], 1),
+    "CustomAction": ([("Action", "s72"), ("Type", "i2"), ("Source", "S72"), ("Target", "S0")], 1),
     "Upgrade": ([("UpgradeCode", "s38"), ("VersionMin", "S20"), ("VersionMax", "S20"), ("Language", "S255"),
                  ("Attributes", "i4"), ("Remove", "S255"), ("ActionProperty", "s72")], 5),
     "LaunchCondition": ([("Condition", "s255"), ("Description", "l255")], 1),

@@ -18,6 +18,7 @@ import uuid
 
 import file_contents
 import installer_tables as tables
+import path_action
 import sample_setup as setup
 import viewer_product
 import zolt_product
@@ -135,6 +136,11 @@ class Package:
                                ("AdvtExecuteSequence", tables.ADVERTISE_SEQUENCE)):
             self.rows[table] = [(action, None, sequence) for action, sequence in actions]
 
+    def resolve_paths(self, properties):
+        self.rows["CustomAction"].append((path_action.NAME, path_action.SCRIPT_IN_TARGET, None,
+                                          path_action.script(properties)))
+        self.rows["InstallExecuteSequence"].append((path_action.NAME, path_action.CONDITION, path_action.SEQUENCE))
+
     def compose_properties(self, values):
         self.product_code = self.guid("product", self.name)
         upgrade_code = guid(self.product, "upgrade", self.name, self.platform)
@@ -217,6 +223,7 @@ def make_product(product, media, platform, programs):
     template = product.SHORTCUT_TEMPLATE.format(component="INSTALLDIR_" + product.PROGRAM.replace(".", "_"))
     package.compose_properties(dict(product.PROPERTIES, **product.PATHS, ZOLT_SHORTCUT_TEMPLATE=template))
     package.compose_sequences()
+    package.resolve_paths(zolt_product.PATH_PROPERTIES)
     package.write()
     return package
 

@@ -34,10 +34,11 @@ DIRECTORIES = {
 DIRECTORY_MAP = {
     "INSTALLDIR": ("Zolt Viewer 2027", 2),
     "SUPPORTDIR": ("Support Files", 2),
-    "COLORBOOKDIR": ("Color Books", 2),
+    "COLORBOOKDIR": ("Support Files\\Color Books", 2),
     "FONTDIR": ("Fonts", 2),
     "PLOTTERDIR": ("Plotters", 2),
-    "PLOTSTYLEDIR": ("Plot Styles", 2),
+    "PLOTSTYLEDIR": ("Plotters\\Plot Styles", 2),
+    "HELPDIR": ("Help", 0),
     "SAMPLEDIR": ("Samples", 2),
 }
 
@@ -70,10 +71,12 @@ SHORTCUT_TEMPLATE = ("ZoltViewerCustom;STARTMENUDIR;ZOLTVI~2|Zolt Viewer Custom;
                      "Custom start of Zolt Viewer 2027;;;;;INSTALLDIR")
 
 REGISTRY_KEY = "Software\\Velkmora\\Zolt Viewer\\27.0"
-REGISTRY = [(name, value) for name, value in zolt_product.REGISTRY if name not in ("Carrier", "TemplatePath")]
+REGISTRY = [(name, value) for name, value in zolt_product.REGISTRY if name != "Carrier"]
 
-# What a viewer has no use for names no path.
-PATHS = dict({name: "[NULL]" for name in zolt_product.PATHS}, **{
+# What a viewer has no use for names no path, and one it doesn't even know. Three are of the kind that the page turns into
+# something else: a directory that may be shown but not stand for a beginning, one that the page doesn't know, and
+# brackets that are escaped and look like a directory once they are not.
+PATHS = dict({name: "[NULL]" for name in zolt_product.PATH_PROPERTIES if name != "ZOLTProfile_TEXMAPS"}, **{
     "ZOLTProfile_SupportPath": "[SUPPORTDIR];[FONTDIR]",
     "ZOLTProfile_MenuFile": "[SUPPORTDIR]Viewer.zmenu",
     "ZOLTProfile_PrinterConfigDir": "[PLOTTERDIR]",
@@ -81,6 +84,9 @@ PATHS = dict({name: "[NULL]" for name in zolt_product.PATHS}, **{
     "ZOLTProfile_FontMapFile": "[SUPPORTDIR]FontMap.txt",
     "ZOLTProfile_AltFont": "Simple.zfont",
     "ZOLTProfile_ColorBookLocation": "[COLORBOOKDIR]",
+    "ZOLTProfile_WebGrabDir": "[HELPDIR]Web",
+    "ZOLTProfile_LogFilePath": "[CommonAppDataFolder]Velkmora",
+    "ZOLTProfile_SaveFilePath": "C:\\Drawings\\[\\[]old[\\]]",
 })
 
 PROPERTIES = {name: value for name, value in zolt_product.PROPERTIES.items() if name != "MC3_ENABLED"}

@@ -43,21 +43,25 @@ DIRECTORIES = {
     "DesktopFolder": ("TARGETDIR", "."),
 }
 
-# What an administrator sees of a directory: text and flags (2: usable as a path prefix, 4: hidden in the file tree).
+# What an administrator sees of a directory: text and flags (2: usable as a path prefix, 4: hidden in the file tree). A
+# text below another one's: the first key that fits a path stands for it, so the keys of the folders above come last.
+# That of the textures never does, which gives the same folder.
 DIRECTORY_MAP = {
     "INSTALLDIR": ("Zolt 2027", 2),
     "SUPPORTDIR": ("Support Files", 2),
-    "COLORBOOKDIR": ("Color Books", 2),
-    "PALETTEDIR": ("Tool Palettes", 2),
+    "COLORBOOKDIR": ("Support Files\\Color Books", 2),
+    "PALETTEDIR": ("Support Files\\Tool Palettes", 2),
     "FONTDIR": ("Fonts", 2),
-    "TEMPLATEDIR": ("Drawing Templates", 2),
-    "SHEETSETDIR": ("Sheet Sets", 2),
+    "TEMPLATEDIR": ("Templates", 2),
+    "SHEETSETDIR": ("Templates\\Sheet Sets", 2),
     "PLOTTERDIR": ("Plotters", 2),
-    "PLOTDESCDIR": ("Plotter Descriptions", 2),
-    "PLOTSTYLEDIR": ("Plot Styles", 2),
-    "TEXTUREDIR": ("Textures", 2),
+    "PLOTDESCDIR": ("Plotters\\Descriptions", 2),
+    "PLOTSTYLEDIR": ("Plotters\\Plot Styles", 2),
+    "TEXTUREDIR": ("Zolt 2027\\Textures", 2),
+    "HELPDIR": ("Help", 0),
     "SAMPLEDIR": ("Samples", 2),
-    "DRIVERDIR": ("Drivers", 4),
+    "DATABASEDIR": ("Samples\\Database Links", 2),
+    "DRIVERDIR": ("Drivers", 6),
     "SHAREDDATADIR": ("Shared Data", 2),
 }
 
@@ -112,8 +116,6 @@ REGISTRY = [
     ("InstallFolder", "[INSTALLDIR]"),
     ("Version", VERSION),
     ("Carrier", "[MC3_ENABLED]"),
-    ("SupportPath", "[ZOLTProfile_SupportPath]"),
-    ("TemplatePath", "[ZOLTProfile_TemplatePath]"),
     ("UpdateService", "[ZOLT_PATCHRELAY_ENABLE]"),
     ("UpdateSource", "[ZOLT_PATCHRELAY_PATCHNOTIFY]"),
     ("UpdateList", "[ZOLT_PATCHRELAY_LISTLOCACTION]"),
@@ -132,32 +134,43 @@ REGISTRY = [
     ("ProfileName", "[ZOLTDEFAULTPROFILENAME]"),
 ]
 
+# All that the product knows; those that PATHS leaves out are set by nobody before the wizard.
+PATH_PROPERTIES = ["ZOLTProfile_" + name for name in (
+    "SupportPath", "MenuFile", "EnterpriseMenuFile", "PrinterConfigDir", "PrinterDescDir", "PrinterStyleSheetDir",
+    "TemplatePath", "TempDirectory", "XrefTempDir", "CustomDictionary", "FontMapFile", "AltFont", "QnewTemplate",
+    "WebGrabDir", "ToolPaletteFolder", "SaveFilePath", "LogFilePath", "PlotLogPath", "ColorBookLocation",
+    "DatabaseWorkSpacePath", "SheetSetTemplatePath", "AlternativePageSetUpsTemplate", "TEXMAPS",
+    "ActionsRecordingFilePath", "AdditionalActionsFileLocation", "DGNMappingPath")]
+REGISTRY += [(name.split("_")[1], "[%s]" % name) for name in PATH_PROPERTIES]
+REGISTRY.append(("CustomPaths", "[NIW_Custom_Paths_Are_Set]"))
+
+# Values of every form that the page gives back as they are: directories, plain folders, lists of both, and no path at all;
+# and the installer's own escapes, which it resolves. The textures come back by the key that comes first.
 PATHS = {
-    "ZOLTProfile_SupportPath": "[SUPPORTDIR];[FONTDIR];[DRIVERDIR]",
+    "ZOLTProfile_SupportPath": "[SUPPORTDIR];[FONTDIR];[DRIVERDIR];\\\\server\\zolt\\Office Standards",
     "ZOLTProfile_MenuFile": "[SUPPORTDIR]Main.zmenu",
     "ZOLTProfile_EnterpriseMenuFile": "[NULL]",
     "ZOLTProfile_PrinterConfigDir": "[PLOTTERDIR]",
     "ZOLTProfile_PrinterDescDir": "[PLOTDESCDIR]",
     "ZOLTProfile_PrinterStyleSheetDir": "[PLOTSTYLEDIR]",
     "ZOLTProfile_TemplatePath": "[TEMPLATEDIR]",
-    "ZOLTProfile_TempDirectory": "[NULL]",
+    "ZOLTProfile_TempDirectory": "[null]",
     "ZOLTProfile_XrefTempDir": "[NULL]",
     "ZOLTProfile_CustomDictionary": "[SUPPORTDIR]Words.dic",
     "ZOLTProfile_FontMapFile": "[SUPPORTDIR]FontMap.txt",
     "ZOLTProfile_AltFont": "Simple.zfont",
     "ZOLTProfile_QnewTemplate": "[NULL]",
     "ZOLTProfile_WebGrabDir": "[NULL]",
-    "ZOLTProfile_ToolPaletteFolder": "[PALETTEDIR]",
+    "ZOLTProfile_ToolPaletteFolder": "[PALETTEDIR];[SHAREDDATADIR]Tool Palettes",
     "ZOLTProfile_SaveFilePath": "[NULL]",
-    "ZOLTProfile_LogFilePath": "[NULL]",
-    "ZOLTProfile_PlotLogPath": "[NULL]",
+    "ZOLTProfile_LogFilePath": "C:\\Zolt Logs",
+    "ZOLTProfile_PlotLogPath": "C:\\Zolt Logs\\[\\{]plots[\\}]",
     "ZOLTProfile_ColorBookLocation": "[COLORBOOKDIR]",
     "ZOLTProfile_DatabaseWorkSpacePath": "[DATABASEDIR]",
     "ZOLTProfile_SheetSetTemplatePath": "[SHEETSETDIR]",
     "ZOLTProfile_AlternativePageSetUpsTemplate": "[TEMPLATEDIR]Page Setups.ztemplate",
-    "ZOLTProfile_TEXMAPS": "[TEXTUREDIR]",
+    "ZOLTProfile_TEXMAPS": "[TEXTUREDIR];[SHAREDDATADIR]Textures",
     "ZOLTProfile_ActionsRecordingFilePath": "[SUPPORTDIR]",
-    "ZOLTProfile_AdditionalActionsFileLocation": "[NULL]",
     "ZOLTProfile_DGNMappingPath": "[SUPPORTDIR]",
 }
 

@@ -10,7 +10,7 @@ import re
 
 SWITCH = {"yes": "#1", "no": "#0"}
 SOURCE = {"maker": "#1", "local_list": "#2"}
-TEXT, PATH = object(), object()
+TEXT, PATH, SHOWN_PATH = object(), object(), object()
 
 # Their answers hold for the deployment, and for those of its products that carry the property.
 SECTIONS_OF_DEPLOYMENT = ("settings",)
@@ -32,6 +32,15 @@ PROPERTIES = {
     "resources.send_computer_name": ("ZOLT_ENABLE_SEND_PC_NAME", SWITCH),
     "resources.search_locations": ("ZOLT_SEARCH_LOCATIONS_CUSTOM_ENABLE", SWITCH),
 }
+# The words of the paths are those of their properties: "paths.menu_file" for ZOLTProfile_MenuFile. The answers hold what the
+# page shows, so what has to arrive depends on the product's directories.
+PROPERTIES.update({"paths." + re.sub(r"(?<=[a-z])(?=[A-Z])|(?<=[A-Z])(?=[A-Z][a-z])", "_", name).lower():
+                   ("ZOLTProfile_" + name, SHOWN_PATH) for name in (
+    "SupportPath", "MenuFile", "EnterpriseMenuFile", "PrinterConfigDir", "PrinterDescDir", "PrinterStyleSheetDir",
+    "TemplatePath", "TempDirectory", "XrefTempDir", "CustomDictionary", "FontMapFile", "AltFont", "QnewTemplate",
+    "WebGrabDir", "ToolPaletteFolder", "SaveFilePath", "LogFilePath", "PlotLogPath", "ColorBookLocation",
+    "DatabaseWorkSpacePath", "SheetSetTemplatePath", "AlternativePageSetUpsTemplate", "TEXMAPS",
+    "ActionsRecordingFilePath", "AdditionalActionsFileLocation", "DGNMappingPath")})
 
 
 def unquoted(value):
@@ -50,8 +59,13 @@ def read_answers(path):
             section, product = section.strip(), unquoted('"' + name) if name else ""
         elif "=" in line and not line.startswith("#"):
             key, value = line.split("=", 1)
-            answers[section + "." + key.strip(), product] = unquoted(value)
+            add_answer(answers, (section + "." + key.strip(), product), unquoted(value))
     return answers
+
+
+def add_answer(answers, place, value):
+    """A key that stands several times is that of a list, whose lines are the entries of one path."""
+    answers[place] = answers[place] + ";" + value if place in answers else value
 
 
 def split_word(word):
@@ -84,7 +98,8 @@ def properties_for(answers, folder):
         if key in PROPERTIES and not value.lower().startswith("<media>"):
             name, form = PROPERTIES[key]
             full = form is PATH and not literal
-            text = full_path(folder, value) if full else value if form in (TEXT, PATH) else form[value]
+            as_it_stands = form in (TEXT, PATH, SHOWN_PATH)
+            text = full_path(folder, value) if full else value if as_it_stands else form[value]
             asked[name, product] = (key, text)
     return asked
 
@@ -92,7 +107,10 @@ def properties_for(answers, folder):
 def asked_properties(path, words):
     """What an answers file and the single answers of the command line, which win over it, ask of the properties."""
     asked = properties_for(read_answers(path), os.path.dirname(os.path.abspath(path)))
-    said = properties_for(dict(split_word(word) for word in words), os.getcwd())
+    words_said = {}
+    for word in words:
+        add_answer(words_said, *split_word(word))
+    said = properties_for(words_said, os.getcwd())
     for name, product in said:
         if not product:  # it wins for each product
             asked = {place: value for place, value in asked.items() if place[0] != name}
@@ -103,14 +121,15 @@ def asked_properties(path, words):
 def find_unmet(asked, products):
     """A sentence for each asked property that holds something else. `products`: (name, carried, properties) of each
     product, without its language packs. `carried` are the (kind, text) of the registry values that hold a property; the
-    database's `properties` count where no value carries it. What belongs to a product's page is asked of each product, or of
-    the one that the answer names; what belongs to the deployment of one of them."""
+    database's `properties` count where no value carries it. A fourth entry, the package, is asked what becomes of a path
+    that its page shows. What belongs to a product's page is asked of each product, or of the one that the answer names;
+    what belongs to the deployment of one of them."""
     unmet = []
     for (name, owner), (key, text) in sorted(asked.items()):
         meant = [product for product in products
                  if (owner.lower() in (product[0].lower(), product[2].get("ProductCode", "").lower()) if owner
                      else (name, product[0]) not in asked)]
-        looks = [look(product, name, text) for product in meant]
+        looks = [look(product, key, name, text) for product in meant]
         bad = [found for good, found in looks if not good]
         overridden = products and not owner and not meant
         if not overridden and (not meant or (len(bad) == len(looks)
@@ -119,14 +138,18 @@ def find_unmet(asked, products):
     return unmet
 
 
-def look(product, name, text):
+def look(product, key, name, text):
     """Whether a product's property holds the text, and what it holds."""
-    title, carried, properties = product
+    title, carried, properties, *package = product
+    stored = installed = text
+    if PROPERTIES[key][1] is SHOWN_PATH:
+        stored = package[0].stored_path(text)
+        installed = package[0].resolved(name, stored)
     if name in carried:
-        good = any(same_value(kind, found, text) for kind, found in carried[name])
+        good = any(same_value(kind, found, installed) for kind, found in carried[name])
         found = " and ".join("%s \"%s\"" % value for value in carried[name])
     else:
-        good = properties.get(name, "") == text
+        good = properties.get(name, "") == stored
         found = '"%s"' % properties.get(name, "")
     return good, found + " in " + title
 

@@ -7,7 +7,8 @@
 DEPLOYMENT is the folder that the wizard made. It is reached over a network path in a Wine prefix of its own, through
 its own Install.cmd and Uninstall.cmd. Every file that the databases name must be there with its size after installing,
 and gone after uninstalling; what the package itself asks to leave is told apart from what was left behind. Every registry value
-that carries one property to the workstation must hold what the deployed database says. Files whose place can't be known
+that carries one property to the workstation must hold what the deployed database says, with the directories of the
+workstation where a script of the package puts them in. Files whose place can't be known
 beforehand, other registry values, shortcuts, services and environment variables are not looked at. With the answers that the wizard was run with, those values must also be what was answered, so
 the choices are seen to arrive. When the deployment names a folder for logs, each product's log must have come there.
 Says what it waits for while it waits. A command that doesn't come back within the limit is ended, with all that runs in
@@ -24,6 +25,7 @@ import sys
 import xml.etree.ElementTree
 
 from expected_properties import asked_properties, find_unmet, same_value
+from path_forms import NO_PATH, stored_path
 from steady_addresses import keep_addresses_steady
 from watched_command import CommandOverdue, Patience, read_log, run_watched
 
@@ -41,6 +43,7 @@ RUNNING_ACTIONS = (1, 2, 5, 6)
 COMMAND_SECONDS = 300  # the slowest seen took 20
 REPORT_SECONDS = 10
 LOG_LINES = 3
+SCRIPT_IN_TARGET = 37  # a custom action's type: JScript
 # Of thousands of lines in a log those that say how it went.
 REPORTED_LINE = re.compile(r"^(Action ended|Product: |.*-- (Installation|Configuration) |MSI .*returning|Error )")
 
@@ -110,6 +113,8 @@ class Package:
         self.properties = {row["Property"]: row["Value"] for row in read_table(path, "Property")}
         level = int(self.properties.get("INSTALLLEVEL", "1"))
         features = {row["Feature"] for row in read_table(path, "Feature") if 0 < int(row["Level"] or 0) <= level}
+        self.resolving_scripts = [row["Target"] for row in read_table(path, "CustomAction")
+                                  if int(row["Type"]) == SCRIPT_IN_TARGET]
         self.wanted = {row["Component_"] for row in read_table(path, "FeatureComponents") if row["Feature_"] in features}
 
     def folder(self, key):
@@ -140,6 +145,26 @@ class Package:
         sequenced = {row["Action"] for row in read_table(self.path, "InstallExecuteSequence")}
         return [row["Action"] for row in read_table(self.path, "CustomAction")
                 if row["Action"] in sequenced and int(row["Type"]) & 7 in RUNNING_ACTIONS]
+
+    def resolved(self, name, text):
+        """What a property holds when the registry is written: of those that a script of the package resolves, the
+        directories are the workstation's by then."""
+        if text.upper() == NO_PATH or not any(re.search(r"\b%s\b" % name, script) for script in self.resolving_scripts):
+            return text
+        return re.sub(r"\[\\(.)\]|\[(\w+)\]", lambda found: found.group(1) or self.target_path(found.group(2)), text)
+
+    def stored_path(self, shown):
+        """What the database holds of a path as its page shows it."""
+        rows = {row["Directory_"]: (row["LocalString"], int(row["Flags"]))
+                for row in read_table(self.path, "TarnDirectoryMap")}
+        return stored_path(rows, shown)
+
+    def target_path(self, key):
+        """The installed path of a directory key, with its closing backslash; of another key its property."""
+        folder = self.folder(key)
+        if folder is None:
+            return self.properties.get(key, "")
+        return "\\".join(["C:"] + [part for part in folder.split("/") if part] + [""])
 
     def carried_properties(self):
         """(key with its root, bits of the registry's view, name, property, reason to stay) of each value that is one
@@ -296,14 +321,14 @@ def check_registry(workstation, packages, asked):
                 values[key, bits] = workstation.registry_values(key, bits)
             kind, found = values[key, bits].get(name, ("none", ""))
             carried.setdefault(source, []).append((kind, found))
-            text = package.properties.get(source, "")
+            text = package.resolved(source, package.properties.get(source, ""))
             if same_value(kind, found, text):
                 good += 1
             else:
                 troubles.append("%s\\%s is %s \"%s\" instead of \"%s\"" % (key, name, kind, found, text))
         if not package.is_pack:
             products.append((package.properties.get("ProductName", os.path.basename(package.path)), carried,
-                             package.properties))
+                             package.properties, package))
     print("%d of %d properties stand in the registry as the deployment has them." % (good, good + len(troubles)))
     return troubles + check_answers(products, asked)
 

@@ -66,6 +66,12 @@ class AskedAnswersTest(unittest.TestCase):
         self.assertEqual(len(find_unmet(asked, [zolt, ("Viewer", {}, {"ZOLT_MEMBERBAY_ENABLE": "#0"})])), 1)
         self.assertEqual(len(find_unmet(asked, [zolt])), 1)
 
+    def test_the_lines_of_a_list_are_one_path_and_those_of_the_command_line_replace_the_files(self):
+        text = "[paths]\nsupport_path = Fonts\\a\nsupport_path = C:\\b\nalt_font = a.zfont\n"
+        self.assertEqual(self.asked(text), {"ZOLTProfile_SupportPath": "Fonts\\a;C:\\b", "ZOLTProfile_AltFont": "a.zfont"})
+        self.assertEqual(self.asked(text, "paths.support_path=x", "paths.support_path=y"),
+                         {"ZOLTProfile_SupportPath": "x;y", "ZOLTProfile_AltFont": "a.zfont"})
+
     def test_a_relative_location_counts_from_the_files_folder(self):
         self.assertEqual(self.asked("[notices]\nupdate_list = ../a/list.npl\n"),
                          {"ZOLT_PATCHRELAY_LISTLOCACTION":
@@ -91,6 +97,31 @@ class AskedAnswersTest(unittest.TestCase):
         self.assertEqual(find_unmet(MEMBER_BAY, [good, good]), [])
         self.assertEqual(find_unmet(MEMBER_BAY, [good, bad]), [sentence])
         self.assertEqual(find_unmet(MEMBER_BAY, [bad, bad]), [sentence + ' and "#1" in Viewer'])
+
+    def test_a_path_is_asked_for_as_the_product_stores_it_and_the_workstation_resolves_it(self):
+        class FontsFolder:
+            def stored_path(self, shown):
+                return shown.replace("Fonts\\", "[FONTDIR]")
+
+            def resolved(self, name, stored):
+                return stored.replace("[FONTDIR]", "C:\\%s\\" % name)
+
+        asked = {("ZOLTProfile_AltFont", ""): ("paths.alt_font", "Fonts\\a.zfont")}
+        for carried, properties, good in (
+                ({"ZOLTProfile_AltFont": [("REG_SZ", "C:\\ZOLTProfile_AltFont\\a.zfont")]}, {}, True),
+                ({"ZOLTProfile_AltFont": [("REG_SZ", "Fonts\\a.zfont")]}, {}, False),
+                ({}, {"ZOLTProfile_AltFont": "[FONTDIR]a.zfont"}, True),
+                ({}, {"ZOLTProfile_AltFont": "Fonts\\a.zfont"}, False)):
+            with self.subTest(carried=carried, properties=properties):
+                unmet = find_unmet(asked, [("Zolt", carried, properties, FontsFolder())])
+                self.assertEqual(len(unmet), 0 if good else 1)
+
+    def test_the_words_of_the_paths_follow_their_properties(self):
+        words = {key: name for key, (name, _) in PROPERTIES.items() if key.startswith("paths.")}
+        self.assertEqual(len(words), 26)
+        for word, name in (("support_path", "SupportPath"), ("texmaps", "TEXMAPS"), ("dgn_mapping_path", "DGNMappingPath"),
+                           ("alternative_page_set_ups_template", "AlternativePageSetUpsTemplate")):
+            self.assertEqual(words["paths." + word], "ZOLTProfile_" + name)
 
     def test_an_answer_for_the_deployment_is_asked_of_one_product(self):
         asked = {("MC3_ENABLED", ""): ("settings.mc3", "#1")}

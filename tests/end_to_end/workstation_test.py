@@ -10,7 +10,7 @@ from wizard import MEDIA, PROGRAM_FOLDER, ROOT, WizardTest, windows_path
 
 PACKAGE = os.path.join(MEDIA, "x64", "ZoltdeDE", "ZoltdeDE.msi")
 LIMIT = "10"  # seconds; the packages here install in one
-RUN_PROGRAM_OF_PROPERTY = 50  # a custom action's type
+RUN_PROGRAM_OF_PROPERTY, RUN_SCRIPT = 50, 37  # types of custom actions
 PERMANENT, SIXTY_FOUR_BIT = 16, 256
 
 sys.path.insert(0, os.path.join(ROOT, "scripts"))
@@ -104,6 +104,27 @@ class WorkstationTest(WizardTest):
         result = self.look(deployment)
         self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
         self.assertRegex(result.stdout, r"What these custom actions made can't be known .*: AskTheName")
+
+    def deployment_with_paths(self, script):
+        """A registry value that carries a property with a directory, which the script is to resolve."""
+        return self.deployment_of(
+            "INSERT INTO `Property` (`Property`, `Value`) VALUES ('PATHS', '[LANGUAGEDIR_DE_DE]a;[\\[]b[\\]];[NO_SUCH]c')",
+            "INSERT INTO `Registry` (`Registry`, `Root`, `Key`, `Name`, `Value`, `Component_`) VALUES ('Paths', 2, "
+            "'Software\\Velkmora\\Odd', 'Paths', '[PATHS]', 'LANGUAGEDIR_DE_DE_Words_dic')",
+            "INSERT INTO `CustomAction` (`Action`, `Type`, `Target`) VALUES ('Resolve', %d, '%s')" % (RUN_SCRIPT, script),
+            "INSERT INTO `InstallExecuteSequence` (`Action`, `Sequence`) VALUES ('Resolve', 1010)")
+
+    def test_a_path_that_a_script_resolves_has_the_directories_of_the_workstation(self):
+        result = self.look(self.deployment_with_paths(
+            'Session.Property("PATHS") = Session.Property("LANGUAGEDIR_DE_DE") + "a;[b];c"'))
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
+        self.assertIn("1 of 1 properties stand in the registry", result.stdout)
+
+    def test_a_path_that_a_script_leaves_as_it_is_is_a_trouble(self):
+        result = self.look(self.deployment_with_paths('Session.Property("PATHS") = Session.Property("PATHS")'))
+        self.assertEqual(result.returncode, 1, result.stdout + result.stderr)
+        self.assertRegex(result.stdout, r'TROUBLE: HKLM.Software.Velkmora.Odd.Paths is REG_SZ "\[LANGUAGEDIR_DE_DE\]a;.*" '
+                                        r'instead of "C:\\Program Files\\Velkmora\\.*\\a;\[b\];c"')
 
     def test_a_property_of_two_lines_and_a_package_that_is_only_payload_stop_no_look(self):
         deployment = self.deployment_of(
