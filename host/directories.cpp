@@ -1,6 +1,9 @@
 #include "host/directories.h"
 
+#include "base/path_text.h"
 #include "host/silent_installer.h"
+#include "installer/database.h"
+#include "installer/missing_tables.h"
 #include "installer/query.h"
 #include "installer/record.h"
 #include "installer/summary.h"
@@ -48,16 +51,6 @@ unsigned int OpenSession(InstallerHandle database, const CString& packageFolder,
     return ERROR_SUCCESS;
 }
 
-// A session keeps its properties in a temporary table of the database it was opened on, and some versions of the
-// service leave it there. It would count as a change.
-void DropSessionTable(MSIHANDLE database)
-{
-    if (MsiDatabaseIsTablePersistentW(database, L"_Property") == MSICONDITION_FALSE) {
-        const unsigned int result = RunStatement(database, L"DROP TABLE `_Property`");
-        static_cast<void>(result); // nothing else depends on it
-    }
-}
-
 } // namespace
 
 CFeature* CHostFeatureManager::FindFeature(const CString& name)
@@ -79,27 +72,43 @@ CHostDirectoryManager::CHostDirectoryManager(InstallerHandle database, const CSt
     ReadProperties();
 }
 
-unsigned int CHostDirectoryManager::ResolveBySession(const CString& workFolder)
+unsigned int ReadSessionTargets(const CString& package, const CString& packageFolder, SessionTargets& targets)
 {
     const CSilentInstaller silent;
+    CInstallerHandle database;
+    unsigned int result = OpenDatabase(package, MSIDBOPEN_TRANSACT, database);
+    CString table;
+    if (result == ERROR_SUCCESS) {
+        result = AddMissingTables(database.get(), table); // costing asks for them
+    }
     CInstallerHandle session;
-    const unsigned int result = OpenSession(m_database, m_packageFolder, session);
+    if (result == ERROR_SUCCESS) {
+        result = OpenSession(database.get(), packageFolder, session);
+    }
     if (result != ERROR_SUCCESS) {
-        session.reset();
-        DropSessionTable(m_database);
         return result;
     }
-    for (auto& [key, row] : m_rows) {
-        row.sessionTarget.Empty();
-        // A directory without a path here is resolved by its rows.
-        static_cast<void>(GetInstallerText(session.get(), key, row.sessionTarget, MsiGetTargetPathW));
-        if (row.sessionTarget.Left(workFolder.GetLength()).CompareNoCase(workFolder) == 0) {
-            row.sessionTarget.Empty(); // the working copy's folder is nobody's target
+    const CString workFolder = ParentFolder(package);
+    return ForEachRow(database.get(), L"SELECT `Directory` FROM `Directory`", {}, [&](MSIHANDLE record) {
+        const CString key = RecordText(record, 1);
+        CString target;
+        // A directory without a path here is resolved by its rows; the working copy's folder is nobody's target.
+        if (GetInstallerText(session.get(), key, target, MsiGetTargetPathW) &&
+            target.Left(workFolder.GetLength()).CompareNoCase(workFolder) != 0) {
+            targets[key] = target;
+        }
+        return true;
+    });
+}
+
+void CHostDirectoryManager::SetSessionTargets(const SessionTargets& targets)
+{
+    for (const auto& [key, target] : targets) {
+        const auto row = m_rows.find(key);
+        if (row != m_rows.end()) {
+            row->second.sessionTarget = target;
         }
     }
-    session.reset();
-    DropSessionTable(m_database);
-    return ERROR_SUCCESS;
 }
 
 void CHostDirectoryManager::Retire(Row& row)

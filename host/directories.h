@@ -6,6 +6,7 @@
 #include "msi/directory_rules.h"
 #include "msi/msi_rows.h"
 
+#include <map>
 #include <memory>
 #include <set>
 #include <vector>
@@ -22,15 +23,23 @@ private:
     CFeature m_feature; // stands for every feature: nobody asks it anything
 };
 
+// Target paths by directory.
+using SessionTargets = std::map<CString, CString>;
+
+// Asks an installer session for the target paths of a package that nothing else has open. 0, or why there was no session.
+// No other session may be open in the process. The session gets a database object of its own: what is equal to one of its
+// properties' values is lost when some versions of the service write it through the same object later.
+[[nodiscard]] unsigned int ReadSessionTargets(const CString& package, const CString& packageFolder,
+                                              SessionTargets& targets);
+
 class CHostDirectoryManager final : public CDirectoryManager, private IDirectorySource
 {
 public:
     // `packageFolder`: where the vendor's package lies on the media, with backslash.
     CHostDirectoryManager(InstallerHandle database, const CString& packageFolder);
 
-    // Asks an installer session on the open database for all paths. 0, or why there was none: the paths then come
-    // from the tables. No other session may be open in the process.
-    unsigned int ResolveBySession(const CString& workFolder);
+    // The paths that a session resolved, for the rows as they stand now; the others come from the tables.
+    void SetSessionTargets(const SessionTargets& targets);
 
     bool GetTargetPath(const wchar_t* directory, wchar_t* buffer, unsigned int* size) override;
     bool GetSourcePath(const wchar_t* directory, wchar_t* buffer, unsigned int* size) override;

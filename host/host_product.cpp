@@ -173,6 +173,9 @@ OperationError CHostProduct::Open(std::vector<CString>& warnings)
     if (OperationError error = CopyPackage()) {
         return error;
     }
+    SessionTargets targets;
+    const unsigned int sessionResult =
+        ReadSessionTargets(m_strWorkFile, m_source.strMediaRoot + m_source.strRelativeFolder, targets);
     unsigned int result = OpenDatabase(m_strWorkFile, MSIDBOPEN_TRANSACT, m_database);
     if (result != ERROR_SUCCESS) {
         return {result,
@@ -195,24 +198,24 @@ OperationError CHostProduct::Open(std::vector<CString>& warnings)
     if (OperationError error = CheckPackageSources(m_database.get(), m_strOriginalFile)) {
         return error;
     }
-    ReadDatabase(warnings);
+    if (sessionResult != ERROR_SUCCESS) {
+        warnings.push_back(
+            HostSentence(HostText::PathsUnresolved, {m_product.strName, SystemReason(sessionResult)}));
+    }
+    ReadDatabase(targets);
     const std::lock_guard lock(g_openProductsLock);
     g_openProducts.push_back(this);
     return {};
 }
 
-void CHostProduct::ReadDatabase(std::vector<CString>& warnings)
+void CHostProduct::ReadDatabase(const SessionTargets& targets)
 {
     m_fileSequence = HighestFileSequence(m_database.get());
     m_x64Marker = IsSixtyFourBit(m_database.get()) ? 1 : 0;
     m_features = std::make_unique<CHostFeatureManager>(m_database.get());
     m_directories = std::make_unique<CHostDirectoryManager>(m_database.get(), m_source.strMediaRoot +
                                                                                   m_source.strRelativeFolder);
-    const unsigned int result = m_directories->ResolveBySession(m_source.strWorkFolder);
-    if (result != ERROR_SUCCESS) {
-        warnings.push_back(
-            HostSentence(HostText::PathsUnresolved, {m_product.strName, SystemReason(result)}));
-    }
+    m_directories->SetSessionTargets(targets);
     m_pFeatureManager = m_features.get();
     m_pDirectoryManager = m_directories.get();
 }

@@ -65,7 +65,7 @@ public:
 
 private:
     OperationError CopyPackage();
-    void ReadDatabase(std::vector<CString>& warnings);
+    void ReadDatabase(const SessionTargets& targets);
     std::vector<StoredAddedFile> ReadAddedFiles() const;
     void RestoreSources(const std::vector<StoredAddedFile>& files);
 

@@ -167,3 +167,25 @@ TEST_F(BuildThroughHostTest, APropertyThatAPageWroteOnTheHandleIsInTheBuiltDatab
         0u);
     EXPECT_EQ(ReadProperty(built.get(), L"MC3_ENABLED"), CString(L"#1"));
 }
+
+// The service's session for the target paths knows such values too. Written through the object that it worked on, they
+// were null in the file, and the build was refused as damaged.
+TEST_F(BuildThroughHostTest, AValueThatAlsoStandsInASessionsPropertyIsInTheBuiltDatabase)
+{
+    CSetupManager& manager = Open(scratch + L"media");
+    Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), L"North");
+    CProduct& product = *manager.m_pProducts->at(0);
+    const std::vector<std::pair<CString, CString>> values = {
+        {L"ZOLT_ONE", L"1"}, {L"ZOLT_ZERO", L"0"}, {L"ZOLT_WINDOWS", L"C:\\windows\\"}};
+    for (const auto& [name, value] : values) {
+        ASSERT_TRUE(product.SetMsiProperty(name, value, false));
+    }
+    Build();
+    CInstallerHandle built;
+    ASSERT_EQ(
+        MsiOpenDatabaseW(location + L"North\\Image\\x64\\Zolt\\Zolt.msi", MSIDBOPEN_READONLY, built.put()),
+        0u);
+    for (const auto& [name, value] : values) {
+        EXPECT_EQ(ReadProperty(built.get(), name), value);
+    }
+}
