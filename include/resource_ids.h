@@ -18,6 +18,9 @@
 // Icons
 #define IDI_SETUP 647
 
+// Bitmaps
+#define IDB_PATH_IMAGES 479
+
 // Frame of every page. Button ids are navigation results.
 #define IDC_NEXT 1
 #define IDC_CANCEL 2

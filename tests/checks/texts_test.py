@@ -38,6 +38,37 @@ PAGE_WORDS = {
     "IDS_LIST_HOST_UNKNOWN": "server in the location of the update list",
     "IDS_FEED_NOT_FOUND": "feed can't be found", "IDS_FEED_INVALID": "feed is not a valid path",
     "IDS_LIST_MISSING": "list doesn't exist",
+    "IDS_SUPPORT_PATH": "Support folders", "IDS_SUPPORT_PATH_TEXT": "support files", "IDS_MENU_FILES": "Menu files",
+    "IDS_MENU_FILES_TEXT": "define the menus", "IDS_MENU_FILE": "Main menu",
+    "IDS_MENU_FILE_TEXT": "users change when they customize", "IDS_ENTERPRISE_MENU_FILE": "Enterprise",
+    "IDS_ENTERPRISE_MENU_FILE_TEXT": "all users share", "IDS_CUSTOM_DICTIONARY": "dictionary",
+    "IDS_CUSTOM_DICTIONARY_TEXT": "spelling", "IDS_ALT_FONT": "Alternate font",
+    "IDS_ALT_FONT_TEXT": "doesn't have to exist", "IDS_FONT_MAP_FILE": "Font mapping",
+    "IDS_FONT_MAP_FILE_TEXT": "which font replaces which", "IDS_PRINTER_FOLDERS": "Printer support",
+    "IDS_PRINTER_FOLDERS_TEXT": "three folders", "IDS_PRINTER_CONFIG": "configuration",
+    "IDS_PRINTER_CONFIG_TEXT": "printers that are set up", "IDS_PRINTER_DESC": "description",
+    "IDS_PRINTER_DESC_TEXT": "paper sizes", "IDS_PRINTER_STYLE_SHEET": "Plot style",
+    "IDS_PRINTER_STYLE_SHEET_TEXT": "line widths", "IDS_SAVE_FILE": "Automatic save",
+    "IDS_SAVE_FILE_TEXT": "saves by itself", "IDS_COLOR_BOOK": "Color book", "IDS_COLOR_BOOK_TEXT": "named colors",
+    "IDS_DATABASE_WORKSPACE": "Data sources", "IDS_DATABASE_WORKSPACE_TEXT": "databases",
+    "IDS_TEMPLATES": "Template settings", "IDS_TEMPLATES_TEXT": "start new drawings",
+    "IDS_TEMPLATE_FOLDER": "Drawing template", "IDS_TEMPLATE_FOLDER_TEXT": "creates a drawing from a template",
+    "IDS_SHEET_SET_TEMPLATE": "Sheet set", "IDS_SHEET_SET_TEMPLATE_TEXT": "creates a sheet set",
+    "IDS_QNEW_TEMPLATE": "new drawings", "IDS_QNEW_TEMPLATE_TEXT": "a new drawing starts",
+    "IDS_PAGE_SETUPS_TEMPLATE": "new sheets", "IDS_PAGE_SETUPS_TEMPLATE_TEXT": "alternative page setups",
+    "IDS_TOOL_PALETTE": "Tool palette", "IDS_TOOL_PALETTE_TEXT": "keeps tool palettes", "IDS_LOG_FILE": "Log file",
+    "IDS_LOG_FILE_TEXT": "command window", "IDS_PLOT_LOG": "Plot log", "IDS_PLOT_LOG_TEXT": "who plotted",
+    "IDS_TEMP": "Temporary file", "IDS_TEMP_TEXT": "its temporary files", "IDS_XREF_TEMP": "external references",
+    "IDS_XREF_TEMP_TEXT": "refers to", "IDS_TEXMAPS": "Texture map", "IDS_TEXMAPS_TEXT": "materials",
+    "IDS_WEB_GRAB": "Web file", "IDS_WEB_GRAB_TEXT": "web address", "IDS_ACTIONS": "Action recorder",
+    "IDS_ACTIONS_TEXT": "folders of the action recorder", "IDS_ACTIONS_RECORDING": "Recorded actions",
+    "IDS_ACTIONS_RECORDING_TEXT": "a user records", "IDS_ADDITIONAL_ACTIONS": "Additional actions",
+    "IDS_ADDITIONAL_ACTIONS_TEXT": "can play, but not change", "IDS_DGN_MAPPING": "DGN",
+    "IDS_DGN_MAPPING_TEXT": "mapping setups",
+   
+   
+   
+   
 }
 PROGRAM_WORDS = {
     "IDS_BUILD_STARTING": "ready", "IDS_BUILD_CANCELLING": "Canceling", "IDS_BUILD_CANCEL_QUESTION": "stop building",
@@ -274,16 +305,22 @@ class ProgramDialogs(unittest.TestCase):
                 self.assertIn("SS_NOPREFIX", rest)
 
 
-class Icon(unittest.TestCase):
+class Pictures(unittest.TestCase):
+    def expect_drawn(self, script, picture):
+        with tempfile.TemporaryDirectory() as folder:
+            drawn = os.path.join(folder, "drawn")
+            subprocess.run([sys.executable, os.path.join(ROOT, script), drawn], check=True)
+            with open(drawn, "rb") as made, open(os.path.join(ROOT, picture), "rb") as kept:
+                self.assertEqual(made.read(), kept.read(), "draw it again: " + picture)
+
     def test_pages_and_program_have_the_icon_that_its_script_draws(self):
         icon = "resources/shared/setup.ico"
         for script in ("resources/wiz_text.rc", "setup/setup.rc"):
             self.assertEqual(re.findall(r'ICON "(.*)"', read(script)), [icon])
-        with tempfile.TemporaryDirectory() as folder:
-            drawn = os.path.join(folder, "setup.ico")
-            subprocess.run([sys.executable, os.path.join(ROOT, "resources/shared/make_icon.py"), drawn], check=True)
-            with open(drawn, "rb") as made, open(os.path.join(ROOT, icon), "rb") as kept:
-                self.assertEqual(made.read(), kept.read(), "draw it again: " + icon)
+        self.expect_drawn("resources/shared/make_icon.py", icon)
+
+    def test_the_paths_have_the_pictures_that_their_script_draws(self):
+        self.expect_drawn("resources/shared/make_path_images.py", "resources/shared/path_images.bmp")
 
 
 if __name__ == "__main__":

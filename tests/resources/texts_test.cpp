@@ -2,6 +2,7 @@
 #include "include/resource_ids.h"
 #include "tests/resources/language_library.h"
 #include "tests/support/text.h"
+#include "window/drawing_handles.h"
 
 #include <gtest/gtest.h>
 
@@ -32,6 +33,27 @@ const std::map<int, Placeholders> expectedPlaceholders = {
     {IDS_REPLACE_DEPLOYMENT, {"%s"}},
     {IDS_STEP, {"%s"}},
     {IDS_LOCATION_ACCESS_DENIED, {"%s"}},
+    {IDS_SUPPORT_PATH_TEXT, {"[ProductName]"}},
+    {IDS_MENU_FILES_TEXT, {"[ProductName]"}},
+    {IDS_MENU_FILE_TEXT, {"[ProductName]"}},
+    {IDS_CUSTOM_DICTIONARY_TEXT, {"[ProductName]"}},
+    {IDS_PRINTER_FOLDERS_TEXT, {"[ProductName]"}},
+    {IDS_PRINTER_CONFIG_TEXT, {"[ProductName]"}},
+    {IDS_SAVE_FILE_TEXT, {"[ProductName]"}},
+    {IDS_COLOR_BOOK_TEXT, {"[ProductName]"}},
+    {IDS_TEMPLATES_TEXT, {"[ProductName]"}},
+    {IDS_TEMPLATE_FOLDER_TEXT, {"[ProductName]"}},
+    {IDS_SHEET_SET_TEMPLATE_TEXT, {"[ProductName]"}},
+    {IDS_QNEW_TEMPLATE_TEXT, {"[ProductName]"}},
+    {IDS_TOOL_PALETTE_TEXT, {"[ProductName]"}},
+    {IDS_LOG_FILE_TEXT, {"[ProductName]"}},
+    {IDS_PLOT_LOG_TEXT, {"[ProductName]"}},
+    {IDS_TEMP_TEXT, {"[ProductName]"}},
+    {IDS_XREF_TEMP_TEXT, {"[ProductName]"}},
+    {IDS_TEXMAPS_TEXT, {"[ProductName]"}},
+    {IDS_WEB_GRAB_TEXT, {"[ProductName]"}},
+    {IDS_ACTIONS_TEXT, {"[ProductName]"}},
+    {IDS_DGN_MAPPING_TEXT, {"[ProductName]"}},
 };
 
 // "[...]" and "%" with the character behind it, sorted.
@@ -162,6 +184,16 @@ TEST_P(Texts, TheIconHasAllSizes)
     for (const int size : {16, 20, 24, 32, 40, 48, 64, 256}) {
         EXPECT_NE(std::find(sizes.begin(), sizes.end(), size % 256), sizes.end()) << size;
     }
+}
+
+// Each is 20 pixels wide, and the last that the paths use is the one of a template file, 30.
+TEST_P(Texts, ThePicturesOfThePathsAreThirtyOne)
+{
+    const CBitmapOwner pictures(static_cast<HBITMAP>(LoadImageW(
+        m_library.GetModule(), MAKEINTRESOURCEW(IDB_PATH_IMAGES), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION)));
+    BITMAP size = {};
+    ASSERT_NE(GetObjectW(pictures.get(), sizeof size, &size), 0);
+    EXPECT_EQ(size.bmWidth, 31 * 20);
 }
 
 TEST_P(Texts, TheLibraryStatesItsVersion)
