@@ -1,5 +1,6 @@
 #include "online/location_browser.h"
 
+#include "frame/current_folder.h"
 #include "frame/resource_text.h"
 #include "include/resource_ids.h"
 #include "online/location_rules.h"
@@ -35,19 +36,6 @@ CString DocumentsFolder()
     wchar_t folder[MAX_PATH] = {};
     return ::SHGetSpecialFolderPathW(nullptr, folder, CSIDL_PERSONAL, FALSE) ? CString(folder) : CString();
 }
-
-// The dialog makes the folder that it shows the process's current one, which would hold a share or a stick in use.
-class CCurrentFolderKeeper
-{
-public:
-    CCurrentFolderKeeper() { ::GetCurrentDirectoryW(MAX_PATH, m_folder); }
-    ~CCurrentFolderKeeper() { ::SetCurrentDirectoryW(m_folder); }
-    CCurrentFolderKeeper(const CCurrentFolderKeeper&) = delete;
-    CCurrentFolderKeeper& operator=(const CCurrentFolderKeeper&) = delete;
-
-private:
-    wchar_t m_folder[MAX_PATH] = {};
-};
 
 bool PickFile(HWND owner, const CString& title, const CString& filter, CString& path)
 {
