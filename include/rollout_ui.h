@@ -18,6 +18,8 @@ ROLLOUTUI_PAGE int DeploymentSettingsDialog(PageContext* context);
 ROLLOUTUI_PAGE int DeploymentCompleteDialog(PageContext* context);
 ROLLOUTUI_PAGE int DeploymentFailedDialog(PageContext* context);
 
+ROLLOUTUI_PAGE int PathCustomizationDialog(PageContext* context);
+ROLLOUTUI_PAGE CTabPage PathCustomizationPage(PageContext* context);
 ROLLOUTUI_PAGE int NoticeDeskFeedBoardDialog(PageContext* context);
 ROLLOUTUI_PAGE CTabPage NoticeDeskFeedBoardPage(PageContext* context);
 ROLLOUTUI_PAGE int OnlineResourcesDialog(PageContext* context);

@@ -65,6 +65,15 @@ CString CTreeViewCtrl::GetItemText(HTREEITEM item) const
     });
 }
 
+void CTreeViewCtrl::SetItemText(HTREEITEM item, const wchar_t* text) const noexcept
+{
+    TVITEMW changed = {};
+    changed.mask = TVIF_TEXT;
+    changed.hItem = item;
+    changed.pszText = const_cast<wchar_t*>(text); // the control only reads it
+    SetItem(changed);
+}
+
 int CListViewCtrl::InsertColumn(int index, const wchar_t* title, int width, int format) const noexcept
 {
     LVCOLUMNW column = {};

@@ -161,6 +161,14 @@ public:
     HTREEITEM GetParentItem(HTREEITEM item) const noexcept { return GetNextItem(item, TVGN_PARENT); }
     HTREEITEM GetChildItem(HTREEITEM item) const noexcept { return GetNextItem(item, TVGN_CHILD); }
     HTREEITEM GetNextSiblingItem(HTREEITEM item) const noexcept { return GetNextItem(item, TVGN_NEXT); }
+    HTREEITEM GetPrevSiblingItem(HTREEITEM item) const noexcept { return GetNextItem(item, TVGN_PREVIOUS); }
+    // What stands at a point of the client area, left and right of the text too; null for nothing.
+    HTREEITEM HitTest(POINT point) const noexcept
+    {
+        TVHITTESTINFO hit = {};
+        hit.pt = point;
+        return Item(SendMessage(TVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    }
 
     BOOL GetItem(TVITEMW* item) const noexcept
     {
@@ -172,6 +180,11 @@ public:
     }
     LPARAM GetItemData(HTREEITEM item) const noexcept;
     CString GetItemText(HTREEITEM item) const;
+    void SetItemText(HTREEITEM item, const wchar_t* text) const noexcept;
+    UINT GetItemState(HTREEITEM item, UINT mask) const noexcept
+    {
+        return static_cast<UINT>(SendMessage(TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item), mask));
+    }
 
     BOOL SelectItem(HTREEITEM item) const noexcept
     {
@@ -189,6 +202,12 @@ public:
     HWND EditLabel(HTREEITEM item) const noexcept
     {
         return reinterpret_cast<HWND>(SendMessage(TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(item)));
+    }
+    // That of the label under edit, or null.
+    HWND GetEditControl() const noexcept { return reinterpret_cast<HWND>(SendMessage(TVM_GETEDITCONTROL)); }
+    void SetBkColor(COLORREF color) const noexcept
+    {
+        SendMessage(TVM_SETBKCOLOR, 0, static_cast<LPARAM>(color));
     }
     // The former list, or null; the control borrows the list.
     HIMAGELIST SetImageList(HIMAGELIST list, int kind = TVSIL_NORMAL) const noexcept

@@ -27,6 +27,7 @@ const WindowMark marks[] = {
     {Shown::CancelQuestion, L"the question whether to leave", IDC_CANCEL_QUESTION},
     {Shown::FirstPage, L"the first page", IDC_NAME_HEADING},
     {Shown::SettingsPage, L"the settings page", IDC_NETWORK_LOG},
+    {Shown::PathsPage, L"the paths page", IDC_PATH_TREE},
     {Shown::NoticesPage, L"the notices page", IDC_UPDATES},
     {Shown::ResourcesPage, L"the online resources page", IDC_PARTS_BAY},
     {Shown::CompletePage, L"the page of a finished build", IDC_RESULT_LINE1},
@@ -276,9 +277,11 @@ void ByHandTest::BuildByAnswers(const CString& location, const wchar_t* name)
 
 const std::vector<Shown>& ByHandTest::PagesBehindFirst()
 {
-    static const std::vector<Shown> pages = {
-        Shown::SettingsPage,  Shown::ResourcesPage, Shown::NoticesPage,  // of the first product
-        Shown::ResourcesPage, Shown::NoticesPage,   Shown::ContactPage}; // of the second one, and of none
+    static const std::vector<Shown> pages = {Shown::SettingsPage,  Shown::PathsPage,
+                                             Shown::ResourcesPage, Shown::NoticesPage, // of the first product
+                                             Shown::PathsPage,     Shown::ResourcesPage,
+                                             Shown::NoticesPage, // of the second one
+                                             Shown::ContactPage};
     return pages;
 }
 

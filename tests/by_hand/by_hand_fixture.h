@@ -20,6 +20,7 @@ enum class Shown
 {
     FirstPage,
     SettingsPage,
+    PathsPage,
     NoticesPage,
     ResourcesPage,
     ContactPage,

@@ -51,15 +51,19 @@ protected:
 TEST_F(ProductsByHand, NextAndBackGoThroughTheirPagesInOrderAndTheStepNamesThem)
 {
     StartWalk();
+    Next(Shown::PathsPage, FIRST);
     Next(Shown::ResourcesPage, FIRST);
     Next(Shown::NoticesPage, FIRST);
+    Next(Shown::PathsPage, SECOND);
     Next(Shown::ResourcesPage, SECOND);
     Next(Shown::NoticesPage, SECOND);
     Back(Shown::ContactPage, NONE);
     Back(Shown::NoticesPage, SECOND);
     Back(Shown::ResourcesPage, SECOND);
+    Back(Shown::PathsPage, SECOND);
     Back(Shown::NoticesPage, FIRST);
     Back(Shown::ResourcesPage, FIRST);
+    Back(Shown::PathsPage, FIRST);
     ExpectPage(Shown::SettingsPage, NONE);
     StrikeKey(VK_ESCAPE);
     AnswerCancelQuestion('Y');
@@ -69,17 +73,21 @@ TEST_F(ProductsByHand, NextAndBackGoThroughTheirPagesInOrderAndTheStepNamesThem)
 TEST_F(ProductsByHand, WhatIsChosenForOneIsNotChosenForTheOther)
 {
     StartWalk();
+    Next(Shown::PathsPage, FIRST);
     Next(Shown::ResourcesPage, FIRST);
     Next(Shown::NoticesPage, FIRST);
+    Next(Shown::PathsPage, SECOND);
     HWND page = ExpectPage(Shown::ResourcesPage, SECOND);
     EXPECT_TRUE(IsDlgButtonChecked(page, IDC_PARTS_BAY));
     Uncheck(page, IDC_PARTS_BAY);
     StrikeKey('B', {VK_MENU});
+    Back(Shown::PathsPage, SECOND);
     Back(Shown::NoticesPage, FIRST);
     page = ExpectPage(Shown::ResourcesPage, FIRST);
     EXPECT_TRUE(IsDlgButtonChecked(page, IDC_PARTS_BAY));
     StrikeKey(VK_RETURN);
     Next(Shown::NoticesPage, FIRST);
+    Next(Shown::PathsPage, SECOND);
     page = ExpectPage(Shown::ResourcesPage, SECOND);
     EXPECT_FALSE(IsDlgButtonChecked(page, IDC_PARTS_BAY));
     StrikeKey(VK_ESCAPE);
@@ -90,8 +98,10 @@ TEST_F(ProductsByHand, WhatIsChosenForOneIsNotChosenForTheOther)
 TEST_F(ProductsByHand, CancelOnAPageOfTheSecondLeavesNothing)
 {
     StartWalk();
+    Next(Shown::PathsPage, FIRST);
     Next(Shown::ResourcesPage, FIRST);
     Next(Shown::NoticesPage, FIRST);
+    Next(Shown::PathsPage, SECOND);
     ExpectPage(Shown::ResourcesPage, SECOND);
     StrikeKey(VK_ESCAPE);
     AnswerCancelQuestion('Y');

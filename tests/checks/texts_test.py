@@ -10,7 +10,7 @@ import tempfile
 import unittest
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-PAGE_FOLDERS = ("frame", "pages", "online")
+PAGE_FOLDERS = ("frame", "pages", "online", "paths")
 
 # Ids that reach SetupText by a variable, with the number of texts that are filled in there.
 PASSED_ON = {"IDS_CONFIGURE_NO_DATABASE_SAVE": 2}
@@ -64,11 +64,12 @@ PAGE_WORDS = {
     "IDS_ACTIONS_TEXT": "folders of the action recorder", "IDS_ACTIONS_RECORDING": "Recorded actions",
     "IDS_ACTIONS_RECORDING_TEXT": "a user records", "IDS_ADDITIONAL_ACTIONS": "Additional actions",
     "IDS_ADDITIONAL_ACTIONS_TEXT": "can play, but not change", "IDS_DGN_MAPPING": "DGN",
-    "IDS_DGN_MAPPING_TEXT": "mapping setups",
-   
-   
-   
-   
+    "IDS_DGN_MAPPING_TEXT": "mapping setups", "IDS_ACTION_PATH_EMPTY": "can't be empty",
+    "IDS_PATH_FILE_TITLE": "Select a file", "IDS_PATH_FOLDER_INVALID": "folder",
+    "IDS_PATH_FILE_INVALID": "path of a file", "IDS_PATH_MISSING": "doesn't exist on this computer",
+    "IDS_PATH_UNC": "begins with a server", "IDS_PRINTER_CONFIG_EMPTY": "printer configuration folder",
+    "IDS_PRINTER_DESC_EMPTY": "printer description folder",
+    "IDS_PRINTER_STYLE_SHEET_EMPTY": "plot style table folder",
 }
 PROGRAM_WORDS = {
     "IDS_BUILD_STARTING": "ready", "IDS_BUILD_CANCELLING": "Canceling", "IDS_BUILD_CANCEL_QUESTION": "stop building",
@@ -101,7 +102,8 @@ CONTROL_WORDS = {
     "IDC_SITE_CHANNEL": "site manager", "IDC_FEED_HEADING": "feed", "IDC_DISPLAY_NAME_HEADING": "name",
     "IDC_FEEDS": "feeds", "IDC_CUSTOM_FEEDS": "their own feeds", "IDC_PARTS_BAY": "PartsBay",
     "IDC_MEMBER_BAY": "MemberBay", "IDC_ROUND_TRIP": "Round trip", "IDC_SEND_COMPUTER_NAME": "computer name",
-    "IDC_SEARCH_LOCATIONS": "search locations",
+    "IDC_SEARCH_LOCATIONS": "search locations", "IDC_PATH_BROWSE": "Browse", "IDC_PATH_ADD": "Add",
+    "IDC_PATH_REMOVE": "Remove", "IDC_PATH_MOVE_UP": "up", "IDC_PATH_MOVE_DOWN": "down",
 }
 
 

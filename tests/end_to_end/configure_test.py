@@ -6,7 +6,7 @@ import shutil
 
 from wizard import MEDIA, WizardTest, property_of, text_of, windows_path
 
-TAB_PAGES = ("OnlineResources", "NoticeDeskFeedBoard")
+TAB_PAGES = ("PathCustomization", "OnlineResources", "NoticeDeskFeedBoard")
 PRODUCTS = ("Zolt 2027", "Zolt Viewer 2027")
 
 
@@ -54,7 +54,7 @@ class ConfigureTest(WizardTest):
         run = self.create(self.media(configure="yes"))
         self.assertEqual(run.output.count("Configure dialog"), 1, run.output)
         self.assertEqual(re.findall(r"Page (.*) \(tab\)", run.output),
-                         ["%s of %s" % (page, product) for product in PRODUCTS for page in ("resources", "notices")])
+                         ["%s of %s" % (page, product) for product in PRODUCTS for page in ("paths", "resources", "notices")])
         self.assertEqual(self.values("ZOLT_PARTSBAY_ENABLE"), ["#1", "#1"])
         self.assertIn('<Flow configure="yes">', text_of(os.path.join(self.out, "Office", "Image", "Setup.xml")))
 

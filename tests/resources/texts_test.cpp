@@ -54,6 +54,11 @@ const std::map<int, Placeholders> expectedPlaceholders = {
     {IDS_WEB_GRAB_TEXT, {"[ProductName]"}},
     {IDS_ACTIONS_TEXT, {"[ProductName]"}},
     {IDS_DGN_MAPPING_TEXT, {"[ProductName]"}},
+    {IDS_ACTION_PATH_EMPTY, {"%s"}},
+    {IDS_PATH_FOLDER_INVALID, {"%s"}},
+    {IDS_PATH_FILE_INVALID, {"%s"}},
+    {IDS_PATH_MISSING, {"%s"}},
+    {IDS_PATH_UNC, {"%s"}},
 };
 
 // "[...]" and "%" with the character behind it, sorted.

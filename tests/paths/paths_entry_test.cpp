@@ -1,0 +1,165 @@
+// What the page of the paths shows when it opens.
+#include "paths/path_node_rules.h"
+#include "tests/paths/paths_page.h"
+
+#include <chrono>
+
+namespace {
+
+class PathEntry : public PathsPage
+{
+};
+INSTANTIATE_BOTH_SHAPES(PathEntry);
+
+} // namespace
+
+TEST_P(PathEntry, AllHeadingsStandInTheirOrderWithTheirPicturesAndDescriptions)
+{
+    Look([this] {
+        HTREEITEM top = Relative(nullptr, TVGN_ROOT);
+        int tops = 0;
+        unsigned int parent = 0;
+        const auto expect = [this](HTREEITEM node, const PathHeading& heading) {
+            EXPECT_EQ(Tree().GetItemText(node), ResourceText(heading.label));
+            EXPECT_EQ(Item(node).iImage, heading.image);
+            EXPECT_EQ(Item(node).iSelectedImage, heading.image);
+            SendMessageW(Tree().GetWindow(), TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(node));
+            CString description = ResourceText(heading.text);
+            description.Replace(L"[ProductName]", L"Zolt & Co");
+            EXPECT_EQ(Text(IDC_PATH_DESCRIPTION), description);
+        };
+        for (const PathRow& row : PATH_TABLE) {
+            if (!row.HasParent() || row.parent.label != parent) {
+                expect(top, row.HasParent() ? row.parent : row.heading);
+                top = Relative(top, TVGN_NEXT);
+                ++tops;
+            }
+            parent = row.parent.label;
+            expect(Heading(row.property), row.heading);
+        }
+        EXPECT_EQ(top, nullptr);
+        EXPECT_EQ(tops, 19);
+    });
+    ShowAndGoBack();
+}
+
+TEST_P(PathEntry, EachPathWithoutAValueHasOneEmptyNode)
+{
+    Look([this] {
+        for (const PathRow& row : PATH_TABLE) {
+            EXPECT_EQ(Values(row.property), Texts{L""}) << row.property;
+            EXPECT_EQ(Item(Value(row.property)).iImage, PATH_VALUE_IMAGE);
+        }
+        EXPECT_EQ(SendMessageW(Tree().GetWindow(), TVM_GETCOUNT, 0, 0), 26 + 26 + 4);
+    });
+    ShowAndGoBack();
+}
+
+TEST_P(PathEntry, ValuesOfEveryKindShowInDisplayForm)
+{
+    WithDirectory(L"KEY", L"<Fonts root>");
+    WithPath(PATH_TEMP, L"[KEY]fonts");
+    WithPath(PATH_SAVE_FILE, L"[KEY]");
+    WithPath(PATH_LOG_FILE, L"[MISSING]sub");
+    WithPath(PATH_PLOT_LOG, L"[null]");
+    WithPath(PATH_SUPPORT, L"a;;b;");
+    WithPath(PATH_TEXMAPS, L"C:\\x;D:\\y\\");
+    WithPath(PATH_WEB_GRAB, CString(L'w', 1024));
+    ExpectValues(PATH_TEMP, {L"<Fonts root>\\fonts"});
+    ExpectValues(PATH_SAVE_FILE, {L"<Fonts root>"});
+    ExpectValues(PATH_LOG_FILE, {L"sub"});
+    ExpectValues(PATH_PLOT_LOG, {L""});
+    ExpectValues(PATH_SUPPORT, {L"a", L"b"});
+    ExpectValues(PATH_TEXMAPS, {L"C:\\x", L"D:\\y"});
+    ExpectValues(PATH_WEB_GRAB, {CString(L'w', 1023)});
+    ShowAndGoBack();
+    EXPECT_EQ(Stored(PATH_TEMP), CString(L"[KEY]fonts"));
+    EXPECT_EQ(Stored(PATH_SAVE_FILE), CString(L"[KEY]"));
+    EXPECT_EQ(Stored(PATH_PLOT_LOG), CString(L"[NULL]"));
+    EXPECT_EQ(Marker(), CString(L"0"));
+}
+
+TEST_P(PathEntry, WithoutATableOfDirectoriesThePageOpensAndKeysAreDropped)
+{
+    WithPath(PATH_TEMP, L"[KEY]fonts");
+    Run(L"DROP TABLE `TarnDirectoryMap`");
+    ExpectValues(PATH_TEMP, {L"fonts"});
+    Look([this] { EXPECT_EQ(SendMessageW(Tree().GetWindow(), TVM_GETCOUNT, 0, 0), 26 + 26 + 4); });
+    ShowAndGoBack();
+}
+
+TEST_P(PathEntry, TheSupportFoldersAreSelectedAndTheButtonsSuitThem)
+{
+    ExpectButtons(L"EEDDD");
+    Look([this] {
+        EXPECT_EQ(Selected(), Heading(PATH_SUPPORT));
+        CString description = ResourceText(IDS_SUPPORT_PATH_TEXT);
+        description.Replace(L"[ProductName]", L"Zolt & Co");
+        EXPECT_EQ(Text(IDC_PATH_DESCRIPTION), description);
+        if (GetParam() == Shape::Wizard) {
+            EXPECT_EQ(GetFocus(), Tree().GetWindow());
+        }
+    });
+    ShowAndGoBack();
+}
+
+TEST_P(PathEntry, TheTreeIsWhiteAndItsPicturesAre20PixelsWide)
+{
+    Look([this] {
+        const HWND tree = Tree().GetWindow();
+        EXPECT_EQ(COLORREF(SendMessageW(tree, TVM_GETBKCOLOR, 0, 0)), RGB(255, 255, 255));
+        const auto images =
+            reinterpret_cast<HIMAGELIST>(SendMessageW(tree, TVM_GETIMAGELIST, TVSIL_NORMAL, 0));
+        int width = 0;
+        int height = 0;
+        EXPECT_TRUE(ImageList_GetIconSize(images, &width, &height));
+        EXPECT_EQ(width, 20);
+        EXPECT_EQ(ImageList_GetImageCount(images), 31);
+    });
+    ShowAndGoBack();
+}
+
+TEST_P(PathEntry, ValuesShowTheDescriptionOfTheirHeading)
+{
+    SelectValue(PATH_PRINTER_DESC);
+    Look([this] { EXPECT_HOLDS(Text(IDC_PATH_DESCRIPTION), CString(L"paper sizes")); });
+    ShowAndGoBack();
+}
+
+TEST_P(PathEntry, ThePageIsThereWhenTheHooksBehindTheInitRun)
+{
+    context.postInitHooks = {[](PageContext* hook) {
+        EXPECT_GE(SendMessageW(GetDlgItem(hook->hParent, IDC_PATH_TREE), TVM_GETCOUNT, 0, 0), 56);
+        EXPECT_TRUE(IsWindowEnabled(GetDlgItem(hook->hParent, IDC_PATH_ADD)));
+        return 0;
+    }};
+    ShowAndGoBack();
+}
+
+// What the page reads of a value is bounded, so a list of any length opens as fast.
+TEST_P(PathEntry, AListOfTenThousandEntriesOpensWithThoseThatCanBeRead)
+{
+    CString list;
+    for (int entry = 0; entry < 10'000; ++entry) {
+        list += L"C:\\" + NumberText(entry) + L";";
+    }
+    WithPath(PATH_SUPPORT, list);
+    Look([this] {
+        EXPECT_GT(Values(PATH_SUPPORT).size(), 100u);
+        EXPECT_EQ(Values(PATH_SUPPORT)[99], CString(L"C:\\99"));
+    });
+    const auto start = std::chrono::steady_clock::now();
+    ShowAndGoBack();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+TEST_P(PathEntry, AMapOfFiveThousandDirectoriesIsRead)
+{
+    for (int row = 0; row < 5'000; ++row) {
+        WithDirectory(L"KEY" + NumberText(row), L"<Root " + NumberText(row) + L">");
+    }
+    WithPath(PATH_TEMP, L"[KEY4999]x");
+    ExpectValues(PATH_TEMP, {L"<Root 4999>\\x"});
+    ShowAndGoBack();
+    EXPECT_EQ(Stored(PATH_TEMP), CString(L"[KEY4999]x"));
+}
