@@ -1,6 +1,7 @@
 // From an export's call to its first painted page, beside a bare modeless dialog of the same template. The host is the
 // real one on the sample media. Painted means: the page's first WM_PAINT is done and its controls are painted too.
 #include "base/handle.h"
+#include "benchmarks/bare_tree.h"
 #include "benchmarks/bench_pages.h"
 #include "benchmarks/measurement.h"
 #include "benchmarks/sample_host.h"
@@ -64,17 +65,22 @@ double OpenPage(CSetupHost& host, const BenchPage& page)
     return g_painted - start;
 }
 
-INT_PTR CALLBACK BareProc(HWND, UINT message, WPARAM, LPARAM)
+// `texts` comes with the init message, here and below.
+INT_PTR CALLBACK BareProc(HWND dialog, UINT message, WPARAM, LPARAM texts)
 {
+    if (message == WM_INITDIALOG) {
+        FillBareTree(dialog, reinterpret_cast<HMODULE>(texts));
+    }
     return message == WM_INITDIALOG;
 }
 
-// A window of a program has that program's icon, however the window is made; `texts` comes with the init message.
+// A window of a program has that program's icon, however the window is made.
 INT_PTR CALLBACK BareWindowProc(HWND dialog, UINT message, WPARAM, LPARAM texts)
 {
     if (message == WM_INITDIALOG) {
         const HICON icon = LoadIconW(reinterpret_cast<HMODULE>(texts), MAKEINTRESOURCEW(IDI_SETUP));
         SendMessageW(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
+        FillBareTree(dialog, reinterpret_cast<HMODULE>(texts));
     }
     return message == WM_INITDIALOG;
 }
@@ -143,8 +149,8 @@ double OpenTabPage(CSetupHost& host, const CTabFrame& frame, const BenchTabPage&
 double OpenBareChild(HMODULE texts, const CTabFrame& frame, const BenchTabPage& page)
 {
     const double start = NowMilliseconds();
-    const HWND dialog =
-        CreateDialogParamW(texts, MAKEINTRESOURCEW(page.dialog), frame.GetWindow(), BareProc, 0);
+    const HWND dialog = CreateDialogParamW(texts, MAKEINTRESOURCEW(page.dialog), frame.GetWindow(), BareProc,
+                                           reinterpret_cast<LPARAM>(texts));
     if (!dialog) {
         throw CannotMeasure{L"The bare dialog of " + page.strName + L" can't be made"};
     }
