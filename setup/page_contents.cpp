@@ -7,11 +7,6 @@
 
 namespace {
 
-bool IsOfList(const AnswerKey& key)
-{
-    return key.kind == AnswerKind::List || key.kind == AnswerKind::Clear;
-}
-
 const AnswerKey* FindClearKey(const PageAnswerTable& table)
 {
     const auto found = std::find_if(table.keys.begin(), table.keys.end(),
