@@ -88,6 +88,27 @@ void OnAbort(int)
     EndProcess(FAULT_ABORT);
 }
 
+// A system may commit a stack as a whole and keep its guard page at the very end, where no guarantee counts: the handlers
+// of the overflow would overflow again. The page that ends the guarantee becomes one then.
+void GuardStack(ULONG guaranteed)
+{
+    MEMORY_BASIC_INFORMATION area = {};
+    VirtualQuery(&area, &area, sizeof area); // which lies on the stack itself
+    char* const stack = static_cast<char*>(area.AllocationBase);
+    char* place = stack;
+    while (VirtualQuery(place, &area, sizeof area) != 0 && area.AllocationBase == stack &&
+           !(area.Protect & PAGE_GUARD)) {
+        place += area.RegionSize;
+    }
+    SYSTEM_INFO system = {};
+    GetSystemInfo(&system);
+    char* const first = stack + system.dwPageSize + guaranteed; // the lowest page is never used
+    if (area.AllocationBase == stack && place + area.RegionSize < first) {
+        DWORD before = 0;
+        VirtualProtect(first, system.dwPageSize, PAGE_READWRITE | PAGE_GUARD, &before);
+    }
+}
+
 } // namespace
 
 void NoteCrashes()
@@ -96,6 +117,7 @@ void NoteCrashes()
     _set_error_mode(_OUT_TO_STDERR); // an abort would show a box of the C library's before it says anything
     ULONG bytes = STACK_FOR_NOTES;
     SetThreadStackGuarantee(&bytes); // of this thread; others have what the system leaves them
+    GuardStack(STACK_FOR_NOTES);
     g_before = SetUnhandledExceptionFilter(OnUnhandled);
     std::signal(SIGABRT, OnAbort);
 }
