@@ -75,6 +75,8 @@ struct PageAnswerTable
 // A box of the program's own, put behind the page.
 constexpr unsigned int PROGRAM_BOX = 0;
 constexpr wchar_t ROLE_REPLACE_UNLISTED[] = L"replace_unlisted";
+// Of the first page: whether a place that is no network path will do.
+constexpr wchar_t ROLE_LOCAL_LOCATION[] = L"local_location";
 
 // Words of every section.
 constexpr wchar_t LEAVE_KEY[] = L"leave"; // what ends the page once its answers are entered

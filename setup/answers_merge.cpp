@@ -60,18 +60,20 @@ bool IsSamePage(const RecordedPage& left, const RecordedPage& right)
            left.product.strName == right.product.strName;
 }
 
-// Nobody has agreed to anything about the place of another deployment.
+// Nobody has agreed to replace anything in the place of another deployment.
+bool IsInherited(const RecordedPage& page, const RecordedQuestion& question)
+{
+    return page.Page().role != PageRole::Target || CString(question.pBox->role) == ROLE_LOCAL_LOCATION;
+}
+
 void AddQuestions(const RecordedPage& base, RecordedPage& page)
 {
-    if (page.Page().role == PageRole::Target) {
-        return;
-    }
     for (const RecordedQuestion& question : base.questions) {
         const bool asked = std::any_of(page.questions.begin(), page.questions.end(),
                                        [&question](const RecordedQuestion& other) {
                                            return CString(other.pBox->role) == question.pBox->role;
                                        });
-        if (!asked) {
+        if (!asked && IsInherited(page, question)) {
             page.questions.push_back(question);
         }
     }

@@ -20,7 +20,7 @@ constexpr AnswerKey KEYS[] = {
 };
 
 constexpr AnswerBox BOXES[] = {
-    {BoxKind::Question, L"local_location", L"location", IDS_LOCATION_NOT_NETWORK},
+    {BoxKind::Question, ROLE_LOCAL_LOCATION, L"location", IDS_LOCATION_NOT_NETWORK},
     {BoxKind::Question, L"confirm_folder", L"location", IDS_CONFIRM_FOLDER},
     {BoxKind::Question, L"replace", L"name", IDS_REPLACE_DEPLOYMENT},
     {BoxKind::Question, ROLE_REPLACE_UNLISTED, L"name", PROGRAM_BOX},

@@ -254,9 +254,11 @@ TEST(SetupRecord, WhatThePageShowsWinsOverABaseThatSaysSomethingElse)
 
 TEST(SetupRecord, NobodyAgreesToReplacingAnotherDeployment)
 {
-    const std::string text = Merged("[begin]\nname = Old\non_question.replace = yes\nlocation = D:\\Old\n",
+    const std::string text = Merged("[begin]\nname = Old\non_question.replace = "
+                                    "yes\non_question.local_location = yes\nlocation = D:\\Old\n",
                                     {With(Page(L"begin"), {{L"name", {L"New"}}})});
     EXPECT_EQ(text.find("replace"), std::string::npos) << text;
+    EXPECT_NE(text.find("on_question.local_location = yes"), std::string::npos) << text;
     EXPECT_EQ(text.find("D:\\Old"), std::string::npos) << text;
 }
 
