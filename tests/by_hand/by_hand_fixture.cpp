@@ -269,9 +269,13 @@ CString ByHandTest::CancelQuestion()
 
 void ByHandTest::BuildByAnswers(const CString& location, const wchar_t* name)
 {
-    const CString answers = L"--media \"" + SampleMedia() + L"\" --out \"" + location +
-                            L"\" --set begin.name=" + name + L" --set begin.on_question.local_location=yes";
-    m_run = std::make_unique<CWizardRun>(answers, m_folder.GetPath());
+    RunByAnswers(L"--media \"" + SampleMedia() + L"\" --out \"" + location + L"\" --set begin.name=" + name +
+                 L" --set begin.on_question.local_location=yes");
+}
+
+void ByHandTest::RunByAnswers(const CString& words)
+{
+    m_run = std::make_unique<CWizardRun>(words, m_folder.GetPath());
     ASSERT_EQ(WaitForEnd(false), 0u) << Utf8(m_run->ReadLog());
 }
 

@@ -87,6 +87,8 @@ protected:
 
     // A deployment that was there before, made without a person.
     void BuildByAnswers(const CString& location, const wchar_t* name);
+    // A run without a person that has to succeed. `words`: its command line.
+    void RunByAnswers(const CString& words);
 
     // Waits for the end; whatever still asks a watching person something fails the step.
     unsigned int WaitForEnd(bool watched = true);
