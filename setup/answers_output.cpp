@@ -1,13 +1,12 @@
 #include "setup/answers_output.h"
 
 #include "base/files.h"
-#include "base/handle.h"
 #include "base/path_text.h"
 #include "base/system_text.h"
 #include "builder/deployment_place.h"
 #include "include/product.h"
 #include "include/version.h"
-#include "setup/paths.h"
+#include "setup/record_file.h"
 #include "setup/resource.h"
 #include "setup/text_forms.h"
 #include "setup/texts.h"
@@ -17,10 +16,6 @@
 namespace {
 
 constexpr wchar_t WRITER[] = L"Setup " ROLLOUT_VERSION_TEXT;
-constexpr wchar_t BASE_WITHOUT_ANSWERS[] =
-    L"It was made from a deployment whose answers can't be used: what isn't said here came from there.";
-constexpr char BYTE_ORDER_MARK[] =
-    "\xEF\xBB\xBF"; // for editors that would take other letters for those of a code page
 
 CString FileBesideLog(const CString& log)
 {
@@ -43,18 +38,19 @@ std::vector<AnswerProduct> NamesOf(const std::vector<CProduct*>& products)
     return names;
 }
 
-bool WriteAll(HANDLE file, const std::string& bytes)
+// Nothing in a deployment says where it was built.
+CString WithoutFolder(CString text, const CString& folder)
 {
-    DWORD written = 0;
-    return WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
-           written == bytes.size();
+    text.Replace(FolderPath(folder), L"");
+    text.Replace(WithoutClosingBackslash(folder), L"");
+    return text;
 }
 
 } // namespace
 
 void CAnswersOutput::AddToDeployment(const std::vector<RecordedPage>& pages)
 {
-    CSetupManager& manager = m_host.GetSetupManager();
+    CSetupManager& manager = m_host->GetSetupManager();
     const CString name = manager.m_strDeploymentName;
     RecordForm form = MakeForm(FolderPath(manager.m_strDeploymentLocation) + name);
     form.strDeployment = name;
@@ -62,17 +58,27 @@ void CAnswersOutput::AddToDeployment(const std::vector<RecordedPage>& pages)
                          L", written by " + WRITER + L".",
                      L"The same deployment again: Setup.exe --media PATH --answers Answers.txt --out FOLDER"};
     const std::vector<RecordedPage> joined = JoinBase(pages, form);
-    m_host.SetAnswersText(Compose(joined, form));
+    CString text;
+    if (const CString reason = Compose(joined, form, text); !reason.IsEmpty()) {
+        m_log.Line(L"Warning: the deployment gets no " + CString(ANSWERS_FILE) + L": " + reason);
+    }
+    m_host->SetAnswersText(text);
 }
 
 CString CAnswersOutput::KeepBesideLog(const std::vector<RecordedPage>& pages, const CString& cause)
 {
-    const CString file = FileBesideLog(m_line.strLog);
+    CString file = FileBesideLog(m_line.strLog);
     RecordForm form = MakeForm(FolderAbove(file));
     form.bWithLocation = true;
     form.comments = {CString(L"What ") + WRITER + L" was answered with before its build failed.",
                      L"It failed because: " + OneLine(cause)};
-    const CString failure = Write(file, Compose(pages, form));
+    CString text;
+    CString failure;
+    if (const CString reason = Compose(pages, form, text); !reason.IsEmpty()) {
+        failure = SetupText(IDS_ANSWERS_NO_FILE, {file, reason});
+    } else if (const unsigned long code = WriteFreeTextFile(file, text)) {
+        failure = SetupText(IDS_KEPT_FAILED, {file, SystemErrorText(code)});
+    }
     m_log.Line(failure.IsEmpty() ? L"Answers " + file : L"Warning: " + failure);
     return failure.IsEmpty() ? file : CString();
 }
@@ -86,25 +92,32 @@ CString CAnswersOutput::WriteRecord(const std::vector<RecordedPage>& pages, cons
     form.comments = {CString(L"What ") + WRITER + L" was answered with.",
                      L"The run ended with exit code " + NumberText(outcome.exitCode) +
                          (outcome.strCause.IsEmpty() ? CString(L".") : L": " + OneLine(outcome.strCause))};
-    const CString failure = Write(m_line.strRecord, Compose(pages, form));
-    if (failure.IsEmpty()) {
-        m_log.Line(L"Answers " + m_line.strRecord);
+    CString text;
+    if (const CString reason = Compose(pages, form, text); !reason.IsEmpty()) {
+        return SetupText(IDS_ANSWERS_NO_FILE, {m_line.strRecord, reason});
     }
-    return failure;
+    if (const unsigned long code = ReplaceTextFile(m_line.strRecord, text)) {
+        return SetupText(IDS_RECORD_FAILED, {m_line.strRecord, SystemErrorText(code)});
+    }
+    m_log.Line(L"Answers " + m_line.strRecord);
+    return CString();
 }
 
 RecordForm CAnswersOutput::MakeForm(const CString& folder) const
 {
     RecordForm form;
-    form.folders = {WithoutClosingBackslash(folder), m_host.GetMediaFolder()};
-    form.products = NamesOf(m_host.GetProducts());
+    form.folders.strBase = WithoutClosingBackslash(folder);
+    if (m_host) {
+        form.folders.strMedia = m_host->GetMediaFolder();
+        form.products = NamesOf(m_host->GetProducts());
+    }
     form.bWithLocation = m_line.bWithLocation;
     return form;
 }
 
 std::vector<RecordedPage> CAnswersOutput::JoinBase(const std::vector<RecordedPage>& pages, RecordForm& form)
 {
-    const CString folder = m_host.GetBaseFolder();
+    const CString folder = m_host->GetBaseFolder();
     if (folder.IsEmpty()) {
         return pages;
     }
@@ -113,7 +126,9 @@ std::vector<RecordedPage> CAnswersOutput::JoinBase(const std::vector<RecordedPag
     CString reason;
     if (!ReadBase(folder, form, base, reason)) {
         base.warnings = {L"The answers that \"" + folder + L"\" was built from can't be used: " + reason};
-        form.comments.push_back(BASE_WITHOUT_ANSWERS);
+        form.comments.push_back(L"The answers of the deployment that this one was built upon can't be used: " +
+                                OneLine(WithoutFolder(reason, folder)) +
+                                L" What isn't said here came from there.");
     }
     std::vector<RecordedPage> unknown;
     const std::vector<RecordedPage> merged = MergeAnswers(base, pages, unknown);
@@ -152,58 +167,13 @@ bool CAnswersOutput::ReadBase(const CString& folder, const RecordForm& form, Bas
     return true;
 }
 
-CString CAnswersOutput::Compose(const std::vector<RecordedPage>& pages, const RecordForm& form)
+CString CAnswersOutput::Compose(const std::vector<RecordedPage>& pages, const RecordForm& form, CString& text)
 {
     std::vector<CString> warnings;
     const AnswersFile file = ComposeAnswers(pages, form, warnings);
     for (const CString& warning : warnings) {
         m_log.Line(L"Warning: left out of the answers file: " + warning);
     }
-    CString text;
     AnswersError error;
-    if (!WriteAnswersFile(file, text, error)) { // a product whose name no file can hold
-        m_log.Line(L"Warning: no answers file could be written: " + error.Text());
-        return CString();
-    }
-    return text;
-}
-
-// The whole file appears at once; what was there before stays until then.
-CString CAnswersOutput::Write(const CString& file, const CString& text) const
-{
-    const CString fresh = file + L".tmp";
-    std::string bytes = BYTE_ORDER_MARK;
-    AppendUtf8(bytes, text);
-    CFileOwner handle(
-        CreateFileW(fresh, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    bool done = handle && WriteAll(handle.get(), bytes);
-    DWORD code = GetLastError();
-    handle.reset();
-    if (done && !MoveFileExW(fresh, file, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-        code = GetLastError();
-        done = false;
-    }
-    if (done) {
-        return CString();
-    }
-    DeleteFileW(fresh);
-    return SetupText(IDS_RECORD_FAILED, {file, SystemErrorText(code)});
-}
-
-CString TryRecordFile(const CString& file)
-{
-    if (file.IsEmpty()) {
-        return CString();
-    }
-    const bool wasThere = FileOrFolderExists(file);
-    CFileOwner handle(
-        CreateFileW(file, GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!handle) {
-        return SetupText(IDS_RECORD_FAILED, {file, SystemErrorText(GetLastError())});
-    }
-    handle.reset();
-    if (!wasThere) {
-        DeleteFileW(file);
-    }
-    return CString();
+    return WriteAnswersFile(file, text, error) ? CString() : error.Text();
 }

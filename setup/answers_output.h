@@ -12,8 +12,8 @@
 class CAnswersOutput
 {
 public:
-    // Borrows all of them.
-    CAnswersOutput(const CommandLine& line, CSetupHost& host, CRunLog& log)
+    // Borrows all of them. `host`: null when no media were opened, of which only WriteRecord can write then.
+    CAnswersOutput(const CommandLine& line, CSetupHost* host, CRunLog& log)
         : m_line(line), m_host(host), m_log(log)
     {
     }
@@ -21,7 +21,8 @@ public:
     // Hands the host the answers of the deployment that is built next: this run's, joined with those of the deployment that
     // it is built upon. What can't go along is a line of the log.
     void AddToDeployment(const std::vector<RecordedPage>& pages);
-    // Keeps the answers of a run whose build failed beside its log; the file's path, empty when that isn't possible either.
+    // Keeps the answers of a run whose build failed beside its log, under a name that is free: the file of an earlier try may
+    // be the one that this run was answered from. The file's path, empty when that isn't possible either.
     [[nodiscard]] CString KeepBesideLog(const std::vector<RecordedPage>& pages, const CString& cause);
     // Writes the file of --record, if one is wanted. The empty text, or what failed and what to do.
     [[nodiscard]] CString WriteRecord(const std::vector<RecordedPage>& pages, const RunOutcome& outcome);
@@ -32,13 +33,11 @@ private:
                                                      RecordForm& form);
     [[nodiscard]] bool ReadBase(const CString& folder, const RecordForm& form, BaseAnswers& base,
                                 CString& reason) const;
-    [[nodiscard]] CString Compose(const std::vector<RecordedPage>& pages, const RecordForm& form);
-    [[nodiscard]] CString Write(const CString& file, const CString& text) const;
+    // The empty text, or why no file can hold these answers.
+    [[nodiscard]] CString Compose(const std::vector<RecordedPage>& pages, const RecordForm& form,
+                                  CString& text);
 
     const CommandLine& m_line;
-    CSetupHost& m_host;
+    CSetupHost* const m_host;
     CRunLog& m_log;
 };
-
-// Why nothing can be written in the file's place; empty when it can, or without a name. What isn't there stays so.
-[[nodiscard]] CString TryRecordFile(const CString& file);

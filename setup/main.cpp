@@ -7,6 +7,7 @@
 #include "setup/exit_codes.h"
 #include "setup/media_choice.h"
 #include "setup/paths.h"
+#include "setup/record_file.h"
 #include "setup/resource.h"
 #include "setup/run_guard.h"
 #include "setup/run_log.h"
@@ -22,6 +23,7 @@
 
 #include <exception>
 #include <new>
+#include <optional>
 
 CAppModule _Module;
 
@@ -69,18 +71,9 @@ RunOutcome CancelledOutcome()
     return {SETUP_CANCELLED, L"canceled", true};
 }
 
-RunOutcome RunWizard(const CommandLine& line, CRunLog& log)
+// `wizard` stays for what is written of the run, however that ends.
+RunOutcome RunWizard(const CommandLine& line, CAnswers& answers, std::optional<CWizard>& wizard, CRunLog& log)
 {
-    if (const CString reason = log.TryFile(); !reason.IsEmpty()) {
-        return {SETUP_FAILED, SetupText(IDS_LOG_FAILED, {line.strLog, reason})};
-    }
-    if (!line.strRecord.IsEmpty() && line.strRecord.CompareNoCase(line.strAnswers) == 0) {
-        return {SETUP_BAD_COMMAND_LINE, SetupText(IDS_RECORD_IS_ANSWERS, {line.strRecord})};
-    }
-    if (const CString reason = TryRecordFile(line.strRecord); !reason.IsEmpty()) {
-        return {SETUP_FAILED, reason};
-    }
-    CAnswers answers;
     AnswersError error;
     if (!ReadAnswers(line, CurrentFolder(), answers, error)) {
         return {SETUP_BAD_ANSWERS, error.Text()};
@@ -95,22 +88,58 @@ RunOutcome RunWizard(const CommandLine& line, CRunLog& log)
             return CancelledOutcome();
         }
     }
-    CWizard wizard(line, answers, log);
-    const RunOutcome outcome = wizard.Run(media);
-    log.Finish(outcome); // while the host's log is open
-    return outcome;
+    wizard.emplace(line, answers, log);
+    return wizard->Run(media);
 }
 
-RunOutcome RunCaught(const CommandLine& line, CRunLog& log)
+template <class Work>
+RunOutcome RunCaught(Work work)
 {
     try {
-        return RunWizard(line, log);
+        return work();
     } catch (const std::bad_alloc&) {
         return {SETUP_FAILED, SetupText(IDS_OUT_OF_MEMORY)};
     } catch (const std::exception& exception) {
         const CString what = TextFromUtf8(exception.what(), std::char_traits<char>::length(exception.what()));
         return {SETUP_FAILED, SetupText(IDS_BUILD_BROKE_OFF, {what})};
     }
+}
+
+// A deployment may stand by now, but its run was to leave a file that isn't there. What ended the run before counts more, and
+// a person is shown both.
+RunOutcome WriteRecord(const CommandLine& line, std::optional<CWizard>& wizard, const RunOutcome& outcome,
+                       CRunLog& log)
+{
+    const CString failure =
+        wizard ? wizard->WriteRecord(outcome) : CAnswersOutput(line, nullptr, log).WriteRecord({}, outcome);
+    if (failure.IsEmpty()) {
+        return outcome;
+    }
+    if (outcome.exitCode == SETUP_DONE) {
+        return {SETUP_FAILED, failure};
+    }
+    log.Line(L"Warning: " + failure);
+    if (!line.IsUnattended()) {
+        ShowBox(failure, MB_ICONWARNING);
+    }
+    return outcome;
+}
+
+// From the moment when the answers are read, each end of the run is written to the file of --record.
+RunOutcome RunRecorded(const CommandLine& line, CRunLog& log)
+{
+    if (const CString reason = log.TryFile(); !reason.IsEmpty()) {
+        return {SETUP_FAILED, SetupText(IDS_LOG_FAILED, {line.strLog, reason})};
+    }
+    if (const RunOutcome refusal = PrepareRecord(line); refusal.exitCode != SETUP_DONE) {
+        return refusal;
+    }
+    CAnswers answers;
+    std::optional<CWizard> wizard;
+    const RunOutcome ended = RunCaught([&] { return RunWizard(line, answers, wizard, log); });
+    const RunOutcome outcome = RunCaught([&] { return WriteRecord(line, wizard, ended, log); });
+    log.Finish(outcome); // while the host's log is open
+    return outcome;
 }
 
 // Without a complaint the user has asked for the usage.
@@ -161,7 +190,7 @@ unsigned int RunInRecord(CommandLine& line)
         line.strLog = FreshLog();
     }
     NoteRunLog(line.strLog);
-    const RunOutcome outcome = RunCaught(line, log);
+    const RunOutcome outcome = RunCaught([&] { return RunRecorded(line, log); });
     log.Finish(outcome);
     if (!line.IsUnattended() && !outcome.bShown && outcome.exitCode != SETUP_DONE) {
         ShowBox(outcome.strCause, MB_ICONERROR);

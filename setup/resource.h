@@ -64,6 +64,10 @@
 #define IDS_FAILURE_ANSWERS 326   // HTML. %1: path
 #define IDS_RECORD_IS_ANSWERS 327 // %1: path
 #define IDS_ANSWERS_IN_USE 328
+#define IDS_RECORD_IS_LOG 329        // %1: path
+#define IDS_RECORD_IN_DEPLOYMENT 330 // %1: path, %2: folder of the deployment
+#define IDS_KEPT_FAILED 331          // %1: path, %2: why
+#define IDS_ANSWERS_NO_FILE 332      // %1: path, %2: why
 // What stands in the new deployment's place
 #define IDS_REPLACE_UNLISTED 320  // %1: folder, %2: product, %3: date
 #define IDS_REPLACE_OWN_FILES 321 // %1: names

@@ -99,19 +99,12 @@ RunOutcome CWizard::Run(const CString& media)
         return {SETUP_PAGE_NOT_REACHED, error.Text()};
     }
     UseLocationOfCommandLine();
-    return Recorded(Walk(flow));
+    return Walk(flow);
 }
 
-// A deployment may stand by now, but its run was to leave a file that isn't there.
-RunOutcome CWizard::Recorded(RunOutcome outcome)
+CString CWizard::WriteRecord(const RunOutcome& outcome)
 {
-    const CString failure =
-        CAnswersOutput(m_line, *m_host, m_log).WriteRecord(m_recorder.GetPages(), outcome);
-    if (failure.IsEmpty()) {
-        return outcome;
-    }
-    m_log.Line(L"Warning: " + failure);
-    return outcome.exitCode == SETUP_DONE ? RunOutcome{SETUP_FAILED, failure} : outcome;
+    return CAnswersOutput(m_line, m_host.get(), m_log).WriteRecord(m_recorder.GetPages(), outcome);
 }
 
 void CWizard::UseLocationOfCommandLine()
@@ -388,7 +381,7 @@ unsigned int CWizard::Build()
 {
     CSetupManager& manager = m_host->GetSetupManager();
     m_log.Line(CString(L"Building ") + manager.m_strDeploymentName);
-    CAnswersOutput output(m_line, *m_host, m_log);
+    CAnswersOutput output(m_line, m_host.get(), m_log);
     output.AddToDeployment(m_recorder.GetPages());
     CBuildDialog dialog(manager.m_strDeploymentName, [this](IBuildProgress& progress) {
         CLoggedProgress logged(progress, m_log);

@@ -28,6 +28,9 @@ public:
 
     // Once an object. `media`: full path.
     [[nodiscard]] RunOutcome Run(const CString& media);
+    // Writes the file of --record, if one is wanted, behind Run or what broke it off. The empty text, or what failed and what
+    // to do.
+    [[nodiscard]] CString WriteRecord(const RunOutcome& outcome);
     // What the run's pages held and asked, also behind Run.
     [[nodiscard]] const CAnswersRecorder& GetRecorder() const { return m_recorder; }
 
@@ -37,8 +40,6 @@ private:
     void UseLocationOfCommandLine();
     [[nodiscard]] std::vector<FlowStep> ExistingPages();
     [[nodiscard]] RunOutcome Walk(CWizardFlow& flow);
-    // Writes the file of --record; what becomes of the outcome.
-    [[nodiscard]] RunOutcome Recorded(RunOutcome outcome);
     [[nodiscard]] FlowMove Show(const FlowMove& move, CWizardFlow& flow);
     // True when the page's choice can be gone on with; otherwise `move` is what comes instead.
     [[nodiscard]] bool SettleTarget(CWizardFlow& flow, FlowMove& move);

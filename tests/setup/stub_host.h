@@ -11,7 +11,7 @@ public:
     CSetupManager& GetSetupManager() override { throw std::logic_error("nobody needs it here"); }
     const std::vector<FlowPage>& GetFlow() override { return m_flow; }
     bool OffersConfigure() override { return false; }
-    const std::vector<CProduct*>& GetProducts() override { return m_products; }
+    const std::vector<CProduct*>& GetProducts() override { return products; }
     int CountProductOpenings() override { return 1; }
     PageContext MakePageContext(const FlowPage&, bool) override { return {}; }
     PageContext MakePageContext(const FlowPage&, bool, CProduct*) override { return {}; }
@@ -33,8 +33,8 @@ public:
     CString baseFolder, mediaFolder, answersText;
     TargetVerdict verdict;
     std::vector<CString> allowedStamps;
+    std::vector<CProduct*> products;
 
 private:
     std::vector<FlowPage> m_flow;
-    std::vector<CProduct*> m_products;
 };

@@ -151,6 +151,20 @@ int BrokenBuild(PageContext* context)
     return NAVIGATION_NEXT;
 }
 
+// A person cancels when the folder that the environment names has gone.
+int CancelBehindFolder(PageContext*)
+{
+    wchar_t folder[MAX_PATH] = {};
+    GetEnvironmentVariableW(L"ROLLOUT_FOLDER_THAT_GOES", folder, ARRAYSIZE(folder));
+    RemoveDirectoryW(folder);
+    return NAVIGATION_CANCEL;
+}
+
+int Exception(PageContext*)
+{
+    throw std::runtime_error("the page has thrown this");
+}
+
 struct Fault
 {
     const wchar_t* name;
@@ -169,6 +183,8 @@ const Fault g_faults[] = {
     {L"Hang", Hang},
     {L"Slow", Slow},
     {L"BrokenBuild", BrokenBuild},
+    {L"CancelBehindFolder", CancelBehindFolder},
+    {L"Exception", Exception},
 };
 
 } // namespace
