@@ -104,7 +104,7 @@ LRESULT CConfigureDialog::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&)
     AddTabs();
     m_room = LeastPageRoom(m_hWnd);
     PlaceConfigureWindow(m_hWnd, m_room, m_options.strPlaceKey, m_manager.m_pUiManager);
-    Enter(0);
+    Enter(m_opensOn);
     FocusOnPage(Front());
     return FALSE; // the focus is set
 }

@@ -88,6 +88,8 @@ public:
     [[nodiscard]] int GetBoxTab() const;
     // Null for a page that wasn't made.
     [[nodiscard]] HWND GetPage(int index) const { return At(index).page.hWnd; }
+    // Before Run: the tab that the dialog opens on, instead of the first.
+    void OpenOn(int index) { m_opensOn = index; }
     // Goes to a tab as a click on it does. False when the page in front refuses to be left.
     bool GoTo(int index);
     // False while a page is at work, or has disabled the ways out.
@@ -192,6 +194,7 @@ private:
 
     HWND m_holder = nullptr; // the page that has disabled the ways out
     SIZE m_room = {};        // of the largest page so far
+    int m_opensOn = 0;
     int m_front = -1;
     int m_asked = -1;
     int m_making = -1;                              // the tab whose page is being made

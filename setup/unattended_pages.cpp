@@ -36,6 +36,25 @@ AnswerProduct NamesOf(const CProduct* product)
                    : AnswerProduct();
 }
 
+// An answer of a section beside its "show = no"; of no source when it says nothing else.
+struct AnswerBeside
+{
+    CString strKey;
+    AnswerOrigin origin;
+};
+
+AnswerBeside FindAnswerBesideShow(const PageAnswers& section)
+{
+    if (!section.entries.empty()) {
+        return {section.entries.front().pKey->word, section.entries.front().origin};
+    }
+    if (!section.questions.empty()) {
+        const QuestionAnswer& question = section.questions.front();
+        return {CString(QUESTION_PREFIX) + question.pBox->role, question.origin};
+    }
+    return {LEAVE_KEY, section.leaveOrigin};
+}
+
 } // namespace
 
 int CUnattendedPages::Show(const CString& page, const CProduct* product, const CString& shownProduct,
@@ -62,6 +81,9 @@ int CUnattendedPages::ShowConfigure(CConfigureDialog& dialog)
     m_pDialog = &dialog;
     m_log.Line(L"Configure dialog");
     const scope_exit ended([this] { m_pDialog = nullptr; });
+    if (!ChooseFirstTab() || !CheckLeftOutTabs()) {
+        return NAVIGATION_CANCEL;
+    }
     return Play([this](CScript& script) { AddConfigureSteps(script); }, [&] { return dialog.Run(); });
 }
 
@@ -116,6 +138,57 @@ void CUnattendedPages::UseTab(int tab)
 {
     const ConfigureTab& described = m_pDialog->GetTab(tab);
     UsePage(described.strPage, described.context.pProduct, described.strProduct);
+}
+
+bool CUnattendedPages::ChooseFirstTab()
+{
+    for (int tab = 0; tab < m_pDialog->GetTabCount(); ++tab) {
+        UseTab(tab);
+        if (!m_pAnswers || m_pAnswers->bShow) {
+            m_pDialog->OpenOn(tab);
+            return true;
+        }
+    }
+    UseTab(0);
+    Fail(SETUP_PAGE_NOT_REACHED,
+         RefusedAnswer(*m_pAnswers, SHOW_KEY, m_pAnswers->showOrigin,
+                       L"The answers leave out every tab of the configure dialog, which opens on one. Let it "
+                       L"show at least one of them.")
+             .Text());
+    return false;
+}
+
+bool CUnattendedPages::CheckLeftOutTabs()
+{
+    for (const std::vector<PageAnswers>* sections : {&m_answers.fileSections, &m_answers.lineSections}) {
+        for (const PageAnswers& section : *sections) {
+            const AnswerBeside answer = FindAnswerBesideShow(section);
+            if (section.bShow || answer.origin.strSource.IsEmpty() || IsShownAnywhere(section)) {
+                continue;
+            }
+            Fail(SETUP_PAGE_NOT_REACHED,
+                 RefusedAnswer(section, answer.strKey, answer.origin,
+                               L"The answers leave out the page's tab by show = no, so this one can't be "
+                               L"entered. Take one of the two out.")
+                     .Text());
+            return false;
+        }
+    }
+    return true;
+}
+
+// The product's own section, or the command line, may show what a section leaves out.
+bool CUnattendedPages::IsShownAnywhere(const PageAnswers& section)
+{
+    for (int tab = 0; tab < m_pDialog->GetTabCount(); ++tab) {
+        UseTab(tab);
+        const bool counts = section.strProduct.IsEmpty() ||
+                            NamesOf(m_pDialog->GetTab(tab).context.pProduct).IsNamed(section.strProduct);
+        if (counts && m_pTable == section.pTable && m_pAnswers && m_pAnswers->bShow) {
+            return true;
+        }
+    }
+    return false;
 }
 
 void CUnattendedPages::AddSteps(CScript& script)

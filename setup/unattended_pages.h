@@ -46,6 +46,12 @@ private:
     void AddLeaveSteps(CScript& script);
     void UsePage(const CString& page, const CProduct* product, const CString& shownProduct);
     void UseTab(int tab);
+    // Opens the dialog on a tab that is to be shown, as the page that it opens on is stored. False, with a failure, when the
+    // answers leave none.
+    [[nodiscard]] bool ChooseFirstTab();
+    // False, with a failure, for a section that leaves its page's tab out and answers it too.
+    [[nodiscard]] bool CheckLeftOutTabs();
+    [[nodiscard]] bool IsShownAnywhere(const PageAnswers& section);
     void ForgetQuestion();
     StepOutcome WaitForTab(int tab);
     StepOutcome Watch();

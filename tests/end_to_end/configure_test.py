@@ -45,6 +45,42 @@ class ConfigureTest(WizardTest):
         return [property_of(path, name)
                 for path in (self.package(), self.package("ZoltViewer", "ZoltViewer2027.msi"))]
 
+    def run_without(self, sections, *words):
+        answers = self.answers("[begin]\nname = Office\non_question.local_location = yes\n" + sections)
+        media = os.path.join(self.folder, "Media")
+        return self.wizard(answers, *words, media=media if os.path.exists(media) else self.media(configure="yes"))
+
+    def test_the_dialog_opens_on_the_first_tab_that_is_to_be_shown(self):
+        run = self.run_without('[resources "Zolt 2027"]\nshow = no\n')
+        self.assertEqual(run.code, 0, run.output)
+        tabs = [line for line in run.output.splitlines() if line.endswith("(tab)")]
+        self.assertNotIn("Page resources of Zolt 2027 (tab)", tabs)
+        self.assertIn("Page resources of Zolt Viewer 2027 (tab)", tabs)
+        text = text_of(os.path.join(self.out, "Office", "Answers.txt"))
+        section = text[text.index('[resources "Zolt 2027"]'):].split("\n\n")[0]
+        self.assertIn("\nshow = no", section)
+        self.assertNotIn("parts_bay", section)
+
+    def test_a_dialog_without_any_tab_to_show_is_refused(self):
+        run = self.run_without("[resources]\nshow = no\n[notices]\nshow = no\n")
+        self.assertEqual(run.code, 24, run.output)
+        self.assertIn("answers.txt(6): resources.show: ", run.output.splitlines()[-1])
+
+    def test_answers_beside_show_no_are_refused_with_their_line(self):
+        for line, key in (("parts_bay = no", "parts_bay"), ("leave = cancel", "leave")):
+            with self.subTest(line=line):
+                run = self.run_without('[resources "Zolt Viewer 2027"]\nshow = no\n%s\n' % line)
+                self.assertEqual(run.code, 24, run.output)
+                self.assertIn("answers.txt(7): resources.%s: " % key, run.output.splitlines()[-1])
+
+    def test_a_tab_that_is_left_out_counts_as_shown_where_it_is_overridden(self):
+        for more, words in (('[resources "Zolt 2027"]\nshow = yes\n', ()), ("", ("--set", "resources.show=yes"))):
+            with self.subTest(words=words):
+                run = self.run_without("[resources]\nshow = no\nparts_bay = no\n" + more, "--check", *words)
+                self.assertEqual(run.code, 0, run.output)
+                self.assertIn("Page resources of Zolt 2027 (tab)", run.output)
+                self.assertIn("parts_bay = no", run.output)
+
     def test_creating_walks_the_pages_where_the_media_do_not_offer_the_dialog(self):
         run = self.create(self.media())
         self.assertNotIn("(tab)", run.output)

@@ -121,11 +121,25 @@ TEST_P(ListTabs, ATabThatIsNotToBeShownIsNotGoneTo)
     AddTab(0, zolt);
     AddListTab(zolt);
     AddTab(1, zolt);
-    UseAnswers(L"[things]\nshow = no\ncaption = never entered\n");
+    UseAnswers(L"[things]\nshow = no\n");
     Run();
     EXPECT_FALSE(failure);
     EXPECT_EQ(record.created, (std::vector<int>{0, 1}));
     EXPECT_TRUE(held.empty());
+}
+
+// They were ignored without a word.
+TEST_P(ListTabs, AnswersForATabThatIsNotToBeShownAreRefused)
+{
+    hasTabs = true;
+    AddListTab(AddProduct(L"Zolt"));
+    AddTab(0, AddProduct(L"Volt"));
+    UseAnswers(L"[things]\nshow = no\ncaption = never entered\n");
+    Run();
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->exitCode, static_cast<unsigned int>(SETUP_PAGE_NOT_REACHED));
+    EXPECT_GE(failure->strCause.Find(L"things.caption: "), 0) << Utf8(failure->strCause);
+    EXPECT_EQ(record.created, (std::vector<int>{}));
 }
 
 // It counted as a page that can't be made.
