@@ -126,9 +126,9 @@ std::vector<RecordedPage> CAnswersOutput::JoinBase(const std::vector<RecordedPag
     CString reason;
     if (!ReadBase(folder, form, base, reason)) {
         base.warnings = {L"The answers that \"" + folder + L"\" was built from can't be used: " + reason};
-        form.comments.push_back(L"The answers of the deployment that this one was built upon can't be used: " +
-                                OneLine(WithoutFolder(reason, folder)) +
-                                L" What isn't said here came from there.");
+        form.comments.push_back(
+            L"The answers of the deployment that this one was built upon can't be used: " +
+            OneLine(WithoutFolder(reason, folder)) + L" What isn't said here came from there.");
     }
     std::vector<RecordedPage> unknown;
     const std::vector<RecordedPage> merged = MergeAnswers(base, pages, unknown);

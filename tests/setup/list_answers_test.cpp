@@ -1,4 +1,5 @@
 // Lists and trees entered without a person: what the page holds when it is left, in both shapes.
+#include "setup/exit_codes.h"
 #include "tests/setup/list_answers_fixture.h"
 
 namespace {
