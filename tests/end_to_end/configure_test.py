@@ -62,7 +62,7 @@ class ConfigureTest(WizardTest):
         self.assertNotIn("parts_bay", section)
 
     def test_a_dialog_without_any_tab_to_show_is_refused(self):
-        run = self.run_without("[resources]\nshow = no\n[notices]\nshow = no\n")
+        run = self.run_without("[paths]\nshow = no\n[resources]\nshow = no\n[notices]\nshow = no\n")
         self.assertEqual(run.code, 24, run.output)
         self.assertIn("answers.txt(6): resources.show: ", run.output.splitlines()[-1])
 
