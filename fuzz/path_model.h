@@ -1,10 +1,14 @@
-// Both forms of a path's text once more, step by step as they are defined and without a thought for speed: what the
-// product's own routines must agree with on every input. Shared by the fuzzer and the tests of the rules.
+// Both forms of a path's value, worked out a second time. It shares no code with paths/ and doesn't look for speed: each
+// function is one rule of the definition, on texts of its own type. Only what a letter and what white space is comes from
+// base/, since the system decides it.
 #pragma once
 
 #include "base/character.h"
 #include "base/string.h"
 
+#include <cstddef>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,117 +19,14 @@ using Text = std::u16string;
 struct Row
 {
     Text directory;
-    Text localString;
+    Text local;
     int flags = 0;
 };
-using Rows = std::vector<Row>; // in the order in which a database gives them
 
-inline Text From(const CString& text)
-{
-    Text copy;
-    for (int index = 0; index < text.GetLength(); ++index) {
-        copy += static_cast<char16_t>(text[index]);
-    }
-    return copy;
-}
+// As the table gives them: in any order, with any key more than once.
+using Rows = std::vector<Row>;
 
-inline CString To(const Text& text)
-{
-    CString copy;
-    for (const char16_t unit : text) {
-        copy += static_cast<wchar_t>(unit);
-    }
-    return copy;
-}
-
-// Of several rows with one key the last counts.
-inline const Row* RowOf(const Rows& rows, const Text& key)
-{
-    const Row* found = nullptr;
-    for (const Row& row : rows) {
-        found = row.directory == key ? &row : found;
-    }
-    return found;
-}
-
-inline void Replace(Text& text, const Text& old, const Text& with)
-{
-    for (std::size_t at = text.find(old); at != Text::npos; at = text.find(old, at + with.size())) {
-        text.replace(at, old.size(), with);
-    }
-}
-
-inline bool IsBlank(char16_t unit)
-{
-    return IsSpaceCharacter(static_cast<wchar_t>(unit));
-}
-
-inline std::vector<Text> EntriesOf(const Text& list)
-{
-    std::vector<Text> entries;
-    Text entry;
-    for (std::size_t at = 0; at <= list.size(); ++at) {
-        if (at < list.size() && list[at] != u';') {
-            entry += list[at];
-            continue;
-        }
-        while (!entry.empty() && IsBlank(entry.front())) {
-            entry.erase(0, 1);
-        }
-        while (!entry.empty() && IsBlank(entry.back())) {
-            entry.pop_back();
-        }
-        if (!entry.empty()) {
-            entries.push_back(entry);
-        }
-        entry.clear();
-    }
-    return entries;
-}
-
-inline void DropAtEnd(Text& text, char16_t unit)
-{
-    while (!text.empty() && text.back() == unit) {
-        text.pop_back();
-    }
-}
-
-inline Text Decode(const Rows& rows, Text value)
-{
-    Replace(value, u"[\\[]", u"[");
-    Replace(value, u"[\\]]", u"]");
-    Replace(value, u"[\\{]", u"{");
-    Replace(value, u"[\\}]", u"}");
-    Text shown;
-    for (const Text& entry : EntriesOf(value)) {
-        const std::size_t open = entry.find(u'[');
-        const std::size_t close = entry.find(u']');
-        Text key, rest;
-        if (open == Text::npos && close == Text::npos) {
-            key = rest = entry;
-        } else if (close == Text::npos) {
-            key = entry.substr(open + 1);
-            rest = entry;
-        } else if (open == Text::npos) {
-            key = entry.substr(0, close);
-            rest = entry.substr(close + 1);
-        } else if (open < close) {
-            key = entry.substr(open + 1, close - open - 1);
-            rest = entry.substr(close + 1);
-        } else {
-            key = entry.substr(open + 1);
-            rest = entry.substr(close + 1);
-        }
-        if (const Row* row = RowOf(rows, key)) {
-            shown += row->localString + (rest.empty() ? u"" : u"\\");
-        }
-        shown += rest + u";";
-    }
-    DropAtEnd(shown, u';');
-    DropAtEnd(shown, u'\\');
-    return shown;
-}
-
+// What an entry in display form begins with.
 struct Split
 {
     bool isAnchored = false;
@@ -133,46 +34,176 @@ struct Split
     Text rest;
 };
 
-inline Split SplitPrefix(const Rows& rows, const Text& path)
+inline Text From(const CString& text)
 {
-    if (path.size() >= 2 && IsLetterCharacter(static_cast<wchar_t>(path[0])) && path[1] == u':') {
-        return {true, {}, path};
+    Text units;
+    for (int index = 0; index < text.GetLength(); ++index) {
+        units.push_back(static_cast<char16_t>(text[index]));
     }
-    const Row* best = nullptr;
-    for (const Row& candidate : rows) {
-        const Row& row = *RowOf(rows, candidate.directory);
-        const bool fits = (row.flags & 2) != 0 && !row.localString.empty() &&
-                          path.compare(0, row.localString.size(), row.localString) == 0;
-        if (fits && (!best || row.directory < best->directory)) {
-            best = &row;
-        }
-    }
-    if (!best) {
-        return {false, {}, path};
-    }
-    Text rest = path.substr(best->localString.size());
-    while (!rest.empty() && rest.front() == u'\\') {
-        rest.erase(0, 1);
-    }
-    DropAtEnd(rest, u'\\');
-    return {true, best->directory, rest};
+    return units;
 }
 
-inline Text Encode(const Rows& rows, const Text& value)
+inline CString To(const Text& text)
 {
-    Text stored;
-    for (const Text& entry : EntriesOf(value)) {
-        const Split parts = SplitPrefix(rows, entry);
-        if (!parts.key.empty()) {
-            stored += u"[" + parts.key + u"]";
-        }
-        stored += parts.rest;
-        if (stored.empty() || stored.back() != u';') {
-            stored += u";";
+    CString units;
+    for (const char16_t unit : text) {
+        units += static_cast<wchar_t>(unit);
+    }
+    return units;
+}
+
+// The order of std::map is that of the code units; a later row of the same key takes the place of the former.
+inline std::map<Text, Row> InKeyOrder(const Rows& rows)
+{
+    std::map<Text, Row> map;
+    for (const Row& row : rows) {
+        map[row.directory] = row;
+    }
+    return map;
+}
+
+inline Text WithoutTrailing(Text text, char16_t unit)
+{
+    while (!text.empty() && text.back() == unit) {
+        text.pop_back();
+    }
+    return text;
+}
+
+inline Text WithoutLeading(const Text& text, char16_t unit)
+{
+    const std::size_t first = text.find_first_not_of(unit);
+    return first == Text::npos ? Text() : text.substr(first);
+}
+
+// Entries between semicolons without the white space around them; those of which nothing is left don't count.
+inline std::vector<Text> Entries(const Text& value)
+{
+    std::vector<Text> entries(1);
+    for (const char16_t unit : value) {
+        if (unit == u';') {
+            entries.emplace_back();
+        } else {
+            entries.back().push_back(unit);
         }
     }
-    DropAtEnd(stored, u';');
-    return stored;
+    for (Text& entry : entries) {
+        const auto isSpace = [](char16_t unit) { return IsSpaceCharacter(static_cast<wchar_t>(unit)); };
+        while (!entry.empty() && isSpace(entry.back())) {
+            entry.pop_back();
+        }
+        while (!entry.empty() && isSpace(entry.front())) {
+            entry.erase(0, 1);
+        }
+    }
+    std::erase(entries, Text());
+    return entries;
+}
+
+// One bracket or brace that the database holds escaped, from the left, wherever it stands.
+inline Text Unescaped(const Text& value, char16_t literal)
+{
+    const Text escape = {u'[', u'\\', literal, u']'};
+    Text plain;
+    for (std::size_t index = 0; index < value.size();) {
+        const bool isEscape = value.compare(index, escape.size(), escape) == 0;
+        plain.push_back(isEscape ? literal : value[index]);
+        index += isEscape ? escape.size() : 1;
+    }
+    return plain;
+}
+
+// Key and rest of an entry in installer form, by where its first brackets stand.
+inline Split SplitBrackets(const Text& entry)
+{
+    const auto indexOf = [&entry](char16_t unit) {
+        const std::size_t index = entry.find(unit);
+        return index == Text::npos ? -1 : static_cast<int>(index);
+    };
+    const auto behind = [&entry](int index) { return entry.substr(static_cast<std::size_t>(index) + 1); };
+    const int open = indexOf(u'[');
+    const int close = indexOf(u']');
+    Split split;
+    if (open == -1 && close == -1) {
+        split.key = entry;
+        split.rest = entry;
+    } else if (close > open && open == -1) {
+        split.key = entry.substr(0, static_cast<std::size_t>(close));
+        split.rest = behind(close);
+    } else if (close > open) {
+        split.key = behind(open).substr(0, static_cast<std::size_t>(close - open - 1));
+        split.rest = behind(close);
+    } else {
+        split.key = behind(open);
+        split.rest = close == -1 ? entry : behind(close);
+    }
+    return split;
+}
+
+// From installer to display form. The marker for no path at all is left to the caller.
+inline Text Decode(const Rows& rows, const Text& value)
+{
+    const std::map<Text, Row> map = InKeyOrder(rows);
+    Text source = value;
+    for (const char16_t literal : {u'[', u']', u'{', u'}'}) {
+        source = Unescaped(source, literal);
+    }
+    Text display;
+    for (const Text& entry : Entries(source)) {
+        const Split split = SplitBrackets(entry);
+        const auto row = map.find(split.key);
+        if (row == map.end()) {
+            display += split.rest;
+        } else {
+            display += row->second.local;
+            display += split.rest.empty() ? Text() : u"\\" + split.rest;
+        }
+        display += u';';
+    }
+    return WithoutTrailing(WithoutTrailing(display, u';'), u'\\');
+}
+
+inline bool HasDriveLetter(const Text& path)
+{
+    return path.size() >= 2 && IsLetterCharacter(static_cast<wchar_t>(path[0])) && path[1] == u':';
+}
+
+// The first row in key order that is marked as a prefix and begins the path, be it the longest or not.
+inline std::optional<Row> FindPrefix(const Rows& rows, const Text& path)
+{
+    constexpr int USABLE_AS_PREFIX = 0x2;
+    for (const auto& [key, row] : InKeyOrder(rows)) {
+        if ((row.flags & USABLE_AS_PREFIX) != 0 && !row.local.empty() && path.starts_with(row.local)) {
+            return row;
+        }
+    }
+    return std::nullopt;
+}
+
+inline Split SplitPrefix(const Rows& rows, const Text& path)
+{
+    if (HasDriveLetter(path)) {
+        return {true, Text(), path};
+    }
+    const std::optional<Row> row = FindPrefix(rows, path);
+    if (!row) {
+        return {false, Text(), path};
+    }
+    const Text behind = path.substr(row->local.size());
+    return {true, row->directory, WithoutTrailing(WithoutLeading(behind, u'\\'), u'\\')};
+}
+
+// From display to installer form. The marker for no path at all is left to the caller.
+inline Text Encode(const Rows& rows, const Text& value)
+{
+    Text output;
+    for (const Text& entry : Entries(value)) {
+        const Split split = SplitPrefix(rows, entry);
+        output += split.key.empty() ? Text() : u"[" + split.key + u"]";
+        output += split.rest;
+        output += output.ends_with(u';') ? Text() : Text(u";");
+    }
+    return WithoutTrailing(output, u';');
 }
 
 } // namespace PathModel
