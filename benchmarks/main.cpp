@@ -81,8 +81,8 @@ int wmain(int count, wchar_t** arguments)
     }
     PrintHeading();
     bool complete = true;
-    for (auto measure : {MeasurePages, MeasureTabs, MeasureStart, MeasureRows, MeasureDeployment,
-                         MeasureManyFiles, MeasureLargeFiles}) {
+    for (auto measure : {MeasurePages, MeasureTabs, MeasureStart, MeasureRows, MeasurePaths,
+                         MeasureDeployment, MeasureManyFiles, MeasureLargeFiles}) {
         complete = Run(measure, options) && complete;
     }
     return complete ? 0 : 1;

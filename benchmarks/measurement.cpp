@@ -22,6 +22,22 @@ double Median(Samples samples)
     return samples.size() % 2 == 1 ? samples[middle] : (samples[middle - 1] + samples[middle]) / 2;
 }
 
+Comparison GrowthOf(const Comparison& few, const Comparison& many)
+{
+    Comparison growth;
+    growth.unit = "times";
+    growth.goal = 1.1;
+    const auto multiples = [](const Samples& fewer, Samples more) {
+        const double once = Median(fewer);
+        std::transform(more.begin(), more.end(), more.begin(),
+                       [once](double figure) { return figure / once; });
+        return more;
+    };
+    growth.ours = multiples(few.ours, many.ours);
+    growth.bare = multiples(few.bare, many.bare);
+    return growth;
+}
+
 namespace {
 
 std::string Figure(const Samples& samples, const char* unit)

@@ -22,6 +22,9 @@ struct Comparison
     std::optional<double> goal = std::nullopt; // the highest ratio of the medians that is good
 };
 
+// The figures of `many` as multiples of the median of `few`, each side by itself.
+Comparison GrowthOf(const Comparison& few, const Comparison& many);
+
 void PrintHeading();
 void PrintComparison(const Comparison& comparison);
 
@@ -53,3 +56,4 @@ std::vector<Comparison> MeasureTwoProcessors(const BenchOptions& options);
 std::vector<Comparison> MeasureStart(const BenchOptions& options);
 std::vector<Comparison> MeasureTabs(const BenchOptions& options);
 std::vector<Comparison> MeasureRows(const BenchOptions& options);
+std::vector<Comparison> MeasurePaths(const BenchOptions& options);

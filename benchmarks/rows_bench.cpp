@@ -234,24 +234,6 @@ Comparison MeasureFiles(const BenchOptions& options, const CString& source, int 
     return comparison;
 }
 
-// The figures of the many files as multiples of the median of the few, each side by itself.
-Comparison GrowthOf(const Comparison& few, const Comparison& many)
-{
-    Comparison growth;
-    growth.strWhat = L"user files, growth 1000 to 10000";
-    growth.unit = "times";
-    growth.goal = 1.1;
-    const auto multiples = [](const Samples& fewer, Samples more) {
-        const double once = Median(fewer);
-        std::transform(more.begin(), more.end(), more.begin(),
-                       [once](double figure) { return figure / once; });
-        return more;
-    };
-    growth.ours = multiples(few.ours, many.ours);
-    growth.bare = multiples(few.bare, many.bare);
-    return growth;
-}
-
 } // namespace
 
 std::vector<Comparison> MeasureRows(const BenchOptions& options)
@@ -263,6 +245,7 @@ std::vector<Comparison> MeasureRows(const BenchOptions& options)
     const Comparison thousand = MeasureFiles(options, source, 1000, std::min(options.runs, 5));
     const Comparison tenThousand = MeasureFiles(options, source, 10000, std::min(options.runs, 3));
     comparisons.insert(comparisons.end(), {thousand, tenThousand, GrowthOf(thousand, tenThousand)});
+    comparisons.back().strWhat = L"user files, growth 1000 to 10000";
 
     Comparison properties;
     properties.strWhat = NumberText(PROPERTIES) + L" property writes and reads";
