@@ -329,6 +329,49 @@ TEST(PathModelTest, BothFormsAreThoseOfTheModelOnAnyTextsOfTheirCharacters)
     }
 }
 
+// Every text of up to `longest` of these characters. What escapes leave behind needs texts longer than random ones find.
+void ExpectTheModelsForms(const std::vector<TarnDirectoryMapColumns>& map, const CString& characters,
+                          int longest)
+{
+    const CPathResolver resolver = Resolver(map);
+    PathModel::Rows rows;
+    for (const TarnDirectoryMapColumns& row : map) {
+        rows.push_back({PathModel::From(row.Directory_), PathModel::From(row.LocalString), row.Flags});
+    }
+    std::vector<CString> texts = {CString()};
+    for (std::size_t index = 0; index < texts.size(); ++index) {
+        const CString value = texts[index];
+        const PathModel::Text text = PathModel::From(value);
+        CString encoded = value, key, rest;
+        resolver.EncodePathList(encoded);
+        const bool isAnchored = resolver.SplitDirectoryPrefix(key, rest, value);
+        const PathModel::Split split = PathModel::SplitPrefix(rows, text);
+        ASSERT_EQ(resolver.DecodePathList(value), PathModel::To(PathModel::Decode(rows, text)))
+            << Utf8(value);
+        ASSERT_EQ(encoded, PathModel::To(PathModel::Encode(rows, text))) << Utf8(value);
+        ASSERT_EQ(isAnchored, split.isAnchored) << Utf8(value);
+        ASSERT_EQ(key, PathModel::To(split.key)) << Utf8(value);
+        ASSERT_EQ(rest, PathModel::To(split.rest)) << Utf8(value);
+        for (int next = 0; value.GetLength() < longest && next < characters.GetLength(); ++next) {
+            texts.push_back(value + characters[next]);
+        }
+    }
+}
+
+TEST(PathModelTest, BothFormsAreThoseOfTheModelOnEveryShortText)
+{
+    ExpectTheModelsForms({}, L"K[];\\ a:", 4);
+    ExpectTheModelsForms({{L"K", L"a", 2}, {L"", L"K", 2}, {L"a", L"a\\K", 3}, {L"KK", L"", 2}}, L"K[];\\ a:",
+                         4);
+    ExpectTheModelsForms({{L"K", L"a;\\", 0}, {L"a", L"[", 2}, {L"]", L"\\", 2}, {L"[", L"]K", 2}},
+                         L"K[];\\ a:", 4);
+}
+
+TEST(PathModelTest, WhatEscapesLeaveBehindIsReadAsInTheModel)
+{
+    ExpectTheModelsForms({{L"[", L"open", 2}, {L"]", L"close", 2}, {L"}", L"brace", 2}}, L"[\\]}", 7);
+}
+
 TEST(PathModelTest, TextsOfAllScriptsComeBackAsTheyWere)
 {
     const CPathResolver resolver = Resolver({{L"DATEN", L"\x30C7\x30FC\x30BF \xD83D\xDCC1", PREFIX}});
