@@ -65,13 +65,13 @@ void CAnswerEntry::AddSteps(CScript& script, const PageAnswers& answers)
     }
     bool listsAdded = false;
     for (const PageAnswer& answer : answers.entries) {
-        const bool isOfList = answer.pKey->kind == AnswerKind::List || answer.pKey->kind == AnswerKind::Clear;
-        if (isOfList && !listsAdded) {
+        const bool isOfAdapter = IsOfAdapter(*answer.pKey);
+        if (isOfAdapter && !listsAdded) {
             AddListSteps(script, answers);
-        } else if (!isOfList && !answer.bKept) {
+        } else if (!isOfAdapter && !answer.bKept) {
             AddPlainSteps(script, answers, answer);
         }
-        listsAdded = listsAdded || isOfList;
+        listsAdded = listsAdded || isOfAdapter;
     }
     AddWaitStep(script, *answers.pTable); // what the last answer has begun is still about it
     script.Add(L"end the entering", [this] {
@@ -149,8 +149,7 @@ void CAnswerEntry::AddListSteps(CScript& script, const PageAnswers& answers)
     const IPageLists* lists = FindPageLists(m_lists, answers.pTable);
     std::vector<const PageAnswer*> lines;
     for (const PageAnswer& answer : answers.entries) {
-        const AnswerKind kind = answer.pKey->kind;
-        if (kind == AnswerKind::List || (kind == AnswerKind::Clear && IsYes(answer.Value()))) {
+        if (IsOfAdapter(*answer.pKey) && (answer.pKey->kind != AnswerKind::Clear || IsYes(answer.Value()))) {
             lines.push_back(&answer);
         }
     }

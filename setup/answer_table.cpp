@@ -77,7 +77,7 @@ const AnswerBox* FindQuestion(const PageAnswerTable& table, const CString& role)
 
 bool IsPathField(const AnswerKey& key, std::size_t field)
 {
-    return key.kind == AnswerKind::List ? key.fields[field] == FieldKind::Path : key.kind == AnswerKind::Path;
+    return key.fields.empty() ? key.kind == AnswerKind::Path : key.fields[field] == FieldKind::Path;
 }
 
 bool IsListKey(const PageAnswerTable& table, const CString& word)
@@ -89,13 +89,19 @@ bool IsListKey(const PageAnswerTable& table, const CString& word)
 std::size_t EntryOrder(const PageAnswerTable& table, const AnswerKey& key)
 {
     const AnswerKey* row =
-        IsOfList(key) ? &*std::find_if(table.keys.begin(), table.keys.end(), IsOfList) : &key;
-    return static_cast<std::size_t>(row - table.keys.data()) * 2 + (key.kind == AnswerKind::List ? 1 : 0);
+        IsOfAdapter(key) ? &*std::find_if(table.keys.begin(), table.keys.end(), IsOfAdapter) : &key;
+    const bool isBehindClearing = IsOfAdapter(key) && key.kind != AnswerKind::Clear;
+    return static_cast<std::size_t>(row - table.keys.data()) * 2 + (isBehindClearing ? 1 : 0);
+}
+
+bool IsOfAdapter(const AnswerKey& key)
+{
+    return key.kind == AnswerKind::Value || key.kind == AnswerKind::List || key.kind == AnswerKind::Clear;
 }
 
 bool IsOfList(const AnswerKey& key)
 {
-    return key.kind == AnswerKind::List || key.kind == AnswerKind::Clear;
+    return key.kind == AnswerKind::Clear || (key.kind == AnswerKind::List && !key.bReplaces);
 }
 
 int EntryPlace(const PageAnswerTable& table, const AnswerKey& entry)

@@ -17,6 +17,7 @@ enum class AnswerKind
     ListLine, // a line of a list box, by its text
     Entry,    // a line of a drop-down list, by its place: a row a line, all of one word, in the lines' order
     List,     // a line of a list or tree; may stand several times, and order counts
+    Value,    // a single value of a list or tree, such as a node's label
     Clear,    // empties the page's lists before anything is added to them: "yes" or "no"
 };
 
@@ -43,28 +44,34 @@ struct AnswerKey
     // Radio: this choice is what the page does by itself when it doesn't show the buttons.
     bool bDefaultWhenHidden = false;
     AnswerNeed needs = {};
-    std::span<const FieldKind> fields = {}; // List
+    std::span<const FieldKind> fields = {}; // List; Value: one
+    // List: its lines replace all that the page has of the word. Without it they come behind those.
+    bool bReplaces = false;
 };
 
 enum class BoxKind
 {
     Question, // Yes and No, answered by "on_question.<role>"
     Refusal,  // the page won't take the value of the key
+    Notice,   // the page says what it has done, and goes on behind OK
 };
 
 struct AnswerBox
 {
     BoxKind kind = BoxKind::Question;
     const wchar_t* role = nullptr; // Question: the word behind "on_question."
-    const wchar_t* key = nullptr;  // the key that the box is about
+    const wchar_t* key = nullptr;  // the key that the box is about; null: the one that is being entered
     unsigned int string = 0; // its text in the resource library; "%s" stands for any text; or PROGRAM_BOX
+    // Question: comes up while a value is entered, not when the page is left. Yes is remembered then, as what No has kept
+    // out isn't entered again.
+    bool bWhileEntering = false;
 };
 
 struct PageAnswerTable
 {
     const PageRow* page = nullptr;
-    // In the order in which they are entered: what changes the page's layout, or enables another, comes first. Lists are
-    // entered where the first of them stands, in the order of the answers.
+    // In the order in which they are entered: what changes the page's layout, or enables another, comes first. What an
+    // adapter enters comes where the first of it stands, in the order of the answers.
     std::span<const AnswerKey> keys = {};
     std::span<const AnswerBox> boxes = {};
     // How long the page may be at work, such as downloading, behind each of its answers and before it is left; 0 for one
@@ -115,10 +122,13 @@ const AnswerBox* FindQuestion(const PageAnswerTable& table, const CString& role)
 // Whether that field of an answer of the row is a path.
 bool IsPathField(const AnswerKey& key, std::size_t field);
 bool IsListKey(const PageAnswerTable& table, const CString& word);
-// Whether the row is of a list's lines or clears them.
+// Whether the row's answers are read and entered by the page's adapter (page_lists.h).
+bool IsOfAdapter(const AnswerKey& key);
+// Whether the row is of the page's lists as far as they are one value: their lines stand in one order and are cleared
+// together. All others of an adapter stand for themselves, word by word.
 bool IsOfList(const AnswerKey& key);
-// Where an answer of the row is entered among those of the page. Rows of lists are one place, in which the order of the
-// answers decides, with clearing them before it.
+// Where an answer of the row is entered among those of the page. Rows of an adapter are one place, in which the order of the
+// answers decides, with clearing lists before it.
 std::size_t EntryOrder(const PageAnswerTable& table, const AnswerKey& key);
 // The place of an Entry's line in its drop-down list.
 int EntryPlace(const PageAnswerTable& table, const AnswerKey& entry);

@@ -139,6 +139,36 @@ Values MergeLists(const RecordedPage& base, const RecordedPage& run)
     return changed || bases.empty() ? lists : bases;
 }
 
+bool IsOwnList(const RecordedPage& page, const RecordedValue& value)
+{
+    const AnswerKey* key = FindAnswerKey(*page.pTable, value.strWord);
+    return key && key->kind == AnswerKind::List && !IsOfList(*key);
+}
+
+Values LinesOf(const Values& values, const CString& word)
+{
+    Values lines;
+    std::copy_if(values.begin(), values.end(), std::back_inserter(lines),
+                 [&word](const RecordedValue& value) { return value.strWord == word; });
+    return lines;
+}
+
+// A list that stands for itself is one value, as above: its lines are the page's own, or changed, together.
+Values MergeOwnList(const Values& base, const Values& run)
+{
+    if (!run.front().bProposed || base.empty()) {
+        return run;
+    }
+    if (std::equal(base.begin(), base.end(), run.begin(), run.end(), SaysTheSame)) {
+        return base;
+    }
+    Values lines = run;
+    for (RecordedValue& line : lines) {
+        line.bProposed = false;
+    }
+    return lines;
+}
+
 // The run's page, with the base's value for each word that nobody changed.
 RecordedPage MergePage(const RecordedPage& base, const RecordedPage& run)
 {
@@ -146,6 +176,7 @@ RecordedPage MergePage(const RecordedPage& base, const RecordedPage& run)
     page.values.clear();
     const Values lists = MergeLists(base, run);
     bool listsAdded = false;
+    std::set<CString> ownLists;
     const auto addLists = [&] {
         if (!std::exchange(listsAdded, true)) {
             page.values.insert(page.values.end(), lists.begin(), lists.end());
@@ -154,6 +185,12 @@ RecordedPage MergePage(const RecordedPage& base, const RecordedPage& run)
     for (const RecordedValue& value : run.values) {
         if (IsList(run, value)) {
             addLists();
+        } else if (IsOwnList(run, value)) {
+            if (ownLists.insert(value.strWord).second) {
+                const Values lines =
+                    MergeOwnList(LinesOf(base.values, value.strWord), LinesOf(run.values, value.strWord));
+                page.values.insert(page.values.end(), lines.begin(), lines.end());
+            }
         } else if (std::optional<RecordedValue> merged = MergeValue(base.values, value)) {
             page.values.push_back(std::move(*merged));
         }

@@ -209,21 +209,25 @@ void CAnswersRecorder::NoteQuestion(const CString& section, const wchar_t* role,
     }
 }
 
-// A role may stand for several boxes; the answer that was given last counts for it.
+// A role may stand for several boxes; the answer that was given last counts for it, but for Yes to what entering asks.
 void CAnswersRecorder::NoteQuestion(const Subject& subject, const AnswerBox& question, bool yes)
 {
     std::vector<RecordedQuestion>& questions = UseRecorded(subject).questions;
-    std::erase_if(questions, [&question](const RecordedQuestion& noted) {
-        return CString(noted.pBox->role) == question.role;
+    bool isYes = yes;
+    std::erase_if(questions, [&](const RecordedQuestion& noted) {
+        const bool isSame = CString(noted.pBox->role) == question.role;
+        isYes = isYes || (isSame && question.bWhileEntering && noted.bYes);
+        return isSame;
     });
-    questions.push_back({&question, yes});
+    questions.push_back({&question, isYes});
 }
 
-// Only what was asked while the page let itself be left counts.
+// Of what leaving asks, only what was asked while the page let itself be left counts.
 void CAnswersRecorder::ForgetQuestions(const Subject& subject)
 {
     if (RecordedPage* page = FindRecorded(subject)) {
-        page->questions.clear();
+        std::erase_if(page->questions,
+                      [](const RecordedQuestion& question) { return !question.pBox->bWhileEntering; });
     }
 }
 

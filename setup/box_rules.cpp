@@ -7,9 +7,8 @@ namespace {
 const AnswerBox* FindBox(const PageAnswerTable* table, const CString& text, bool asks,
                          const std::function<CString(unsigned int)>& loadString)
 {
-    const BoxKind kind = asks ? BoxKind::Question : BoxKind::Refusal;
     for (const AnswerBox& box : table ? table->boxes : std::span<const AnswerBox>()) {
-        if (box.kind != kind) {
+        if ((box.kind == BoxKind::Question) != asks) {
             continue;
         }
         const CString format = loadString(box.string);
@@ -50,8 +49,9 @@ BoxVerdict JudgeBox(const PageAnswerTable* table, const PageAnswers* page, const
 {
     BoxVerdict verdict;
     verdict.pBox = FindBox(table, text, asks, loadString);
-    verdict.meaning = asks ? BoxMeaning::Unanswered : BoxMeaning::Refused;
-    if (!page || !verdict.pBox) {
+    const bool isNotice = verdict.pBox && verdict.pBox->kind == BoxKind::Notice;
+    verdict.meaning = asks ? BoxMeaning::Unanswered : isNotice ? BoxMeaning::Noticed : BoxMeaning::Refused;
+    if (!page || !verdict.pBox || isNotice) {
         return verdict;
     }
     for (const QuestionAnswer& answer : page->questions) {
@@ -60,7 +60,7 @@ BoxVerdict JudgeBox(const PageAnswerTable* table, const PageAnswers* page, const
             verdict.pAnswer = &answer;
         }
     }
-    if (!asks) {
+    if (!asks && verdict.pBox->key) {
         verdict.pRefused = FindRefused(*page, verdict.pBox->key, text);
     }
     return verdict;

@@ -11,6 +11,7 @@ enum class BoxMeaning
     Answered,   // a question, and the answers hold its answer
     Unanswered, // a question of which they say nothing
     Refused,    // the page won't take a value
+    Noticed,    // the page says what it has done, and goes on
 };
 
 struct BoxVerdict

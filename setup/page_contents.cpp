@@ -3,7 +3,9 @@
 #include "setup/page_controls.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -39,19 +41,44 @@ const HeldValue* FindValue(const PageContents& contents, const AnswerKey& key)
     return found == contents.values.end() ? nullptr : &*found;
 }
 
+template <class Belongs>
+std::vector<ListLine> LinesOf(const PageContents& contents, Belongs belongs)
+{
+    std::vector<ListLine> lines;
+    std::copy_if(contents.lines.begin(), contents.lines.end(), std::back_inserter(lines), belongs);
+    return lines;
+}
+
+// What stands for itself is the page's own, or changed, as a whole.
+void RecordWord(const AnswerKey& key, const PageContents& proposed, const PageContents& held,
+                std::vector<RecordedValue>& recorded)
+{
+    const auto isOfWord = [&key](const ListLine& line) { return line.strWord == key.word; };
+    const std::vector<ListLine> lines = LinesOf(held, isOfWord);
+    const bool isProposed = lines == LinesOf(proposed, isOfWord);
+    for (const ListLine& line : lines) {
+        recorded.push_back({.strWord = line.strWord, .fields = line.fields, .bProposed = isProposed});
+    }
+}
+
 // Lines that stood there at first and have changed are cleared away first, and then none is the page's own. A page that
 // can't clear its lists only gets what is new.
 void RecordLines(const PageAnswerTable& table, const PageContents& proposed, const PageContents& held,
                  std::vector<RecordedValue>& recorded)
 {
     const AnswerKey* const clear = FindClearKey(table);
-    const bool changed = held.lines != proposed.lines;
-    const bool clears = clear && changed && !proposed.lines.empty();
+    const auto isOfLists = [&table](const ListLine& line) {
+        const AnswerKey* key = FindAnswerKey(table, line.strWord);
+        return key && IsOfList(*key);
+    };
+    const std::vector<ListLine> first = LinesOf(proposed, isOfLists);
+    const std::vector<ListLine> last = LinesOf(held, isOfLists);
+    const bool clears = clear && last != first && !first.empty();
     if (clears) {
         recorded.push_back({.strWord = clear->word, .fields = {L"yes"}});
     }
-    std::vector<ListLine> own = clears ? std::vector<ListLine>() : proposed.lines;
-    for (const ListLine& line : held.lines) {
+    std::vector<ListLine> own = clears ? std::vector<ListLine>() : first;
+    for (const ListLine& line : last) {
         const auto found = std::find(own.begin(), own.end(), line);
         const bool isOwn = found != own.end();
         if (isOwn) {
@@ -81,7 +108,7 @@ PageContents ReadPageContents(HWND page, const PageAnswerTable& table, const IPa
 {
     PageContents contents;
     for (const AnswerKey& key : table.keys) {
-        if (!IsOfList(key) && FindAnswerKey(table, key.word) == &key) { // once a word
+        if (!IsOfAdapter(key) && FindAnswerKey(table, key.word) == &key) { // once a word
             ReadWord(page, table, key, contents);
         }
     }
@@ -95,9 +122,12 @@ std::vector<RecordedValue> RecordContents(const PageAnswerTable& table, const Pa
     std::vector<RecordedValue> recorded;
     bool linesRecorded = false;
     for (const AnswerKey& key : table.keys) {
-        if (IsOfList(key) && !linesRecorded) {
-            linesRecorded = true;
-            RecordLines(table, proposed, held, recorded);
+        if (IsOfList(key)) {
+            if (!std::exchange(linesRecorded, true)) {
+                RecordLines(table, proposed, held, recorded);
+            }
+        } else if (IsOfAdapter(key)) {
+            RecordWord(key, proposed, held, recorded);
         } else if (const HeldValue* value = FindValue(held, key)) {
             RecordValue(*value, proposed, keepsAll, recorded);
         }

@@ -35,10 +35,11 @@ struct ListStep
 class IPageLists
 {
 public:
-    // What the page's lists hold now, in the order in which it can be entered again.
+    // What the page's lists hold now, values included, in the order in which it can be entered again. Looking changes
+    // nothing on the page. A list whose lines replace the page's has one line with empty fields when it is empty.
     [[nodiscard]] virtual std::vector<ListLine> Read(HWND page) const = 0;
 
-    // The steps that enter these answers, all of kinds List and Clear, one after the other. They stay as long as the page.
+    // The steps that enter these answers, all of kinds List, Value and Clear, one after the other. They stay as long as the page.
     [[nodiscard]] virtual std::vector<ListStep>
     MakeSteps(const std::vector<const PageAnswer*>& answers) const = 0;
 

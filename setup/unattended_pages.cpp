@@ -412,13 +412,12 @@ void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& ve
         const bool yes = verdict.pAnswer->bYes;
         m_pLastQuestion = verdict.pAnswer;
         m_log.Line(CString(L"  ") + QUESTION_PREFIX + verdict.pBox->role + (yes ? L" = yes" : L" = no"));
-        const StepOutcome pressed = AnswerMessageBox(box, yes ? IDYES : IDNO);
-        if (!pressed.IsDone()) {
-            Fail(SETUP_UNANSWERED_BOX, PageTitle() + L": " + OneLine(box.text) + L" " + pressed.GetReason());
-            Dismiss(box);
-        }
+        PressBoxButton(box, yes ? IDYES : IDNO);
         return;
     }
+    case BoxMeaning::Noticed:
+        PressBoxButton(box, IDOK);
+        return;
     case BoxMeaning::Unanswered:
         m_pictures.Take(m_hWindow, m_strPage, L"-stopped");
         ReportQuestion(box, verdict);
@@ -429,6 +428,15 @@ void CUnattendedPages::AnswerBox(const MessageBoxView& box, const BoxVerdict& ve
         break;
     }
     Dismiss(box);
+}
+
+void CUnattendedPages::PressBoxButton(const MessageBoxView& box, int button)
+{
+    const StepOutcome pressed = AnswerMessageBox(box, button);
+    if (!pressed.IsDone()) {
+        Fail(SETUP_UNANSWERED_BOX, PageTitle() + L": " + OneLine(box.text) + L" " + pressed.GetReason());
+        Dismiss(box);
+    }
 }
 
 void CUnattendedPages::ReportQuestion(const MessageBoxView& box, const BoxVerdict& verdict)
@@ -445,7 +453,7 @@ void CUnattendedPages::ReportRefusal(const MessageBoxView& box, const BoxVerdict
 {
     const PageAnswer* refused = m_pEntered ? m_pEntered : verdict.pRefused;
     AnswersError error = refused ? EnteredError(*refused, OneLine(box.text)) : PageError(OneLine(box.text));
-    if (!refused && verdict.pBox) {
+    if (!refused && verdict.pBox && verdict.pBox->key) {
         error.strKey = PageName() + L"." + verdict.pBox->key;
         error.strReason += L" The answers don't hold this key; the page proposed the value.";
     }

@@ -64,6 +64,7 @@ private:
     CString CauseWithoutPage(const MessageBoxView& box, const BoxVerdict& verdict) const;
     bool OnConfigureCancel(const MessageBoxView& box);
     void AnswerBox(const MessageBoxView& box, const BoxVerdict& verdict);
+    void PressBoxButton(const MessageBoxView& box, int button);
     void ReportQuestion(const MessageBoxView& box, const BoxVerdict& verdict);
     void ReportRefusal(const MessageBoxView& box, const BoxVerdict& verdict);
     bool OnCancelQuestion();

@@ -374,6 +374,54 @@ TEST(SetupRecord, ChangedListsAreTheRunsAlone)
               "clear:yes file:b ");
 }
 
+// Lists and values that stand for themselves
+constexpr FieldKind PATH_TEXT[] = {FieldKind::Text};
+constexpr AnswerKey OWN_KEYS[] = {
+    {.word = L"fonts", .kind = AnswerKind::List, .fields = PATH_TEXT, .bReplaces = true},
+    {.word = L"log", .kind = AnswerKind::Value, .fields = PATH_TEXT},
+    {.word = L"colors", .kind = AnswerKind::List, .fields = PATH_TEXT, .bReplaces = true},
+};
+constexpr PageAnswerTable OWN_TABLE = {.page = &ROW, .keys = OWN_KEYS};
+
+std::string MergedOwn(const Values& base, const Values& run)
+{
+    BaseAnswers answers;
+    RecordedPage page;
+    page.pTable = &OWN_TABLE;
+    answers.pages = {With(page, base)};
+    std::vector<RecordedPage> unknown;
+    std::string text;
+    const std::vector<RecordedPage> merged = MergeAnswers(answers, {With(page, run)}, unknown);
+    for (const RecordedValue& value : merged.at(0).values) {
+        text += Utf8(value.strWord) + (value.bProposed ? "~" : "=") + Utf8(value.fields.front()) + " ";
+    }
+    return text;
+}
+
+TEST(SetupRecord, AListThatStandsForItselfStaysOrChangesByItself)
+{
+    const Values base = {{L"fonts", {L"a"}}, {L"fonts", {L"b"}}, {L"colors", {L"c"}}, {L"log", {L"d"}}};
+    EXPECT_EQ(MergedOwn(base, {{L"fonts", {L"a"}, false, true},
+                               {L"fonts", {L"b"}, false, true},
+                               {L"log", {L"x"}},
+                               {L"colors", {L"c"}, false, true}}),
+              "fonts=a fonts=b log=x colors=c ");
+    EXPECT_EQ(MergedOwn(base, {{L"fonts", {L"b"}}, {L"fonts", {L"a"}}, {L"log", {L"d"}, false, true}}),
+              "fonts=b fonts=a log=d ");
+}
+
+TEST(SetupRecord, AListThatThePageShowsOtherwiseThanTheBaseSaysIsTheRuns)
+{
+    const Values base = {{L"fonts", {L"a"}}, {L"fonts", {L"b"}}};
+    EXPECT_EQ(MergedOwn(base, {{L"fonts", {L"a"}, false, true}}), "fonts=a ");
+    EXPECT_EQ(MergedOwn(base, {{L"colors", {L"c"}, false, true}}), "colors~c ");
+}
+
+TEST(SetupRecord, AListThatTheBasesPageProposedIsStillProposed)
+{
+    EXPECT_EQ(MergedOwn({{L"fonts", {L"a"}, false, true}}, {{L"fonts", {L"a"}, false, true}}), "fonts~a ");
+}
+
 class CRandom
 {
 public:

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace {
 
 CString LoadText(unsigned int id)
@@ -55,6 +57,38 @@ TEST(SetupBoxes, OfSeveralLinesTheOneThatTheBoxNamesIsRefused)
     };
     EXPECT_EQ(refused(L"The file C:\\two.txt is missing."), &page.entries[1]);
     EXPECT_EQ(refused(L"The file D:\\other.txt is missing."), &page.entries[2]);
+}
+
+// Whatever is being entered is meant.
+constexpr AnswerBox ENTRY_BOXES[] = {{.kind = BoxKind::Refusal, .string = IDS_NAME_INVALID},
+                                     {.kind = BoxKind::Notice, .string = IDS_LOCATION_NOT_NETWORK}};
+constexpr PageAnswerTable ENTRY_TABLE = {
+    .page = &RowOfSection(L"begin"), .keys = LIST_KEYS, .boxes = ENTRY_BOXES};
+
+TEST(SetupBoxes, ARefusalOfWhateverIsBeingEnteredBlamesNoKey)
+{
+    PageAnswers page;
+    page.pTable = &ENTRY_TABLE;
+    page.entries.push_back({LIST_KEYS, {L"", L"No such name."}, false, false, {}});
+    const BoxVerdict verdict = JudgeBox(&ENTRY_TABLE, &page, L"No such name.", false, LoadText);
+    EXPECT_EQ(verdict.meaning, BoxMeaning::Refused);
+    EXPECT_EQ(verdict.pBox, &ENTRY_BOXES[0]);
+    EXPECT_EQ(verdict.pRefused, nullptr);
+}
+
+TEST(SetupBoxes, ANoticeIsNoRefusalWhateverIsAnswered)
+{
+    PageAnswers page;
+    page.pTable = &ENTRY_TABLE;
+    for (const PageAnswers* answers : {static_cast<const PageAnswers*>(nullptr), &std::as_const(page)}) {
+        const BoxVerdict verdict = JudgeBox(&ENTRY_TABLE, answers, L"Not a network path.", false, LoadText);
+        EXPECT_EQ(verdict.meaning, BoxMeaning::Noticed);
+        EXPECT_EQ(verdict.pBox, &ENTRY_BOXES[1]);
+    }
+    // With a choice it would be a question that nobody knows.
+    const BoxVerdict asked = JudgeBox(&ENTRY_TABLE, &page, L"Not a network path.", true, LoadText);
+    EXPECT_EQ(asked.meaning, BoxMeaning::Unanswered);
+    EXPECT_EQ(asked.pBox, nullptr);
 }
 
 TEST(SetupBoxes, AQuestionWithAnAnswerIsAnswered)

@@ -402,6 +402,19 @@ TEST_F(AnswersRecorder, TheAttemptThatLetThePageGoCounts)
     EXPECT_EQ(Recorded(), CString(UNTOUCHED) + L", ?sure=yes");
 }
 
+// A replay enters what Yes has kept, and not what No has kept out.
+TEST_F(AnswersRecorder, YesToWhatEnteringAsksOutlastsANoAndTheAttemptsToLeave)
+{
+    ComeUp(L"DeploymentSettings");
+    AskAndPress(IDNO, L"Entry 1 asks");
+    GoOn();
+    EXPECT_EQ(Recorded(), CString(UNTOUCHED) + L", ?entry=no");
+    AskAndPress(IDYES, L"Entry 2 asks");
+    AskAndPress(IDNO, L"Entry 3 asks");
+    GoOnAndGo();
+    EXPECT_EQ(Recorded(), CString(UNTOUCHED) + L", ?entry=yes");
+}
+
 TEST_F(AnswersRecorder, ALaterAnswerOfARoleReplacesTheEarlier)
 {
     ComeUp(L"DeploymentSettings");
