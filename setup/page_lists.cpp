@@ -1,7 +1,10 @@
 #include "setup/page_lists.h"
 
-// No page has lists yet.
+#include "setup/page_answers.h"
+#include "setup/paths_lists.h"
+
 PageListsTable AllPageLists()
 {
-    return {};
+    static const PageListsRow ROWS[] = {{&PATHS_ANSWERS, &PathsPageLists()}};
+    return ROWS;
 }

@@ -72,6 +72,11 @@ class AskedAnswersTest(unittest.TestCase):
         self.assertEqual(self.asked(text, "paths.support_path=x", "paths.support_path=y"),
                          {"ZOLTProfile_SupportPath": "x;y", "ZOLTProfile_AltFont": "a.zfont"})
 
+    def test_the_words_of_the_paths_are_those_of_the_wizard(self):
+        with open(os.path.join(ROOT, "setup", "path_words.h"), encoding="utf-8") as file:
+            words = re.findall(r'^ +{L"(\w+)",', file.read(), re.MULTILINE)
+        self.assertEqual(sorted("paths." + word for word in words), sorted(key for key in PROPERTIES if key.startswith("paths.")))
+
     def test_a_relative_location_counts_from_the_files_folder(self):
         self.assertEqual(self.asked("[notices]\nupdate_list = ../a/list.npl\n"),
                          {"ZOLT_PATCHRELAY_LISTLOCACTION":

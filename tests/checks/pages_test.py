@@ -16,6 +16,7 @@ from page_table import HEADER, read_pages, written_pages  # noqa: E402
 
 # Kinds of controls in which something can be entered.
 ENTRIES = r"AUTORADIOBUTTON|AUTOCHECKBOX|EDITTEXT|COMBOBOX|LISTBOX"
+TREES = r'^ *CONTROL "", (IDC_\w+), "SysTreeView32"'
 # Where pages are named one by one: the table itself, and the prototypes that a compiler needs.
 LISTS = ("include/page_table.h", "include/rollout_ui.h")
 
@@ -45,19 +46,23 @@ def entries_of(template):
     while True:
         more = {name for name in bodies if name not in used and re.search(r"\b%s\b" % name, text)}
         if not more:
-            return set(re.findall(r'^ *(?:%s) (?:"[^\n]*?", )?(IDC_\w+)' % ENTRIES, text, re.MULTILINE))
+            return set(re.findall(r'^ *(?:%s) (?:"[^\n]*?", )?(IDC_\w+)' % ENTRIES, text, re.MULTILINE)
+                       + re.findall(TREES, text, re.MULTILINE))
         used |= more
         text += "".join("\n" + bodies[name] for name in more)
 
 
 def answered_controls():
-    """Section -> controls of its answers."""
+    """Section -> controls of its answers, and of those lists and trees that its adapter works."""
     answered = {}
     for path in glob.glob(os.path.join(ROOT, "setup", "*_answers.cpp")):
         text = read(os.path.relpath(path, ROOT))
         section = re.search(r'RowOfSection\(L"(\w+)"\)', text)
         if section:
             answered[section.group(1)] = set(re.findall(r"\.control = (IDC_\w+)", text))
+            adapter = os.path.join("setup", section.group(1) + "_lists.cpp")
+            if os.path.exists(os.path.join(ROOT, adapter)):
+                answered[section.group(1)] |= set(re.findall(r"m_(?:tree|list)\(page, (IDC_\w+)\)", read(adapter)))
     return answered
 
 

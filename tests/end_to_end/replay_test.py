@@ -11,6 +11,9 @@ from wizard import MEDIA, WizardTest, property_of, text_of, tree_of, windows_pat
 OF_THE_BUILD = {"Build.log", "Changes.json", "Changes.txt", "Manifest.txt", "ReadMe.txt"}
 HOSTILE = '"Caf\u00e9" \u20ac #1, [x] = %s'
 
+# Where deployments are already, nobody is asked whether the place may be on this computer.
+OTHER_PLACE = ("--set", "begin.on_question.local_location=yes")
+
 
 def tables_of(database):
     """Every row of every table of a database, without its summary information, which has the package code."""
@@ -22,12 +25,13 @@ def tables_of(database):
 
 
 def answers_of(path):
-    """What an answers file answers, by section. Which of it the page proposed depends on how it came about."""
+    """What an answers file answers, by section. Which of it the page proposed depends on how it came about, and whether the place
+    may be on this computer is asked only where no deployments are yet."""
     sections = {}
     for line in text_of(path).splitlines():
         if line.startswith("["):
             lines = sections.setdefault(line, [])
-        elif line and not line.startswith("#") and sections:
+        elif line and not line.startswith(("#", "on_question.local_location")) and sections:
             lines.append(line)
     return {section: sorted(lines) for section, lines in sections.items()}
 
@@ -63,9 +67,9 @@ class ReplayTest(WizardTest):
         self.assertEqual(run.code, 0, run.output)
         return run
 
-    def replay(self, answers, media=MEDIA, name="Sample", place="Again"):
+    def replay(self, answers, *words, media=MEDIA, name="Sample", place="Again"):
         """Answers a file on the media, in a place of its own; the deployment."""
-        self.run_well(answers, media=media, out=self.place(place))
+        self.run_well(answers, *words, media=media, out=self.place(place))
         return os.path.join(self.folder, place, name)
 
     def full(self, name="Sample", more=""):
@@ -74,6 +78,9 @@ class ReplayTest(WizardTest):
             "[begin]\nname = %s\nplatform = x64\non_question.local_location = yes\non_question.replace = yes\n"
             "[settings]\nnetwork_log = yes\nlog_folder = \\\\server\\logs\nkeep_copy = yes\ninstall_mode = progress\nmc3 = no\n"
             "on_question.doubtful_log_folder = yes\n"
+            "[paths]\nsupport_path = Support Files\nsupport_path = \"C:\\Standards, all\"\nlog_file_path =\n"
+            "custom_dictionary = C:\\Words\\Office.dic\ncolor_book_location =\nprinter_desc_dir =\nprinter_config_dir = C:\\Plotters\n"
+            "[paths \"Zolt Viewer 2027\"]\nsupport_path = D:\\Viewer\nmenu_file = \\\\server\\menus\\v.zmenu\non_question.missing_path = yes\n"
             "[resources]\nparts_bay = no\nsend_computer_name = yes\n"
             "[notices \"Zolt 2027\"]\nupdate_source = local_list\nupdate_list = \\\\localhost\\lists\\a.npl\nsite_channel = yes\n"
             "site_feed = \\\\server\\feeds\\site.xml\nsite_name = \"%s\"\non_question.feed_not_found = yes\n"
@@ -90,8 +97,32 @@ class ReplayTest(WizardTest):
         viewer = os.path.join(again, "Image", "x64", "ZoltViewer", "ZoltViewer2027.msi")
         self.assertEqual(property_of(viewer, "ZOLT_TEMP_SITEMGR_LOCATION"), "\\\\server\\feeds\\kept.xml")
         self.assertEqual(property_of(viewer, "ZOLT_PATCHRELAY_PATCHNOTIFY"), "#3")
-        self.assertEqual(property_of(os.path.join(again, "Image", "x64", "Zolt", "Zolt2027.msi"), "ZOLT_SITEMGR_DISPLAY_NAME"),
-                         HOSTILE)
+        zolt = os.path.join(again, "Image", "x64", "Zolt", "Zolt2027.msi")
+        self.assertEqual(property_of(zolt, "ZOLT_SITEMGR_DISPLAY_NAME"), HOSTILE)
+        self.assertEqual(property_of(zolt, "ZOLTProfile_SupportPath"), "[SUPPORTDIR];C:\\Standards, all")
+        self.assertEqual(property_of(zolt, "ZOLTProfile_LogFilePath"), "[NULL]")
+        self.assertEqual(property_of(zolt, "ZOLTProfile_ColorBookLocation"), "[NULL]")
+        self.assertEqual(property_of(zolt, "ZOLTProfile_PrinterDescDir"), "[PLOTDESCDIR]", "the default comes back")
+        self.assertEqual(property_of(viewer, "ZOLTProfile_SupportPath"), "D:\\Viewer")
+        self.assertEqual(property_of(viewer, "ZOLTProfile_MenuFile"), "\\\\server\\menus\\v.zmenu")
+
+    def check_paths(self, text, code):
+        """How a run with these answers of the paths page ends: its last line."""
+        run = self.wizard(self.answers("[begin]\nname = Sample\non_question.local_location = yes\n[paths]\n" + text))
+        self.assertEqual(run.code, code, run.output)
+        return run.output.splitlines()[-1]
+
+    def test_a_path_that_the_page_refuses_ends_the_run_with_its_line(self):
+        last = self.check_paths("support_path = C:\\a\nsupport_path = Nowhere\nsupport_path = C:\\b\n", 22)
+        self.assertRegex(last, r'\(7\): paths\.support_path: Zolt 2027: "Nowhere": The folder "Nowhere" is not valid')
+        last = self.check_paths("menu_file = a*b\n", 22)
+        self.assertRegex(last, r'\(6\): paths\.menu_file: Zolt 2027: The file path "a\*b" is not valid')
+
+    def test_a_missing_path_is_asked_about_at_its_line(self):
+        text = "menu_file = \\\\server\\menus\\v.zmenu\n"
+        self.assertRegex(self.check_paths(text, 23), r"\(6\): paths\.menu_file: .* Add on_question\.missing_path = yes or no")
+        self.assertRegex(self.check_paths(text + "on_question.missing_path = no\n", 22),
+                         r"\(6\): paths\.menu_file: .*The page hasn't accepted it")
 
     def test_a_deployment_that_nobody_answered_anything_of_is_built_again_too(self):
         self.run_well(self.begin("Sample"))
@@ -138,8 +169,8 @@ class ReplayTest(WizardTest):
         second = os.path.join(self.out, "Second")
         text = text_of(os.path.join(second, "Answers.txt"))
         self.assertIn("mode = create\n", text)
-        self.assertNotIn("base", text)
-        self.assert_same(second, self.replay(os.path.join(second, "Answers.txt"), name="Second"))
+        self.assertNotIn("\nbase =", text)
+        self.assert_same(second, self.replay(os.path.join(second, "Answers.txt"), *OTHER_PLACE, name="Second"))
         self.assertIn("mode = create_from\n", text_of(record))
         shutil.rmtree(second)
         self.run_well(record, media=image)
@@ -152,12 +183,13 @@ class ReplayTest(WizardTest):
         changes = self.answers("[begin]\nmode = modify\nbase = Sample\non_question.local_location = yes\non_question.replace = yes\n"
                                "[settings]\ninstall_mode = silent\non_question.doubtful_log_folder = yes\n"
                                "[resources]\nparts_bay = yes\n"
+                               '[paths "Zolt 2027"]\nsupport_path = C:\\Modified\n'
                                '[notices "Zolt 2027"]\nshow = no\n'
                                '[notices "Zolt Viewer 2027"]\nfeeds = yes\n')
         record = os.path.join(self.folder, "record.txt")
         sample = os.path.join(self.out, "Sample")
         self.run_well(changes, "--record", windows_path(record), media=os.path.join(sample, "Image"))
-        again = self.replay(os.path.join(sample, "Answers.txt"))
+        again = self.replay(os.path.join(sample, "Answers.txt"), *OTHER_PLACE)
         self.assert_same(sample, again)
         self.assertEqual(property_of(os.path.join(again, "Image", "x64", "Zolt", "Zolt2027.msi"), "ZOLT_SITEMGR_DISPLAY_NAME"),
                          HOSTILE, "a page that nobody went to stays as the base's answers have it")

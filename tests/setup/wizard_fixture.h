@@ -64,9 +64,12 @@ protected:
         m_script.Start();
         const RunOutcome outcome = wizard.Run(mediaFile);
         m_script.Stop();
-        recorded = RecordedText(wizard.GetRecorder().GetPages());
+        recorded.Empty();
+        recordedPaths.Empty();
         titles.clear();
         for (const RecordedPage& page : wizard.GetRecorder().GetPages()) {
+            CString& text = CString(page.Page().section) == L"paths" ? recordedPaths : recorded;
+            text += (text.IsEmpty() ? CString() : CString(L"\n")) + RecordedText(page);
             titles.push_back(page.strTitle);
         }
         EXPECT_FALSE(m_script.HasFailed()) << Utf8(m_script.GetFailure());
@@ -125,6 +128,7 @@ protected:
             return StepOutcome::Done();
         });
         Press(IDC_NETWORK_LOG, IDC_NEXT);
+        Press(IDC_PATH_TREE, IDC_NEXT);
         Press(IDC_PARTS_BAY, IDC_NEXT);
         Press(IDC_UPDATES, IDC_NEXT);
     }
@@ -134,7 +138,8 @@ protected:
     CString media;
     CString mediaFile; // that is run
     CString location;
-    CString recorded;            // by the last run
+    CString recorded; // by the last run, without its many paths
+    CString recordedPaths;
     std::vector<CString> titles; // of its pages
     CommandLine line;
 

@@ -28,6 +28,24 @@ protected:
         }
         return CControl(window, control);
     }
+    // By the button of the tab in front, up to the tab with that control.
+    void GoToNextTab(int control)
+    {
+        OnPage(IDC_CONFIGURE_TABS, [](HWND dialog) { return UsableBelow(dialog, IDC_NEXT_TAB).Click(); });
+        OnPage(IDC_CONFIGURE_TABS, [control](HWND dialog) {
+            return Until(Below(dialog, control).IsVisible(), L"the next tab isn't there");
+        });
+    }
+    // Each tab has its own buttons.
+    static CControl UsableBelow(HWND window, int control)
+    {
+        for (const HWND child : ChildWindows(window)) {
+            if (GetDlgCtrlID(child) == control && IsWindowVisible(child)) {
+                return CControl(child);
+            }
+        }
+        return CControl(window, control);
+    }
     void CancelDialog()
     {
         Press(IDC_CONFIGURE_TABS, IDC_CONFIGURE_CANCEL);
@@ -82,6 +100,7 @@ TEST_F(WizardRecording, ARunWithoutAPersonGivesTheRecordOfTheRunByHand)
     Begin(L"Office");
     Set(IDC_NETWORK_LOG, IDC_INSTALL_PROGRESS, true);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    Press(IDC_PATH_TREE, IDC_NEXT);
     Set(IDC_PARTS_BAY, IDC_PARTS_BAY, false);
     Press(IDC_PARTS_BAY, IDC_NEXT);
     Set(IDC_UPDATES, IDC_SITE_CHANNEL, true);
@@ -90,6 +109,9 @@ TEST_F(WizardRecording, ARunWithoutAPersonGivesTheRecordOfTheRunByHand)
     Cancel(IDC_UPDATES);
     EXPECT_EQ(Run().exitCode, static_cast<unsigned int>(SETUP_CANCELLED));
     const CString byHand = recorded;
+    const CString pathsByHand = recordedPaths;
+    EXPECT_EQ(pathsByHand.Find(L"paths/Zolt 2027: (support_path=Support Files), (support_path=Fonts), ("), 0)
+        << Utf8(pathsByHand);
     EXPECT_EQ(
         byHand,
         L"begin: location=" + location +
@@ -99,8 +121,8 @@ TEST_F(WizardRecording, ARunWithoutAPersonGivesTheRecordOfTheRunByHand)
             L"(send_computer_name=no), (search_locations=yes)\n"
             L"notices/Zolt 2027: (updates=yes), (update_source=maker), (channel_notices=yes), "
             L"(site_channel=no), ~site_feed=\\\\server\\share\\feed.xml, (feeds=yes), (custom_feeds=yes)");
-    EXPECT_EQ(titles, (std::vector<CString>{L"Begin deployment", L"Deployment settings", L"Online resources",
-                                            L"Notices and feeds"}));
+    EXPECT_EQ(titles, (std::vector<CString>{L"Begin deployment", L"Deployment settings", L"Paths",
+                                            L"Online resources", L"Notices and feeds"}));
     const RunOutcome outcome = RunWith({{L"begin", L"location", location},
                                         {L"begin", L"name", L"Office"},
                                         {L"begin", L"on_question.local_location", L"yes"},
@@ -111,6 +133,7 @@ TEST_F(WizardRecording, ARunWithoutAPersonGivesTheRecordOfTheRunByHand)
                                         {L"notices", L"leave", L"cancel"}});
     EXPECT_EQ(outcome.exitCode, static_cast<unsigned int>(SETUP_CANCELLED)) << Utf8(outcome.strCause);
     EXPECT_EQ(recorded, byHand);
+    EXPECT_EQ(recordedPaths, pathsByHand);
 }
 
 // The run says no to it so that nothing happens, which nobody has answered.
@@ -135,6 +158,7 @@ TEST_F(WizardRecording, APageGoneBackToKeepsWhatItProposedFirst)
 {
     Begin(L"Office");
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    Press(IDC_PATH_TREE, IDC_NEXT);
     Set(IDC_PARTS_BAY, IDC_PARTS_BAY, false);
     Press(IDC_PARTS_BAY, IDC_NEXT);
     Press(IDC_UPDATES, IDC_BACK);
@@ -177,6 +201,7 @@ TEST_F(WizardRecording, TheTabsOfADeploymentThatIsModifiedAreRecorded)
     BuildBase(L"Base");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    GoToNextTab(IDC_PARTS_BAY);
     Set(IDC_CONFIGURE_TABS, IDC_PARTS_BAY, false);
     CancelDialog();
     EXPECT_EQ(Run().exitCode, static_cast<unsigned int>(SETUP_CANCELLED));
@@ -193,10 +218,8 @@ TEST_F(WizardRecording, OfADeploymentThatIsModifiedAllThatAPageKeepsIsRecorded)
     BuildBase(L"Base");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
-    OnPage(IDC_CONFIGURE_TABS, [](HWND dialog) { return Below(dialog, IDC_NEXT_TAB).Click(); });
-    OnPage(IDC_CONFIGURE_TABS, [](HWND dialog) {
-        return Until(Below(dialog, IDC_SITE_CHANNEL).Exists(), L"the next tab isn't there");
-    });
+    GoToNextTab(IDC_PARTS_BAY);
+    GoToNextTab(IDC_SITE_CHANNEL);
     CancelDialog();
     EXPECT_EQ(Run().exitCode, static_cast<unsigned int>(SETUP_CANCELLED));
     EXPECT_GE(recorded.Find(L"(site_channel=no), (~site_feed=), (~site_name="), 0) << Utf8(recorded);
@@ -207,6 +230,7 @@ TEST_F(WizardRecording, GoingBackToTheFirstPageAndOnAgainKeepsWhatWasRecorded)
     BuildBase(L"Base");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    GoToNextTab(IDC_PARTS_BAY);
     Set(IDC_CONFIGURE_TABS, IDC_PARTS_BAY, false);
     Press(IDC_CONFIGURE_TABS, IDC_CONFIGURE_BACK);
     Press(IDC_NETWORK_LOG, IDC_BACK);
@@ -223,6 +247,7 @@ TEST_F(WizardRecording, AnotherModeForgetsWhatWasRecordedOfTheProducts)
     BuildBase(L"Base");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    GoToNextTab(IDC_PARTS_BAY);
     Set(IDC_CONFIGURE_TABS, IDC_PARTS_BAY, false);
     Press(IDC_CONFIGURE_TABS, IDC_CONFIGURE_BACK);
     Press(IDC_NETWORK_LOG, IDC_BACK);
@@ -230,6 +255,7 @@ TEST_F(WizardRecording, AnotherModeForgetsWhatWasRecordedOfTheProducts)
     Type(IDC_LOCATION, IDC_NAME, L"New");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    Press(IDC_PATH_TREE, IDC_NEXT);
     Cancel(IDC_PARTS_BAY);
     EXPECT_EQ(Run().exitCode, static_cast<unsigned int>(SETUP_CANCELLED));
     EXPECT_EQ(BehindFirstPage(),
