@@ -51,20 +51,20 @@ class ConfigureTest(WizardTest):
         return self.wizard(answers, *words, media=media if os.path.exists(media) else self.media(configure="yes"))
 
     def test_the_dialog_opens_on_the_first_tab_that_is_to_be_shown(self):
-        run = self.run_without('[resources "Zolt 2027"]\nshow = no\n')
+        run = self.run_without('[paths "Zolt 2027"]\nshow = no\n')
         self.assertEqual(run.code, 0, run.output)
         tabs = [line for line in run.output.splitlines() if line.endswith("(tab)")]
-        self.assertNotIn("Page resources of Zolt 2027 (tab)", tabs)
-        self.assertIn("Page resources of Zolt Viewer 2027 (tab)", tabs)
+        self.assertNotIn("Page paths of Zolt 2027 (tab)", tabs)
+        self.assertIn("Page paths of Zolt Viewer 2027 (tab)", tabs)
         text = text_of(os.path.join(self.out, "Office", "Answers.txt"))
-        section = text[text.index('[resources "Zolt 2027"]'):].split("\n\n")[0]
+        section = text[text.index('[paths "Zolt 2027"]'):].split("\n\n")[0]
         self.assertIn("\nshow = no", section)
-        self.assertNotIn("parts_bay", section)
+        self.assertNotIn("menu_file", section)
 
     def test_a_dialog_without_any_tab_to_show_is_refused(self):
         run = self.run_without("[paths]\nshow = no\n[resources]\nshow = no\n[notices]\nshow = no\n")
         self.assertEqual(run.code, 24, run.output)
-        self.assertIn("answers.txt(6): resources.show: ", run.output.splitlines()[-1])
+        self.assertIn("answers.txt(6): paths.show: ", run.output.splitlines()[-1])
 
     def test_answers_beside_show_no_are_refused_with_their_line(self):
         for line, key in (("parts_bay = no", "parts_bay"), ("leave = cancel", "leave")):
