@@ -168,8 +168,7 @@ void CPathEditor::Browse()
 {
     m_isBrowsing = true;
     const scope_exit browsed([this] { m_isBrowsing = false; });
-    m_pendingEdit.reset();
-    FocusTree(); // ends an edit without checks: its text is replaced
+    EndEditForGood(); // without checks: its text is replaced
     BrowseNode(m_selectedNode);
     FocusTree(); // a tab page doesn't get it back from a picker
     if (!m_selectedNode) {
@@ -273,8 +272,7 @@ HTREEITEM CPathEditor::ReAddEntry(HTREEITEM neighbor)
 
 void CPathEditor::Remove()
 {
-    m_pendingEdit.reset();
-    FocusTree();
+    EndEditForGood();
     const HTREEITEM node = m_selectedNode;
     const std::uint32_t flags = m_tree.GetFlags(node);
     if (!IsPathValue(flags) || (IsPathListEntry(flags) && DeleteEntry(node) != Sibling::None)) {
@@ -292,6 +290,9 @@ CPathEditor::Sibling CPathEditor::DeleteEntry(HTREEITEM node)
     if (!sibling) {
         return Sibling::None;
     }
+    if (m_pendingEdit && m_pendingEdit->node == node) {
+        m_pendingEdit.reset();
+    }
     m_tree.Delete(node);
     Select(sibling);
     return next ? Sibling::Next : Sibling::Previous;
@@ -301,6 +302,7 @@ CPathEditor::Sibling CPathEditor::DeleteEntry(HTREEITEM node)
 
 void CPathEditor::MoveUp()
 {
+    EndEditForGood(); // may delete the node or a neighbor
     const HTREEITEM previous = m_tree.GetPrevious(m_selectedNode);
     const HTREEITEM after = m_tree.GetPrevious(previous);
     Move(previous, after ? after : TVI_FIRST);
@@ -308,6 +310,7 @@ void CPathEditor::MoveUp()
 
 void CPathEditor::MoveDown()
 {
+    EndEditForGood();
     const HTREEITEM next = m_tree.GetNext(m_selectedNode);
     Move(next, next);
 }
@@ -315,8 +318,6 @@ void CPathEditor::MoveDown()
 // Past a neighbor, which puts the node behind `after`. At the list's end the node stays.
 void CPathEditor::Move(HTREEITEM neighbor, HTREEITEM after)
 {
-    m_pendingEdit.reset();
-    FocusTree();
     const bool isMovable = (m_tree.GetFlags(m_selectedNode) & PNF_MOVABLE) != 0;
     Select(neighbor && isMovable ? m_tree.Move(m_selectedNode, after) : m_selectedNode);
 }

@@ -84,6 +84,7 @@ private:
     void PrepareEdit(HTREEITEM node);
     CString EditText() const;
     void EndEdit(HTREEITEM node, bool isCancelled);
+    void EndEditForGood();
     void AcceptEdit(HTREEITEM node, const CString& text);
     bool IsAccepted(HTREEITEM node, const CString& text);
     bool IsPathAccepted(HTREEITEM node, const CString& path, bool& goesOn);

@@ -131,6 +131,13 @@ void CPathEditor::EndEdit(HTREEITEM node, bool isCancelled)
     }
 }
 
+// A command acts on the node, so a text that is refused now doesn't come back.
+void CPathEditor::EndEditForGood()
+{
+    FocusTree();
+    m_pendingEdit.reset();
+}
+
 CString CPathEditor::EditText() const
 {
     return CWindow(Control().GetEditControl()).GetText();

@@ -14,6 +14,15 @@ protected:
         AwaitEdit();
         ExpectSelected(property, entry);
     }
+    // By a message, as a program sends it: the mouse would note the button first, and those of moving are off.
+    void Command(int button)
+    {
+        Step(L"send a command", [this, button] {
+            PostMessageW(Page(), WM_COMMAND, MAKEWPARAM(button, BN_CLICKED),
+                         reinterpret_cast<LPARAM>(GetDlgItem(Page(), button)));
+            return StepOutcome::Done();
+        });
+    }
     void CancelEdit()
     {
         Key(VK_ESCAPE);
@@ -232,7 +241,55 @@ TEST_P(PathList, APressOfRemoveIsForgottenByTheNextEdit)
     ShowAndGoBack();
 }
 
+TEST_P(PathList, RemoveOfARefusedEntryLeavesNothingToEditAnew)
+{
+    SelectValue(PATH_SUPPORT, 1);
+    BeginEdit();
+    TypeLabel(L"no");
+    Command(IDC_PATH_REMOVE);
+    AnswerPathBox(IDS_PATH_FOLDER_INVALID, L"no");
+    Await(L"the entry is still there", [this] { return Values(PATH_SUPPORT).size() == 2; });
+    ExpectValues(PATH_SUPPORT, {L"C:\\a", L"C:\\c"});
+    ExpectSelected(PATH_SUPPORT, 1);
+    ExpectButtons(L"EEEED");
+    Look([this] { EXPECT_EQ(EditBox(), nullptr); });
+    ShowAndGoBack();
+}
+
 // ---- Move Up and Move Down
+
+TEST_P(PathList, AMoveOfARefusedEntryLeavesNothingToEditAnew)
+{
+    SelectValue(PATH_SUPPORT, 1);
+    BeginEdit();
+    TypeLabel(L"no");
+    Command(IDC_PATH_MOVE_UP);
+    AnswerPathBox(IDS_PATH_FOLDER_INVALID, L"no");
+    Await(L"the entry did not move", [this] { return Selected() == Value(PATH_SUPPORT, 0); });
+    ExpectValues(PATH_SUPPORT, {L"C:\\b", L"C:\\a", L"C:\\c"});
+    ExpectButtons(L"EEEDE");
+    Look([this] { EXPECT_EQ(EditBox(), nullptr); });
+    ShowAndGoBack();
+}
+
+TEST_P(PathList, AMoveGoesPastTheNeighborsThatTheEndOfTheEditHasLeft)
+{
+    WithPath(PATH_SUPPORT, L"C:\\a;C:\\b;C:\\c;C:\\d");
+    SelectValue(PATH_SUPPORT, 1);
+    BeginEdit();
+    TypeLabel(L"");
+    Command(IDC_PATH_MOVE_DOWN);
+    AwaitNoEdit();
+    ExpectValues(PATH_SUPPORT, {L"C:\\a", L"C:\\d", L"C:\\c"});
+    ExpectSelected(PATH_SUPPORT, 2);
+    BeginEdit();
+    TypeLabel(L"");
+    Command(IDC_PATH_MOVE_UP);
+    AwaitNoEdit();
+    ExpectValues(PATH_SUPPORT, {L"C:\\d", L"C:\\a"});
+    ExpectSelected(PATH_SUPPORT, 0);
+    ShowAndGoBack();
+}
 
 TEST_P(PathList, AnEntryMovesUpToTheFrontAndNoFurther)
 {
