@@ -121,6 +121,16 @@ LRESULT CPathCustomizationPageBase<T, Impl>::OnRestartEdit(UINT, WPARAM, LPARAM,
 }
 
 template <class T, template <class> class Impl>
+LRESULT CPathCustomizationPageBase<T, Impl>::OnShowWindow(UINT, WPARAM isShown, LPARAM, BOOL& handled)
+{
+    if (isShown) {
+        m_editor.OnShown();
+    }
+    handled = FALSE; // the frame's and the dialog's too
+    return 0;
+}
+
+template <class T, template <class> class Impl>
 LRESULT CPathCustomizationPageBase<T, Impl>::OnBrowse(WORD, WORD, HWND, BOOL&)
 {
     m_editor.Browse();

@@ -17,6 +17,7 @@ public:
 
     BEGIN_MSG_MAP(CPathCustomizationPageBase)
     MESSAGE_HANDLER(PATH_MESSAGE_RESTART_EDIT, OnRestartEdit)
+    MESSAGE_HANDLER(WM_SHOWWINDOW, OnShowWindow)
     COMMAND_ID_HANDLER(IDC_PATH_BROWSE, OnBrowse)
     COMMAND_ID_HANDLER(IDC_PATH_ADD, OnAdd)
     COMMAND_ID_HANDLER(IDC_PATH_REMOVE, OnRemove)
@@ -46,6 +47,7 @@ private:
 
     // ---- handlers ----
     LRESULT OnRestartEdit(UINT, WPARAM, LPARAM, BOOL&);
+    LRESULT OnShowWindow(UINT, WPARAM isShown, LPARAM, BOOL& handled);
     LRESULT OnBrowse(WORD, WORD, HWND, BOOL&);
     LRESULT OnAdd(WORD, WORD, HWND, BOOL&);
     LRESULT OnRemove(WORD, WORD, HWND, BOOL&);

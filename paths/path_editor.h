@@ -46,7 +46,9 @@ public:
 
     // ---- edits under way
     void RestartEdit();
+    void OnShown();
     // Ends an edit before the tree is read. False when its text is refused: the edit begins anew then.
+    // Also for a text that was refused while the page was hidden.
     [[nodiscard]] bool FinishEdit();
     // Puts an edit aside, its text unchecked, for a question that may end the page; and takes it up again.
     void SuspendEdit();
@@ -88,7 +90,7 @@ private:
     void AcceptEdit(HTREEITEM node, const CString& text);
     bool IsAccepted(HTREEITEM node, const CString& text);
     bool IsPathAccepted(HTREEITEM node, const CString& path, bool& goesOn);
-    int ShowBox(const CString& text, UINT type) { return ::MessageBoxW(m_page, text, L"", type); }
+    int ShowBox(const CString& text, UINT type);
 
     void BrowseNode(HTREEITEM node);
     void BrowseHeading(HTREEITEM heading);

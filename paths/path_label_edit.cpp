@@ -103,7 +103,7 @@ void CPathEditor::OnEditEnds(const TVITEMW& item)
     }
     EnableButton(IDC_PATH_MOVE_UP, m_moveUpWasEnabled);
     EnableButton(IDC_PATH_MOVE_DOWN, m_moveDownWasEnabled);
-    if (!m_isSuspending && ::IsWindowVisible(m_page)) { // a page that is being hidden or goes shows no box
+    if (!m_isSuspending) {
         EndEdit(node, item.pszText == nullptr);
     }
 }
@@ -156,6 +156,12 @@ void CPathEditor::AcceptEdit(HTREEITEM node, const CString& text)
     ::PostMessageW(m_page, PATH_MESSAGE_RESTART_EDIT, 0, 0);
 }
 
+// A page that is hidden or goes shows no box: nobody sees what it is about, so the text counts as refused.
+int CPathEditor::ShowBox(const CString& text, UINT type)
+{
+    return ::IsWindowVisible(m_page) ? ::MessageBoxW(m_page, text, L"", type) : 0;
+}
+
 bool CPathEditor::IsAccepted(HTREEITEM node, const CString& text)
 {
     bool isAccepted = true;
@@ -189,8 +195,12 @@ bool CPathEditor::IsPathAccepted(HTREEITEM node, const CString& path, bool& goes
 // ---- beginning anew
 
 // Not while a dialog is up that the refused press has opened: the administrator knows already that the text is refused.
+// On a hidden page it waits until the page is shown.
 void CPathEditor::RestartEdit()
 {
+    if (!::IsWindowVisible(m_page)) {
+        return;
+    }
     const std::optional<PendingEdit> pending = std::exchange(m_pendingEdit, std::nullopt);
     if (pending && ::IsWindowEnabled(::GetAncestor(m_page, GA_ROOT))) {
         BeginEditWith(*pending);
@@ -205,7 +215,15 @@ bool CPathEditor::FinishEdit()
     } else if (edit) {
         FocusTree();
     }
+    OnShown(); // also for a page that was shown again unnoticed, with the window around it
     return !m_pendingEdit;
+}
+
+void CPathEditor::OnShown()
+{
+    if (m_pendingEdit) {
+        ::PostMessageW(m_page, PATH_MESSAGE_RESTART_EDIT, 0, 0);
+    }
 }
 
 void CPathEditor::SuspendEdit()

@@ -3,6 +3,7 @@
 #include "tests/paths/paths_page.h"
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 namespace {
@@ -86,6 +87,30 @@ protected:
     {
         Look([this, message, &answer] { answer = SendMessageW(Page(), message, 0, 0); });
     }
+    // In a host of the test's, which the test hides and closes itself.
+    void OpenWithEdit(const CString& text)
+    {
+        m_page = tabs.emplace().Open(PathCustomizationPage, context);
+        ASSERT_NE(m_page, nullptr);
+        SetFocus(Tree().GetWindow());
+        SendMessageW(Tree().GetWindow(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(Value(PATH_TEMP)));
+        ASSERT_NE(EditBox(), nullptr);
+        SetWindowTextW(EditBox(), text);
+    }
+    static void DispatchPosted()
+    {
+        MSG message = {};
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            DispatchMessageW(&message);
+        }
+    }
+    void TearDown() override
+    {
+        tabs.reset();
+        PathsPage::TearDown();
+    }
+
+    std::optional<CTabHost> tabs;
 };
 INSTANTIATE_TEST_SUITE_P(Shapes, PathTabLeaving, testing::Values(Shape::Tab), ShapeName);
 
@@ -352,28 +377,68 @@ TEST_P(PathTabLeaving, TheHostIsOfferedNoKeyThatTheEditUsesItself)
 
 TEST_P(PathTabLeaving, AnEditThatIsOpenWhenTheHostTakesThePageAwayShowsNoBox)
 {
-    CTabHost tabs;
-    m_page = tabs.Open(PathCustomizationPage, context);
-    ASSERT_NE(m_page, nullptr);
-    SetFocus(Tree().GetWindow());
-    const auto* edit = reinterpret_cast<HWND>(
-        SendMessageW(Tree().GetWindow(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(Value(PATH_TEMP))));
-    ASSERT_NE(edit, nullptr);
-    SetWindowTextW(EditBox(), L"a*b");
-    tabs.Close();
+    OpenWithEdit(L"a*b");
+    tabs->Close();
     EXPECT_FALSE(FindMessageBox());
     ExpectNothingStored();
 }
 
+TEST_P(PathTabLeaving, AGoodTextInAnEditThatIsOpenWhenThePageIsHiddenIsStored)
+{
+    OpenWithEdit(L"C:\\typed");
+    ShowWindow(m_page, SW_HIDE);
+    EXPECT_EQ(SendMessageW(m_page, PAGE_MESSAGE_STORE, 0, 0), 1);
+    EXPECT_EQ(Stored(PATH_TEMP), CString(L"C:\\typed"));
+}
+
+TEST_P(PathTabLeaving, ARefusedTextOnAHiddenPageIsReportedAndEditedAnewWhenThePageIsShown)
+{
+    for (const wchar_t* text : {L"a*b", L"\\\\server\\gone"}) {
+        OpenWithEdit(text);
+        ShowWindow(m_page, SW_HIDE);
+        for (const UINT message : {PAGE_MESSAGE_STORE, PAGE_MESSAGE_STORE_ALL}) {
+            EXPECT_EQ(SendMessageW(m_page, message, 0, 0), 0);
+        }
+        ExpectNothingStored();
+        DispatchPosted();
+        EXPECT_EQ(EditBox(), nullptr);
+        ShowWindow(m_page, SW_SHOW);
+        DispatchPosted();
+        ASSERT_NE(EditBox(), nullptr);
+        EXPECT_EQ(CControl(EditBox()).GetText(), CString(text));
+        SetWindowTextW(EditBox(), L"C:\\typed");
+        EXPECT_EQ(SendMessageW(m_page, PAGE_MESSAGE_STORE, 0, 0), 1);
+        EXPECT_EQ(Stored(PATH_TEMP), CString(L"C:\\typed"));
+        product.msiProperties.clear();
+    }
+}
+
+// The page gets no message when the window around it is shown again.
+TEST_P(PathTabLeaving, ARefusedTextIsEditedAnewByTheNextStoringAfterItsHostWasHidden)
+{
+    OpenWithEdit(L"a*b");
+    ShowWindow(tabs->GetWindow(), SW_HIDE);
+    EXPECT_EQ(SendMessageW(m_page, PAGE_MESSAGE_STORE, 0, 0), 0);
+    DispatchPosted();
+    EXPECT_EQ(EditBox(), nullptr);
+    ShowWindow(tabs->GetWindow(), SW_SHOW);
+    EXPECT_EQ(SendMessageW(m_page, PAGE_MESSAGE_STORE, 0, 0), 0);
+    DispatchPosted();
+    ASSERT_NE(EditBox(), nullptr);
+    EXPECT_EQ(CControl(EditBox()).GetText(), CString(L"a*b"));
+    SendMessageW(EditBox(), WM_KEYDOWN, VK_ESCAPE, 0);
+    EXPECT_EQ(SendMessageW(m_page, PAGE_MESSAGE_STORE, 0, 0), 1);
+}
+
 TEST_P(PathTabLeaving, EnteringAndLeavingLeavesNothingBehind)
 {
-    CTabHost tabs;
+    CTabHost pages;
     const auto visit = [&] {
-        m_page = tabs.Open(PathCustomizationPage, context);
+        m_page = pages.Open(PathCustomizationPage, context);
         SetFocus(Tree().GetWindow());
         SendMessageW(Tree().GetWindow(), TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(Value(PATH_TEMP)));
         EXPECT_EQ(SendMessageW(m_page, PAGE_MESSAGE_STORE, 0, 0), 1);
-        tabs.Close();
+        pages.Close();
         host.log.Clear();
     };
     visit();
