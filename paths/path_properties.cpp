@@ -68,6 +68,7 @@ void CPathProperties::SavePathProperty(const wchar_t* name, CString& value)
     if (value.IsEmpty()) {
         value = NULL_PATH;
     }
+    // A list of separators alone encodes to nothing, which removes the property: only the empty text asks for no path.
     if (!IsNullPath(value)) {
         m_resolver.EncodePathList(value);
     }
