@@ -128,12 +128,16 @@ TEST_P(PathEntry, ValuesShowTheDescriptionOfTheirHeading)
 
 TEST_P(PathEntry, ThePageIsThereWhenTheHooksBehindTheInitRun)
 {
+    static int runs; // a hook is a plain function
+    runs = 0;
     context.postInitHooks = {[](PageContext* hook) {
+        ++runs;
         EXPECT_GE(SendMessageW(GetDlgItem(hook->hParent, IDC_PATH_TREE), TVM_GETCOUNT, 0, 0), 56);
         EXPECT_TRUE(IsWindowEnabled(GetDlgItem(hook->hParent, IDC_PATH_ADD)));
         return 0;
     }};
     ShowAndGoBack();
+    EXPECT_EQ(runs, 1);
 }
 
 // What the page reads of a value is bounded, so a list of any length opens as fast.

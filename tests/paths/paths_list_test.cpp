@@ -256,6 +256,27 @@ TEST_P(PathList, RemoveOfARefusedEntryLeavesNothingToEditAnew)
     ShowAndGoBack();
 }
 
+TEST_P(PathList, EntriesThatAreAddedAndRemovedLeaveNothingInMemory)
+{
+    const auto addAndRemove = [this](int count) {
+        for (; count > 0; --count) {
+            SendMessageW(Page(), WM_COMMAND, IDC_PATH_ADD, 0);
+            SetWindowTextW(EditBox(), L"C:\\new");
+            SendMessageW(Page(), WM_COMMAND, IDC_PATH_REMOVE, 0);
+        }
+    };
+    SelectValue(PATH_SUPPORT, 0);
+    Look([this, addAndRemove] {
+        addAndRemove(10); // fills the system's caches
+        const long long before = AllocatedBytes();
+        addAndRemove(100);
+        EXPECT_LT(AllocatedBytes() - before, 100 * 20)
+            << "less than 20 bytes an entry; a record alone has more";
+        EXPECT_EQ(Values(PATH_SUPPORT), (Texts{L"C:\\a", L"C:\\b", L"C:\\c"}));
+    });
+    ShowAndGoBack();
+}
+
 // ---- Move Up and Move Down
 
 TEST_P(PathList, AMoveOfARefusedEntryLeavesNothingToEditAnew)
