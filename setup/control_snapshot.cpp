@@ -1,5 +1,6 @@
 #include "setup/control_snapshot.h"
 
+#include "window/controls.h"
 #include "window/window.h"
 
 #include <windows.h>
@@ -49,39 +50,32 @@ CString ReadList(HWND list)
 
 CString ReadListView(HWND list)
 {
+    const CListViewCtrl view(list);
     const int columns = Header_GetItemCount(ListView_GetHeader(list));
     CString cells;
     for (int line = 0; line < ListView_GetItemCount(list); ++line) {
         for (int column = 0; column < (columns > 0 ? columns : 1); ++column) {
-            wchar_t text[1024] = L"";
-            ListView_GetItemText(list, line, column, text, static_cast<int>(std::size(text)));
-            cells += CString(text) + L"\t";
+            cells += view.GetItemText(line, column) + L"\t";
         }
         cells += NumberText(ListView_GetCheckState(list, line)) + L"\n";
     }
     return cells;
 }
 
-void AddBranch(HWND tree, HTREEITEM first, CString& text)
+void AddBranch(const CTreeViewCtrl& tree, HTREEITEM first, CString& text)
 {
-    for (HTREEITEM node = first; node; node = TreeView_GetNextSibling(tree, node)) {
-        wchar_t name[1024] = L"";
-        TVITEMW item = {};
-        item.mask = TVIF_TEXT | TVIF_HANDLE;
-        item.hItem = node;
-        item.pszText = name;
-        item.cchTextMax = static_cast<int>(std::size(name));
-        SendMessageW(tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-        text += CString(name) + L"(";
-        AddBranch(tree, TreeView_GetChild(tree, node), text);
+    for (HTREEITEM node = first; node; node = tree.GetNextSiblingItem(node)) {
+        text += tree.GetItemText(node) + L"(";
+        AddBranch(tree, tree.GetChildItem(node), text);
         text += L")";
     }
 }
 
-CString ReadTree(HWND tree)
+CString ReadTree(HWND control)
 {
+    const CTreeViewCtrl tree(control);
     CString text;
-    AddBranch(tree, TreeView_GetRoot(tree), text);
+    AddBranch(tree, tree.GetRootItem(), text);
     return text;
 }
 

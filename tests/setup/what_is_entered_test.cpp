@@ -2,6 +2,7 @@
 #include "setup/change_watch.h"
 #include "setup/control_snapshot.h"
 #include "tests/support/text.h"
+#include "window/controls.h"
 #include "window/window.h"
 
 #include <gtest/gtest.h>
@@ -91,6 +92,26 @@ TEST_F(WhatIsEntered, ACellOfAListViewAndItsCheckAre)
     wchar_t text[] = L"second column";
     EXPECT_TRUE(Shows([&] { ListView_SetItemText(list, 0, 1, text); }));
     EXPECT_TRUE(Shows([&] { ListView_SetCheckState(list, 0, TRUE); }));
+}
+
+// Two paths of a tree or a list may differ far behind their beginning.
+TEST_F(WhatIsEntered, TheEndOfALongTextInATreeAndAListViewIs)
+{
+    CString text(L'x', 5000);
+    const auto withEnd = [&](wchar_t end) {
+        text.SetAt(text.GetLength() - 1, end);
+        return text.GetBuffer(0);
+    };
+    const CTreeViewCtrl tree(Add(WC_TREEVIEWW));
+    TVINSERTSTRUCTW node = {};
+    node.item.mask = TVIF_TEXT;
+    node.item.pszText = withEnd(L'a');
+    const HTREEITEM inserted = tree.InsertItem(node);
+    EXPECT_TRUE(Shows([&] { tree.SetItemText(inserted, withEnd(L'b')); }));
+    const CListViewCtrl list(Add(WC_LISTVIEWW, LVS_REPORT));
+    list.InsertColumn(0, L"", 50);
+    list.InsertItem(0, withEnd(L'a'));
+    EXPECT_TRUE(Shows([&] { list.SetItemText(0, 0, withEnd(L'b')); }));
 }
 
 TEST_F(WhatIsEntered, ANodeOfATreeIsButNotWhetherItIsOpen)
