@@ -106,8 +106,7 @@ bool AnswerProduct::IsNamed(const CString& text) const
 const PageAnswers* CAnswers::Find(const CString& section, const AnswerProduct& product) const
 {
     for (const Joined& joined : m_joined) {
-        if (joined.strSection == section && joined.product.strName == product.strName &&
-            joined.product.strCode == product.strCode) {
+        if (joined.strSection == section && joined.product == product) {
             return joined.answers.pTable ? &joined.answers : nullptr;
         }
     }

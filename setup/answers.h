@@ -51,6 +51,7 @@ struct AnswerProduct
 
     // Display name or product code, without regard to case.
     [[nodiscard]] bool IsNamed(const CString& text) const;
+    bool operator==(const AnswerProduct&) const = default;
 };
 
 struct PageAnswers

@@ -28,9 +28,7 @@ public:
             m_section.strProduct =
                 HasTwin(m_form.products, m_page.product) ? m_page.product.strCode : m_page.product.strName;
         }
-        m_section.comments.push_back(m_page.product.strName.IsEmpty()
-                                         ? m_page.strTitle
-                                         : m_page.strTitle + L", " + m_page.product.strName);
+        m_section.comments.push_back(m_page.Title());
         if (!m_page.bShown) {
             m_section.answers.push_back({SHOW_KEY, {L"no"}, 0, {L"Nobody went to its tab."}});
         }
@@ -99,9 +97,8 @@ private:
         if (!m_strTitle.IsEmpty()) {
             line.comments.push_back(m_strTitle);
         }
-        CString text;
         AnswersError error;
-        if (WriteAnswersFile({{}, {{m_section.strName, CString(), 0, {line}, {}, {}}}}, text, error)) {
+        if (CanBeWritten(m_section.strName, line, error)) {
             m_section.answers.push_back(std::move(line));
             m_strTitle.Empty();
             return;

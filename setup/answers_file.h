@@ -74,5 +74,8 @@ constexpr std::size_t LONGEST_ANSWERS_FILE = 16 * 1024 * 1024;
 // section and key, and the character's number.
 [[nodiscard]] bool WriteAnswersFile(const AnswersFile& file, CString& text, AnswersError& error);
 
+// Whether a file can hold all values of the answer; false with `error` as WriteAnswersFile.
+[[nodiscard]] bool CanBeWritten(const CString& section, const AnswerLine& answer, AnswersError& error);
+
 // "[notices]", "[notices \"Zolt Viewer\"]"
 [[nodiscard]] CString SectionTitle(const CString& section, const CString& product);

@@ -56,8 +56,7 @@ RecordedPage PageOfBase(const PageAnswers& answers, const AnswerProduct& product
 
 bool IsSamePage(const RecordedPage& left, const RecordedPage& right)
 {
-    return left.pTable == right.pTable && left.product.strCode == right.product.strCode &&
-           left.product.strName == right.product.strName;
+    return left.pTable == right.pTable && left.product == right.product;
 }
 
 // Nobody has agreed to replace anything in the place of another deployment.

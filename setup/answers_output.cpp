@@ -4,8 +4,8 @@
 #include "base/path_text.h"
 #include "base/system_text.h"
 #include "builder/deployment_place.h"
-#include "include/product.h"
 #include "include/version.h"
+#include "setup/product_names.h"
 #include "setup/record_file.h"
 #include "setup/resource.h"
 #include "setup/text_forms.h"
@@ -22,20 +22,6 @@ CString FileBesideLog(const CString& log)
     const int dot = log.ReverseFind(L'.');
     const int name = log.ReverseFind(L'\\');
     return (dot > name ? log.Left(dot) : log) + L".answers.txt";
-}
-
-CString TitleOf(const RecordedPage& page)
-{
-    return page.product.strName.IsEmpty() ? page.strTitle : page.strTitle + L", " + page.product.strName;
-}
-
-std::vector<AnswerProduct> NamesOf(const std::vector<CProduct*>& products)
-{
-    std::vector<AnswerProduct> names;
-    for (const CProduct* product : products) {
-        names.push_back({CString(product->m_strName), CString(product->m_strProductCode)});
-    }
-    return names;
 }
 
 // Nothing in a deployment says where it was built.
@@ -133,9 +119,9 @@ std::vector<RecordedPage> CAnswersOutput::JoinBase(const std::vector<RecordedPag
     std::vector<RecordedPage> unknown;
     const std::vector<RecordedPage> merged = MergeAnswers(base, pages, unknown);
     for (const RecordedPage& page : unknown) {
-        base.warnings.push_back(L"Nobody went to the page \"" + TitleOf(page) +
+        base.warnings.push_back(L"Nobody went to the page \"" + page.Title() +
                                 L"\", and the base's answers don't have it.");
-        form.comments.push_back(L"Not answered here: " + TitleOf(page) + L".");
+        form.comments.push_back(L"Not answered here: " + page.Title() + L".");
     }
     for (const CString& warning : base.warnings) {
         m_log.Line(L"Warning: " + warning + L" What the deployment has of it is not in " + ANSWERS_FILE +

@@ -33,6 +33,11 @@ struct RecordedPage
     bool bShown = true;                      // false: its tab was never gone to
 
     [[nodiscard]] const PageRow& Page() const { return *pTable->page; }
+    // With its product's name, for people.
+    [[nodiscard]] CString Title() const
+    {
+        return product.strName.IsEmpty() ? strTitle : strTitle + L", " + product.strName;
+    }
 };
 
 // What the file is for.

@@ -1,8 +1,8 @@
 #include "setup/answers_recorder.h"
 
-#include "include/product.h"
 #include "setup/box_rules.h"
 #include "setup/configure_dialog.h"
+#include "setup/product_names.h"
 #include "setup/texts.h"
 
 #include <commctrl.h>
@@ -14,29 +14,6 @@
 namespace {
 
 constexpr int GO_ON = 1; // no veto
-
-bool IsUpper(wchar_t character)
-{
-    return character >= L'A' && character <= L'Z';
-}
-
-// "Deployment settings" of "DeploymentSettings".
-CString WordsOf(const CString& stem)
-{
-    CString words;
-    for (int index = 0; index < stem.GetLength(); ++index) {
-        CString letter = stem.Mid(index, 1);
-        words += index > 0 && IsUpper(stem[index]) ? L" " + letter.MakeLower() : letter;
-    }
-    return words;
-}
-
-// As its tab is called, where it has one.
-CString TitleOf(const PageRow& page)
-{
-    const CString caption = page.caption != 0 ? PageText(page.caption) : CString();
-    return caption.IsEmpty() ? WordsOf(page.stem) : caption;
-}
 
 } // namespace
 
@@ -136,21 +113,24 @@ try {
     if (!subject.pTable || FindWatched(window)) {
         return;
     }
+    const PageContents held = ReadContents(window, subject);
     if (!FindProposal(subject)) {
-        m_proposals.push_back(
-            {subject, ReadPageContents(window, *subject.pTable, FindPageLists(m_lists, subject.pTable))});
+        m_proposals.push_back({subject, held});
     }
-    Read(window, subject);
+    Record(subject, held);
     m_windows.push_back({window, subject});
     SetWindowSubclass(window, PageProcedure, 0, 0);
 } catch (...) {
 }
 
-void CAnswersRecorder::Read(HWND window, const Subject& subject)
+PageContents CAnswersRecorder::ReadContents(HWND window, const Subject& subject) const
+{
+    return ReadPageContents(window, *subject.pTable, FindPageLists(m_lists, subject.pTable));
+}
+
+void CAnswersRecorder::Record(const Subject& subject, const PageContents& held)
 {
     const Proposal* const proposal = FindProposal(subject);
-    const PageContents held =
-        ReadPageContents(window, *subject.pTable, FindPageLists(m_lists, subject.pTable));
     std::vector<RecordedValue> values = RecordContents(
         *subject.pTable, proposal ? proposal->contents : PageContents(), held, !m_strBaseFolder.IsEmpty());
     RecordedPage& page = UseRecorded(subject);
@@ -169,7 +149,7 @@ try {
     const WatchedWindow gone = std::move(*found);
     m_windows.erase(found); // the next page may get the same handle
     m_current = Subject();
-    Read(window, gone.subject);
+    Record(gone.subject, ReadContents(window, gone.subject));
 } catch (...) {
 }
 
@@ -262,20 +242,16 @@ void CAnswersRecorder::ForgetPages(IsGone isGone)
 CAnswersRecorder::Subject CAnswersRecorder::SubjectOf(const CString& page, const CProduct* product) const
 {
     Subject subject;
-    const PageRow* const row = FindPage(page);
-    if (!row || !row->section) {
-        return subject;
-    }
-    subject.pTable = FindAnswerTable(m_tables, row->section);
-    if (row->bOfProduct && product) {
-        subject.product = {CString(product->m_strName), CString(product->m_strProductCode)};
+    subject.pTable = FindAnswerTableOfExport(m_tables, page);
+    if (subject.pTable && subject.pTable->page->bOfProduct) {
+        subject.product = NamesOf(product);
     }
     return subject;
 }
 
 bool CAnswersRecorder::Subject::Is(const PageAnswerTable* table, const AnswerProduct& other) const
 {
-    return pTable == table && product.strCode == other.strCode && product.strName == other.strName;
+    return pTable == table && product == other;
 }
 
 const CAnswersRecorder::WatchedWindow* CAnswersRecorder::FindWatched(HWND window) const
@@ -316,7 +292,7 @@ RecordedPage& CAnswersRecorder::UseRecorded(const Subject& subject)
     RecordedPage page;
     page.pTable = subject.pTable;
     page.product = subject.product;
-    page.strTitle = TitleOf(*subject.pTable->page);
+    page.strTitle = PageTitle(*subject.pTable->page);
     m_pages.push_back(std::move(page));
     return m_pages.back();
 }

@@ -86,7 +86,8 @@ private:
     RecordedPage& UseRecorded(const Subject& subject);
 
     void Watch(HWND window, const Subject& subject) noexcept;
-    void Read(HWND window, const Subject& subject);
+    [[nodiscard]] PageContents ReadContents(HWND window, const Subject& subject) const;
+    void Record(const Subject& subject, const PageContents& held);
     void OnWindowGone(HWND window) noexcept;
     void ForgetQuestions(const Subject& subject);
     void OnBoxAnswered(const MessageBoxView& box, int button);

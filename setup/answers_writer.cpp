@@ -1,6 +1,8 @@
 #include "base/number_text.h"
 #include "setup/answers_file.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr wchar_t LINE_END[] = L"\r\n";
@@ -85,6 +87,13 @@ CString SectionTitle(const CString& section, const CString& product)
     return L"[" + section + (product.IsEmpty() ? CString() : L" " + Quoted(product)) + L"]";
 }
 
+bool CanBeWritten(const CString& section, const AnswerLine& answer, AnswersError& error)
+{
+    return std::none_of(answer.fields.begin(), answer.fields.end(), [&](const CString& field) {
+        return Refuse(section + L"." + answer.strKey, field, error);
+    });
+}
+
 bool WriteAnswersFile(const AnswersFile& file, CString& text, AnswersError& error)
 {
     text = CString(L"rollout-answers 1") + LINE_END + WrittenComments(file.comments);
@@ -95,10 +104,8 @@ bool WriteAnswersFile(const AnswersFile& file, CString& text, AnswersError& erro
         text += LINE_END + WrittenComments(section.comments) +
                 SectionTitle(section.strName, section.strProduct) + LINE_END;
         for (const AnswerLine& answer : section.answers) {
-            for (const CString& field : answer.fields) {
-                if (Refuse(section.strName + L"." + answer.strKey, field, error)) {
-                    return false;
-                }
+            if (!CanBeWritten(section.strName, answer, error)) {
+                return false;
             }
             const CString value = WrittenValue(answer.fields);
             text += WrittenComments(answer.comments) + answer.strKey + (value.IsEmpty() ? L" =" : L" = ") +

@@ -6,7 +6,6 @@
 #include "automation/window_finder.h"
 #include "base/scope_exit.h"
 #include "include/navigation.h"
-#include "include/product.h"
 #include "include/resource_ids.h"
 #include "include/setup_manager.h"
 #include "setup/box_rules.h"
@@ -14,6 +13,7 @@
 #include "setup/configure_rules.h"
 #include "setup/exit_codes.h"
 #include "setup/page_controls.h"
+#include "setup/product_names.h"
 #include "setup/run_record.h"
 #include "setup/text_forms.h"
 #include "setup/texts.h"
@@ -27,13 +27,6 @@ constexpr ULONGLONG STAY_MILLISECONDS = 1500; // a page that has shown neither a
 CString BehindProduct(const CString& product, const CString& reason)
 {
     return product.IsEmpty() ? reason : product + L": " + reason;
-}
-
-// As messages name products; empty for a page of none.
-AnswerProduct NamesOf(const CProduct* product)
-{
-    return product ? AnswerProduct{CString(product->m_strName), CString(product->m_strProductCode)}
-                   : AnswerProduct();
 }
 
 // An answer of a section beside its "show = no"; of no source when it says nothing else.

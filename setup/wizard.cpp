@@ -10,6 +10,7 @@
 #include "setup/exit_codes.h"
 #include "setup/failure_pane.h"
 #include "setup/paths.h"
+#include "setup/product_names.h"
 #include "setup/resource.h"
 #include "setup/texts.h"
 
@@ -212,10 +213,7 @@ FlowMove CWizard::Show(const FlowMove& move, CWizardFlow& flow)
 
 void CWizard::CheckAnsweredProducts()
 {
-    std::vector<AnswerProduct> products;
-    for (const CProduct* product : m_host->GetProducts()) {
-        products.push_back({CString(product->m_strName), CString(product->m_strProductCode)});
-    }
+    const std::vector<AnswerProduct> products = NamesOf(m_host->GetProducts());
     AnswersError error;
     // Without any, the pages of products have more to say.
     if (!products.empty() && !CheckProductsReached(m_answers, products, error)) {
