@@ -2,20 +2,6 @@
 
 #include "automation/control.h"
 
-CString ReadLabel(const std::function<const wchar_t*(wchar_t* buffer, int capacity)>& read)
-{
-    for (int capacity = 512;; capacity *= 4) {
-        CString room;
-        wchar_t* buffer = room.GetBuffer(capacity);
-        buffer[0] = 0;
-        const wchar_t* found = read(buffer, capacity);
-        const CString text(found);
-        // A text that fills the buffer may have been cut.
-        if (found != buffer || text.GetLength() < capacity - 1)
-            return text;
-    }
-}
-
 HWND OpenLabelEdit(HWND control, UINT getEdit)
 {
     return reinterpret_cast<HWND>(SendMessageW(control, getEdit, 0, 0));

@@ -1,15 +1,10 @@
-// The labels of trees and list views: long texts read whole, and an edit of a label as by a person.
+// The edit of a label of a tree or list view, as by a person.
 #pragma once
 
 #include "automation/step_outcome.h"
 #include "base/string.h"
 
 #include <windows.h>
-
-#include <functional>
-
-// Reads by a message that cuts to the buffer; `read` gives where the text stands, as a control may point to its own.
-CString ReadLabel(const std::function<const wchar_t*(wchar_t* buffer, int capacity)>& read);
 
 // The edit of a label that is open; null for none. `getEdit` is the message that asks the control for it.
 HWND OpenLabelEdit(HWND control, UINT getEdit);

@@ -2,6 +2,7 @@
 
 #include "automation/label.h"
 #include "automation/window_finder.h"
+#include "window/controls.h"
 
 #include <commctrl.h>
 
@@ -42,16 +43,7 @@ CString CListControl::GetLine(int index) const
 
 CString CListControl::GetListViewCell(int row, int column) const
 {
-    return ReadLabel([this, row, column](wchar_t* buffer, int capacity) {
-        LVITEMW item = {};
-        item.mask = LVIF_TEXT;
-        item.iItem = row;
-        item.iSubItem = column;
-        item.pszText = buffer;
-        item.cchTextMax = capacity;
-        SendMessageW(GetWindow(), LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-        return item.pszText;
-    });
+    return CListViewCtrl(GetWindow()).GetItemText(row, column);
 }
 
 int CListControl::GetColumnCount() const

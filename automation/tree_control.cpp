@@ -1,6 +1,7 @@
 #include "automation/tree_control.h"
 
 #include "automation/label.h"
+#include "window/controls.h"
 
 HTREEITEM CTreeControl::GetNext(HTREEITEM item, UINT relation) const
 {
@@ -20,15 +21,7 @@ HTREEITEM CTreeControl::FirstChild(HTREEITEM item) const
 
 CString CTreeControl::GetItemText(HTREEITEM handle) const
 {
-    return ReadLabel([this, handle](wchar_t* buffer, int capacity) {
-        TVITEMW item = {};
-        item.mask = TVIF_TEXT | TVIF_HANDLE;
-        item.hItem = handle;
-        item.pszText = buffer;
-        item.cchTextMax = capacity;
-        SendMessageW(GetWindow(), TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-        return item.pszText;
-    });
+    return CTreeViewCtrl(GetWindow()).GetItemText(handle);
 }
 
 HTREEITEM CTreeControl::Find(const Path& path) const

@@ -1,11 +1,9 @@
 #include "setup/paths_lists.h"
 
 #include "automation/control.h"
-#include "automation/tree_control.h"
 #include "setup/path_words.h"
 #include "setup/texts.h"
-
-#include <commctrl.h>
+#include "window/controls.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -21,17 +19,17 @@ constexpr wchar_t NOT_ACCEPTED[] = L"The page hasn't accepted it.";
 class CPathNode
 {
 public:
-    CPathNode(HWND page, const PathWord& path) : m_page(page), m_tree(page, IDC_PATH_TREE), m_path(path) {}
+    CPathNode(HWND page, const PathWord& path) : m_page(page), m_tree(::GetDlgItem(page, IDC_PATH_TREE)), m_path(path) {}
 
     // Neither a box nor what a box leaves behind is in the way.
-    [[nodiscard]] StepOutcome NeedUsable() const { return m_tree.NeedUsable(); }
+    [[nodiscard]] StepOutcome NeedUsable() const { return CControl(m_tree).NeedUsable(); }
 
     [[nodiscard]] std::vector<HTREEITEM> Values() const
     {
         std::vector<HTREEITEM> values;
         const HTREEITEM heading = Heading();
-        for (HTREEITEM value = heading ? Next(heading, TVGN_CHILD) : nullptr; value;
-             value = Next(value, TVGN_NEXT)) {
+        for (HTREEITEM value = heading ? m_tree.GetChildItem(heading) : nullptr; value;
+             value = m_tree.GetNextSiblingItem(value)) {
             values.push_back(value);
         }
         return values;
@@ -59,20 +57,19 @@ public:
         if (value >= values.size()) {
             return StepOutcome::Failed(L"The page doesn't have this path.");
         }
-        SetFocus(m_tree.GetWindow());
-        SendMessageW(m_tree.GetWindow(), TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(values[value]));
+        ::SetFocus(m_tree);
+        m_tree.SelectItem(values[value]);
         return StepOutcome::Done();
     }
 
     [[nodiscard]] HWND GetEdit() const
     {
-        return reinterpret_cast<HWND>(SendMessageW(m_tree.GetWindow(), TVM_GETEDITCONTROL, 0, 0));
+        return m_tree.GetEditControl();
     }
 
     [[nodiscard]] HWND OpenEdit() const
     {
-        return reinterpret_cast<HWND>(SendMessageW(m_tree.GetWindow(), TVM_EDITLABELW, 0,
-                                                   reinterpret_cast<LPARAM>(Next(nullptr, TVGN_CARET))));
+        return m_tree.EditLabel(m_tree.GetSelectedItem());
     }
 
     // Sent, not posted: the page's boxes come up in here, and the run answers them.
@@ -93,34 +90,28 @@ public:
     }
 
 private:
-    [[nodiscard]] HTREEITEM Next(HTREEITEM item, UINT relation) const
-    {
-        return reinterpret_cast<HTREEITEM>(
-            SendMessageW(m_tree.GetWindow(), TVM_GETNEXTITEM, relation, reinterpret_cast<LPARAM>(item)));
-    }
-
     [[nodiscard]] HTREEITEM Find(HTREEITEM first, unsigned int label) const
     {
         const CString text = PageText(label);
         HTREEITEM item = first;
         while (item && m_tree.GetItemText(item) != text) {
-            item = Next(item, TVGN_NEXT);
+            item = m_tree.GetNextSiblingItem(item);
         }
         return item;
     }
 
     [[nodiscard]] HTREEITEM Heading() const
     {
-        HTREEITEM first = Next(nullptr, TVGN_ROOT);
+        HTREEITEM first = m_tree.GetRootItem();
         if (m_path.parent != NO_PARENT) {
             const HTREEITEM parent = Find(first, m_path.parent);
-            first = parent ? Next(parent, TVGN_CHILD) : nullptr;
+            first = parent ? m_tree.GetChildItem(parent) : nullptr;
         }
         return Find(first, m_path.heading);
     }
 
     HWND m_page;
-    CTreeControl m_tree;
+    CTreeViewCtrl m_tree;
     const PathWord& m_path;
 };
 

@@ -2,18 +2,18 @@
 
 namespace {
 
-// Trees and lists don't report the length: the buffer grows until the text fits with room to spare.
+// Trees and lists don't report the length: the buffer grows until the text fits with room to spare. `read` gives where the text
+// stands, as a control may point to its own.
 template <class Read>
 CString ReadGrowing(Read read)
 {
-    CString text;
     for (int capacity = 256;; capacity *= 2) {
-        wchar_t* buffer = text.GetBuffer(capacity);
+        CString room;
+        wchar_t* buffer = room.GetBuffer(capacity);
         buffer[0] = 0;
-        read(buffer, capacity + 1);
-        buffer[capacity] = 0;
-        text.ReleaseBuffer();
-        if (text.GetLength() < capacity) {
+        const wchar_t* found = read(buffer, capacity);
+        const CString text(found);
+        if (found != buffer || text.GetLength() < capacity - 1) {
             return text;
         }
     }
@@ -55,13 +55,14 @@ LPARAM CTreeViewCtrl::GetItemData(HTREEITEM item) const noexcept
 
 CString CTreeViewCtrl::GetItemText(HTREEITEM item) const
 {
-    return ReadGrowing([this, item](wchar_t* buffer, int capacity) {
+    return ReadGrowing([this, item](wchar_t* buffer, int capacity) -> const wchar_t* {
         TVITEMW found = {};
         found.mask = TVIF_TEXT;
         found.hItem = item;
         found.pszText = buffer;
         found.cchTextMax = capacity;
         GetItem(&found);
+        return found.pszText;
     });
 }
 
@@ -107,12 +108,13 @@ BOOL CListViewCtrl::SetItemText(int index, int column, const wchar_t* text) cons
 
 CString CListViewCtrl::GetItemText(int index, int column) const
 {
-    return ReadGrowing([this, index, column](wchar_t* buffer, int capacity) {
+    return ReadGrowing([this, index, column](wchar_t* buffer, int capacity) -> const wchar_t* {
         LVITEMW item = {};
         item.iSubItem = column;
         item.pszText = buffer;
         item.cchTextMax = capacity;
         SendMessage(LVM_GETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+        return item.pszText;
     });
 }
 
