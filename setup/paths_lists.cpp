@@ -19,7 +19,10 @@ constexpr wchar_t NOT_ACCEPTED[] = L"The page hasn't accepted it.";
 class CPathNode
 {
 public:
-    CPathNode(HWND page, const PathWord& path) : m_page(page), m_tree(::GetDlgItem(page, IDC_PATH_TREE)), m_path(path) {}
+    CPathNode(HWND page, const PathWord& path)
+        : m_page(page), m_tree(::GetDlgItem(page, IDC_PATH_TREE)), m_path(path)
+    {
+    }
 
     // Neither a box nor what a box leaves behind is in the way.
     [[nodiscard]] StepOutcome NeedUsable() const { return CControl(m_tree).NeedUsable(); }
@@ -62,15 +65,9 @@ public:
         return StepOutcome::Done();
     }
 
-    [[nodiscard]] HWND GetEdit() const
-    {
-        return m_tree.GetEditControl();
-    }
+    [[nodiscard]] HWND GetEdit() const { return m_tree.GetEditControl(); }
 
-    [[nodiscard]] HWND OpenEdit() const
-    {
-        return m_tree.EditLabel(m_tree.GetSelectedItem());
-    }
+    [[nodiscard]] HWND OpenEdit() const { return m_tree.EditLabel(m_tree.GetSelectedItem()); }
 
     // Sent, not posted: the page's boxes come up in here, and the run answers them.
     void EndEdit() const

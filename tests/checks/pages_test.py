@@ -62,7 +62,7 @@ def answered_controls():
             answered[section.group(1)] = set(re.findall(r"\.control = (IDC_\w+)", text))
             adapter = os.path.join("setup", section.group(1) + "_lists.cpp")
             if os.path.exists(os.path.join(ROOT, adapter)):
-                answered[section.group(1)] |= set(re.findall(r"m_(?:tree|list)\(page, (IDC_\w+)\)", read(adapter)))
+                answered[section.group(1)] |= set(re.findall(r"m_(?:tree|list)\((?:::GetDlgItem\()?page, (IDC_\w+)\)", read(adapter)))
     return answered
 
 
