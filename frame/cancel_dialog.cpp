@@ -24,13 +24,5 @@ LRESULT CCancelDialog::OnButton(WORD, WORD id, HWND, BOOL&)
 CString CCancelDialog::QuestionText() const
 {
     const CString question = LoadResourceString(CancelQuestionId(m_setupMode));
-    const CString format = LoadResourceString(IDS_CANCEL_TEMPLATE);
-    const auto argument = reinterpret_cast<DWORD_PTR>(question.GetString());
-    DWORD_PTR arguments[] = {argument, argument, argument};
-    wchar_t* text = nullptr;
-    const DWORD length = ::FormatMessageW(
-        FORMAT_MESSAGE_FROM_STRING | FORMAT_MESSAGE_ARGUMENT_ARRAY | FORMAT_MESSAGE_ALLOCATE_BUFFER, format,
-        0, 0, reinterpret_cast<wchar_t*>(&text), 0, reinterpret_cast<va_list*>(arguments));
-    const CLocalOwner owner(text);
-    return CString(text, static_cast<int>(length));
+    return FormatResourceMessage(IDS_CANCEL_TEMPLATE, {question, question, question});
 }

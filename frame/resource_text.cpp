@@ -1,6 +1,9 @@
 #include "frame/resource_text.h"
 
+#include "base/handle.h"
 #include "window/module.h"
+
+#include <vector>
 
 CString LoadResourceString(unsigned int id)
 {
@@ -15,4 +18,19 @@ CString LoadResourceString(unsigned int id)
             return text;
         }
     }
+}
+
+CString FormatResourceMessage(unsigned int id, std::initializer_list<CString> texts)
+{
+    std::vector<DWORD_PTR> arguments;
+    for (const CString& text : texts) {
+        arguments.push_back(reinterpret_cast<DWORD_PTR>(text.GetString()));
+    }
+    wchar_t* text = nullptr;
+    const DWORD length = ::FormatMessageW(FORMAT_MESSAGE_FROM_STRING | FORMAT_MESSAGE_ARGUMENT_ARRAY |
+                                              FORMAT_MESSAGE_ALLOCATE_BUFFER,
+                                          LoadResourceString(id), 0, 0, reinterpret_cast<wchar_t*>(&text), 0,
+                                          reinterpret_cast<va_list*>(arguments.data()));
+    const CLocalOwner owner(text);
+    return CString(text, static_cast<int>(length));
 }

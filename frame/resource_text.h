@@ -3,6 +3,8 @@
 
 #include "base/string.h"
 
+#include <initializer_list>
+
 // Empty when there is no such string.
 [[nodiscard]] CString LoadResourceString(unsigned int id);
 
@@ -25,3 +27,6 @@ template <class... Arguments>
     text.Format(LoadResourceString(id), FormatArgument(arguments)...);
     return text;
 }
+
+// The string as a format of the system's messages: %1, %2, ... stand for the texts.
+[[nodiscard]] CString FormatResourceMessage(unsigned int id, std::initializer_list<CString> texts);
