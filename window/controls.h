@@ -194,6 +194,11 @@ public:
     {
         return static_cast<BOOL>(SendMessage(TVM_EXPAND, code, reinterpret_cast<LPARAM>(item)));
     }
+    // By label, one level.
+    BOOL SortChildren(HTREEITEM item) const noexcept
+    {
+        return static_cast<BOOL>(SendMessage(TVM_SORTCHILDREN, FALSE, reinterpret_cast<LPARAM>(item)));
+    }
     BOOL EnsureVisible(HTREEITEM item) const noexcept
     {
         return static_cast<BOOL>(SendMessage(TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(item)));

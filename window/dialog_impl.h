@@ -39,6 +39,9 @@ protected:
 
     HWND CreateFromTemplate(int id, HWND parent, LPARAM parameter);
     INT_PTR RunFromTemplate(int id, HWND parent, LPARAM parameter);
+    // `run` shows the dialog by GetDialogProc and comes back at its end, with its result. -1 when the object has a window.
+    template <class Run>
+    INT_PTR RunWithBinding(Run run);
 
 private:
     void LeaveWindow() noexcept;
@@ -93,7 +96,8 @@ HWND CDialogImplBase<TBase>::CreateFromTemplate(int id, HWND parent, LPARAM para
 }
 
 template <class TBase>
-INT_PTR CDialogImplBase<TBase>::RunFromTemplate(int id, HWND parent, LPARAM parameter)
+template <class Run>
+INT_PTR CDialogImplBase<TBase>::RunWithBinding(Run run)
 {
     if (this->m_hWnd) {
         SetLastError(ERROR_INVALID_HANDLE);
@@ -104,12 +108,20 @@ INT_PTR CDialogImplBase<TBase>::RunFromTemplate(int id, HWND parent, LPARAM para
     INT_PTR result = -1;
     {
         const CPendingBinding pending(&s_key, this, nullptr);
-        result = ::DialogBoxParamW(_Module.GetResourceInstance(), MAKEINTRESOURCEW(id), parent,
-                                   GetDialogProc(), parameter);
+        result = run();
     }
     m_modalCall = nullptr;
     boundary.Rethrow();
     return result;
+}
+
+template <class TBase>
+INT_PTR CDialogImplBase<TBase>::RunFromTemplate(int id, HWND parent, LPARAM parameter)
+{
+    return RunWithBinding([=, this] {
+        return ::DialogBoxParamW(_Module.GetResourceInstance(), MAKEINTRESOURCEW(id), parent, GetDialogProc(),
+                                 parameter);
+    });
 }
 
 template <class TBase>
