@@ -4,6 +4,7 @@
 
 #include "base/string.h"
 #include "builder/build_result.h"
+#include "include/installer_calls.h"
 #include "include/lang_mgr.h"
 #include "include/page_context.h"
 #include "include/setup_manager.h"
@@ -126,12 +127,3 @@ public:
 
 // Opens media. Null on failure, with `error` filled. The caller deletes the object.
 extern "C" WIZCORE_API CSetupHost* OpenSetupHost(const HostOptions& options, OperationError& error);
-
-// The service's calls on a product's database handle, which the service itself answers only on a package session:
-// properties from the open database, changes that aren't committed included, and resolved target paths. Same
-// parameters and results as MsiGetPropertyW and MsiGetTargetPathW; a handle that is not a product's gives 6
-// (ERROR_INVALID_HANDLE).
-extern "C" WIZCORE_API unsigned int WizGetPropertyW(InstallerHandle database, const wchar_t* name,
-                                                    wchar_t* buffer, unsigned long* size);
-extern "C" WIZCORE_API unsigned int WizGetTargetPathW(InstallerHandle database, const wchar_t* directory,
-                                                      wchar_t* buffer, unsigned long* size);

@@ -22,8 +22,8 @@ class CProduct;
 class CLangMgr
 {
 public:
-    // The single object; lives as long as WizCore.dll. This is the only symbol by which the pages are bound to
-    // WizCore.dll: another host supplies a library of that name with this one export.
+    // The single object; lives as long as WizCore.dll. By this symbol and those of include/installer_calls.h the pages are
+    // bound to WizCore.dll: another host supplies a library of that name with these exports.
     WIZCORE_API static CLangMgr& Instance();
 
     // The folder that holds the resource library of the current language, ending in a backslash.

@@ -20,6 +20,8 @@ ROLLOUTUI_PAGE int DeploymentFailedDialog(PageContext* context);
 
 ROLLOUTUI_PAGE int PathCustomizationDialog(PageContext* context);
 ROLLOUTUI_PAGE CTabPage PathCustomizationPage(PageContext* context);
+ROLLOUTUI_PAGE int AddAdditionalFilesDialog(PageContext* context);
+ROLLOUTUI_PAGE CTabPage AddAdditionalFilesPage(PageContext* context);
 ROLLOUTUI_PAGE int NoticeDeskFeedBoardDialog(PageContext* context);
 ROLLOUTUI_PAGE CTabPage NoticeDeskFeedBoardPage(PageContext* context);
 ROLLOUTUI_PAGE int OnlineResourcesDialog(PageContext* context);

@@ -10,7 +10,7 @@ import tempfile
 import unittest
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-PAGE_FOLDERS = ("frame", "pages", "online", "paths")
+PAGE_FOLDERS = ("frame", "pages", "online", "paths", "files")
 
 # Ids that reach SetupText by a variable, with the number of texts that are filled in there.
 PASSED_ON = {"IDS_CONFIGURE_NO_DATABASE_SAVE": 2}
@@ -70,6 +70,18 @@ PAGE_WORDS = {
     "IDS_PATH_UNC": "begins with a server", "IDS_PRINTER_CONFIG_EMPTY": "Printer configuration folder",
     "IDS_PRINTER_DESC_EMPTY": "Printer description folder",
     "IDS_PRINTER_STYLE_SHEET_EMPTY": "Plot style table folder",
+    "IDS_NEW_FOLDER": "New folder", "IDS_NEW_FOLDER_NUMBERED": "(%d)", "IDS_FILES_PICKER_TITLE": "Add files",
+    "IDS_FILES_PICKER_FILTER": "|*.*|", "IDS_FILES_MISSING": "Select a file that exists",
+    "IDS_FILES_REPLACE": "New file", "IDS_FILES_SIBLING_HAS_NAME": "already has this name",
+    "IDS_FILES_DRIVE_INVALID": "from C to Z", "IDS_FILES_NAME_INVALID": "valid name for a folder",
+    "IDS_FILES_NOTHING_SELECTED": "in bold", "IDS_FILES_PRODUCT_FOLDER": "with the product",
+    "IDS_FILES_ADDED_FOLDER": "added this folder", "IDS_FILES_ADDED_DRIVE": "another letter",
+    "IDS_FILES_ADDED_FILE": "copied from", "IDS_FILES_SOURCE_GONE": "Restore it there",
+    "IDS_FILES_PROGRESS": "so far", "IDS_FILES_NOT_ADDED": "were not added",
+    "IDS_FILES_NOT_ADDED_MORE": "not listed", "IDS_FILES_REASON_GONE": "any more",
+    "IDS_FILES_REASON_FILE_IN_WAY": "name of this folder", "IDS_FILES_REASON_FOLDER_IN_WAY": "name of this file",
+    "IDS_FILES_REASON_LOOP": "leads back", "IDS_FILES_REASON_TOO_LONG": "too long",
+    "IDS_FILES_REASON_UNREADABLE": "can't be read", "IDS_FILES_REASON_REFUSED": "can't store it",
 }
 PROGRAM_WORDS = {
     "IDS_BUILD_STARTING": "ready", "IDS_BUILD_CANCELLING": "Canceling", "IDS_BUILD_CANCEL_QUESTION": "stop building",
@@ -106,6 +118,7 @@ CONTROL_WORDS = {
     "IDC_MEMBER_BAY": "MemberBay", "IDC_ROUND_TRIP": "Round trip", "IDC_SEND_COMPUTER_NAME": "computer name",
     "IDC_SEARCH_LOCATIONS": "search locations", "IDC_PATH_BROWSE": "Browse", "IDC_PATH_ADD": "Add",
     "IDC_PATH_REMOVE": "Remove", "IDC_PATH_MOVE_UP": "up", "IDC_PATH_MOVE_DOWN": "down",
+    "IDC_FILES_ADD": "files", "IDC_FILES_ADD_FOLDER": "folder", "IDC_FILES_ADD_DRIVE": "drive", "IDC_FILES_DELETE": "Delete",
 }
 
 
@@ -175,12 +188,13 @@ class Placeholders(unittest.TestCase):
                 kinds = re.findall(r"%(.)", texts[key])
                 counts.add(len(kinds))
                 with self.subTest(file=path, id=key):
-                    self.assertEqual(set(kinds) - {"s"}, set(), "all arguments are texts")
+                    number = {"d"} if key == "IDS_NEW_FOLDER_NUMBERED" else set()
+                    self.assertEqual(set(kinds) - {"s"}, number, "all arguments but the number of a folder are texts")
                     self.assertLessEqual(len(kinds), len(arguments) - 1)
             with self.subTest(file=path, ids=sorted(ids)):
                 self.assertEqual(max(counts), len(arguments) - 1, "an argument that no text shows")
         self.assertGreaterEqual(len(filled), 6)
-        for key in sorted(set(texts) - filled - {"IDS_CANCEL_TEMPLATE"}):
+        for key in sorted(set(texts) - filled - {"IDS_CANCEL_TEMPLATE", "IDS_FILES_REPLACE"}):
             with self.subTest(id=key):
                 self.assertNotIn("%", texts[key].replace("[%", "["), "nothing is filled in there")
 

@@ -1,0 +1,15 @@
+// The display paths of directories and components by their keys: one memory for the whole module.
+#pragma once
+
+#include "base/string.h"
+#include "include/setup_enums.h"
+
+#include <map>
+
+// By exact comparison of the keys. It outlives a page, so that a later one of the same run finds the paths of earlier ones;
+// a tree that loads replaces what was remembered for the keys of its own database.
+extern std::map<CString, CString> DirectoryPathCache;
+
+// The remembered path, or the one that the installer resolves, which is remembered then. That one is absolute: the label of
+// the installation folder isn't put into it. False when there is none; `path` is empty then.
+[[nodiscard]] bool ResolveDirectoryPath(InstallerHandle database, const CString& key, CString& path);
