@@ -1,14 +1,16 @@
 // bench.exe --media FOLDER --scratch FOLDER [--megabytes N] [--large N] [--files N] [--runs N] [--builds N]
-//           [--processors 2]
+//           [--only GROUP] [--processors 2]
 // Measures and prints the table; with --processors 2 the rows alone that need a second one, without the heading.
 // Exit code 1 when something could not be measured; a goal that isn't met shows in the table alone.
 #include "benchmarks/measurement.h"
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cwchar>
 #include <exception>
+#include <iterator>
 #include <string>
 
 namespace {
@@ -19,6 +21,24 @@ CString ProgramFolder()
     GetModuleFileNameW(nullptr, path, MAX_PATH);
     *(std::wcsrchr(path, L'\\') + 1) = L'\0';
     return path;
+}
+
+struct Group
+{
+    const wchar_t* name; // for --only
+    std::vector<Comparison> (*measure)(const BenchOptions&);
+};
+
+constexpr Group GROUPS[] = {{L"pages", MeasurePages},           {L"tabs", MeasureTabs},
+                            {L"start", MeasureStart},           {L"rows", MeasureRows},
+                            {L"paths", MeasurePaths},           {L"files", MeasureFiles},
+                            {L"build", MeasureDeployment},      {L"many-files", MeasureManyFiles},
+                            {L"large-files", MeasureLargeFiles}};
+
+bool IsGroup(const CString& name)
+{
+    return std::any_of(std::begin(GROUPS), std::end(GROUPS),
+                       [&](const Group& group) { return name == group.name; });
 }
 
 bool ReadOption(const CString& name, const wchar_t* value, BenchOptions& options)
@@ -36,6 +56,8 @@ bool ReadOption(const CString& name, const wchar_t* value, BenchOptions& options
         options.files = number;
     } else if (name == L"--processors" && number == 2) {
         options.isOnTwoProcessors = true;
+    } else if (name == L"--only" && IsGroup(value)) {
+        options.strOnly = value;
     } else if (name == L"--runs" && number > 0) {
         options.runs = number;
     } else if (name == L"--builds" && number > 0) {
@@ -81,9 +103,10 @@ int wmain(int count, wchar_t** arguments)
     }
     PrintHeading();
     bool complete = true;
-    for (auto measure : {MeasurePages, MeasureTabs, MeasureStart, MeasureRows, MeasurePaths,
-                         MeasureDeployment, MeasureManyFiles, MeasureLargeFiles}) {
-        complete = Run(measure, options) && complete;
+    for (const Group& group : GROUPS) {
+        if (options.strOnly.IsEmpty() || options.strOnly == group.name) {
+            complete = Run(group.measure, options) && complete;
+        }
     }
     return complete ? 0 : 1;
 }

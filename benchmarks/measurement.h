@@ -39,6 +39,7 @@ struct BenchOptions
     CString strMedia;         // folder of the sample media
     CString strScratch;       // an existing folder for what the benchmarks make
     CString strProgramFolder; // ends in a backslash
+    CString strOnly;          // the one group of figures that is measured; empty: all
     int runs = 11;            // of pages and starts, after one that warms up
     int builds = 5;           // of the deployment
     int megabytes = 500;
@@ -57,3 +58,4 @@ std::vector<Comparison> MeasureStart(const BenchOptions& options);
 std::vector<Comparison> MeasureTabs(const BenchOptions& options);
 std::vector<Comparison> MeasureRows(const BenchOptions& options);
 std::vector<Comparison> MeasurePaths(const BenchOptions& options);
+std::vector<Comparison> MeasureFiles(const BenchOptions& options);

@@ -137,7 +137,7 @@ private:
 
     // ---- loading
     void LoadTree();
-    void FillRoots();
+    void FillRoots(CDirectoryManager& manager);
     void LoadProductDirectories();
     void LoadUserItems(const UserItemRows& items);
     void ForgetPathsOf(const UserItemRows& items);

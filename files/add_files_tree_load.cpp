@@ -20,7 +20,6 @@ constexpr int DEEPEST = 1000;          // more folders than a path can have: par
 void CAddFilesTreeCtrl::LoadTree()
 {
     const CPause pause(*this);
-    FillRoots();
     const UserItemRows items = ReadUserItems(m_database);
     ForgetPathsOf(items);
     LoadProductDirectories();
@@ -28,16 +27,12 @@ void CAddFilesTreeCtrl::LoadTree()
     SortEverything();
 }
 
-void CAddFilesTreeCtrl::FillRoots()
+void CAddFilesTreeCtrl::FillRoots(CDirectoryManager& manager)
 {
-    CDirectoryManager* const manager = m_product->m_pDirectoryManager;
-    if (!manager) {
-        return;
-    }
-    const CString target = TargetPathOf(*manager, L"INSTALLDIR");
+    const CString target = TargetPathOf(manager, L"INSTALLDIR");
     m_roots.targetUpper = CString(target).MakeUpper();
     m_roots.target = target.Right(1) == L"\\" ? target.Left(target.GetLength() - 1) : target;
-    m_roots.sourceUpper = SourcePathOf(*manager, L"INSTALLDIR").MakeUpper();
+    m_roots.sourceUpper = SourcePathOf(manager, L"INSTALLDIR").MakeUpper();
 
     MsiRowCursor cursor(m_database,
                         L"SELECT `LocalString` FROM `TarnDirectoryMap` where `Directory_`='INSTALLDIR'",
@@ -47,12 +42,21 @@ void CAddFilesTreeCtrl::FillRoots()
                                                                    : CString(L"<Installation Directory>");
 }
 
+// Another database of the run may have the same keys with other paths: another product, or a copy of this one in which a
+// folder was renamed. So what was remembered for keys of this one is replaced, here and for what was added.
 void CAddFilesTreeCtrl::LoadProductDirectories()
 {
     m_directoriesByPath.clear();
-    if (m_product->m_pDirectoryManager) {
-        m_directoriesByPath = LoadProductFolders(m_database, *m_product->m_pDirectoryManager, m_roots);
+    CDirectoryManager* const manager = m_product->m_pDirectoryManager;
+    if (!manager) {
+        return;
     }
+    const CDirectoryManager::DirectoryMap& directories = manager->GetDirectories();
+    for (const auto& [key, entry] : directories) {
+        DirectoryPathCache.erase(key);
+    }
+    FillRoots(*manager);
+    m_directoriesByPath = LoadProductFolders(m_database, *manager, directories, m_roots);
 }
 
 void CAddFilesTreeCtrl::LoadUserItems(const UserItemRows& items)
@@ -70,15 +74,8 @@ void CAddFilesTreeCtrl::LoadUserItems(const UserItemRows& items)
     AddFiles(items);
 }
 
-// Another database of the run may have the same keys with other paths: another product, or a copy of this one in which a
-// folder was renamed.
 void CAddFilesTreeCtrl::ForgetPathsOf(const UserItemRows& items)
 {
-    if (CDirectoryManager* const manager = m_product->m_pDirectoryManager) {
-        for (const auto& [key, entry] : manager->GetDirectories()) {
-            DirectoryPathCache.erase(key);
-        }
-    }
     for (const DirectoryColumns& drive : items.drives) {
         DirectoryPathCache.erase(drive.Directory);
     }

@@ -32,8 +32,9 @@ bool StartsWith(const CString& text, const CString& start)
 class CProductFolderLoader
 {
 public:
-    CProductFolderLoader(InstallerHandle database, CDirectoryManager& manager, const TreeRoots& roots)
-        : m_database(database), m_manager(manager), m_roots(roots)
+    CProductFolderLoader(InstallerHandle database, CDirectoryManager& manager,
+                         const CDirectoryManager::DirectoryMap& directories, const TreeRoots& roots)
+        : m_database(database), m_manager(manager), m_directories(directories), m_roots(roots)
     {
     }
 
@@ -41,7 +42,7 @@ public:
     {
         ReadHidden();
         ReadUsed();
-        for (const auto& [key, entry] : m_manager.GetDirectories()) {
+        for (const auto& [key, entry] : m_directories) {
             Consider(key, entry);
         }
         const DirectoryRows found = m_rows;
@@ -128,8 +129,8 @@ private:
         std::set<CString> passed;
         while (!EndsChain(row) && passed.insert(row.Directory).second) {
             const CString target = TargetPathOf(m_manager, row.Directory_Parent);
-            const auto parent = m_manager.GetDirectories().find(row.Directory_Parent);
-            if (target.IsEmpty() || parent == m_manager.GetDirectories().end() || !parent->second.pData) {
+            const auto parent = m_directories.find(row.Directory_Parent);
+            if (target.IsEmpty() || parent == m_directories.end() || !parent->second.pData) {
                 return;
             }
             row = *parent->second.pData;
@@ -143,6 +144,7 @@ private:
 
     InstallerHandle m_database;
     CDirectoryManager& m_manager;
+    const CDirectoryManager::DirectoryMap& m_directories;
     const TreeRoots& m_roots;
     std::map<CString, CString> m_hidden; // target path by key
     std::set<CString> m_used;
@@ -163,7 +165,8 @@ CString SourcePathOf(CDirectoryManager& manager, const CString& key)
     return PathOf(manager, key, &CDirectoryManager::GetSourcePath);
 }
 
-DirectoryRows LoadProductFolders(InstallerHandle database, CDirectoryManager& manager, const TreeRoots& roots)
+DirectoryRows LoadProductFolders(InstallerHandle database, CDirectoryManager& manager,
+                                 const CDirectoryManager::DirectoryMap& directories, const TreeRoots& roots)
 {
-    return CProductFolderLoader(database, manager, roots).Load();
+    return CProductFolderLoader(database, manager, directories, roots).Load();
 }

@@ -26,6 +26,8 @@ using DirectoryRows = std::map<CString, DirectoryColumns, CompareNoCaseLess>;
 [[nodiscard]] CString SourcePathOf(CDirectoryManager& manager, const CString& key);
 
 // Folders that hold a component of the product, lie below the installation folder and are not to be hidden, one a target
-// path, with the folders above them. Their paths are remembered in DirectoryPathCache.
+// path, with the folders above them. Their paths are remembered in DirectoryPathCache. `directories`: the manager's, which
+// reads its tables each time it is asked for them.
 [[nodiscard]] DirectoryRows LoadProductFolders(InstallerHandle database, CDirectoryManager& manager,
+                                               const CDirectoryManager::DirectoryMap& directories,
                                                const TreeRoots& roots);
