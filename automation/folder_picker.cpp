@@ -1,6 +1,7 @@
 #include "automation/folder_picker.h"
 
 #include "automation/control.h"
+#include "automation/tree_control.h"
 #include "automation/window_finder.h"
 #include "base/path_text.h"
 
@@ -21,17 +22,36 @@ HWND FindTree(HWND window)
     return nullptr;
 }
 
-// The text of the tree's selected line; empty when none is.
-CString SelectedLine(HWND tree)
+struct FolderWay
 {
-    const HTREEITEM selected = TreeView_GetSelection(tree);
-    wchar_t text[MAX_PATH] = {};
-    TVITEMW item = {};
-    item.mask = TVIF_TEXT;
-    item.hItem = selected;
-    item.pszText = text;
-    item.cchTextMax = MAX_PATH;
-    return selected && TreeView_GetItem(tree, &item) ? CString(text) : CString();
+    CString root; // a drive, mostly
+    CTreeControl::Path names;
+};
+
+FolderWay WayTo(const CString& folder)
+{
+    FolderWay way = {WithoutClosingBackslash(folder), {}};
+    for (CString above; above = FolderAbove(way.root), !above.IsEmpty() && above != way.root;
+         way.root = above)
+        way.names.insert(way.names.begin(), LastName(way.root));
+    return way;
+}
+
+void SelectItem(HWND tree, HTREEITEM item)
+{
+    SendMessageW(tree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item));
+}
+
+// The picker is asked for the root alone, and the way from there goes by the names, as a person's. Wine looks for a folder
+// as it was when it was last read, and doesn't find one that was read since the picker listed it.
+HTREEITEM FindFolder(HWND picker, const CTreeControl& tree, const CString& folder)
+{
+    const FolderWay way = WayTo(folder);
+    const HTREEITEM top = TreeView_GetRoot(tree.GetWindow());
+    SelectItem(tree.GetWindow(), top);
+    SendMessageW(picker, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(way.root.GetString()));
+    const HTREEITEM root = tree.GetSelection();
+    return root == top ? nullptr : tree.FindBelow(root, way.names);
 }
 
 StepOutcome NoPicker()
@@ -58,11 +78,12 @@ StepOutcome SelectPickerFolder(const CString& folder)
     HWND picker = FindFolderPicker();
     if (!picker)
         return NoPicker();
-    SendMessageW(picker, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(folder.GetString()));
-    const CControl accept(picker, IDOK);
-    // The picker fills its tree bit by bit: until the folder is in it, another line is selected.
-    const CString name = LastName(folder);
-    if (!accept.IsUsable() || SelectedLine(FindTree(picker)).CompareNoCase(name) != 0)
+    const CTreeControl tree(FindTree(picker));
+    const HTREEITEM item = FindFolder(picker, tree, folder);
+    if (item)
+        SelectItem(tree.GetWindow(), item);
+    // OK may not be chosen for what is no folder of a file system, nor before the picker is filled.
+    if (!item || !CControl(picker, IDOK).IsUsable())
         return StepOutcome::NotYet(L"the folder picker does not offer \"" + folder + L"\"");
     return StepOutcome::Done();
 }

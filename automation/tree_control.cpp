@@ -24,16 +24,15 @@ CString CTreeControl::GetItemText(HTREEITEM handle) const
     return CTreeViewCtrl(GetWindow()).GetItemText(handle);
 }
 
-HTREEITEM CTreeControl::Find(const Path& path) const
+HTREEITEM CTreeControl::FindBelow(HTREEITEM item, const Path& path) const
 {
-    HTREEITEM found = nullptr;
+    HTREEITEM found = item;
     for (const CString& text : path) {
-        HTREEITEM item = FirstChild(found);
-        while (item && GetItemText(item).CompareNoCase(text) != 0)
-            item = GetNext(item, TVGN_NEXT);
-        if (!item)
+        found = FirstChild(found);
+        while (found && GetItemText(found).CompareNoCase(text) != 0)
+            found = GetNext(found, TVGN_NEXT);
+        if (!found)
             return nullptr;
-        found = item;
     }
     return found;
 }

@@ -14,7 +14,9 @@ public:
     using CControl::CControl;
 
     // The item at the end of the way, whose parents are expanded as by a person; null when a text isn't there.
-    HTREEITEM Find(const Path& path) const;
+    HTREEITEM Find(const Path& path) const { return FindBelow(nullptr, path); }
+    // The same, with the way beginning below an item.
+    HTREEITEM FindBelow(HTREEITEM item, const Path& path) const;
     CString GetItemText(HTREEITEM item) const;
     // Texts of the children, expanding the item first; of the roots for an empty path.
     std::vector<CString> GetChildren(const Path& path) const;

@@ -1,5 +1,4 @@
 // The automation against windows of its own: a dialog with one control of each kind, and real message boxes.
-#include "automation/folder_picker.h"
 #include "automation/keyboard.h"
 #include "automation/list_control.h"
 #include "automation/message_box.h"
@@ -15,7 +14,6 @@
 #include <objidl.h>
 
 #include <gdiplus.h>
-#include <shlobj.h>
 
 namespace {
 
@@ -363,28 +361,6 @@ TEST_F(Fixture, APictureShowsWhatTheWindowShows)
     }
     Gdiplus::GdiplusShutdown(token);
     DeleteFileW(path);
-}
-
-TEST(Picker, GivesTheFolderThatWasSelected)
-{
-    OleInitialize(nullptr);
-    const CString folder = TemporaryFile(L"picked folder");
-    CreateDirectoryW(folder, nullptr);
-    CScript script;
-    script.Add(L"select", [&] { return SelectPickerFolder(folder); });
-    script.Add(L"accept", [&] { return AcceptPicker(); });
-    script.SetFailureHandler([] { CloseFrontWindow(); });
-    script.Start();
-    BROWSEINFOW browse = {};
-    browse.ulFlags = BIF_RETURNONLYFSDIRS | BIF_NEWDIALOGSTYLE;
-    LPITEMIDLIST item = SHBrowseForFolderW(&browse);
-    EXPECT_EQ(script.GetFailure(), CString());
-    wchar_t path[MAX_PATH] = {};
-    EXPECT_TRUE(item && SHGetPathFromIDListW(item, path));
-    EXPECT_EQ(CString(path).CompareNoCase(folder), 0) << Utf8(path);
-    const CTaskOwner owner(item);
-    RemoveDirectoryW(folder);
-    OleUninitialize();
 }
 
 } // namespace

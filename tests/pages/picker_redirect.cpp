@@ -15,8 +15,8 @@ LRESULT CALLBACK NoteSelection(HWND window, UINT message, WPARAM wParam, LPARAM 
     return DefWindowProcW(window, message, wParam, lParam);
 }
 
-// Notifies the page's callback that a picker is up, with a window that only takes notes. Wine's own picker fills its tree
-// by and by and may stop above the folder, so what it shows doesn't show what it was asked for.
+// Notifies the page's callback that a picker is up, with a window that only takes notes. Wine's own picker may stop above
+// the folder (docs/wine.md), so what it shows doesn't show what it was asked for.
 void NoteInitialSelection(const BROWSEINFOW& browse)
 {
     const HWND note =
