@@ -45,7 +45,7 @@ DIRECTORIES = {
 
 # What an administrator sees of a directory: text and flags (2: usable as a path prefix, 4: hidden in the file tree). A
 # text below another one's: the first key that fits a path stands for it, so the keys of the folders above come last.
-# That of the textures never does, which gives the same folder.
+# That of the textures never does, which gives the same folder. The folder of all the maker's products has no text.
 DIRECTORY_MAP = {
     "INSTALLDIR": ("Zolt 2027", 2),
     "SUPPORTDIR": ("Support Files", 2),
@@ -63,6 +63,7 @@ DIRECTORY_MAP = {
     "DATABASEDIR": ("Samples\\Database Links", 2),
     "DRIVERDIR": ("Drivers", 6),
     "SHAREDDATADIR": ("Shared Data", 2),
+    "SHAREDMAKERDIR": ("", 2),
 }
 
 # key: (parent, title, description, level)
@@ -144,32 +145,45 @@ PATH_PROPERTIES = ["ZOLTProfile_" + name for name in (
 REGISTRY += [(name.split("_")[1], "[%s]" % name) for name in PATH_PROPERTIES]
 REGISTRY.append(("CustomPaths", "[NIW_Custom_Paths_Are_Set]"))
 
+
+def of_length(length, begin, part):
+    """A value of so many characters: its beginning, then numbered parts, the last of which may be cut."""
+    value, number = begin, 0
+    while len(value) < length:
+        number += 1
+        value += part % number
+    return value[:length]
+
+
 # Values of every form that the page gives back as they are: directories, plain folders, lists of both, and no path at all;
-# and the installer's own escapes, which it resolves. The textures come back by the key that comes first.
+# and the installer's own escapes, which it resolves. The textures come back by the key that comes first. Those of a certain
+# length stand on both sides of what the host's and the database's readers have room for; of the two longest the page shows
+# the first 1,023 characters and gives back no more.
 PATHS = {
     "ZOLTProfile_SupportPath": "[SUPPORTDIR];[FONTDIR];[DRIVERDIR];\\\\server\\zolt\\Office Standards",
     "ZOLTProfile_MenuFile": "[SUPPORTDIR]Main.zmenu",
-    "ZOLTProfile_EnterpriseMenuFile": "[NULL]",
+    "ZOLTProfile_EnterpriseMenuFile": of_length(394, "\\\\server\\zolt\\Menus", "\\Branch %02d") + ".zmenu",
     "ZOLTProfile_PrinterConfigDir": "[PLOTTERDIR]",
     "ZOLTProfile_PrinterDescDir": "[PLOTDESCDIR]",
     "ZOLTProfile_PrinterStyleSheetDir": "[PLOTSTYLEDIR]",
     "ZOLTProfile_TemplatePath": "[TEMPLATEDIR]",
     "ZOLTProfile_TempDirectory": "[null]",
-    "ZOLTProfile_XrefTempDir": "[NULL]",
+    "ZOLTProfile_XrefTempDir": of_length(512, "\\\\server\\zolt\\References", "\\Project %02d"),
     "ZOLTProfile_CustomDictionary": "[SUPPORTDIR]Words.dic",
     "ZOLTProfile_FontMapFile": "[SUPPORTDIR]FontMap.txt",
     "ZOLTProfile_AltFont": "Simple.zfont",
     "ZOLTProfile_QnewTemplate": "[NULL]",
-    "ZOLTProfile_WebGrabDir": "[NULL]",
-    "ZOLTProfile_ToolPaletteFolder": "[PALETTEDIR];[SHAREDDATADIR]Tool Palettes",
-    "ZOLTProfile_SaveFilePath": "[NULL]",
+    "ZOLTProfile_WebGrabDir": of_length(1023, "[SHAREDDATADIR]Web", "\\Collection %02d"),
+    "ZOLTProfile_ToolPaletteFolder": of_length(5000, "[PALETTEDIR];[SHAREDDATADIR]Tool Palettes",
+                                               ";\\\\server\\zolt\\Tool Palettes\\Office %03d"),
+    "ZOLTProfile_SaveFilePath": of_length(511, "\\\\server\\zolt\\Saved", "\\Project %02d"),
     "ZOLTProfile_LogFilePath": "C:\\Zolt Logs",
     "ZOLTProfile_PlotLogPath": "C:\\Zolt Logs\\[\\{]plots[\\}]",
     "ZOLTProfile_ColorBookLocation": "[COLORBOOKDIR]",
     "ZOLTProfile_DatabaseWorkSpacePath": "[DATABASEDIR]",
     "ZOLTProfile_SheetSetTemplatePath": "[SHEETSETDIR]",
     "ZOLTProfile_AlternativePageSetUpsTemplate": "[TEMPLATEDIR]Page Setups.ztemplate",
-    "ZOLTProfile_TEXMAPS": "[TEXTUREDIR];[SHAREDDATADIR]Textures",
+    "ZOLTProfile_TEXMAPS": of_length(1024, "[TEXTUREDIR];[SHAREDDATADIR]Textures", ";\\\\server\\zolt\\Textures\\Site %02d"),
     "ZOLTProfile_ActionsRecordingFilePath": "[SUPPORTDIR]",
     "ZOLTProfile_DGNMappingPath": "[SUPPORTDIR]",
 }

@@ -8,6 +8,7 @@ import re
 NO_PATH = "[NULL]"
 ESCAPES = (("[\\[]", "["), ("[\\]]", "]"), ("[\\{]", "{"), ("[\\}]", "}"))
 USABLE_AS_PREFIX = 2
+LONGEST_READ = 1023  # characters; of a longer value the beginning counts
 
 
 def entries_of(value):
@@ -16,6 +17,7 @@ def entries_of(value):
 
 def shown_path(rows, value):
     """What an administrator sees of a value of the database."""
+    value = value[:LONGEST_READ]
     if value.upper() == NO_PATH:
         return ""
     for escaped, plain in ESCAPES:
