@@ -110,6 +110,7 @@ void CPathEditor::OnFocusLost()
 
 bool CPathEditor::FilterMessage(const MSG& message)
 {
+    RestartEdit(); // a dialog that it waited for is gone, as its messages don't come here
     if (message.message == WM_LBUTTONDOWN) {
         NoteArmedButton(message);
         return false;

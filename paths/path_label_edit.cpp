@@ -194,17 +194,14 @@ bool CPathEditor::IsPathAccepted(HTREEITEM node, const CString& path, bool& goes
 
 // ---- beginning anew
 
-// Not while a dialog is up that the refused press has opened: the administrator knows already that the text is refused.
-// On a hidden page it waits until the page is shown.
+// It waits until the page is shown, and while a dialog is up that the refused press has opened.
 void CPathEditor::RestartEdit()
 {
-    if (!::IsWindowVisible(m_page)) {
+    if (!m_pendingEdit || !::IsWindowVisible(m_page) || !::IsWindowEnabled(::GetAncestor(m_page, GA_ROOT))) {
         return;
     }
     const std::optional<PendingEdit> pending = std::exchange(m_pendingEdit, std::nullopt);
-    if (pending && ::IsWindowEnabled(::GetAncestor(m_page, GA_ROOT))) {
-        BeginEditWith(*pending);
-    }
+    BeginEditWith(*pending);
 }
 
 bool CPathEditor::FinishEdit()
@@ -243,4 +240,5 @@ void CPathEditor::ResumeEdit()
     if (const std::optional<PendingEdit> edit = std::exchange(m_suspendedEdit, std::nullopt)) {
         BeginEditWith(*edit);
     }
+    OnShown(); // for a text that was refused before the question
 }

@@ -430,6 +430,25 @@ TEST_P(PathTabLeaving, ARefusedTextIsEditedAnewByTheNextStoringAfterItsHostWasHi
     EXPECT_EQ(SendMessageW(m_page, PAGE_MESSAGE_STORE, 0, 0), 1);
 }
 
+// Only the page's loop notices that the host has closed its dialog.
+TEST_P(PathTabLeaving, ARefusedTextIsEditedAnewWhenADialogOfItsHostIsGone)
+{
+    OpenWithEdit(L"a*b");
+    ShowWindow(m_page, SW_HIDE);
+    EXPECT_EQ(SendMessageW(m_page, PAGE_MESSAGE_STORE, 0, 0), 0);
+    EnableWindow(tabs->GetWindow(), FALSE);
+    ShowWindow(m_page, SW_SHOW);
+    DispatchPosted();
+    EXPECT_EQ(EditBox(), nullptr);
+    EnableWindow(tabs->GetWindow(), TRUE);
+    AwaitEdit();
+    Look([this] { EXPECT_EQ(CControl(EditBox()).GetText(), CString(L"a*b")); });
+    Key(VK_ESCAPE);
+    AwaitNoEdit();
+    Press(Back());
+    EXPECT_EQ(RunTab(*tabs), PAGE_MESSAGE_PREVIOUS_TAB);
+}
+
 TEST_P(PathTabLeaving, EnteringAndLeavingLeavesNothingBehind)
 {
     CTabHost pages;
@@ -473,6 +492,22 @@ TEST_P(PathDialogLeaving, ANoToLeavingTheSetupBringsTheOpenEditBackWithItsText)
     EndEdit();
     AwaitNoEdit();
     ExpectValues(PATH_TEMP, {L"C:\\typed"});
+    ShowAndGoBack();
+}
+
+// The press ends the edit first; what was typed was gone behind the question.
+TEST_P(PathDialogLeaving, ANoToLeavingTheSetupBringsARefusedTextBack)
+{
+    SelectValue(PATH_TEMP);
+    BeginEdit();
+    TypeLabel(L"a*b");
+    Press(IDC_CANCEL);
+    AnswerPathBox(IDS_PATH_FOLDER_INVALID, L"a*b");
+    AnswerCancelQuestion(IDNO, [this](HWND) { EXPECT_EQ(EditBox(), nullptr); });
+    AwaitEdit();
+    Look([this] { EXPECT_EQ(CControl(EditBox()).GetSelectedText(), CString(L"a*b")); });
+    Key(VK_ESCAPE);
+    AwaitNoEdit();
     ShowAndGoBack();
 }
 

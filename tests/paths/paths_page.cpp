@@ -35,11 +35,14 @@ void PathsPage::MeetTreeOnce()
     done = true;
     WithPath(PATH_SUPPORT, L"C:\\" + CString(L'x', 300)); // scroll bars
     SelectValue(PATH_SUPPORT);
-    Look(
-        [this] { RedrawWindow(Page(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN); });
+    const auto draw = [this] {
+        RedrawWindow(Page(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    };
+    Look(draw);
     Edit(PATH_MENU_FILE, L"a*b");
     AnswerPathBox(IDS_PATH_FILE_INVALID, L"a*b");
     AwaitEdit();
+    Look(draw); // with an edit too
     Key(VK_ESCAPE);
     AwaitNoEdit();
     ShowAndGoBack();

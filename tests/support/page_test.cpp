@@ -302,13 +302,19 @@ UINT PageTest::ShowTab(TabFunction page)
         CTabHost tabs;
         m_page = tabs.Open(page, context);
         if (m_page) {
-            StartScript();
-            asked = tabs.Run();
+            asked = RunTab(tabs);
         } else {
             ADD_FAILURE() << "the page was not made";
         }
     }
     m_page = nullptr;
+    return asked;
+}
+
+UINT PageTest::RunTab(CTabHost& tabs)
+{
+    StartScript();
+    const UINT asked = tabs.Run();
     ReportFailure();
     return asked;
 }

@@ -87,6 +87,8 @@ protected:
     // The same for a tab page in a host of the test's; returns what the page asked it for, PAGE_MESSAGE_PREVIOUS_TAB or
     // PAGE_MESSAGE_NEXT_TAB, and takes the page away.
     UINT ShowTab(TabFunction page);
+    // Plays the steps with a page that stands in its host already.
+    UINT RunTab(CTabHost& tabs);
     // Plays the steps in a loop of the test's own; for windows that are already there. Ends when all are played.
     void Play();
 
