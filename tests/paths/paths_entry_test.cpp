@@ -1,4 +1,5 @@
 // What the page of the paths shows when it opens.
+#include "base/scope_exit.h"
 #include "paths/path_node_rules.h"
 #include "tests/paths/paths_page.h"
 
@@ -8,6 +9,35 @@ namespace {
 
 class PathEntry : public PathsPage
 {
+protected:
+    // The messages that the page's tree gets on a visit with so many support folders, from entry to the walk back.
+    int TreeMessages(int entries)
+    {
+        CString list;
+        for (int entry = 0; entry < entries; ++entry) {
+            list += L"a;";
+        }
+        WithPath(PATH_SUPPORT, list);
+        s_treeMessages = 0;
+        const HHOOK hook = SetWindowsHookExW(WH_CALLWNDPROC, CountTreeMessage, nullptr, GetCurrentThreadId());
+        const scope_exit unhook([hook] { UnhookWindowsHookEx(hook); });
+        ShowAndGoBack();
+        return s_treeMessages;
+    }
+
+private:
+    static inline int s_treeMessages = 0; // a hook is a plain function
+
+    static LRESULT CALLBACK CountTreeMessage(int code, WPARAM wParam, LPARAM lParam)
+    {
+        const auto& sent = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+        constexpr UINT afterTreeMessages = TV_FIRST + 0x100;
+        if (code == HC_ACTION && sent.message >= TV_FIRST && sent.message < afterTreeMessages &&
+            GetDlgCtrlID(sent.hwnd) == IDC_PATH_TREE) {
+            ++s_treeMessages;
+        }
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
 };
 INSTANTIATE_BOTH_SHAPES(PathEntry);
 
@@ -155,6 +185,16 @@ TEST_P(PathEntry, AListOfTenThousandEntriesOpensWithThoseThatCanBeRead)
     const auto start = std::chrono::steady_clock::now();
     ShowAndGoBack();
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+// Counted, so that a slow machine doesn't matter: each entry costs the same, however many there are.
+TEST_P(PathEntry, AVisitGrowsInProportionToTheEntriesOfAList)
+{
+    const int few = TreeMessages(100);
+    const int more = TreeMessages(200);
+    const int most = TreeMessages(500); // the longest list that is read has 512
+    EXPECT_GE(more - few, 3 * 100) << "each entry is made, read and passed";
+    EXPECT_EQ(most - more, 3 * (more - few));
 }
 
 TEST_P(PathEntry, AMapOfFiveThousandDirectoriesIsRead)
