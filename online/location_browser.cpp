@@ -1,6 +1,6 @@
 #include "online/location_browser.h"
 
-#include "frame/current_folder.h"
+#include "frame/file_browser.h"
 #include "frame/resource_text.h"
 #include "include/resource_ids.h"
 #include "online/location_rules.h"
@@ -17,19 +17,7 @@ const LocationKind FEED_LOCATION_KIND = {IDS_FEED_FILTER, IDS_FEED_FILTER_PATTER
 
 namespace {
 
-constexpr DWORD FILE_CAPACITY = 520; // characters, the closing zero included
-
-// Descriptions and patterns by turns, a zero behind each; the text's own closing zero ends the list.
-CString FilterOf(const LocationKind& kind)
-{
-    CString filter;
-    for (const unsigned int id : {kind.filterText, kind.filterPattern, IDS_ALL_FILES_FILTER + 0u,
-                                  IDS_ALL_FILES_FILTER_PATTERN + 0u}) {
-        filter += LoadResourceString(id);
-        filter += L'\0';
-    }
-    return filter;
-}
+constexpr DWORD FILE_CAPACITY = 520;
 
 CString DocumentsFolder()
 {
@@ -37,25 +25,16 @@ CString DocumentsFolder()
     return ::SHGetSpecialFolderPathW(nullptr, folder, CSIDL_PERSONAL, FALSE) ? CString(folder) : CString();
 }
 
-bool PickFile(HWND owner, const CString& title, const CString& filter, CString& path)
+bool PickFile(HWND owner, const LocationKind& kind, const CString& productName, CString& path)
 {
-    const CCurrentFolderKeeper currentFolder;
-    const CString folder = DocumentsFolder();
-    wchar_t file[FILE_CAPACITY] = {};
-    OPENFILENAMEW dialog = {};
-    dialog.lStructSize = sizeof dialog;
-    dialog.hwndOwner = owner;
-    dialog.lpstrFilter = filter;
-    dialog.lpstrFile = file;
-    dialog.nMaxFile = FILE_CAPACITY;
-    dialog.lpstrInitialDir = folder;
-    dialog.lpstrTitle = title;
-    dialog.Flags = OFN_HIDEREADONLY | OFN_FILEMUSTEXIST | OFN_EXPLORER;
-    if (!::GetOpenFileNameW(&dialog)) {
-        return false;
-    }
-    path = file;
-    return true;
+    FileDialog dialog;
+    dialog.title = FormatResource(IDS_BROWSE_FILE_TITLE, productName);
+    dialog.filter =
+        FileFilter({kind.filterText, kind.filterPattern, IDS_ALL_FILES_FILTER, IDS_ALL_FILES_FILTER_PATTERN});
+    dialog.folder = DocumentsFolder();
+    dialog.flags = OFN_HIDEREADONLY | OFN_FILEMUSTEXIST | OFN_EXPLORER;
+    dialog.capacity = FILE_CAPACITY;
+    return BrowseForFile(owner, dialog, path);
 }
 
 } // namespace
@@ -63,7 +42,7 @@ bool PickFile(HWND owner, const CString& title, const CString& filter, CString& 
 bool BrowseForLocation(HWND owner, const LocationKind& kind, const CString& productName, CString& path)
 {
     CString picked;
-    if (!PickFile(owner, FormatResource(IDS_BROWSE_FILE_TITLE, productName), FilterOf(kind), picked)) {
+    if (!PickFile(owner, kind, productName, picked)) {
         return false;
     }
     if (!kind.isOfKind(picked)) {

@@ -1,6 +1,6 @@
 #include "paths/path_browser.h"
 
-#include "frame/current_folder.h"
+#include "frame/file_browser.h"
 #include "frame/folder_browser.h"
 #include "frame/resource_text.h"
 #include "include/resource_ids.h"
@@ -9,17 +9,7 @@
 
 namespace {
 
-constexpr DWORD FILE_CAPACITY = 260; // characters, the closing zero included
-
-// A description and its pattern with a zero behind each; the text's own closing zero ends the list.
-CString AllFilesFilter()
-{
-    CString filter = LoadResourceString(IDS_ALL_FILES_FILTER);
-    filter += L'\0';
-    filter += LoadResourceString(IDS_ALL_FILES_FILTER_PATTERN);
-    filter += L'\0';
-    return filter;
-}
+constexpr DWORD FILE_CAPACITY = 260;
 
 } // namespace
 
@@ -30,21 +20,10 @@ bool PickPathFolder(HWND owner, CString& folder)
 
 bool PickPathFile(HWND owner, CString& file)
 {
-    const CCurrentFolderKeeper currentFolder;
-    const CString filter = AllFilesFilter();
-    const CString title = LoadResourceString(IDS_PATH_FILE_TITLE);
-    wchar_t picked[FILE_CAPACITY] = {};
-    OPENFILENAMEW dialog = {};
-    dialog.lStructSize = sizeof dialog;
-    dialog.hwndOwner = owner;
-    dialog.lpstrFilter = filter;
-    dialog.lpstrFile = picked;
-    dialog.nMaxFile = FILE_CAPACITY;
-    dialog.lpstrTitle = title;
-    dialog.Flags = OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT | OFN_FILEMUSTEXIST;
-    if (!::GetOpenFileNameW(&dialog)) {
-        return false;
-    }
-    file = picked;
-    return true;
+    FileDialog dialog;
+    dialog.title = LoadResourceString(IDS_PATH_FILE_TITLE);
+    dialog.filter = FileFilter({IDS_ALL_FILES_FILTER, IDS_ALL_FILES_FILTER_PATTERN});
+    dialog.flags = OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT | OFN_FILEMUSTEXIST;
+    dialog.capacity = FILE_CAPACITY;
+    return BrowseForFile(owner, dialog, file);
 }
