@@ -1,13 +1,17 @@
 // What a person built is built again from the answers in it, and what a person was doing from the file of --record.
+#include "automation/window_finder.h"
 #include "base/files.h"
 #include "include/resource_ids.h"
 #include "tests/by_hand/by_hand_fixture.h"
+
+#include <commctrl.h>
 
 #include <string>
 
 namespace {
 
 constexpr std::size_t LONGEST_TEXT = 1 << 20;
+constexpr wchar_t TYPED_PATH[] = L"C:\\\u00C4nderungen & more";
 
 class ReplayByHand : public ByHandTest
 {
@@ -27,6 +31,25 @@ protected:
         Type(page, control, text);
     }
 
+    // The first support folder by keys alone: its heading is selected when the page comes.
+    void EnterFirstPath(const CString& path)
+    {
+        HWND page = WaitFor(Shown::PathsPage);
+        WaitForFocus(page, IDC_PATH_TREE);
+        HWND tree = GetDlgItem(page, IDC_PATH_TREE);
+        const auto edit = [tree] {
+            return reinterpret_cast<HWND>(SendMessageW(tree, TVM_GETEDITCONTROL, 0, 0));
+        };
+        StrikeKey(VK_RIGHT);
+        StrikeKey(VK_DOWN);
+        StrikeKey(VK_F2);
+        WaitUntil(L"the path's edit", [&] { return edit() && GetFocused(page) == edit(); });
+        TypeText(path);
+        WaitUntil(L"the typed path", [&] { return WindowText(edit()) == path; });
+        StrikeKey(VK_RETURN);
+        WaitUntil(L"the end of the path's edit", [&] { return !edit() && GetFocused(page) == tree; });
+    }
+
     void Next(Shown shown)
     {
         WaitFor(shown);
@@ -44,7 +67,8 @@ protected:
         WaitUntil(L"the progress bar's choice",
                   [&] { return IsDlgButtonChecked(page, IDC_INSTALL_PROGRESS) != 0; });
         StrikeKey(VK_RETURN);
-        Next(Shown::PathsPage);
+        EnterFirstPath(TYPED_PATH);
+        StrikeKey(VK_RETURN);
         Check(WaitFor(Shown::ResourcesPage), IDC_PARTS_BAY, false);
         StrikeKey(VK_RETURN);
         page = WaitFor(Shown::NoticesPage);
@@ -102,6 +126,7 @@ TEST_F(ReplayByHand, WhatAPersonBuiltIsBuiltFromItsAnswersAgain)
     const CString first = Deployment(L"Office");
     EXPECT_GE(ReadOutcome(first).Find(L"\"\\\\server\\feeds\\site.xml\""), 0);
     EXPECT_GE(ReadOutcome(first).Find(L"\"Kept\""), 0);
+    EXPECT_GE(ReadOutcome(first).Find(L"\"" + CString(TYPED_PATH) + L";"), 0) << Utf8(ReadOutcome(first));
     Replay(first + L"\\Answers.txt", InFolder(L"Again"));
     const CString second = InFolder(L"Again\\Office");
     EXPECT_EQ(ReadOutcome(second), ReadOutcome(first));
@@ -113,6 +138,8 @@ TEST_F(ReplayByHand, WhatAPersonDidIsDoneAgainFromTheRecord)
     const CString record = InFolder(L"record.txt");
     BuildByHand(L"--record \"" + record + L"\"");
     EXPECT_LT(ReadText(record).Find(L"feed_not_found = no"), 0) << "the answer that kept the page";
+    EXPECT_GE(ReadText(record).Find(CString(L"\nsupport_path = ") + TYPED_PATH + L"\r\n"), 0)
+        << Utf8(ReadText(record));
     Replay(record, InFolder(L"Again"));
     EXPECT_EQ(ReadOutcome(InFolder(L"Again\\Office")), ReadOutcome(Deployment(L"Office")));
 }
