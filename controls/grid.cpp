@@ -171,7 +171,7 @@ void CGrid::ShowCurrentCell()
 BOOL CGrid::PreTranslateMessage(MSG* message)
 {
     const bool isSwitchingTabs = message->wParam == VK_TAB && IsKeyDown(VK_CONTROL); // the host's key
-    if (message->message != WM_KEYDOWN || isSwitchingTabs) {
+    if (!m_hWnd || message->message != WM_KEYDOWN || isSwitchingTabs) {
         return FALSE;
     }
     if (message->hwnd == m_edit && m_edit.IsWindowVisible()) {
@@ -376,10 +376,10 @@ void CGrid::PlaceEditor()
     }
 }
 
-LRESULT CGrid::OnScroll(UINT message, WPARAM wParam, LPARAM lParam, BOOL&)
+LRESULT CGrid::OnCellsMoved(UINT message, WPARAM wParam, LPARAM lParam, BOOL&)
 {
     const LRESULT result = DefWindowProc(message, wParam, lParam);
-    PlaceEditor(); // the system leaves it where it is
+    PlaceEditor(); // the list view leaves it where it is
     return result;
 }
 

@@ -28,10 +28,12 @@ public:
     MESSAGE_HANDLER(WM_SETFOCUS, OnSetFocus)
     MESSAGE_HANDLER(WM_KILLFOCUS, OnKillFocus)
     MESSAGE_HANDLER(WM_CTLCOLOREDIT, OnColorEdit)
-    MESSAGE_HANDLER(WM_HSCROLL, OnScroll)
-    MESSAGE_HANDLER(WM_VSCROLL, OnScroll)
-    MESSAGE_HANDLER(WM_MOUSEWHEEL, OnScroll)
-    MESSAGE_HANDLER(WM_MOUSEHWHEEL, OnScroll)
+    MESSAGE_HANDLER(WM_HSCROLL, OnCellsMoved)
+    MESSAGE_HANDLER(WM_VSCROLL, OnCellsMoved)
+    MESSAGE_HANDLER(WM_MOUSEWHEEL, OnCellsMoved)
+    MESSAGE_HANDLER(WM_MOUSEHWHEEL, OnCellsMoved)
+    MESSAGE_HANDLER(LVM_SCROLL, OnCellsMoved)
+    MESSAGE_HANDLER(LVM_SETCOLUMNWIDTH, OnCellsMoved)
     MESSAGE_HANDLER(LVM_INSERTCOLUMNA, OnInsertColumn)
     MESSAGE_HANDLER(LVM_INSERTCOLUMNW, OnInsertColumn)
     MESSAGE_HANDLER(LVM_DELETECOLUMN, OnDeleteColumn)
@@ -88,7 +90,7 @@ private:
     LRESULT OnSetFocus(UINT message, WPARAM former, LPARAM lParam, BOOL& handled);
     LRESULT OnKillFocus(UINT message, WPARAM next, LPARAM lParam, BOOL& handled);
     LRESULT OnColorEdit(UINT message, WPARAM dc, LPARAM control, BOOL& handled);
-    LRESULT OnScroll(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
+    LRESULT OnCellsMoved(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
     LRESULT OnInsertColumn(UINT message, WPARAM index, LPARAM column, BOOL& handled);
     LRESULT OnDeleteColumn(UINT message, WPARAM index, LPARAM lParam, BOOL& handled);
     LRESULT OnBeginLabelEdit(int id, NMHDR* header, BOOL& handled);
