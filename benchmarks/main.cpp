@@ -29,10 +29,15 @@ struct Group
     std::vector<Comparison> (*measure)(const BenchOptions&);
 };
 
-constexpr Group GROUPS[] = {{L"pages", MeasurePages},           {L"tabs", MeasureTabs},
-                            {L"start", MeasureStart},           {L"rows", MeasureRows},
-                            {L"paths", MeasurePaths},           {L"files", MeasureFiles},
-                            {L"build", MeasureDeployment},      {L"many-files", MeasureManyFiles},
+constexpr Group GROUPS[] = {{L"pages", MeasurePages},
+                            {L"tabs", MeasureTabs},
+                            {L"start", MeasureStart},
+                            {L"rows", MeasureRows},
+                            {L"paths", MeasurePaths},
+                            {L"files", MeasureFiles},
+                            {L"grid", MeasureGrid},
+                            {L"build", MeasureDeployment},
+                            {L"many-files", MeasureManyFiles},
                             {L"large-files", MeasureLargeFiles}};
 
 bool IsGroup(const CString& name)

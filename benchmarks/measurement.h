@@ -59,3 +59,4 @@ std::vector<Comparison> MeasureTabs(const BenchOptions& options);
 std::vector<Comparison> MeasureRows(const BenchOptions& options);
 std::vector<Comparison> MeasurePaths(const BenchOptions& options);
 std::vector<Comparison> MeasureFiles(const BenchOptions& options);
+std::vector<Comparison> MeasureGrid(const BenchOptions& options);
