@@ -1,5 +1,6 @@
 #include "controls/grid.h"
 
+#include "controls/grid_accessible.h"
 #include "window/gdi.h"
 
 namespace {
@@ -7,7 +8,6 @@ namespace {
 constexpr int GRID_FONT_HEIGHT = 14; // pixels of letters at the scale of 96
 constexpr int PLAIN_SCALE = 96;
 constexpr int CAPTION_MARGIN = 15; // pixels
-constexpr COLORREF UNFOCUSED_BACK_COLOR = 0xF0F0F0;
 constexpr DWORD LIST_STYLE = LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS;
 constexpr DWORD LIST_EX_STYLE = LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT;
 constexpr DWORD EDIT_STYLE = WS_CHILD | WS_CLIPSIBLINGS | WS_BORDER | ES_AUTOHSCROLL;
@@ -28,6 +28,11 @@ const LOGFONTW& GuiFontRecord()
     return record;
 }
 
+POINT PointOf(LPARAM place)
+{
+    return {static_cast<short>(LOWORD(place)), static_cast<short>(HIWORD(place))};
+}
+
 bool IsKeyDown(int key)
 {
     return ::GetKeyState(key) < 0;
@@ -37,6 +42,7 @@ bool IsKeyDown(int key)
 
 CGrid::~CGrid()
 {
+    Disconnect();
     // The list view may stay: it must neither call this object any more nor draw with its font.
     const CWindow list(UnsubclassWindow(TRUE));
     if (list && list.GetFont() == m_gridFont.get()) {
@@ -64,6 +70,7 @@ void CGrid::Initialise()
     SetCurrentCell(NO_GRID_CELL);
     m_columnCount = 0;
     m_bEditing = false;
+    m_edit.m_pGrid = this;
     const RECT nowhere = {};
     if (m_edit.Create(m_hWnd, &nowhere, L"GridEdit", EDIT_STYLE)) {
         // What is typed beyond it would be cut without a word.
@@ -134,12 +141,22 @@ void CGrid::SetCurrentCell(const GridCell& cell)
 {
     m_currentRow = cell.row;
     m_currentColumn = cell.column;
+    if (::GetFocus() == m_hWnd) {
+        Announce(EVENT_OBJECT_FOCUS);
+    }
 }
 
-GridCell CGrid::CellAt(LPARAM place) const
+void CGrid::GoToCell(const GridCell& cell)
+{
+    CommitOpenEditor();
+    SetCurrentCell(cell);
+    RedrawRows();
+}
+
+GridCell CGrid::CellAt(POINT place) const
 {
     LVHITTESTINFO hit = {};
-    hit.pt = {static_cast<short>(LOWORD(place)), static_cast<short>(HIWORD(place))};
+    hit.pt = place;
     SendMessage(LVM_SUBITEMHITTEST, 0, reinterpret_cast<LPARAM>(&hit));
     const GridCell cell = {hit.iItem, hit.iSubItem};
     return Size().Holds(cell) ? cell : NO_GRID_CELL;
@@ -157,7 +174,7 @@ void CGrid::ShowCurrentCell()
         return;
     }
     SendMessage(LVM_ENSUREVISIBLE, static_cast<WPARAM>(m_currentRow), FALSE);
-    if (const std::optional<RECT> cell = EditorPlace()) {
+    if (const std::optional<RECT> cell = CellPlace(CurrentCell())) {
         const int distance = GridScrollDistance(cell->left, cell->right, GetClientRect().right);
         if (distance != 0) {
             SendMessage(LVM_SCROLL, static_cast<WPARAM>(distance), 0);
@@ -227,7 +244,7 @@ LRESULT CGrid::OnLeftButtonDown(UINT, WPARAM, LPARAM place, BOOL&)
     CommitOpenEditor();
     // Before the hit test: the first click into a fresh grid finds the first cell current and opens it.
     SetFocus();
-    const GridCell cell = CellAt(place);
+    const GridCell cell = CellAt(PointOf(place));
     if (HasCurrentCell() && cell == CurrentCell()) {
         BeginEdit();
     } else {
@@ -240,7 +257,7 @@ LRESULT CGrid::OnLeftButtonDown(UINT, WPARAM, LPARAM place, BOOL&)
 LRESULT CGrid::OnLeftDoubleClick(UINT, WPARAM, LPARAM place, BOOL&)
 {
     CommitOpenEditor();
-    SetCurrentCell(CellAt(place));
+    SetCurrentCell(CellAt(PointOf(place)));
     if (HasCurrentCell()) {
         BeginEdit();
     }
@@ -257,14 +274,16 @@ LRESULT CGrid::OnOtherButtonDown(UINT, WPARAM, LPARAM, BOOL& handled)
 
 // ---- focus
 
-LRESULT CGrid::OnSetFocus(UINT, WPARAM former, LPARAM, BOOL& handled)
+LRESULT CGrid::OnSetFocus(UINT message, WPARAM former, LPARAM lParam, BOOL&)
 {
+    const LRESULT result = DefWindowProc(message, former, lParam);
     if (reinterpret_cast<HWND>(former) != m_hWnd && !HasCurrentCell()) {
         SetCurrentCell(IsKeyDown(VK_SHIFT) ? LastGridCell(Size()) : FirstGridCell(Size()));
+    } else {
+        Announce(EVENT_OBJECT_FOCUS); // behind what the list view says of its own rows
     }
     RedrawRows();
-    handled = FALSE;
-    return 0;
+    return result;
 }
 
 LRESULT CGrid::OnKillFocus(UINT, WPARAM, LPARAM, BOOL& handled)
@@ -332,35 +351,41 @@ void CGrid::CloseCellEditor(const LVITEMW& item)
     m_edit.ShowWindow(SW_HIDE);
     if (item.iItem != -1 && item.pszText && HasCurrentCell()) {
         SetCellText(m_currentRow, m_currentColumn, item.pszText);
+        Announce(EVENT_OBJECT_VALUECHANGE);
     }
     m_bEditing = false;
 }
 
-// In client pixels; of column 0 the whole row. None for a cell that isn't there.
-std::optional<RECT> CGrid::CellBounds(int column) const
+// Those of column 0 span the whole row.
+std::optional<RECT> CGrid::CellBounds(const GridCell& cell) const
 {
     RECT bounds = {};
     bounds.left = LVIR_BOUNDS;
-    bounds.top = column;
-    if (!Size().Holds({m_currentRow, column}) ||
-        !SendMessage(LVM_GETSUBITEMRECT, static_cast<WPARAM>(m_currentRow),
-                     reinterpret_cast<LPARAM>(&bounds))) {
+    bounds.top = cell.column;
+    if (!Size().Holds(cell) ||
+        !SendMessage(LVM_GETSUBITEMRECT, static_cast<WPARAM>(cell.row), reinterpret_cast<LPARAM>(&bounds))) {
         return std::nullopt;
     }
     return bounds;
 }
 
-std::optional<RECT> CGrid::EditorPlace() const
+std::optional<RECT> CGrid::CellPlace(const GridCell& cell) const
 {
-    const std::optional<RECT> bounds = CellBounds(m_currentColumn);
+    const std::optional<RECT> bounds = CellBounds(cell);
     if (!bounds) {
         return std::nullopt;
     }
     std::optional<int> nextLeft;
-    if (const std::optional<RECT> next = CellBounds(m_currentColumn + 1)) {
+    if (const std::optional<RECT> next = CellBounds({cell.row, cell.column + 1})) {
         nextLeft = next->left;
     }
-    return RectOf(GridEditorRectangle(ScreenRectangleOf(*bounds), m_currentColumn, nextLeft));
+    return RectOf(GridCellRectangle(ScreenRectangleOf(*bounds), cell.column, nextLeft));
+}
+
+std::optional<RECT> CGrid::EditorPlace() const
+{
+    const std::optional<RECT> cell = CellPlace(CurrentCell());
+    return cell ? std::optional(RectOf(GridEditorRectangle(ScreenRectangleOf(*cell)))) : std::nullopt;
 }
 
 void CGrid::PlaceEditor()
@@ -398,67 +423,51 @@ LRESULT CGrid::OnColumnChanged(int, NMHDR*, BOOL&)
     return result;
 }
 
-LRESULT CGrid::OnColorEdit(UINT, WPARAM dc, LPARAM control, BOOL& handled)
+// ---- screen readers
+
+CString CGrid::CellName(const GridCell& cell) const
 {
-    if (reinterpret_cast<HWND>(control) != m_edit) {
+    wchar_t caption[256] = {};
+    LVCOLUMNW column = {};
+    column.mask = LVCF_TEXT;
+    column.pszText = caption;
+    column.cchTextMax = 256;
+    SendMessage(LVM_GETCOLUMNW, static_cast<WPARAM>(cell.column), reinterpret_cast<LPARAM>(&column));
+    return CString(column.pszText) + L" " + NumberText(cell.row + 1);
+}
+
+void CGrid::Announce(DWORD event) const
+{
+    const int cell = GridCellNumber(CurrentCell(), Size());
+    if (cell != 0) {
+        ::NotifyWinEvent(event, m_hWnd, OBJID_CLIENT, cell);
+    }
+}
+
+LRESULT CGrid::OnGetObject(UINT, WPARAM flags, LPARAM object, BOOL& handled)
+{
+    if (static_cast<LONG>(object) != OBJID_CLIENT) {
         handled = FALSE;
         return 0;
     }
-    if (m_editBrushColor != m_normalBackColor) {
-        m_editBrush.reset(::CreateSolidBrush(m_normalBackColor));
-        m_editBrushColor = m_normalBackColor;
+    if (!m_accessible) {
+        m_accessible.Attach(new CGridAccessible(*this));
     }
-    const auto target = reinterpret_cast<HDC>(dc);
-    ::SetTextColor(target, m_normalTextColor);
-    ::SetBkColor(target, m_normalBackColor);
-    return reinterpret_cast<LRESULT>(m_editBrush.get());
+    return m_accessible->Offer(flags);
 }
 
-// ---- drawing
-
-LRESULT CGrid::OnCustomDraw(int, NMHDR* header, BOOL& handled)
+LRESULT CGrid::OnDestroy(UINT, WPARAM, LPARAM, BOOL& handled)
 {
-    if (header->hwndFrom !=
-        m_hWnd) { // the header reports to the list view too, with less than what is set here
-        handled = FALSE;
-        return CDRF_DODEFAULT;
-    }
-    auto& draw = *reinterpret_cast<NMLVCUSTOMDRAW*>(header);
-    const bool isCurrentRow = static_cast<int>(draw.nmcd.dwItemSpec) == m_currentRow;
-    switch (JudgeGridDrawing(draw.nmcd.dwDrawStage, isCurrentRow, draw.nmcd.uItemState)) {
-    case GridDrawing::AskForItems:
-        return CDRF_NOTIFYITEMDRAW;
-    case GridDrawing::AskForCells:
-        return CDRF_NOTIFYSUBITEMDRAW;
-    case GridDrawing::PlainRow:
-        draw.clrText = m_normalTextColor;
-        draw.clrTextBk = m_normalBackColor;
-        draw.nmcd.uItemState &= ~static_cast<UINT>(CDIS_SELECTED | CDIS_FOCUS); // or the colors don't count
-        return CDRF_DODEFAULT;
-    case GridDrawing::Cell:
-        draw.nmcd.uItemState = GRID_STATE_DRAWN;
-        SetColors(draw);
-        return CDRF_DODEFAULT;
-    case GridDrawing::Nothing:
-        return CDRF_DODEFAULT;
-    case GridDrawing::NotHandled:
-        break;
-    }
+    Disconnect();
     handled = FALSE;
-    return CDRF_DODEFAULT;
+    return 0;
 }
 
-void CGrid::SetColors(NMLVCUSTOMDRAW& draw) const
+// Who holds the object still gets an answer from it, which says that the window is gone.
+void CGrid::Disconnect()
 {
-    if (static_cast<int>(draw.nmcd.dwItemSpec) != m_currentRow) {
-        draw.clrText = m_normalTextColor;
-        draw.clrTextBk = m_normalBackColor;
-        return;
-    }
-    const bool isCurrentCell = draw.iSubItem == m_currentColumn;
-    draw.clrText = isCurrentCell ? m_cellTextColor : m_rowTextColor;
-    draw.clrTextBk = isCurrentCell ? m_cellBackColor : m_rowBackColor;
-    if (::GetFocus() != m_hWnd) {
-        draw.clrTextBk = UNFOCUSED_BACK_COLOR;
+    if (m_accessible) {
+        m_accessible->Disconnect();
+        m_accessible.Reset();
     }
 }

@@ -6,11 +6,14 @@
 // NM_CUSTOMDRAW to OnCustomDraw. Before it reads the cells it calls CommitOpenEditor.
 #pragma once
 
+#include "controls/accessible_proxy.h"
 #include "controls/grid_edit.h"
 #include "controls/grid_rules.h"
 #include "window/controls.h"
 #include "window/drawing_handles.h"
 #include "window/window_impl.h"
+
+#include <optional>
 
 class CGrid : public CWindowImpl<CGrid, CListViewCtrl>
 {
@@ -28,6 +31,8 @@ public:
     MESSAGE_HANDLER(WM_SETFOCUS, OnSetFocus)
     MESSAGE_HANDLER(WM_KILLFOCUS, OnKillFocus)
     MESSAGE_HANDLER(WM_CTLCOLOREDIT, OnColorEdit)
+    MESSAGE_HANDLER(WM_GETOBJECT, OnGetObject)
+    MESSAGE_HANDLER(WM_DESTROY, OnDestroy)
     MESSAGE_HANDLER(WM_HSCROLL, OnCellsMoved)
     MESSAGE_HANDLER(WM_VSCROLL, OnCellsMoved)
     MESSAGE_HANDLER(WM_MOUSEWHEEL, OnCellsMoved)
@@ -62,6 +67,17 @@ public:
     // Stores what stands in an open editor in its cell and closes it. Nothing without one.
     void CommitOpenEditor();
 
+    GridSize Size() const { return {GetItemCount(), m_columnCount}; }
+    GridCell CurrentCell() const { return {m_currentRow, m_currentColumn}; }
+    bool HasCurrentCell() const { return Size().Holds(CurrentCell()); }
+    // As a click on another cell does it: an open editor is stored.
+    void GoToCell(const GridCell& cell);
+    // In client pixels; none and no cell for what isn't there.
+    std::optional<RECT> CellPlace(const GridCell& cell) const;
+    GridCell CellAt(POINT place) const;
+    // What screen readers call it: its column's caption and the number of its row, counted from 1.
+    CString CellName(const GridCell& cell) const;
+
     // The grid's answer to the list view's NM_CUSTOMDRAW. Not handled: stages that it has no use for, and
     // notifications of other controls.
     LRESULT OnCustomDraw(int id, NMHDR* header, BOOL& handled);
@@ -90,6 +106,8 @@ private:
     LRESULT OnSetFocus(UINT message, WPARAM former, LPARAM lParam, BOOL& handled);
     LRESULT OnKillFocus(UINT message, WPARAM next, LPARAM lParam, BOOL& handled);
     LRESULT OnColorEdit(UINT message, WPARAM dc, LPARAM control, BOOL& handled);
+    LRESULT OnGetObject(UINT message, WPARAM flags, LPARAM object, BOOL& handled);
+    LRESULT OnDestroy(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
     LRESULT OnCellsMoved(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
     LRESULT OnInsertColumn(UINT message, WPARAM index, LPARAM column, BOOL& handled);
     LRESULT OnDeleteColumn(UINT message, WPARAM index, LPARAM lParam, BOOL& handled);
@@ -98,14 +116,12 @@ private:
     LRESULT OnColumnTrack(int id, NMHDR* header, BOOL& handled);
     LRESULT OnColumnChanged(int id, NMHDR* header, BOOL& handled);
 
+    void Disconnect();
     void Initialise();
     void MakeFonts();
 
-    GridCell CurrentCell() const { return {m_currentRow, m_currentColumn}; }
-    GridSize Size() const { return {GetItemCount(), m_columnCount}; }
-    bool HasCurrentCell() const { return Size().Holds(CurrentCell()); }
     void SetCurrentCell(const GridCell& cell);
-    GridCell CellAt(LPARAM place) const;
+    void Announce(DWORD event) const;
     bool HandleKey(WPARAM key);
     void ShowCurrentCell();
     void RedrawRows();
@@ -113,11 +129,12 @@ private:
     void BeginEdit();
     void OpenCellEditor();
     void CloseCellEditor(const LVITEMW& item);
-    std::optional<RECT> CellBounds(int column) const;
+    std::optional<RECT> CellBounds(const GridCell& cell) const;
     std::optional<RECT> EditorPlace() const;
     void PlaceEditor();
     void SetColors(NMLVCUSTOMDRAW& draw) const;
 
     CBrushOwner m_editBrush;
     COLORREF m_editBrushColor = CLR_INVALID; // of the brush
+    ComPtr<CAccessibleProxy> m_accessible;   // made when somebody asks
 };

@@ -1,6 +1,12 @@
 #include "controls/grid_edit.h"
 
+#include "controls/grid_accessible.h"
 #include "controls/grid_rules.h"
+
+CGridEdit::~CGridEdit()
+{
+    Disconnect();
+}
 
 bool CGridEdit::HandleKey(WPARAM key)
 {
@@ -28,6 +34,34 @@ LRESULT CGridEdit::OnKeyDown(UINT, WPARAM key, LPARAM, BOOL& handled)
 {
     handled = HandleKey(key);
     return 0;
+}
+
+LRESULT CGridEdit::OnGetObject(UINT, WPARAM flags, LPARAM object, BOOL& handled)
+{
+    if (static_cast<LONG>(object) != OBJID_CLIENT || !m_pGrid) {
+        handled = FALSE;
+        return 0;
+    }
+    if (!m_accessible) {
+        m_accessible.Attach(new CGridEditAccessible(m_hWnd, *m_pGrid));
+    }
+    return m_accessible->Offer(flags);
+}
+
+LRESULT CGridEdit::OnDestroy(UINT, WPARAM, LPARAM, BOOL& handled)
+{
+    Disconnect();
+    handled = FALSE;
+    return 0;
+}
+
+// Who holds the object still gets an answer from it, which says that the window is gone.
+void CGridEdit::Disconnect()
+{
+    if (m_accessible) {
+        m_accessible->Disconnect();
+        m_accessible.Reset();
+    }
 }
 
 void CGridEdit::ReadText()

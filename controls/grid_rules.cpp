@@ -91,6 +91,20 @@ GridCell LastGridCell(const GridSize& size)
     return size.Holds({0, 0}) ? GridCell{size.rows - 1, size.columns - 1} : NO_GRID_CELL;
 }
 
+int GridCellNumber(const GridCell& cell, const GridSize& size)
+{
+    return size.Holds(cell) ? cell.row * size.columns + cell.column + 1 : 0;
+}
+
+GridCell GridCellOfNumber(long number, const GridSize& size)
+{
+    if (number < 1 || number > static_cast<long>(size.rows) * size.columns) {
+        return NO_GRID_CELL;
+    }
+    const int index = static_cast<int>(number - 1);
+    return {index / size.columns, index % size.columns};
+}
+
 GridKeyAnswer AnswerGridKey(unsigned int key, const GridCell& current, const GridSize& size)
 {
     switch (key) {
@@ -124,12 +138,17 @@ EditorKeyAnswer AnswerEditorKey(unsigned int key)
     }
 }
 
-ScreenRectangle GridEditorRectangle(const ScreenRectangle& bounds, int column,
-                                    std::optional<int> nextColumnLeft)
+ScreenRectangle GridCellRectangle(const ScreenRectangle& bounds, int column,
+                                  std::optional<int> nextColumnLeft)
 {
     const int right = column == 0 && nextColumnLeft ? *nextColumnLeft : bounds.right;
+    return {bounds.left, bounds.top, right, bounds.bottom};
+}
+
+ScreenRectangle GridEditorRectangle(const ScreenRectangle& cell)
+{
     // One pixel beyond the cell on each side; the grid's lines, left and below, stay as they are.
-    return {bounds.left, bounds.top - 1, right + 1, bounds.bottom};
+    return {cell.left, cell.top - 1, cell.right + 1, cell.bottom};
 }
 
 int GridScrollDistance(int left, int right, int viewWidth)

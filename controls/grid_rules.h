@@ -31,6 +31,10 @@ struct GridSize
 [[nodiscard]] GridCell FirstGridCell(const GridSize& size);
 [[nodiscard]] GridCell LastGridCell(const GridSize& size);
 
+// Cells are numbered row by row from 1; 0 is no cell.
+[[nodiscard]] int GridCellNumber(const GridCell& cell, const GridSize& size);
+[[nodiscard]] GridCell GridCellOfNumber(long number, const GridSize& size);
+
 // ---- keys; their values are the system's
 
 inline constexpr unsigned int GRID_KEY_TAB = 0x09;
@@ -65,10 +69,12 @@ struct EditorKeyAnswer
 
 // ---- places
 
-// Where the editor lies over a cell. `bounds` is the rectangle of the cell, which spans the whole row in column 0; that one
-// ends where the next column begins, if there is one.
-[[nodiscard]] ScreenRectangle GridEditorRectangle(const ScreenRectangle& bounds, int column,
-                                                  std::optional<int> nextColumnLeft);
+// The rectangle of a cell. Of the list view's `bounds` those of column 0 span the whole row; the cell ends where the next
+// column begins, if there is one.
+[[nodiscard]] ScreenRectangle GridCellRectangle(const ScreenRectangle& bounds, int column,
+                                                std::optional<int> nextColumnLeft);
+// Where the editor lies over that rectangle.
+[[nodiscard]] ScreenRectangle GridEditorRectangle(const ScreenRectangle& cell);
 
 // How far a view of that width has to scroll to the right (below zero: to the left) to show the cell between both
 // edges; of one that is wider than the view the left edge.

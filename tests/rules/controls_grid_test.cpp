@@ -167,14 +167,31 @@ TEST(GridRules, OtherKeysAreTheEditors)
 
 TEST(GridRules, TheEditorReachesAPixelBeyondTheCellAboveAndAtTheRight)
 {
-    EXPECT_EQ(GridEditorRectangle({100, 40, 180, 60}, 1, std::nullopt), (ScreenRectangle{100, 39, 181, 60}));
-    EXPECT_EQ(GridEditorRectangle({100, 40, 180, 60}, 1, 500), (ScreenRectangle{100, 39, 181, 60}));
+    EXPECT_EQ(GridEditorRectangle({100, 40, 180, 60}), (ScreenRectangle{100, 39, 181, 60}));
 }
 
-TEST(GridRules, TheEditorOfTheFirstColumnEndsAtTheSecond)
+TEST(GridRules, ACellOfTheFirstColumnEndsAtTheSecond)
 {
-    EXPECT_EQ(GridEditorRectangle({0, 40, 180, 60}, 0, 100), (ScreenRectangle{0, 39, 101, 60}));
-    EXPECT_EQ(GridEditorRectangle({0, 40, 180, 60}, 0, std::nullopt), (ScreenRectangle{0, 39, 181, 60}));
+    EXPECT_EQ(GridCellRectangle({0, 40, 180, 60}, 0, 100), (ScreenRectangle{0, 40, 100, 60}));
+    EXPECT_EQ(GridCellRectangle({0, 40, 180, 60}, 0, std::nullopt), (ScreenRectangle{0, 40, 180, 60}));
+    EXPECT_EQ(GridCellRectangle({100, 40, 180, 60}, 1, 500), (ScreenRectangle{100, 40, 180, 60}));
+}
+
+TEST(GridRules, CellsAreNumberedRowByRowFromOne)
+{
+    int number = 0;
+    for (int row = 0; row < THREE_BY_TWO.rows; ++row) {
+        for (int column = 0; column < THREE_BY_TWO.columns; ++column) {
+            EXPECT_EQ(GridCellNumber({row, column}, THREE_BY_TWO), ++number);
+            EXPECT_EQ(GridCellOfNumber(number, THREE_BY_TWO), (GridCell{row, column}));
+        }
+    }
+    for (const long none : {-1L, 0L, 7L}) {
+        EXPECT_EQ(GridCellOfNumber(none, THREE_BY_TWO), NO_GRID_CELL) << none;
+    }
+    EXPECT_EQ(GridCellNumber(NO_GRID_CELL, THREE_BY_TWO), 0);
+    EXPECT_EQ(GridCellNumber({0, 2}, THREE_BY_TWO), 0);
+    EXPECT_EQ(GridCellOfNumber(1, {3, 0}), NO_GRID_CELL);
 }
 
 TEST(GridRules, ACellIsScrolledIntoTheViewByTheLeastDistance)
