@@ -1,6 +1,8 @@
 // The editor: where it lies while columns change and the list scrolls, long texts, and grids without cells.
 #include "tests/controls/grid_fixture.h"
 
+#include <algorithm>
+
 namespace {
 
 class GridEditor : public GridTest
@@ -10,15 +12,26 @@ protected:
     {
         return static_cast<int>(SendMessageW(list, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column), 0));
     }
-    // By the header's edge, as a person does.
-    void DragEdge(int column, int distance)
+    POINT EdgeOf(int column) const
     {
         RECT item = {};
         SendMessageW(Header(), HDM_GETITEMRECT, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
-        const int y = item.bottom / 2;
-        SendMessageW(Header(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(item.right - 1, y));
-        SendMessageW(Header(), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(item.right - 1 + distance, y));
-        SendMessageW(Header(), WM_LBUTTONUP, 0, MAKELPARAM(item.right - 1 + distance, y));
+        return {item.right - 1, item.bottom / 2};
+    }
+    // By the header's edge, as a person does.
+    void DragEdge(int column, int distance)
+    {
+        const POINT edge = EdgeOf(column);
+        SendMessageW(Header(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(edge.x, edge.y));
+        SendMessageW(Header(), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(edge.x + distance, edge.y));
+        SendMessageW(Header(), WM_LBUTTONUP, 0, MAKELPARAM(edge.x + distance, edge.y));
+    }
+    LRESULT NotifyFromHeader(UINT code) const
+    {
+        NMHEADERW notification = {};
+        notification.hdr.hwndFrom = Header();
+        notification.hdr.code = code;
+        return SendMessageW(list, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notification));
     }
 };
 
@@ -91,22 +104,43 @@ TEST_F(GridEditor, AColumnThatTheProgramResizesTakesItAlong)
     ExpectEditorOver(1, 1);
 }
 
-TEST_F(GridEditor, TheNotificationsOfTrackingPlaceItAndReachTheListView)
+// As systems do that move the edge while it is dragged, before tracking ends.
+TEST_F(GridEditor, AnEdgeThatMovesWhileItIsDraggedTakesItAlong)
+{
+    MakeGrid();
+    Edit(1, 1);
+    CWindow(Header()).ModifyStyle(0, HDS_FULLDRAG);
+    const int former = ColumnWidth(0);
+    const POINT edge = EdgeOf(0);
+    SendMessageW(Header(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(edge.x, edge.y));
+    SendMessageW(Header(), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(edge.x + 30, edge.y));
+    EXPECT_EQ(ColumnWidth(0), former + 30);
+    ExpectEditorOver(1, 1);
+    SendMessageW(Header(), WM_LBUTTONUP, 0, MAKELPARAM(edge.x + 30, edge.y));
+    ExpectEditorOver(1, 1);
+}
+
+TEST_F(GridEditor, TheNotificationsOfTrackingPlaceItAndDrawTheListAgain)
 {
     MakeGrid();
     for (const UINT code : {static_cast<UINT>(HDN_BEGINTRACKW), static_cast<UINT>(HDN_ENDTRACKW)}) {
         Edit(1, 1);
         grid.m_edit.MoveWindow({0, 0, 5, 5});
-        NMHEADERW notification = {};
-        notification.hdr.hwndFrom = Header();
-        notification.hdr.code = code;
-        EXPECT_EQ(SendMessageW(list, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notification)), 0)
-            << "it was stopped";
+        EXPECT_EQ(NotifyFromHeader(code), 0) << "it was stopped";
         ExpectEditorOver(1, 1);
         EXPECT_TRUE(GetUpdateRect(list, nullptr, FALSE)) << "nothing is drawn again";
         EXPECT_TRUE(GetUpdateRect(grid.m_edit, nullptr, FALSE));
         Paint();
     }
+}
+
+// The list view hands the end of tracking on to its parent.
+TEST_F(GridEditor, TheNotificationsOfTrackingReachTheListView)
+{
+    MakeGrid();
+    notifications.clear();
+    NotifyFromHeader(static_cast<UINT>(HDN_ENDTRACKW));
+    EXPECT_EQ(std::count(notifications.begin(), notifications.end(), static_cast<UINT>(HDN_ENDTRACKW)), 1);
 }
 
 TEST_F(GridEditor, ResizingWithoutAnEditorOpensNone)

@@ -113,9 +113,12 @@ LRESULT CALLBACK GridTest::Procedure(HWND window, UINT message, WPARAM wParam, L
     }
     auto* test = reinterpret_cast<GridTest*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     const HWND control = NotifyingControl(window, message, wParam, lParam);
-    if (test && message == WM_NOTIFY && control == test->list) {
+    if (test && message == WM_NOTIFY) {
         test->notifications.push_back(reinterpret_cast<NMHDR*>(lParam)->code);
-        return SendMessageW(control, message + reflectionOffset, wParam, lParam); // as a page's frame does
+        if (control == test->list) {
+            return SendMessageW(control, message + reflectionOffset, wParam,
+                                lParam); // as a page's frame does
+        }
     }
     return DefWindowProcW(window, message, wParam, lParam);
 }

@@ -66,7 +66,7 @@ protected:
     HWND list = nullptr;
     HWND after = nullptr;
     CGrid grid;
-    std::vector<UINT> notifications; // codes that the list sent the window
+    std::vector<UINT> notifications; // codes of what came from the list and its header
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

@@ -197,6 +197,29 @@ TEST_F(GridSetup, NothingIsLeftOfAGridThatWasUsed)
     EXPECT_EQ(DescribeChange(former, ReadProcessState()), CString());
 }
 
+TEST_F(GridSetup, MovesAndEditsLeaveNothingBehind)
+{
+    MakeGrid();
+    const auto use = [this] {
+        Edit(0, 0);
+        Type(L"typed");
+        for (int cell = 0; cell < 6; ++cell) {
+            Key(VK_TAB);
+        }
+        Click(MiddleOf(1, 1));
+        Key(VK_UP);
+        grid.SetColumnWidth(0, 90);
+        grid.SetColumnWidth(0, 100);
+        Paint();
+    };
+    use();
+    const ProcessState former = ReadProcessState();
+    for (int round = 0; round < 20; ++round) {
+        use();
+    }
+    EXPECT_EQ(DescribeChange(former, ReadProcessState()), CString());
+}
+
 TEST_F(GridSetup, TheEditorsBrushIsMadeOnceAColor)
 {
     MakeGrid();
