@@ -19,6 +19,7 @@ import tomllib
 AREAS = {
     "base": ("base",),
     "frame": ("frame", "window", "controls", "include"),
+    "controls": ("controls",),
     "pages": ("pages",),
     "online": ("online",),
     "paths": ("paths",),
