@@ -1,5 +1,6 @@
 #include "builder/added_files.h"
 
+#include "builder/addition_findings.h"
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
 #include "builder/cabinet.h"
@@ -161,33 +162,21 @@ void SetLooseTarget(const BuildDatabase& database, const AdditionPlaces& places,
     file.strTarget = JoinFolder(FolderAbove(database.strTarget), place->second);
 }
 
-void WarnOfDrives(AddedFiles& added, const CString& product, const DatabaseSnapshot& snapshot)
+void WarnOfDrives(AddedFiles& added, const CString& product)
 {
-    for (const CString& drive : FindUserDrives(snapshot)) {
+    for (const CString& drive : added.drives) {
         added.warnings.push_back(L"The drive " + drive + L" was added to " + product +
                                  L". On a workstation without that drive the installation fails.");
     }
 }
 
-void WarnOfIncompleteAdditions(AddedFiles& added, const CString& product)
+void WarnOrRefuse(AddedFiles& added, const std::vector<AdditionFinding>& findings)
 {
-    for (const IncompleteAddition& stray : added.additions.strays) {
-        added.warnings.push_back(
-            L"The addition \"" + stray.strName + L"\" to " + product +
-            L" was never completed, or only half removed, and is left out of the deployment. Remove it "
-            L"from the additional files, and add it again if it is wanted.");
-    }
-    for (const CString& step : added.additions.straySteps) {
-        added.warnings.push_back(L"A drive (" + step + L") was only half removed from " + product +
-                                 L". What was left of it is left out of the deployment.");
-    }
-}
-
-void WarnOfProductNames(AddedFiles& added, const CString& product, const DatabaseSnapshot& snapshot)
-{
-    for (const CString& source : FindProductNames(snapshot, added.additions)) {
-        added.warnings.push_back(L"The added file \"" + source + L"\" takes the place of one of " + product +
-                                 L": the product has a file of that name in the same folder.");
+    for (const AdditionFinding& finding : findings) {
+        if (finding.Blocks()) {
+            throw BuildFailure{finding.code, finding.strReason};
+        }
+        added.warnings.push_back(finding.strReason);
     }
 }
 
@@ -250,19 +239,16 @@ AddedFiles DecideAddedFiles(const BuildDatabase& database, const AdditionPlaces&
     AddedFiles added;
     added.additions = FindUserAdditions(snapshot);
     added.additions.bLoose = places.now.bLoose;
+    added.drives = FindUserDrives(snapshot);
     // Of a drive with nothing on it too: it stands among the folders that the installer resolves.
-    WarnOfDrives(added, product, snapshot);
+    WarnOfDrives(added, product);
     if (!added.IsNeeded()) {
         return added;
     }
-    WarnOfIncompleteAdditions(added, product);
-    if (!added.additions.files.empty()) {
-        WarnOfProductNames(added, product, snapshot);
+    for (const AdditionFinding& finding : FindLeftOut(added.additions, product)) {
+        added.warnings.push_back(finding.strReason);
     }
-    const CString clash = FindSameTarget(added.additions);
-    if (!clash.IsEmpty()) {
-        throw BuildFailure{BUILD_ALREADY_EXISTS, clash};
-    }
+    WarnOrRefuse(added, FindTargetClashes(snapshot, added.additions, product));
     CSourceFinder finder(database, places);
     for (UserFile& file : added.additions.files) {
         if (added.additions.bLoose) {
@@ -289,7 +275,7 @@ void RefuseMissingFile(const CString& product, const CString& source)
     throw BuildFailure{BUILD_FILE_NOT_FOUND,
                        Sentence(product, source,
                                 L"is no longer there. Put it back, or remove it from the additional "
-                                L"files, and start the build again.")};
+                                L"files.")};
 }
 
 void RequirePackable(const CString& product, const CString& source, std::uint64_t size)

@@ -23,6 +23,7 @@ struct AddedFiles
 {
     UserAdditions additions;           // each file with its size and where its bytes come from
     std::vector<UserCabinet> cabinets; // none when the files lie loose
+    std::vector<CString> drives;       // `X:`
     std::vector<CString> warnings;     // sentences
 
     // The database is made anew then: added files may have changed although no row did.

@@ -42,6 +42,8 @@ public:
         : m_records(TableToRead(database, L"TarnCustomFile")), m_files(TableToRead(database, L"File")),
           m_components(TableToRead(database, L"Component")),
           m_directories(TableToRead(database, L"Directory")),
+          m_actions(TableToRead(database, L"CustomAction")),
+          m_steps(TableToRead(database, L"InstallExecuteSequence")),
           m_featureKeys(UserKeysIn(database, L"FeatureComponents", L"Component_"))
     {
     }
@@ -70,18 +72,24 @@ public:
     }
 
 private:
-    // The directory and all that it lies in are there, as far as they were added.
+    // The directory and all that it lies in are there, as far as they were added, and the drive can be found.
     bool LiesInAFolder(const CString& directory) const
     {
         CString key = directory;
         for (std::size_t depth = 0; depth <= MAX_DEPTH; ++depth) {
-            if (!IsUserKey(key)) {
-                return true; // the product's own, for better or worse
-            }
             if (!m_directories.Has(key)) {
                 return false;
             }
-            key = m_directories.Value(m_directories.Rows().at({key}), L"Directory_Parent");
+            if (!IsUserKey(key)) {
+                return true; // the product's own, wherever that lies
+            }
+            const RowValues& row = m_directories.Rows().at({key});
+            const CString parent = m_directories.Value(row, L"Directory_Parent");
+            if (parent == L"TARGETDIR" && !m_records.Has(key)) {
+                // A drive: without its step the installer would make a folder DRIVE_X on some other drive.
+                return m_actions.Has(key) && m_steps.Has(key);
+            }
+            key = parent;
         }
         return false;
     }
@@ -95,6 +103,8 @@ private:
     ReadTable m_files;
     ReadTable m_components;
     ReadTable m_directories;
+    ReadTable m_actions;
+    ReadTable m_steps;
     std::set<CString> m_featureKeys;
 };
 

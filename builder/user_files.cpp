@@ -2,6 +2,7 @@
 
 #include "base/ascii.h"
 #include "base/guid_text.h"
+#include "builder/addition_targets.h"
 #include "builder/build_names.h"
 #include "builder/media_numbers.h"
 #include "builder/named_table.h"
@@ -166,6 +167,30 @@ void HideSourcePaths(const WriteTable& records, const UserAdditions& additions)
     }
 }
 
+// A folder whose path can't be known is one of its own.
+CString PathOrKey(const CTargetFolders& targets, const CString& directory)
+{
+    const CString& path = targets.Find(directory);
+    return path.IsEmpty() ? L"[" + directory + L"]" : path;
+}
+
+void FindTargets(const DatabaseSnapshot& database, UserAdditions& additions)
+{
+    if (additions.files.empty() && additions.folders.empty()) {
+        return;
+    }
+    const CTargetFolders targets(database);
+    for (UserFolder& folder : additions.folders) {
+        folder.strInstalled = PathOrKey(targets, folder.strKey);
+        folder.strShown = targets.Shown(folder.strInstalled);
+    }
+    for (UserFile& file : additions.files) {
+        const CString folder = PathOrKey(targets, file.strFolder);
+        file.strInstalled = TargetBelow(folder, file.strName);
+        file.strShownFolder = targets.Shown(folder);
+    }
+}
+
 // In the order in which they fill the features.
 std::vector<CString> ComponentsOf(const UserAdditions& additions)
 {
@@ -173,7 +198,9 @@ std::vector<CString> ComponentsOf(const UserAdditions& additions)
     for (const UserFile& file : additions.files) {
         keys.push_back(file.strKey);
     }
-    keys.insert(keys.end(), additions.folders.begin(), additions.folders.end());
+    for (const UserFolder& folder : additions.folders) {
+        keys.push_back(folder.strKey);
+    }
     return keys;
 }
 
@@ -210,11 +237,12 @@ UserAdditions FindUserAdditions(const DatabaseSnapshot& database)
         for (const auto& [key, row] : records.Rows()) {
             if (IsUserKey(key.front()) && records.Value(row, L"Flags") == FOLDER_FLAGS &&
                 strays.count(key.front()) == 0) {
-                additions.folders.push_back(key.front());
+                additions.folders.push_back({key.front(), CString(), CString()});
             }
         }
     }
     if (!files.Exists()) {
+        FindTargets(database, additions);
         return additions;
     }
     for (const auto& [key, row] : files.Rows()) {
@@ -233,55 +261,8 @@ UserAdditions FindUserAdditions(const DatabaseSnapshot& database)
     std::stable_sort(
         additions.files.begin(), additions.files.end(),
         [](const UserFile& left, const UserFile& right) { return left.sequence < right.sequence; });
+    FindTargets(database, additions);
     return additions;
-}
-
-CString FindSameTarget(const UserAdditions& additions)
-{
-    struct TargetLess
-    {
-        bool operator()(const UserFile* left, const UserFile* right) const
-        {
-            const int folders = left->strFolder.Compare(right->strFolder);
-            return folders ? folders < 0 : left->strName.CompareNoCase(right->strName) < 0;
-        }
-    };
-    std::set<const UserFile*, TargetLess> targets;
-    for (const UserFile& file : additions.files) {
-        const auto [first, isNew] = targets.insert(&file);
-        if (!isNew) {
-            return L"Both \"" + (*first)->strSource + L"\" and \"" + file.strSource +
-                   L"\" were added to one folder under the name \"" + file.strName +
-                   L"\". Remove one of them.";
-        }
-    }
-    return {};
-}
-
-std::vector<CString> FindProductNames(const DatabaseSnapshot& database, const UserAdditions& additions)
-{
-    std::map<CString, std::map<CString, CString, CompareNoCaseLess>> added; // sources by folder and name
-    for (const UserFile& file : additions.files) {
-        added[file.strFolder][file.strName] = file.strSource;
-    }
-    std::vector<CString> sources;
-    const ReadTable files = TableToRead(database, L"File");
-    const ReadTable components = TableToRead(database, L"Component");
-    for (const auto& [key, row] : files.Rows()) {
-        const CString component = files.Value(row, L"Component_");
-        if (IsUserKey(key.front()) || !components.Has(component)) {
-            continue;
-        }
-        const auto folder = added.find(components.Value(components.Rows().at({component}), L"Directory_"));
-        if (folder == added.end()) {
-            continue;
-        }
-        const auto file = folder->second.find(LongName(files.Value(row, L"FileName")));
-        if (file != folder->second.end()) {
-            sources.push_back(file->second);
-        }
-    }
-    return sources;
 }
 
 std::vector<CString> FindUserDrives(const DatabaseSnapshot& database)

@@ -30,6 +30,8 @@ struct UserFile
     CString strSource;            // full path; or the name alone, in a database that came with a deployment
     std::uint64_t storedSize = 0; // when it was added, or built before
     int sequence = 0;
+    CString strInstalled;   // its full path on a workstation (addition_targets.h)
+    CString strShownFolder; // the folder of that, as a person reads it
 
     std::uint64_t size = 0; // now, in bytes
     UserFileOrigin origin = UserFileOrigin::Source;
@@ -37,12 +39,19 @@ struct UserFile
     CString strTarget;  // of a loose file: relative to the deployment
 };
 
+struct UserFolder
+{
+    CString strKey;
+    CString strInstalled;
+    CString strShown; // that, as a person reads it
+};
+
 struct UserAdditions
 {
     std::vector<UserFile> files;            // in the order in which they were added
     std::vector<IncompleteAddition> strays; // of files and folders, to be left out
     std::vector<CString> straySteps;        // what is left of drives that were only half removed
-    std::vector<CString> folders;           // keys of those that were added
+    std::vector<UserFolder> folders;        // in the order of their keys
     bool bBuiltBefore = false;              // the database names cabinets of an earlier build
     bool bLoose = false;                    // they aren't packed, but lie in folders; the caller's to fill
 
@@ -69,13 +78,6 @@ constexpr std::uint64_t MAX_USER_FILE_BYTES = 2032ull << 20;
 [[nodiscard]] bool IsUserCabinet(const CString& fileName);
 
 [[nodiscard]] UserAdditions FindUserAdditions(const DatabaseSnapshot& database);
-
-// Two added files that would become one on the workstation, as a sentence; empty when there are none.
-[[nodiscard]] CString FindSameTarget(const UserAdditions& additions);
-
-// Sources of added files that meet a file of the product under the same name in the same folder.
-[[nodiscard]] std::vector<CString> FindProductNames(const DatabaseSnapshot& database,
-                                                    const UserAdditions& additions);
 
 // The drives that were added, as `X:`.
 [[nodiscard]] std::vector<CString> FindUserDrives(const DatabaseSnapshot& database);

@@ -368,6 +368,39 @@ TEST_P(RefusedFilesTest, TwoFilesThatWouldBecomeOneAreRefused)
     ExpectRefused(183, {first, second, L"Remove one of them"});
 }
 
+// Renamed folders meet without a word of the page, and one file would be lost on every workstation.
+TEST_P(RefusedFilesTest, FilesThatMeetInTwoFoldersOfOneNameAreRefused)
+{
+    const CString first = Source(L"a\\same.txt", "1");
+    const CString second = Source(L"b\\same.txt", "2");
+    added.AddFile(first, added.AddFolder(L"Company", L"INSTALLDIR"));
+    added.AddFile(second, added.AddFolder(L"COMPANY", L"INSTALLDIR"));
+    ExpectRefused(183, {first, second, L"Remove one of them"});
+    EXPECT_EQ(build.steps.size(), 1u) << "more was done than checking";
+}
+
+TEST_P(RefusedFilesTest, AFolderInThePlaceOfAFileIsRefused)
+{
+    added.AddFolder(L"readme.txt", L"INSTALLDIR");
+    ExpectRefused(183, {L"\"readme.txt\"", L"Zolt 2027", L"Rename the folder"});
+    EXPECT_EQ(build.steps.size(), 1u) << "more was done than checking";
+}
+
+// Without its step the installer would make a folder DRIVE_Q on some other drive.
+TEST_P(RefusedFilesTest, AFileOnADriveThatWasAddedHalfIsLeftOutAndReported)
+{
+    const CString drive = L"TARN_0D7A5C1E_0000_4000_8000_000000000001";
+    build.Change(L"INSERT INTO `Directory` (`Directory`,`Directory_Parent`,`DefaultDir`) VALUES ('" + drive +
+                 L"','TARGETDIR','DRIVE_Q')");
+    build.Change(L"INSERT INTO `CustomAction` (`Action`,`Type`,`Source`,`Target`) VALUES ('" + drive +
+                 L"',51,'" + drive + L"','Q:')");
+    const CString lost = added.AddFile(Source(L"on drive.txt", "1"), drive);
+    added.AddFile(Source(L"whole.txt", "2"), L"INSTALLDIR");
+    BuildIt();
+    ExpectWarned(L"\"on drive.txt\"");
+    EXPECT_EQ(BuiltRowsNaming(lost), L"");
+}
+
 TEST_P(RefusedFilesTest, ASourcePathOfAnyLengthIsRefusedInWords)
 {
     added.AddFile(sources / CString(L'n', 70000), L"INSTALLDIR");

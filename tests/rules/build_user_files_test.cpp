@@ -1,6 +1,6 @@
 // What becomes of added files in the database that is built, decided on snapshots.
 #include "builder/user_files.h"
-#include "tests/rules/user_key.h"
+#include "tests/rules/snapshot_with_additions.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
@@ -9,70 +9,9 @@
 
 namespace {
 
-// A product with one file of its own, sequence 7, on one medium that says it ends at 9.
-class FinishedFiles : public testing::Test
+class FinishedFiles : public SnapshotWithAdditions
 {
 protected:
-    FinishedFiles()
-    {
-        database[L"File"] = {{L"File", L"Component_", L"FileName", L"FileSize", L"Attributes", L"Sequence"},
-                             {L"s72", L"s72", L"l255", L"i4", L"I2", L"i2"},
-                             1,
-                             {}};
-        database[L"Component"] = {{L"Component", L"Directory_"}, {L"s72", L"s72"}, 1, {}};
-        database[L"Media"] = {{L"DiskId", L"LastSequence", L"Cabinet"}, {L"i2", L"i2", L"S255"}, 1, {}};
-        database[L"TarnCustomFile"] = {
-            {L"Component_", L"SourceFileName", L"Flags"}, {L"s72", L"S0", L"I4"}, 1, {}};
-        database[L"Feature"] = {{L"Feature", L"Directory_"}, {L"s38", L"S72"}, 1, {}};
-        database[L"FeatureComponents"] = {{L"Feature_", L"Component_"}, {L"s38", L"s72"}, 2, {}};
-        database[L"CreateFolder"] = {{L"Directory_", L"Component_"}, {L"s72", L"s72"}, 2, {}};
-        database[L"CustomAction"] = {{L"Action"}, {L"s72"}, 1, {}};
-        database[L"Directory"] = {
-            {L"Directory", L"DefaultDir", L"Directory_Parent"}, {L"s72", L"l255", L"S72"}, 1, {}};
-        database[L"InstallExecuteSequence"] = {{L"Action", L"Sequence"}, {L"s72", L"I2"}, 1, {}};
-        Row(L"File", {L"Own", L"Own", L"own.txt", L"1", L"8192", L"7"});
-        Row(L"Media", {L"3", L"9", L""});
-        for (const wchar_t* folder : {L"INSTALLDIR", L"OTHER", L"TARGETDIR"}) {
-            Row(L"Directory", {folder, folder, L""});
-        }
-    }
-
-    void Row(const wchar_t* table, const RowValues& values)
-    {
-        database[table].rows[{values.front()}] = values;
-    }
-
-    void AddFile(int number, const CString& name, int sequence, const CString& folder = L"INSTALLDIR")
-    {
-        const CString key = UserKey(number);
-        Row(L"File", {key, key, name + L"|" + name, L"5", L"0", NumberText(sequence)});
-        Row(L"Component", {key, folder});
-        PairRow(L"FeatureComponents", L"_UserDeploymentFile", key);
-        PairRow(L"CreateFolder", folder, key);
-        Row(L"TarnCustomFile", {key, L"C:\\Private\\" + name, L"0"});
-    }
-
-    void AddFolder(int number, const CString& name, const CString& parent = L"INSTALLDIR")
-    {
-        const CString key = UserKey(number);
-        Row(L"Directory", {key, name, parent});
-        Row(L"Component", {key, key});
-        PairRow(L"FeatureComponents", L"_UserDeploymentFile", key);
-        PairRow(L"CreateFolder", key, key);
-        Row(L"TarnCustomFile", {key, name, L"2"});
-    }
-
-    void PairRow(const wchar_t* table, const CString& first, const CString& second)
-    {
-        database[table].rows[{first, second}] = {first, second};
-    }
-
-    // Takes away what one step of an addition has written.
-    void Lose(const wchar_t* table, const CString& key)
-    {
-        std::erase_if(database[table].rows, [&](const auto& row) { return row.first.back() == key; });
-    }
-
     // The tables, but that of directories, in which a row still names the key.
     CString TablesNaming(const CString& key) const
     {
@@ -112,15 +51,6 @@ protected:
         additions.bLoose = true;
         return FinishUserAdditions(database, additions, {}, false);
     }
-
-    CString Value(const wchar_t* table, const CString& key, std::size_t column) const
-    {
-        const auto& rows = database.at(table).rows;
-        const auto row = rows.find({key});
-        return row == rows.end() ? CString(L"(none)") : row->second[column];
-    }
-
-    DatabaseSnapshot database;
 };
 
 } // namespace
@@ -288,26 +218,6 @@ TEST_F(FinishedFiles, StandardActionsThatThePackageHasKeepTheirNumbers)
     EXPECT_EQ(Finish(), L"");
     EXPECT_EQ(Value(L"InstallExecuteSequence", L"InstallFiles", 1), L"5000");
     EXPECT_EQ(Value(L"InstallExecuteSequence", L"CreateFolders", 1), L"3700");
-}
-
-TEST_F(FinishedFiles, OneNameInTwoFoldersIsNoClashButInOneFolderInAnyCase)
-{
-    AddFile(1, L"a.txt", 8);
-    AddFile(2, L"A.TXT", 9, L"OTHER");
-    EXPECT_EQ(FindSameTarget(FindUserAdditions(database)), L"");
-    AddFile(3, L"A.txt", 10);
-    EXPECT_GE(FindSameTarget(FindUserAdditions(database)).Find(L"C:\\Private\\A.txt"), 0);
-}
-
-TEST_F(FinishedFiles, AFileOfTheProductsNameInItsFolderIsFound)
-{
-    Row(L"Component", {L"Own", L"INSTALLDIR"});
-    AddFile(1, L"other.txt", 8);
-    AddFile(2, L"OWN.TXT", 9, L"OTHER");
-    EXPECT_TRUE(FindProductNames(database, FindUserAdditions(database)).empty());
-    AddFile(3, L"OWN.TXT", 9);
-    EXPECT_EQ(FindProductNames(database, FindUserAdditions(database)),
-              std::vector<CString>{L"C:\\Private\\OWN.TXT"});
 }
 
 TEST_F(FinishedFiles, OnlyDirectoriesThatWereAddedWithAnActionAreDrives)
