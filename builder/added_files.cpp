@@ -231,6 +231,20 @@ std::vector<CopyItem> AddedFiles::Targets(const BuildDatabase& database) const
     return targets;
 }
 
+AddedItems AddedFiles::Describe(const BuildDatabase& database) const
+{
+    AddedItems items;
+    items.strDatabase = database.strTarget;
+    items.strProductName = database.strProductName;
+    items.files = additions.files;
+    for (const UserFolder& folder : additions.folders) {
+        items.folders.push_back(folder.strShown);
+    }
+    items.drives = drives;
+    items.leftOut = leftOut;
+    return items;
+}
+
 AddedFiles DecideAddedFiles(const BuildDatabase& database, const AdditionPlaces& places,
                             const CabinetLimits& limits, DatabaseSnapshot& snapshot,
                             const std::function<void()>& poll)
@@ -246,6 +260,7 @@ AddedFiles DecideAddedFiles(const BuildDatabase& database, const AdditionPlaces&
         return added;
     }
     for (const AdditionFinding& finding : FindLeftOut(added.additions, product)) {
+        added.leftOut.push_back(finding.strReason);
         added.warnings.push_back(finding.strReason);
     }
     WarnOrRefuse(added, FindTargetClashes(snapshot, added.additions, product));

@@ -2,6 +2,7 @@
 // anything is written. build_user_files.h does what is decided here.
 #pragma once
 
+#include "builder/addition_notes.h"
 #include "builder/copy_list.h"
 #include "builder/package_sources.h"
 #include "builder/user_files.h"
@@ -24,6 +25,7 @@ struct AddedFiles
     UserAdditions additions;           // each file with its size and where its bytes come from
     std::vector<UserCabinet> cabinets; // none when the files lie loose
     std::vector<CString> drives;       // `X:`
+    std::vector<CString> leftOut;      // sentences; they are among the warnings too
     std::vector<CString> warnings;     // sentences
 
     // The database is made anew then: added files may have changed although no row did.
@@ -33,6 +35,8 @@ struct AddedFiles
     // What the additions bring into the deployment: loose files with their bytes, and cabinets, whose bytes are those of
     // their contents (BytesToPack).
     [[nodiscard]] std::vector<CopyItem> Targets(const BuildDatabase& database) const;
+    // For Additions.txt.
+    [[nodiscard]] AddedItems Describe(const BuildDatabase& database) const;
 };
 
 // Finds each source once, and turns the snapshot of the open database into that of the database to be built. Throws a

@@ -130,5 +130,9 @@ void BuildDatabases(BuildRun& run)
                      L"signed packages.");
         }
         run.changes.push_back(std::move(changes));
+        AddedItems items = decision.added.Describe(database);
+        if (!items.IsEmpty()) {
+            run.additions.push_back(std::move(items));
+        }
     }
 }

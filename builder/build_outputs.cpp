@@ -25,7 +25,10 @@ void WriteOutputs(BuildRun& run)
     }
     WriteIntoStaging(run, L"Install.cmd", ComposeInstallScript(run.plan), false);
     WriteIntoStaging(run, L"Uninstall.cmd", ComposeUninstallScript(run.plan), false);
-    WriteIntoStaging(run, L"ReadMe.txt", ComposeReadMe(run.plan, run.target), true);
+    WriteIntoStaging(run, L"ReadMe.txt", ComposeReadMe(run.plan, run.target, !run.additions.empty()), true);
+    if (!run.additions.empty()) {
+        WriteIntoStaging(run, ADDITIONS_FILE, ComposeAdditions(run.additions), true);
+    }
     WriteIntoStaging(run, L"Changes.txt", ComposeChangesText(run.changes), true);
     WriteIntoStaging(run, L"Changes.json", ComposeChangesJson(run.changes), false);
     // The log and the manifest come last: one tells all steps, the other names all files. The folder appears by a

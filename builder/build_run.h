@@ -82,6 +82,7 @@ struct BuildRun
     std::vector<ManifestEntry> manifest;
     std::vector<DatabaseDecision> decisions; // made by the check, carried out later
     std::vector<DatabaseChanges> changes;
+    std::vector<AddedItems> additions; // of products that have some
     std::vector<CString> warnings;
     bool replaces = false;     // an old deployment stood in the target's place when the build began
     bool flushesFiles = false; // each file is on the disk before the build goes on

@@ -1,6 +1,7 @@
 #include "builder/copy_list.h"
 
 #include "base/name_rules.h"
+#include "builder/addition_notes.h"
 #include "builder/build_names.h"
 #include "builder/command_text.h"
 #include "builder/deployment_place.h"
@@ -40,7 +41,7 @@ TargetNames NamedTargets(const BuildPlan& plan)
 {
     TargetNames names;
     for (const wchar_t* own : {L"Install.cmd", L"Uninstall.cmd", L"ReadMe.txt", L"Manifest.txt",
-                               L"Changes.txt", L"Changes.json", L"Build.log", ANSWERS_FILE}) {
+                               L"Changes.txt", L"Changes.json", L"Build.log", ADDITIONS_FILE, ANSWERS_FILE}) {
         names[own] = g_builder;
     }
     for (const BuildText& text : plan.texts) {

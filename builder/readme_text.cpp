@@ -208,7 +208,7 @@ const wchar_t g_exitCodes[] =
 
 } // namespace
 
-CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath)
+CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath, bool hasAdditions)
 {
     CString text = ShownText(plan.strName) + L"\r\n\r\n";
     text += L"A deployment of " + ShownText(plan.strMediaName) + L", built by " + ShownText(plan.strBuiltBy) +
@@ -231,6 +231,11 @@ CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath)
             L"  Changes.txt, Changes.json  what differs from the maker's databases, row by row\r\n"
             L"  Build.log                  how this folder was built\r\n"
             L"  Deployment.xml             the settings, for the wizard\r\n";
+    if (hasAdditions) {
+        text +=
+            L"  Additions.txt              the files, folders and drives that were added, with where they "
+            L"came from\r\n";
+    }
     if (HasAnswers(plan)) {
         text +=
             L"  Answers.txt                the answers this was built from: Setup.exe --answers builds it "

@@ -11,8 +11,9 @@ struct ManifestEntry
 };
 
 // What an administrator pastes into scripts, group policy and management systems. `workstationPath` is the
-// deployment's folder as workstations see it, without closing backslash.
-[[nodiscard]] CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath);
+// deployment's folder as workstations see it, without closing backslash. `hasAdditions`: Additions.txt lies beside it.
+[[nodiscard]] CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath,
+                                    bool hasAdditions = false);
 
 // One line a file, sorted by path: hash, size, path. Everything but the manifest itself.
 [[nodiscard]] CString ComposeManifest(std::vector<ManifestEntry> entries);

@@ -237,6 +237,31 @@ TEST_P(UserFilesTest, TheReportListsTheRowsAndTheManifestTheCabinet)
     EXPECT_NE(manifest.find("Image\\x64\\Zolt\\TARN0001.cab"), std::string::npos) << manifest;
 }
 
+TEST_P(UserFilesTest, TheNotesNameEveryAdditionWithItsTargetAndItsSource)
+{
+    const CString folder = added.AddFolder(L"Company", L"INSTALLDIR");
+    const CString source = Source(L"1.txt", "first");
+    added.AddFile(source, folder);
+    added.AddFile(Source(L"2.txt", "second"), added.AddDrive(L"q:"));
+    BuildIt();
+    const std::string notes = ReadBytes(build.Target() + L"\\Additions.txt");
+    EXPECT_NE(
+        notes.find("  <Installation Directory>\\Company (added folder)\r\n      1.txt, 5 bytes, from \"" +
+                   Utf8(source) + "\"\r\n"),
+        std::string::npos)
+        << notes;
+    EXPECT_NE(notes.find("  Q: (added drive)\r\n      2.txt, 6 bytes"), std::string::npos) << notes;
+    EXPECT_NE(ReadBytes(build.Target() + L"\\Manifest.txt").find("Additions.txt"), std::string::npos);
+    EXPECT_NE(ReadBytes(build.Target() + L"\\ReadMe.txt").find("Additions.txt"), std::string::npos);
+}
+
+TEST_P(UserFilesTest, ADeploymentWithoutAdditionsHasNoNotesOfThem)
+{
+    BuildIt();
+    EXPECT_FALSE(Exists(build.Target() + L"\\Additions.txt"));
+    EXPECT_EQ(ReadBytes(build.Target() + L"\\ReadMe.txt").find("Additions.txt"), std::string::npos);
+}
+
 TEST_P(UserFilesTest, TheFeatureIsThereForEveryProduct)
 {
     added.AddFile(Source(L"1.txt", "first"), L"INSTALLDIR");
@@ -399,6 +424,8 @@ TEST_P(RefusedFilesTest, AFileOnADriveThatWasAddedHalfIsLeftOutAndReported)
     BuildIt();
     ExpectWarned(L"\"on drive.txt\"");
     EXPECT_EQ(BuiltRowsNaming(lost), L"");
+    const std::string notes = ReadBytes(build.Target() + L"\\Additions.txt");
+    EXPECT_NE(notes.find("Left out\r\n      The addition \"on drive.txt\""), std::string::npos) << notes;
 }
 
 TEST_P(RefusedFilesTest, ASourcePathOfAnyLengthIsRefusedInWords)

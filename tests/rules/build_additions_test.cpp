@@ -1,5 +1,6 @@
-// Where additions stand on a workstation, which of them meet there.
+// Where additions stand on a workstation, which of them meet there, and the notes that list them.
 #include "builder/addition_findings.h"
+#include "builder/addition_notes.h"
 #include "builder/addition_targets.h"
 #include "tests/rules/snapshot_with_additions.h"
 #include "tests/support/text.h"
@@ -55,6 +56,26 @@ protected:
         EXPECT_EQ(found[0].code, code);
         EXPECT_EQ(found[0].strTarget, target);
         EXPECT_HOLDS(found[0].strReason, part);
+    }
+
+    CString Notes()
+    {
+        const UserAdditions additions = FindUserAdditions(database);
+        AddedItems items;
+        items.strDatabase = L"Image\\Zolt.msi";
+        items.strProductName = L"Zolt 2027";
+        items.files = additions.files;
+        for (UserFile& file : items.files) {
+            file.size = file.storedSize;
+        }
+        for (const UserFolder& folder : additions.folders) {
+            items.folders.push_back(folder.strShown);
+        }
+        items.drives = FindUserDrives(database);
+        for (const AdditionFinding& finding : FindLeftOut(additions, L"Zolt 2027")) {
+            items.leftOut.push_back(finding.strReason);
+        }
+        return ComposeAdditions({items});
     }
 };
 
@@ -253,4 +274,70 @@ TEST_F(Additions, AFileInAFolderOfTheProductsThatIsNotThereIsLeftOut)
     const auto found = FindLeftOut(FindUserAdditions(database), L"Zolt");
     ASSERT_EQ(found.size(), 1u);
     EXPECT_HOLDS(found[0].strReason, L"\"a.txt\"");
+}
+
+// ---- the notes -------------------------------------------------------------------------------------------------------
+
+TEST_F(Additions, TheNotesNameEveryItemSortedBelowItsFolderWithItsSource)
+{
+    AddDrive(1, L"X");
+    AddFolder(2, L"Company");
+    AddFolder(3, L"Empty", UserKey(2));
+    AddFile(4, L"b.txt", 8, UserKey(2));
+    AddFile(5, L"A.txt", 9, UserKey(2));
+    AddFile(6, L"on drive.txt", 10, UserKey(1));
+    AddFile(7, L"root.txt", 11);
+    AddFile(8, L"half.txt", 12);
+    Lose(L"Component", UserKey(8));
+    EXPECT_EQ(
+        Utf8(Notes()),
+        "Files, folders and drives that were added to the products of this deployment\r\n"
+        "Each file stands below its folder on a workstation, with the place that it was added from.\r\n"
+        "\r\n"
+        "Image\\Zolt.msi (Zolt 2027)\r\n"
+        "  Files: 4 (20 bytes), folders: 2, drives: 1, left out: 1\r\n"
+        "\r\n"
+        "  <Installation Directory>\r\n"
+        "      root.txt, 5 bytes, from \"C:\\Private\\root.txt\"\r\n"
+        "\r\n"
+        "  <Installation Directory>\\Company (added folder)\r\n"
+        "      A.txt, 5 bytes, from \"C:\\Private\\A.txt\"\r\n"
+        "      b.txt, 5 bytes, from \"C:\\Private\\b.txt\"\r\n"
+        "\r\n"
+        "  <Installation Directory>\\Company\\Empty (added folder)\r\n"
+        "\r\n"
+        "  X: (added drive)\r\n"
+        "      on drive.txt, 5 bytes, from \"C:\\Private\\on drive.txt\"\r\n"
+        "\r\n"
+        "  Left out\r\n"
+        "      The addition \"half.txt\" to Zolt 2027 was never completed, or only half removed, and is left "
+        "out "
+        "of the deployment. Remove it from the additional files, and add it again if it is wanted.\r\n");
+}
+
+TEST_F(Additions, AFileOutOfTheEarlierDeploymentIsMarkedInTheNotes)
+{
+    AddedItems items;
+    items.files.push_back({.strName = L"a.txt", .strSource = L"C:\\gone\\a.txt"});
+    items.files[0].origin = UserFileOrigin::EarlierCabinet;
+    items.files[0].strShownFolder = L"X:";
+    EXPECT_HOLDS(ComposeAdditions({items}), L"the copy in the earlier deployment was used");
+}
+
+TEST_F(Additions, ANameOfSeveralLinesAddsNoneToTheNotes)
+{
+    AddedItems items;
+    items.files.push_back({.strName = L"a\r\nb.txt", .strSource = L"C:\\a\nb"});
+    items.files[0].strShownFolder = L"X:\nY";
+    const CString notes = ComposeAdditions({items});
+    EXPECT_HOLDS(notes, L"a<U+000D><U+000A>b.txt");
+    EXPECT_HOLDS(notes, L"C:\\a<U+000A>b");
+    EXPECT_HOLDS(notes, L"X:<U+000A>Y");
+}
+
+TEST_F(Additions, AProductWithoutAdditionsHasNoNotes)
+{
+    AddedItems nothing;
+    nothing.strProductName = L"Zolt 2027";
+    EXPECT_LT(ComposeAdditions({nothing}).Find(L"Zolt"), 0);
 }
