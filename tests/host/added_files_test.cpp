@@ -222,6 +222,72 @@ TEST_P(AddedFilesOfBothMedia, FilesFoldersAndADriveArriveAndGo)
     EXPECT_TRUE(ReadTree(driveFolder) == driveBefore) << NamesOf(ReadTree(driveFolder));
 }
 
+// A deployment holds what it was made of: the computer that modifies it need not have any of the sources.
+TEST_P(AddedFilesOfBothMedia, ModifyingWithoutTheSourcesReplacesRemovesAndAddsAndKeepsTheRest)
+{
+    const CString makerFolder = MakerFolder(GetParam());
+    ASSERT_FALSE(IsFolder(makerFolder)) << "another test left " << NamesOf(ReadTree(makerFolder));
+    Tree product = InstalledByTheVendor(GetParam());
+    const auto expect = [&](const wchar_t* path, const std::string& bytes) {
+        product[SAMPLE_FOLDER + CString(path)] = bytes;
+    };
+    CString outer, replaced, removed;
+    {
+        AddedRows rows(OpenSample(GetParam()));
+        outer = rows.AddFolder(L"Company files", L"INSTALLDIR");
+        rows.AddFolder(L"Empty", outer);
+        rows.AddFile(Source(L"1\\logo.txt", "first"), L"INSTALLDIR");
+        rows.AddFile(Source(L"2\\logo.txt", std::string(70000, '2')), outer);
+        rows.AddFile(Source(L"3\\logo.txt", std::string("\0\1\2\xFF", 4)), L"SUPPORTDIR");
+        replaced = rows.AddFile(Source(L"4\\replaced.txt", "before"), outer);
+        removed = rows.AddFile(Source(L"5\\removed.txt", "removed"), outer);
+        Build();
+    }
+    for (const wchar_t* name :
+         {L"1\\logo.txt", L"2\\logo.txt", L"3\\logo.txt", L"4\\replaced.txt", L"5\\removed.txt"}) {
+        ASSERT_TRUE(DeleteFileW(scratch + L"sources\\" + name)) << Utf8(name);
+    }
+    AddedRows rows(OpenAgain(Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"Added"));
+    rows.RemoveFile(outer, replaced);
+    rows.AddFile(Source(L"6\\replaced.txt", "after, and longer"), outer);
+    rows.RemoveFile(outer, removed);
+    rows.AddFile(Source(L"7\\new.txt", "new"), outer);
+    rows.RenameFolder(L"INSTALLDIR", outer, L"Renamed");
+    Build();
+    const CString notes = ReadText(location + L"Added\\Additions.txt");
+    EXPECT_HOLDS(notes, L"Files: 5 (");
+    EXPECT_HOLDS(
+        notes,
+        L"\\1\\logo.txt\", which is not on this computer; the copy in the earlier deployment was used");
+    host.reset();
+    Install();
+    expect(L"Renamed\\", "");
+    expect(L"Renamed\\Empty\\", "");
+    expect(L"logo.txt", "first");
+    expect(L"Renamed\\logo.txt", std::string(70000, '2'));
+    expect(L"Support\\logo.txt", std::string("\0\1\2\xFF", 4));
+    expect(L"Renamed\\replaced.txt", "after, and longer");
+    expect(L"Renamed\\new.txt", "new");
+    const Tree found = ReadTree(makerFolder);
+    EXPECT_EQ(NamesOf(found), NamesOf(product));
+    EXPECT_TRUE(found == product) << "a file has other bytes";
+    Uninstall();
+    EXPECT_FALSE(IsFolder(makerFolder)) << NamesOf(ReadTree(makerFolder));
+}
+
+TEST_F(AddedFilesTest, ModifyingTakesASourceThatIsThereAsItIsNow)
+{
+    const CString source = Source(L"logo.txt", "first");
+    AddedRows(OpenSample(Setup::PLATFORM_X64)).AddFile(source, L"INSTALLDIR");
+    Build();
+    WriteFileBytes(source, "later");
+    OpenAgain(Setup::SETUPMODE_MODIFY_DEPLOYMENT, L"Added");
+    Build();
+    host.reset();
+    Install();
+    EXPECT_EQ(BytesOf(Installed(L"logo.txt")), "later");
+}
+
 TEST_F(AddedFilesTest, AModifiedDeploymentKnowsWhereItsFilesCameFrom)
 {
     const CString source = Source(L"logo.txt", "first");

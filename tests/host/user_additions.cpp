@@ -106,3 +106,8 @@ void AddedRows::RemoveFolder(const CString& key)
 {
     EXPECT_TRUE(m_writer.RemoveUserFolder(key)) << Utf8(key);
 }
+
+void AddedRows::RenameFolder(const CString& parent, const CString& key, const CString& name)
+{
+    EXPECT_TRUE(m_writer.UpdateUserItem(parent, key, name, false)) << Utf8(name);
+}

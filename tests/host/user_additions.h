@@ -24,6 +24,7 @@ public:
     CString AddDrive(const CString& drive);
     void RemoveFile(const CString& parent, const CString& key);
     void RemoveFolder(const CString& key);
+    void RenameFolder(const CString& parent, const CString& key, const CString& name);
 
 private:
     std::unique_ptr<CProduct> m_product; // a stand-in when there is no host
