@@ -8,6 +8,7 @@
 #include "builder/file_operations.h"
 
 #include <optional>
+#include <set>
 
 namespace {
 
@@ -76,6 +77,11 @@ public:
         RefuseMissingFile(m_database.strProductName, file.strSource);
     }
 
+    bool IsInEarlierDeployment(const UserFile& file)
+    {
+        return !LoosePath(file).IsEmpty() || Members().count(file.strKey) != 0;
+    }
+
 private:
     bool FindAtSource(UserFile& file)
     {
@@ -132,11 +138,6 @@ private:
         return KindOfPath(path) == PathKind::File ? path : CString();
     }
 
-    bool IsInEarlierDeployment(const UserFile& file)
-    {
-        return !LoosePath(file).IsEmpty() || Members().count(file.strKey) != 0;
-    }
-
     const std::map<CString, EarlierMember>& Members()
     {
         if (!m_members) {
@@ -161,6 +162,96 @@ void SetLooseTarget(const BuildDatabase& database, const AdditionPlaces& places,
     }
     file.strTarget = JoinFolder(FolderAbove(database.strTarget), place->second);
 }
+
+// `\\server\share\` of a path on the network; empty for any other.
+CString ShareOf(const CString& path)
+{
+    if (path.Left(2) != L"\\\\" || path.Left(4) == L"\\\\?\\") {
+        return {};
+    }
+    const int server = path.Find(L'\\', 2);
+    const int share = server < 0 ? -1 : path.Find(L'\\', server + 1);
+    return share < 0 ? CString() : path.Left(share + 1).MakeUpper();
+}
+
+// The codes of a file's own troubles; with any other its share may not answer.
+bool IsOfTheFile(unsigned int code)
+{
+    return code == BUILD_FILE_NOT_FOUND || code == BUILD_PATH_NOT_FOUND || code == BUILD_ACCESS_DENIED ||
+           code == BUILD_SHARING_VIOLATION || code == BUILD_FILE_TOO_LARGE;
+}
+
+// Looks for sources one after the other, as a page does that must not keep a person waiting.
+class CSourceJudge
+{
+public:
+    CSourceJudge(const BuildDatabase& database, const AdditionPlaces& places, SourceLook look,
+                 KnownSources& known)
+        : m_database(database), m_places(places), m_look(look), m_finder(database, places), m_known(known)
+    {
+    }
+
+    // Throws a BuildFailure as a build would.
+    void Judge(UserFile& file)
+    {
+        if (m_places.now.bLoose) {
+            SetLooseTarget(m_database, m_places, file);
+        }
+        const CString share = ShareOf(file.strSource);
+        if (m_silentShares.count(share) != 0 && !m_finder.IsInEarlierDeployment(file)) {
+            throw BuildFailure{BUILD_PATH_NOT_FOUND,
+                               Sentence(m_database.strProductName, file.strSource,
+                                        L"can't be reached. Check the connection to its server, or remove it "
+                                        L"from the additional files.")};
+        }
+        try {
+            JudgeSource(file);
+        } catch (const BuildFailure& failure) {
+            if (!share.IsEmpty() && !IsOfTheFile(failure.code)) {
+                m_silentShares.insert(share);
+            }
+            throw;
+        }
+    }
+
+private:
+    void JudgeSource(UserFile& file)
+    {
+        const auto known = m_known.find(file.strSource);
+        if (known != m_known.end() && m_look == SourceLook::New) {
+            file.size = known->second.size;
+            return;
+        }
+        const PathState state = IsFullPath(file.strSource) ? TryState(file.strSource) : PathState();
+        const FileMark mark = {state.size, state.lastWritten};
+        if (state.kind == PathKind::File && known != m_known.end() && known->second == mark) {
+            file.size = mark.size;
+            return;
+        }
+        m_known.erase(file.strSource);
+        m_finder.Find(file);
+        if (state.kind == PathKind::File && file.origin == UserFileOrigin::Source) {
+            m_known[file.strSource] = mark;
+        }
+    }
+
+    // Whatever fails here fails again, with its reason, where the file is looked for.
+    static PathState TryState(const CString& path)
+    {
+        try {
+            return StateOfPath(path);
+        } catch (const BuildFailure&) {
+            return {};
+        }
+    }
+
+    const BuildDatabase& m_database;
+    const AdditionPlaces& m_places;
+    SourceLook m_look;
+    CSourceFinder m_finder;
+    KnownSources& m_known;
+    std::set<CString> m_silentShares;
+};
 
 void WarnOfDrives(AddedFiles& added, const CString& product)
 {
@@ -279,10 +370,29 @@ AddedFiles DecideAddedFiles(const BuildDatabase& database, const AdditionPlaces&
     const CString refused =
         FinishUserAdditions(snapshot, added.additions, added.cabinets, places.now.bPackedUnmarked);
     if (!refused.IsEmpty()) {
-        throw BuildFailure{BUILD_INSTALLER_FAILED,
-                           L"The files that were added to " + product + L" can't be installed: " + refused};
+        throw BuildFailure{BUILD_INSTALLER_FAILED, DescribeRefusedAdditions(product, refused)};
     }
     return added;
+}
+
+std::vector<AdditionFinding> FindSourceFaults(const BuildDatabase& database, const AdditionPlaces& places,
+                                              UserAdditions& additions, SourceLook look, KnownSources& known)
+{
+    std::vector<AdditionFinding> findings;
+    CSourceJudge judge(database, places, look, known);
+    for (UserFile& file : additions.files) {
+        try {
+            judge.Judge(file);
+        } catch (const BuildFailure& failure) {
+            findings.push_back({failure.code, ShownAddition(file), file.strSource, failure.message});
+        }
+    }
+    return findings;
+}
+
+CString DescribeRefusedAdditions(const CString& product, const CString& why)
+{
+    return L"The files that were added to " + product + L" can't be installed: " + why;
 }
 
 void RefuseMissingFile(const CString& product, const CString& source)

@@ -2,6 +2,7 @@
 // anything is written. build_user_files.h does what is decided here.
 #pragma once
 
+#include "builder/addition_finding.h"
 #include "builder/addition_notes.h"
 #include "builder/copy_list.h"
 #include "builder/package_sources.h"
@@ -46,7 +47,25 @@ struct AddedFiles
                                           const CabinetLimits& limits, DatabaseSnapshot& snapshot,
                                           const std::function<void()>& poll);
 
+// A file on a disk, to see whether it has changed.
+struct FileMark
+{
+    std::uint64_t size = 0;
+    std::uint64_t lastWritten = 0;
+    friend bool operator==(const FileMark&, const FileMark&) = default;
+};
+// Sources that could be read when they were looked at last, by path.
+using KnownSources = std::map<CString, FileMark>;
+
+// Additions whose bytes a build wouldn't find, or couldn't read or pack. Fills the sizes of the others. A source that is
+// known and hasn't changed isn't opened again; a share that doesn't answer is asked once.
+[[nodiscard]] std::vector<AdditionFinding> FindSourceFaults(const BuildDatabase& database,
+                                                            const AdditionPlaces& places,
+                                                            UserAdditions& additions, SourceLook look,
+                                                            KnownSources& known);
+
 // Shared with the writing of files, which may find what was true no more.
 [[noreturn]] void RefuseMissingFile(const CString& product, const CString& source);
 void RequirePackable(const CString& product, const CString& source, std::uint64_t size);
 [[nodiscard]] CString DescribeChangedFile(const UserFile& file);
+[[nodiscard]] CString DescribeRefusedAdditions(const CString& product, const CString& why);

@@ -3,6 +3,13 @@
 
 #include "base/string.h"
 
+// Which sources a check of additions looks at.
+enum class SourceLook
+{
+    All,
+    New, // those that weren't found good before
+};
+
 struct AdditionFinding
 {
     // What a build is refused with; 0 where it isn't refused, but doesn't bring what somebody may expect.

@@ -12,11 +12,6 @@
 
 namespace {
 
-CString ShownFile(const UserFile& file)
-{
-    return JoinFolder(file.strShownFolder, file.strName);
-}
-
 class CClashFinder
 {
 public:
@@ -117,7 +112,7 @@ private:
     void JudgeFile(const UserFile& file)
     {
         const auto add = [&](unsigned int code, const CString& reason) {
-            m_findings.push_back({code, ShownFile(file), file.strSource, reason});
+            m_findings.push_back({code, ShownAddition(file), file.strSource, reason});
         };
         const CString& path = file.strInstalled;
         if (IsDeviceName(LastName(path))) {
@@ -153,10 +148,39 @@ private:
 
 } // namespace
 
+CString ShownAddition(const UserFile& file)
+{
+    return JoinFolder(file.strShownFolder, file.strName);
+}
+
 std::vector<AdditionFinding> FindTargetClashes(const DatabaseSnapshot& database,
                                                const UserAdditions& additions, const CString& product)
 {
     return CClashFinder(database, additions, product).Find();
+}
+
+std::vector<AdditionFinding> FindUnheldNames(const UserAdditions& additions, const CString& product,
+                                             const std::function<bool(const CString&)>& holds)
+{
+    const auto reason = [&](const CString& what, const CString& rest) {
+        return L"The name of the " + what + L", which was added to " + product +
+               L", has letters that the database of the product can't hold. " + rest;
+    };
+    std::vector<AdditionFinding> findings;
+    for (const UserFolder& folder : additions.folders) {
+        if (!holds(folder.strName)) {
+            findings.push_back({BUILD_NO_TRANSLATION, folder.strShown, CString(),
+                                reason(L"folder \"" + folder.strName + L"\"", L"Rename it.")});
+        }
+    }
+    for (const UserFile& file : additions.files) {
+        if (!holds(file.strName)) {
+            findings.push_back({BUILD_NO_TRANSLATION, ShownAddition(file), file.strSource,
+                                reason(L"file \"" + file.strSource + L"\"",
+                                       L"Remove it, or rename it where it lies and add it again.")});
+        }
+    }
+    return findings;
 }
 
 std::vector<AdditionFinding> FindLeftOut(const UserAdditions& additions, const CString& product)

@@ -10,7 +10,21 @@ namespace {
 
 constexpr UINT NEUTRAL_CODE_PAGE = 0;
 
-bool CodePageHolds(UINT codePage, const CString& text)
+bool HasOtherLetters(const std::vector<RowDifference>& rows)
+{
+    for (const RowDifference& row : rows) {
+        for (const ColumnChange& column : row.columns) {
+            if (!IsAscii(column.strNew)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+bool CodePageHolds(unsigned int codePage, const CString& text)
 {
     if (IsAscii(text) || codePage == CP_UTF8) {
         return true;
@@ -25,7 +39,7 @@ bool CodePageHolds(UINT codePage, const CString& text)
 }
 
 // The service tells the code page only by exporting a table that doesn't exist.
-UINT ReadCodePage(const BuildDatabase& database)
+unsigned int ReadCodePage(const BuildDatabase& database)
 {
     const CString folder = FolderAbove(database.strWorkingCopy);
     const CString name = LastName(database.strWorkingCopy) + L".codepage";
@@ -44,22 +58,8 @@ UINT ReadCodePage(const BuildDatabase& database)
                            L"The database \"" + database.strOriginal +
                                L"\" doesn't tell its code page. Get the media again."};
     }
-    return static_cast<UINT>(codePage);
+    return static_cast<unsigned int>(codePage);
 }
-
-bool HasOtherLetters(const std::vector<RowDifference>& rows)
-{
-    for (const RowDifference& row : rows) {
-        for (const ColumnChange& column : row.columns) {
-            if (!IsAscii(column.strNew)) {
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
-} // namespace
 
 void RequireCodePageHolds(const BuildDatabase& database, const std::vector<RowDifference>& rows)
 {

@@ -194,6 +194,20 @@ std::vector<FolderEntry> ListFolder(const CString& path)
     return entries;
 }
 
+PathState StateOfPath(const CString& path)
+{
+    WIN32_FILE_ATTRIBUTE_DATA data = {};
+    if (IsFaultDue() || !GetFileAttributesExW(UnlimitedPath(path), GetFileExInfoStandard, &data)) {
+        Check(IsMissing(GetLastError()), L"Looking for", path);
+        return {};
+    }
+    if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
+        return {PathKind::Folder, 0, 0};
+    }
+    return {PathKind::File, (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow,
+            (std::uint64_t{data.ftLastWriteTime.dwHighDateTime} << 32) | data.ftLastWriteTime.dwLowDateTime};
+}
+
 PathKind KindOfPath(const CString& path)
 {
     const DWORD attributes = IsFaultDue() ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(UnlimitedPath(path));

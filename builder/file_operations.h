@@ -55,6 +55,14 @@ void SetTimesAndAttributes(const CFileOwner& file, FILE_BASIC_INFO basic, const 
 [[nodiscard]] std::vector<FolderEntry> ListFolder(const CString& path);
 // Throws when that can't be told, on a lost share for instance.
 [[nodiscard]] PathKind KindOfPath(const CString& path);
+// The same of a file with its size and when it was written, in 100 nanoseconds; zero for all else.
+struct PathState
+{
+    PathKind kind = PathKind::Nothing;
+    std::uint64_t size = 0;
+    std::uint64_t lastWritten = 0;
+};
+[[nodiscard]] PathState StateOfPath(const CString& path);
 void MakeFolder(const CString& path); // the parent must be there; an existing folder is a failure
 void RenameFolder(const CString& from, const CString& to);
 void RenameFile(const CString& from, const CString& to); // or a link; fails when `to` is there

@@ -25,7 +25,8 @@ public:
     bool Has(const CString& key) const { return m_table && m_table->rows.count({key}) != 0; }
     int ColumnOf(const wchar_t* name) const
     {
-        const auto found = std::find(m_table->columns.begin(), m_table->columns.end(), CString(name));
+        const auto found = std::find_if(m_table->columns.begin(), m_table->columns.end(),
+                                        [name](const CString& column) { return column == name; });
         return found == m_table->columns.end() ? -1 : static_cast<int>(found - m_table->columns.begin());
     }
     CString Value(const RowValues& row, const wchar_t* column) const

@@ -167,6 +167,14 @@ void HideSourcePaths(const WriteTable& records, const UserAdditions& additions)
     }
 }
 
+// As it stands in the table, whatever Windows makes of it.
+CString NameOfFolder(const DatabaseSnapshot& database, const CString& key)
+{
+    const ReadTable directories = TableToRead(database, L"Directory");
+    return directories.Has(key) ? LongName(directories.Value(directories.Rows().at({key}), L"DefaultDir"))
+                                : CString();
+}
+
 // A folder whose path can't be known is one of its own.
 CString PathOrKey(const CTargetFolders& targets, const CString& directory)
 {
@@ -237,7 +245,8 @@ UserAdditions FindUserAdditions(const DatabaseSnapshot& database)
         for (const auto& [key, row] : records.Rows()) {
             if (IsUserKey(key.front()) && records.Value(row, L"Flags") == FOLDER_FLAGS &&
                 strays.count(key.front()) == 0) {
-                additions.folders.push_back({key.front(), CString(), CString()});
+                additions.folders.push_back(
+                    {key.front(), NameOfFolder(database, key.front()), CString(), CString()});
             }
         }
     }

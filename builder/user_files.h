@@ -42,6 +42,7 @@ struct UserFile
 struct UserFolder
 {
     CString strKey;
+    CString strName;
     CString strInstalled;
     CString strShown; // that, as a person reads it
 };

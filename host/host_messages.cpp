@@ -150,6 +150,9 @@ constexpr Sentence SENTENCES[] = {
                                 L"out from the package's tables instead."},
     {HostText::NoProductsForPlatform,
      L"The media hold no package for the %1 platform. Select the other platform."},
+    {HostText::AdditionsUnchecked,
+     L"The additional files of %1 can't be checked now. They are checked again when the deployment is built. "
+     L"%2"},
     {HostText::LogOpened, L"Media %1, language %2, work folder %3"},
     {HostText::LogMode, L"Setup mode %1, platform %2, deployment \"%3\" in %4, based on \"%5\""},
     {HostText::LogLoaded, L"Settings of the deployment \"%1\" loaded from %2"},

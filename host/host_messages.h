@@ -82,6 +82,7 @@ enum class HostText
     BaseChanged,
     PathsUnresolved,
     NoProductsForPlatform,
+    AdditionsUnchecked,
     // Log
     LogOpened,
     LogMode,

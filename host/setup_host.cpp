@@ -3,6 +3,7 @@
 #include "base/files.h"
 #include "base/handle.h"
 #include "base/path_text.h"
+#include "host/addition_check.h"
 #include "host/build_request.h"
 #include "host/host_messages.h"
 #include "host/host_setup_manager.h"
@@ -43,6 +44,7 @@ public:
     PageContext MakePageContext(const FlowPage& page, bool canGoBack) override;
     PageContext MakePageContext(const FlowPage& page, bool canGoBack, CProduct* product) override;
     OperationError CheckDatabase(CProduct& product) override;
+    std::vector<AdditionFinding> CheckAdditions(CProduct& product, SourceLook look) override;
     TargetVerdict JudgeTarget() override { return m_manager->JudgeTarget(); }
     void AllowReplacing(const TargetVerdict& verdict) override { m_manager->AllowReplacing(verdict); }
     void DeclineReplacing() override { m_manager->DeclineReplacing(); }
@@ -65,6 +67,7 @@ private:
     std::vector<FlowPage> m_flow;
     bool m_bConfigure = false;
     CString m_strAnswersText;
+    KnownSources m_knownSources; // of additions, so that each is opened once
 };
 
 const std::vector<CProduct*>& CSetupHostImplementation::GetProducts()
@@ -101,6 +104,12 @@ OperationError CSetupHostImplementation::CheckDatabase(CProduct& product)
     const unsigned int code = ForEachRow(product.GetMsiHandle(), L"SELECT `Value` FROM `Property`", {},
                                          [](MSIHANDLE) { return false; });
     return code == 0 ? OperationError() : OperationError{code, SystemReason(code)};
+}
+
+std::vector<AdditionFinding> CSetupHostImplementation::CheckAdditions(CProduct& product, SourceLook look)
+{
+    CHostProduct* const own = FindProductByHandle(product.GetMsiHandle());
+    return own ? CheckAdditionsOf(*own, look, m_knownSources) : std::vector<AdditionFinding>();
 }
 
 BuildResult CSetupHostImplementation::Build(IBuildProgress& progress)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/string.h"
+#include "builder/addition_finding.h"
 #include "builder/build_result.h"
 #include "include/installer_calls.h"
 #include "include/lang_mgr.h"
@@ -87,6 +88,10 @@ public:
 
     // Asks the product's database whether it still answers.
     virtual OperationError CheckDatabase(CProduct& product) = 0;
+
+    // What a build would refuse of the product's additions, or leave out, as the database and the sources are now; what
+    // refuses comes first.
+    virtual std::vector<AdditionFinding> CheckAdditions(CProduct& product, SourceLook look) = 0;
 
     // Judges the place that the begin page has chosen, on the disk as it is now. To be called after that page, and again
     // before the build: another wizard may have built there meanwhile. Reads the whole deployment when it has to be asked

@@ -16,6 +16,7 @@ public:
     PageContext MakePageContext(const FlowPage&, bool) override { return {}; }
     PageContext MakePageContext(const FlowPage&, bool, CProduct*) override { return {}; }
     OperationError CheckDatabase(CProduct&) override { return {}; }
+    std::vector<AdditionFinding> CheckAdditions(CProduct&, SourceLook) override { return findings; }
     TargetVerdict JudgeTarget() override { return verdict; }
     void AllowReplacing(const TargetVerdict& allowed) override { allowedStamps.push_back(allowed.strStamp); }
     void DeclineReplacing() override { ++declined; }
@@ -34,6 +35,7 @@ public:
     TargetVerdict verdict;
     std::vector<CString> allowedStamps;
     std::vector<CProduct*> products;
+    std::vector<AdditionFinding> findings;
 
 private:
     std::vector<FlowPage> m_flow;
