@@ -84,6 +84,7 @@ void CAddFilesTreeCtrl::ForgetPathsOf(const UserItemRows& items)
     }
     for (const UserFileRow& file : items.files) {
         DirectoryPathCache.erase(file.component);
+        DirectoryPathCache.erase(file.directory); // one that only the service resolves
     }
 }
 
