@@ -318,7 +318,9 @@ TEST_F(Additions, TheNotesNameEveryItemSortedBelowItsFolderWithItsSource)
 TEST_F(Additions, AFileOutOfTheEarlierDeploymentIsMarkedInTheNotes)
 {
     AddedItems items;
-    items.files.push_back({.strName = L"a.txt", .strSource = L"C:\\gone\\a.txt"});
+    items.files.emplace_back();
+    items.files[0].strName = L"a.txt";
+    items.files[0].strSource = L"C:\\gone\\a.txt";
     items.files[0].origin = UserFileOrigin::EarlierCabinet;
     items.files[0].strShownFolder = L"X:";
     EXPECT_HOLDS(ComposeAdditions({items}), L"the copy in the earlier deployment was used");
@@ -327,7 +329,9 @@ TEST_F(Additions, AFileOutOfTheEarlierDeploymentIsMarkedInTheNotes)
 TEST_F(Additions, ANameOfSeveralLinesAddsNoneToTheNotes)
 {
     AddedItems items;
-    items.files.push_back({.strName = L"a\r\nb.txt", .strSource = L"C:\\a\nb"});
+    items.files.emplace_back();
+    items.files[0].strName = L"a\r\nb.txt";
+    items.files[0].strSource = L"C:\\a\nb";
     items.files[0].strShownFolder = L"X:\nY";
     const CString notes = ComposeAdditions({items});
     EXPECT_HOLDS(notes, L"a<U+000D><U+000A>b.txt");
