@@ -172,7 +172,7 @@ PATHS = {
     "ZOLTProfile_CustomDictionary": "[SUPPORTDIR]Words.dic",
     "ZOLTProfile_FontMapFile": "[SUPPORTDIR]FontMap.txt",
     "ZOLTProfile_AltFont": "Simple.zfont",
-    "ZOLTProfile_QnewTemplate": "[NULL]",
+    "ZOLTProfile_QnewTemplate": of_length(1024, "[TEMPLATEDIR]Offices", "\\Branch %02d"),
     "ZOLTProfile_WebGrabDir": of_length(1023, "[SHAREDDATADIR]Web", "\\Collection %02d"),
     "ZOLTProfile_ToolPaletteFolder": of_length(5000, "[PALETTEDIR];[SHAREDDATADIR]Tool Palettes",
                                                ";\\\\server\\zolt\\Tool Palettes\\Office %03d"),
@@ -183,7 +183,7 @@ PATHS = {
     "ZOLTProfile_DatabaseWorkSpacePath": "[DATABASEDIR]",
     "ZOLTProfile_SheetSetTemplatePath": "[SHEETSETDIR]",
     "ZOLTProfile_AlternativePageSetUpsTemplate": "[TEMPLATEDIR]Page Setups.ztemplate",
-    "ZOLTProfile_TEXMAPS": of_length(1024, "[TEXTUREDIR];[SHAREDDATADIR]Textures", ";\\\\server\\zolt\\Textures\\Site %02d"),
+    "ZOLTProfile_TEXMAPS": "[TEXTUREDIR];[SHAREDDATADIR]Textures",
     "ZOLTProfile_ActionsRecordingFilePath": "[SUPPORTDIR]",
     "ZOLTProfile_DGNMappingPath": "[SUPPORTDIR]",
 }
