@@ -243,6 +243,7 @@ TEST_F(GridAccessibility, AnObjectThatOutlivesItsWindowSaysSo)
     EXPECT_TRUE(FAILED(object->get_accSelection(&number)));
     EXPECT_TRUE(FAILED(object->accHitTest(1, 1, &number)));
     EXPECT_TRUE(FAILED(editor->get_accName(Child(CHILDID_SELF), &text)));
+    EXPECT_TRUE(FAILED(editor->get_accValue(Child(CHILDID_SELF), &text)));
 }
 
 // ---- events

@@ -242,16 +242,18 @@ TEST_F(GridSetup, TheEditorsBrushIsMadeOnceAColor)
 TEST_F(GridSetup, TheEditorIsPaintedInTheNormalColors)
 {
     MakeGrid();
-    grid.m_normalBackColor = RGB(200, 255, 220);
-    grid.m_normalTextColor = RGB(90, 0, 0);
     const CWindowDC dc(list);
-    const auto brush =
-        reinterpret_cast<HBRUSH>(SendMessageW(list, WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc.get()),
-                                              reinterpret_cast<LPARAM>(grid.m_edit.m_hWnd)));
-    LOGBRUSH record = {};
-    ASSERT_TRUE(GetObjectW(brush, sizeof record, &record));
-    EXPECT_EQ(record.lbStyle, UINT{BS_SOLID});
-    EXPECT_EQ(record.lbColor, RGB(200, 255, 220));
-    EXPECT_EQ(GetBkColor(dc.get()), RGB(200, 255, 220));
-    EXPECT_EQ(GetTextColor(dc.get()), RGB(90, 0, 0));
+    for (const COLORREF back : {COLORREF{0xFFFFFF}, RGB(200, 255, 220)}) {
+        grid.m_normalBackColor = back;
+        grid.m_normalTextColor = ~back & 0xFFFFFF;
+        const auto brush =
+            reinterpret_cast<HBRUSH>(SendMessageW(list, WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc.get()),
+                                                  reinterpret_cast<LPARAM>(grid.m_edit.m_hWnd)));
+        LOGBRUSH record = {};
+        ASSERT_TRUE(GetObjectW(brush, sizeof record, &record));
+        EXPECT_EQ(record.lbStyle, UINT{BS_SOLID});
+        EXPECT_EQ(record.lbColor, back);
+        EXPECT_EQ(GetBkColor(dc.get()), back);
+        EXPECT_EQ(GetTextColor(dc.get()), ~back & 0xFFFFFF);
+    }
 }
