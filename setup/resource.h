@@ -38,6 +38,8 @@
 #define IDS_BUILD_BROKE_OFF 212     // %1: the fault
 #define IDS_BUILD_WARNINGS 213      // %1: the warnings, each behind an empty line
 #define IDS_BUILD_MORE_WARNINGS 214 // %1: number
+#define IDS_ADDITIONS_BLOCK 215     // %1: what is wrong
+#define IDS_ADDITIONS_NOTE 216      // %1: what to note
 
 // Program
 #define IDS_PROGRAM_TITLE 300

@@ -63,9 +63,13 @@ private:
 CWizard::CWizard(const CommandLine& line, CAnswers& answers, CRunLog& log)
     : m_line(line), m_answers(answers), m_log(log), m_pictures(line.strPictures, log),
       m_unattended(answers, m_pictures, log),
-      m_target(answers, log, [this](const CString& section, const wchar_t* role, bool yes) {
-          m_recorder.NoteQuestion(section, role, yes);
-      })
+      m_target(answers, log,
+               [this](const CString& section, const wchar_t* role, bool yes) {
+                   m_recorder.NoteQuestion(section, role, yes);
+               }),
+      m_additions(
+          [this](CProduct& product, SourceLook look) { return m_host->CheckAdditions(product, look); }, log,
+          line.IsUnattended())
 {
     m_recorder.UseDismissal([this] { return m_unattended.GetFailure().has_value(); });
 }
@@ -293,6 +297,7 @@ int CWizard::ShowPage(const FlowMove& move, bool canGoBack)
         m_changes.Watch(context);
     }
     m_recorder.WatchPage(context, page.strName, context.pProduct);
+    m_additions.Watch(context, page.strName);
     std::optional<CFailurePane> failure;
     if (HasRole(page.strName, PageRole::Failed)) {
         failure.emplace(m_strCause, m_line.strLog, m_strKeptAnswers, context);
@@ -352,6 +357,7 @@ std::vector<ConfigureTab> CWizard::MakeTabs()
             tab.strCaption = TabCaption(tab.strProduct, tab.strName, !tab.strProduct.IsEmpty());
             tab.context = m_host->MakePageContext(page, true, product);
             m_recorder.AddTabHooks(tab.context);
+            m_additions.Watch(tab.context, tab.strPage);
             tabs.push_back(std::move(tab));
         }
     }

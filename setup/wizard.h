@@ -1,6 +1,7 @@
 // A whole run: opens the media, shows the pages, builds, shows the outcome.
 #pragma once
 
+#include "setup/addition_watch.h"
 #include "setup/answers.h"
 #include "setup/answers_recorder.h"
 #include "setup/change_watch.h"
@@ -74,6 +75,7 @@ private:
     CAnswersRecorder m_recorder;
     CTargetSettling m_target;
     CChangeWatch m_changes;
+    CAdditionWatch m_additions;
     CString m_strCause;                // of a run that has failed so far
     CString m_strKeptAnswers;          // file with the answers of a run whose build failed
     std::optional<RunOutcome> m_ended; // without a person: how the run ends before its flow does

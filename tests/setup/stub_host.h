@@ -27,7 +27,7 @@ public:
     void SetAnswersText(const CString& text) override { answersText = text; }
     BuildResult Build(IBuildProgress&) override { return {}; }
     OperationError CheckBuild(std::vector<CString>&) override { return {}; }
-    void AppendLog(const CString&) override {}
+    void AppendLog(const CString& line) override { logged.push_back(line); }
 
     bool cancelling = true;
     int declined = 0;
@@ -36,6 +36,7 @@ public:
     std::vector<CString> allowedStamps;
     std::vector<CProduct*> products;
     std::vector<AdditionFinding> findings;
+    std::vector<CString> logged;
 
 private:
     std::vector<FlowPage> m_flow;
