@@ -89,6 +89,7 @@ protected:
     {
         OnPage(page, [button](HWND window) { return CControl(window, button).Click(); });
     }
+    void Play(const CString& name, CScript::Step step) { m_script.Add(name, std::move(step)); }
     void AnswerBox(int button, CString* text = nullptr)
     {
         m_script.Add(L"answer a box", [button, text] {
@@ -129,6 +130,7 @@ protected:
         });
         Press(IDC_NETWORK_LOG, IDC_NEXT);
         Press(IDC_PATH_TREE, IDC_NEXT);
+        Press(IDC_FILES_TREE, IDC_NEXT);
         Press(IDC_PARTS_BAY, IDC_NEXT);
         Press(IDC_UPDATES, IDC_NEXT);
     }

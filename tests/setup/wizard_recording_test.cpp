@@ -101,6 +101,7 @@ TEST_F(WizardRecording, ARunWithoutAPersonGivesTheRecordOfTheRunByHand)
     Set(IDC_NETWORK_LOG, IDC_INSTALL_PROGRESS, true);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
     Press(IDC_PATH_TREE, IDC_NEXT);
+    Press(IDC_FILES_TREE, IDC_NEXT);
     Set(IDC_PARTS_BAY, IDC_PARTS_BAY, false);
     Press(IDC_PARTS_BAY, IDC_NEXT);
     Set(IDC_UPDATES, IDC_SITE_CHANNEL, true);
@@ -159,6 +160,7 @@ TEST_F(WizardRecording, APageGoneBackToKeepsWhatItProposedFirst)
     Begin(L"Office");
     Press(IDC_NETWORK_LOG, IDC_NEXT);
     Press(IDC_PATH_TREE, IDC_NEXT);
+    Press(IDC_FILES_TREE, IDC_NEXT);
     Set(IDC_PARTS_BAY, IDC_PARTS_BAY, false);
     Press(IDC_PARTS_BAY, IDC_NEXT);
     Press(IDC_UPDATES, IDC_BACK);
@@ -201,6 +203,7 @@ TEST_F(WizardRecording, TheTabsOfADeploymentThatIsModifiedAreRecorded)
     BuildBase(L"Base");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    GoToNextTab(IDC_FILES_TREE);
     GoToNextTab(IDC_PARTS_BAY);
     Set(IDC_CONFIGURE_TABS, IDC_PARTS_BAY, false);
     CancelDialog();
@@ -218,6 +221,7 @@ TEST_F(WizardRecording, OfADeploymentThatIsModifiedAllThatAPageKeepsIsRecorded)
     BuildBase(L"Base");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    GoToNextTab(IDC_FILES_TREE);
     GoToNextTab(IDC_PARTS_BAY);
     GoToNextTab(IDC_SITE_CHANNEL);
     CancelDialog();
@@ -230,6 +234,7 @@ TEST_F(WizardRecording, GoingBackToTheFirstPageAndOnAgainKeepsWhatWasRecorded)
     BuildBase(L"Base");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    GoToNextTab(IDC_FILES_TREE);
     GoToNextTab(IDC_PARTS_BAY);
     Set(IDC_CONFIGURE_TABS, IDC_PARTS_BAY, false);
     Press(IDC_CONFIGURE_TABS, IDC_CONFIGURE_BACK);
@@ -247,6 +252,7 @@ TEST_F(WizardRecording, AnotherModeForgetsWhatWasRecordedOfTheProducts)
     BuildBase(L"Base");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    GoToNextTab(IDC_FILES_TREE);
     GoToNextTab(IDC_PARTS_BAY);
     Set(IDC_CONFIGURE_TABS, IDC_PARTS_BAY, false);
     Press(IDC_CONFIGURE_TABS, IDC_CONFIGURE_BACK);
@@ -256,6 +262,7 @@ TEST_F(WizardRecording, AnotherModeForgetsWhatWasRecordedOfTheProducts)
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
     Press(IDC_PATH_TREE, IDC_NEXT);
+    Press(IDC_FILES_TREE, IDC_NEXT);
     Cancel(IDC_PARTS_BAY);
     EXPECT_EQ(Run().exitCode, static_cast<unsigned int>(SETUP_CANCELLED));
     EXPECT_EQ(BehindFirstPage(),
