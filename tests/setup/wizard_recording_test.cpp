@@ -1,5 +1,4 @@
 // What is recorded of whole runs with the real pages, by a person and without one.
-#include "setup/answers_input.h"
 #include "tests/setup/wizard_fixture.h"
 
 namespace {
@@ -19,68 +18,6 @@ protected:
             return Until(Below(window, control).IsChecked() == checked, L"the click has no effect yet");
         });
     }
-    static CControl Below(HWND window, int control)
-    {
-        for (const HWND child : ChildWindows(window)) {
-            if (GetDlgCtrlID(child) == control) {
-                return CControl(child);
-            }
-        }
-        return CControl(window, control);
-    }
-    // By the button of the tab in front, up to the tab with that control.
-    void GoToNextTab(int control)
-    {
-        OnPage(IDC_CONFIGURE_TABS, [](HWND dialog) { return UsableBelow(dialog, IDC_NEXT_TAB).Click(); });
-        OnPage(IDC_CONFIGURE_TABS, [control](HWND dialog) {
-            return Until(Below(dialog, control).IsVisible(), L"the next tab isn't there");
-        });
-    }
-    // Each tab has its own buttons.
-    static CControl UsableBelow(HWND window, int control)
-    {
-        for (const HWND child : ChildWindows(window)) {
-            if (GetDlgCtrlID(child) == control && IsWindowVisible(child)) {
-                return CControl(child);
-            }
-        }
-        return CControl(window, control);
-    }
-    void CancelDialog()
-    {
-        Press(IDC_CONFIGURE_TABS, IDC_CONFIGURE_CANCEL);
-        AnswerBox(IDYES);
-    }
-
-    struct Answer
-    {
-        const wchar_t* page;
-        const wchar_t* key;
-        CString value;
-    };
-    RunOutcome RunWith(const std::vector<Answer>& given)
-    {
-        for (const Answer& answer : given) {
-            line.answers.push_back({answer.page, CString(), answer.key, answer.value});
-        }
-        CAnswers answers;
-        AnswersError error;
-        EXPECT_TRUE(ReadAnswers(line, folder.GetPath(), answers, error)) << Utf8(error.Text());
-        const RunOutcome outcome = Run(answers);
-        line.answers.clear();
-        return outcome;
-    }
-
-    // A deployment, and its image as the media of the next run.
-    void BuildBase(const wchar_t* name)
-    {
-        const RunOutcome outcome = RunWith({{L"begin", L"location", location},
-                                            {L"begin", L"name", name},
-                                            {L"begin", L"on_question.local_location", L"yes"}});
-        ASSERT_EQ(outcome.exitCode, static_cast<unsigned int>(SETUP_DONE)) << Utf8(outcome.strCause);
-        mediaFile = location + L"\\" + name;
-    }
-
     // The lines of the record from the second on: the first page's holds folders of this test.
     CString BehindFirstPage() const
     {
