@@ -1,8 +1,10 @@
 #include "base/number_text.h"
 
 #include "base/ascii.h"
+#include "base/character.h"
 
 #include <algorithm>
+#include <limits>
 
 std::uint64_t ReadDigits(const CString& text, int& index, std::uint64_t most) noexcept
 {
@@ -28,6 +30,22 @@ std::optional<long long> ReadWholeNumber(const CString& text, long long least, l
     }
     const auto number = static_cast<long long>(isNegative ? 0 - size : size);
     return number < least || number > most ? std::nullopt : std::optional(number);
+}
+
+int LeadingNumber(const CString& text) noexcept
+{
+    constexpr std::uint64_t LARGEST = std::numeric_limits<int>::max();
+    int index = 0;
+    while (IsSpaceCharacter(text[index])) {
+        ++index;
+    }
+    const bool isNegative = text[index] == L'-';
+    if (isNegative || text[index] == L'+') {
+        ++index;
+    }
+    const std::uint64_t most = isNegative ? LARGEST + 1 : LARGEST;
+    const std::uint64_t size = std::min(ReadDigits(text, index, most), most);
+    return static_cast<int>(isNegative ? 0 - size : size);
 }
 
 std::optional<std::uint32_t> ReadHexDigits(const CString& text, int index, int count) noexcept

@@ -15,6 +15,10 @@ std::uint64_t ReadDigits(const CString& text, int& index, std::uint64_t most) no
 [[nodiscard]] std::optional<long long> ReadWholeNumber(const CString& text, long long least,
                                                        long long most) noexcept;
 
+// The number at the start of the text, behind white space and a sign, as the C library reads it: 0 where none stands, the
+// limit of the type for a larger one. What follows it doesn't count.
+[[nodiscard]] int LeadingNumber(const CString& text) noexcept;
+
 // The `count` hexadecimal digits from `index` on, at most 8, in either case; nothing where fewer stand there.
 [[nodiscard]] std::optional<std::uint32_t> ReadHexDigits(const CString& text, int index, int count) noexcept;
 

@@ -99,3 +99,24 @@ TEST(NumberText, OnlyAsciiCountsAsAscii)
     EXPECT_EQ(HexDigitValue(L'F'), 15);
     EXPECT_EQ(HexDigitValue(L'g'), -1);
 }
+
+TEST(LeadingNumberTest, ANumberIsReadUpToWhatFollowsIt)
+{
+    EXPECT_EQ(LeadingNumber(L"12;3"), 12);
+    EXPECT_EQ(LeadingNumber(L" \t-7x"), -7);
+    EXPECT_EQ(LeadingNumber(L"+5"), 5);
+}
+
+TEST(LeadingNumberTest, WithoutANumberItIsZero)
+{
+    for (const wchar_t* text : {L"", L"x", L"-", L"--1", L"- 1", L" "}) {
+        EXPECT_EQ(LeadingNumber(text), 0) << Utf8(text);
+    }
+}
+
+TEST(LeadingNumberTest, ALargerNumberIsTheLimit)
+{
+    EXPECT_EQ(LeadingNumber(L"2147483648"), 2147483647);
+    EXPECT_EQ(LeadingNumber(L"-2147483648"), -2147483647 - 1);
+    EXPECT_EQ(LeadingNumber(L"-99999999999999999999"), -2147483647 - 1);
+}

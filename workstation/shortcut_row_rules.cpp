@@ -1,0 +1,58 @@
+#include "workstation/shortcut_row_rules.h"
+
+#include "workstation/shortcut_switch_rules.h"
+
+#include <algorithm>
+
+namespace {
+
+// The backslash isn't among them, on purpose: the installer makes a folder of what stands before it.
+constexpr wchar_t FORBIDDEN_IN_NAMES[] = L"/:*?\"<>|";
+
+bool IsBlank(const CString& cell, const CString& prompt)
+{
+    return cell.IsEmpty() || cell.CompareNoCase(prompt) == 0;
+}
+
+bool HasName(const std::vector<CustomShortcutRow>& rows, const CString& name)
+{
+    return std::any_of(rows.begin(), rows.end(),
+                       [&name](const CustomShortcutRow& row) { return row.Name.CompareNoCase(name) == 0; });
+}
+
+ShortcutVerdict JudgeFilledRow(const CustomShortcutRow& row, const std::vector<CustomShortcutRow>& rowsAbove)
+{
+    if (row.Name.FindOneOf(FORBIDDEN_IN_NAMES) >= 0) {
+        return {ShortcutFault::BadName, row.Name};
+    }
+    if (HasName(rowsAbove, row.Name)) {
+        return {ShortcutFault::DuplicateName, row.Name};
+    }
+    const std::optional<CString> piece = FindBadSwitch(row.Command);
+    return piece ? ShortcutVerdict{ShortcutFault::BadSwitch, *piece} : ShortcutVerdict{};
+}
+
+} // namespace
+
+ShortcutVerdict CollectShortcuts(const std::vector<CustomShortcutRow>& cells,
+                                 const CustomShortcutRow& prompts, FaultyRows faultyRows,
+                                 std::vector<CustomShortcutRow>& rows)
+{
+    rows.clear();
+    for (const CustomShortcutRow& cell : cells) {
+        const bool isNameBlank = IsBlank(cell.Name, prompts.Name);
+        const bool isCommandBlank = IsBlank(cell.Command, prompts.Command);
+        if (isNameBlank && isCommandBlank) {
+            continue;
+        }
+        const ShortcutVerdict verdict = isNameBlank || isCommandBlank
+                                            ? ShortcutVerdict{ShortcutFault::Incomplete, {}}
+                                            : JudgeFilledRow(cell, rows);
+        if (verdict.fault == ShortcutFault::None) {
+            rows.push_back(cell);
+        } else if (faultyRows == FaultyRows::Refuse) {
+            return verdict;
+        }
+    }
+    return {};
+}
