@@ -22,6 +22,13 @@ bool HasOtherLetters(const std::vector<RowDifference>& rows)
     return false;
 }
 
+// Of a name that is its own short form what its writer typed.
+CString TypedName(const CString& text)
+{
+    const int bar = text.Find(L'|');
+    return bar >= 0 && text.Left(bar) == text.Mid(bar + 1) ? text.Left(bar) : text;
+}
+
 } // namespace
 
 bool CodePageHolds(unsigned int codePage, const CString& text)
@@ -72,9 +79,9 @@ void RequireCodePageHolds(const BuildDatabase& database, const std::vector<RowDi
             if (!CodePageHolds(codePage, column.strNew)) {
                 throw BuildFailure{BUILD_NO_TRANSLATION,
                                    L"The database of " + database.strProductName + L" uses the code page " +
-                                       NumberText(codePage) + L", which lacks letters of \"" + column.strNew +
-                                       L"\" (table " + row.strTable + L", row " + row.key.front() +
-                                       L", column " + column.strColumn + L"). " +
+                                       NumberText(codePage) + L", which lacks letters of \"" +
+                                       TypedName(column.strNew) + L"\" (table " + row.strTable + L", row " +
+                                       row.key.front() + L", column " + column.strColumn + L"). " +
                                        RemedyOf(BUILD_NO_TRANSLATION)};
             }
         }

@@ -105,6 +105,9 @@ constexpr Sentence SENTENCES[] = {
     {HostText::PackageVersionDiffers, L"The package \"%1\" has the version %2, but Setup.xml says %3. Copy "
                                       L"the package that belongs to the media, "
                                       L"or correct version in Setup.xml."},
+    {HostText::ShortcutTemplateInvalid, L"The package \"%1\" can't be deployed: its property %2, the "
+                                        L"template of custom shortcuts, has %3 fields "
+                                        L"instead of %4. Get the package from its maker again."},
     {HostText::MediaFileUnreadable,
      L"The file \"%1\" can't be read (%2). Check that it exists and that you have permission to read it."},
     {HostText::WorkFolderFailed, L"The work folder \"%1\" can't be created (%2). Check the free space and "

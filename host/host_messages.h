@@ -58,6 +58,7 @@ enum class HostText
     PackageVersionInvalid,
     PackageCodeDiffers,
     PackageVersionDiffers,
+    ShortcutTemplateInvalid,
     MediaFileUnreadable,
     WorkFolderFailed,
     WorkCopyFailed,

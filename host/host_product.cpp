@@ -15,6 +15,7 @@
 #include "installer/query.h"
 #include "installer/record.h"
 #include "installer/summary.h"
+#include "msi/custom_shortcuts.h"
 
 #include <msiquery.h>
 
@@ -80,6 +81,23 @@ bool ReadShortcuts(MSIHANDLE database, const std::vector<CString>& keys, std::ve
         }
     }
     return result == ERROR_SUCCESS;
+}
+
+// The page of the workstations relies on all of its fields.
+OperationError CheckShortcutTemplate(MSIHANDLE database, const CString& packageFile)
+{
+    CString text;
+    if (!ReadPropertyRow(database, SHORTCUT_TEMPLATE_PROPERTY, text) || text.IsEmpty()) {
+        return {}; // a product without custom shortcuts
+    }
+    const int fields = CountTemplateFields(text);
+    if (fields == SHORTCUT_TEMPLATE_FIELDS) {
+        return {};
+    }
+    return {ERROR_INSTALL_PACKAGE_INVALID,
+            HostSentence(HostText::ShortcutTemplateInvalid,
+                         {packageFile, SHORTCUT_TEMPLATE_PROPERTY, NumberText(fields),
+                          NumberText(SHORTCUT_TEMPLATE_FIELDS)})};
 }
 
 } // namespace
@@ -184,6 +202,9 @@ OperationError CHostProduct::Open(std::vector<CString>& warnings)
     if (OperationError error = CheckIdentity(m_database.get(), m_strOriginalFile, m_package)) {
         return error;
     }
+    if (OperationError error = CheckShortcutTemplate(m_database.get(), m_strOriginalFile)) {
+        return error;
+    }
     CString table;
     result = AddMissingTables(m_database.get(), table);
     if (result != ERROR_SUCCESS) {
@@ -259,17 +280,12 @@ bool CHostProduct::IsPatchMerged(const CString& file)
 bool CHostProduct::GetCustomShortcuts(std::vector<ShortcutStrings>& list)
 {
     list.clear();
-    CString keys;
-    if (!ReadPropertyRow(m_database.get(), L"ZOLT_CUSTOM_SHORTCUT", keys)) {
+    CString made;
+    if (!ReadPropertyRow(m_database.get(), SHORTCUT_LIST_PROPERTY, made)) {
         return true; // none were ever made
     }
-    // `next;key;key;...;`: the first piece is a number.
-    std::vector<CString> wanted;
-    int start = keys.Find(L';') + 1;
-    for (int end; start > 0 && (end = keys.Find(L';', start)) >= 0; start = end + 1) {
-        wanted.push_back(keys.Mid(start, end - start));
-    }
-    return wanted.empty() || ReadShortcuts(m_database.get(), wanted, list);
+    const std::vector<CString> keys = ReadShortcutKeys(made);
+    return keys.empty() || ReadShortcuts(m_database.get(), keys, list);
 }
 
 void CHostProduct::AddLanguagePack(std::unique_ptr<CHostProduct> pack)

@@ -6,6 +6,7 @@
 #include "builder/build_names.h"
 #include "builder/cabinet.h"
 #include "builder/copy_scan.h"
+#include "msi/msi_rows.h"
 
 #include <windows.h>
 
@@ -80,6 +81,36 @@ protected:
     {
         ExpectRefusedBeforehand(build, code, words);
     }
+};
+
+// With custom shortcuts as the page writes them.
+class ShortcutDecisionTest : public DecisionTest
+{
+protected:
+    ShortcutDecisionTest()
+        : DecisionTest(
+              {L"CREATE TABLE `Shortcut` (`Shortcut` CHAR(72) NOT NULL, `Directory_` CHAR(72) NOT NULL, "
+               L"`Name` CHAR(128) NOT NULL LOCALIZABLE, `Component_` CHAR(72) NOT NULL, `Target` CHAR(72) "
+               L"NOT NULL, `Arguments` CHAR(255), `Description` CHAR(255) LOCALIZABLE, `Hotkey` SHORT, "
+               L"`Icon_` CHAR(72), `IconIndex` SHORT, `ShowCmd` SHORT, `WkDir` CHAR(72) PRIMARY KEY "
+               L"`Shortcut`)"})
+    {
+    }
+
+    void AddShortcut(const CString& name, const CString& command)
+    {
+        ShortcutData row;
+        row.Shortcut = L"CUSTOM_SHORTCUT_" + NumberText(++m_last);
+        row.Directory_ = L"INSTALLDIR";
+        row.Name = name;
+        row.Component_ = L"Main";
+        row.Target = L"[INSTALLDIR]zolt.exe";
+        row.Arguments = command;
+        EXPECT_TRUE(row.Execute(build.plan.databases[0].hDatabase)) << Utf8(name);
+    }
+
+private:
+    int m_last = 0;
 };
 
 // ---- the decision as a value ---------------------------------------------------------------------------------------
@@ -218,6 +249,20 @@ TEST_F(DecisionTest, AFolderNameBeyondTheCodePageIsRefusedBeforehand)
 {
     added.AddFolder(L"\x4E2D", L"INSTALLDIR");
     ExpectRefused(ERROR_NO_UNICODE_TRANSLATION, {L"\x4E2D", L"Directory"});
+}
+
+TEST_F(ShortcutDecisionTest, ANameOfAShortcutBeyondTheCodePageIsRefusedBeforehandByItsName)
+{
+    AddShortcut(L"Dessin \x00E9t\x00E9 d'Anne", L"/p x");
+    EXPECT_TRUE(Decide().IsNeeded()) << "its letters are all there";
+    AddShortcut(L"\x4E2D plan", L"/b");
+    ExpectRefused(ERROR_NO_UNICODE_TRANSLATION, {L"letters of \"\x4E2D plan\"", L"table Shortcut"});
+}
+
+TEST_F(ShortcutDecisionTest, ACommandOfAShortcutBeyondTheCodePageIsRefusedBeforehand)
+{
+    AddShortcut(L"Plan", L"/p \x4E2D");
+    ExpectRefused(ERROR_NO_UNICODE_TRANSLATION, {L"letters of \"/p \x4E2D\"", L"table Shortcut"});
 }
 
 TEST_F(DecisionTest, ADamagedOriginalIsRefusedBeforehand)

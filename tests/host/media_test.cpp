@@ -1,6 +1,5 @@
 // Opening media, working copies, properties and paths: what the pages ask of the host before anything is built.
 #include "include/product.h"
-#include "include/shortcut_strings.h"
 #include "include/ui_manager.h"
 #include "installer/database.h"
 #include "tests/host/package_maker.h"
@@ -317,27 +316,6 @@ TEST_F(MediaTest, AFeatureIsFoundAsSoonAsItsRowIsThere)
                L"INSERT INTO `Feature` (`Feature`,`Level`,`Attributes`) VALUES ('_UserDeploymentFile',1,16)"),
         0u);
     EXPECT_NE(product.m_pFeatureManager->FindFeature(L"_UserDeploymentFile"), nullptr);
-}
-
-TEST_F(MediaTest, CustomShortcutsComeInTheOrderOfTheirProperty)
-{
-    CProduct& product = OpenMediaFolder();
-    for (const wchar_t* key : {L"CUSTOM_SHORTCUT_1", L"CUSTOM_SHORTCUT_2"}) {
-        CString statement;
-        statement.Format(
-            L"INSERT INTO `Shortcut` (`Shortcut`,`Directory_`,`Name`,`Component_`,`Target`,`Arguments`) "
-            L"VALUES ('%s','INSTALLDIR','SHORT|Name of %s','C','Main','/p %s')",
-            key, key, key);
-        ASSERT_EQ(RunSql(product.GetMsiHandle(), statement), 0u);
-    }
-    ASSERT_TRUE(
-        product.SetMsiProperty(L"ZOLT_CUSTOM_SHORTCUT", L"3;CUSTOM_SHORTCUT_2;CUSTOM_SHORTCUT_1;", false));
-    std::vector<ShortcutStrings> list;
-    ASSERT_TRUE(product.GetCustomShortcuts(list));
-    ASSERT_EQ(list.size(), 2u);
-    EXPECT_EQ(list[0].Key, CString(L"CUSTOM_SHORTCUT_2"));
-    EXPECT_EQ(list[0].Name, CString(L"Name of CUSTOM_SHORTCUT_2"));
-    EXPECT_EQ(list[0].Command, CString(L"/p CUSTOM_SHORTCUT_2"));
 }
 
 TEST_F(MediaTest, ASinglePackageIsDescribedByItself)
