@@ -18,6 +18,8 @@ ROLLOUTUI_PAGE int DeploymentSettingsDialog(PageContext* context);
 ROLLOUTUI_PAGE int DeploymentCompleteDialog(PageContext* context);
 ROLLOUTUI_PAGE int DeploymentFailedDialog(PageContext* context);
 
+ROLLOUTUI_PAGE int WorkstationSettingDialog(PageContext* context);
+ROLLOUTUI_PAGE CTabPage WorkstationSettingPage(PageContext* context);
 ROLLOUTUI_PAGE int PathCustomizationDialog(PageContext* context);
 ROLLOUTUI_PAGE CTabPage PathCustomizationPage(PageContext* context);
 ROLLOUTUI_PAGE int AddAdditionalFilesDialog(PageContext* context);

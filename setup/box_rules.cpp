@@ -4,6 +4,8 @@
 
 namespace {
 
+constexpr wchar_t REFUSED_BEHIND[] = L": %s";
+
 const AnswerBox* FindBox(const PageAnswerTable* table, const CString& text, bool asks,
                          const std::function<CString(unsigned int)>& loadString)
 {
@@ -12,8 +14,8 @@ const AnswerBox* FindBox(const PageAnswerTable* table, const CString& text, bool
             continue;
         }
         const CString format = loadString(box.string);
-        if (!format.IsEmpty() &&
-            MatchesFormat(format, text)) { // a library that lacks the text matches nothing
+        // A library that lacks the text matches nothing.
+        if (!format.IsEmpty() && MatchesFormat(box.bNamesRefused ? format + REFUSED_BEHIND : format, text)) {
             return &box;
         }
     }
@@ -42,6 +44,29 @@ const PageAnswer* FindRefused(const PageAnswers& page, const CString& key, const
     return refused;
 }
 
+// Of the lines of the key the last that is what is refused, else the first that holds it, else the last.
+const PageAnswer* FindNamed(const PageAnswers& page, const CString& key, const CString& refused)
+{
+    const PageAnswer* found = nullptr;
+    bool holdsIt = false;
+    for (const PageAnswer& answer : page.entries) {
+        if (key != answer.pKey->word) {
+            continue;
+        }
+        const auto& fields = answer.fields;
+        if (std::find(fields.begin(), fields.end(), refused) != fields.end()) {
+            found = &answer;
+            holdsIt = true;
+        } else if (!holdsIt) {
+            found = &answer;
+            holdsIt = std::any_of(fields.begin(), fields.end(), [&refused](const CString& field) {
+                return !refused.IsEmpty() && field.Find(refused) >= 0;
+            });
+        }
+    }
+    return found;
+}
+
 } // namespace
 
 BoxVerdict JudgeBox(const PageAnswerTable* table, const PageAnswers* page, const CString& text, bool asks,
@@ -61,7 +86,10 @@ BoxVerdict JudgeBox(const PageAnswerTable* table, const PageAnswers* page, const
         }
     }
     if (!asks && verdict.pBox->key) {
-        verdict.pRefused = FindRefused(*page, verdict.pBox->key, text);
+        verdict.pRefused = verdict.pBox->bNamesRefused
+                               ? FindNamed(*page, verdict.pBox->key,
+                                           text.Mid(loadString(verdict.pBox->string).GetLength() + 2))
+                               : FindRefused(*page, verdict.pBox->key, text);
     }
     return verdict;
 }

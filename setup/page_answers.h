@@ -5,6 +5,7 @@
 
 extern const PageAnswerTable BEGIN_ANSWERS;
 extern const PageAnswerTable SETTINGS_ANSWERS;
+extern const PageAnswerTable WORKSTATION_ANSWERS;
 extern const PageAnswerTable PATHS_ANSWERS;
 extern const PageAnswerTable RESOURCES_ANSWERS;
 extern const PageAnswerTable NOTICES_ANSWERS;

@@ -2,9 +2,11 @@
 
 #include "setup/page_answers.h"
 #include "setup/paths_lists.h"
+#include "setup/workstation_lists.h"
 
 PageListsTable AllPageLists()
 {
-    static const PageListsRow ROWS[] = {{&PATHS_ANSWERS, &PathsPageLists()}};
+    static const PageListsRow ROWS[] = {{&PATHS_ANSWERS, &PathsPageLists()},
+                                        {&WORKSTATION_ANSWERS, &WorkstationPageLists()}};
     return ROWS;
 }

@@ -23,13 +23,13 @@ bool HasName(const std::vector<CustomShortcutRow>& rows, const CString& name)
 ShortcutVerdict JudgeFilledRow(const CustomShortcutRow& row, const std::vector<CustomShortcutRow>& rowsAbove)
 {
     if (row.Name.FindOneOf(FORBIDDEN_IN_NAMES) >= 0) {
-        return {ShortcutFault::BadName, row.Name};
+        return {ShortcutFault::BadName, row.Name, -1};
     }
     if (HasName(rowsAbove, row.Name)) {
-        return {ShortcutFault::DuplicateName, row.Name};
+        return {ShortcutFault::DuplicateName, row.Name, -1};
     }
     const std::optional<CString> piece = FindBadSwitch(row.Command);
-    return piece ? ShortcutVerdict{ShortcutFault::BadSwitch, *piece} : ShortcutVerdict{};
+    return piece ? ShortcutVerdict{ShortcutFault::BadSwitch, *piece, -1} : ShortcutVerdict{};
 }
 
 } // namespace
@@ -39,18 +39,20 @@ ShortcutVerdict CollectShortcuts(const std::vector<CustomShortcutRow>& cells,
                                  std::vector<CustomShortcutRow>& rows)
 {
     rows.clear();
-    for (const CustomShortcutRow& cell : cells) {
+    for (std::size_t index = 0; index < cells.size(); ++index) {
+        const CustomShortcutRow& cell = cells[index];
         const bool isNameBlank = IsBlank(cell.Name, prompts.Name);
         const bool isCommandBlank = IsBlank(cell.Command, prompts.Command);
         if (isNameBlank && isCommandBlank) {
             continue;
         }
-        const ShortcutVerdict verdict = isNameBlank || isCommandBlank
-                                            ? ShortcutVerdict{ShortcutFault::Incomplete, {}}
-                                            : JudgeFilledRow(cell, rows);
+        ShortcutVerdict verdict = isNameBlank || isCommandBlank
+                                      ? ShortcutVerdict{ShortcutFault::Incomplete, {}, -1}
+                                      : JudgeFilledRow(cell, rows);
         if (verdict.fault == ShortcutFault::None) {
             rows.push_back(cell);
         } else if (faultyRows == FaultyRows::Refuse) {
+            verdict.row = static_cast<int>(index);
             return verdict;
         }
     }

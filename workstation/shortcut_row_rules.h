@@ -26,6 +26,7 @@ struct ShortcutVerdict
 {
     ShortcutFault fault = ShortcutFault::None;
     CString culprit; // the name, or the piece of the command line; empty for Incomplete
+    int row = -1;    // its place among the cells
 };
 
 enum class FaultyRows

@@ -10,7 +10,7 @@ import tempfile
 import unittest
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-PAGE_FOLDERS = ("frame", "pages", "online", "paths", "files")
+PAGE_FOLDERS = ("frame", "pages", "online", "paths", "files", "workstation")
 
 # Ids that reach SetupText by a variable, with the number of texts that are filled in there.
 PASSED_ON = {"IDS_CONFIGURE_NO_DATABASE_SAVE": 2}
@@ -82,6 +82,11 @@ PAGE_WORDS = {
     "IDS_FILES_REASON_FILE_IN_WAY": "name of this folder", "IDS_FILES_REASON_FOLDER_IN_WAY": "name of this file",
     "IDS_FILES_REASON_LOOP": "leads back", "IDS_FILES_REASON_TOO_LONG": "too long",
     "IDS_FILES_REASON_UNREADABLE": "can't be read", "IDS_FILES_REASON_REFUSED": "can't store it",
+    "IDS_WORKSTATION_HEADING": "workstation gets", "IDS_PROFILE_NAME_INVALID": "profile is not valid",
+    "IDS_SHORTCUT_NAME_COLUMN": "Name", "IDS_SHORTCUT_SWITCHES_COLUMN": "Command line",
+    "IDS_SHORTCUT_NAME_PROMPT": "Type a name", "IDS_SHORTCUT_SWITCHES_PROMPT": "Type switches",
+    "IDS_SHORTCUT_INCOMPLETE": "needs a name and a command line", "IDS_SHORTCUT_SWITCH_UNKNOWN": "only these switches",
+    "IDS_SHORTCUT_NAME_INVALID": "name of a custom shortcut can't", "IDS_SHORTCUT_NAME_TWICE": "the same name",
 }
 PROGRAM_WORDS = {
     "IDS_BUILD_STARTING": "ready", "IDS_BUILD_CANCELLING": "Canceling", "IDS_BUILD_CANCEL_QUESTION": "stop building",
@@ -120,6 +125,8 @@ CONTROL_WORDS = {
     "IDC_SEARCH_LOCATIONS": "search locations", "IDC_PATH_BROWSE": "Browse", "IDC_PATH_ADD": "Add",
     "IDC_PATH_REMOVE": "Remove", "IDC_PATH_MOVE_UP": "up", "IDC_PATH_MOVE_DOWN": "down",
     "IDC_FILES_ADD": "files", "IDC_FILES_ADD_FOLDER": "folder", "IDC_FILES_ADD_DRIVE": "drive", "IDC_FILES_DELETE": "Delete",
+    "IDC_DESKTOP_SHORTCUT": "desktop shortcut", "IDC_SHORTCUTS_HEADING": "Custom shortcuts",
+    "IDC_BROWSER_REQUIRED": "browser", "IDC_SHEET_FORMAT": "sheet format",
 }
 
 

@@ -56,6 +56,13 @@ bool TestProduct::IsPatchMerged(const CString& file)
     return std::find(mergedPatches.begin(), mergedPatches.end(), file) != mergedPatches.end();
 }
 
+bool TestProduct::GetCustomShortcuts(std::vector<ShortcutStrings>& list)
+{
+    log.Add(L"Product.GetCustomShortcuts", L"");
+    list = shortcuts;
+    return true;
+}
+
 void TestProduct::SetIncludeSP(int value)
 {
     log.Add(L"Product.SetIncludeSP", NumberText(value));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "include/product.h"
+#include "include/shortcut_strings.h"
 #include "tests/support/call_log.h"
 
 #include <map>
@@ -32,7 +33,7 @@ public:
     CString GetDownloadedPatchSize() override { return patchSize; }
     void SetIncludeSP(int value) override;
     std::vector<CProduct*>& GetLPChildren() override { return children; }
-    bool GetCustomShortcuts(std::vector<ShortcutStrings>&) override { return false; }
+    bool GetCustomShortcuts(std::vector<ShortcutStrings>& list) override;
 
     InstallerHandle database = 0;
     bool setMsiPropertyAnswer = true; // false: the property isn't stored
@@ -45,6 +46,7 @@ public:
     CString patchName;
     CString patchReadme;
     CString patchSize;
+    std::vector<ShortcutStrings> shortcuts; // those that the database is said to hold
     std::vector<CProduct*> children;
 
     CallLog& log;

@@ -1,0 +1,11 @@
+#include "workstation/product_property.h"
+
+#include "include/product.h"
+
+CString ReadInstallerProperty(CProduct& product, const wchar_t* name)
+{
+    constexpr int CAPACITY = 1024;
+    wchar_t buffer[CAPACITY] = L"";
+    int size = CAPACITY;
+    return product.GetMsiProperty(name, buffer, &size) ? CString(buffer) : CString();
+}
