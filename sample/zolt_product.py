@@ -133,6 +133,9 @@ REGISTRY = [
     ("SendComputerName", "[ZOLT_ENABLE_SEND_PC_NAME]"),
     ("SearchLocations", "[ZOLT_SEARCH_LOCATIONS_CUSTOM_ENABLE]"),
     ("ProfileName", "[ZOLTDEFAULTPROFILENAME]"),
+    ("DesktopShortcut", "[TARN_DESKTOPSHORTCUT_1]"),
+    ("BrowserRequired", "[ZOLT_IE_REQUIRED]"),
+    ("SheetFormat", "[ZOLT_SHEETX_FORMAT]"),
 ]
 
 # All that the product knows; those that PATHS leaves out are set by nobody before the wizard.

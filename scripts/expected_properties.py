@@ -9,6 +9,7 @@ import os
 import re
 
 SWITCH = {"yes": "#1", "no": "#0"}
+PLAIN_SWITCH = {"yes": "1", "no": "0"}
 SOURCE = {"maker": "#1", "local_list": "#2"}
 TEXT, PATH, SHOWN_PATH = object(), object(), object()
 
@@ -17,6 +18,10 @@ SECTIONS_OF_DEPLOYMENT = ("settings",)
 
 PROPERTIES = {
     "settings.mc3": ("MC3_ENABLED", SWITCH),
+    "workstation.desktop_shortcut": ("TARN_DESKTOPSHORTCUT_1", PLAIN_SWITCH),
+    "workstation.browser_required": ("ZOLT_IE_REQUIRED", PLAIN_SWITCH),
+    "workstation.sheet_format": ("ZOLT_SHEETX_FORMAT", SWITCH),
+    "workstation.profile": ("ZOLTDEFAULTPROFILENAME", TEXT),
     "notices.updates": ("ZOLT_PATCHRELAY_ENABLE", SWITCH),
     "notices.update_source": ("ZOLT_PATCHRELAY_PATCHNOTIFY", SOURCE),
     "notices.update_list": ("ZOLT_PATCHRELAY_LISTLOCACTION", PATH),

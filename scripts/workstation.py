@@ -9,7 +9,8 @@ its own Install.cmd and Uninstall.cmd. Every file that the databases name must b
 and gone after uninstalling; what the package itself asks to leave is told apart from what was left behind. Every registry value
 that carries one property to the workstation must hold what the deployed database says, with the directories of the
 workstation where a script of the package puts them in. Files whose place can't be known
-beforehand, other registry values, shortcuts, services and environment variables are not looked at. With the answers that the wizard was run with, those values must also be what was answered, so
+beforehand, other registry values, services and environment variables are not looked at. Every shortcut of the start menu and
+the desktop must be there with its target, arguments and working folder, and gone after uninstalling. With the answers that the wizard was run with, those values must also be what was answered, so
 the choices are seen to arrive. When the deployment names a folder for logs, each product's log must have come there.
 Says what it waits for while it waits. A command that doesn't come back within the limit is ended, with all that runs in
 the prefix, and the look ends there. Prints what it found; the exit code is 0 when all was well, otherwise 1.
@@ -26,6 +27,7 @@ import xml.etree.ElementTree
 
 from expected_properties import asked_properties, find_unmet, same_value
 from path_forms import NO_PATH, stored_path
+from shortcut_files import asked_shortcuts, check_asked, custom_shortcuts, expected_shortcuts
 from steady_addresses import keep_addresses_steady
 from watched_command import CommandOverdue, Patience, read_log, run_watched
 
@@ -342,10 +344,37 @@ def check_answers(products, asked):
     return unmet
 
 
+def check_shortcuts(workstation, packages, asked):
+    """The files that the shell shows, against the databases, and the databases against the answers."""
+    troubles, products, good = [], [], 0
+    for package in packages:
+        rows = read_table(package.path, "Shortcut")
+        wanted, left_out = expected_shortcuts(package, rows)
+        for shortcut in wanted:
+            wrong = shortcut.look(workstation.drive)
+            good += not wrong
+            troubles += ["shortcut %s (%s): %s" % (shortcut.name, shortcut.key, wrong)] if wrong else []
+        troubles += ["shortcut %s (%s) is there, though it was turned off" % (shortcut.name, shortcut.key)
+                     for shortcut in left_out if shortcut.find(workstation.drive)]
+        if not package.is_pack:
+            products.append((package.properties.get("ProductName", ""), package.properties.get("ProductCode", ""),
+                             custom_shortcuts(package, rows)))
+    print("%d shortcuts are as the deployment has them, %d of them custom ones." %
+          (good, sum(len(custom) for _, _, custom in products)))
+    return troubles + check_asked(asked, products)
+
+
+def shortcuts_left(workstation, packages):
+    return [path for package in packages
+            for shortcuts in expected_shortcuts(package, read_table(package.path, "Shortcut")) for shortcut in shortcuts
+            for path in shortcut.find(workstation.drive)]
+
+
 def check_leftovers(workstation, packages, expected):
     """What stays on purpose, what was left behind, and what can't be known."""
     view = FolderView(workstation.drive)
     left = [(path, reason) for path, _, reason in expected if view.find(path)]
+    left += [(os.path.relpath(path, workstation.drive), "") for path in shortcuts_left(workstation, packages)]
     values = {}
     for package in packages:
         for key, bits, name, _, reason in package.carried_properties():
@@ -365,13 +394,15 @@ def check_leftovers(workstation, packages, expected):
     return ["left behind: " + path for path in behind]
 
 
-def check(workstation, packages, asked):
+def check(workstation, packages, asked, shortcuts):
     troubles = []
     expected = [row for package in packages for row in package.files()]
     view = FolderView(workstation.drive)
     early = [path for path, _, _ in expected if view.find(path)]
     if early:
         print("%d files were there before the installation, so that finding them proves nothing." % len(early))
+    for path in shortcuts_left(workstation, packages):
+        print("This shortcut was there before the installation: " + path)
     code = workstation.run("Install.cmd")
     print("Install.cmd ended with %d." % code)
     if code not in (0, 3010):
@@ -395,6 +426,7 @@ def check(workstation, packages, asked):
             good += 1
     print("%d of %d files are there, each with its size." % (good, len(expected)))
     troubles += check_registry(workstation, packages, asked)
+    troubles += check_shortcuts(workstation, packages, shortcuts)
     code = workstation.run("Uninstall.cmd")
     print("Uninstall.cmd ended with %d." % code)
     if code not in (0, 3010):
@@ -418,6 +450,7 @@ def main():
                         help="how often to say what is waited for (default: %(default)s)")
     arguments = parser.parse_args()
     asked = asked_properties(arguments.answers, arguments.set) if arguments.answers else {}
+    shortcuts = asked_shortcuts(arguments.answers, arguments.set) if arguments.answers else {}
     sys.stdout.reconfigure(line_buffering=True)
     keep_addresses_steady()
     deployment = os.path.abspath(arguments.deployment)
@@ -427,7 +460,7 @@ def main():
         return 1
     workstation = Workstation(arguments.prefix, deployment, arguments.logs, Patience(arguments.limit, arguments.report))
     try:
-        troubles = check(workstation, [Package(*database) for database in databases], asked)
+        troubles = check(workstation, [Package(*database) for database in databases], asked, shortcuts)
     except CommandOverdue as overdue:
         troubles = [str(overdue)]
         workstation.discard()

@@ -31,6 +31,16 @@ class AskedAnswersTest(unittest.TestCase):
                 wanted.update(section + "." + word for word in re.findall(r'\.word = L"(\w+)"', file.read()))
         self.assertEqual({key for key in PROPERTIES if key.split(".")[0] in ONLINE_SECTIONS}, wanted)
 
+    def test_every_answer_of_the_workstations_has_a_property_but_the_shortcuts(self):
+        with open(os.path.join(ROOT, "setup", "workstation_answers.cpp"), encoding="utf-8") as file:
+            words = set(re.findall(r'\.word = L"(\w+)"', file.read())) - {"shortcut"}
+        self.assertEqual({key for key in PROPERTIES if key.startswith("workstation.")},
+                         {"workstation." + word for word in words})
+        self.assertEqual(self.asked("[workstation]\ndesktop_shortcut = no\nsheet_format = no\nprofile = <<Office>>\n"
+                                    'shortcut = "A", "/b"\n'),
+                         {"TARN_DESKTOPSHORTCUT_1": "0", "ZOLT_SHEETX_FORMAT": "#0",
+                          "ZOLTDEFAULTPROFILENAME": "<<Office>>"})
+
     def test_answers_are_told_as_the_properties_hold_them(self):
         self.assertEqual(
             self.asked("# [resources]\n[notices]\nupdates = no\nupdate_source = local_list\n"
