@@ -150,6 +150,7 @@ private:
     void SortBelow(HTREEITEM item);
 
     // ---- nodes
+    void ExpandFolder(const FileTreeNode& folder);
     bool AddNode(const CString& path, const CString& key, bool isUserItem, const CString& sourcePath);
     HTREEITEM InsertNode(FileTreeNode& node, HTREEITEM parent, const CString& label);
     void UpdatePaths(FileTreeNode& node, const CString& name);

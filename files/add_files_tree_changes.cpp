@@ -70,7 +70,16 @@ void CAddFilesTreeCtrl::SortTarget()
 void CAddFilesTreeCtrl::SortFolder(const FileTreeNode& folder)
 {
     SortChildren(folder.Item);
+    ExpandFolder(folder);
+}
+
+// The view reports an expansion that it is asked for only the first time.
+void CAddFilesTreeCtrl::ExpandFolder(const FileTreeNode& folder)
+{
     Expand(folder.Item);
+    if ((GetItemState(folder.Item, TVIS_EXPANDED) & TVIS_EXPANDED) != 0 && !IsDriveNode(folder)) {
+        SetItemIcon(folder.Item, m_iconFolderOpen);
+    }
 }
 
 // ---- files
@@ -148,6 +157,7 @@ bool CAddFilesTreeCtrl::AddItem(bool isDrive)
             return false;
         }
         node = AddFolder(NextFolderName(parent), *parent);
+        ExpandFolder(*parent);
     }
     if (!node) {
         return false;
