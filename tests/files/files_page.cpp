@@ -155,6 +155,11 @@ void FilesPage::MeetTreeOnce()
         AwaitNoEdit();
         RightClick(L"~");
         ExpectMenu(L"EEDD");
+        RightClick(L"~");
+        ChooseInMenu(ID_FILES_ADD_FOLDER);
+        AwaitEdit();
+        Key(VK_ESCAPE);
+        AwaitNoEdit();
         ShowAndGoBack();
         for (int number = 1; number <= WARM_FILES; ++number) {
             RemoveRowsOf(UserKey(number));
@@ -329,6 +334,14 @@ void FilesPage::AwaitNoEdit()
 void FilesPage::TypeLabel(const CString& text)
 {
     Step(L"type into the label", [this, text] { return CControl(EditBox()).SetText(text); });
+}
+
+// In the tab shape the page isn't the window that hands out the focus.
+void FilesPage::FocusTo(int id)
+{
+    Look([this, id] {
+        SetFocus(GetDlgItem(Page(), id)); // may end an edit with a box
+    });
 }
 
 void FilesPage::Rename(const CString& path, const CString& text)
@@ -559,6 +572,7 @@ ExpectedBox MissingBox(const CString& path)
 ExpectedBox ReplaceBox(const CString& name, const CString& existing, const CString& added)
 {
     CString text = ResourceText(IDS_FILES_REPLACE);
+    text.Replace(L"\n", L"\r\n"); // the system's own line ends
     text.Replace(L"%1", name);
     text.Replace(L"%2", existing);
     text.Replace(L"%3", added);

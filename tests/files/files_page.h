@@ -55,6 +55,7 @@ protected:
     void SelectNode(const CString& path);
     void SelectNothing();
     void Expand(const CString& path);
+    void FocusTo(int id);
     void AwaitEdit();
     void AwaitNoEdit();
     void TypeLabel(const CString& text);
@@ -62,6 +63,8 @@ protected:
     void Rename(const CString& path, const CString& text);
     // Presses the button; the picker answers these without coming up. No paths: canceled.
     void AddFiles(const Lines& paths);
+    // From here on the system's picker comes up.
+    void UseSystemPicker() { m_picker.reset(); }
     // Presses the button, types the name, Enter.
     void AddFolder(const CString& parent, const CString& name);
     void DropOnto(const CString& path, const Lines& dropped);
