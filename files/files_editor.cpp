@@ -168,7 +168,7 @@ void CFilesEditor::Drop(HANDLE drop)
     const CString key = folder->Key;
     std::vector<NotAddedItem> notAdded;
     {
-        CFileProgress progress(m_page, m_calls.enableLeaving);
+        CFileProgress progress(m_page, [this](bool isLong) { m_calls.enableLeaving(!isLong); });
         CFileDrop work(m_tree, progress);
         if (!work.AddTo(*folder, paths)) {
             return;
