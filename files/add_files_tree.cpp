@@ -146,6 +146,14 @@ LRESULT CAddFilesTreeCtrl::OnDropFiles(UINT, WPARAM drop, LPARAM, BOOL&)
     return 0;
 }
 
+LRESULT CAddFilesTreeCtrl::OnGetSource(UINT, WPARAM item, LPARAM buffer, BOOL&)
+{
+    const FileTreeNode* const node = NodeOf(reinterpret_cast<HTREEITEM>(item));
+    const CString source = node ? node->SourcePath.Left(FILES_SOURCE_CAPACITY - 1) : CString();
+    std::copy_n(source.GetString(), source.GetLength() + 1, reinterpret_cast<wchar_t*>(buffer));
+    return source.GetLength();
+}
+
 LRESULT CAddFilesTreeCtrl::OnDestroy(UINT, WPARAM, LPARAM, BOOL& handled)
 {
     m_isClosing = true;

@@ -11,6 +11,7 @@
 #include "files/node_rules.h"
 #include "files/product_folders.h"
 #include "files/user_items.h"
+#include "include/files_tree_messages.h"
 #include "include/product.h"
 #include "msi/user_file_writer.h"
 #include "window/controls.h"
@@ -44,9 +45,6 @@ enum class AddFileResult
     Failed, // the database refused, or the path would be too long
 };
 
-// Posted to the tree's parent when files were dropped on the tree: lParam is the HDROP, which the parent frees.
-constexpr UINT FILES_MESSAGE_DROPPED = WM_APP + 1;
-
 class CAddFilesTreeCtrl : public CWindowImpl<CAddFilesTreeCtrl, CTreeViewCtrlEx>
 {
 public:
@@ -55,6 +53,7 @@ public:
 
     BEGIN_MSG_MAP(CAddFilesTreeCtrl)
     MESSAGE_HANDLER(WM_DROPFILES, OnDropFiles)
+    MESSAGE_HANDLER(FILES_MESSAGE_GET_SOURCE, OnGetSource)
     MESSAGE_HANDLER(WM_DESTROY, OnDestroy)
     REFLECTED_NOTIFY_CODE_HANDLER(TVN_KEYDOWN, OnKeyDown)
     REFLECTED_NOTIFY_CODE_HANDLER(TVN_ITEMEXPANDEDW, OnItemExpanded)
@@ -130,6 +129,7 @@ public:
 private:
     // ---- messages
     LRESULT OnDropFiles(UINT, WPARAM drop, LPARAM, BOOL&);
+    LRESULT OnGetSource(UINT, WPARAM item, LPARAM buffer, BOOL&);
     LRESULT OnDestroy(UINT, WPARAM, LPARAM, BOOL& handled);
     LRESULT OnKeyDown(int, NMHDR* header, BOOL& handled);
     LRESULT OnItemExpanded(int, NMHDR* header, BOOL& handled);
