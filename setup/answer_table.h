@@ -61,7 +61,8 @@ struct AnswerBox
     BoxKind kind = BoxKind::Question;
     const wchar_t* role = nullptr; // Question: the word behind "on_question."
     const wchar_t* key = nullptr;  // the key that the box is about; null: the one that is being entered
-    unsigned int string = 0; // its text in the resource library; "%s" stands for any text; or PROGRAM_BOX
+    unsigned int string =
+        0; // its text in the resource library; "%s" or "%1" stands for any text; or PROGRAM_BOX
     // What is refused stands behind its text, after a colon.
     bool bNamesRefused = false;
     // Question: comes up while a value is entered, not when the page is left. Yes is remembered then, as what No has kept

@@ -82,6 +82,16 @@ CString ProductNames(const std::vector<AnswerProduct>& products)
     return names.IsEmpty() ? CString(L"none") : names;
 }
 
+// Where "%s" stands, or "%1" to "%9"; -1 for neither.
+int FindHole(const CString& format)
+{
+    int hole = format.Find(L'%');
+    while (hole >= 0 && format[hole + 1] != L's' && (format[hole + 1] < L'1' || format[hole + 1] > L'9')) {
+        hole = format.Find(L'%', hole + 1);
+    }
+    return hole;
+}
+
 } // namespace
 
 bool IsYes(const CString& value)
@@ -201,7 +211,7 @@ AnswersError RefusedAnswer(const PageAnswers& page, const wchar_t* key, const An
 
 bool MatchesFormat(const CString& format, const CString& text)
 {
-    const int hole = format.Find(L"%s");
+    const int hole = FindHole(format);
     if (hole < 0) {
         return format == text;
     }

@@ -121,5 +121,5 @@ struct AnswerSources
 AnswersError RefusedAnswer(const PageAnswers& page, const wchar_t* key, const AnswerOrigin& origin,
                            const CString& reason);
 
-// True when `text` is `format` with any text in the place of each "%s".
+// True when `text` is `format` with any text in the place of each "%s", or of each "%1" to "%9".
 bool MatchesFormat(const CString& format, const CString& text);

@@ -6,6 +6,13 @@ namespace {
 
 constexpr wchar_t REFUSED_BEHIND[] = L": %s";
 
+// The system writes a line end of a text that it fills in as two characters.
+CString WithPlainLineEnds(CString text)
+{
+    text.Replace(L"\r\n", L"\n");
+    return text;
+}
+
 const AnswerBox* FindBox(const PageAnswerTable* table, const CString& text, bool asks,
                          const std::function<CString(unsigned int)>& loadString)
 {
@@ -15,7 +22,8 @@ const AnswerBox* FindBox(const PageAnswerTable* table, const CString& text, bool
         }
         const CString format = loadString(box.string);
         // A library that lacks the text matches nothing.
-        if (!format.IsEmpty() && MatchesFormat(box.bNamesRefused ? format + REFUSED_BEHIND : format, text)) {
+        if (!format.IsEmpty() &&
+            MatchesFormat(box.bNamesRefused ? format + REFUSED_BEHIND : format, WithPlainLineEnds(text))) {
             return &box;
         }
     }

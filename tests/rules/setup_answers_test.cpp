@@ -212,6 +212,16 @@ TEST(SetupFormats, AHoleStandsForAnyText)
     EXPECT_TRUE(MatchesFormat(L"plain", L"plain"));
 }
 
+TEST(SetupFormats, NumberedHolesStandForAnyTextAndOtherPercentSignsForThemselves)
+{
+    EXPECT_TRUE(MatchesFormat(L"Replace %1: %2 by %3?", L"Replace a%: C:\\x by D:\\%1?"));
+    EXPECT_TRUE(MatchesFormat(L"100% of %s", L"100% of it"));
+    EXPECT_TRUE(MatchesFormat(L"100%", L"100%"));
+    EXPECT_FALSE(MatchesFormat(L"Replace %1 by %2?", L"Replace a?"));
+    EXPECT_FALSE(MatchesFormat(L"%0", L"x"));
+    EXPECT_FALSE(MatchesFormat(L"100% of it", L"100 of it"));
+}
+
 TEST(SetupFormats, OtherTextsDoNotMatch)
 {
     EXPECT_FALSE(MatchesFormat(L"Replace %s?", L"Remove x?"));
