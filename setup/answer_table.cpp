@@ -6,9 +6,9 @@
 
 namespace {
 
-constexpr const PageAnswerTable* TABLES[] = {&BEGIN_ANSWERS,    &SETTINGS_ANSWERS, &RESOURCES_ANSWERS,
-                                             &NOTICES_ANSWERS,  &PATHS_ANSWERS,    &CONTACT_ANSWERS,
-                                             &COMPLETE_ANSWERS, &FAILED_ANSWERS,   &WORKSTATION_ANSWERS};
+constexpr const PageAnswerTable* TABLES[] = {
+    &BEGIN_ANSWERS, &SETTINGS_ANSWERS, &RESOURCES_ANSWERS, &NOTICES_ANSWERS, &PATHS_ANSWERS,
+    &FILES_ANSWERS, &CONTACT_ANSWERS,  &COMPLETE_ANSWERS,  &FAILED_ANSWERS,  &WORKSTATION_ANSWERS};
 
 bool TrimSuffix(CString& key, const wchar_t* suffix)
 {

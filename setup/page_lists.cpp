@@ -1,5 +1,6 @@
 #include "setup/page_lists.h"
 
+#include "setup/files_lists.h"
 #include "setup/page_answers.h"
 #include "setup/paths_lists.h"
 #include "setup/workstation_lists.h"
@@ -7,6 +8,7 @@
 PageListsTable AllPageLists()
 {
     static const PageListsRow ROWS[] = {{&PATHS_ANSWERS, &PathsPageLists()},
+                                        {&FILES_ANSWERS, &FilesPageLists()},
                                         {&WORKSTATION_ANSWERS, &WorkstationPageLists()}};
     return ROWS;
 }

@@ -28,6 +28,7 @@ const WindowMark marks[] = {
     {Shown::FirstPage, L"the first page", IDC_NAME_HEADING},
     {Shown::SettingsPage, L"the settings page", IDC_NETWORK_LOG},
     {Shown::PathsPage, L"the paths page", IDC_PATH_TREE},
+    {Shown::FilesPage, L"the page of additional files", IDC_FILES_TREE},
     {Shown::NoticesPage, L"the notices page", IDC_UPDATES},
     {Shown::ResourcesPage, L"the online resources page", IDC_PARTS_BAY},
     {Shown::CompletePage, L"the page of a finished build", IDC_RESULT_LINE1},
@@ -281,9 +282,9 @@ void ByHandTest::RunByAnswers(const CString& words)
 
 const std::vector<Shown>& ByHandTest::PagesBehindFirst()
 {
-    static const std::vector<Shown> pages = {Shown::SettingsPage,  Shown::PathsPage,
+    static const std::vector<Shown> pages = {Shown::SettingsPage,  Shown::PathsPage,   Shown::FilesPage,
                                              Shown::ResourcesPage, Shown::NoticesPage, // of the first product
-                                             Shown::PathsPage,     Shown::ResourcesPage,
+                                             Shown::PathsPage,     Shown::FilesPage,   Shown::ResourcesPage,
                                              Shown::NoticesPage, // of the second one
                                              Shown::ContactPage};
     return pages;

@@ -21,6 +21,7 @@ enum class Shown
     FirstPage,
     SettingsPage,
     PathsPage,
+    FilesPage,
     NoticesPage,
     ResourcesPage,
     ContactPage,

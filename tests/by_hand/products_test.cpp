@@ -52,17 +52,21 @@ TEST_F(ProductsByHand, NextAndBackGoThroughTheirPagesInOrderAndTheStepNamesThem)
 {
     StartWalk();
     Next(Shown::PathsPage, FIRST);
+    Next(Shown::FilesPage, FIRST);
     Next(Shown::ResourcesPage, FIRST);
     Next(Shown::NoticesPage, FIRST);
     Next(Shown::PathsPage, SECOND);
+    Next(Shown::FilesPage, SECOND);
     Next(Shown::ResourcesPage, SECOND);
     Next(Shown::NoticesPage, SECOND);
     Back(Shown::ContactPage, NONE);
     Back(Shown::NoticesPage, SECOND);
     Back(Shown::ResourcesPage, SECOND);
+    Back(Shown::FilesPage, SECOND);
     Back(Shown::PathsPage, SECOND);
     Back(Shown::NoticesPage, FIRST);
     Back(Shown::ResourcesPage, FIRST);
+    Back(Shown::FilesPage, FIRST);
     Back(Shown::PathsPage, FIRST);
     ExpectPage(Shown::SettingsPage, NONE);
     StrikeKey(VK_ESCAPE);
@@ -74,13 +78,16 @@ TEST_F(ProductsByHand, WhatIsChosenForOneIsNotChosenForTheOther)
 {
     StartWalk();
     Next(Shown::PathsPage, FIRST);
+    Next(Shown::FilesPage, FIRST);
     Next(Shown::ResourcesPage, FIRST);
     Next(Shown::NoticesPage, FIRST);
     Next(Shown::PathsPage, SECOND);
+    Next(Shown::FilesPage, SECOND);
     HWND page = ExpectPage(Shown::ResourcesPage, SECOND);
     EXPECT_TRUE(IsDlgButtonChecked(page, IDC_PARTS_BAY));
     Uncheck(page, IDC_PARTS_BAY);
     StrikeKey('B', {VK_MENU});
+    Back(Shown::FilesPage, SECOND);
     Back(Shown::PathsPage, SECOND);
     Back(Shown::NoticesPage, FIRST);
     page = ExpectPage(Shown::ResourcesPage, FIRST);
@@ -88,6 +95,7 @@ TEST_F(ProductsByHand, WhatIsChosenForOneIsNotChosenForTheOther)
     StrikeKey(VK_RETURN);
     Next(Shown::NoticesPage, FIRST);
     Next(Shown::PathsPage, SECOND);
+    Next(Shown::FilesPage, SECOND);
     page = ExpectPage(Shown::ResourcesPage, SECOND);
     EXPECT_FALSE(IsDlgButtonChecked(page, IDC_PARTS_BAY));
     StrikeKey(VK_ESCAPE);
@@ -99,9 +107,11 @@ TEST_F(ProductsByHand, CancelOnAPageOfTheSecondLeavesNothing)
 {
     StartWalk();
     Next(Shown::PathsPage, FIRST);
+    Next(Shown::FilesPage, FIRST);
     Next(Shown::ResourcesPage, FIRST);
     Next(Shown::NoticesPage, FIRST);
     Next(Shown::PathsPage, SECOND);
+    Next(Shown::FilesPage, SECOND);
     ExpectPage(Shown::ResourcesPage, SECOND);
     StrikeKey(VK_ESCAPE);
     AnswerCancelQuestion('Y');

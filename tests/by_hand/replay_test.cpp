@@ -69,6 +69,7 @@ protected:
         StrikeKey(VK_RETURN);
         EnterFirstPath(TYPED_PATH);
         StrikeKey(VK_RETURN);
+        Next(Shown::FilesPage);
         Check(WaitFor(Shown::ResourcesPage), IDC_PARTS_BAY, false);
         StrikeKey(VK_RETURN);
         page = WaitFor(Shown::NoticesPage);
@@ -81,9 +82,10 @@ protected:
         StrikeKey(VK_RETURN);
         AnswerBox('Y');
         Next(Shown::PathsPage);
+        Next(Shown::FilesPage);
         WaitFor(Shown::ResourcesPage);
         StrikeKey('B', {VK_MENU});
-        Next(Shown::PathsPage);
+        Next(Shown::FilesPage);
         Next(Shown::ResourcesPage);
         page = WaitFor(Shown::NoticesPage);
         Check(page, IDC_SITE_CHANNEL, true);

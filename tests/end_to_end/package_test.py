@@ -87,7 +87,8 @@ class PackageTest(WizardTest):
     def test_a_package_of_another_maker_is_asked_nothing_that_it_does_not_know(self):
         run, pages = self.walk(self.begin("Quay"), self.package())
         self.assertEqual(run.code, 0, run.output)
-        self.assertEqual(pages, ["BeginDeploymentDialog", "DeploymentSettingsDialog", "DeploymentCompleteDialog"])
+        self.assertEqual(pages, ["BeginDeploymentDialog", "DeploymentSettingsDialog", "AddAdditionalFilesDialog",
+                                 "DeploymentCompleteDialog"])
         self.assertIn("1 of 1 files are there", self.assert_installs("Quay"))
         database = os.path.join(self.out, "Quay", "Image", "quay.msi")
         self.assertIsNone(property_of(database, "ZOLT_PARTSBAY_ENABLE"))
@@ -98,7 +99,7 @@ class PackageTest(WizardTest):
             file.write("[resources]\nparts_bay = no\n")
         run, pages = self.walk(path, self.package("[ZOLT_PARTSBAY_ENABLE]"))
         self.assertEqual(run.code, 0, run.output)
-        self.assertEqual(pages, ["BeginDeploymentDialog", "DeploymentSettingsDialog", "OnlineResourcesDialog",
+        self.assertEqual(pages, ["BeginDeploymentDialog", "DeploymentSettingsDialog", "AddAdditionalFilesDialog", "OnlineResourcesDialog",
                                  "DeploymentCompleteDialog"])
         self.assertIn("1 of 1 properties stand in the registry", self.assert_installs("Quay"))
         self.assertEqual(property_of(os.path.join(self.out, "Quay", "Image", "quay.msi"), "ZOLT_PARTSBAY_ENABLE"), "#0")
@@ -120,7 +121,8 @@ class PackageTest(WizardTest):
         image = os.path.join(self.out, "Quay", "Image")
         run, pages = self.walk(self.begin("Second", mode="create_from", base="Quay"), image)
         self.assertEqual(run.code, 0, run.output)
-        self.assertEqual(pages, ["BeginDeploymentDialog", "DeploymentSettingsDialog", "DeploymentCompleteDialog"])
+        self.assertEqual(pages, ["BeginDeploymentDialog", "DeploymentSettingsDialog", "AddAdditionalFilesDialog",
+                                 "DeploymentCompleteDialog"])
 
     def test_the_default_answers_suit_the_pages_of_the_media(self):
         logs = os.path.join(self.folder, "all logs")

@@ -74,6 +74,8 @@ std::vector<DialogLayout> AllLayouts(const CLanguageLibrary& library)
 {
     std::vector<DialogLayout> layouts;
     layouts.push_back({"cancel question", IDD_CANCEL, CDialogModel(library.GetModule(), IDD_CANCEL)});
+    layouts.push_back(
+        {"progress of files", IDD_FILES_PROGRESS, CDialogModel(library.GetModule(), IDD_FILES_PROGRESS)});
     for (const BeginLayout& begin : beginLayouts) {
         CDialogModel dialog(library.GetModule(), IDD_BEGIN_DEPLOYMENT);
         ShowFrame(dialog);

@@ -59,6 +59,14 @@ const std::map<int, Placeholders> expectedPlaceholders = {
     {IDS_PATH_FILE_INVALID, {"%s"}},
     {IDS_PATH_MISSING, {"%s"}},
     {IDS_PATH_UNC, {"%s"}},
+    {IDS_FILES_MISSING, {"%s"}},
+    {IDS_FILES_REPLACE, {"%1", "%2", "%3"}},
+    {IDS_NEW_FOLDER_NUMBERED, {"%d"}},
+    {IDS_FILES_ADDED_FILE, {"%s"}},
+    {IDS_FILES_SOURCE_GONE, {"%s"}},
+    {IDS_FILES_PROGRESS, {"%s"}},
+    {IDS_FILES_NOT_ADDED, {"%s"}},
+    {IDS_FILES_NOT_ADDED_MORE, {"%s"}},
 };
 
 // "[...]" and "%" with the character behind it, sorted.

@@ -76,6 +76,18 @@ TEST(SetupBoxes, ARefusalOfWhateverIsBeingEnteredBlamesNoKey)
     EXPECT_EQ(verdict.pRefused, nullptr);
 }
 
+TEST(SetupBoxes, ATextThatTheSystemHasFilledInIsKnownWithItsLineEnds)
+{
+    const auto load = [](unsigned int) { return CString(L"Replace \"%1\"?\n\nNew file:\n%2"); };
+    PageAnswers page;
+    page.pTable = TableOf(L"files");
+    page.questions.push_back({FindQuestion(*page.pTable, L"replace"), false, {L"answers.txt", 9}});
+    const BoxVerdict verdict =
+        JudgeBox(page.pTable, &page, L"Replace \"a.txt\"?\r\n\r\nNew file:\r\nC:\\a.txt", true, load);
+    EXPECT_EQ(verdict.meaning, BoxMeaning::Answered);
+    EXPECT_EQ(verdict.pAnswer, &page.questions.front());
+}
+
 TEST(SetupBoxes, ANoticeIsNoRefusalWhateverIsAnswered)
 {
     PageAnswers page;

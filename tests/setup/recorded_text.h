@@ -14,8 +14,9 @@ inline CString RecordedText(const RecordedPage& page)
         text += L"/" + page.product.strName;
     }
     text += page.bShown ? L":" : L": not shown";
-    const auto append = [&text](const CString& part) {
-        text += (text.Right(1) == L":" ? L" " : L", ") + part;
+    const int head = text.GetLength();
+    const auto append = [&text, head](const CString& part) {
+        text += (text.GetLength() == head && text.Right(1) == L":" ? L" " : L", ") + part;
     };
     for (const RecordedValue& value : page.values) {
         CString fields;

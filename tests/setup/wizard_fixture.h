@@ -67,9 +67,13 @@ protected:
         m_script.Stop();
         recorded.Empty();
         recordedPaths.Empty();
+        recordedFiles.Empty();
         titles.clear();
         for (const RecordedPage& page : wizard.GetRecorder().GetPages()) {
-            CString& text = CString(page.Page().section) == L"paths" ? recordedPaths : recorded;
+            const CString section = page.Page().section;
+            CString& text = section == L"paths"   ? recordedPaths
+                            : section == L"files" ? recordedFiles
+                                                  : recorded;
             text += (text.IsEmpty() ? CString() : CString(L"\n")) + RecordedText(page);
             titles.push_back(page.strTitle);
         }
@@ -175,11 +179,13 @@ protected:
     }
 
     // A deployment, and its image as the media of the next run.
-    void BuildBase(const wchar_t* name)
+    void BuildBase(const wchar_t* name, const std::vector<Answer>& more = {})
     {
-        const RunOutcome outcome = RunWith({{L"begin", L"location", location},
-                                            {L"begin", L"name", name},
-                                            {L"begin", L"on_question.local_location", L"yes"}});
+        std::vector<Answer> given = {{L"begin", L"location", location},
+                                     {L"begin", L"name", name},
+                                     {L"begin", L"on_question.local_location", L"yes"}};
+        given.insert(given.end(), more.begin(), more.end());
+        const RunOutcome outcome = RunWith(given);
         ASSERT_EQ(outcome.exitCode, static_cast<unsigned int>(SETUP_DONE)) << Utf8(outcome.strCause);
         mediaFile = location + L"\\" + name;
     }
@@ -202,8 +208,9 @@ protected:
     CString media;
     CString mediaFile; // that is run
     CString location;
-    CString recorded; // by the last run, without its many paths
+    CString recorded; // by the last run, without its many paths and the additional files
     CString recordedPaths;
+    CString recordedFiles;
     std::vector<CString> titles; // of its pages
     CommandLine line;
 

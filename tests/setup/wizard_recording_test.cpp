@@ -60,7 +60,7 @@ TEST_F(WizardRecording, ARunWithoutAPersonGivesTheRecordOfTheRunByHand)
             L"notices/Zolt 2027: (updates=yes), (update_source=maker), (channel_notices=yes), "
             L"(site_channel=no), ~site_feed=\\\\server\\share\\feed.xml, (feeds=yes), (custom_feeds=yes)");
     EXPECT_EQ(titles, (std::vector<CString>{L"Begin deployment", L"Deployment settings", L"Paths",
-                                            L"Online resources", L"Notices and feeds"}));
+                                            L"Additional files", L"Online resources", L"Notices and feeds"}));
     const RunOutcome outcome = RunWith({{L"begin", L"location", location},
                                         {L"begin", L"name", L"Office"},
                                         {L"begin", L"on_question.local_location", L"yes"},
