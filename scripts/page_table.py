@@ -52,16 +52,18 @@ def written_pages():
 
 
 def default_answers(media):
-    """The answers file that suits media, or a deployment's folder: the sample's when their flow has each page that it
-    answers. A lone package has no flow."""
+    """The answers file that suits media, or a deployment's folder: the sample's when they have each page and each product
+    that it answers. A lone package has no flow."""
     with open(os.path.join(ROOT, "run-answers.txt"), encoding="utf-8") as file:
-        sections = set(re.findall(r"^\[(\w+)\]", file.read(), re.M))
+        answers = file.read()
+    sections = set(re.findall(r"^\[(\w+)", answers, re.M))
     answered = [page.wizard_export for page in written_pages() if page.section in sections]
+    answered += re.findall(r'^\[\w+ "(.*)"\]', answers, re.M)  # products
     for description in (os.path.join(media, "Setup.xml"), os.path.join(media, "Image", "Setup.xml")):
         if os.path.isfile(description):
             with open(description, encoding="utf-8", errors="replace") as file:
                 text = file.read()
-            if all('name="%s"' % export in text for export in answered):
+            if all('name="%s"' % name in text for name in answered):
                 return "run-answers.txt"
     return "run-answers-package.txt"
 

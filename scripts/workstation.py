@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Installs a deployment as a workstation would, looks at what arrived, and removes it again.
 
-    workstation.py DEPLOYMENT --prefix FOLDER --logs FOLDER [--answers FILE] [--set page.key=value ...]
+    workstation.py DEPLOYMENT --prefix FOLDER --logs FOLDER [--answers FILE ...] [--set page.key=value ...]
                    [--limit SECONDS] [--report SECONDS]
 
 DEPLOYMENT is the folder that the wizard made. It is reached over a network path in a Wine prefix of its own, through
@@ -11,7 +11,8 @@ that carries one property to the workstation must hold what the deployed databas
 workstation where a script of the package puts them in. Files whose place can't be known
 beforehand, other registry values, services and environment variables are not looked at. Every shortcut of the start menu and
 the desktop must be there with its target, arguments and working folder, and gone after uninstalling. With the answers that the wizard was run with, those values must also be what was answered, so
-the choices are seen to arrive. When the deployment names a folder for logs, each product's log must have come there.
+the choices are seen to arrive, and every file that was added must be there byte for byte, with its folders and nothing else in
+them; of all that nothing may be left. When the deployment names a folder for logs, each product's log must have come there.
 Says what it waits for while it waits. A command that doesn't come back within the limit is ended, with all that runs in
 the prefix, and the look ends there. Prints what it found; the exit code is 0 when all was well, otherwise 1.
 """
@@ -25,6 +26,7 @@ import subprocess
 import sys
 import xml.etree.ElementTree
 
+from expected_files import asked_files, find_left, find_wrong
 from expected_properties import asked_properties, find_unmet, same_value
 from path_forms import NO_PATH, stored_path
 from shortcut_files import asked_shortcuts, check_asked, custom_shortcuts, expected_shortcuts
@@ -45,6 +47,7 @@ RUNNING_ACTIONS = (1, 2, 5, 6)
 COMMAND_SECONDS = 300  # the slowest seen took 20
 REPORT_SECONDS = 10
 LOG_LINES = 3
+ADDED_DRIVE = re.compile(r"DRIVE_([A-Z])")
 SCRIPT_IN_TARGET = 37  # a custom action's type: JScript
 # Of thousands of lines in a log those that say how it went.
 REPORTED_LINE = re.compile(r"^(Action ended|Product: |.*-- (Installation|Configuration) |MSI .*returning|Error )")
@@ -131,6 +134,11 @@ class Package:
         above = self.folder(row["Directory_Parent"])
         name = row["DefaultDir"].split(":")[0].split("|")[-1]
         return None if above is None else os.path.join(above, "" if name == "." else name)
+
+    def added_drives(self):
+        """The letters of drives that an administrator added."""
+        found = [ADDED_DRIVE.fullmatch(row["DefaultDir"]) for row in self.directories.values()]
+        return {match.group(1).lower() for match in found if match}
 
     def files(self):
         """Path, size and reason to stay of each file that a plain installation brings."""
@@ -261,6 +269,7 @@ class Workstation:
         self.local_logs = NewLogs([os.path.join(glob.escape(self.drive), pattern) for pattern in (
             "windows/[Ll]ogs/Software/*.log", "users/*/Temp/*.log", "users/*/AppData/Local/Temp/*.log")])
         self.logs = logs
+        self.drives = os.path.join(prefix, "added_drives")
         # The deployment's parent is shared under a name, as on a server.
         share = os.path.join(prefix, "dosdevices", "unc", "server", "deployments")
         os.makedirs(os.path.dirname(share), exist_ok=True)
@@ -268,6 +277,20 @@ class Workstation:
             os.remove(share)
         os.symlink(os.path.dirname(deployment), share)
         self.folder = "\\\\server\\deployments\\" + os.path.basename(deployment)
+
+    def add_drives(self, letters):
+        """Gives the workstation these drives, empty but for the system's own."""
+        shutil.rmtree(self.drives, ignore_errors=True)
+        os.makedirs(self.drives)
+        for letter in letters:
+            folder, device = os.path.join(self.drives, letter), os.path.join(self.drive, "..", "dosdevices", letter + ":")
+            if letter == "c":
+                os.symlink(self.drive, folder)
+                continue
+            os.mkdir(folder)
+            if os.path.lexists(device):
+                os.remove(device)
+            os.symlink(folder, device)
 
     def run(self, script):
         """Runs one of the deployment's commands and gives its exit code, whole."""
@@ -370,6 +393,23 @@ def shortcuts_left(workstation, packages):
             for path in shortcut.find(workstation.drive)]
 
 
+def check_additions(workstation, packages, answers, find):
+    """What `find` finds wrong with the files that the answers add to the products."""
+    troubles, files, folders = [], 0, 0
+    for package in packages:
+        asked = asked_files(answers, package.properties.get("ProductName", ""))
+        root = package.folder("INSTALLDIR")
+        if package.is_pack or root is None or not asked.all():
+            continue
+        troubles += find(asked, os.path.join(workstation.drive, root), workstation.drives)
+        files, folders = files + len(asked.files), folders + len(asked.folders)
+    if files or folders:
+        print("Of %d added files and %d added folders and drives, %s." % (
+            files, folders, "%d are not as they should be" % len(troubles) if troubles else
+            "all are there, byte for byte" if find is find_wrong else "nothing is left"))
+    return troubles
+
+
 def check_leftovers(workstation, packages, expected):
     """What stays on purpose, what was left behind, and what can't be known."""
     view = FolderView(workstation.drive)
@@ -394,8 +434,9 @@ def check_leftovers(workstation, packages, expected):
     return ["left behind: " + path for path in behind]
 
 
-def check(workstation, packages, asked, shortcuts):
+def check(workstation, packages, asked, shortcuts, answers):
     troubles = []
+    workstation.add_drives(set().union(*(package.added_drives() for package in packages)))
     expected = [row for package in packages for row in package.files()]
     view = FolderView(workstation.drive)
     early = [path for path, _, _ in expected if view.find(path)]
@@ -425,6 +466,7 @@ def check(workstation, packages, asked, shortcuts):
         else:
             good += 1
     print("%d of %d files are there, each with its size." % (good, len(expected)))
+    troubles += check_additions(workstation, packages, answers, find_wrong)
     troubles += check_registry(workstation, packages, asked)
     troubles += check_shortcuts(workstation, packages, shortcuts)
     code = workstation.run("Uninstall.cmd")
@@ -432,6 +474,7 @@ def check(workstation, packages, asked, shortcuts):
     if code not in (0, 3010):
         troubles.append("Uninstall.cmd ended with %d" % code)
     troubles += check_leftovers(workstation, packages, expected)
+    troubles += check_additions(workstation, packages, answers, find_left)
     print("Logs on the workstation: %s" % (", ".join(workstation.keep_logs()) or "none"))
     return troubles
 
@@ -441,7 +484,9 @@ def main():
     parser.add_argument("deployment")
     parser.add_argument("--prefix", required=True, help="the Wine prefix that stands for the workstation")
     parser.add_argument("--logs", required=True, help="folder for the workstation's logs")
-    parser.add_argument("--answers", help="the answers file that the wizard was run with")
+    parser.add_argument("--answers", action="append", default=[], metavar="FILE",
+                        help="the answers file that the wizard was run with; several for a deployment that was modified, in "
+                        "the order of the runs")
     parser.add_argument("--set", action="append", default=[], metavar="page.key=value",
                         help="an answer that won over the file; may stand several times")
     parser.add_argument("--limit", type=float, default=COMMAND_SECONDS, metavar="SECONDS",
@@ -449,8 +494,11 @@ def main():
     parser.add_argument("--report", type=float, default=REPORT_SECONDS, metavar="SECONDS",
                         help="how often to say what is waited for (default: %(default)s)")
     arguments = parser.parse_args()
-    asked = asked_properties(arguments.answers, arguments.set) if arguments.answers else {}
-    shortcuts = asked_shortcuts(arguments.answers, arguments.set) if arguments.answers else {}
+    asked, shortcuts = {}, {}
+    for number, answers in enumerate(arguments.answers):
+        words = arguments.set if number == 0 else []
+        asked.update(asked_properties(answers, words))
+        shortcuts.update(asked_shortcuts(answers, words))
     sys.stdout.reconfigure(line_buffering=True)
     keep_addresses_steady()
     deployment = os.path.abspath(arguments.deployment)
@@ -460,7 +508,7 @@ def main():
         return 1
     workstation = Workstation(arguments.prefix, deployment, arguments.logs, Patience(arguments.limit, arguments.report))
     try:
-        troubles = check(workstation, [Package(*database) for database in databases], asked, shortcuts)
+        troubles = check(workstation, [Package(*database) for database in databases], asked, shortcuts, arguments.answers)
     except CommandOverdue as overdue:
         troubles = [str(overdue)]
         workstation.discard()

@@ -7,6 +7,9 @@ import sys
 
 from wizard import MEDIA, ROOT, WizardTest, property_of
 
+sys.path.insert(0, os.path.join(ROOT, "scripts"))
+import sample_additions  # noqa: E402 - the folder has to be known first
+
 ACTIONS = ("CostInitialize", "FileCost", "CostFinalize", "InstallValidate", "InstallInitialize", "ProcessComponents",
            "UnpublishFeatures", "RemoveRegistryValues", "RemoveFiles", "InstallFiles", "WriteRegistryValues",
            "RegisterProduct", "PublishFeatures", "PublishProduct", "InstallFinalize")
@@ -129,10 +132,11 @@ class PackageTest(WizardTest):
         os.makedirs(logs)
         words = ("--set", "settings.log_folder=Z:" + logs.replace("/", "\\"))
         package = self.package()
-        for media, answers in ((MEDIA, "run-answers.txt"), (package, "run-answers-package.txt")):
+        sample_additions.write(self.folder)
+        for media, answers, folder in ((MEDIA, "run-answers.txt", self.folder), (package, "run-answers-package.txt", ROOT)):
             with self.subTest(media=media):
                 self.assertEqual(self.default_answers(media), answers)
-                run = self.wizard(os.path.join(ROOT, answers), "--check", *words, media=media)
+                run = self.wizard(os.path.join(folder, answers), "--check", *words, media=media)
                 self.assertEqual(run.code, 0, run.output)
         run = self.wizard(os.path.join(ROOT, "run-answers.txt"), "--check", *words, media=package)
         self.assertEqual(run.code, 24, run.output)
