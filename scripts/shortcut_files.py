@@ -35,7 +35,8 @@ def read_link(data):
             count, = struct.unpack_from("<H", data, place)
             width = 2 if flags & IS_UNICODE else 1
             raw = data[place + 2:place + 2 + count * width]
-            texts[flag] = raw.decode("utf-16le" if width == 2 else "cp1252")
+            # Wine counts a closing zero, which the format doesn't have.
+            texts[flag] = raw.decode("utf-16le" if width == 2 else "cp1252").rstrip("\0")
             place += 2 + count * width
     return target, texts.get(HAS_ARGUMENTS, ""), texts.get(HAS_FOLDER, "")
 

@@ -55,6 +55,7 @@ class ShortcutFilesTest(unittest.TestCase):
     def test_a_link_is_read(self):
         self.assertEqual(read_link(link("C:\\Zolt\\zolt.exe", "/p \u4e2d", "C:\\Zolt")),
                          ("C:\\Zolt\\zolt.exe", "/p \u4e2d", "C:\\Zolt"))
+        self.assertEqual(read_link(link("t", "/b\0", "C:\\\0")), ("t", "/b", "C:\\"))  # as Wine writes them
         for data in (b"", b"MZ" * 60):
             with self.assertRaises(ValueError):
                 read_link(data)
