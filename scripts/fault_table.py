@@ -23,6 +23,7 @@ AREAS = {
     "pages": ("pages",),
     "online": ("online",),
     "paths": ("paths",),
+    "workstation": ("workstation",),
     "slimhtml": ("slimhtml",),
     "installer": ("installer",),
     "msi": ("msi",),
