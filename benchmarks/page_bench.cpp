@@ -1,6 +1,7 @@
 // From an export's call to its first painted page, beside a bare modeless dialog of the same template. The host is the
 // real one on the sample media. Painted means: the page's first WM_PAINT is done and its controls are painted too.
 #include "base/handle.h"
+#include "benchmarks/bare_list.h"
 #include "benchmarks/bare_tree.h"
 #include "benchmarks/bench_pages.h"
 #include "benchmarks/measurement.h"
@@ -70,6 +71,7 @@ INT_PTR CALLBACK BareProc(HWND dialog, UINT message, WPARAM, LPARAM texts)
 {
     if (message == WM_INITDIALOG) {
         FillBareTree(dialog, reinterpret_cast<HMODULE>(texts));
+        FillBareList(dialog, reinterpret_cast<HMODULE>(texts));
     }
     return message == WM_INITDIALOG;
 }
@@ -81,6 +83,7 @@ INT_PTR CALLBACK BareWindowProc(HWND dialog, UINT message, WPARAM, LPARAM texts)
         const HICON icon = LoadIconW(reinterpret_cast<HMODULE>(texts), MAKEINTRESOURCEW(IDI_SETUP));
         SendMessageW(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
         FillBareTree(dialog, reinterpret_cast<HMODULE>(texts));
+        FillBareList(dialog, reinterpret_cast<HMODULE>(texts));
     }
     return message == WM_INITDIALOG;
 }
