@@ -1,6 +1,7 @@
 #include "files/add_additional_files_page.h"
 
 #include "frame/page_entry.h"
+#include "include/additional_files.h"
 #include "include/product.h"
 #include "include/rollout_ui.h"
 
@@ -9,7 +10,10 @@ CAddAdditionalFilesPageBase<T, Impl>::CAddAdditionalFilesPageBase(const PageCont
     : Impl<T>(context), m_editor(context->pProduct, context->hDatabase,
                                  {[this] { this->RunHooks(this->m_postInitHooks); },
                                   [this](bool enabled) { this->EnableLeaving(enabled); },
-                                  [this] { return this->ProductName(); }})
+                                  [this] { return this->ProductName(); },
+                                  [this](const CString& paths) {
+                                      this->m_pProduct->SetProperty(ADDITIONAL_FILES_NOT_ADDED, paths);
+                                  }})
 {
 }
 
@@ -62,7 +66,7 @@ bool CAddAdditionalFilesPageBase<T, Impl>::StoreWithoutValidation()
 template <class T, template <class> class Impl>
 void CAddAdditionalFilesPageBase<T, Impl>::StoreModified()
 {
-    this->m_pProduct->SetProperty(L"ADDITIONALFILES_MODIFIED", m_editor.HasUserItems() ? L"1" : L"0");
+    this->m_pProduct->SetProperty(ADDITIONAL_FILES_MODIFIED, m_editor.HasUserItems() ? L"1" : L"0");
 }
 
 // ---- handlers ----

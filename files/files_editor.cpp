@@ -102,12 +102,18 @@ void CFilesEditor::AddFiles()
     if (!picker.PickFiles()) {
         return;
     }
+    CString notAdded;
     {
         const CPersistentWaitCursor waitCursor;
         const CAddFilesTreeCtrl::CPause pause(m_tree);
         for (const CString& path : picker.GetPaths()) {
-            static_cast<void>(m_tree.AddFile(path)); // the others are added nevertheless
+            if (m_tree.TryAddFile(path) == AddFileResult::Failed) { // the others are added nevertheless
+                notAdded += (notAdded.IsEmpty() ? L"" : L"|") + path;
+            }
         }
+    }
+    if (!notAdded.IsEmpty()) {
+        m_calls.noteNotAdded(notAdded);
     }
     m_calls.runPostInitHooks();
     m_tree.SortTarget();

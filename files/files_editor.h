@@ -20,6 +20,7 @@ public:
         std::function<void()> runPostInitHooks;
         std::function<void(bool)> enableLeaving;
         std::function<CString()> productName;
+        std::function<void(const CString& paths)> noteNotAdded; // with "|" between them
     };
 
     CFilesEditor(CProduct* product, InstallerHandle database, PageCalls page);

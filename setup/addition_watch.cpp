@@ -1,7 +1,9 @@
 #include "setup/addition_watch.h"
 
+#include "include/additional_files.h"
 #include "include/navigation.h"
 #include "include/page_table.h"
+#include "include/product.h"
 #include "setup/addition_texts.h"
 #include "setup/resource.h"
 #include "setup/texts.h"
@@ -26,6 +28,37 @@ UINT_PTR TimerId()
 std::vector<AdditionFinding> OnlyBlocking(std::vector<AdditionFinding> findings)
 {
     std::erase_if(findings, [](const AdditionFinding& finding) { return !finding.Blocks(); });
+    return findings;
+}
+
+CString ReadOwnProperty(CProduct& product, const wchar_t* name)
+{
+    CString value;
+    int length = 0;
+    static_cast<void>(product.GetProperty(name, nullptr, &length)); // asks for the length alone
+    int size = length + 1;
+    const bool isRead = length > 0 && product.GetProperty(name, value.GetBuffer(length), &size);
+    value.ReleaseBuffer(isRead ? length : 0);
+    return value;
+}
+
+// Once: the property is empty afterwards.
+std::vector<AdditionFinding> ReadNotAdded(CProduct& product)
+{
+    std::vector<AdditionFinding> findings;
+    const CString paths = ReadOwnProperty(product, ADDITIONAL_FILES_NOT_ADDED);
+    for (int begin = 0; begin < paths.GetLength();) {
+        const int bar = paths.Find(L'|', begin);
+        const int end = bar < 0 ? paths.GetLength() : bar;
+        AdditionFinding finding;
+        finding.strTarget = paths.Mid(begin, end - begin);
+        finding.strReason = SetupText(IDS_ADDITION_NOT_STORED);
+        findings.push_back(finding);
+        begin = end + 1;
+    }
+    if (!findings.empty()) {
+        product.SetProperty(ADDITIONAL_FILES_NOT_ADDED, L"");
+    }
     return findings;
 }
 
@@ -145,7 +178,10 @@ void CAdditionWatch::ShowOld(HWND page)
 void CAdditionWatch::JudgeAdded(Visit& visit)
 {
     const HWND page = visit.hPage; // the visit may go while a box is up
-    std::vector<AdditionFinding> fresh;
+    std::vector<AdditionFinding> fresh = ReadNotAdded(*visit.pProduct);
+    for (const AdditionFinding& finding : fresh) {
+        m_log.Line(L"  Additional file: " + DescribeFinding(finding));
+    }
     static_cast<void>(Judge(visit, SourceLook::New, fresh));
     Show(page, m_bUnattended ? OnlyBlocking(fresh) : fresh);
 }

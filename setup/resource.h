@@ -40,6 +40,7 @@
 #define IDS_BUILD_MORE_WARNINGS 214 // %1: number
 #define IDS_ADDITIONS_BLOCK 215     // %1: what is wrong
 #define IDS_ADDITIONS_NOTE 216      // %1: what to note
+#define IDS_ADDITION_NOT_STORED 217
 
 // Program
 #define IDS_PROGRAM_TITLE 300

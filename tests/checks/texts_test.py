@@ -93,7 +93,7 @@ PROGRAM_WORDS = {
     "IDS_BUILD_SECONDS_LEFT": "seconds left", "IDS_BUILD_MINUTE_LEFT": "a minute left",
     "IDS_BUILD_MINUTES_LEFT": "minutes left", "IDS_BUILD_HOURS_LEFT": "hours left",
     "IDS_BUILD_SHUTDOWN_REASON": "being built", "IDS_BUILD_BROKE_OFF": "error in the program",
-    "IDS_ADDITIONS_BLOCK": "can't be created", "IDS_ADDITIONS_NOTE": "Note the following about the additional",
+    "IDS_ADDITIONS_BLOCK": "can't be created", "IDS_ADDITIONS_NOTE": "Note the following about the additional", "IDS_ADDITION_NOT_STORED": "was not added",
     "IDS_BUILD_WARNINGS": "created", "IDS_BUILD_MORE_WARNINGS": "more", "IDS_PROGRAM_TITLE": "wizard",
     "IDS_CHOOSE_MEDIA": "Select the folder", "IDS_MEDIA_NOT_GIVEN": "No media", "IDS_LIBRARY_MISSING": "can't be loaded",
     "IDS_LIBRARY_FOREIGN": "has no function", "IDS_NO_PAGES": "no page", "IDS_BAD_COMMAND_LINE": "--help",

@@ -12,12 +12,27 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 
 namespace {
 
 class Product final : public EmptyProduct
 {
+public:
+    bool GetProperty(const wchar_t*, wchar_t* buffer, int* size) override
+    {
+        const int capacity = *size;
+        *size = notAdded.GetLength();
+        if (!buffer || capacity <= *size) {
+            return false;
+        }
+        std::copy_n(notAdded.GetString(), *size + 1, buffer);
+        return true;
+    }
+    void SetProperty(const wchar_t*, const wchar_t* value) override { notAdded = value; }
+
+    CString notAdded; // ADDITIONAL_FILES_NOT_ADDED
 };
 
 class AdditionWatch : public testing::Test
@@ -244,6 +259,22 @@ TEST_F(AdditionWatch, EveryFindingStandsInTheLogAndABoxNamesTheFirstEight)
     EXPECT_HOLDS(boxes[0], L"The log has 992 more.");
     EXPECT_EQ(m_host.logged.size(), 1000u);
     EXPECT_HOLDS(m_host.logged.back(), L"<Installation Directory>\\file 1000.txt: The file");
+}
+
+TEST_F(AdditionWatch, FilesThatThePageCouldNotAddAreNamedOnceAndKeepNobody)
+{
+    UseWatch(false);
+    OpenPage();
+    product.notAdded = L"C:\\a\\two.bin|C:\\b\\long.txt";
+    RunPostInitHooks();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_HOLDS(boxes[0], L"C:\\a\\two.bin\nThis file was not added");
+    EXPECT_HOLDS(boxes[0], L"C:\\b\\long.txt\nThis file was not added");
+    EXPECT_EQ(m_host.logged.size(), 2u);
+    EXPECT_TRUE(product.notAdded.IsEmpty());
+    RunPostInitHooks();
+    EXPECT_EQ(boxes.size(), 1u);
+    EXPECT_NE(Leave(), HOOK_VETO);
 }
 
 TEST_F(AdditionWatch, WithoutAPersonOnlyWhatRefusesABuildIsShown)
