@@ -27,6 +27,7 @@ const WindowMark marks[] = {
     {Shown::CancelQuestion, L"the question whether to leave", IDC_CANCEL_QUESTION},
     {Shown::FirstPage, L"the first page", IDC_NAME_HEADING},
     {Shown::SettingsPage, L"the settings page", IDC_NETWORK_LOG},
+    {Shown::WorkstationsPage, L"the workstations page", IDC_SHORTCUTS},
     {Shown::PathsPage, L"the paths page", IDC_PATH_TREE},
     {Shown::FilesPage, L"the page of additional files", IDC_FILES_TREE},
     {Shown::NoticesPage, L"the notices page", IDC_UPDATES},
@@ -282,11 +283,13 @@ void ByHandTest::RunByAnswers(const CString& words)
 
 const std::vector<Shown>& ByHandTest::PagesBehindFirst()
 {
-    static const std::vector<Shown> pages = {Shown::SettingsPage,  Shown::PathsPage,   Shown::FilesPage,
-                                             Shown::ResourcesPage, Shown::NoticesPage, // of the first product
-                                             Shown::PathsPage,     Shown::FilesPage,   Shown::ResourcesPage,
-                                             Shown::NoticesPage, // of the second one
-                                             Shown::ContactPage};
+    static const std::vector<Shown> pages = {Shown::SettingsPage,
+                                             // of the first product
+                                             Shown::WorkstationsPage, Shown::PathsPage, Shown::FilesPage,
+                                             Shown::ResourcesPage, Shown::NoticesPage,
+                                             // of the second one
+                                             Shown::WorkstationsPage, Shown::PathsPage, Shown::FilesPage,
+                                             Shown::ResourcesPage, Shown::NoticesPage, Shown::ContactPage};
     return pages;
 }
 

@@ -20,6 +20,7 @@ enum class Shown
 {
     FirstPage,
     SettingsPage,
+    WorkstationsPage,
     PathsPage,
     FilesPage,
     NoticesPage,

@@ -36,15 +36,22 @@ bool TakesInput(HWND control)
 class KeyboardByHand : public ByHandTest
 {
 protected:
+    // Tab goes through the links of a side pane and the cells of a grid.
+    static int StopsWithin(HWND control, int linksOfSidePane)
+    {
+        constexpr int CELLS = 10;
+        const int id = GetDlgCtrlID(control);
+        return id == IDC_SIDE_PANE ? linksOfSidePane : id == IDC_SHORTCUTS ? CELLS : 1;
+    }
+
     // The controls that Tab comes to from where the focus is, until it is there again.
     std::set<HWND> WalkByTab(HWND page, int linksOfSidePane)
     {
         std::set<HWND> visited;
         HWND control = GetFocused(page);
         while (visited.insert(control).second) {
-            const bool isSidePane = GetDlgCtrlID(control) == IDC_SIDE_PANE;
-            for (int link = 1; isSidePane && link < linksOfSidePane; ++link) {
-                StrikeKey(VK_TAB); // stays in the pane
+            for (int stop = 1; stop < StopsWithin(control, linksOfSidePane); ++stop) {
+                StrikeKey(VK_TAB); // stays in the control
             }
             StrikeKey(VK_TAB);
             WaitUntil(L"the control behind " + DescribeWindow(control),

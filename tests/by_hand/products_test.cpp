@@ -51,10 +51,12 @@ protected:
 TEST_F(ProductsByHand, NextAndBackGoThroughTheirPagesInOrderAndTheStepNamesThem)
 {
     StartWalk();
+    Next(Shown::WorkstationsPage, FIRST);
     Next(Shown::PathsPage, FIRST);
     Next(Shown::FilesPage, FIRST);
     Next(Shown::ResourcesPage, FIRST);
     Next(Shown::NoticesPage, FIRST);
+    Next(Shown::WorkstationsPage, SECOND);
     Next(Shown::PathsPage, SECOND);
     Next(Shown::FilesPage, SECOND);
     Next(Shown::ResourcesPage, SECOND);
@@ -64,10 +66,12 @@ TEST_F(ProductsByHand, NextAndBackGoThroughTheirPagesInOrderAndTheStepNamesThem)
     Back(Shown::ResourcesPage, SECOND);
     Back(Shown::FilesPage, SECOND);
     Back(Shown::PathsPage, SECOND);
+    Back(Shown::WorkstationsPage, SECOND);
     Back(Shown::NoticesPage, FIRST);
     Back(Shown::ResourcesPage, FIRST);
     Back(Shown::FilesPage, FIRST);
     Back(Shown::PathsPage, FIRST);
+    Back(Shown::WorkstationsPage, FIRST);
     ExpectPage(Shown::SettingsPage, NONE);
     StrikeKey(VK_ESCAPE);
     AnswerCancelQuestion('Y');
@@ -77,10 +81,12 @@ TEST_F(ProductsByHand, NextAndBackGoThroughTheirPagesInOrderAndTheStepNamesThem)
 TEST_F(ProductsByHand, WhatIsChosenForOneIsNotChosenForTheOther)
 {
     StartWalk();
+    Next(Shown::WorkstationsPage, FIRST);
     Next(Shown::PathsPage, FIRST);
     Next(Shown::FilesPage, FIRST);
     Next(Shown::ResourcesPage, FIRST);
     Next(Shown::NoticesPage, FIRST);
+    Next(Shown::WorkstationsPage, SECOND);
     Next(Shown::PathsPage, SECOND);
     Next(Shown::FilesPage, SECOND);
     HWND page = ExpectPage(Shown::ResourcesPage, SECOND);
@@ -89,11 +95,13 @@ TEST_F(ProductsByHand, WhatIsChosenForOneIsNotChosenForTheOther)
     StrikeKey('B', {VK_MENU});
     Back(Shown::FilesPage, SECOND);
     Back(Shown::PathsPage, SECOND);
+    Back(Shown::WorkstationsPage, SECOND);
     Back(Shown::NoticesPage, FIRST);
     page = ExpectPage(Shown::ResourcesPage, FIRST);
     EXPECT_TRUE(IsDlgButtonChecked(page, IDC_PARTS_BAY));
     StrikeKey(VK_RETURN);
     Next(Shown::NoticesPage, FIRST);
+    Next(Shown::WorkstationsPage, SECOND);
     Next(Shown::PathsPage, SECOND);
     Next(Shown::FilesPage, SECOND);
     page = ExpectPage(Shown::ResourcesPage, SECOND);
@@ -106,10 +114,12 @@ TEST_F(ProductsByHand, WhatIsChosenForOneIsNotChosenForTheOther)
 TEST_F(ProductsByHand, CancelOnAPageOfTheSecondLeavesNothing)
 {
     StartWalk();
+    Next(Shown::WorkstationsPage, FIRST);
     Next(Shown::PathsPage, FIRST);
     Next(Shown::FilesPage, FIRST);
     Next(Shown::ResourcesPage, FIRST);
     Next(Shown::NoticesPage, FIRST);
+    Next(Shown::WorkstationsPage, SECOND);
     Next(Shown::PathsPage, SECOND);
     Next(Shown::FilesPage, SECOND);
     ExpectPage(Shown::ResourcesPage, SECOND);

@@ -67,6 +67,7 @@ protected:
         WaitUntil(L"the progress bar's choice",
                   [&] { return IsDlgButtonChecked(page, IDC_INSTALL_PROGRESS) != 0; });
         StrikeKey(VK_RETURN);
+        Next(Shown::WorkstationsPage);
         EnterFirstPath(TYPED_PATH);
         StrikeKey(VK_RETURN);
         Next(Shown::FilesPage);
@@ -81,6 +82,7 @@ protected:
         WaitFor(Shown::NoticesPage);
         StrikeKey(VK_RETURN);
         AnswerBox('Y');
+        Next(Shown::WorkstationsPage);
         Next(Shown::PathsPage);
         Next(Shown::FilesPage);
         WaitFor(Shown::ResourcesPage);

@@ -6,7 +6,7 @@ import shutil
 
 from wizard import MEDIA, WizardTest, property_of, text_of, windows_path
 
-TAB_PAGES = ("PathCustomization", "AddAdditionalFiles", "OnlineResources", "NoticeDeskFeedBoard")
+TAB_PAGES = ("WorkstationSetting", "PathCustomization", "AddAdditionalFiles", "OnlineResources", "NoticeDeskFeedBoard")
 PRODUCTS = ("Zolt 2027", "Zolt Viewer 2027")
 
 
@@ -51,7 +51,7 @@ class ConfigureTest(WizardTest):
         return self.wizard(answers, *words, media=media if os.path.exists(media) else self.media(configure="yes"))
 
     def test_the_dialog_opens_on_the_first_tab_that_is_to_be_shown(self):
-        run = self.run_without('[paths "Zolt 2027"]\nshow = no\n')
+        run = self.run_without('[workstation "Zolt 2027"]\nshow = no\n[paths "Zolt 2027"]\nshow = no\n')
         self.assertEqual(run.code, 0, run.output)
         tabs = [line for line in run.output.splitlines() if line.endswith("(tab)")]
         self.assertNotIn("Page paths of Zolt 2027 (tab)", tabs)
@@ -62,9 +62,9 @@ class ConfigureTest(WizardTest):
         self.assertNotIn("menu_file", section)
 
     def test_a_dialog_without_any_tab_to_show_is_refused(self):
-        run = self.run_without("[paths]\nshow = no\n[files]\nshow = no\n[resources]\nshow = no\n[notices]\nshow = no\n")
+        run = self.run_without("[workstation]\nshow = no\n[paths]\nshow = no\n[files]\nshow = no\n[resources]\nshow = no\n[notices]\nshow = no\n")
         self.assertEqual(run.code, 24, run.output)
-        self.assertIn("answers.txt(6): paths.show: ", run.output.splitlines()[-1])
+        self.assertIn("answers.txt(6): workstation.show: ", run.output.splitlines()[-1])
 
     def test_answers_beside_show_no_are_refused_with_their_line(self):
         for line, key in (("parts_bay = no", "parts_bay"), ("leave = cancel", "leave")):
@@ -90,7 +90,7 @@ class ConfigureTest(WizardTest):
         run = self.create(self.media(configure="yes"))
         self.assertEqual(run.output.count("Configure dialog"), 1, run.output)
         self.assertEqual(re.findall(r"Page (.*) \(tab\)", run.output),
-                         ["%s of %s" % (page, product) for product in PRODUCTS for page in ("paths", "files", "resources", "notices")])
+                         ["%s of %s" % (page, product) for product in PRODUCTS for page in ("workstation", "paths", "files", "resources", "notices")])
         self.assertEqual(self.values("ZOLT_PARTSBAY_ENABLE"), ["#1", "#1"])
         self.assertIn('<Flow configure="yes">', text_of(os.path.join(self.out, "Office", "Image", "Setup.xml")))
 

@@ -23,6 +23,7 @@ protected:
     {
         Begin(L"Office");
         Press(IDC_NETWORK_LOG, IDC_NEXT);
+        Press(IDC_SHORTCUTS, IDC_NEXT);
         Press(IDC_PATH_TREE, IDC_NEXT);
     }
 
@@ -96,6 +97,7 @@ TEST_F(WizardAdditions, ASourceThatHasGoneKeepsTheTabsToo)
     BuildBase(L"Base");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    GoToNextTab(IDC_PATH_TREE);
     GoToNextTab(IDC_FILES_TREE);
     m_window = IDC_CONFIGURE_TABS;
     Add(folder / L"a.txt");

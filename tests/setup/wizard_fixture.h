@@ -197,6 +197,7 @@ protected:
             return StepOutcome::Done();
         });
         Press(IDC_NETWORK_LOG, IDC_NEXT);
+        Press(IDC_SHORTCUTS, IDC_NEXT);
         Press(IDC_PATH_TREE, IDC_NEXT);
         Press(IDC_FILES_TREE, IDC_NEXT);
         Press(IDC_PARTS_BAY, IDC_NEXT);

@@ -37,6 +37,7 @@ TEST_F(WizardRecording, ARunWithoutAPersonGivesTheRecordOfTheRunByHand)
     Begin(L"Office");
     Set(IDC_NETWORK_LOG, IDC_INSTALL_PROGRESS, true);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    Press(IDC_SHORTCUTS, IDC_NEXT);
     Press(IDC_PATH_TREE, IDC_NEXT);
     Press(IDC_FILES_TREE, IDC_NEXT);
     Set(IDC_PARTS_BAY, IDC_PARTS_BAY, false);
@@ -55,12 +56,14 @@ TEST_F(WizardRecording, ARunWithoutAPersonGivesTheRecordOfTheRunByHand)
         L"begin: location=" + location +
             L", name=Office, (platform=x64), ?local_location=yes\n"
             L"settings: (network_log=no), (keep_copy=no), install_mode=progress\n"
+            L"workstation/Zolt 2027: (desktop_shortcut=yes), (shortcut=)\n"
             L"resources/Zolt 2027: parts_bay=no, (member_bay=yes), (round_trip=yes), "
             L"(send_computer_name=no), (search_locations=yes)\n"
             L"notices/Zolt 2027: (updates=yes), (update_source=maker), (channel_notices=yes), "
             L"(site_channel=no), ~site_feed=\\\\server\\share\\feed.xml, (feeds=yes), (custom_feeds=yes)");
-    EXPECT_EQ(titles, (std::vector<CString>{L"Begin deployment", L"Deployment settings", L"Paths",
-                                            L"Additional files", L"Online resources", L"Notices and feeds"}));
+    EXPECT_EQ(titles,
+              (std::vector<CString>{L"Begin deployment", L"Deployment settings", L"Workstations", L"Paths",
+                                    L"Additional files", L"Online resources", L"Notices and feeds"}));
     const RunOutcome outcome = RunWith({{L"begin", L"location", location},
                                         {L"begin", L"name", L"Office"},
                                         {L"begin", L"on_question.local_location", L"yes"},
@@ -96,6 +99,7 @@ TEST_F(WizardRecording, APageGoneBackToKeepsWhatItProposedFirst)
 {
     Begin(L"Office");
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    Press(IDC_SHORTCUTS, IDC_NEXT);
     Press(IDC_PATH_TREE, IDC_NEXT);
     Press(IDC_FILES_TREE, IDC_NEXT);
     Set(IDC_PARTS_BAY, IDC_PARTS_BAY, false);
@@ -140,6 +144,7 @@ TEST_F(WizardRecording, TheTabsOfADeploymentThatIsModifiedAreRecorded)
     BuildBase(L"Base");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    GoToNextTab(IDC_PATH_TREE);
     GoToNextTab(IDC_FILES_TREE);
     GoToNextTab(IDC_PARTS_BAY);
     Set(IDC_CONFIGURE_TABS, IDC_PARTS_BAY, false);
@@ -147,6 +152,8 @@ TEST_F(WizardRecording, TheTabsOfADeploymentThatIsModifiedAreRecorded)
     EXPECT_EQ(Run().exitCode, static_cast<unsigned int>(SETUP_CANCELLED));
     EXPECT_EQ(BehindFirstPage(),
               CString(L"settings: (network_log=no), (keep_copy=no), (install_mode=silent)\n"
+                      L"workstation/Zolt 2027: (desktop_shortcut=yes), (shortcut=), (browser_required=yes), "
+                      L"(sheet_format=yes), (profile=Default)\n"
                       L"resources/Zolt 2027: parts_bay=no, (member_bay=yes), (round_trip=yes), "
                       L"(send_computer_name=no), (search_locations=yes)\n"
                       L"notices/Zolt 2027: not shown"));
@@ -158,6 +165,7 @@ TEST_F(WizardRecording, OfADeploymentThatIsModifiedAllThatAPageKeepsIsRecorded)
     BuildBase(L"Base");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    GoToNextTab(IDC_PATH_TREE);
     GoToNextTab(IDC_FILES_TREE);
     GoToNextTab(IDC_PARTS_BAY);
     GoToNextTab(IDC_SITE_CHANNEL);
@@ -171,6 +179,7 @@ TEST_F(WizardRecording, GoingBackToTheFirstPageAndOnAgainKeepsWhatWasRecorded)
     BuildBase(L"Base");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    GoToNextTab(IDC_PATH_TREE);
     GoToNextTab(IDC_FILES_TREE);
     GoToNextTab(IDC_PARTS_BAY);
     Set(IDC_CONFIGURE_TABS, IDC_PARTS_BAY, false);
@@ -189,6 +198,7 @@ TEST_F(WizardRecording, AnotherModeForgetsWhatWasRecordedOfTheProducts)
     BuildBase(L"Base");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    GoToNextTab(IDC_PATH_TREE);
     GoToNextTab(IDC_FILES_TREE);
     GoToNextTab(IDC_PARTS_BAY);
     Set(IDC_CONFIGURE_TABS, IDC_PARTS_BAY, false);
@@ -198,12 +208,14 @@ TEST_F(WizardRecording, AnotherModeForgetsWhatWasRecordedOfTheProducts)
     Type(IDC_LOCATION, IDC_NAME, L"New");
     Press(IDC_LOCATION, IDC_NEXT);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    Press(IDC_SHORTCUTS, IDC_NEXT);
     Press(IDC_PATH_TREE, IDC_NEXT);
     Press(IDC_FILES_TREE, IDC_NEXT);
     Cancel(IDC_PARTS_BAY);
     EXPECT_EQ(Run().exitCode, static_cast<unsigned int>(SETUP_CANCELLED));
     EXPECT_EQ(BehindFirstPage(),
               CString(L"settings: (network_log=no), (keep_copy=no), (install_mode=silent)\n"
+                      L"workstation/Zolt 2027: (desktop_shortcut=yes), (shortcut=)\n"
                       L"resources/Zolt 2027: (parts_bay=yes), (member_bay=yes), (round_trip=yes), "
                       L"(send_computer_name=no), (search_locations=yes)"));
 }
