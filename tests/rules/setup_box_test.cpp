@@ -16,6 +16,10 @@ CString LoadText(unsigned int id)
         return L"Replace \"%s\"?";
     case IDS_LOCATION_NOT_NETWORK:
         return L"Not a network path.";
+    case IDS_SHORTCUT_SWITCH_UNKNOWN:
+        return L"Only /b and /nologo. Change this part";
+    case IDS_SHORTCUT_NAME_TWICE:
+        return L"Change this name";
     case IDS_NAME_INVALID:
         return L"No such name.";
     default:
@@ -171,6 +175,29 @@ TEST(SetupTexts, NothingInATextIsTakenForHtml)
     EXPECT_EQ(HtmlText(L"<b> & \"C:\\a\""), CString(L"&lt;b&gt; &amp; \"C:\\a\""));
     EXPECT_EQ(HtmlText(L"&lt;"), CString(L"&amp;lt;"));
     EXPECT_EQ(HtmlText(L"one\r\ntwo\n\nthree"), CString(L"one<br>two<br><br>three"));
+}
+
+// The text in front names all switches, so it would fit any line.
+TEST(SetupBox, ARefusalThatNamesWhatItRefusesBlamesTheLineThatHoldsIt)
+{
+    PageAnswers page;
+    page.pTable = TableOf(L"workstation");
+    const auto add = [&page](const wchar_t* name, const wchar_t* command) {
+        page.entries.push_back(
+            {FindAnswerKey(*page.pTable, L"shortcut"), {name, command}, false, false, {L"answers.txt", 7}});
+    };
+    add(L"A", L"/b");
+    add(L"B", L"/tool x /b");
+    add(L"a", L"/nologo");
+    const auto refused = [&page](const wchar_t* text) -> CString {
+        const BoxVerdict verdict = JudgeBox(page.pTable, &page, text, false, LoadText);
+        EXPECT_EQ(verdict.meaning, BoxMeaning::Refused);
+        return verdict.pRefused ? verdict.pRefused->Value() : CString(L"(none)");
+    };
+    EXPECT_EQ(refused(L"Only /b and /nologo. Change this part: tool x"), CString(L"B"));
+    EXPECT_EQ(refused(L"Change this name: a"), CString(L"a"));
+    EXPECT_EQ(refused(L"Change this name: gone"), CString(L"a")) << "the last of the key";
+    EXPECT_EQ(refused(L"Change this name"), CString(L"(none)")) << "a text without a name is another one";
 }
 
 } // namespace
