@@ -150,6 +150,7 @@ void CGrid::GoToCell(const GridCell& cell)
 {
     CommitOpenEditor();
     SetCurrentCell(cell);
+    ShowCurrentCell();
     RedrawRows();
 }
 
@@ -438,10 +439,8 @@ CString CGrid::CellName(const GridCell& cell) const
 
 void CGrid::Announce(DWORD event) const
 {
-    const int cell = GridCellNumber(CurrentCell(), Size());
-    if (cell != 0) {
-        ::NotifyWinEvent(event, m_hWnd, OBJID_CLIENT, cell);
-    }
+    // Without a current cell, the number is that of the grid itself.
+    ::NotifyWinEvent(event, m_hWnd, OBJID_CLIENT, GridCellNumber(CurrentCell(), Size()));
 }
 
 LRESULT CGrid::OnGetObject(UINT, WPARAM flags, LPARAM object, BOOL& handled)

@@ -94,7 +94,11 @@ HRESULT CGridAccessible::get_accValue(VARIANT child, BSTR* value)
 
 HRESULT CGridAccessible::get_accDescription(VARIANT child, BSTR* description)
 {
-    return IsSelf(child) ? CAccessibleProxy::get_accDescription(child, description) : S_FALSE;
+    if (IsSelf(child)) {
+        return CAccessibleProxy::get_accDescription(child, description);
+    }
+    *description = nullptr; // a caller may free what it gets
+    return S_FALSE;
 }
 
 HRESULT CGridAccessible::get_accRole(VARIANT child, VARIANT* role)

@@ -19,12 +19,11 @@ struct FaultText
 {
     ShortcutFault fault;
     unsigned int text;
-    int column; // of the cell to change
 };
-constexpr FaultText FAULT_TEXTS[] = {{ShortcutFault::Incomplete, IDS_SHORTCUT_INCOMPLETE, NAME_COLUMN},
-                                     {ShortcutFault::BadName, IDS_SHORTCUT_NAME_INVALID, NAME_COLUMN},
-                                     {ShortcutFault::DuplicateName, IDS_SHORTCUT_NAME_TWICE, NAME_COLUMN},
-                                     {ShortcutFault::BadSwitch, IDS_SHORTCUT_SWITCH_UNKNOWN, COMMAND_COLUMN}};
+constexpr FaultText FAULT_TEXTS[] = {{ShortcutFault::Incomplete, IDS_SHORTCUT_INCOMPLETE},
+                                     {ShortcutFault::BadName, IDS_SHORTCUT_NAME_INVALID},
+                                     {ShortcutFault::DuplicateName, IDS_SHORTCUT_NAME_TWICE},
+                                     {ShortcutFault::BadSwitch, IDS_SHORTCUT_SWITCH_UNKNOWN}};
 
 } // namespace
 
@@ -82,7 +81,8 @@ void CCustomShortcutsGrid::LoadCustomShortcuts()
     m_shortcutTemplate = ReadShortcutTemplate(shortcutTemplate);
     const CString list = ReadInstallerProperty(m_product, SHORTCUT_LIST_PROPERTY);
     m_nextShortcutNumber = ReadNextShortcutNumber(list);
-    if (list.IsEmpty()) {
+    // Without rows to show them in nothing is read, so nothing counts as removed later.
+    if (list.IsEmpty() || m_grid.GetItemCount() == 0) {
         return;
     }
     static_cast<void>(
@@ -126,11 +126,10 @@ void CCustomShortcutsGrid::Report(const ShortcutVerdict& verdict)
         text += L": " + verdict.culprit;
     }
     ::MessageBoxW(nullptr, text, LoadResourceString(IDS_ERROR_TITLE), MB_OK | MB_ICONERROR);
-    if (m_grid.IsWindow()) { // the box runs a message loop
-        m_grid.m_currentRow = verdict.row;
-        m_grid.m_currentColumn = row.column;
+    // The box has no owner: while it was up, the page may have gone, or another cell may have come under edit.
+    if (m_grid.IsWindow()) {
+        m_grid.GoToCell({verdict.row, verdict.bCommandToChange ? COMMAND_COLUMN : NAME_COLUMN});
         m_grid.SetFocus();
-        m_grid.Invalidate();
     }
 }
 

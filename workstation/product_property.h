@@ -5,5 +5,7 @@
 
 class CProduct;
 
-// Empty when there is none, and for a value of more than 1,023 characters.
+inline constexpr int LONGEST_PROPERTY = 1023; // characters that are read
+
+// Empty when there is none, and for a longer value.
 [[nodiscard]] CString ReadInstallerProperty(CProduct& product, const wchar_t* name);

@@ -6,7 +6,7 @@
 
 namespace {
 
-// The backslash isn't among them, on purpose: the installer makes a folder of what stands before it.
+// The backslash isn't among them, on purpose: it always was accepted.
 constexpr wchar_t FORBIDDEN_IN_NAMES[] = L"/:*?\"<>|";
 
 bool IsBlank(const CString& cell, const CString& prompt)
@@ -23,13 +23,13 @@ bool HasName(const std::vector<CustomShortcutRow>& rows, const CString& name)
 ShortcutVerdict JudgeFilledRow(const CustomShortcutRow& row, const std::vector<CustomShortcutRow>& rowsAbove)
 {
     if (row.Name.FindOneOf(FORBIDDEN_IN_NAMES) >= 0) {
-        return {ShortcutFault::BadName, row.Name, -1};
+        return {ShortcutFault::BadName, row.Name, -1, false};
     }
     if (HasName(rowsAbove, row.Name)) {
-        return {ShortcutFault::DuplicateName, row.Name, -1};
+        return {ShortcutFault::DuplicateName, row.Name, -1, false};
     }
     const std::optional<CString> piece = FindBadSwitch(row.Command);
-    return piece ? ShortcutVerdict{ShortcutFault::BadSwitch, *piece, -1} : ShortcutVerdict{};
+    return piece ? ShortcutVerdict{ShortcutFault::BadSwitch, *piece, -1, true} : ShortcutVerdict{};
 }
 
 } // namespace
@@ -47,7 +47,7 @@ ShortcutVerdict CollectShortcuts(const std::vector<CustomShortcutRow>& cells,
             continue;
         }
         ShortcutVerdict verdict = isNameBlank || isCommandBlank
-                                      ? ShortcutVerdict{ShortcutFault::Incomplete, {}, -1}
+                                      ? ShortcutVerdict{ShortcutFault::Incomplete, {}, -1, isCommandBlank}
                                       : JudgeFilledRow(cell, rows);
         if (verdict.fault == ShortcutFault::None) {
             rows.push_back(cell);

@@ -25,8 +25,9 @@ enum class ShortcutFault
 struct ShortcutVerdict
 {
     ShortcutFault fault = ShortcutFault::None;
-    CString culprit; // the name, or the piece of the command line; empty for Incomplete
-    int row = -1;    // its place among the cells
+    CString culprit;               // the name, or the piece of the command line; empty for Incomplete
+    int row = -1;                  // its place among the cells
+    bool bCommandToChange = false; // the command line, not the name
 };
 
 enum class FaultyRows

@@ -79,6 +79,8 @@ LRESULT CWorkstationSettingPage::OnInitDialog()
     const LRESULT result = CWorkstationSettingPageBase::OnInitDialog();
     Box(IDC_BROWSER_REQUIRED).SetCheck(ReadSwitch(BROWSER_REQUIRED));
     Box(IDC_SHEET_FORMAT).SetCheck(ReadSwitch(SHEET_FORMAT));
+    SendDlgItemMessage(IDC_PROFILE_NAME, EM_SETLIMITTEXT,
+                       LONGEST_PROPERTY); // a longer one would be read as empty
     SetDlgItemText(IDC_PROFILE_NAME, ReadInstallerProperty(*m_pProduct, PROFILE_NAME_PROPERTY));
     m_strInvalidProfileMessage = LoadResourceString(IDS_PROFILE_NAME_INVALID);
     return result;
@@ -121,7 +123,9 @@ bool CWorkstationSettingPage::ValidateAndStore()
     if (!SaveProfileSettings()) {
         ::MessageBoxW(nullptr, m_strInvalidProfileMessage, LoadResourceString(IDS_ERROR_TITLE),
                       MB_OK | MB_ICONERROR);
-        ::SetFocus(GetDlgItem(IDC_PROFILE_NAME));
+        if (IsWindow()) { // the box runs a message loop
+            ::SetFocus(GetDlgItem(IDC_PROFILE_NAME));
+        }
         return false;
     }
     return CWorkstationSettingPageBase::ValidateAndStore();
