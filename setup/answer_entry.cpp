@@ -102,8 +102,11 @@ void CAnswerEntry::AddPlainSteps(CScript& script, const PageAnswers& answers, co
     script.Add(CString(L"enter ") + answer.pKey->word,
                [this, &answers, &answer] { return Enter(answers, answer); });
     script.Add(CString(L"check ") + answer.pKey->word, [this, &answer] {
-        return m_events.HasFailed() ? StepOutcome::Done()
-                                    : WaitForAnswer(m_events.GetPage(), *answer.pKey, answer.Value());
+        const bool isShown =
+            ::GetDlgItem(m_events.GetPage(), static_cast<int>(answer.pKey->control)) != nullptr;
+        return m_events.HasFailed() || (!isShown && m_events.HasProduct(answer))
+                   ? StepOutcome::Done()
+                   : WaitForAnswer(m_events.GetPage(), *answer.pKey, answer.Value());
     });
 }
 
@@ -184,6 +187,9 @@ StepOutcome CAnswerEntry::Enter(const PageAnswers& answers, const PageAnswer& an
         return StepOutcome::Done();
     }
     const CControl control(page, static_cast<int>(key.control));
+    if (!control.Exists() && m_events.HasProduct(answer)) {
+        return StepOutcome::Done();
+    }
     if (!control.IsVisible()) {
         return Judge(answer,
                      StepOutcome::Failed(

@@ -19,6 +19,8 @@ public:
     virtual void OnEntering(const PageAnswer& answer) = 0;
     // All answers are entered; what comes up now is about the page.
     virtual void OnEntered() = 0;
+    // Whether the product has the value of an answer that stands on the tab alone, so that nothing need be entered.
+    [[nodiscard]] virtual bool HasProduct(const PageAnswer& answer) const = 0;
     // The page doesn't take the answer.
     virtual void OnRefused(const PageAnswer& answer, const CString& reason) = 0;
 

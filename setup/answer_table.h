@@ -47,6 +47,10 @@ struct AnswerKey
     std::span<const FieldKind> fields = {}; // List; Value: one
     // List: its lines replace all that the page has of the word. Without it they come behind those.
     bool bReplaces = false;
+    // Of the product, for what stands on the page's tab alone: the other shape accepts the value that the product has. A
+    // check box is on when the property is empty or has the value for it.
+    const wchar_t* property = nullptr;
+    const wchar_t* propertyOn = nullptr;
 };
 
 enum class BoxKind

@@ -5,6 +5,7 @@
 #include "automation/popup_menu.h"
 #include "automation/window_finder.h"
 #include "include/navigation.h"
+#include "include/product.h"
 #include "include/resource_ids.h"
 #include "include/setup_manager.h"
 #include "setup/box_rules.h"
@@ -35,6 +36,7 @@ int CUnattendedPages::Show(const CString& page, const CProduct* product, const C
 {
     Begin(*context.pSetupManager);
     UsePage(page, product, shownProduct);
+    m_pProduct = context.pProduct;
     m_log.Line(L"Page " + PageTitle());
     if (m_pAnswers && !m_pAnswers->bShow) {
         Fail(SETUP_PAGE_NOT_REACHED,
@@ -51,6 +53,7 @@ int CUnattendedPages::Show(const CString& page, const CProduct* product, const C
 void CUnattendedPages::Begin(CSetupManager& manager)
 {
     m_pManager = &manager;
+    m_pProduct = nullptr;
     m_pManager->m_hCurrentPage = nullptr; // the page before left its handle
     m_hPage = nullptr;
     m_hWindow = nullptr;
@@ -371,6 +374,20 @@ void CUnattendedPages::OnEntering(const PageAnswer& answer)
 void CUnattendedPages::OnEntered()
 {
     m_pEntered = nullptr;
+}
+
+bool CUnattendedPages::HasProduct(const PageAnswer& answer) const
+{
+    const AnswerKey& key = *answer.pKey;
+    if (!key.property || !m_pProduct) {
+        return false;
+    }
+    constexpr int CAPACITY = 1024; // as the page has it
+    wchar_t buffer[CAPACITY] = L"";
+    int size = CAPACITY;
+    const CString value = m_pProduct->GetMsiProperty(key.property, buffer, &size) ? buffer : L"";
+    return key.propertyOn ? (value.IsEmpty() || value == key.propertyOn) == IsYes(answer.Value())
+                          : value == answer.Value();
 }
 
 void CUnattendedPages::OnRefused(const PageAnswer& answer, const CString& reason)

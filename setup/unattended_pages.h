@@ -76,6 +76,7 @@ private:
     [[nodiscard]] bool HasFailed() const override { return m_failure.has_value(); }
     void OnEntering(const PageAnswer& answer) override;
     void OnEntered() override;
+    [[nodiscard]] bool HasProduct(const PageAnswer& answer) const override;
     void OnRefused(const PageAnswer& answer, const CString& reason) override;
 
     [[nodiscard]] AnswersError WhyNextIsOff() const;
@@ -101,8 +102,9 @@ private:
     const PageAnswers* m_pAnswers = nullptr;
     const PageAnswer* m_pEntered = nullptr; // the answer that the page deals with
     CSetupManager* m_pManager = nullptr;
-    HWND m_hPage = nullptr;   // whose controls take the answers
-    HWND m_hWindow = nullptr; // in which it stands: the page itself, or the configure dialog
+    CProduct* m_pProduct = nullptr; // of a page that is walked to
+    HWND m_hPage = nullptr;         // whose controls take the answers
+    HWND m_hWindow = nullptr;       // in which it stands: the page itself, or the configure dialog
     CConfigureDialog* m_pDialog = nullptr;
     std::optional<bool> m_bTabChanged;               // how the last try to go to a tab ended
     HWND m_hHandled = nullptr;                       // the box that was answered last and may still be there

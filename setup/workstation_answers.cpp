@@ -9,9 +9,20 @@ constexpr FieldKind NAME_AND_COMMAND[] = {FieldKind::Text, FieldKind::Text};
 constexpr AnswerKey KEYS[] = {
     {.word = L"desktop_shortcut", .kind = AnswerKind::Check, .control = IDC_DESKTOP_SHORTCUT},
     {.word = L"shortcut", .kind = AnswerKind::List, .fields = NAME_AND_COMMAND, .bReplaces = true},
-    {.word = L"browser_required", .kind = AnswerKind::Check, .control = IDC_BROWSER_REQUIRED},
-    {.word = L"sheet_format", .kind = AnswerKind::Check, .control = IDC_SHEET_FORMAT},
-    {.word = L"profile", .kind = AnswerKind::Text, .control = IDC_PROFILE_NAME},
+    {.word = L"browser_required",
+     .kind = AnswerKind::Check,
+     .control = IDC_BROWSER_REQUIRED,
+     .property = L"ZOLT_IE_REQUIRED",
+     .propertyOn = L"1"},
+    {.word = L"sheet_format",
+     .kind = AnswerKind::Check,
+     .control = IDC_SHEET_FORMAT,
+     .property = L"ZOLT_SHEETX_FORMAT",
+     .propertyOn = L"#1"},
+    {.word = L"profile",
+     .kind = AnswerKind::Text,
+     .control = IDC_PROFILE_NAME,
+     .property = L"ZOLTDEFAULTPROFILENAME"},
 };
 
 constexpr AnswerBox BOXES[] = {

@@ -23,14 +23,17 @@ def tables_of(database):
     return {name: sorted(rows("export", database, name).splitlines()) for name in names}
 
 
+ON_TABS_ALONE = ("browser_required = ", "sheet_format = ", "profile = ")
+
+
 def answers_of(path):
     """What an answers file answers, by section. Which of it the page proposed depends on how it came about, and whether the place
-    may be on this computer is asked only where no deployments are yet."""
+    may be on this computer is asked only where no deployments are yet. What stands on a tab alone is written where there was one."""
     sections = {}
     for line in text_of(path).splitlines():
         if line.startswith("["):
             lines = sections.setdefault(line, [])
-        elif line and not line.startswith("#") and sections:
+        elif line and not line.startswith(("#",) + ON_TABS_ALONE) and sections:
             lines.append(line)
     return {section: sorted(lines) for section, lines in sections.items()}
 
@@ -77,6 +80,8 @@ class ReplayTest(WizardTest):
             "[begin]\nname = %s\nplatform = x64\non_question.local_location = yes\non_question.replace = yes\n"
             "[settings]\nnetwork_log = yes\nlog_folder = \\\\server\\logs\nkeep_copy = yes\ninstall_mode = progress\nmc3 = no\n"
             "on_question.doubtful_log_folder = yes\n"
+            "[workstation]\ndesktop_shortcut = no\nshortcut = \"Anne's plans\", \"/p \"\"A b\"\" /set C:\\x\"\nshortcut = \"B\", \"/nologo\"\n"
+            '[workstation "Zolt Viewer 2027"]\nshortcut = "V", "/v"\n'
             "[paths]\nsupport_path = Support Files\nsupport_path = \"C:\\Standards, all\"\nlog_file_path =\n"
             "custom_dictionary = C:\\Words\\Office.dic\ncolor_book_location =\nprinter_desc_dir =\nprinter_config_dir = C:\\Plotters\n"
             "[paths \"Zolt Viewer 2027\"]\nsupport_path = D:\\Viewer\nmenu_file = \\\\server\\menus\\v.zmenu\non_question.missing_path = yes\n"

@@ -74,6 +74,12 @@ class ShortcutsTest(WizardTest):
         self.assert_refused(good + 'shortcut = "x|y", "/c"\n', "Change this name: x|y", 8)
         self.assert_refused(good + 'shortcut = "x", ""\n', "needs a name and a command line", 8)
         self.assert_refused("profile = Office\n", "The page doesn't offer it here", 7)
+        self.assert_refused("browser_required = no\n", "The page doesn't offer it here", 7)
+
+    def test_what_stands_on_the_tab_alone_is_good_where_the_product_has_it_already(self):
+        """The record of a deployment that was modified could not be built from the maker's media."""
+        run = self.create("[workstation]\nprofile = Default\nbrowser_required = yes\nsheet_format = yes\n")
+        self.assertEqual(run.code, 0, run.output)
 
     def test_a_name_beyond_the_code_page_is_refused_before_the_build(self):
         run = self.create('[workstation]\nshortcut = "Plan \u4e2d", "/b"\n')
