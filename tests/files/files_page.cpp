@@ -368,10 +368,11 @@ void FilesPage::AddFolder(const CString& parent, const CString& name)
     Key(VK_RETURN);
 }
 
+// Sent, as the tree itself posts what it hears of: the next step sees the drop done, or a box of its.
 void FilesPage::DropAt(POINT place, const Lines& dropped)
 {
     Look([this, place, dropped] {
-        PostMessageW(Tree().GetWindow(), WM_DROPFILES, reinterpret_cast<WPARAM>(MakeDrop(place, dropped)), 0);
+        SendMessageW(Tree().GetWindow(), WM_DROPFILES, reinterpret_cast<WPARAM>(MakeDrop(place, dropped)), 0);
     });
 }
 
@@ -379,8 +380,15 @@ void FilesPage::DropOnto(const CString& path, const Lines& dropped)
 {
     Look([this, path, dropped] {
         SendMessageW(Tree().GetWindow(), TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(Node(path)));
-        PostMessageW(Tree().GetWindow(), WM_DROPFILES,
+        SendMessageW(Tree().GetWindow(), WM_DROPFILES,
                      reinterpret_cast<WPARAM>(MakeDrop(PlaceOf(Node(path)), dropped)), 0);
+    });
+}
+
+void FilesPage::PostDrop(POINT place, const Lines& dropped)
+{
+    Look([this, place, dropped] {
+        PostMessageW(Tree().GetWindow(), WM_DROPFILES, reinterpret_cast<WPARAM>(MakeDrop(place, dropped)), 0);
     });
 }
 

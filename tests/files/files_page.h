@@ -69,6 +69,8 @@ protected:
     void AddFolder(const CString& parent, const CString& name);
     void DropOnto(const CString& path, const Lines& dropped);
     void DropAt(POINT place, const Lines& dropped);
+    // As a file manager does it.
+    void PostDrop(POINT place, const Lines& dropped);
     // Opens the menu of the item with the mouse; of the empty space below the tree for an empty path.
     void RightClick(const CString& path);
     // The states of the menu's four commands, an E or a D each: drive, folder, rename, delete. Closes the menu.
