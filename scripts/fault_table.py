@@ -23,6 +23,7 @@ AREAS = {
     "pages": ("pages",),
     "online": ("online",),
     "paths": ("paths",),
+    "files": ("files",),
     "workstation": ("workstation",),
     "slimhtml": ("slimhtml",),
     "installer": ("installer",),
