@@ -338,6 +338,9 @@ TEST_P(FilesModel, APathOfOneProductIsNotThatOfADirectoryThatTheNextOnesHostDoes
 {
     ShowAndGoBack();
     WithFreshDatabase(L"next.msi");
+    WithMapRow(L"INSTALLDIR", L"<Zolt>", 0);
+    WithDirectory(L"INSTALLDIR", L"TARGETDIR", L"Zolt", L"C:\\Zolt\\", L"D:\\media\\Zolt\\");
+    WithUsedDirectory(L"LETTERS", L"INSTALLDIR", L"Fonts", L"C:\\Zolt\\Fonts\\", L"D:\\media\\Zolt\\Fonts\\");
     WithFile(UserKey(2), L"FONTS", L"C:\\nowhere\\b.txt");
-    ExpectLoaded({L"b.txt*"});
+    ExpectLoaded({L"<Zolt>", L"  Fonts", L"b.txt*"});
 }
