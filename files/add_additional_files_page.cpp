@@ -7,13 +7,12 @@
 
 template <class T, template <class> class Impl>
 CAddAdditionalFilesPageBase<T, Impl>::CAddAdditionalFilesPageBase(const PageContext* context)
-    : Impl<T>(context), m_editor(context->pProduct, context->hDatabase,
-                                 {[this] { this->RunHooks(this->m_postInitHooks); },
-                                  [this](bool enabled) { this->EnableLeaving(enabled); },
-                                  [this] { return this->ProductName(); },
-                                  [this](const CString& paths) {
-                                      this->m_pProduct->SetProperty(ADDITIONAL_FILES_NOT_ADDED, paths);
-                                  }})
+    : Impl<T>(context),
+      m_editor(context->pProduct, context->hDatabase,
+               {[this] { this->RunHooks(this->m_postInitHooks); }, [this] { return this->ProductName(); },
+                [this](const CString& paths) {
+                    this->m_pProduct->SetProperty(ADDITIONAL_FILES_NOT_ADDED, paths);
+                }})
 {
 }
 
@@ -44,13 +43,16 @@ BOOL CAddAdditionalFilesPageBase<T, Impl>::PreTranslateMessage(MSG* message)
 
 // ---- leaving ----
 
-// Refuses only for an edit under way whose text is refused: what was typed isn't lost by leaving.
+// An edit under way ends before the hooks judge what was added. Its text, when it is refused, isn't lost by leaving.
+template <class T, template <class> class Impl>
+int CAddAdditionalFilesPageBase<T, Impl>::RunLeaveHooks()
+{
+    return m_editor.FinishEdit() ? Impl<T>::RunLeaveHooks() : HOOK_VETO;
+}
+
 template <class T, template <class> class Impl>
 bool CAddAdditionalFilesPageBase<T, Impl>::ValidateAndStore()
 {
-    if (!m_editor.FinishEdit()) {
-        return false;
-    }
     StoreModified();
     return true;
 }

@@ -36,6 +36,7 @@ public:
     LRESULT OnInitDialog() override;
     void LookupControls() override;
     BOOL PreTranslateMessage(MSG* message) override;
+    int RunLeaveHooks() override;
     bool ValidateAndStore() override;
     bool StoreWithoutValidation() override;
 

@@ -169,12 +169,23 @@ LRESULT CAddFilesTreeCtrl::OnItemDeleted(int, NMHDR* header, BOOL&)
     if (m_isClosing || !m_nodes.count(node)) {
         return 0;
     }
-    const auto path = DirectoryPathCache.find(node->Key);
-    const auto entry =
-        path == DirectoryPathCache.end() ? m_nodesByPath.end() : m_nodesByPath.find(path->second);
-    if (entry != m_nodesByPath.end() && entry->second == node) {
-        m_nodesByPath.erase(entry);
-    }
+    static_cast<void>(RemovePathOf(*node));
     m_nodes.erase(node);
     return 0;
+}
+
+// In a damaged database two nodes may share a key, and with it what is remembered as their path.
+bool CAddFilesTreeCtrl::RemovePathOf(const FileTreeNode& node)
+{
+    const auto path = DirectoryPathCache.find(node.Key);
+    auto entry = path == DirectoryPathCache.end() ? m_nodesByPath.end() : m_nodesByPath.find(path->second);
+    if (entry == m_nodesByPath.end() || entry->second != &node) {
+        entry = std::find_if(m_nodesByPath.begin(), m_nodesByPath.end(),
+                             [&node](const auto& known) { return known.second == &node; });
+    }
+    const bool isThere = entry != m_nodesByPath.end();
+    if (isThere) {
+        m_nodesByPath.erase(entry);
+    }
+    return isThere;
 }

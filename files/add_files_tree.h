@@ -155,6 +155,8 @@ private:
     HTREEITEM InsertNode(FileTreeNode& node, HTREEITEM parent, const CString& label);
     void UpdatePaths(FileTreeNode& node, const CString& name);
     bool DeleteOne(FileTreeNode* node);
+    // Takes the node out of the map of paths; false when it isn't there.
+    bool RemovePathOf(const FileTreeNode& node);
     void RemoveRows(const FileTreeNode& node, const CString& parentKey);
     bool AskToReplace(const FileTreeNode& existing, const CString& sourcePath);
     FileTreeNode* AddNewNode(const CString& path, const CString& key, const CString& sourcePath);

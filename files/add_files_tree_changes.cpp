@@ -4,7 +4,6 @@
 
 #include "base/path_text.h"
 #include "files/directory_paths.h"
-#include "frame/file_path.h"
 #include "frame/path_rules.h"
 #include "frame/resource_text.h"
 #include "include/resource_ids.h"
@@ -32,7 +31,7 @@ bool IsSubstitutedDrive(const CString& drive)
 // Also of a path that is too long, by which the node stays apart from others.
 CString RenamedPath(const CString& folder, const CString& name)
 {
-    const CString path = JoinPath(folder, name);
+    const CString path = AppendedPath(folder, name);
     return path.IsEmpty() ? JoinFolder(folder, name) : path;
 }
 
@@ -101,7 +100,7 @@ AddFileResult CAddFilesTreeCtrl::TryAddFile(const CString& sourcePath)
         return AddFileResult::SourceMissing;
     }
     const CString folder = DisplayPathOf(m_targetKey);
-    const CString path = JoinPath(folder, LastPartOf(sourcePath));
+    const CString path = AppendedPath(folder, LastPartOf(sourcePath));
     if (path.IsEmpty()) {
         return AddFileResult::Failed;
     }
@@ -114,7 +113,10 @@ AddFileResult CAddFilesTreeCtrl::TryAddFile(const CString& sourcePath)
         if (!AskToReplace(*existing, sourcePath)) {
             return AddFileResult::Kept;
         }
-        DeleteOne(existing);
+        if (!IsWindow()) {
+            return AddFileResult::Kept; // the page has gone under the question
+        }
+        DeleteOne(FindNode(path));
     }
     CString key;
     if (!m_writer.AddUserFile(sourcePath, m_targetKey, key) || key.IsEmpty()) {
@@ -144,6 +146,7 @@ FileTreeNode* CAddFilesTreeCtrl::AddNewNode(const CString& path, const CString& 
 bool CAddFilesTreeCtrl::AddItem(bool isDrive)
 {
     FileTreeNode* node = nullptr;
+    bool isNew = true;
     if (isDrive) {
         const CString drive = FindFreeDrive();
         CString key;
@@ -156,8 +159,14 @@ bool CAddFilesTreeCtrl::AddItem(bool isDrive)
         if (!parent || (parent->IsFile() && !ParentNode(*parent, parent))) {
             return false;
         }
-        node = AddFolder(NextFolderName(parent), *parent);
-        ExpandFolder(*parent);
+        // A name that is free by its case alone leads to the folder that has it, as the tree shows one folder of a name.
+        const CString name = NextFolderName(parent);
+        const CString path = AppendedPath(DisplayPathOf(parent->Key), name);
+        isNew = !FindNode(path);
+        node = isNew ? AddFolder(name, *parent) : FindNode(path);
+        if (node) {
+            ExpandFolder(*parent);
+        }
     }
     if (!node) {
         return false;
@@ -165,12 +174,12 @@ bool CAddFilesTreeCtrl::AddItem(bool isDrive)
     SelectItem(node->Item);
     SetFocus();
     EditLabel(node->Item);
-    return true;
+    return isNew;
 }
 
 FileTreeNode* CAddFilesTreeCtrl::AddFolder(const CString& name, const FileTreeNode& parent)
 {
-    const CString path = JoinPath(DisplayPathOf(parent.Key), name);
+    const CString path = AppendedPath(DisplayPathOf(parent.Key), name);
     CString key;
     if (path.IsEmpty() || !m_writer.AddUserFolder(name, parent.Key, key) || key.IsEmpty()) {
         return nullptr;
@@ -259,10 +268,9 @@ void CAddFilesTreeCtrl::UpdatePaths(FileTreeNode& node, const CString& name)
     const CString oldPath = DirectoryPathCache[node.Key];
     DirectoryPathCache[node.Key] = path;
     const auto entry = m_nodesByPath.find(oldPath);
-    if (entry != m_nodesByPath.end()) {
-        FileTreeNode* const moved = entry->second;
+    if (entry != m_nodesByPath.end() && entry->second == &node) {
         m_nodesByPath.erase(entry);
-        m_nodesByPath.emplace(path, moved);
+        m_nodesByPath.emplace(path, &node);
     }
     for (FileTreeNode* child : ChildNodes(&node)) {
         const CString label = LabelOf(*child);
@@ -292,7 +300,7 @@ bool CAddFilesTreeCtrl::DeleteOne(FileTreeNode* node)
     if (!node || !node->IsUserItem) {
         return false;
     }
-    if (m_nodesByPath.erase(DisplayPathOf(node->Key)) == 0) {
+    if (!RemovePathOf(*node)) {
         return false;
     }
     DirectoryPathCache.erase(node->Key);

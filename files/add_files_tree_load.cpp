@@ -2,7 +2,6 @@
 #include "base/guid_text.h"
 #include "files/add_files_tree.h"
 #include "files/directory_paths.h"
-#include "frame/file_path.h"
 #include "include/installer_calls.h"
 #include "msi/msi_property.h"
 #include "msi/msi_rows.h"
@@ -120,7 +119,7 @@ void CAddFilesTreeCtrl::AddFolders(const UserItemRows& items, std::map<CString, 
 void CAddFilesTreeCtrl::AddFiles(const UserItemRows& items)
 {
     for (const UserFileRow& file : items.files) {
-        const CString path = JoinPath(DisplayPathOf(file.directory), LastPartOf(file.source));
+        const CString path = AppendedPath(DisplayPathOf(file.directory), LastPartOf(file.source));
         if (!path.IsEmpty()) {
             DirectoryPathCache.emplace(file.component, path);
             AddNode(path, file.component, true, file.source);
@@ -146,7 +145,7 @@ bool CAddFilesTreeCtrl::UserDirectoryPath(const DirectoryColumns& row,
             !UserDirectoryPath(parent->second, rows, path, depth + 1)) {
             return false;
         }
-        path = JoinPath(path, row.DefaultDir);
+        path = AppendedPath(path, row.DefaultDir);
     } else {
         // The property of an added drive, which the rows alone don't name.
         path.Empty();

@@ -13,3 +13,7 @@ extern std::map<CString, CString> DirectoryPathCache;
 // The remembered path, or the one that the installer resolves, which is remembered then. That one is absolute: the label of
 // the installation folder isn't put into it. False when there is none; `path` is empty then.
 [[nodiscard]] bool ResolveDirectoryPath(InstallerHandle database, const CString& key, CString& path);
+
+// The display path of something in a folder; empty when it has 260 characters or more. Names are joined as they are: some systems
+// take one that begins with two dots for a way upwards.
+[[nodiscard]] CString AppendedPath(const CString& folder, const CString& name);

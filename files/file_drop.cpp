@@ -2,12 +2,14 @@
 
 #include "base/path_text.h"
 #include "base/scope_exit.h"
-#include "frame/file_path.h"
+#include "files/directory_paths.h"
 #include "frame/resource_text.h"
 #include "include/resource_ids.h"
 
 #include <shellapi.h>
 #include <shlwapi.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -49,7 +51,10 @@ bool CFileDrop::AddPath(const CString& path, const CString& targetPath)
         return false;
     }
     if (::PathIsDirectoryW(path)) {
-        return IsRoot(path) ? AddContents(path, targetPath) : AddFolder(path, targetPath);
+        FolderContents contents;
+        return !IsRoot(path)                  ? AddFolder(path, targetPath)
+               : ReadContents(path, contents) ? AddContents(path, contents, targetPath)
+                                              : true;
     }
     AddFile(path, targetPath);
     return m_tree.IsWindow(); // a question may have been up
@@ -59,7 +64,7 @@ bool CFileDrop::AddPath(const CString& path, const CString& targetPath)
 
 void CFileDrop::AddFile(const CString& path, const CString& targetPath)
 {
-    const CString display = JoinPath(targetPath, LastPartOf(path));
+    const CString display = AppendedPath(targetPath, LastPartOf(path));
     const FileTreeNode* const existing = m_tree.FindNode(display);
     const FileTreeNode* const folder = m_tree.FindNode(targetPath);
     if (!folder) {
@@ -90,8 +95,12 @@ void CFileDrop::AddFile(const CString& path, const CString& targetPath)
 
 bool CFileDrop::AddFolder(const CString& path, const CString& targetPath)
 {
+    FolderContents contents;
+    if (!ReadContents(path, contents)) { // before a folder is made for it
+        return true;
+    }
     if (FileTreeNode* const folder = FolderFor(path, targetPath)) {
-        return AddContents(path, m_tree.DisplayPathOf(folder->Key));
+        return AddContents(path, contents, m_tree.DisplayPathOf(folder->Key));
     }
     return true;
 }
@@ -100,7 +109,7 @@ bool CFileDrop::AddFolder(const CString& path, const CString& targetPath)
 FileTreeNode* CFileDrop::FolderFor(const CString& path, const CString& targetPath)
 {
     const CString name = LastName(path);
-    const CString display = JoinPath(targetPath, name);
+    const CString display = AppendedPath(targetPath, name);
     FileTreeNode* folder = m_tree.FindNode(display);
     if (display.IsEmpty()) {
         Refuse(path, IDS_FILES_REASON_TOO_LONG);
@@ -118,30 +127,31 @@ FileTreeNode* CFileDrop::FolderFor(const CString& path, const CString& targetPat
     return folder;
 }
 
-bool CFileDrop::AddContents(const CString& path, const CString& targetPath)
+// False for a folder that is refused.
+bool CFileDrop::ReadContents(const CString& path, FolderContents& contents)
 {
-    Identity identity;
-    std::vector<CString> folders;
-    std::vector<CString> files;
-    if (!IdentityOf(path, identity) || !ReadFolder(path, folders, files)) {
-        Refuse(path, IDS_FILES_REASON_UNREADABLE);
-        return true;
+    const bool isRead =
+        IdentityOf(path, contents.identity) && ReadFolder(path, contents.folders, contents.files);
+    // Some servers number no folders.
+    const bool isLoop = isRead && contents.identity.index != 0 &&
+                        std::find(m_above.begin(), m_above.end(), contents.identity) != m_above.end();
+    if (!isRead || isLoop) {
+        Refuse(path, isLoop ? IDS_FILES_REASON_LOOP : IDS_FILES_REASON_UNREADABLE);
     }
-    for (const Identity& above : m_above) {
-        if (above == identity) {
-            Refuse(path, IDS_FILES_REASON_LOOP);
-            return true;
-        }
-    }
-    m_above.push_back(identity);
+    return isRead && !isLoop;
+}
+
+bool CFileDrop::AddContents(const CString& path, const FolderContents& contents, const CString& targetPath)
+{
+    m_above.push_back(contents.identity);
     const scope_exit left([this] { m_above.pop_back(); });
-    for (const std::vector<CString>* const names : {&files, &folders}) {
+    for (const std::vector<CString>* const names : {&contents.files, &contents.folders}) {
         for (const CString& name : *names) {
             const CString inner = JoinFolder(path, name);
             if (!m_progress.Continue(m_filesAdded, path)) {
                 return false;
             }
-            if (names == &files) {
+            if (names == &contents.files) {
                 AddFile(inner, targetPath);
             } else if (!AddFolder(inner, targetPath)) {
                 return false;
@@ -160,7 +170,7 @@ bool CFileDrop::ReadFolder(const CString& path, std::vector<CString>& folders, s
     const CFindOwner search(::FindFirstFileExW(FilePath(JoinFolder(path, L"*")), FindExInfoBasic, &found,
                                                FindExSearchNameMatch, nullptr, 0));
     if (!search) {
-        return false;
+        return ::GetLastError() == ERROR_FILE_NOT_FOUND; // an empty drive
     }
     do {
         const CString name = found.cFileName;

@@ -34,11 +34,19 @@ private:
         bool operator==(const Identity&) const = default;
     };
 
+    struct FolderContents
+    {
+        Identity identity;
+        std::vector<CString> folders;
+        std::vector<CString> files;
+    };
+
     // False stops.
     bool AddPath(const CString& path, const CString& targetPath);
     void AddFile(const CString& path, const CString& targetPath);
     bool AddFolder(const CString& path, const CString& targetPath);
-    bool AddContents(const CString& path, const CString& targetPath);
+    bool ReadContents(const CString& path, FolderContents& contents);
+    bool AddContents(const CString& path, const FolderContents& contents, const CString& targetPath);
     bool ReadFolder(const CString& path, std::vector<CString>& folders, std::vector<CString>& files);
     FileTreeNode* FolderFor(const CString& path, const CString& targetPath);
     void Refuse(const CString& path, unsigned int reason) { m_notAdded.push_back({path, reason}); }

@@ -12,38 +12,33 @@ constexpr int MARQUEE_STEP = 50;
 
 } // namespace
 
-CFileProgress::CFileProgress(HWND page, std::function<void(bool)> onLong)
-    : m_page(page), m_root(::GetAncestor(page, GA_ROOT)), m_onLong(std::move(onLong)),
-      m_started(::GetTickCount64())
+CFileProgress::CFileProgress(HWND page)
+    : m_page(page), m_root(::GetAncestor(page, GA_ROOT)), m_started(::GetTickCount64())
 {
 }
 
 // The page's window is enabled first: otherwise the system would activate another program's.
 CFileProgress::~CFileProgress()
 {
-    if (!m_isOpen) {
+    if (!m_hWnd) {
         return;
     }
-    ::EnableWindow(m_root, TRUE);
-    if (::IsWindow(m_page)) {
-        m_onLong(false);
+    if (!m_rootWasDisabled) {
+        ::EnableWindow(m_root, TRUE);
     }
-    if (m_hWnd) {
-        DestroyWindow();
-    }
+    DestroyWindow();
 }
 
 void CFileProgress::Open()
 {
     m_isOpen = true;
-    m_onLong(true);
     if (!Create(m_root)) {
-        return; // the work goes on without
+        return; // the work goes on without, and nothing else meanwhile
     }
     CenterWindow();
     ::SendDlgItemMessageW(m_hWnd, IDC_FILES_PROGRESS_BAR, PBM_SETMARQUEE, TRUE, MARQUEE_STEP);
     ShowWindow(SW_SHOW);
-    ::EnableWindow(m_root, FALSE);
+    m_rootWasDisabled = ::EnableWindow(m_root, FALSE) != FALSE;
 }
 
 bool CFileProgress::Continue(int filesAdded, const CString& folder)
@@ -52,7 +47,7 @@ bool CFileProgress::Continue(int filesAdded, const CString& folder)
     if (!m_isOpen && now - m_started >= LONG_WORK) {
         Open();
     }
-    if (m_isOpen && now - m_shown >= READING_TIME) {
+    if (m_hWnd && now - m_shown >= READING_TIME) {
         m_shown = now;
         SetDlgItemText(IDC_FILES_PROGRESS_TEXT,
                        FormatResource(IDS_FILES_PROGRESS, NumberText(filesAdded)) + L"\n" + folder);

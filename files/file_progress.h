@@ -5,8 +5,6 @@
 #include "include/resource_ids.h"
 #include "window/dialog_impl.h"
 
-#include <functional>
-
 class CFileProgress : public CDialogImpl<CFileProgress>
 {
 public:
@@ -15,8 +13,7 @@ public:
         IDD = IDD_FILES_PROGRESS
     };
 
-    // `onLong` runs when the window comes up, with true, and when it goes, with false.
-    CFileProgress(HWND page, std::function<void(bool)> onLong);
+    explicit CFileProgress(HWND page);
     ~CFileProgress() override;
 
     // Shows where the work is, not more often than a person reads, and handles the messages that wait. False: stop, as the
@@ -34,9 +31,9 @@ private:
 
     HWND m_page;
     HWND m_root; // the window that the page lies in
-    std::function<void(bool)> m_onLong;
     ULONGLONG m_started;
     ULONGLONG m_shown = 0;
     bool m_stopped = false;
     bool m_isOpen = false;
+    bool m_rootWasDisabled = false;
 };

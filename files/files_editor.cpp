@@ -1,5 +1,7 @@
 #include "files/files_editor.h"
 
+#include "base/path_text.h"
+#include "base/scope_exit.h"
 #include "files/file_status.h"
 #include "files/select_file_dialog.h"
 #include "frame/resource_text.h"
@@ -10,12 +12,15 @@
 #include <shellapi.h>
 
 #include <cstring>
+#include <optional>
 #include <utility>
 
 namespace {
 
 constexpr UINT ERROR_BOX = MB_OK | MB_ICONEXCLAMATION;
 static_assert(ERROR_BOX == 48);
+constexpr UINT COPY_GLOBAL_DATA = 0x49; // by which the system hands over the names of dropped files
+constexpr std::size_t FEW_FILES = 50;   // of the picker, which need no progress window
 
 unsigned int MessageOf(NewNameResult result)
 {
@@ -52,6 +57,10 @@ void CFilesEditor::Fill()
     m_tree.SetBkColor(RGB(255, 255, 255));
     UpdateCommands();
     ::DragAcceptFiles(m_tree, TRUE);
+    // For a program with more rights than the file manager, from which the system keeps messages otherwise.
+    for (const UINT message : {UINT{WM_DROPFILES}, UINT{WM_COPYDATA}, COPY_GLOBAL_DATA}) {
+        ::ChangeWindowMessageFilterEx(m_tree, message, MSGFLT_ALLOW, nullptr);
+    }
 }
 
 // ---- what the selection allows
@@ -93,48 +102,78 @@ void CFilesEditor::OnSelectionChanged()
 
 // ---- commands
 
+// A box disables the page's window, but messages that were posted come through.
+bool CFilesEditor::IsIdle() const
+{
+    return !m_isEditRefused && !m_isAdding && ::IsWindowEnabled(::GetAncestor(m_page, GA_ROOT));
+}
+
 void CFilesEditor::AddFiles()
 {
-    if (!m_tree.PrepareTarget()) {
+    if (!IsIdle() || !m_tree.PrepareTarget()) {
         return;
     }
     CMSelectFileDialog picker;
-    if (!picker.PickFiles()) {
-        return;
+    if (picker.PickFiles() && AddPicked(picker.GetPaths())) {
+        m_calls.runPostInitHooks();
+        if (m_tree.IsWindow()) {
+            m_tree.SortTarget();
+        }
     }
+}
+
+// False when the page has gone under a box. A file that can't be added keeps none of the others out.
+bool CFilesEditor::AddPicked(const std::vector<CString>& paths)
+{
+    m_isAdding = true;
+    const scope_exit added([this] { m_isAdding = false; });
+    const CPersistentWaitCursor waitCursor;
+    std::optional<CFileProgress> progress;
+    if (paths.size() > FEW_FILES) {
+        progress.emplace(m_page);
+    }
+    const CAddFilesTreeCtrl::CPause pause(m_tree);
     CString notAdded;
-    {
-        const CPersistentWaitCursor waitCursor;
-        const CAddFilesTreeCtrl::CPause pause(m_tree);
-        for (const CString& path : picker.GetPaths()) {
-            if (m_tree.TryAddFile(path) == AddFileResult::Failed) { // the others are added nevertheless
-                notAdded += (notAdded.IsEmpty() ? L"" : L"|") + path;
-            }
+    int count = 0;
+    for (const CString& path : paths) {
+        if (progress && !progress->Continue(count++, FolderOfFile(path))) {
+            break;
+        }
+        if (m_tree.TryAddFile(path) == AddFileResult::Failed) {
+            notAdded += (notAdded.IsEmpty() ? L"" : L"|") + path;
+        }
+        if (!m_tree.IsWindow()) {
+            return false;
         }
     }
     if (!notAdded.IsEmpty()) {
         m_calls.noteNotAdded(notAdded);
     }
-    m_calls.runPostInitHooks();
-    m_tree.SortTarget();
+    return m_tree.IsWindow();
 }
 
+// Nothing is pending for a folder that was there before, nor without an edit that could be canceled.
 void CFilesEditor::AddFolder()
 {
-    if (m_tree.PrepareTarget() && m_tree.AddItem(false)) {
-        m_newFolderPending = true;
+    if (IsIdle() && m_tree.PrepareTarget() && m_tree.AddItem(false)) {
+        m_newFolderPending = m_labelEditing;
     }
 }
 
 // The drive stays even if the edit of its label is canceled: m_newFolderPending is clear.
 void CFilesEditor::AddDrive()
 {
-    m_tree.SelectItem(nullptr);
-    static_cast<void>(m_tree.AddItem(true)); // nothing is said when no drive is left
+    if (IsIdle()) {
+        m_tree.SelectItem(nullptr);
+        static_cast<void>(m_tree.AddItem(true)); // nothing is said when no drive is left
+    }
 }
 
 void CFilesEditor::Delete()
 {
+    if (!IsIdle()) {
+        return;
+    }
     const CPersistentWaitCursor waitCursor;
     static_cast<void>(
         m_tree.DeleteItem(m_tree.SelectedNode())); // a folder of the product stays without a word
@@ -164,9 +203,11 @@ void CFilesEditor::Drop(HANDLE drop)
 {
     POINT point = {};
     const std::vector<CString> paths = ReadDrop(drop, point);
-    if (!FinishEdit()) {
+    if (!IsIdle() || !FinishEdit()) {
         return;
     }
+    m_isAdding = true;
+    const scope_exit added([this] { m_isAdding = false; });
     FileTreeNode* const folder = DropTarget(point);
     if (!folder) {
         return;
@@ -174,7 +215,7 @@ void CFilesEditor::Drop(HANDLE drop)
     const CString key = folder->Key;
     std::vector<NotAddedItem> notAdded;
     {
-        CFileProgress progress(m_page, [this](bool isLong) { m_calls.enableLeaving(!isLong); });
+        CFileProgress progress(m_page);
         CFileDrop work(m_tree, progress);
         if (!work.AddTo(*folder, paths)) {
             return;
@@ -187,9 +228,13 @@ void CFilesEditor::Drop(HANDLE drop)
     if (!notAdded.empty()) {
         ::MessageBoxW(m_page, NotAddedText(notAdded), m_calls.productName(), ERROR_BOX);
     }
-    m_calls.runPostInitHooks();
-    m_tree.SortTarget();
-    UpdateCommands();
+    if (m_tree.IsWindow()) { // a box may have been its last
+        m_calls.runPostInitHooks();
+    }
+    if (m_tree.IsWindow()) {
+        m_tree.SortTarget();
+        UpdateCommands();
+    }
 }
 
 // ---- menu
@@ -283,6 +328,11 @@ bool CFilesEditor::OnEditBegins()
     if (!node || !node->IsUserItem || node->IsFile()) {
         return false;
     }
+    if (node->Key != m_editedKey) {
+        m_newFolderPending = false;
+        m_isEditRefused = false;
+    }
+    m_editedKey = node->Key;
     m_labelEditing = true;
     m_labelEditCancelled = false;
     return true;
@@ -296,7 +346,7 @@ void CFilesEditor::OnEditEnds(const TVITEMW& item)
     const bool wasNewFolder = std::exchange(m_newFolderPending, false);
     const bool wasCancelled = std::exchange(m_labelEditCancelled, false);
     FileTreeNode* const node = m_tree.SelectedNode();
-    if (!node || node->IsFile() || !node->IsUserItem) {
+    if (!node || node->IsFile() || !node->IsUserItem || node->Key != m_editedKey) {
         return;
     }
     if (wasCancelled) {
@@ -329,8 +379,17 @@ void CFilesEditor::ReportNewName(NewNameResult result, bool wasNewFolder)
 
 void CFilesEditor::RestartEdit()
 {
-    if (std::exchange(m_isEditRefused, false)) {
+    if (!m_isEditRefused) {
+        return;
+    }
+    const bool wasNewFolder = m_newFolderPending;
+    const FileTreeNode* const node = m_tree.FindNode(m_tree.DisplayPathOf(m_editedKey));
+    m_isEditRefused = false;
+    m_newFolderPending = false;
+    if (node) { // whatever a click has selected meanwhile
+        m_tree.SelectItem(node->Item);
         Rename();
+        m_newFolderPending = wasNewFolder && m_labelEditing;
     }
 }
 

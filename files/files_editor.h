@@ -18,7 +18,6 @@ public:
     struct PageCalls
     {
         std::function<void()> runPostInitHooks;
-        std::function<void(bool)> enableLeaving;
         std::function<CString()> productName;
         std::function<void(const CString& paths)> noteNotAdded; // with "|" between them
     };
@@ -64,13 +63,18 @@ private:
     void EnableButton(int id, bool enabled);
     FileCommandStates CommandStates() const;
     void ReportNewName(NewNameResult result, bool wasNewFolder);
+    bool AddPicked(const std::vector<CString>& paths);
+    // Whether a command may run: not while an edit comes back, nor while another one shows a box or a progress window.
+    bool IsIdle() const;
     FileTreeNode* DropTarget(POINT point);
 
     PageCalls m_calls;
     HWND m_page = nullptr;
     CAddFilesTreeCtrl m_tree;
 
+    bool m_isAdding = false;
     bool m_labelEditing = false;
+    CString m_editedKey;               // of the node whose label was edited last
     bool m_newFolderPending = false;   // the folder under edit goes if the edit is canceled
     bool m_labelEditCancelled = false; // by a key
     bool m_isEditRefused = false;      // and begins anew

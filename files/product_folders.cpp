@@ -59,9 +59,15 @@ private:
                             KEY_AND_FLAGS);
         for (TarnDirectoryMapData row; cursor.Next(row); row = {}) {
             if ((row.Flags & HIDES_DIRECTORY) != 0) {
-                m_hidden[row.Directory_] = TargetPathOf(m_manager, row.Directory_);
+                m_hidden[row.Directory_] = KnownTargetPath(row.Directory_);
             }
         }
+    }
+
+    // The manager reads its tables anew for a key that it doesn't know.
+    CString KnownTargetPath(const CString& key) const
+    {
+        return m_directories.count(key) ? TargetPathOf(m_manager, key) : CString();
     }
 
     void ReadUsed()
@@ -128,7 +134,7 @@ private:
     {
         std::set<CString> passed;
         while (!EndsChain(row) && passed.insert(row.Directory).second) {
-            const CString target = TargetPathOf(m_manager, row.Directory_Parent);
+            const CString target = KnownTargetPath(row.Directory_Parent);
             const auto parent = m_directories.find(row.Directory_Parent);
             if (target.IsEmpty() || parent == m_directories.end() || !parent->second.pData) {
                 return;

@@ -68,6 +68,8 @@ BOOL WINAPI PickForTest(OPENFILENAMEW* dialog)
     return TRUE;
 }
 
+} // namespace
+
 HGLOBAL MakeDrop(POINT place, const std::vector<CString>& paths)
 {
     CString list;
@@ -85,8 +87,6 @@ HGLOBAL MakeDrop(POINT place, const std::vector<CString>& paths)
     GlobalUnlock(memory);
     return memory;
 }
-
-} // namespace
 
 const FilesPage::Lines FilesPage::OWN_FOLDERS = {ROOT_LABEL, L"  Fonts", L"  Samples", L"    Deep"};
 
@@ -304,9 +304,9 @@ void FilesPage::ChooseInMenu(int id)
     Step(L"see the menu go", [] { return Until(!FindPopupMenu(), L"the menu is still up"); });
 }
 
-void FilesPage::AnswerNameBox(unsigned int text)
+void FilesPage::AnswerNameBox(unsigned int text, std::function<void()> meanwhile)
 {
-    Answer(WarningBox(ResourceText(text)), IDOK);
+    Answer(WarningBox(ResourceText(text)), IDOK, std::move(meanwhile));
 }
 
 void FilesPage::ExpectTree(const Lines& lines)

@@ -76,7 +76,8 @@ protected:
     // The states of the menu's four commands, an E or a D each: drive, folder, rename, delete. Closes the menu.
     void ExpectMenu(const wchar_t* states);
     void ChooseInMenu(int id);
-    void AnswerNameBox(unsigned int text);
+    // After something else was done under it.
+    void AnswerNameBox(unsigned int text, std::function<void()> meanwhile = nullptr);
     void ExpectTree(const Lines& lines);
     void ExpectSelected(const CString& path);
     // Add folder and Delete, an E or a D each.
@@ -121,6 +122,9 @@ private:
     CInstallerHandle m_database;
     std::unique_ptr<CImportRedirect> m_picker;
 };
+
+// What the system hands over for files that are dropped there.
+HGLOBAL MakeDrop(POINT place, const std::vector<CString>& paths);
 
 // A warning over the tree, without a title.
 ExpectedBox MissingBox(const CString& path);

@@ -185,7 +185,7 @@ TEST_F(WizardFiles, WhatAPersonCouldNotNameOrRemoveIsRefusedWithItsReason)
     ExpectRefused({{L"folder", Pair(L"<root>", L"a?b")}}, L": This is not a valid name for a folder.");
     ExpectRefused({{L"drive", L"A:"}}, L": This is not a drive that can be added.");
     ExpectRefused({{L"drive", L"C:"}, {L"drive", L"D:"}, {L"drive", L"E:"}, {L"rename", Pair(L"E:", L"d:")}},
-                  L"Something else in this folder already has this name.");
+                  L"Something else here already has this name.");
     ExpectRefused({{L"rename", Pair(L"<root>\\Fonts", L"x")}}, L": \"<root>\\Fonts\" came with the product.");
     ExpectRefused({{L"file", Pair(L"<root>", one)}, {L"rename", Pair(L"<root>\\plan.txt", L"x.txt")}},
                   L": A file keeps the name of its source. Rename folders and drives.");
