@@ -108,6 +108,9 @@ constexpr Sentence SENTENCES[] = {
     {HostText::ShortcutTemplateInvalid, L"The package \"%1\" can't be deployed: its property %2, the "
                                         L"template of custom shortcuts, has %3 fields "
                                         L"instead of %4. Get the package from its maker again."},
+    {HostText::ShortcutTemplateTooLong, L"The package \"%1\" can't be deployed: its property %2, the "
+                                        L"template of custom shortcuts, has %3 characters, more than the %4 "
+                                        L"that can be read. Get the package from its maker again."},
     {HostText::MediaFileUnreadable,
      L"The file \"%1\" can't be read (%2). Check that it exists and that you have permission to read it."},
     {HostText::WorkFolderFailed, L"The work folder \"%1\" can't be created (%2). Check the free space and "

@@ -59,6 +59,7 @@ enum class HostText
     PackageCodeDiffers,
     PackageVersionDiffers,
     ShortcutTemplateInvalid,
+    ShortcutTemplateTooLong,
     MediaFileUnreadable,
     WorkFolderFailed,
     WorkCopyFailed,

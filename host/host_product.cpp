@@ -83,12 +83,18 @@ bool ReadShortcuts(MSIHANDLE database, const std::vector<CString>& keys, std::ve
     return result == ERROR_SUCCESS;
 }
 
-// The page of the workstations relies on all of its fields.
+// The page of the workstations relies on all of its fields, and reads a longer property as empty.
 OperationError CheckShortcutTemplate(MSIHANDLE database, const CString& packageFile)
 {
     CString text;
     if (!ReadPropertyRow(database, SHORTCUT_TEMPLATE_PROPERTY, text) || text.IsEmpty()) {
         return {}; // a product without custom shortcuts
+    }
+    if (text.GetLength() > LONGEST_SHORTCUT_TEMPLATE) {
+        return {ERROR_INSTALL_PACKAGE_INVALID,
+                HostSentence(HostText::ShortcutTemplateTooLong,
+                             {packageFile, SHORTCUT_TEMPLATE_PROPERTY, NumberText(text.GetLength()),
+                              NumberText(LONGEST_SHORTCUT_TEMPLATE)})};
     }
     const int fields = CountTemplateFields(text);
     if (fields == SHORTCUT_TEMPLATE_FIELDS) {

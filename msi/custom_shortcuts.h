@@ -9,6 +9,7 @@
 // The twelve columns of the table, joined by ";". Empty for a product without custom shortcuts.
 inline constexpr wchar_t SHORTCUT_TEMPLATE_PROPERTY[] = L"ZOLT_SHORTCUT_TEMPLATE";
 constexpr int SHORTCUT_TEMPLATE_FIELDS = 12;
+constexpr int LONGEST_SHORTCUT_TEMPLATE = 1023; // characters that a page reads
 
 // "next;key;key;...;": the number that the next key has, and the keys that were made, each with a closing ";".
 inline constexpr wchar_t SHORTCUT_LIST_PROPERTY[] = L"ZOLT_CUSTOM_SHORTCUT";

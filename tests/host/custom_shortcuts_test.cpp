@@ -133,6 +133,18 @@ TEST_F(CustomShortcutsTest, ATemplateOfElevenOrThirteenFieldsIsRefusedByNameAndR
     }
 }
 
+// A page reads it as empty, and would hide its table.
+TEST_F(CustomShortcutsTest, ATemplateThatAPageCannotReadIsRefusedByNameAndLength)
+{
+    const CString fields = L"K;D;N;C;T;;;;;;;W";
+    const CString longest = fields + CString(L'x', 1023 - fields.GetLength());
+    EXPECT_EQ(RefusalOfTemplate(longest), CString());
+    const CString message = RefusalOfTemplate(longest + L"x");
+    EXPECT_HOLDS(message, L"Tool.msi");
+    EXPECT_HOLDS(message, L"ZOLT_SHORTCUT_TEMPLATE");
+    EXPECT_HOLDS(message, L"has 1024 characters, more than the 1023");
+}
+
 TEST_F(CustomShortcutsTest, ATemplateOfTwelveFieldsIsGoodAlsoWithAnEmptyLastOne)
 {
     EXPECT_EQ(RefusalOfTemplate(L"K;D;N;C;T;A;;;;;;W"), CString());
