@@ -1,4 +1,4 @@
-// What a product's database holds for its custom shortcuts beside their rows in the table Shortcut: the row that all of them
+// What a product's database holds for its custom shortcuts besides their rows in the table Shortcut: the row that all of them
 // are made from, and the list of those that were made. Both are properties.
 #pragma once
 

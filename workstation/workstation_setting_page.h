@@ -1,4 +1,4 @@
-// The page of what a workstation gets beside the program.
+// The page of what a workstation gets besides the program.
 #pragma once
 
 #include "frame/tab_page.h"

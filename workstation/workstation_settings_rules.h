@@ -1,4 +1,4 @@
-// The settings of a workstation that the page has beside the custom shortcuts: how their properties are read, and which
+// The settings of a workstation that the page has besides the custom shortcuts: how their properties are read, and which
 // names of a profile are accepted.
 #pragma once
 
