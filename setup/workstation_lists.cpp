@@ -82,6 +82,19 @@ StepOutcome EnterCell(HWND page, int row, int column, const CString& text)
     return typed;
 }
 
+// The page would accept it, and the row would be missing on the workstations: the database refuses its statement, which
+// nobody reports. What the page has already is in the database.
+StepOutcome RefuseApostrophe(HWND page, int row, const CString& name, const CString& command)
+{
+    const CShortcutCells cells(page);
+    const bool isThere =
+        cells.GetText(row, NAME_COLUMN) == name && cells.GetText(row, COMMAND_COLUMN) == command;
+    return isThere || command.Find(L'\'') < 0
+               ? StepOutcome::Done()
+               : StepOutcome::Failed(L"The command line of a custom shortcut can't have an apostrophe: the "
+                                     L"shortcut would be missing in the deployment.");
+}
+
 StepOutcome CheckRow(HWND page, int row, const CString& name, const CString& command)
 {
     const CShortcutCells cells(page);
@@ -93,6 +106,8 @@ StepOutcome CheckRow(HWND page, int row, const CString& name, const CString& com
 void AddRowSteps(const PageAnswer& answer, int row, const CString& name, const CString& command,
                  std::vector<ListStep>& steps)
 {
+    steps.push_back({&answer, L"look for an apostrophe",
+                     [=](HWND page) { return RefuseApostrophe(page, row, name, command); }});
     steps.push_back(
         {&answer, L"type the name", [=](HWND page) { return EnterCell(page, row, NAME_COLUMN, name); }});
     steps.push_back({&answer, L"type the command line",

@@ -147,6 +147,32 @@ TEST_P(ShortcutAnswers, HalfALineIsRefusedAndNothingBehindItIsEntered)
     ShowAndGoBack();
 }
 
+TEST_P(ShortcutAnswers, ACommandLineWithAnApostropheIsRefused)
+{
+    Line(L"Anne's", L"/b");
+    Line(L"B", L"/p Anne's");
+    Enter();
+    Look([this] {
+        EXPECT_HOLDS(refused,
+                     L"\"B\", \"/p Anne's\": The command line of a custom shortcut can't have an apostrophe");
+        EXPECT_EQ(refused.Find(L"\"Anne's\""), -1) << "a name may have one";
+    });
+    ShowAndGoBack();
+}
+
+// Such as the maker's own.
+TEST_P(ShortcutAnswers, AnApostropheThatTheDatabaseHasAlreadyIsGood)
+{
+    WithProperty(L"ZOLT_CUSTOM_SHORTCUT", L"2;K1;");
+    Run(L"INSERT INTO `Shortcut` (`Shortcut`,`Directory_`,`Name`,`Component_`,`Target`) VALUES "
+        L"('K1','MENUDIR','A','Main','t')");
+    product.shortcuts.push_back({L"K1", L"A", L"/p Anne's"});
+    Line(L"A", L"/p Anne's");
+    Enter();
+    ExpectRead(L"A, /p Anne's\n");
+    GoNext();
+}
+
 TEST_P(ShortcutAnswers, ALineOnAPageWithoutShortcutsIsRefused)
 {
     WithoutTemplate();
