@@ -69,6 +69,8 @@ struct AnswerBox
         0; // its text in the resource library; "%s" or "%1" stands for any text; or PROGRAM_BOX
     // What is refused stands behind its text, after a colon.
     bool bNamesRefused = false;
+    // That is a piece of the line's last field between slashes, of the first line with such a piece.
+    bool bRefusesPiece = false;
     // Question: comes up while a value is entered, not when the page is left. Yes is remembered then, as what No has kept
     // out isn't entered again.
     bool bWhileEntering = false;

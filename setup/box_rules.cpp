@@ -75,6 +75,37 @@ const PageAnswer* FindNamed(const PageAnswers& page, const CString& key, const C
     return found;
 }
 
+bool HasPiece(CString text, const CString& piece)
+{
+    text += L"/";
+    for (int start = 0, end; (end = text.Find(L'/', start)) >= 0; start = end + 1) {
+        if (text.Mid(start, end - start).Trim() == piece) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Null when no line of the key has the piece.
+const PageAnswer* FindPiece(const PageAnswers& page, const CString& key, const CString& piece)
+{
+    const auto found = std::find_if(page.entries.begin(), page.entries.end(), [&](const PageAnswer& answer) {
+        return key == answer.pKey->word && HasPiece(answer.fields.back(), piece);
+    });
+    return found == page.entries.end() ? nullptr : &*found;
+}
+
+const PageAnswer* FindRefusedBy(const AnswerBox& box, const PageAnswers& page, const CString& text,
+                                int wordsLength)
+{
+    if (!box.bNamesRefused) {
+        return FindRefused(page, box.key, text);
+    }
+    const CString refused = text.Mid(wordsLength + 2);
+    const PageAnswer* line = box.bRefusesPiece ? FindPiece(page, box.key, refused) : nullptr;
+    return line ? line : FindNamed(page, box.key, refused);
+}
+
 } // namespace
 
 BoxVerdict JudgeBox(const PageAnswerTable* table, const PageAnswers* page, const CString& text, bool asks,
@@ -94,10 +125,8 @@ BoxVerdict JudgeBox(const PageAnswerTable* table, const PageAnswers* page, const
         }
     }
     if (!asks && verdict.pBox->key) {
-        verdict.pRefused = verdict.pBox->bNamesRefused
-                               ? FindNamed(*page, verdict.pBox->key,
-                                           text.Mid(loadString(verdict.pBox->string).GetLength() + 2))
-                               : FindRefused(*page, verdict.pBox->key, text);
+        verdict.pRefused =
+            FindRefusedBy(*verdict.pBox, *page, text, loadString(verdict.pBox->string).GetLength());
     }
     return verdict;
 }

@@ -36,7 +36,8 @@ constexpr AnswerBox BOXES[] = {
     {.kind = BoxKind::Refusal,
      .key = L"shortcut",
      .string = IDS_SHORTCUT_SWITCH_UNKNOWN,
-     .bNamesRefused = true},
+     .bNamesRefused = true,
+     .bRefusesPiece = true},
 };
 
 } // namespace

@@ -198,6 +198,11 @@ TEST(SetupBox, ARefusalThatNamesWhatItRefusesBlamesTheLineThatHoldsIt)
     EXPECT_EQ(refused(L"Change this name: a"), CString(L"a"));
     EXPECT_EQ(refused(L"Change this name: gone"), CString(L"a")) << "the last of the key";
     EXPECT_EQ(refused(L"Change this name"), CString(L"(none)")) << "a text without a name is another one";
+    page.entries.clear();
+    add(L"tool x", L"/set tool x"); // the name, and a part of the value
+    add(L"B", L"/b / tool x /c");
+    add(L"C", L"tool x");
+    EXPECT_EQ(refused(L"Only /b and /nologo. Change this part: tool x"), CString(L"B"));
 }
 
 } // namespace
