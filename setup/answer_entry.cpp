@@ -9,6 +9,12 @@
 
 namespace {
 
+constexpr wchar_t OFFERED_ELSEWHERE[] =
+    L"The page doesn't offer it here. It belongs to another mode, or to other media.";
+constexpr wchar_t OFFERED_ON_THE_TAB[] = L"The page doesn't offer it here, but only as a tab of the "
+                                         L"configure dialog: when a deployment is modified, or "
+                                         L"on media whose flow says configure=\"yes\".";
+
 // The row of the word that the value picks.
 const AnswerKey* RowOf(const PageAnswerTable& table, const CString& word, const CString& value)
 {
@@ -191,9 +197,8 @@ StepOutcome CAnswerEntry::Enter(const PageAnswers& answers, const PageAnswer& an
         return StepOutcome::Done();
     }
     if (!control.IsVisible()) {
-        return Judge(answer,
-                     StepOutcome::Failed(
-                         L"The page doesn't offer it here. It belongs to another mode, or to other media."));
+        const bool isOfTheTab = key.property && !control.Exists();
+        return Judge(answer, StepOutcome::Failed(isOfTheTab ? OFFERED_ON_THE_TAB : OFFERED_ELSEWHERE));
     }
     if (!control.IsUsable()) {
         return Judge(answer,

@@ -74,15 +74,6 @@ class AdditionsTest(WizardTest):
         """What the deployment says of itself."""
         return [line for line in text_of(os.path.join(deployment, "Additions.txt")).splitlines() if line]
 
-    def media_with_tabs(self):
-        media = self.source("Media")
-        shutil.copytree(MEDIA, media)
-        path = os.path.join(media, "Setup.xml")
-        text = text_of(path).replace("<Flow>", '<Flow configure="yes">')
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(text)
-        return media
-
     def assert_built_again(self, deployment, media=MEDIA):
         """From the maker's media by its own answers, elsewhere."""
         place = self.source("again")

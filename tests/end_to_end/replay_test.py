@@ -146,12 +146,7 @@ class ReplayTest(WizardTest):
         self.assert_same(os.path.join(self.out, "Sample"), self.replay(answers, media=media))
 
     def test_what_tabs_were_answered_with_is_answered_in_tabs_again(self):
-        media = os.path.join(self.folder, "Media")
-        shutil.copytree(MEDIA, media)
-        path = os.path.join(media, "Setup.xml")
-        text = text_of(path).replace("<Flow>", '<Flow configure="yes">')
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(text)
+        media = self.media_with_tabs()
         run = self.run_well(self.full(more='[resources "Zolt Viewer 2027"]\nshow = no\n'), media=media)
         self.assertIn("(tab)", run.output)
         answers = os.path.join(self.out, "Sample", "Answers.txt")

@@ -3,15 +3,22 @@
 import os
 import sys
 
-from wizard import ROOT, WizardTest, property_of, text_of
+from wizard import ROOT, WizardTest, property_of, text_of, windows_path
 
 sys.path.insert(0, os.path.join(ROOT, "scripts"))
 from workstation import read_table  # noqa: E402 - the folder has to be known first
 
 
+SETTINGS_OF_THE_TAB = ("ZOLT_IE_REQUIRED", "ZOLT_SHEETX_FORMAT", "ZOLTDEFAULTPROFILENAME")
+ON_THE_TAB_ALONE = "The page doesn't offer it here, but only as a tab of the configure dialog"
+
+
 class ShortcutsTest(WizardTest):
-    def package(self):
-        return os.path.join(self.out, "Office", "Image", "x64", "Zolt", "Zolt2027.msi")
+    def package(self, location=None):
+        return os.path.join(location or self.out, "Office", "Image", "x64", "Zolt", "Zolt2027.msi")
+
+    def settings(self, location=None):
+        return [property_of(self.package(location), name) for name in SETTINGS_OF_THE_TAB]
 
     def create(self, sections):
         answers = self.begin("Office", platform="x64")
@@ -53,9 +60,7 @@ class ShortcutsTest(WizardTest):
         self.assertEqual(self.rows(), ({"CUSTOM_SHORTCUT_1": ("A", "/w y"), "CUSTOM_SHORTCUT_2": ("C", "/v"),
                                         "CUSTOM_SHORTCUT_4": ("D", "/set z")},
                                        "5;CUSTOM_SHORTCUT_1;CUSTOM_SHORTCUT_2;CUSTOM_SHORTCUT_4;"))
-        self.assertEqual([property_of(self.package(), name) for name in
-                          ("ZOLT_IE_REQUIRED", "ZOLT_SHEETX_FORMAT", "ZOLTDEFAULTPROFILENAME")],
-                         ["0", "#0", "<<Office>>"])
+        self.assertEqual(self.settings(), ["0", "#0", "<<Office>>"])
 
         self.modify('[workstation]\nshortcut = "", ""\n')
         self.assertEqual(self.rows(), ({}, "5;"))
@@ -73,13 +78,33 @@ class ShortcutsTest(WizardTest):
         self.assert_refused(good + 'shortcut = "a", "/c"\n', "can't have the same name. Change this name: a", 8)
         self.assert_refused(good + 'shortcut = "x|y", "/c"\n', "Change this name: x|y", 8)
         self.assert_refused(good + 'shortcut = "x", ""\n', "needs a name and a command line", 8)
-        self.assert_refused("profile = Office\n", "The page doesn't offer it here", 7)
-        self.assert_refused("browser_required = no\n", "The page doesn't offer it here", 7)
+        self.assert_refused(good + 'shortcut = "B", "/p Anne\'s"\n', "can't have an apostrophe", 8)
+        self.assert_refused('shortcut = "B", "/set tool x"\nshortcut = "tool x", "/c"\nshortcut = "D", "/b /tool x"\n',
+                            "Change or remove this part: tool x", 9)
+        self.assert_refused("profile = Office\n", ON_THE_TAB_ALONE, 7)
+        self.assert_refused("browser_required = no\n", ON_THE_TAB_ALONE, 7)
 
     def test_what_stands_on_the_tab_alone_is_good_where_the_product_has_it_already(self):
         """The record of a deployment that was modified could not be built from the maker's media."""
         run = self.create("[workstation]\nprofile = Default\nbrowser_required = yes\nsheet_format = yes\n")
         self.assertEqual(run.code, 0, run.output)
+
+    def test_what_a_tab_recorded_is_built_again_in_tabs_and_refused_on_a_walk(self):
+        self.assertEqual(self.create("").code, 0)
+        self.modify('[workstation]\nbrowser_required = no\nsheet_format = no\nprofile = Drafting\nshortcut = "A", "/b"\n')
+        self.assertEqual(self.settings(), ["0", "#0", "Drafting"])
+        record = os.path.join(self.out, "Office", "Answers.txt")
+        again = os.path.join(self.folder, "Again")
+        os.makedirs(again)
+        run = self.wizard(record, out=windows_path(again))
+        self.assertEqual(run.code, 22, run.output)
+        self.assertIn(ON_THE_TAB_ALONE, run.output.splitlines()[-1])
+        run = self.wizard(record, media=self.media_with_tabs(), out=windows_path(again))
+        self.assertEqual(run.code, 0, run.output)
+        self.assertEqual(self.settings(again), ["0", "#0", "Drafting"])
+        self.assertEqual(read_table(self.package(again), "Shortcut"), read_table(self.package(), "Shortcut"))
+        recorded = [text_of(os.path.join(place, "Office", "Answers.txt")).split("[workstation")[1] for place in (self.out, again)]
+        self.assertEqual(recorded[0].split("\n[")[0], recorded[1].split("\n[")[0])
 
     def test_a_name_beyond_the_code_page_is_refused_before_the_build(self):
         run = self.create('[workstation]\nshortcut = "Plan \u4e2d", "/b"\n')

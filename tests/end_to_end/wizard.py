@@ -89,6 +89,17 @@ class WizardTest(unittest.TestCase):
                 found.append(int(path.split("/")[2]))
         return found
 
+    def media_with_tabs(self):
+        """The sample's media with their pages as tabs of the configure dialog."""
+        media = os.path.join(self.folder, "Media")
+        shutil.copytree(MEDIA, media)
+        path = os.path.join(media, "Setup.xml")
+        text = text_of(path)
+        self.assertEqual(text.count("<Flow>"), 1)
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text.replace("<Flow>", '<Flow configure="yes">'))
+        return media
+
     def build(self, name, **keys):
         run = self.wizard(self.begin(name, **keys))
         self.assertEqual(run.code, 0, run.output)
