@@ -12,6 +12,17 @@
 
 namespace {
 
+// Dots and blanks at its end aren't part of a name, and control characters of none.
+bool IsNoName(const CString& name)
+{
+    for (int index = 0; index < name.GetLength(); ++index) {
+        if (name[index] < L' ') {
+            return true;
+        }
+    }
+    return !name.IsEmpty() && CString(name).TrimRight(L". ").IsEmpty();
+}
+
 class CClashFinder
 {
 public:
@@ -100,6 +111,9 @@ private:
             add(BUILD_INVALID_NAME,
                 L"The folder \"" + name + L"\", which was added to " + m_product +
                     L", can't be made, as Windows keeps this name for a device. Rename it.");
+        } else if (IsNoName(name)) {
+            add(BUILD_INVALID_NAME, L"The folder \"" + name + L"\", which was added to " + m_product +
+                                        L", can't be made, as Windows has no such names. Rename it.");
         }
         if (m_productFiles.count(folder.strInstalled) != 0) {
             add(BUILD_ALREADY_EXISTS,
@@ -119,6 +133,9 @@ private:
             add(BUILD_INVALID_NAME,
                 L"The file \"" + file.strSource + L"\", which was added to " + m_product +
                     L", can't be installed, as Windows keeps its name for a device. Remove it.");
+        } else if (IsNoName(LastName(path))) {
+            add(BUILD_INVALID_NAME, L"The file \"" + file.strSource + L"\", which was added to " + m_product +
+                                        L", can't be installed, as Windows has no such names. Remove it.");
         }
         const UserFile* const first = m_firstFiles.at(path);
         if (first != &file) {

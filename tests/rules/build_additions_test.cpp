@@ -241,6 +241,19 @@ TEST_F(Additions, NamesOfDevicesAreRefused)
     EXPECT_HOLDS(found[1].strReason, L"nul.txt");
 }
 
+TEST_F(Additions, NamesThatWindowsDoesNotHaveAreRefused)
+{
+    AddFolder(1, L"...");
+    AddFile(2, L"a\tb.txt", 8);
+    AddFolder(3, L"..x");
+    const std::vector<AdditionFinding> found = Clashes();
+    ASSERT_EQ(found.size(), 2u);
+    EXPECT_EQ(found[0].code, INVALID_NAME);
+    EXPECT_HOLDS(found[0].strReason, L"The folder \"...\"");
+    EXPECT_EQ(found[1].code, INVALID_NAME);
+    EXPECT_HOLDS(found[1].strReason, L"a\tb.txt");
+}
+
 TEST_F(Additions, DirectoriesThatASettingOfTheirOwnMovesDontMeet)
 {
     for (const wchar_t* key : {L"FIRST", L"SECOND"}) {
