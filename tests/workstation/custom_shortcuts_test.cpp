@@ -95,6 +95,34 @@ TEST_P(CustomShortcuts, TheTableIsAsHighAsItsRowsAndNeverHigherThanItsPlace)
     ShowAndGoBack();
 }
 
+TEST_P(CustomShortcuts, ATableThatIsLowerThanItsRowsStaysSo)
+{
+    static constexpr int HEIGHT = 40;
+    context.preInitHooks = {[](PageContext* page) {
+        SetWindowPos(GetDlgItem(page->hParent, IDC_SHORTCUTS), nullptr, 0, 0, 300, HEIGHT,
+                     SWP_NOMOVE | SWP_NOZORDER);
+        return 1;
+    }};
+    Look([this] {
+        const RECT place = Control(IDC_SHORTCUTS).GetRectangle();
+        EXPECT_EQ(place.bottom - place.top, HEIGHT);
+    });
+    ShowAndGoBack();
+}
+
+TEST_P(CustomShortcuts, APageWhoseTemplateLacksTheTableDeletesNothing)
+{
+    WithProperty(L"ZOLT_CUSTOM_SHORTCUT", L"2;A;");
+    WithShortcut(L"A", L"First", L"/b");
+    context.preInitHooks = {[](PageContext* page) {
+        DestroyWindow(GetDlgItem(page->hParent, IDC_SHORTCUTS));
+        return 1;
+    }};
+    GoNext();
+    ExpectRows(L"A: S|First, /b\n");
+    EXPECT_EQ(List(), CString(L"2;A;"));
+}
+
 TEST_P(CustomShortcuts, ExistingOnesAreShownInTheHostsOrder)
 {
     WithProperty(L"ZOLT_CUSTOM_SHORTCUT", L"3;B;A;");

@@ -1,8 +1,12 @@
 // How the page of the workstations looks and how the keyboard walks it. With ROLLOUT_PICTURES set to a folder, a picture of
 // every state is saved there too.
 #include "automation/picture.h"
+#include "base/com_ptr.h"
 #include "tests/support/page_looks.h"
 #include "tests/workstation/workstation_page.h"
+#include "window/gdi.h"
+
+#include <oleacc.h>
 
 namespace {
 
@@ -116,6 +120,51 @@ TEST_P(WorkstationLook, EscInACellKeepsItsTextAndThePage)
     Key(VK_ESCAPE);
     AwaitNoEditor();
     Look([this] { EXPECT_EQ(Cell(0, 0), CString(L"Zolt for the office")); });
+    ShowAndGoBack();
+}
+
+TEST_P(WorkstationLook, TheCurrentCellAndItsRowHaveTheirColors)
+{
+    const auto ground = [this](int row, int column) {
+        const HWND grid = Control(IDC_SHORTCUTS).GetWindow();
+        RedrawWindow(grid, nullptr, nullptr, RDW_UPDATENOW);
+        const RECT cell = CellPlace(row, column);
+        const CWindowDC dc(grid);
+        return GetPixel(dc.get(), cell.right - 8, (cell.top + cell.bottom) / 2);
+    };
+    WithTwoShortcuts();
+    GiveFocus(IDC_SHORTCUTS);
+    Look([&] {
+        EXPECT_EQ(ground(0, 0), 0xC0C0C0u);
+        EXPECT_EQ(ground(0, 1), 0xE1E1E1u);
+        EXPECT_EQ(ground(1, 0), 0xFFFFFFu);
+    });
+    GiveFocus(IDC_DESKTOP_SHORTCUT);
+    Look([&] { EXPECT_EQ(ground(0, 0), 0xF0F0F0u); });
+    ShowAndGoBack();
+}
+
+TEST_P(WorkstationLook, ScreenReadersGetTheCellsByTheirCaptionsAndRows)
+{
+    WithTwoShortcuts();
+    Look([this] {
+        void* found = nullptr;
+        ASSERT_EQ(AccessibleObjectFromWindow(Control(IDC_SHORTCUTS).GetWindow(),
+                                             static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible), &found),
+                  S_OK);
+        ComPtr<IAccessible> grid;
+        grid.Attach(static_cast<IAccessible*>(found));
+        VARIANT cell = {};
+        cell.vt = VT_I4;
+        cell.lVal = 2; // of the first row the second one
+        BSTR name = nullptr, value = nullptr;
+        EXPECT_EQ(grid->get_accName(cell, &name), S_OK);
+        EXPECT_EQ(CString(name), ResourceText(IDS_SHORTCUT_SWITCHES_COLUMN) + L" 1");
+        EXPECT_EQ(grid->get_accValue(cell, &value), S_OK);
+        EXPECT_EQ(CString(value), CString(L"/nologo /p Office"));
+        SysFreeString(name);
+        SysFreeString(value);
+    });
     ShowAndGoBack();
 }
 

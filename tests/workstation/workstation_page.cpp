@@ -37,8 +37,10 @@ void WorkstationPage::MeetGridOnce()
     TypeRow(4, L"a?b", CString(L'x', 300));
     Press(Next());
     AnswerError(IDS_SHORTCUT_NAME_INVALID, L"a?b");
-    Look(
-        [this] { RedrawWindow(Page(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN); });
+    Look([this] {
+        SendMessageW(Control(IDC_SHORTCUTS).GetWindow(), LVM_SETCOLUMNWIDTH, 0, 2000); // scroll bars too
+        RedrawWindow(Page(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    });
     ShowAndGoBack();
     product.msiProperties.erase(L"ZOLT_CUSTOM_SHORTCUT");
     Run(L"DELETE FROM `Property`");
@@ -79,18 +81,18 @@ void WorkstationPage::WithShortcut(const wchar_t* key, const CString& name, cons
 void WorkstationPage::BeginCell(int row, int column, const CString& text)
 {
     Look([] {}); // once the page is up
-    Step(L"type into the cell", [this, row, column, text] {
-        const CListControl list = Control(IDC_SHORTCUTS);
-        if (const StepOutcome usable = list.NeedUsable(); !usable.IsDone()) {
-            return usable;
-        }
-        RECT cell = {};
-        cell.top = column;
-        SendMessageW(list.GetWindow(), LVM_GETSUBITEMRECT, static_cast<WPARAM>(row),
-                     reinterpret_cast<LPARAM>(&cell));
-        SendMessageW(list.GetWindow(), WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(cell.left + 4, cell.top + 4));
-        return Editor() ? CControl(Editor()).SetText(text) : StepOutcome::Failed(L"no cell is being edited");
-    });
+    Step(L"type into the cell", [this, row, column, text] { return EditCell(row, column, text); });
+}
+
+StepOutcome WorkstationPage::EditCell(int row, int column, const CString& text) const
+{
+    const CListControl list = Control(IDC_SHORTCUTS);
+    if (const StepOutcome usable = list.NeedUsable(); !usable.IsDone()) {
+        return usable;
+    }
+    const RECT cell = CellPlace(row, column);
+    SendMessageW(list.GetWindow(), WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(cell.left + 4, cell.top + 4));
+    return Editor() ? CControl(Editor()).SetText(text) : StepOutcome::Failed(L"no cell is being edited");
 }
 
 void WorkstationPage::TypeCell(int row, int column, const CString& text)
@@ -111,10 +113,10 @@ void WorkstationPage::ExpectRows(const CString& rows)
     EXPECT_EQ(DatabaseRows(), rows);
 }
 
-void WorkstationPage::AnswerError(unsigned int text, const CString& refused)
+void WorkstationPage::AnswerError(unsigned int text, const CString& refused, std::function<void()> look)
 {
     const CString words = ResourceText(text) + (refused.IsEmpty() ? CString() : L": " + refused);
-    Answer(ErrorBox(words).Titled(ResourceText(IDS_ERROR_TITLE)).WithoutOwner(), IDOK);
+    Answer(ErrorBox(words).Titled(ResourceText(IDS_ERROR_TITLE)).WithoutOwner(), IDOK, std::move(look));
 }
 
 void WorkstationPage::Send(UINT message, LRESULT& answer)
@@ -135,6 +137,17 @@ HWND WorkstationPage::Editor() const
     const HWND editor =
         FindWindowExW(Control(IDC_SHORTCUTS).GetWindow(), nullptr, L"RolloutGridEdit", nullptr);
     return editor && IsWindowVisible(editor) ? editor : nullptr;
+}
+
+RECT WorkstationPage::CellPlace(int row, int column) const
+{
+    const HWND grid = Control(IDC_SHORTCUTS).GetWindow();
+    RECT cell = {};
+    cell.top = column;
+    SendMessageW(grid, LVM_GETSUBITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&cell));
+    cell.right =
+        cell.left + static_cast<LONG>(SendMessageW(grid, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column), 0));
+    return cell;
 }
 
 bool WorkstationPage::IsShown(int id) const

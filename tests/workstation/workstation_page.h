@@ -29,16 +29,19 @@ protected:
     // The same without Enter.
     void BeginCell(int row, int column, const CString& text);
     void ExpectRows(const CString& rows); // as DatabaseRows has them
-    // Answers an error box of the page's, which has no owner.
-    void AnswerError(unsigned int text, const CString& refused = {});
+    // Answers an error box of the page's, which has no owner, and runs the look while it is up.
+    void AnswerError(unsigned int text, const CString& refused = {}, std::function<void()> look = nullptr);
     // Sends the message and answers what comes up on the way by the steps behind it.
     void Send(UINT message, LRESULT& answer);
     void SeeFocus(int control);
+    // What BeginCell does, at once.
+    StepOutcome EditCell(int row, int column, const CString& text) const;
 
     // ---- looks
     CString Cell(int row, int column) const { return Control(IDC_SHORTCUTS).GetCell(row, column); }
     // Name and command of a row, with a bar between them.
     CString Row(int row) const { return Cell(row, 0) + L"|" + Cell(row, 1); }
+    RECT CellPlace(int row, int column) const; // in the table's client pixels
     // Null while no cell is being edited.
     HWND Editor() const;
     bool IsShown(int id) const;

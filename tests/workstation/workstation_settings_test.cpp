@@ -220,6 +220,20 @@ TEST_P(ProfileSettings, TheNameIsShownAndATooLongOneReadsAsEmpty)
     ShowAndGoBack();
 }
 
+TEST_P(ProfileSettings, TypingStopsAtTheLengthThatIsReadAgain)
+{
+    Look([this] {
+        const HWND edit = Control(IDC_PROFILE_NAME).GetWindow();
+        for (const int length : {1022, 1023}) {
+            SetWindowTextW(edit, CString(L'x', length));
+            SendMessageW(edit, EM_SETSEL, static_cast<WPARAM>(length), length);
+            SendMessageW(edit, WM_CHAR, L'y', 1);
+            EXPECT_EQ(Text(IDC_PROFILE_NAME).GetLength(), 1023) << length;
+        }
+    });
+    ShowAndGoBack();
+}
+
 TEST_P(ProfileSettings, ATextOfOnlyTheTwoMarksIsRefused)
 {
     ExpectRefused(L"<<>>");
