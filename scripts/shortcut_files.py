@@ -57,13 +57,19 @@ def holds(condition, properties):
     return properties.get(match.group(1), "") == match.group(2) if match else None
 
 
+def formatted(package, text):
+    """What the installer makes of a formatted text: directories and properties in square brackets, nothing for an unknown one, and
+    a letter behind a backslash as it stands."""
+    return re.sub(r"\[\\(.)\]|\[(\w+)\]", lambda found: found.group(1) or package.target_path(found.group(2)), text)
+
+
 class Shortcut:
     """A row of a database's table: where its file has to be, and what it has to hold."""
 
     def __init__(self, package, row):
         self.key, self.name = row["Shortcut"], row["Name"].split("|")[-1]
-        self.arguments = row["Arguments"]
-        self.target = re.sub(r"\[(\w+)\]", lambda found: package.target_path(found.group(1)), row["Target"])
+        self.arguments = formatted(package, row["Arguments"])
+        self.target = formatted(package, row["Target"])
         self.folder = package.target_path(row["WkDir"]).rstrip("\\") if row["WkDir"] else ""
         self.patterns = [os.path.join(root, *parts, glob.escape(self.name) + ".lnk")
                          for root, parts in shell_places(package, row["Directory_"])]

@@ -29,7 +29,7 @@ import xml.etree.ElementTree
 from expected_files import asked_files, find_left, find_wrong
 from expected_properties import asked_properties, find_unmet, same_value
 from path_forms import NO_PATH, stored_path
-from shortcut_files import asked_shortcuts, check_asked, custom_shortcuts, expected_shortcuts
+from shortcut_files import asked_shortcuts, check_asked, custom_shortcuts, expected_shortcuts, formatted
 from steady_addresses import keep_addresses_steady
 from watched_command import CommandOverdue, Patience, read_log, run_watched
 
@@ -161,7 +161,7 @@ class Package:
         directories are the workstation's by then."""
         if text.upper() == NO_PATH or not any(re.search(r"\b%s\b" % name, script) for script in self.resolving_scripts):
             return text
-        return re.sub(r"\[\\(.)\]|\[(\w+)\]", lambda found: found.group(1) or self.target_path(found.group(2)), text)
+        return formatted(self, text)
 
     def stored_path(self, shown):
         """What the database holds of a path as its page shows it."""

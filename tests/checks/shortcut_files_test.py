@@ -32,7 +32,7 @@ class FakePackage:
         self.properties = {"ON": "1", "ZOLT_CUSTOM_SHORTCUT": "4;B;gone;A;"}
 
     def target_path(self, key):
-        return {"INSTALLDIR": "C:\\Zolt\\"}[key]
+        return {"INSTALLDIR": "C:\\Zolt\\"}.get(key, "")
 
 
 def row(key, name="S|Office", arguments="/b"):
@@ -41,7 +41,7 @@ def row(key, name="S|Office", arguments="/b"):
 
 
 class ShortcutFilesTest(unittest.TestCase):
-    def look(self, data, package=None):
+    def look(self, data, package=None, arguments="/b"):
         package = package or FakePackage()
         with tempfile.TemporaryDirectory() as drive:
             folder = os.path.join(drive, "ProgramData/Microsoft/Windows/Start Menu/Programs/Zolt [1]")
@@ -49,7 +49,7 @@ class ShortcutFilesTest(unittest.TestCase):
             if data is not None:
                 with open(os.path.join(folder, "Office.lnk"), "wb") as file:
                     file.write(data)
-            wanted, left_out = expected_shortcuts(package, [row("A")])
+            wanted, left_out = expected_shortcuts(package, [row("A", arguments=arguments)])
             return [one.look(drive) for one in wanted], [bool(one.find(drive)) for one in left_out]
 
     def test_a_link_is_read(self):
@@ -62,6 +62,12 @@ class ShortcutFilesTest(unittest.TestCase):
 
     def test_a_shortcut_as_its_row_is_good(self):
         self.assertEqual(self.look(link("C:\\Zolt\\zolt.exe", "/b", "C:\\Zolt\\")), ([""], []))
+
+    def test_square_brackets_of_arguments_are_the_installers(self):
+        arguments = "/s [INSTALLDIR]Fonts /p [\\[]a[\\]] [NO_SUCH]/w"
+        self.assertEqual(self.look(link("C:\\Zolt\\zolt.exe", "/s C:\\Zolt\\Fonts /p [a] /w", "C:\\Zolt"), arguments=arguments),
+                         ([""], []))
+        self.assertIn("arguments is", self.look(link("C:\\Zolt\\zolt.exe", arguments, "C:\\Zolt"), arguments=arguments)[0][0])
 
     def test_each_difference_is_named(self):
         self.assertEqual(self.look(link("C:\\Zolt\\old.exe", "/c", "C:\\")),
