@@ -133,6 +133,8 @@ TEST_P(FilesPicker, AResultThatFillsTheBufferIsAddedToItsLastFile)
     g_answersItself = true;
     SelectNode(L"~\\Fonts");
     Press(IDC_FILES_ADD);
+    Await(L"the last file",
+          [this] { return Node(L"~\\Fonts\\last.txt") && IsWindowEnabled(GetAncestor(Page(), GA_ROOT)); });
     ExpectTree({L"<Zolt>", L"  Fonts", L"    last.txt*", L"    same.txt*", L"  Samples", L"    Deep"});
     ShowAndGoBack();
     EXPECT_EQ(Count(L"TarnCustomFile"), 2);

@@ -170,7 +170,7 @@ protected:
                                                                       << report << NamesOf(kept);
         RemoveKeptFiles(m_location);
         if (isNew) {
-            EXPECT_EQ(now.size(), 20u) << when << "\n" << NamesOf(now);
+            EXPECT_EQ(now.size(), 21u) << when << "\n" << NamesOf(now);
         } else {
             EXPECT_TRUE(now == m_old) << when << "\n" << report << NamesOf(now);
         }

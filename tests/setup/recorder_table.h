@@ -21,7 +21,7 @@ inline constexpr AnswerKey KEYS[] = {
 inline constexpr AnswerBox BOXES[] = {
     {BoxKind::Question, L"sure", L"value", IDS_TEST_QUESTION},
     {BoxKind::Refusal, nullptr, L"value", IDS_TEST_REFUSAL},
-    {BoxKind::Question, L"entry", L"value", IDS_TEST_ENTRY_QUESTION, true},
+    {.role = L"entry", .key = L"value", .string = IDS_TEST_ENTRY_QUESTION, .bWhileEntering = true},
 };
 // Every question is one of this page's.
 inline constexpr AnswerBox ALL_BOXES[] = {

@@ -229,6 +229,7 @@ TEST_F(WizardFiles, WhatAPersonAddsIsRecordedAsTheAnswersThatAddIt)
 {
     Begin(NAME);
     Press(IDC_NETWORK_LOG, IDC_NEXT);
+    Press(IDC_SHORTCUTS, IDC_NEXT);
     Press(IDC_PATH_TREE, IDC_NEXT);
     OnPage(IDC_FILES_TREE, [](HWND page) {
         const HWND view = GetDlgItem(page, IDC_FILES_TREE);
