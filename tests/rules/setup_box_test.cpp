@@ -178,7 +178,7 @@ TEST(SetupTexts, NothingInATextIsTakenForHtml)
 }
 
 // The text in front names all switches, so it would fit any line.
-TEST(SetupBox, ARefusalThatNamesWhatItRefusesBlamesTheLineThatHoldsIt)
+TEST(SetupBoxes, ARefusalThatNamesWhatItRefusesBlamesTheLineThatHoldsIt)
 {
     PageAnswers page;
     page.pTable = TableOf(L"workstation");
