@@ -156,7 +156,7 @@ TEST_F(PackagePagesTest, PathsAndWorkstationSettingsComeWithTheirProperties)
 TEST_F(PackagePagesTest, NoPackageHasTheContactPageOfAnotherMakersProduct)
 {
     Open({PropertyRow(L"ZOLT_PARTSBAY_ENABLE"), PropertyRow(L"ZOLT_RSS_FEEDS_ENABLE"),
-          PropertyRow(L"ZOLTProfile_Fonts"), PropertyRow(L"ZOLT_SHORTCUT_TEMPLATE")});
+          PropertyRow(L"ZOLTProfile_Fonts"), PropertyRow(L"ZOLT_SHORTCUT_TEMPLATE", L";;;;;;;;;;;")});
     EXPECT_EQ(Pages().size(), 10u);
     EXPECT_FALSE(HasPage(L"ProductContact"));
 }
