@@ -25,7 +25,6 @@
 namespace {
 
 constexpr int FILES_IN_A_FOLDER = 100;
-constexpr int KINDS = 40; // of files, by their extensions
 constexpr wchar_t ROOT_KEY[] = L"INSTALLDIR";
 
 [[noreturn]] void Fail(const CString& what)
@@ -43,7 +42,7 @@ CString SourceFolder(const BenchOptions& options)
 CString SourceName(int number)
 {
     CString name;
-    name.Format(L"\\file%06d.k%02d", number, number % KINDS);
+    name.Format(L"\\file%06d.txt", number);
     return name;
 }
 

@@ -7,8 +7,8 @@
 namespace {
 
 constexpr ULONGLONG LONG_WORK = 500; // milliseconds; shorter work needs no window
-constexpr ULONGLONG READING_TIME = 100;
-constexpr int MARQUEE_STEP = 50;
+constexpr ULONGLONG READING_TIME = 250;
+constexpr int MARQUEE_STEP = 100;
 
 } // namespace
 
