@@ -13,6 +13,7 @@
 
 #include <commctrl.h>
 #include <msiquery.h>
+#include <shellapi.h>
 #include <shlobj.h>
 
 #include <algorithm>
@@ -26,6 +27,8 @@ namespace {
 
 constexpr int FILES_IN_A_FOLDER = 100;
 constexpr wchar_t ROOT_KEY[] = L"INSTALLDIR";
+
+CString g_firstSource; // a dialog's procedure has one argument only
 
 [[noreturn]] void Fail(const CString& what)
 {
@@ -174,11 +177,41 @@ void SortBare(HWND tree, HTREEITEM item)
     SendMessageW(tree, TVM_SORTCHILDREN, FALSE, reinterpret_cast<LPARAM>(item));
 }
 
-// One query a table, maps, one node an addition: no pictures, no rules of the product's own folders.
+void AddBareIcon(HIMAGELIST images, const CString& path, UINT flags)
+{
+    SHFILEINFOW info = {};
+    if (SHGetFileInfoW(path, 0, &info, sizeof info,
+                       SHGFI_ICON | SHGFI_SMALLICON | SHGFI_SHELLICONSIZE | flags)) {
+        ImageList_ReplaceIcon(images, -1, info.hIcon);
+        DestroyIcon(info.hIcon);
+    }
+}
+
+// The five pictures of every tree, and that of the files' one kind. The list goes with the process.
+HIMAGELIST MakeBareImages(const CString& source)
+{
+    const HIMAGELIST images = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 8, 4);
+    wchar_t folder[MAX_PATH + 1] = L"";
+    GetTempPathW(MAX_PATH, folder);
+    HICON icon = nullptr;
+    ExtractIconExW(L"shell32.dll", 0, nullptr, &icon, 1);
+    ImageList_ReplaceIcon(images, -1, icon);
+    DestroyIcon(icon);
+    ImageList_ReplaceIcon(images, -1, LoadIconW(nullptr, IDI_WARNING));
+    AddBareIcon(images, folder, 0);
+    AddBareIcon(images, folder, SHGFI_OPENICON);
+    AddBareIcon(images, CString(folder, 3), 0);
+    AddBareIcon(images, source, 0);
+    return images;
+}
+
+// One query a table, maps, one node an addition: no rules of the product's own folders, no look at the sources.
 void FillBare(HWND dialog, MSIHANDLE database)
 {
     const HWND tree = GetDlgItem(dialog, IDC_FILES_TREE);
     SendMessageW(tree, WM_SETREDRAW, FALSE, 0);
+    SendMessageW(tree, TVM_SETIMAGELIST, TVSIL_NORMAL,
+                 reinterpret_cast<LPARAM>(MakeBareImages(g_firstSource)));
     std::map<std::wstring, std::wstring> folders; // name by key
     for (auto& row :
          QueryBare(database, L"SELECT `Directory`,`Directory_Parent`,`DefaultDir` FROM `Directory`", 3)) {
@@ -247,6 +280,7 @@ double TimeOfOpening(const Open& open)
 Comparison MeasureOpening(const BenchOptions& options, HMODULE texts, TabPageFunction create, int count)
 {
     const CBenchProduct product(options);
+    g_firstSource = SourceFolder(options) + SourceName(0);
     AddRows(product.Get(), options, count);
     const auto ours = [&] { return product.OpenPage(create); };
     const auto bare = [&] { return OpenBare(product, texts); };
@@ -333,6 +367,41 @@ struct AddAndRemove
     Comparison removing;
 };
 
+// Each side has the service to itself: a second open database with as many rows slows it.
+void ChangeRows(const BenchOptions& options, int count, AddAndRemove& measured)
+{
+    const CBenchProduct product(options);
+    CUserFileWriter writer(&product.Get(), product.Get().GetMsiHandle());
+    CString folder;
+    std::vector<CString> keys(static_cast<std::size_t>(count));
+    const double start = NowMilliseconds();
+    bool done = writer.AddUserFolder(L"files", ROOT_KEY, folder);
+    for (int number = 0; number < count; ++number) {
+        CString& key = keys[static_cast<std::size_t>(number)];
+        done = writer.AddUserFile(SourceFolder(options) + SourceName(number), folder, key) && done;
+    }
+    const double added = NowMilliseconds();
+    for (const CString& key : keys) {
+        done = writer.RemoveUserFile(folder, key) && done;
+    }
+    done = writer.RemoveUserFolder(folder) && done;
+    measured.removing.bare.push_back(NowMilliseconds() - added);
+    measured.adding.bare.push_back(added - start);
+    if (!done) {
+        Fail(L"Writing rows");
+    }
+}
+
+void ChangePage(const BenchOptions& options, TabPageFunction create, int count, AddAndRemove& measured)
+{
+    const CBenchProduct product(options);
+    const HWND page = product.OpenPage(create);
+    measured.adding.ours.push_back(DropFolder(page, options, count));
+    measured.removing.ours.push_back(DeleteFolder(page));
+    DestroyWindow(page);
+    HandleMessages();
+}
+
 AddAndRemove MeasureChanges(const BenchOptions& options, TabPageFunction create, int count, int runs)
 {
     AddAndRemove measured;
@@ -341,35 +410,14 @@ AddAndRemove MeasureChanges(const BenchOptions& options, TabPageFunction create,
     measured.removing.strWhat = L"a folder of " + NumberText(count) + L" deleted";
     measured.removing.goal = 1.25;
     for (int run = 0; run < runs; ++run) {
-        const CBenchProduct bare(options);
-        CUserFileWriter writer(&bare.Get(), bare.Get().GetMsiHandle());
-        CString folder;
-        std::vector<CString> keys(static_cast<std::size_t>(count));
-        double start = NowMilliseconds();
-        bool done = writer.AddUserFolder(L"files", ROOT_KEY, folder);
-        for (int number = 0; number < count; ++number) {
-            done = writer.AddUserFile(SourceFolder(options) + SourceName(number), folder,
-                                      keys[static_cast<std::size_t>(number)]) &&
-                   done;
+        const bool isPageFirst = run % 2 != 0;
+        if (isPageFirst) {
+            ChangePage(options, create, count, measured);
         }
-        measured.adding.bare.push_back(NowMilliseconds() - start);
-
-        const CBenchProduct product(options);
-        const HWND page = product.OpenPage(create);
-        measured.adding.ours.push_back(DropFolder(page, options, count));
-
-        start = NowMilliseconds();
-        for (const CString& key : keys) {
-            done = writer.RemoveUserFile(folder, key) && done;
+        ChangeRows(options, count, measured);
+        if (!isPageFirst) {
+            ChangePage(options, create, count, measured);
         }
-        done = writer.RemoveUserFolder(folder) && done;
-        measured.removing.bare.push_back(NowMilliseconds() - start);
-        if (!done) {
-            Fail(L"Writing rows");
-        }
-        measured.removing.ours.push_back(DeleteFolder(page));
-        DestroyWindow(page);
-        HandleMessages();
     }
     return measured;
 }
