@@ -122,8 +122,8 @@ class SampleTest(AdditionsTest):
         self.assertNotEqual(first.files["<root>\\plan.txt"], then.files["<root>\\plan.txt"])
 
     def test_a_drive_lies_beside_the_product(self):
-        self.assertEqual(place_on("D:\\a\\b", "/root", "/drives"), "/drives/d/a/b")
-        self.assertEqual(place_on("<ROOT>\\a", "/root", "/drives"), "/root/a")
+        self.assertEqual(place_on("D:\\a\\b", "/product", "/drives"), "/drives/d/a/b")
+        self.assertEqual(place_on("<ROOT>\\a", "/product", "/drives"), "/product/a")
 
 
 if __name__ == "__main__":
