@@ -119,7 +119,6 @@ bool CAddFilesTreeCtrl::AddNode(const CString& path, const CString& key, bool is
     m_nodes.emplace(node, std::move(made));
     m_nodesByPath.emplace(bare, node);
     node->Item = InsertNode(*node, parent ? parent->Item : TVI_ROOT, LastPartOf(bare));
-    SetNodeIcon(*node);
     return true;
 }
 
@@ -132,6 +131,7 @@ HTREEITEM CAddFilesTreeCtrl::InsertNode(FileTreeNode& node, HTREEITEM parent, co
     insertion.item.mask = TVIF_TEXT | TVIF_PARAM | TVIF_STATE;
     insertion.item.pszText = const_cast<wchar_t*>(label.GetString()); // the control only reads it
     insertion.item.lParam = reinterpret_cast<LPARAM>(&node);
+    SetNodeIcon(node, label, insertion.item);
     insertion.item.stateMask = TVIS_BOLD;
     insertion.item.state = node.IsUserItem ? TVIS_BOLD : 0;
     return InsertItem(insertion);

@@ -92,10 +92,8 @@ public:
     // Sorts the target's children and expands it.
     void SortTarget();
     void SortFolder(const FileTreeNode& folder);
-    // Copies into the target folder: true when the file is there afterwards. Reports a missing source and asks before it replaces
-    // a file.
-    bool AddFile(const CString& sourcePath);
-    [[nodiscard]] AddFileResult TryAddFile(const CString& sourcePath);
+    // Into the target folder. Reports a missing source and asks before it replaces a file.
+    [[nodiscard]] AddFileResult AddFile(const CString& sourcePath);
     // A new folder in the selected one, or a new drive; selected, with its label under edit.
     bool AddItem(bool isDrive);
     // A folder of that name in `parent`; null when it can't be added.
@@ -162,8 +160,9 @@ private:
     FileTreeNode* AddNewNode(const CString& path, const CString& key, const CString& sourcePath);
 
     // ---- pictures
-    void SetNodeIcon(const FileTreeNode& node);
-    int IconOf(const FileTreeNode& node);
+    // In the item that is about to be inserted: a message of its own for each node would take its time.
+    void SetNodeIcon(const FileTreeNode& node, const CString& label, TVITEMW& item);
+    int IconOf(const FileTreeNode& node, const CString& label);
     int IconOfFile(const CString& sourcePath);
     int AddShellIcon(const CString& path, UINT flags);
     int AddIcon(HICON icon);

@@ -83,14 +83,8 @@ void CAddFilesTreeCtrl::ExpandFolder(const FileTreeNode& folder)
 
 // ---- files
 
-bool CAddFilesTreeCtrl::AddFile(const CString& sourcePath)
-{
-    const AddFileResult result = TryAddFile(sourcePath);
-    return result == AddFileResult::Added || result == AddFileResult::AlreadyThere;
-}
-
 // A path that is too long fails before anything is written: the tree couldn't show what the database has.
-AddFileResult CAddFilesTreeCtrl::TryAddFile(const CString& sourcePath)
+AddFileResult CAddFilesTreeCtrl::AddFile(const CString& sourcePath)
 {
     if (m_targetKey.IsEmpty()) {
         return AddFileResult::Failed;

@@ -72,18 +72,19 @@ int CAddFilesTreeCtrl::AddShellIcon(const CString& path, UINT flags)
 
 // ---- of a node
 
-void CAddFilesTreeCtrl::SetNodeIcon(const FileTreeNode& node)
+void CAddFilesTreeCtrl::SetNodeIcon(const FileTreeNode& node, const CString& label, TVITEMW& item)
 {
-    const int icon = IconOf(node);
+    const int icon = IconOf(node, label);
     if (icon >= 0) {
-        SetItemIcon(node.Item, icon);
+        item.mask |= TVIF_IMAGE | TVIF_SELECTEDIMAGE;
+        item.iImage = icon;
+        item.iSelectedImage = icon;
     }
 }
 
-int CAddFilesTreeCtrl::IconOf(const FileTreeNode& node)
+int CAddFilesTreeCtrl::IconOf(const FileTreeNode& node, const CString& label)
 {
-    // A file's label is its source's name, which is at hand without asking the view.
-    if (node.IsFile() ? IsDriveLabel(LastPartOf(node.SourcePath)) : IsDriveNode(node)) {
+    if (IsDriveLabel(label)) {
         return m_iconDrive;
     }
     if (!node.IsFile()) {

@@ -77,7 +77,7 @@ void CFileDrop::AddFile(const CString& path, const CString& targetPath)
         Refuse(path, IDS_FILES_REASON_GONE); // of a dropped folder: no box for each
     } else {
         m_tree.SetTarget(*folder);
-        switch (m_tree.TryAddFile(path)) {
+        switch (m_tree.AddFile(path)) {
         case AddFileResult::Added:
             ++m_filesAdded;
             m_changedFolders.insert(targetPath);

@@ -139,7 +139,7 @@ bool CFilesEditor::AddPicked(const std::vector<CString>& paths)
         if (progress && !progress->Continue(count++, FolderOfFile(path))) {
             break;
         }
-        if (m_tree.TryAddFile(path) == AddFileResult::Failed) {
+        if (m_tree.AddFile(path) == AddFileResult::Failed) {
             notAdded += (notAdded.IsEmpty() ? L"" : L"|") + path;
         }
         if (!m_tree.IsWindow()) {
