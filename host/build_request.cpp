@@ -137,7 +137,7 @@ private:
     static bool IsAppended(const CHostProduct& product)
     {
         const Setup::tagPATCHSTATE state = const_cast<CHostProduct&>(product).GetPatchState();
-        return state == Setup::PATCHSTATE_2 || state == Setup::PATCHSTATE_3;
+        return state == Setup::PATCHSTATE_APPEND || state == Setup::PATCHSTATE_APPENDED;
     }
 
     // A package that stands at the media's root may share its folder with anything: only what it names goes along.

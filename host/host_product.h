@@ -80,8 +80,8 @@ private:
     std::unique_ptr<CHostDirectoryManager> m_directories;
     PropertyStore m_properties;
     std::vector<StoredPatch> m_storedPatches;
-    Setup::tagPATCHSTATE m_storedPatchState = Setup::PATCHSTATE_0;
-    Setup::tagPATCHSTATE m_patchState = Setup::PATCHSTATE_0;
+    Setup::tagPATCHSTATE m_storedPatchState = Setup::PATCHSTATE_NONE;
+    Setup::tagPATCHSTATE m_patchState = Setup::PATCHSTATE_NONE;
     CString m_strPatchPath;
     CString m_strPatchName;
     CString m_strPatchReadme;

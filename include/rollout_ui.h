@@ -28,3 +28,5 @@ ROLLOUTUI_PAGE int NoticeDeskFeedBoardDialog(PageContext* context);
 ROLLOUTUI_PAGE CTabPage NoticeDeskFeedBoardPage(PageContext* context);
 ROLLOUTUI_PAGE int OnlineResourcesDialog(PageContext* context);
 ROLLOUTUI_PAGE CTabPage OnlineResourcesPage(PageContext* context);
+ROLLOUTUI_PAGE int ServicePackDialog(PageContext* context);
+ROLLOUTUI_PAGE CTabPage ServicePackPage(PageContext* context);

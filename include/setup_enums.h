@@ -27,15 +27,16 @@ enum tagDEPLOYMENTLOCATIONTYPE : int
     DEPLOYMENTLOCATION_HAS_OTHER_FILES = 3,
 };
 
-// The state of a product's service pack. The pages store 0, 1, 2 and 4.
+// What happens with a product's patches. The pages store 0, 1, 2 and 4; 3 and 5 are what GetMsiPatchState reports of a
+// deployment that was built, and lock the choice between appending and merging.
 enum tagPATCHSTATE : int
 {
-    PATCHSTATE_0 = 0,
-    PATCHSTATE_1 = 1,
-    PATCHSTATE_2 = 2,
-    PATCHSTATE_3 = 3,
-    PATCHSTATE_4 = 4,
-    PATCHSTATE_5 = 5,
+    PATCHSTATE_NONE = 0,
+    PATCHSTATE_MERGE_EMPTY = 1, // merging is chosen, and the list is empty
+    PATCHSTATE_APPEND = 2,      // the listed patches are installed along with the product
+    PATCHSTATE_APPENDED = 3,    // the deployment has such patches already
+    PATCHSTATE_MERGE = 4,       // the listed patches become part of the image
+    PATCHSTATE_MERGED = 5,      // patches are part of the image already, and can't be removed from it
 };
 
 } // namespace Setup

@@ -115,7 +115,7 @@ TEST_F(DeploymentsTest, TheImageOfADeploymentOpensWithItsSettings)
         CProduct& product = *manager.m_pProducts->at(0);
         EXPECT_EQ(OwnProperty(product, L"ADDITIONALFILES_MODIFIED"), CString(L"1"));
         EXPECT_EQ(Stored(product, L"ZOLT_CHANGED"), CString(L"north"));
-        EXPECT_EQ(product.GetMsiPatchState(), Setup::PATCHSTATE_5);
+        EXPECT_EQ(product.GetMsiPatchState(), Setup::PATCHSTATE_MERGED);
         EXPECT_TRUE(product.IsPatchMerged(L"D:\\elsewhere\\SP1.msp"));
         EXPECT_FALSE(product.IsPatchMerged(L"D:\\elsewhere\\sp2.msp"));
         host.reset();

@@ -14,8 +14,8 @@ public:
     bool SetMsiProperty(const wchar_t*, const wchar_t*, bool) override { return false; }
     bool GetProperty(const wchar_t*, wchar_t*, int*) override { return false; }
     void SetProperty(const wchar_t*, const wchar_t*) override {}
-    Setup::tagPATCHSTATE GetMsiPatchState() override { return Setup::PATCHSTATE_0; }
-    Setup::tagPATCHSTATE GetPatchState() override { return Setup::PATCHSTATE_0; }
+    Setup::tagPATCHSTATE GetMsiPatchState() override { return Setup::PATCHSTATE_NONE; }
+    Setup::tagPATCHSTATE GetPatchState() override { return Setup::PATCHSTATE_NONE; }
     void SetPatchState(Setup::tagPATCHSTATE) override {}
     bool IsPatchMerged(const CString&) override { return false; }
     void SetDownloadedMSPPath(const CString&) override {}

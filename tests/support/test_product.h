@@ -39,8 +39,8 @@ public:
     bool setMsiPropertyAnswer = true; // false: the property isn't stored
     std::map<CString, CString> msiProperties;
     std::map<CString, CString> properties;
-    Setup::tagPATCHSTATE msiPatchState = Setup::PATCHSTATE_0;
-    Setup::tagPATCHSTATE patchState = Setup::PATCHSTATE_0;
+    Setup::tagPATCHSTATE msiPatchState = Setup::PATCHSTATE_NONE;
+    Setup::tagPATCHSTATE patchState = Setup::PATCHSTATE_NONE;
     std::vector<CString> mergedPatches;
     CString patchPath;
     CString patchName;
