@@ -1,5 +1,6 @@
 #include "frame/host_name.h"
 
+#include "frame/procedure.h"
 #include "frame/resource_library.h"
 
 #include <winsock2.h>
@@ -11,12 +12,6 @@ namespace {
 
 constexpr WORD SOCKETS_VERSION = 0x102;
 constexpr int HOST_CAPACITY = 16;
-
-template <class Function>
-Function FindProcedure(HMODULE library, const char* name)
-{
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(library, name)));
-}
 
 // The first 15 characters in the system's code page. A longer name is cut, as it always was: the servers in use have
 // NetBIOS names.

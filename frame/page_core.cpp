@@ -46,8 +46,13 @@ void CPageCore::EnableLeaving(bool enabled)
         ::EnableWindow(button, enabled);
     }
     EnableReset(ways.reset, enabled);
-    if (focus && !::IsWindowEnabled(focus)) {
-        MoveFocusOn(focus);
+    MoveFocusFromDisabled(focus);
+}
+
+void CPageCore::MoveFocusFromDisabled(HWND former)
+{
+    if (former && !::IsWindowEnabled(former)) {
+        MoveFocusOn(former);
     }
 }
 

@@ -68,6 +68,9 @@ protected:
     // leads out, which is a tab page's parent and the wizard page itself. Reset goes off with them.
     void EnableLeaving(bool enabled);
     bool MustStay() const { return m_resetBeforeStay.has_value(); }
+    // For a page that turns controls off by itself: the focus that stood on one of them goes to the next control. `former`:
+    // what had the focus before.
+    void MoveFocusFromDisabled(HWND former);
 
     // The banner shows its own text from the template. Without one it stays a static.
     void InitBanner();

@@ -22,6 +22,7 @@ LAYERS = {
     "online": {"base", "window", "include", "controls", "slimhtml", "installer", "frame", "msi"},
     "paths": {"base", "window", "include", "controls", "slimhtml", "installer", "frame", "msi"},
     "files": {"base", "window", "include", "controls", "slimhtml", "installer", "frame", "msi"},
+    "patches": {"base", "window", "include", "controls", "slimhtml", "installer", "frame", "msi"},
     "workstation": {"base", "window", "include", "controls", "slimhtml", "installer", "frame", "msi"},
     "builder": {"base", "include", "installer", "msi"},
     "host": {"base", "include", "installer", "msi", "builder"},
