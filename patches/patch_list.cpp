@@ -72,6 +72,7 @@ void CPatchList::Bind(HWND page)
 
 void CPatchList::LoadFromProduct()
 {
+    m_codes.clear();
     PatchList = m_product.m_patchFiles;
     RebuildPatchCodeIndex();
     if (!PatchList.empty()) {
@@ -88,6 +89,7 @@ void CPatchList::StoreInProduct() const
 
 void CPatchList::Admit(const CString& path)
 {
+    m_codes.clear();
     if (!::PathFileExistsW(path)) {
         ShowPatchError(IDS_PATCH_UNUSABLE, path);
         return;
@@ -97,10 +99,10 @@ void CPatchList::Admit(const CString& path)
         ShowPatchError(IDS_PATCH_OF_OTHER_PRODUCT, path);
         return;
     }
-    CString code;
-    if (!ReadPatchCode(path, code)) {
+    const std::optional<CString>& code = CodeOf(path);
+    if (!code) {
         ShowPatchError(IDS_PATCH_UNUSABLE, path);
-    } else if (IsKnownPatchCode(code)) {
+    } else if (IsKnownPatchCode(*code)) {
         ShowPatchError(IDS_PATCH_LISTED_ALREADY, path);
     } else if (!RecheckPatches(path)) {
         ShowPatchError(IDS_PATCH_UNUSABLE, path);
@@ -111,6 +113,7 @@ void CPatchList::Admit(const CString& path)
 
 void CPatchList::RemoveSelected()
 {
+    m_codes.clear();
     const int index = PatchListBox.GetCurSel();
     if (index < 0 || index >= static_cast<int>(PatchList.size())) {
         return;
@@ -123,6 +126,7 @@ void CPatchList::RemoveSelected()
 
 void CPatchList::ReplaceBy(const CString& path)
 {
+    m_codes.clear();
     PatchList.clear();
     if (!path.IsEmpty() && ::PathFileExistsW(path)) {
         static_cast<void>(
@@ -146,11 +150,20 @@ void CPatchList::RebuildPatchCodeIndex()
 {
     PatchCodeIndex.clear();
     for (const CString& path : PatchList) {
-        CString code;
-        if (ReadPatchCode(path, code)) {
-            PatchCodeIndex.try_emplace(code, path);
+        if (const std::optional<CString>& code = CodeOf(path)) {
+            PatchCodeIndex.try_emplace(*code, path);
         }
     }
+}
+
+const std::optional<CString>& CPatchList::CodeOf(const CString& path)
+{
+    const auto [known, isNew] = m_codes.try_emplace(path);
+    CString code;
+    if (isNew && ReadPatchCode(path, code)) {
+        known->second = code;
+    }
+    return known->second;
 }
 
 bool CPatchList::RecheckPatches(const CString& newPath)

@@ -37,6 +37,8 @@ public:
 
 private:
     [[nodiscard]] bool IsKnownPatchCode(const CString& code) const;
+    // Read once while one of the public operations runs. Nothing when the file has none.
+    [[nodiscard]] const std::optional<CString>& CodeOf(const CString& path);
     void RebuildPatchCodeIndex();
     // Checks the list, with a new path at its end unless that is empty. False, with the list as it was, when the check itself
     // could not be made; a message has been shown then, and for each patch that goes.
@@ -49,6 +51,7 @@ private:
     CProduct& m_product;
     HWND m_page = nullptr;
     CListBox PatchListBox;
-    std::vector<CString> PatchList; // full paths in the order of the lines
-    PatchCodeMap PatchCodeIndex;    // of those whose code can be read
+    std::vector<CString> PatchList;                    // full paths in the order of the lines
+    PatchCodeMap PatchCodeIndex;                       // of those whose code can be read
+    std::map<CString, std::optional<CString>> m_codes; // of files; CodeOf
 };
