@@ -35,6 +35,13 @@ struct BuildText
     bool bByteOrderMark = false; // XML names its encoding itself
 };
 
+// A patch whose changes go into the database and the files of the image, so that installing alone brings them.
+struct MergedPatch
+{
+    CString strSource; // full path of the .msp
+    CString strCode;   // with braces
+};
+
 // The database of one product, in the order in which the products are installed.
 struct BuildDatabase
 {
@@ -51,6 +58,8 @@ struct BuildDatabase
     // Relative paths of the patches that are chained at install, in order; the files themselves stand among the
     // plan's files or folders.
     std::vector<CString> patchTargets;
+    // Merged by this build, in this order. One that an earlier build merged is part of strOriginal by now.
+    std::vector<MergedPatch> mergedPatches;
 };
 
 // What the workstations' commands do. Kept apart from the builder's own settings (Deployment.xml).
