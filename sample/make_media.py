@@ -66,9 +66,9 @@ def is_short(name):
 class Package:
     """One installer database of a product and the files that go with it."""
 
-    def __init__(self, product, folder, file_name, name, language, platform, source):
+    def __init__(self, product, folder, file_name, name, language, platform, source, version=setup.VERSION):
         self.product, self.folder, self.file_name, self.name = product, folder, file_name, name
-        self.language, self.platform, self.source = language, platform, source
+        self.language, self.platform, self.source, self.version = language, platform, source, version
         self.programs = setup.PLATFORMS[platform]["programs"]
         self.files = []  # key, directory, name, bytes, feature
         self.rows = {table: [] for table in tables.SCHEMAS}
@@ -143,13 +143,14 @@ class Package:
 
     def compose_properties(self, values):
         self.product_code = self.guid("product", self.name)
+        self.package_code = self.guid("package", self.name, self.version)
         upgrade_code = guid(self.product, "upgrade", self.name, self.platform)
-        values = dict({"ProductName": self.name, "ProductCode": self.product_code, "ProductVersion": setup.VERSION,
+        values = dict({"ProductName": self.name, "ProductCode": self.product_code, "ProductVersion": self.version,
                        "ProductLanguage": self.language, "Manufacturer": setup.MAKER, "UpgradeCode": upgrade_code,
                        "ALLUSERS": "1", "INSTALLLEVEL": "100", "ARPNOREPAIR": "1",
                        "SecureCustomProperties": "OLDERVERSIONFOUND"}, **values)
         self.rows["Property"] = sorted(values.items())
-        self.rows["Upgrade"] = [(upgrade_code, None, setup.VERSION, None, 0, None, "OLDERVERSIONFOUND")]
+        self.rows["Upgrade"] = [(upgrade_code, None, self.version, None, 0, None, "OLDERVERSIONFOUND")]
         if self.platform == 3:
             self.rows["LaunchCondition"] = [("VersionNT64", "%s needs a 64-bit edition of Windows." % self.name)]
 
@@ -176,10 +177,9 @@ class Package:
         with tempfile.TemporaryDirectory() as scratch:
             streams = self.write_sources(scratch)
             template = "%s;%d" % (setup.PLATFORMS[self.platform]["template"], self.language)
-            package_code = self.guid("package", self.name, setup.VERSION)
             imports = [tables.write_code_page(scratch)]
             imports += [tables.write_table(scratch, table, rows) for table, rows in self.rows.items()]
-            subprocess.run(["msibuild", path, "-s", self.name, setup.MAKER, template, package_code], check=True)
+            subprocess.run(["msibuild", path, "-s", self.name, setup.MAKER, template, self.package_code], check=True)
             subprocess.run(["msibuild", path, "-i"] + imports, check=True)
             for name, file in streams:
                 subprocess.run(["msibuild", path, "-a", name, file], check=True)
@@ -187,18 +187,24 @@ class Package:
         return path
 
 
-def make_product(product, media, platform, programs):
-    """`programs`: folder of the main programs."""
+def compose_product(product, media, platform, programs, version=setup.VERSION, newer=()):
+    """Nothing is written. `programs`: folder of the main programs. `newer`: files of a newer version, as (feature, directory,
+    name, bytes): they stand in place of those of the same name, or behind all others."""
     with open(os.path.join(programs, product.PROGRAM), "rb") as file:
         program = file.read()
     folder = os.path.join(media, setup.PLATFORMS[platform]["folder"], product.FOLDER)
     source = "beside" if platform == 3 else "loose"
-    package = Package(product, folder, product.PACKAGE, product.NAME, 1033, platform, source)
+    package = Package(product, folder, product.PACKAGE, product.NAME, 1033, platform, source,
+                      version)
     package.add_directories(product.DIRECTORIES)
+    files = {}
     for feature, directory, names in product.FILES:
         for name in names:
             data = program if name == product.PROGRAM else file_contents.contents(product.NAME, directory, name)
-            package.add_file(feature, directory, name, data)
+            files[directory, name] = (feature, data)
+    files.update({(directory, name): (feature, data) for feature, directory, name, data in newer})
+    for (directory, name), (feature, data) in files.items():
+        package.add_file(feature, directory, name, data)
     package.compose_files()
     for number, (key, (parent, title, description, level)) in enumerate(product.FEATURES.items()):
         package.rows["Feature"].append((key, parent, title, description, number * 2 + 1, level, "INSTALLDIR", 0))
@@ -215,8 +221,8 @@ def make_product(product, media, platform, programs):
     package.add_component("Settings", "INSTALLDIR", "Registry_" + product.REGISTRY[0][0], main_feature,
                           registry=True)
     for name, value in product.REGISTRY:
-        package.rows["Registry"].append(("Registry_" + name, HKEY_LOCAL_MACHINE, product.REGISTRY_KEY, name, value,
-                                         "Settings"))
+        package.rows["Registry"].append(("Registry_" + name, HKEY_LOCAL_MACHINE, product.REGISTRY_KEY, name,
+                                         version if name == "Version" else value, "Settings"))
     package.remove_empty_folders("Settings")
     package.rows["CreateFolder"] = [("MAKERDIR", "Settings")]
     package.rows["TarnDirectoryMap"] = [(key, text, flags) for key, (text, flags) in product.DIRECTORY_MAP.items()]
@@ -224,6 +230,11 @@ def make_product(product, media, platform, programs):
     package.compose_properties(dict(product.PROPERTIES, **product.PATHS, ZOLT_SHORTCUT_TEMPLATE=template))
     package.compose_sequences()
     package.resolve_paths(zolt_product.PATH_PROPERTIES)
+    return package
+
+
+def make_product(product, media, platform, programs):
+    package = compose_product(product, media, platform, programs)
     package.write()
     return package
 
