@@ -1,5 +1,6 @@
 #include "frame/page_core.h"
 
+#include "base/html_text.h"
 #include "frame/busy_guard.h"
 #include "frame/label_format.h"
 #include "frame/resource_text.h"
@@ -90,7 +91,8 @@ void CPageCore::InitBanner()
     m_banner.SubclassWindow(banner);
     m_banner.SetRenderFormat(BannerFormat());
     text = LoadResourceString(IDS_BANNER_PREFIX) + text;
-    ReplaceAll(text, L"[ProductName]", m_pSetupManager->m_strProductName);
+    // Media name the product: a tag in its name must not read a picture from somewhere.
+    ReplaceAll(text, L"[ProductName]", HtmlText(ProductName()));
     m_banner.LoadText(text);
 }
 

@@ -1,5 +1,6 @@
 #include "frame/wizard_page_core.h"
 
+#include "base/html_text.h"
 #include "base/scope_exit.h"
 #include "frame/busy_guard.h"
 #include "frame/file_path.h"
@@ -189,7 +190,7 @@ void CWizardPageCore::InitStepLabel()
     }
     BindLabel(m_stepLabel, control);
     if (GetUiManager()) {
-        m_stepLabel.LoadText(FormatResource(IDS_STEP, CString(GetUiManager()->m_strStepArgument)));
+        m_stepLabel.LoadText(FormatResource(IDS_STEP, HtmlText(CString(GetUiManager()->m_strStepArgument))));
     }
 }
 

@@ -1,8 +1,8 @@
 #include "setup/failure_pane.h"
 
+#include "base/html_text.h"
 #include "include/navigation.h"
 #include "setup/resource.h"
-#include "setup/text_forms.h"
 #include "setup/texts.h"
 
 #include <windows.h>

@@ -8,6 +8,3 @@ CString OneLine(const CString& text);
 
 // "DeploymentSettings" as people write it: "Deployment settings".
 CString StemInWords(const CString& stem);
-
-// A text as HTML shows it: nothing in it is taken for a tag, and its lines stay lines.
-CString HtmlText(const CString& text);

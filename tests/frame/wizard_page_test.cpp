@@ -230,6 +230,19 @@ TEST_F(WizardPageTest, BackIsDisabledWhereThePageCantGoBack)
     Show<CTestWizardPage>();
 }
 
+TEST_F(WizardPageTest, NamesOfTheMediaAreNotTakenForHtml)
+{
+    host.manager.m_strProductName = L"R&amp;D <img src=\"C:\\a.gif\" alt=\"x\">";
+    host.ui.m_strStepArgument = L"<b>3";
+    OnPage([](HWND page) {
+        EXPECT_EQ(WindowText(::GetDlgItem(page, IDC_BANNER)),
+                  CString(L"Welcome to R&amp;D <img src=\"C:\\a.gif\" alt=\"x\">"));
+        EXPECT_EQ(WindowText(::GetDlgItem(page, IDC_STEP_LABEL)), CString(L"Step <b>3"));
+    });
+    Press(IDC_NEXT);
+    Show<CTestWizardPage>();
+}
+
 TEST_F(WizardPageTest, InitFillsTheFramesControls)
 {
     host.manager.m_strProductName = L"Zolt 2027";

@@ -170,13 +170,6 @@ TEST(SetupTexts, AStemIsWrittenAsWords)
     EXPECT_EQ(StemInWords(L""), CString());
 }
 
-TEST(SetupTexts, NothingInATextIsTakenForHtml)
-{
-    EXPECT_EQ(HtmlText(L"<b> & \"C:\\a\""), CString(L"&lt;b&gt; &amp; \"C:\\a\""));
-    EXPECT_EQ(HtmlText(L"&lt;"), CString(L"&amp;lt;"));
-    EXPECT_EQ(HtmlText(L"one\r\ntwo\n\nthree"), CString(L"one<br>two<br><br>three"));
-}
-
 // The text in front names all switches, so it would fit any line.
 TEST(SetupBoxes, ARefusalThatNamesWhatItRefusesBlamesTheLineThatHoldsIt)
 {
