@@ -55,6 +55,25 @@ CString ResolvePercents(const CString& source)
     return TextFromUtf8(resolved.data(), resolved.size());
 }
 
+// True when a part of the path is the folder above.
+bool LeadsUp(const CString& path)
+{
+    const CString framed = L"\\" + path + L"\\";
+    return framed.Find(L"\\..\\") >= 0;
+}
+
+// Percents stay: a path that a program puts into its text is no address.
+CString FullImagePath(const CString& source)
+{
+    CString path = source;
+    path.Replace(L'/', L'\\');
+    const bool bOnDrive = IsAsciiLetter(path[0]) && path[1] == L':' && path[2] == L'\\';
+    const bool bOnServer =
+        path[0] == L'\\' && path[1] == L'\\' && path[2] != L'\\' && path[2] != L'?' && path[2] != L'.';
+    const int name = bOnDrive ? 3 : 2;
+    return (bOnDrive || bOnServer) && path.Find(L':', name) < 0 ? path : CString();
+}
+
 } // namespace
 
 CString TextFromFileBytes(const unsigned char* bytes, std::size_t length)
@@ -94,9 +113,12 @@ bool IsReasonableImage(const HtmlSize& size) noexcept
 
 CString ImagePath(const CString& folder, const CString& source)
 {
+    if (folder.IsEmpty()) {
+        return FullImagePath(source);
+    }
     CString path = ResolvePercents(source);
     path.Replace(L'/', L'\\');
-    if (folder.IsEmpty() || path.IsEmpty() || path[0] == L'\\' || path.Find(L':') >= 0) {
+    if (path.IsEmpty() || path[0] == L'\\' || path.Find(L':') >= 0 || LeadsUp(path)) {
         return CString();
     }
     return folder + path;

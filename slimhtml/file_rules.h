@@ -16,8 +16,10 @@
 // True when an image of that size may be decoded.
 [[nodiscard]] bool IsReasonableImage(const HtmlSize& size) noexcept;
 
-// The path of an image: the page's folder (with its backslash) and the source, its "/" turned and "%20" resolved.
-// Empty for an absolute source or one with a scheme: a label loads nothing from elsewhere.
+// The path of an image of a file's page: the page's folder (with its backslash) and the source, its "/" turned and "%20"
+// resolved. Empty for an absolute source, one with a scheme, or one that leads up: a foreign page reads nothing from elsewhere.
+// A text without a folder is the program's own. Its source is a full path ("C:\a.png", "\\server\share\a.png"), letter for
+// letter but for "/"; empty for any other, also for the system's own forms ("\\?\", "\\.\").
 [[nodiscard]] CString ImagePath(const CString& folder, const CString& source);
 
 // The size on the device. A missing width or height follows from the other one.

@@ -10,6 +10,8 @@
 using HtmlColor = std::uint32_t;
 constexpr HtmlColor noHtmlColor = 0xFFFFFFFF;
 
+constexpr int noHtmlMargin = -1;
+
 enum class HtmlAlign
 {
     Default, // the label's own
@@ -86,6 +88,8 @@ struct HtmlDocument
     HtmlColor background = noHtmlColor; // what the body gives
     HtmlColor textColor = noHtmlColor;
     HtmlColor linkColor = noHtmlColor;
+    int marginHorizontal = noHtmlMargin; // pixels at 96 dpi, likewise
+    int marginVertical = noHtmlMargin;
 };
 
 // The text alone, a line a block, as assistive tools read it. Lines end in "\r\n", the last one excepted.

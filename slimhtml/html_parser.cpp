@@ -119,6 +119,11 @@ private:
         read(L"bgcolor", document.background);
         read(L"text", document.textColor);
         read(L"link", document.linkColor);
+        const auto readMargin = [&tag](const wchar_t* name, int& margin) {
+            margin = std::max(noHtmlMargin, ParseHtmlNumber(tag.FindAttribute(name), margin));
+        };
+        readMargin(L"leftmargin", document.marginHorizontal);
+        readMargin(L"topmargin", document.marginVertical);
     }
 
     // A list within a list stands close to its item.

@@ -17,7 +17,7 @@ public:
     [[nodiscard]] HWND Window() const { return m_binding.Window(); }
     void SetFormat(const RenderFormat& format);
     [[nodiscard]] const RenderFormat& Format() const { return m_format; }
-    // Images are looked for in the folder, which ends in a backslash; none are loaded without one.
+    // Images of a file's page are looked for in its folder, which ends in a backslash; those of a text bear full paths.
     void Load(const wchar_t* html, int length, const CString& folder);
     void SetNotify(ISlimHtmlNotify* notify) { m_notify = notify; }
     [[nodiscard]] bool PreTranslateMessage(const MSG& message);
@@ -47,6 +47,8 @@ private:
     void ShowScrollBar(bool show);
     void UpdateScrollBar();
     void UpdateTabStop();
+    // Pixels of the device: the page's margin where it has one, otherwise the format's.
+    [[nodiscard]] int Margin(int ofPage, int ofFormat) const;
     [[nodiscard]] int Dpi() const;
     [[nodiscard]] int ScrollBarWidth() const;
 

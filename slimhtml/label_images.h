@@ -1,4 +1,4 @@
-// The images of a label's document, read from the folder of its page.
+// The images of a label's document.
 #pragma once
 
 #include "slimhtml/file_rules.h"
@@ -19,7 +19,7 @@ public:
     CLabelImages();
     ~CLabelImages();
 
-    // Loads what the document names; what can't be loaded shows its text. Without a folder nothing is loaded.
+    // Loads what the document names (file_rules.h); what can't be loaded shows its text.
     void Load(const HtmlDocument& document, const CString& folder);
     void Release();
 

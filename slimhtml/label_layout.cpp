@@ -41,6 +41,11 @@ bool CLabel::ImageSize(int image, HtmlSize& size)
     return true;
 }
 
+int CLabel::Margin(int ofPage, int ofFormat) const
+{
+    return MulDiv(std::max(0, ofPage != noHtmlMargin ? ofPage : ofFormat), Dpi(), standardDpi);
+}
+
 int CLabel::Dpi() const
 {
     return Window() ? static_cast<int>(GetDpiForWindow(Window())) : standardDpi;
@@ -61,7 +66,7 @@ HtmlLayout CLabel::LayOutAt(int width, int marginVertical)
 {
     HtmlLayoutOptions options;
     options.width = width;
-    options.marginHorizontal = MulDiv(std::max(0, m_format.nMarginHorizontal), Dpi(), standardDpi);
+    options.marginHorizontal = Margin(m_document.marginHorizontal, m_format.nMarginHorizontal);
     options.marginVertical = marginVertical;
     options.lineSpacingPermille =
         m_format.fLineSpacing > 0 ? static_cast<int>(std::min(m_format.fLineSpacing, 10.0F) * 1000) : 1000;
@@ -75,7 +80,7 @@ int CLabel::MeasureHeight(int width)
     if (!Window()) {
         return 0;
     }
-    return LayOutAt(width, MulDiv(std::max(0, m_format.nMarginVertical), Dpi(), standardDpi)).height;
+    return LayOutAt(width, Margin(m_document.marginVertical, m_format.nMarginVertical)).height;
 }
 
 void CLabel::LayOut()
@@ -103,7 +108,7 @@ void CLabel::FitToClient()
     const int barWidth = ScrollBarWidth();
     const auto fullWidth = static_cast<int>(client.right) + (m_bScrollBar ? barWidth : 0);
     const auto height = static_cast<int>(client.bottom);
-    int margin = MulDiv(std::max(0, m_format.nMarginVertical), Dpi(), standardDpi);
+    int margin = Margin(m_document.marginVertical, m_format.nMarginVertical);
     m_layout = LayOutAt(fullWidth, margin);
     const int textHeight = m_layout.height - 2 * margin;
     if (m_layout.height > height && textHeight <= height) {

@@ -15,8 +15,9 @@
 #endif
 
 // How a label draws its text. All zero is a valid record: black text on the dialog's face, one line a paragraph.
-// The page's own colours (<body bgcolor text link>, <font color>) win over these; in high contrast the user's win over
-// all. A default text colour that can't be distinguished from the background gives way to black or white.
+// The page's own colours and margins (<body bgcolor text link leftmargin topmargin>, <font color>) win over these; in high
+// contrast the user's colours win over all. A default text colour that can't be distinguished from the background gives way
+// to black or white.
 struct RenderFormat
 {
     float fTextScale = 0;           // factor of the control's font; 0 counts as 1
@@ -71,9 +72,11 @@ public:
 
     // Parses and shows HTML; nothing while unbound. Never fails: broken markup shows as the text that it holds. The
     // control's window text becomes the plain text. Setting the window text of a bound control does the same as this.
+    // The text is the caller's own, so it may name PNG and GIF images anywhere by full paths: "C:\a.gif" or
+    // "\\server\share\a.gif", nothing else. What comes from elsewhere is quoted before it becomes part of the text.
     void LoadText(const wchar_t* html);
     // Shows a file of at most 16 MB (UTF-8, or UTF-16 with a byte order mark). PNG and GIF images are read from its
-    // folder or below. False while unbound or when the file can't be read; the label then keeps what it shows.
+    // folder or below, and from nowhere else. False while unbound or when the file can't be read; the label then keeps what it shows.
     bool LoadFile(const wchar_t* path);
 
     // Null takes the owner off. The object must outlive the label or be taken off.

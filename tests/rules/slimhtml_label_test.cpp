@@ -135,11 +135,30 @@ TEST(FileRulesTest, ImagesLieBesideOrBelowThePage)
 
 TEST(FileRulesTest, ImagesFromElsewhereAreNotLoaded)
 {
-    for (const wchar_t* source : {L"http://host/a.png", L"\\\\host\\share\\a.png", L"//host/a.png",
-                                  L"C:\\a.png", L"%5C%5Chost%5Cshare%5Ca.png", L"file:a.png", L""}) {
+    for (const wchar_t* source :
+         {L"http://host/a.png", L"\\\\host\\share\\a.png", L"//host/a.png", L"C:\\a.png",
+          L"%5C%5Chost%5Cshare%5Ca.png", L"file:a.png", L"../a.png", L"images/..%2f../a.png", L""}) {
         EXPECT_EQ(ImagePath(L"C:\\help\\", source), CString()) << Utf8(source);
     }
-    EXPECT_EQ(ImagePath(L"", L"a.png"), CString());
+    EXPECT_EQ(ImagePath(L"C:\\help\\", L"a..b/..c.png"), CString(L"C:\\help\\a..b\\..c.png"));
+}
+
+TEST(FileRulesTest, ATextNamesItsImagesByFullPaths)
+{
+    EXPECT_EQ(ImagePath(L"", L"C:\\R&D 50%20\\a.gif"), CString(L"C:\\R&D 50%20\\a.gif"));
+    EXPECT_EQ(ImagePath(L"", L"c:/images/a.gif"), CString(L"c:\\images\\a.gif"));
+    EXPECT_EQ(ImagePath(L"", L"\\\\server\\share\\a.gif"), CString(L"\\\\server\\share\\a.gif"));
+}
+
+TEST(FileRulesTest, ATextNamesNoImagesInAnyOtherWay)
+{
+    for (const wchar_t* source :
+         {L"a.png", L"images\\a.png", L"\\a.png", L"C:a.png", L"C:", L"1:\\a.png", L"http://host/a.png",
+          L"file:///C:/a.png", L"C:\\a.png:stream", L"\\\\?\\C:\\a.png", L"\\\\?\\UNC\\server\\share\\a.png",
+          L"\\\\.\\pipe\\a", L"//?/C:/a.png", L"\\??\\C:\\a.png", L"\\\\\\a.png", L"\\\\server\\share:a",
+          L""}) {
+        EXPECT_EQ(ImagePath(L"", source), CString()) << Utf8(source);
+    }
 }
 
 TEST(FileRulesTest, DisplaySizesFollowThePageAndTheDevice)

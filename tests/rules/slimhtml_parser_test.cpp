@@ -193,6 +193,22 @@ TEST(HtmlParserTest, BodyColoursAreKept)
     EXPECT_EQ(document.linkColor, 0x00FFFFu);
 }
 
+TEST(HtmlParserTest, BodyMarginsAreKept)
+{
+    const HtmlDocument document = Parse(L"<body leftmargin=\"0\" topmargin=12>x");
+    EXPECT_EQ(document.marginHorizontal, 0);
+    EXPECT_EQ(document.marginVertical, 12);
+}
+
+TEST(HtmlParserTest, WithoutMarginsTheLabelsOwnStay)
+{
+    for (const wchar_t* html : {L"x", L"<body>x", L"<body leftmargin=wide topmargin=\"\">x",
+                                L"<body leftmargin=-5 topmargin=-100000>x"}) {
+        EXPECT_EQ(Parse(html).marginHorizontal, noHtmlMargin) << Utf8(html);
+        EXPECT_EQ(Parse(html).marginVertical, noHtmlMargin) << Utf8(html);
+    }
+}
+
 TEST(HtmlParserTest, LinkTargetsAreResolvedAndUnderlined)
 {
     const HtmlDocument document = Parse(L"<a href=\"a.html?x=1&amp;y=2&copy=3\">a</a> b");

@@ -92,3 +92,43 @@ TEST_F(LabelImageTest, ATextWithoutAFileLoadsNoImages)
     label.LoadText(L"<img src=\"red.png\" alt=\"none\">");
     EXPECT_FALSE(window.Shows(red));
 }
+
+TEST_F(LabelImageTest, ATextShowsTheImageOfAFullPath)
+{
+    label.LoadText(L"<img src=\"" + FixtureFolder() + L"red.png\" width=32>");
+    EXPECT_EQ(window.Pixel(10 + 16, 10 + 8), red);
+}
+
+TEST_F(LabelImageTest, APageShowsNoImageOfAFullPath)
+{
+    LoadPage(Utf8(L"<img src=\"" + FixtureFolder() + L"red.png\">").c_str());
+    EXPECT_FALSE(window.Shows(red));
+}
+
+TEST_F(LabelImageTest, APageShowsNoImageOfTheFolderAbove)
+{
+    const CString folder = FixtureFolder().Left(FixtureFolder().GetLength() - 1);
+    LoadPage(Utf8(L"<img src=\"../" + folder.Mid(folder.ReverseFind(L'\\') + 1) + L"/red.png\">").c_str());
+    EXPECT_FALSE(window.Shows(red));
+}
+
+TEST_F(LabelImageTest, MarginsOfTheBodyPutTheImageIntoTheCorner)
+{
+    label.LoadText(L"<body leftmargin=\"0\" topmargin=\"0\"><img src=\"" + FixtureFolder() + L"red.png\">");
+    EXPECT_EQ(window.Pixel(1, 1), red);
+    EXPECT_EQ(label.MeasureHeight(240), 8); // its own height
+}
+
+TEST(LabelMarkTest, AMarkFitsIntoItsSmallLabel)
+{
+    LabelTestWindow window(18, 18); // 12 by 11 dialog units
+    CSlimHtmlCtrl label;
+    label.SetRenderFormat(LabelTestWindow::FrameFormat());
+    ASSERT_TRUE(label.SubclassWindow(window.Label()));
+    label.LoadText(L"<body leftmargin=\"0\" topmargin=\"0\"><img src=\"" + FixtureFolder() +
+                   L"red.png\" width=16 height=16>");
+    EXPECT_EQ(window.Pixel(1, 1), red);
+    EXPECT_EQ(window.Pixel(14, 14), red);
+    EXPECT_FALSE(label.IsScrollable());
+    EXPECT_EQ(WindowText(window.Label()), CString()) << "what a mark means stands in the text beside it";
+}
