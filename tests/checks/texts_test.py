@@ -332,10 +332,10 @@ class ProgramDialogs(unittest.TestCase):
 
 
 class Pictures(unittest.TestCase):
-    def expect_drawn(self, script, picture):
+    def expect_drawn(self, script, picture, *words):
         with tempfile.TemporaryDirectory() as folder:
             drawn = os.path.join(folder, "drawn")
-            subprocess.run([sys.executable, os.path.join(ROOT, script), drawn], check=True)
+            subprocess.run([sys.executable, os.path.join(ROOT, script), drawn, *words], check=True)
             with open(drawn, "rb") as made, open(os.path.join(ROOT, picture), "rb") as kept:
                 self.assertEqual(made.read(), kept.read(), "draw it again: " + picture)
 
@@ -347,6 +347,10 @@ class Pictures(unittest.TestCase):
 
     def test_the_paths_have_the_pictures_that_their_script_draws(self):
         self.expect_drawn("resources/shared/make_path_images.py", "resources/shared/path_images.bmp")
+
+    def test_the_service_packs_have_the_marks_that_their_script_draws(self):
+        for name in ("info", "SuccessCheckMark"):
+            self.expect_drawn("resources/shared/make_mark_images.py", "resources/shared/%s.gif" % name, name)
 
 
 if __name__ == "__main__":
