@@ -87,6 +87,14 @@ PAGE_WORDS = {
     "IDS_SHORTCUT_NAME_PROMPT": "Type a name", "IDS_SHORTCUT_SWITCHES_PROMPT": "Type switches",
     "IDS_SHORTCUT_INCOMPLETE": "needs a name and a command line", "IDS_SHORTCUT_SWITCH_UNKNOWN": "only these switches",
     "IDS_SHORTCUT_NAME_INVALID": "name of a custom shortcut can't", "IDS_SHORTCUT_NAME_TWICE": "the same name",
+    "IDS_PATCH_FILTER": "Patch files", "IDS_PATCH_FILTER_PATTERN": "*.msp", "IDS_PATCH_RETRY": "again",
+    "IDS_PATCH_DOWNLOAD": "&Download", "IDS_PATCH_CANCEL_DOWNLOAD": "Cancel download",
+    "IDS_PATCH_IS_DOWNLOADED": "is downloaded", "IDS_PATCH_CONNECT_FAILED": "could not be reached",
+    "IDS_PATCH_TIMED_OUT": "in time", "IDS_PATCH_UP_TO_DATE": "up to date",
+    "IDS_PATCH_NOT_DOWNLOADED": "isn't downloaded yet", "IDS_PATCH_UNUSABLE": "can't be used as a patch",
+    "IDS_PATCH_LISTED_ALREADY": "on the list already", "IDS_PATCHES_NOT_APPLICABLE": "do not apply",
+    "IDS_PATCH_OF_OTHER_PRODUCT": "not for this product", "IDS_PATCH_CHANGED": "contents differ",
+    "IDS_PATCH_MARK": "<img",
 }
 PROGRAM_WORDS = {
     "IDS_BUILD_STARTING": "ready", "IDS_BUILD_CANCELLING": "Canceling", "IDS_BUILD_CANCEL_QUESTION": "stop building",
