@@ -36,6 +36,7 @@ constexpr Group GROUPS[] = {{L"pages", MeasurePages},
                             {L"paths", MeasurePaths},
                             {L"files", MeasureFiles},
                             {L"grid", MeasureGrid},
+                            {L"patches", MeasurePatches},
                             {L"build", MeasureDeployment},
                             {L"many-files", MeasureManyFiles},
                             {L"large-files", MeasureLargeFiles}};

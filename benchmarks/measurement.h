@@ -60,3 +60,4 @@ std::vector<Comparison> MeasureRows(const BenchOptions& options);
 std::vector<Comparison> MeasurePaths(const BenchOptions& options);
 std::vector<Comparison> MeasureFiles(const BenchOptions& options);
 std::vector<Comparison> MeasureGrid(const BenchOptions& options);
+std::vector<Comparison> MeasurePatches(const BenchOptions& options);
