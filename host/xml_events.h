@@ -1,40 +1,6 @@
-// The two halves of reading XML: a front end turns bytes into events (XmlLite on Windows, expat for the fuzzers), and
-// the rules of a file turn events into a description. The rules therefore see the same on every build.
+// Foreign XML as the host reads it: the front end of base/, with the host's own sentences.
 #pragma once
 
-#include "base/string.h"
+#include "base/xml_reader.h"
 
-#include <cstddef>
-#include <vector>
-
-struct XmlAttribute
-{
-    CString name;
-    CString value;
-};
-
-// The first thing found wrong. Line 0: the file as a whole.
-struct XmlFault
-{
-    CString message; // empty: nothing is wrong
-    int line = 0;
-    explicit operator bool() const { return !message.IsEmpty(); }
-};
-
-class IXmlEvents
-{
-public:
-    // Called for each element; false ends the reading, GetFault says why.
-    virtual bool OnElement(const CString& name, const std::vector<XmlAttribute>& attributes, int line) = 0;
-    virtual bool OnElementEnd() = 0;
-    // Text between elements, in pieces; blank text is reported as well.
-    virtual bool OnText(const CString& text, int line) = 0;
-    virtual XmlFault GetFault() const = 0;
-
-protected:
-    ~IXmlEvents() = default;
-};
-
-// Feeds the document to the rules. DTDs are refused, names with a prefix are reported as they stand. The fault is that
-// of the first look (xml_scan.h), of the parser or of the rules.
 [[nodiscard]] XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events);

@@ -1,7 +1,6 @@
-#include "host/xml_scan.h"
+#include "base/xml_scan.h"
 
-#include "host/host_messages.h"
-#include "host/xml_limits.h"
+#include "base/xml_limits.h"
 
 #include <algorithm>
 
@@ -10,7 +9,8 @@ namespace {
 class CMarkupScan
 {
 public:
-    CMarkupScan(std::string_view text, std::vector<XmlRange>* comments) : m_text(text), m_comments(comments)
+    CMarkupScan(std::string_view text, XmlWording wording, std::vector<XmlRange>* comments)
+        : m_text(text), m_wording(wording), m_comments(comments)
     {
     }
 
@@ -55,7 +55,7 @@ private:
                 Fail(start, MalformedText(L"its encoding is not UTF-8"));
             }
         } else if (StartsWith("<!")) {
-            Fail(start, HostSentence(HostText::XmlDtd));
+            Fail(start, m_wording(XmlProblem::DocumentType, {}));
         } else {
             ScanTag();
         }
@@ -66,9 +66,9 @@ private:
         if (m_depth < 0) {
             Fail(start, MalformedText(L"an element ends that did not begin"));
         } else if (m_depth > XML_DEPTH_LIMIT) {
-            Fail(start, HostSentence(HostText::XmlTooDeep, {NumberText(XML_DEPTH_LIMIT)}));
+            Fail(start, m_wording(XmlProblem::TooDeep, {NumberText(XML_DEPTH_LIMIT)}));
         } else if (m_text.substr(start, 2) != "</" && ++m_pieces > XML_PIECES_LIMIT) {
-            Fail(start, HostSentence(HostText::XmlTooManyPieces, {NumberText(XML_PIECES_LIMIT)}));
+            Fail(start, m_wording(XmlProblem::TooManyPieces, {NumberText(XML_PIECES_LIMIT)}));
         }
     }
 
@@ -124,7 +124,7 @@ private:
             const std::size_t close = std::min(m_text.find(m_text[end], end + 1), m_text.size());
             CheckLength(end, close, XML_TEXT_LIMIT, L"The value of an attribute");
             if (++attributes > XML_ATTRIBUTES_LIMIT) {
-                Fail(end, HostSentence(HostText::XmlTooManyAttributes, {NumberText(XML_ATTRIBUTES_LIMIT)}));
+                Fail(end, m_wording(XmlProblem::TooManyAttributes, {NumberText(XML_ATTRIBUTES_LIMIT)}));
             }
             valueBytes += close - end;
             end = std::min(close, m_text.size() - 1);
@@ -139,15 +139,11 @@ private:
     void CheckLength(std::size_t start, std::size_t end, std::size_t limit, const wchar_t* what)
     {
         if (end - start > limit) {
-            Fail(start,
-                 HostSentence(HostText::XmlTooLong, {what, NumberText(static_cast<long long>(limit))}));
+            Fail(start, m_wording(XmlProblem::TooLong, {what, NumberText(static_cast<long long>(limit))}));
         }
     }
 
-    static CString MalformedText(const wchar_t* reason)
-    {
-        return HostSentence(HostText::XmlMalformed, {reason});
-    }
+    CString MalformedText(const wchar_t* reason) const { return m_wording(XmlProblem::Malformed, {reason}); }
 
     // Keeps the first.
     void Fail(std::size_t place, const CString& message)
@@ -166,6 +162,7 @@ private:
     }
 
     std::string_view m_text;
+    XmlWording m_wording;
     std::vector<XmlRange>* m_comments;
     XmlFault m_fault;
     std::size_t m_place = 0;
@@ -177,12 +174,12 @@ private:
 
 } // namespace
 
-XmlFault CheckXmlMarkup(std::string_view document, std::vector<XmlRange>* comments)
+XmlFault CheckXmlMarkup(std::string_view document, XmlWording wording, std::vector<XmlRange>* comments)
 {
     if (document.size() > XML_BYTES_LIMIT) {
-        return {HostSentence(HostText::XmlTooLarge, {NumberText(XML_BYTES_LIMIT)}), 0};
+        return {wording(XmlProblem::TooLarge, {NumberText(XML_BYTES_LIMIT)}), 0};
     }
-    return CMarkupScan(document, comments).Run();
+    return CMarkupScan(document, wording, comments).Run();
 }
 
 std::size_t ReadUtf8Letter(std::string_view text, std::size_t place, std::uint32_t& letter)

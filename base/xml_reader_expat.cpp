@@ -1,8 +1,7 @@
 // The front end of builds without Windows: the same events as XmlLite gives, from expat.
-#include "host/xml_events.h"
+#include "base/xml_reader.h"
 
-#include "host/host_messages.h"
-#include "host/xml_scan.h"
+#include "base/xml_scan.h"
 
 #include <expat.h>
 
@@ -15,6 +14,7 @@ struct Feed
 {
     XML_Parser parser;
     IXmlEvents& events;
+    XmlWording wording;
     XmlFault fault;
 
     int Line() const { return static_cast<int>(XML_GetCurrentLineNumber(parser)); }
@@ -68,23 +68,24 @@ void OnCharacters(void* user, const char* text, int length)
 
 void OnDoctype(void* user, const char*, const char*, const char*, int)
 {
-    static_cast<Feed*>(user)->Fail(HostSentence(HostText::XmlDtd));
+    Feed& feed = *static_cast<Feed*>(user);
+    feed.Fail(feed.wording(XmlProblem::DocumentType, {}));
 }
 
 } // namespace
 
-XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events)
+XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events, XmlWording wording)
 {
     const std::string_view document(bytes, length);
-    if (XmlFault fault = CheckXmlMarkup(document)) {
+    if (XmlFault fault = CheckXmlMarkup(document, wording)) {
         return fault;
     }
     if (!IsUtf8(document)) {
-        return {HostSentence(HostText::XmlMalformed, {L"it is not UTF-8"}), 0};
+        return {wording(XmlProblem::Malformed, {L"it is not UTF-8"}), 0};
     }
     const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> parser(XML_ParserCreate(nullptr),
                                                                          XML_ParserFree);
-    Feed feed{parser.get(), events, {}};
+    Feed feed{parser.get(), events, wording, {}};
     XML_SetUserData(parser.get(), &feed);
     XML_SetElementHandler(parser.get(), OnStart, OnEnd);
     XML_SetCharacterDataHandler(parser.get(), OnCharacters);
@@ -94,7 +95,7 @@ XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events)
         return feed.fault ? feed.fault : events.GetFault();
     }
     if (!parsed) {
-        return {HostSentence(HostText::XmlMalformed, {Wide(XML_ErrorString(XML_GetErrorCode(parser.get())))}),
+        return {wording(XmlProblem::Malformed, {Wide(XML_ErrorString(XML_GetErrorCode(parser.get())))}),
                 feed.Line()};
     }
     return {};

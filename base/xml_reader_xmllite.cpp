@@ -1,10 +1,9 @@
 // The front end of Windows builds: XmlLite, with document type declarations prohibited.
-#include "host/xml_events.h"
+#include "base/xml_reader.h"
 
 #include "base/ascii.h"
 #include "base/com_ptr.h"
-#include "host/host_messages.h"
-#include "host/xml_scan.h"
+#include "base/xml_scan.h"
 
 #include <windows.h>
 
@@ -159,7 +158,10 @@ CString UnpackLetters(const wchar_t* packed, UINT length)
 class CFeed
 {
 public:
-    CFeed(IXmlReader& reader, IXmlEvents& events) : m_reader(reader), m_events(events) {}
+    CFeed(IXmlReader& reader, IXmlEvents& events, XmlWording wording)
+        : m_reader(reader), m_events(events), m_wording(wording)
+    {
+    }
 
     XmlFault Run()
     {
@@ -183,9 +185,10 @@ private:
 
     XmlFault Malformed(HRESULT result)
     {
-        const HostText id =
-            result == static_cast<HRESULT>(WC_E_DTDPROHIBITED) ? HostText::XmlDtd : HostText::XmlMalformed;
-        return {HostSentence(id, {ResultText(result)}), Line()};
+        const XmlProblem problem = result == static_cast<HRESULT>(WC_E_DTDPROHIBITED)
+                                       ? XmlProblem::DocumentType
+                                       : XmlProblem::Malformed;
+        return {m_wording(problem, {ResultText(result)}), Line()};
     }
 
     // Not every version of XmlLite reports a document that ends too early, or that has no element at all.
@@ -194,7 +197,7 @@ private:
         if (m_depth == 0 && m_rootSeen) {
             return {};
         }
-        return {HostSentence(HostText::XmlMalformed, {L"the file ends too early"}), Line()};
+        return {m_wording(XmlProblem::Malformed, {L"the file ends too early"}), Line()};
     }
 
     CString Name()
@@ -223,7 +226,7 @@ private:
         case XmlNodeType_CDATA:
             return m_events.OnText(Value(), Line());
         case XmlNodeType_DocumentType: // an XmlLite that doesn't prohibit them by itself
-            m_fault = {HostSentence(HostText::XmlDtd), Line()};
+            m_fault = {m_wording(XmlProblem::DocumentType, {}), Line()};
             return false;
         default:
             return true;
@@ -252,7 +255,7 @@ private:
     bool OnEnd()
     {
         if (--m_depth < 0) {
-            m_fault = {HostSentence(HostText::XmlMalformed, {L"an element ends that did not begin"}), Line()};
+            m_fault = {m_wording(XmlProblem::Malformed, {L"an element ends that did not begin"}), Line()};
             return false;
         }
         return m_events.OnElementEnd();
@@ -260,6 +263,7 @@ private:
 
     IXmlReader& m_reader;
     IXmlEvents& m_events;
+    XmlWording m_wording;
     XmlFault m_fault;
     int m_depth = 0;
     bool m_rootSeen = false;
@@ -267,21 +271,21 @@ private:
 
 } // namespace
 
-XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events)
+XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events, XmlWording wording)
 {
     const std::string_view document(bytes, length);
     std::vector<XmlRange> comments;
-    if (XmlFault fault = CheckXmlMarkup(document, &comments)) {
+    if (XmlFault fault = CheckXmlMarkup(document, wording, &comments)) {
         return fault;
     }
     if (!IsUtf8(document)) {
-        return {HostSentence(HostText::XmlMalformed, {L"it is not UTF-8"}), 0};
+        return {wording(XmlProblem::Malformed, {L"it is not UTF-8"}), 0};
     }
     ComPtr<IXmlReader> reader;
     const HRESULT result =
         CreateXmlReader(__uuidof(IXmlReader), reinterpret_cast<void**>(reader.GetAddressOf()), nullptr);
     if (FAILED(result)) {
-        return {HostSentence(HostText::XmlMalformed, {ResultText(result)}), 0};
+        return {wording(XmlProblem::Malformed, {ResultText(result)}), 0};
     }
     reader->SetProperty(XmlReaderProperty_DtdProcessing, DtdProcessing_Prohibit);
     const std::string ascii = PackLetters(document, comments);
@@ -289,7 +293,7 @@ XmlFault ReadXml(const char* bytes, std::size_t length, IXmlEvents& events)
     stream.Attach(
         SHCreateMemStream(reinterpret_cast<const BYTE*>(ascii.data()), static_cast<UINT>(ascii.size())));
     if (!stream || FAILED(reader->SetInput(stream.Get()))) {
-        return {HostSentence(HostText::XmlMalformed, {ResultText(E_OUTOFMEMORY)}), 0};
+        return {wording(XmlProblem::Malformed, {ResultText(E_OUTOFMEMORY)}), 0};
     }
-    return CFeed(*reader.Get(), events).Run();
+    return CFeed(*reader.Get(), events, wording).Run();
 }

@@ -3,7 +3,7 @@
 // comment of some hundred thousand letters.
 #pragma once
 
-#include "host/xml_events.h"
+#include "base/xml_reader.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -19,7 +19,8 @@ struct XmlRange
 // The fault of a document that ends too early, closes what it didn't open, holds a zero byte (it isn't UTF-8 then),
 // declares a document type or another encoding, or goes beyond a limit of xml_limits.h. No fault says nothing about the
 // rest: names, values and nesting are the parser's. `comments`, when asked for, gets where the comments stand.
-[[nodiscard]] XmlFault CheckXmlMarkup(std::string_view document, std::vector<XmlRange>* comments = nullptr);
+[[nodiscard]] XmlFault CheckXmlMarkup(std::string_view document, XmlWording wording,
+                                      std::vector<XmlRange>* comments = nullptr);
 
 // The bytes of the letter that starts at `place`, and its number; 0 for a broken sequence. Parsers differ in what they
 // do with broken sequences; here none is accepted.
