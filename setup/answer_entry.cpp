@@ -1,6 +1,7 @@
 #include "setup/answer_entry.h"
 
 #include "automation/control.h"
+#include "base/number_text.h"
 #include "setup/page_controls.h"
 
 #include <algorithm>
@@ -54,6 +55,17 @@ StepOutcome EnterIfOther(HWND page, const PageAnswerTable& table, const CString&
                : StepOutcome::Failed(L"The page doesn't let " + word + L" be changed here.");
 }
 
+// The answers' own limit, where they have one.
+unsigned int WorkSeconds(const PageAnswerTable& table, const PageAnswers* answers)
+{
+    for (const PageAnswer& answer : answers ? answers->entries : std::vector<PageAnswer>()) {
+        if (answer.pKey->kind == AnswerKind::WorkLimit) {
+            return static_cast<unsigned int>(*ReadWholeNumber(answer.Value(), 1, MOST_WORK_SECONDS));
+        }
+    }
+    return table.workSeconds;
+}
+
 StepOutcome WaitForWord(HWND page, const PageAnswerTable& table, const CString& word, const CString& value)
 {
     const AnswerKey* row = RowOf(table, word, value);
@@ -71,6 +83,9 @@ void CAnswerEntry::AddSteps(CScript& script, const PageAnswers& answers)
     }
     bool listsAdded = false;
     for (const PageAnswer& answer : answers.entries) {
+        if (answer.pKey->kind == AnswerKind::WorkLimit) {
+            continue; // nothing of the page's
+        }
         const bool isOfAdapter = IsOfAdapter(*answer.pKey);
         if (isOfAdapter && !listsAdded) {
             AddListSteps(script, answers);
@@ -79,17 +94,18 @@ void CAnswerEntry::AddSteps(CScript& script, const PageAnswers& answers)
         }
         listsAdded = listsAdded || isOfAdapter;
     }
-    AddWaitStep(script, *answers.pTable); // what the last answer has begun is still about it
+    AddWaitStep(script, *answers.pTable, &answers); // what the last answer has begun is still about it
     script.Add(L"end the entering", [this] {
         m_events.OnEntered();
         return StepOutcome::Done();
     });
 }
 
-void CAnswerEntry::AddWaitStep(CScript& script, const PageAnswerTable& table)
+void CAnswerEntry::AddWaitStep(CScript& script, const PageAnswerTable& table, const PageAnswers* answers)
 {
     const IPageLists* lists = FindPageLists(m_lists, &table);
-    if (!lists || table.workSeconds == 0) {
+    const unsigned int seconds = WorkSeconds(table, answers);
+    if (!lists || seconds == 0) {
         return;
     }
     script.Add(
@@ -99,12 +115,12 @@ void CAnswerEntry::AddWaitStep(CScript& script, const PageAnswerTable& table)
                        ? StepOutcome::Done()
                        : StepOutcome::NotYet(L"the page is at work");
         },
-        table.workSeconds * 1000);
+        seconds * 1000);
 }
 
 void CAnswerEntry::AddPlainSteps(CScript& script, const PageAnswers& answers, const PageAnswer& answer)
 {
-    AddWaitStep(script, *answers.pTable);
+    AddWaitStep(script, *answers.pTable, &answers);
     script.Add(CString(L"enter ") + answer.pKey->word,
                [this, &answers, &answer] { return Enter(answers, answer); });
     script.Add(CString(L"check ") + answer.pKey->word, [this, &answer] {
@@ -125,7 +141,7 @@ void CAnswerEntry::AddKeptSteps(CScript& script, const PageAnswers& answers, con
         detours->push_back({need, {}});
     }
     const auto add = [&](const CString& name, std::size_t index, bool back, bool waits) {
-        AddWaitStep(script, table);
+        AddWaitStep(script, table, &answers);
         script.Add(name, [this, &table, &answer, detours, index, back, waits] {
             Detour& detour = (*detours)[index];
             if (m_events.HasFailed() || (back && !detour.before)) {
@@ -166,7 +182,7 @@ void CAnswerEntry::AddListSteps(CScript& script, const PageAnswers& answers)
         return;
     }
     for (const ListStep& step : lists->MakeSteps(lines)) {
-        AddWaitStep(script, *answers.pTable);
+        AddWaitStep(script, *answers.pTable, &answers);
         script.Add(step.strName, [this, step] { return RunListStep(step); });
     }
 }

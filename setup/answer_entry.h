@@ -36,8 +36,9 @@ public:
 
     // The steps for all answers of a page; `answers` stay as long as the script.
     void AddSteps(CScript& script, const PageAnswers& answers);
-    // The step that waits until the page is no longer at work; none for a page that never is. The page's own limit counts.
-    void AddWaitStep(CScript& script, const PageAnswerTable& table);
+    // The step that waits until the page is no longer at work; none for a page that never is. The limit of the answers counts,
+    // or else the table's.
+    void AddWaitStep(CScript& script, const PageAnswerTable& table, const PageAnswers* answers);
 
 private:
     void AddPlainSteps(CScript& script, const PageAnswers& answers, const PageAnswer& answer);

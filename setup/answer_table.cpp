@@ -6,9 +6,10 @@
 
 namespace {
 
-constexpr const PageAnswerTable* TABLES[] = {
-    &BEGIN_ANSWERS, &SETTINGS_ANSWERS, &RESOURCES_ANSWERS, &NOTICES_ANSWERS, &PATHS_ANSWERS,
-    &FILES_ANSWERS, &CONTACT_ANSWERS,  &COMPLETE_ANSWERS,  &FAILED_ANSWERS,  &WORKSTATION_ANSWERS};
+constexpr const PageAnswerTable* TABLES[] = {&BEGIN_ANSWERS,        &SETTINGS_ANSWERS,   &RESOURCES_ANSWERS,
+                                             &NOTICES_ANSWERS,      &PATHS_ANSWERS,      &FILES_ANSWERS,
+                                             &SERVICE_PACK_ANSWERS, &CONTACT_ANSWERS,    &COMPLETE_ANSWERS,
+                                             &FAILED_ANSWERS,       &WORKSTATION_ANSWERS};
 
 bool TrimSuffix(CString& key, const wchar_t* suffix)
 {
@@ -96,7 +97,8 @@ std::size_t EntryOrder(const PageAnswerTable& table, const AnswerKey& key)
 
 bool IsOfAdapter(const AnswerKey& key)
 {
-    return key.kind == AnswerKind::Value || key.kind == AnswerKind::List || key.kind == AnswerKind::Clear;
+    return key.kind == AnswerKind::Value || key.kind == AnswerKind::List || key.kind == AnswerKind::Clear ||
+           key.kind == AnswerKind::Choice;
 }
 
 bool IsOfList(const AnswerKey& key)

@@ -10,15 +10,17 @@
 
 enum class AnswerKind
 {
-    Text,     // an edit
-    Path,     // an edit with a path; a relative one counts from the folder of the answers file
-    Radio,    // one of several buttons: a row a choice, all of one word
-    Check,    // a check box: "yes" or "no"
-    ListLine, // a line of a list box, by its text
-    Entry,    // a line of a drop-down list, by its place: a row a line, all of one word, in the lines' order
-    List,     // a line of a list or tree; may stand several times, and order counts
-    Value,    // a single value of a list or tree, such as a node's label
-    Clear,    // empties the page's lists before anything is added to them: "yes" or "no"
+    Text,      // an edit
+    Path,      // an edit with a path; a relative one counts from the folder of the answers file
+    Radio,     // one of several buttons: a row a choice, all of one word
+    Check,     // a check box: "yes" or "no"
+    ListLine,  // a line of a list box, by its text
+    Entry,     // a line of a drop-down list, by its place: a row a line, all of one word, in the lines' order
+    List,      // a line of a list or tree; may stand several times, and order counts
+    Value,     // a single value of a list or tree, such as a node's label
+    Clear,     // empties the page's lists before anything is added to them: "yes" or "no"
+    Choice,    // as Radio, but read and entered by the page's adapter: picking it has the page do more
+    WorkLimit, // of the run: whole seconds in place of the table's workSeconds
 };
 
 enum class FieldKind
@@ -40,7 +42,7 @@ struct AnswerKey
     AnswerKind kind = AnswerKind::Text;
     unsigned int control = 0;
     const wchar_t* choice =
-        nullptr; // Radio: the value that picks this button; Entry: the one that picks the line
+        nullptr; // Radio, Choice: the value that picks this button; Entry: the one that picks the line
     // Radio: this choice is what the page does by itself when it doesn't show the buttons.
     bool bDefaultWhenHidden = false;
     AnswerNeed needs = {};
@@ -84,9 +86,12 @@ struct PageAnswerTable
     std::span<const AnswerKey> keys = {};
     std::span<const AnswerBox> boxes = {};
     // How long the page may be at work, such as downloading, behind each of its answers and before it is left; 0 for one
-    // that never is.
+    // that never is. The answers may have another limit (AnswerKind::WorkLimit).
     unsigned int workSeconds = 0;
 };
+
+// The longest work limit that an answer may set: a day.
+constexpr unsigned int MOST_WORK_SECONDS = 86400;
 
 // A box of the program's own, put behind the page.
 constexpr unsigned int PROGRAM_BOX = 0;

@@ -1,6 +1,8 @@
 // From the file and the command line to answers whose words the table knows.
 #include "setup/answers.h"
 
+#include "base/number_text.h"
+
 #include <algorithm>
 #include <map>
 
@@ -15,6 +17,9 @@ CString Choices(const PageAnswerTable& table, const AnswerKey& key)
 {
     if (key.kind == AnswerKind::Check || key.kind == AnswerKind::Clear) {
         return L"yes, no";
+    }
+    if (key.kind == AnswerKind::WorkLimit) {
+        return L"1 to " + NumberText(MOST_WORK_SECONDS) + L" seconds";
     }
     CString list;
     for (const AnswerKey& row : table.keys) {
@@ -63,7 +68,10 @@ bool AcceptsValue(const AnswerKey& row, const CString& value)
     switch (row.kind) {
     case AnswerKind::Radio:
     case AnswerKind::Entry:
+    case AnswerKind::Choice:
         return value == row.choice;
+    case AnswerKind::WorkLimit:
+        return ReadWholeNumber(value, 1, MOST_WORK_SECONDS).has_value();
     case AnswerKind::Check:
     case AnswerKind::Clear:
         return value == L"yes" || value == L"no";

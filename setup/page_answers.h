@@ -8,6 +8,7 @@ extern const PageAnswerTable SETTINGS_ANSWERS;
 extern const PageAnswerTable WORKSTATION_ANSWERS;
 extern const PageAnswerTable PATHS_ANSWERS;
 extern const PageAnswerTable FILES_ANSWERS;
+extern const PageAnswerTable SERVICE_PACK_ANSWERS;
 extern const PageAnswerTable RESOURCES_ANSWERS;
 extern const PageAnswerTable NOTICES_ANSWERS;
 extern const PageAnswerTable CONTACT_ANSWERS;

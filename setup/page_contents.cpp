@@ -127,7 +127,9 @@ std::vector<RecordedValue> RecordContents(const PageAnswerTable& table, const Pa
                 RecordLines(table, proposed, held, recorded);
             }
         } else if (IsOfAdapter(key)) {
-            RecordWord(key, proposed, held, recorded);
+            if (FindAnswerKey(table, key.word) == &key) { // once a word
+                RecordWord(key, proposed, held, recorded);
+            }
         } else if (const HeldValue* value = FindValue(held, key)) {
             RecordValue(*value, proposed, keepsAll, recorded);
         }

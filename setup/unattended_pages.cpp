@@ -112,7 +112,7 @@ void CUnattendedPages::AddAnswerSteps(CScript& script)
         m_entry.AddSteps(script, *m_pAnswers);
     }
     if (m_pTable) {
-        m_entry.AddWaitStep(script, *m_pTable);
+        m_entry.AddWaitStep(script, *m_pTable, m_pAnswers);
     }
 }
 

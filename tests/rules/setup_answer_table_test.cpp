@@ -23,7 +23,8 @@ TEST(SetupAnswerTable, RadiosAndEntriesHaveChoicesAndOthersHaveNone)
 {
     for (const PageAnswerTable* table : PageAnswerTables()) {
         for (const AnswerKey& key : table->keys) {
-            const bool hasChoices = key.kind == AnswerKind::Radio || key.kind == AnswerKind::Entry;
+            const bool hasChoices = key.kind == AnswerKind::Radio || key.kind == AnswerKind::Entry ||
+                                    key.kind == AnswerKind::Choice;
             EXPECT_EQ(hasChoices, key.choice != nullptr) << Utf8(key.word);
             const bool hasFields = key.kind == AnswerKind::List || key.kind == AnswerKind::Value;
             EXPECT_EQ(hasFields, !key.fields.empty()) << Utf8(key.word);
@@ -72,7 +73,7 @@ TEST(SetupAnswerTable, NoControlAndNoStringStandsTwiceOnAPage)
         for (const AnswerKey& key : table->keys) {
             // An entry's rows are lines of one list.
             const std::string line = key.kind == AnswerKind::Entry ? Utf8(key.choice) : "";
-            if (IsOfAdapter(key)) {
+            if (key.kind == AnswerKind::WorkLimit || (IsOfAdapter(key) && key.kind != AnswerKind::Choice)) {
                 EXPECT_EQ(key.control, 0u) << Utf8(key.word);
                 continue;
             }

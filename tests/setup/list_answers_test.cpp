@@ -109,6 +109,14 @@ TEST_P(ListAnswers, WorkIsAwaitedBehindEachLine)
     EXPECT_EQ(Held().size(), 3u);
 }
 
+TEST_P(ListAnswers, AWorkLimitOfTheAnswersWinsOverThePagesOwn)
+{
+    page.downloadMilliseconds = 1500;
+    UseAnswers(L"[things]\ndownload = \"Update\"\nlimit = 30\n");
+    RunToItsEnd();
+    EXPECT_EQ(Held(), (std::vector<ListLine>{{L"download", {L"Update"}}}));
+}
+
 class ListTabs : public ListAnswersTest
 {
 };

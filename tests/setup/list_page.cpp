@@ -35,6 +35,7 @@ constexpr AnswerKey KEYS[] = {
     {.word = FOLDER_WORD, .kind = AnswerKind::List, .fields = FOLDER_FIELDS},
     {.word = FILE_WORD, .kind = AnswerKind::List, .fields = FILE_FIELDS},
     {.word = DOWNLOAD_WORD, .kind = AnswerKind::List, .fields = DOWNLOAD_FIELDS},
+    {.word = L"limit", .kind = AnswerKind::WorkLimit},
 };
 
 constexpr AnswerBox BOXES[] = {

@@ -14,6 +14,8 @@ constexpr AnswerKey KEYS[] = {
     {.word = L"clear", .kind = AnswerKind::Clear},
     {.word = L"file", .kind = AnswerKind::List, .fields = TEXT},
     {.word = L"colors", .kind = AnswerKind::List, .fields = TEXT, .bReplaces = true},
+    {.word = L"way", .kind = AnswerKind::Choice, .control = 1, .choice = L"long"},
+    {.word = L"way", .kind = AnswerKind::Choice, .control = 2, .choice = L"short"},
 };
 constexpr PageRow ROW = {.stem = L"Any", .section = L"any"};
 constexpr PageAnswerTable TABLE = {.page = &ROW, .keys = KEYS};
@@ -54,6 +56,12 @@ TEST(PageContents, AListThatReplacesIsChangedAsAWholeAndByItself)
               CString(L"any: fonts=a, fonts=new, fonts=b, (log=c), (file=d), (colors=)"));
     EXPECT_EQ(Recorded(PROPOSED, {{L"fonts", {L""}}, {L"log", {L""}}, {L"colors", {L""}}}),
               CString(L"any: fonts=, log=, clear=yes, (colors=)"));
+}
+
+TEST(PageContents, AChoiceIsRecordedOnceHoweverManyButtonsItHas)
+{
+    EXPECT_EQ(Recorded({{L"way", {L"long"}}}, {{L"way", {L"short"}}}), CString(L"any: way=short"));
+    EXPECT_EQ(Recorded({{L"way", {L"long"}}}, {{L"way", {L"long"}}}), CString(L"any: (way=long)"));
 }
 
 } // namespace
