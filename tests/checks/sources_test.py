@@ -16,6 +16,7 @@ LAYERS = {
     "controls": {"base", "window", "include"},
     "automation": {"base", "window"},
     "installer": {"base", "include"},
+    "catalog": {"base", "include"},
     "frame": {"base", "window", "include", "controls", "slimhtml", "installer"},
     "msi": {"base", "window", "include", "controls", "installer", "frame"},
     "pages": {"base", "window", "include", "controls", "slimhtml", "installer", "frame", "msi"},
