@@ -20,6 +20,7 @@ import file_contents
 import installer_tables as tables
 import path_action
 import sample_setup as setup
+import update_catalog
 import viewer_product
 import zolt_product
 
@@ -227,7 +228,8 @@ def compose_product(product, media, platform, programs, version=setup.VERSION, n
     package.rows["CreateFolder"] = [("MAKERDIR", "Settings")]
     package.rows["TarnDirectoryMap"] = [(key, text, flags) for key, (text, flags) in product.DIRECTORY_MAP.items()]
     template = product.SHORTCUT_TEMPLATE.format(component="INSTALLDIR_" + product.PROGRAM.replace(".", "_"))
-    package.compose_properties(dict(product.PROPERTIES, **product.PATHS, ZOLT_SHORTCUT_TEMPLATE=template))
+    package.compose_properties(dict(product.PROPERTIES, **product.PATHS, ZOLT_SHORTCUT_TEMPLATE=template,
+                                    **{update_catalog.FOLDER_PROPERTY: update_catalog.config_folder(product, platform)}))
     package.compose_sequences()
     package.resolve_paths(zolt_product.PATH_PROPERTIES)
     return package
@@ -241,7 +243,7 @@ def make_product(product, media, platform, programs):
 
 def make_language_pack(product, media, platform, locale):
     language, name, files = product.LANGUAGE_PACKS[locale]
-    folder = product.FOLDER + locale.replace("-", "")
+    folder = pack_folder(product, locale)
     package = Package(product, os.path.join(media, setup.PLATFORMS[platform]["folder"], folder), folder + ".msi", name,
                       language, platform, "inside")
     product.DIRECTORIES.setdefault("LANGUAGEDIR_" + language_key(locale), ("SUPPORTDIR", locale))
@@ -256,6 +258,19 @@ def make_language_pack(product, media, platform, locale):
     package.compose_sequences()
     package.write()
     return folder, package
+
+
+def write_catalog_configs(product, media, platform):
+    """Beside the databases that the folder's path may count from."""
+    parents = [media] + [os.path.join(media, setup.PLATFORMS[platform]["folder"], pack_folder(product, locale))
+                         for locale in product.LANGUAGE_PACKS]
+    for parent in parents:
+        write_file(os.path.join(parent, *update_catalog.config_folder(product, platform).split("\\"),
+                                update_catalog.CONFIG_NAME), update_catalog.config(product, platform))
+
+
+def pack_folder(product, locale):
+    return product.FOLDER + locale.replace("-", "")
 
 
 def language_key(locale):
@@ -305,6 +320,8 @@ def write_setup_xml(media, made):
 def make(product, media, programs):
     """A product with its language packs; `programs`: folder of the main programs by platform."""
     packages = {platform: make_product(product, media, platform, folder) for platform, folder in programs.items()}
+    for platform in programs:
+        write_catalog_configs(product, media, platform)
     packs = {}
     for locale in product.LANGUAGE_PACKS:
         made = {platform: make_language_pack(product, media, platform, locale) for platform in programs}
