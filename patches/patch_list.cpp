@@ -134,6 +134,11 @@ void CPatchList::ReplaceBy(const CString& path)
     }
 }
 
+CString CPatchList::PathAt(std::size_t line) const
+{
+    return line < PatchList.size() ? PatchList[line] : CString();
+}
+
 CString CPatchList::SelectedPath() const
 {
     const int index = PatchListBox.GetCurSel();

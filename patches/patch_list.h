@@ -32,6 +32,8 @@ public:
     void ReplaceBy(const CString& path);
 
     [[nodiscard]] bool IsEmpty() const { return PatchList.empty(); }
+    // The file of a line; empty for no such line.
+    [[nodiscard]] CString PathAt(std::size_t line) const;
     // The file of the selected line; empty without a selection.
     [[nodiscard]] CString SelectedPath() const;
 

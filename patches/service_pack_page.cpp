@@ -17,6 +17,8 @@
 #include <shlobj.h>
 #include <shlwapi.h>
 
+#include <algorithm>
+
 namespace {
 
 constexpr const wchar_t* DOWNLOAD_FOLDER = L"ServicePacks\\";
@@ -454,6 +456,14 @@ LRESULT CServicePackPageBase<T, Impl>::OnPatchTimedOut(UINT, WPARAM, LPARAM run,
         ShowStage(StageTimedOut);
     }
     return 0;
+}
+
+template <class T, template <class> class Impl>
+LRESULT CServicePackPageBase<T, Impl>::OnGetPath(UINT, WPARAM line, LPARAM buffer, BOOL&)
+{
+    const CString path = m_patches.PathAt(line);
+    ::lstrcpynW(reinterpret_cast<wchar_t*>(buffer), path, PATCH_PATH_CAPACITY);
+    return std::min(path.GetLength(), PATCH_PATH_CAPACITY - 1);
 }
 
 template <class T, template <class> class Impl>

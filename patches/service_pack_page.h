@@ -3,6 +3,7 @@
 
 #include "frame/tab_page.h"
 #include "frame/wizard_page.h"
+#include "include/patch_list_messages.h"
 #include "patches/patch_catalog.h"
 #include "patches/patch_download.h"
 #include "patches/patch_list.h"
@@ -25,6 +26,7 @@ public:
     MESSAGE_HANDLER(WM_PATCH_FINISHED, OnPatchFinished)
     MESSAGE_HANDLER(WM_PATCH_FAILED, OnPatchFailed)
     MESSAGE_HANDLER(WM_PATCH_TIMEDOUT, OnPatchTimedOut)
+    MESSAGE_HANDLER(PATCH_MESSAGE_GET_PATH, OnGetPath)
     COMMAND_HANDLER(IDC_PATCH_BROWSE, BN_CLICKED, OnBrowse)
     COMMAND_HANDLER(IDC_PATCH_REMOVE, BN_CLICKED, OnRemove)
     COMMAND_HANDLER(IDC_PATCH_ACTION, BN_CLICKED, OnAction)
@@ -77,6 +79,7 @@ private:
     LRESULT OnPatchFinished(UINT, WPARAM, LPARAM run, BOOL&);
     LRESULT OnPatchFailed(UINT, WPARAM code, LPARAM run, BOOL&);
     LRESULT OnPatchTimedOut(UINT, WPARAM, LPARAM run, BOOL&);
+    LRESULT OnGetPath(UINT, WPARAM line, LPARAM buffer, BOOL&);
     LRESULT OnBrowse(WORD, WORD, HWND, BOOL&);
     LRESULT OnRemove(WORD, WORD, HWND, BOOL&);
     LRESULT OnAction(WORD, WORD, HWND, BOOL&);

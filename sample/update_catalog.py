@@ -15,7 +15,7 @@ def identity(product, platform):
 
 
 def config_folder(product, platform):
-    return "Catalog\\%s\\%s" % (setup.PLATFORMS[platform]["folder"], product.FOLDER)
+    return "Wizard\\Catalog\\%s\\%s" % (setup.PLATFORMS[platform]["folder"], product.FOLDER)
 
 
 def config(product, platform):

@@ -10,8 +10,10 @@ import tempfile
 import unittest
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-PAGE_FOLDERS = ("frame", "pages", "online", "paths", "files", "workstation")
+PAGE_FOLDERS = ("frame", "pages", "online", "paths", "files", "patches", "workstation")
 
+# The numbers among what is filled in; all else is text.
+NUMBERS = {"IDS_NEW_FOLDER_NUMBERED": {"d"}, "IDS_PATCH_MARK": {"d"}}
 # Ids that reach SetupText by a variable, with the number of texts that are filled in there.
 PASSED_ON = {"IDS_CONFIGURE_NO_DATABASE_SAVE": 2}
 
@@ -135,6 +137,9 @@ CONTROL_WORDS = {
     "IDC_FILES_ADD": "files", "IDC_FILES_ADD_FOLDER": "folder", "IDC_FILES_ADD_DRIVE": "drive", "IDC_FILES_DELETE": "Delete",
     "IDC_DESKTOP_SHORTCUT": "desktop shortcut", "IDC_SHORTCUTS_HEADING": "Custom shortcuts",
     "IDC_BROWSER_REQUIRED": "browser", "IDC_SHEET_FORMAT": "sheet format",
+    "IDC_PATCH_OFFERED": "update service", "IDC_PATCH_LISTED": "you select", "IDC_PATCH_NONE": "No service pack",
+    "IDC_PATCH_LIST_HEADING": "order", "IDC_PATCH_BROWSE": "Browse", "IDC_PATCH_REMOVE": "Remove",
+    "IDC_PATCH_APPEND": "and then the patches", "IDC_PATCH_MERGE": "files in the deployment",
 }
 
 
@@ -196,16 +201,19 @@ class Placeholders(unittest.TestCase):
         body = rules[rules.index("unsigned int LocationErrorId("):]
         by_function = set(re.findall(r"\bIDS_\w+", body[:body.index("\n}")]))
         filled = set()
+        by_caller = {arguments[0] for _, arguments in calls_of("ShowPatchError", "patches")
+                     if arguments[0].startswith("IDS_")}
+        self.assertGreaterEqual(len(by_caller), 4)
+        passed_on = {"LocationErrorId(": by_function, "message": by_caller}
         for path, arguments in calls_of("FormatResource", *PAGE_FOLDERS):
-            ids = by_function if arguments[0].startswith("LocationErrorId(") else {arguments[0]}
+            ids = next((ids for words, ids in passed_on.items() if arguments[0].startswith(words)), {arguments[0]})
             counts = set()
             for key in ids:
                 filled.add(key)
                 kinds = re.findall(r"%(.)", texts[key])
                 counts.add(len(kinds))
                 with self.subTest(file=path, id=key):
-                    number = {"d"} if key == "IDS_NEW_FOLDER_NUMBERED" else set()
-                    self.assertEqual(set(kinds) - {"s"}, number, "all arguments but the number of a folder are texts")
+                    self.assertEqual(set(kinds) - {"s"}, NUMBERS.get(key, set()), "arguments of another kind")
                     self.assertLessEqual(len(kinds), len(arguments) - 1)
             with self.subTest(file=path, ids=sorted(ids)):
                 self.assertEqual(max(counts), len(arguments) - 1, "an argument that no text shows")
