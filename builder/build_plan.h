@@ -58,8 +58,10 @@ struct BuildDatabase
     // Relative paths of the patches that are chained at install, in order; the files themselves stand among the
     // plan's files or folders.
     std::vector<CString> patchTargets;
-    // Merged by this build, in this order. One that an earlier build merged is part of strOriginal by now.
+    // Merged by this build, in this order; hDatabase must be open then. One that an earlier build merged is part of
+    // strOriginal by now, and stands in mergedBefore for the notes alone (with the name of its file, or a path).
     std::vector<MergedPatch> mergedPatches;
+    std::vector<MergedPatch> mergedBefore;
 };
 
 // What the workstations' commands do. Kept apart from the builder's own settings (Deployment.xml).
