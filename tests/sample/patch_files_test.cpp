@@ -191,7 +191,7 @@ TEST_F(PatchFilesTest, OfTheSampleBringTheNewestVersion)
     for (const wchar_t* platform : {L"x64", L"x86"}) {
         SCOPED_TRACE(Utf8(platform));
         const CString package = SampleFolder(L"media") + L"\\" + platform + L"\\Zolt\\Zolt2027.msi";
-        const CString patches = SampleFolder(L"patches") + L"\\" + platform + L"\\";
+        const CString patches = SampleFolder(L"sample_patches") + L"\\" + platform + L"\\";
         EXPECT_EQ(Judge(package, patches + L"Zolt2027Update1.msp"), 0u);
         EXPECT_EQ(Judge(package, patches + L"Zolt2027Unnamed.msp"), 0u);
         EXPECT_NE(Judge(package, patches + L"Zolt2027CutOff.msp"), 0u);
