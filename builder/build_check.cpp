@@ -7,6 +7,7 @@
 #include "builder/copy_scan.h"
 #include "builder/deployment_place.h"
 #include "builder/file_operations.h"
+#include "builder/patch_check.h"
 #include "builder/plan_texts.h"
 #include "builder/product_identity.h"
 
@@ -222,6 +223,7 @@ void CheckPlan(BuildRun& run)
         // Asked again right before the swap.
         RequireNothingOpenBelow(run.target, [&run] { run.meter.Poll(); });
     }
+    RequirePatchesApply(run.plan, [&run] { run.meter.Poll(); });
     for (const BuildDatabase& database : run.plan.databases) {
         run.decisions.push_back(FindAdditions(database));
     }

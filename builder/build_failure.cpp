@@ -38,6 +38,7 @@ const Remedy g_remedies[] = {
     {206, L"Choose a location with a shorter path, or a shorter name."},
     {223, L"Remove the file from the additional files, or add it in smaller parts."},
     {267, L"Choose a folder as the location."},
+    {1006, L"On the service pack page, remove the patch from the list and add it again."},
     {1113, L"Choose names in letters of that code page."},
     {1117, L"The disk could not do this. Check it, and start the build again."},
     {1223, L"Start the build again when you are ready."},
@@ -45,6 +46,8 @@ const Remedy g_remedies[] = {
     {1602, L"Start the build again when you are ready."},
     {1603, L"See the log for the step that failed."},
     {1620, L"The database is damaged. Get the media again."},
+    {1636, L"Remove the patch from the list of the service pack page, or get it from its maker again."},
+    {1642, L"Remove the patch from the list of the service pack page."},
 };
 
 } // namespace

@@ -42,6 +42,23 @@ struct MergedPatch
     CString strCode;   // with braces
 };
 
+// A patch file of the image, as the check looks at it and the notes list it.
+struct ListedPatch
+{
+    CString strSource; // full path
+    CString strTarget; // relative; empty for one whose file isn't there any more
+    CString strCode;   // with braces
+    CString strName;   // as a person knows it; empty: by its file
+    CString strSha256; // of the file when it was chosen; empty: not known
+    enum class Use
+    {
+        Appended,     // among patchTargets
+        Merged,       // among mergedPatches
+        MergedBefore, // by an earlier build: part of strOriginal, and not looked at
+    };
+    Use use = Use::Appended;
+};
+
 // The database of one product, in the order in which the products are installed.
 struct BuildDatabase
 {
@@ -62,6 +79,8 @@ struct BuildDatabase
     // strOriginal by now, and stands in mergedBefore for the notes alone (with the name of its file, or a path).
     std::vector<MergedPatch> mergedPatches;
     std::vector<MergedPatch> mergedBefore;
+    // All of them, in their order.
+    std::vector<ListedPatch> patches;
 };
 
 // What the workstations' commands do. Kept apart from the builder's own settings (Deployment.xml).
@@ -92,6 +111,8 @@ struct BuildPlan
     std::vector<BuildFolder> folders;
     std::vector<BuildFile> files;
     std::vector<BuildText> texts;
+    // Targets of files that lie in one of the folders and don't go along: patches that were taken off the list.
+    std::vector<CString> leftOut;
     std::vector<BuildDatabase> databases;
     WorkstationCommands commands;
     CabinetLimits cabinetLimits;

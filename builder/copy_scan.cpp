@@ -14,8 +14,9 @@ class CScanner
 {
 public:
     CScanner(const BuildPlan& plan, const std::vector<CString>& earlierFiles)
-        : m_plan(plan), m_named(NamedTargets(plan)), m_earlierFiles(earlierFiles.begin(), earlierFiles.end())
+        : m_plan(plan), m_named(NamedTargets(plan)), m_leftOut(earlierFiles.begin(), earlierFiles.end())
     {
+        m_leftOut.insert(plan.leftOut.begin(), plan.leftOut.end());
         for (const BuildFile& file : plan.files) {
             m_named[file.strTarget] = file.strSource;
         }
@@ -66,7 +67,7 @@ private:
             const CString entrySource = JoinFolder(source, entry.strName);
             const CString entryTarget = JoinFolder(target, entry.strName);
             if (m_named.count(entryTarget) != 0 || IsEarlierCabinet(entry.strName, target) ||
-                m_earlierFiles.count(entryTarget) != 0) {
+                m_leftOut.count(entryTarget) != 0) {
                 continue;
             }
             if (!entry.IsFolder()) {
@@ -74,7 +75,7 @@ private:
             } else if (entry.IsLink()) {
                 m_list.skippedLinks.push_back(entrySource);
             } else {
-                if (!HoldsEarlierFiles(entryTarget)) {
+                if (!HoldsFilesLeftOut(entryTarget)) {
                     AddFolder(entryTarget); // else with what still comes into it
                 }
                 ScanFolder(entrySource, entryTarget);
@@ -88,10 +89,10 @@ private:
         return IsUserCabinet(name) && m_packageFolders.count(targetFolder) != 0;
     }
 
-    bool HoldsEarlierFiles(const CString& folder) const
+    bool HoldsFilesLeftOut(const CString& folder) const
     {
-        const auto first = m_earlierFiles.lower_bound(folder + L"\\");
-        return first != m_earlierFiles.end() && IsSameOrBelow(*first, folder);
+        const auto first = m_leftOut.lower_bound(folder + L"\\");
+        return first != m_leftOut.end() && IsSameOrBelow(*first, folder);
     }
 
     void AddFile(CopyItem file)
@@ -124,7 +125,8 @@ private:
     TargetNames m_named; // what a folder's own file of that name gives way to
     NameSet m_folders;
     NameSet m_packageFolders; // targets of the databases that are written anew
-    NameSet m_earlierFiles; // targets of what was added to them before and lies loose; it comes anew as well
+    // Targets of what was added to them before and lies loose, which comes anew as well, and of what the plan leaves out.
+    NameSet m_leftOut;
     CopyList m_list;
 };
 

@@ -13,20 +13,6 @@ namespace {
 constexpr int HASH_DIGITS = 64;
 constexpr long long LARGEST_SIZE = 0x7FFFFFFFFFFFFFFF; // of a file
 
-bool IsHash(const CString& text)
-{
-    if (text.GetLength() != HASH_DIGITS) {
-        return false;
-    }
-    for (int index = 0; index < HASH_DIGITS; ++index) {
-        // Hashes are compared as texts, which are written with small letters.
-        if (!IsHexDigit(text[index]) || (text[index] >= L'A' && text[index] <= L'F')) {
-            return false;
-        }
-    }
-    return true;
-}
-
 bool ReadSize(const CString& text, std::uint64_t& size)
 {
     const std::optional<long long> number = ReadWholeNumber(text, 0, LARGEST_SIZE);
@@ -43,11 +29,26 @@ bool ReadLine(const CString& line, ManifestEntry& entry)
     }
     entry.strSha256 = line.Left(hashEnd);
     entry.strPath = NameFromShown(line.Mid(sizeEnd + 1));
-    return IsHash(entry.strSha256) && ReadSize(line.Mid(hashEnd + 1, sizeEnd - hashEnd - 1), entry.size) &&
-           !entry.strPath.IsEmpty() && entry.strPath.Find(L'\0') < 0;
+    return IsHashText(entry.strSha256) &&
+           ReadSize(line.Mid(hashEnd + 1, sizeEnd - hashEnd - 1), entry.size) && !entry.strPath.IsEmpty() &&
+           entry.strPath.Find(L'\0') < 0;
 }
 
 } // namespace
+
+bool IsHashText(const CString& text)
+{
+    if (text.GetLength() != HASH_DIGITS) {
+        return false;
+    }
+    for (int index = 0; index < HASH_DIGITS; ++index) {
+        // Hashes are compared as texts, which are written with small letters.
+        if (!IsHexDigit(text[index]) || (text[index] >= L'A' && text[index] <= L'F')) {
+            return false;
+        }
+    }
+    return true;
+}
 
 bool ReadManifest(const char* bytes, std::size_t length, std::vector<ManifestEntry>& entries)
 {

@@ -2,8 +2,8 @@
 
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
+#include "builder/file_hash.h"
 #include "builder/manifest_text.h"
-#include "builder/sha256.h"
 
 #include <algorithm>
 
@@ -49,18 +49,6 @@ void VisitFiles(const CString& folder, const CString& inner,
     }
 }
 
-CString HashOf(const CString& path, const std::function<void()>& poll)
-{
-    const CFileOwner file = OpenForReading(path);
-    std::vector<char> piece(PIECE_BYTES);
-    Sha256 hash;
-    while (const DWORD read = ReadChunk(file, piece.data(), static_cast<DWORD>(piece.size()), path)) {
-        hash.Add(piece.data(), read);
-        poll();
-    }
-    return hash.Finish();
-}
-
 class CFolderJudge
 {
 public:
@@ -100,7 +88,7 @@ private:
         const auto known = m_known.find(path);
         const bool isKnown = known != m_known.end() && known->second.size == entry.size &&
                              known->second.lastWritten == entry.lastWritten;
-        return isKnown ? known->second.strSha256 : HashOf(JoinFolder(m_folder, path), m_poll);
+        return isKnown ? known->second.strSha256 : HashOfFile(JoinFolder(m_folder, path), m_poll);
     }
 
     const CString& m_folder;

@@ -45,6 +45,19 @@ BuildFailure JudgeProduct(const BuildDatabase& database)
     return {};
 }
 
+// Patches are chained by their full paths.
+BuildFailure JudgePatchPlace(const BuildPlan& plan)
+{
+    const CString folder = JoinFolder(plan.strLocation, plan.strName);
+    if (folder.Find(L';') < 0) {
+        return {};
+    }
+    return {BUILD_BAD_PATH_NAME,
+            L"Patches can't be appended to a deployment in \"" + ShownText(folder) +
+                L"\": the path contains a semicolon, which separates patches. Choose another "
+                L"location or name."};
+}
+
 } // namespace
 
 BuildFailure FindUnfitText(const BuildPlan& plan)
@@ -72,7 +85,10 @@ BuildFailure FindUnfitText(const BuildPlan& plan)
                                              RemedyOf(BUILD_INVALID_PARAMETER)};
     }
     for (const BuildDatabase& database : plan.databases) {
-        const BuildFailure failure = JudgeProduct(database);
+        BuildFailure failure = JudgeProduct(database);
+        if (failure.code == BUILD_OK && !database.patchTargets.empty()) {
+            failure = JudgePatchPlace(plan);
+        }
         if (failure.code != BUILD_OK) {
             return failure;
         }

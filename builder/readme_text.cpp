@@ -172,6 +172,29 @@ void AppendCodeLine(CString& text, const BuildPlan& plan, const BuildDatabase& d
     line.AppendTo(text);
 }
 
+void AppendPatches(CString& text, const BuildDatabase& database, bool appended)
+{
+    bool isFirst = true;
+    for (const ListedPatch& patch : database.patches) {
+        if ((patch.use == ListedPatch::Use::Appended) != appended) {
+            continue;
+        }
+        if (isFirst) {
+            text +=
+                appended
+                    ? L"  Patches, installed along with it in this order (by full paths, which must hold no "
+                      L"semicolon):\r\n"
+                    : L"  Patches, merged into the package and its files:\r\n";
+            isFirst = false;
+        }
+        const CString name = patch.strName.IsEmpty() ? LastName(patch.strTarget) : patch.strName;
+        const CString file = patch.strTarget.IsEmpty() ? CString(L"(not kept)") : ShownText(patch.strTarget);
+        text += L"    " + ShownText(name.IsEmpty() ? CString(L"(no name)") : name) +
+                L"\r\n      Patch code:   " + ShownText(patch.strCode) + L"\r\n      File:         " + file +
+                L"\r\n";
+    }
+}
+
 void AppendProduct(CString& text, const BuildPlan& plan, const BuildDatabase& database, const CString& folder)
 {
     const CString code = ShownText(database.strProductCode);
@@ -191,9 +214,13 @@ void AppendProduct(CString& text, const BuildPlan& plan, const BuildDatabase& da
     text += L"  Group policy:\r\n    Add the package by its full UNC path: " +
             ShownText(JoinFolder(folder, database.strTarget)) +
             L"\r\n    Computer accounts need read access to the folder.\r\n";
-    for (const CString& patch : database.patchTargets) {
-        text += L"  Patch:          " + ShownText(patch) + L"\r\n";
+    if (!database.patchTargets.empty()) {
+        text += L"    Group policy installs the package without the patches below. Merge them to have them "
+                L"come with "
+                L"it.\r\n";
     }
+    AppendPatches(text, database, true);
+    AppendPatches(text, database, false);
 }
 
 const wchar_t g_exitCodes[] =

@@ -38,6 +38,8 @@ BuildPlan HarmlessPlan()
     database.strProductCode = L"{6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A11}";
     database.strMaker = L"Velkmora";
     database.patchTargets = {L"Image\\sp1.msp", L"Image\\sp2.msp"};
+    database.patches = {{L"C:\\sp1.msp", L"Image\\sp1.msp", L"{6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A12}",
+                         L"Zolt one", L"", ListedPatch::Use::Appended}};
     plan.databases = {database};
     return plan;
 }
@@ -61,6 +63,12 @@ const std::vector<Place>& Places()
         {"code", [](BuildPlan& plan, const CString& text) { plan.databases[0].strProductCode = text; }},
         {"version", [](BuildPlan& plan, const CString& text) { plan.databases[0].strProductVersion = text; }},
         {"maker", [](BuildPlan& plan, const CString& text) { plan.databases[0].strMaker = text; }},
+        {"patch's name",
+         [](BuildPlan& plan, const CString& text) { plan.databases[0].patches[0].strName = text; }},
+        {"patch's code",
+         [](BuildPlan& plan, const CString& text) { plan.databases[0].patches[0].strCode = text; }},
+        {"patch's file",
+         [](BuildPlan& plan, const CString& text) { plan.databases[0].patches[0].strTarget = text; }},
         {"patch", [](BuildPlan& plan, const CString& text) { plan.databases[0].patchTargets[0] = text; }},
     };
     return places;

@@ -80,6 +80,23 @@ TEST(PlanTexts, APatchThatCouldNotBeChainedIsRefused)
     }
 }
 
+// The commands chain patches by their full paths.
+TEST(PlanTexts, APlaceWithASemicolonIsRefusedForPatchesAlone)
+{
+    const auto inPlace = [](const wchar_t* location, const wchar_t* name, bool hasPatches) {
+        return CodeWith([&](BuildPlan& plan) {
+            plan.strLocation = location;
+            plan.strName = name;
+            if (!hasPatches) {
+                plan.databases[0].patchTargets.clear();
+            }
+        });
+    };
+    EXPECT_EQ(inPlace(L"C:\\a;b", L"Office", true), 161u);
+    EXPECT_EQ(inPlace(L"C:\\a", L"Office;1", true), 161u);
+    EXPECT_EQ(inPlace(L"C:\\a;b", L"Office;1", false), 0u);
+}
+
 TEST(PlanTexts, OnlyDisplayOptionsOfTheInstallerAreFit)
 {
     for (const wchar_t* option : {L"/qn", L"/qb-!", L"/QB+", L"/q", L"/qr", L"/qf"}) {

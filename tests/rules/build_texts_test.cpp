@@ -88,6 +88,58 @@ TEST(BuildCommands, PatchesAreChainedByFullPath)
     EXPECT_HOLDS(ComposeInstallScript(plan), L" PATCH=\"%~dp0Image\\sp1.msp;%~dp0Image\\sp2.msp\"");
 }
 
+TEST(BuildCommands, AChainOfPatchesWithOddNamesIsWholeInScriptAndNotes)
+{
+    BuildPlan plan = TwoProducts();
+    plan.databases[1].patchTargets = {L"Image\\Service Packs\\100% & (1)!.msp", L"Image\\b 'c' ^.msp"};
+    EXPECT_HOLDS(ComposeInstallScript(plan),
+                 L"/i \"%~dp0Image\\Pack\\Pack.msi\" PATCH=\"%~dp0Image\\Service Packs"
+                 L"\\100%% & (1)!.msp;%~dp0Image\\b 'c' ^.msp\" %DISPLAY_OPTION%");
+    const CString notes = ComposeReadMe(plan, L"\\\\server\\50% & more");
+    for (const wchar_t* line :
+         {L"    msiexec /i \"\\\\server\\50% & more\\Image\\Pack\\Pack.msi\" PATCH=\"\\\\server\\50% & "
+          L"more\\Image\\Service Packs\\100% & (1)!.msp;\\\\server\\50% & more\\Image\\b 'c' ^.msp\" /qn",
+          L"    msiexec /i \"\\\\server\\50%% & more\\Image\\Pack\\Pack.msi\" PATCH=\"\\\\server\\50%% & "
+          L"more\\Image\\Service Packs\\100%% & (1)!.msp;\\\\server\\50%% & more\\Image\\b 'c' ^.msp\" /qn",
+          L"('/i \"\\\\server\\50% & more\\Image\\Pack\\Pack.msi\" PATCH=\"\\\\server\\50% & "
+          L"more\\Image\\Service Packs\\100% & (1)!.msp;\\\\server\\50% & more\\Image\\b ''c'' ^.msp\" "
+          L"/qn"}) {
+        EXPECT_HOLDS(notes, line);
+    }
+}
+
+TEST(Notes, ListPatchesWithCodeAndNameAppendedAndMergedApart)
+{
+    BuildPlan plan = TwoProducts();
+    BuildDatabase& database = plan.databases[0];
+    EXPECT_LACKS(ComposeReadMe(plan, L"C:\\Office"), L"Patch");
+    database.patches = {
+        {L"", L"", L"{11111111-2222-3333-4444-555555555501}", L"", L"", ListedPatch::Use::MergedBefore},
+        {L"C:\\sp2.msp", L"Image\\sp2.msp", L"{11111111-2222-3333-4444-555555555502}", L"Zolt Update 2", L"",
+         ListedPatch::Use::Merged},
+        {L"C:\\sp3.msp", L"Image\\sp3.msp", L"{11111111-2222-3333-4444-555555555503}", L"", L"",
+         ListedPatch::Use::Appended}};
+    const CString merged = L"  Patches, merged into the package and its files:\r\n"
+                           L"    (no name)\r\n"
+                           L"      Patch code:   {11111111-2222-3333-4444-555555555501}\r\n"
+                           L"      File:         (not kept)\r\n"
+                           L"    Zolt Update 2\r\n"
+                           L"      Patch code:   {11111111-2222-3333-4444-555555555502}\r\n"
+                           L"      File:         Image\\sp2.msp\r\n";
+    EXPECT_HOLDS(ComposeReadMe(plan, L"C:\\Office"), merged);
+    EXPECT_LACKS(ComposeReadMe(plan, L"C:\\Office"), L"Merge them");
+    database.patchTargets = {L"Image\\sp3.msp"};
+    EXPECT_HOLDS(ComposeReadMe(plan, L"C:\\Office"),
+                 L"  Patches, installed along with it in this order (by full paths, which must hold no "
+                 L"semicolon):\r\n"
+                 L"    sp3.msp\r\n"
+                 L"      Patch code:   {11111111-2222-3333-4444-555555555503}\r\n"
+                 L"      File:         Image\\sp3.msp\r\n" +
+                     merged);
+    EXPECT_HOLDS(ComposeReadMe(plan, L"C:\\Office"),
+                 L"Group policy installs the package without the patches below.");
+}
+
 TEST(BuildCommands, TheScriptIsAsciiUnlessANameHasOtherLetters)
 {
     BuildPlan plan = TwoProducts();
