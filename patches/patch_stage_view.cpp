@@ -50,10 +50,14 @@ void ApplyDeeds(CButton control, unsigned int deeds)
 
 } // namespace
 
-void CPatchStageView::Bind(HWND page, const CString& pictureFolder)
+void CPatchStageView::Bind(HWND page)
 {
     m_page = page;
     m_link.SubclassWindow(::GetDlgItem(page, IDC_PATCH_LINK));
+}
+
+void CPatchStageView::LoadMarks(const CString& pictureFolder)
+{
     BindMark(m_failureMark, IDC_PATCH_FAILURE_MARK, pictureFolder + FAILURE_PICTURE);
     BindMark(m_downloadedMark, IDC_PATCH_DOWNLOADED_MARK, pictureFolder + SUCCESS_PICTURE);
     BindMark(m_upToDateMark, IDC_PATCH_UP_TO_DATE_MARK, pictureFolder + SUCCESS_PICTURE);

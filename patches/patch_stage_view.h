@@ -12,8 +12,10 @@
 class CPatchStageView
 {
 public:
-    // Once, when the page's controls are there. `pictureFolder` ends in a backslash.
-    void Bind(HWND page, const CString& pictureFolder);
+    // Once, when the page's controls are there.
+    void Bind(HWND page);
+    // Loads the pictures beside the texts of the stages; the folder ends in a backslash.
+    void LoadMarks(const CString& pictureFolder);
 
     // Does what the rows ask; those of the deployment flow alone only within it.
     void Apply(std::span<const StageControl> controls, bool isDeploymentFlow) const;

@@ -65,10 +65,11 @@ LRESULT CServicePackPageBase<T, Impl>::OnInitDialog()
 {
     s_download.PageWindow = this->m_hWnd;
     this->InitFrame();
+    m_view.Bind(this->m_hWnd);
     m_patches.Bind(this->m_hWnd);
     m_patches.LoadFromProduct();
     InitWay();
-    m_view.Bind(this->m_hWnd, this->m_pSetupManager->GetWizTextPath());
+    m_view.LoadMarks(this->m_pSetupManager->GetWizTextPath());
     if (m_view.Choice() == PatchChoice::Unmade && this->m_pProduct->m_patchFlag == CHOICE_UNSET) {
         m_view.Button(IDC_PATCH_NONE).SetCheck(BST_CHECKED);
     }
