@@ -361,9 +361,9 @@ void CHostProduct::Load(const StoredProduct& stored, const CString& imageRoot)
     m_storedPatches = stored.patches;
     m_patchState = static_cast<Setup::tagPATCHSTATE>(stored.patchState);
     // What was chosen then is done now: appended or merged patches are part of the image.
-    m_storedPatchState = m_patchState == Setup::PATCHSTATE_APPEND   ? Setup::PATCHSTATE_APPENDED
+    m_storedPatchState = m_patchState == Setup::PATCHSTATE_APPEND  ? Setup::PATCHSTATE_APPENDED
                          : m_patchState == Setup::PATCHSTATE_MERGE ? Setup::PATCHSTATE_MERGED
-                                                               : m_patchState;
+                                                                   : m_patchState;
     if (stored.patches.empty()) {
         m_storedPatchState = Setup::PATCHSTATE_NONE;
     }

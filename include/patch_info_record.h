@@ -22,5 +22,5 @@ struct PatchInfoRecord
 static_assert(sizeof(wchar_t) == 2);
 static_assert(sizeof(PatchInfoRecord) == 2088);
 static_assert(offsetof(PatchInfoRecord, PatchSize) == 520 && offsetof(PatchInfoRecord, ReadmeUrl) == 1040 &&
-              offsetof(PatchInfoRecord, DownloadUrl) == 1560 && offsetof(PatchInfoRecord, PatchCount) == 2080 &&
-              offsetof(PatchInfoRecord, ErrorCode) == 2084);
+              offsetof(PatchInfoRecord, DownloadUrl) == 1560 &&
+              offsetof(PatchInfoRecord, PatchCount) == 2080 && offsetof(PatchInfoRecord, ErrorCode) == 2084);

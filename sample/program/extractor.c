@@ -2,10 +2,18 @@
    64 bits, and the mark. Run with " /e TARGET" it writes the patch to TARGET.
 
    Exit codes: 0 written, 1 wrong words, 2 no patch is appended, 3 the target couldn't be written (nothing is left). */
-#include <windows.h>
 #include <shellapi.h>
+#include <windows.h>
 
-enum { WRITTEN = 0, WRONG_WORDS = 1, NO_PATCH = 2, NOT_WRITTEN = 3, MARK_BYTES = 16, CHUNK_BYTES = 64 * 1024 };
+enum
+{
+    WRITTEN = 0,
+    WRONG_WORDS = 1,
+    NO_PATCH = 2,
+    NOT_WRITTEN = 3,
+    MARK_BYTES = 16,
+    CHUNK_BYTES = 64 * 1024
+};
 
 static const char g_mark[MARK_BYTES + 1] = "ZoltPatchInside1";
 
@@ -34,8 +42,8 @@ static BOOL FindPatch(HANDLE file, unsigned long long* length)
         return FALSE;
     }
     place.QuadPart = size.QuadPart - (LONGLONG)sizeof(trailer);
-    if (!SetFilePointerEx(file, place, NULL, FILE_BEGIN) || !ReadFile(file, &trailer, sizeof(trailer), &read, NULL) ||
-        read != sizeof(trailer)) {
+    if (!SetFilePointerEx(file, place, NULL, FILE_BEGIN) ||
+        !ReadFile(file, &trailer, sizeof(trailer), &read, NULL) || read != sizeof(trailer)) {
         return FALSE;
     }
     for (index = 0; index < MARK_BYTES; ++index) {
@@ -57,8 +65,8 @@ static BOOL CopyBytes(HANDLE from, HANDLE to, unsigned long long length)
     while (length > 0) {
         DWORD part = length < sizeof(buffer) ? (DWORD)length : (DWORD)sizeof(buffer);
         DWORD written = 0;
-        if (!ReadFile(from, buffer, part, &part, NULL) || part == 0 || !WriteFile(to, buffer, part, &written, NULL) ||
-            written != part) {
+        if (!ReadFile(from, buffer, part, &part, NULL) || part == 0 ||
+            !WriteFile(to, buffer, part, &written, NULL) || written != part) {
             return FALSE;
         }
         length -= part;
