@@ -29,7 +29,7 @@ public:
     // Whether a downloaded file is what the service announced: 0, or why it can't be used. Reads the whole file.
     [[nodiscard]] unsigned int CheckDownloadedFile(const CString& file) const;
 
-    [[nodiscard]] CatalogAnswer Answer() const { return {PatchInfo.ErrorCode, PatchInfo.PatchCount}; }
+    [[nodiscard]] CatalogOutcome Answer() const { return {PatchInfo.ErrorCode, PatchInfo.PatchCount}; }
 
     PatchInfoRecord PatchInfo = {};
     CString DownloadDir; // ends in a backslash; the page sets it

@@ -125,7 +125,7 @@ constexpr int BELOW_SERVICE[] = {IDC_PATCH_LISTED, IDC_PATCH_LIST,        IDC_PA
 
 } // namespace
 
-PatchStage StageOfOutcome(const CatalogAnswer& answer) noexcept
+PatchStage StageOfOutcome(const CatalogOutcome& answer) noexcept
 {
     if (answer.errorCode != 0) {
         return answer.errorCode == TIMED_OUT ? StageTimedOut : StageConnectFailed;
@@ -133,7 +133,7 @@ PatchStage StageOfOutcome(const CatalogAnswer& answer) noexcept
     return answer.patchCount > 0 ? StageAvailable : answer.patchCount == 0 ? StageUpToDate : StageNoService;
 }
 
-PatchStage StageAtEntry(bool isFetched, const CatalogAnswer& answer) noexcept
+PatchStage StageAtEntry(bool isFetched, const CatalogOutcome& answer) noexcept
 {
     if (isFetched) {
         return StageOfOutcome(answer);
@@ -148,7 +148,7 @@ PatchStage StageAtEntry(bool isFetched, const CatalogAnswer& answer) noexcept
     }
 }
 
-PatchStage StageAtRetry(const CatalogAnswer& answer) noexcept
+PatchStage StageAtRetry(const CatalogOutcome& answer) noexcept
 {
     switch (answer.errorCode) {
     case 0:

@@ -20,19 +20,19 @@ enum PatchStage : std::uint32_t
 };
 
 // What the service's record says that decides the stage.
-struct CatalogAnswer
+struct CatalogOutcome
 {
     std::uint32_t errorCode = 0; // ErrorCode of the record
     std::int32_t patchCount = 0; // PatchCount of the record
 };
 
 // The stage that a record means by itself.
-[[nodiscard]] PatchStage StageOfOutcome(const CatalogAnswer& answer) noexcept;
+[[nodiscard]] PatchStage StageOfOutcome(const CatalogOutcome& answer) noexcept;
 // The stage of a page that opens. `isFetched`: what FetchPatchCatalog returned.
-[[nodiscard]] PatchStage StageAtEntry(bool isFetched, const CatalogAnswer& answer) noexcept;
+[[nodiscard]] PatchStage StageAtEntry(bool isFetched, const CatalogOutcome& answer) noexcept;
 // The stage when the user asked again. It differs on purpose: somebody who tries again has seen a failure, and gets one
 // wherever the opening page would close the service's part.
-[[nodiscard]] PatchStage StageAtRetry(const CatalogAnswer& answer) noexcept;
+[[nodiscard]] PatchStage StageAtRetry(const CatalogOutcome& answer) noexcept;
 
 // What happens to a control when a stage is shown; bits of a set.
 enum StageDeeds : unsigned int
