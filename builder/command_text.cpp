@@ -4,27 +4,12 @@
 #include "base/guid_text.h"
 #include "base/name_rules.h"
 #include "builder/build_names.h"
+#include "builder/command_check.h"
 #include "builder/product_identity.h"
+#include "builder/script_lines.h"
 #include "builder/shown_text.h"
 
 namespace {
-
-const wchar_t g_newLine[] = L"\r\n";
-
-// Collects lines.
-class CScript
-{
-public:
-    void Line(const CString& line) { m_text += line + g_newLine; }
-    void Set(const wchar_t* name, const CString& value)
-    {
-        Line(CString(L"set \"") + name + L"=" + value + L"\"");
-    }
-    const CString& Text() const { return m_text; }
-
-private:
-    CString m_text;
-};
 
 // PATCH takes full paths, joined by semicolons.
 CString PatchArgument(const BuildDatabase& database)
@@ -82,7 +67,19 @@ CString LogNameEnding(const BuildDatabase& database, const wchar_t* action)
     return L"_" + AsciiOnly(LogNamePart(database.strProductVersion)) + L"_" + action + L"_";
 }
 
-void Open(CScript& script, const CString& purpose)
+// What the installer is to do with one product, as it stands behind the program's name.
+struct InstallerRun
+{
+    const BuildDatabase* database;
+    CString strArguments;
+};
+
+CString LoggedArguments(const InstallerRun& run)
+{
+    return run.strArguments + L" %DISPLAY_OPTION% /norestart /L*V \"%LOGS%\\%LOG%\"";
+}
+
+void Open(CCommandScript& script, const CString& purpose)
 {
     script.Line(L"@echo off");
     script.Line(L"rem " + purpose);
@@ -93,11 +90,12 @@ void Open(CScript& script, const CString& purpose)
     script.Line(L"rem log.");
     script.Line(L"setlocal EnableExtensions DisableDelayedExpansion");
     script.Line(L"");
+    WriteWords(script);
 }
 
 // Before the first line with other letters: each line is read in the code page of its moment. The names decide, not the
 // location: that one is never written into the scripts.
-void SwitchCodePage(CScript& script, bool ascii)
+void SwitchCodePage(CCommandScript& script, bool ascii)
 {
     if (ascii) {
         return;
@@ -107,7 +105,7 @@ void SwitchCodePage(CScript& script, bool ascii)
     script.Line(L"chcp 65001 >nul 2>&1");
 }
 
-void WriteSettings(CScript& script, const WorkstationCommands& commands)
+void WriteSettings(CCommandScript& script, const WorkstationCommands& commands)
 {
     script.Line(L"rem ---- Settings "
                 L"---------------------------------------------------------------------------------");
@@ -126,7 +124,7 @@ void WriteSettings(CScript& script, const WorkstationCommands& commands)
     script.Line(L"");
 }
 
-void ChooseLogFolder(CScript& script)
+void ChooseLogFolder(CCommandScript& script)
 {
     script.Line(L"set \"LOCAL_LOGS=%windir%\\Logs\\Software\"");
     script.Line(L"set \"LOGS=%LOG_FOLDER%\"");
@@ -141,10 +139,9 @@ void ChooseLogFolder(CScript& script)
     script.Line(L"");
 }
 
-void Run(CScript& script, const CString& arguments)
+void Run(CCommandScript& script, const InstallerRun& run)
 {
-    script.Line(L"start \"\" /wait \"%windir%\\System32\\msiexec.exe\" " + arguments +
-                L" %DISPLAY_OPTION% /norestart /L*V \"%LOGS%\\%LOG%\"");
+    script.Line(L"start \"\" /wait \"%windir%\\System32\\msiexec.exe\" " + LoggedArguments(run));
     script.Line(L"set \"CODE=%ERRORLEVEL%\"");
     script.Line(L"call :keep_local_log");
     script.Line(L"call :judge");
@@ -152,12 +149,10 @@ void Run(CScript& script, const CString& arguments)
     script.Line(L"");
 }
 
-void Close(CScript& script, bool uninstalls, bool ascii)
+void Close(CCommandScript& script, bool uninstalls)
 {
     script.Line(L":finish");
-    if (!ascii) {
-        script.Line(L"if defined CODE_PAGE chcp %CODE_PAGE% >nul 2>&1");
-    }
+    script.Line(L"if defined CODE_PAGE chcp %CODE_PAGE% >nul 2>&1");
     script.Line(L"exit /b %RESULT%");
     script.Line(L"");
     script.Line(L"rem Goes on after success, keeps the wish for a restart, and stops at anything else with "
@@ -205,7 +200,8 @@ void Close(CScript& script, bool uninstalls, bool ascii)
 
 // The letters of a log's name don't stand in the script, which each interpreter would read in its own code page, but in the
 // name of a file, which all read alike. Without that file the log takes a name in ASCII: a log must stop nothing.
-void SetLog(CScript& script, const BuildPlan& plan, const BuildDatabase& database, const wchar_t* action)
+void SetLog(CCommandScript& script, const BuildPlan& plan, const BuildDatabase& database,
+            const wchar_t* action)
 {
     const CString ending = LogNameEnding(database, action) + L"%COMPUTERNAME%.log";
     script.Set(L"LOG", AsciiOnly(LogProductName(database)) + ending);
@@ -218,6 +214,47 @@ void SetLog(CScript& script, const BuildPlan& plan, const BuildDatabase& databas
     script.Line(L"for /r \"%~dp0" + FolderAbove(file) + L"\" %%F in (" + LastName(file).Left(number) +
                 L"*) do set \"NAME=%%~nxF\"");
     script.Line(L"if defined NAME set \"LOG=%NAME:~" + NumberText(number) + L"%" + ending + L"\"");
+}
+
+struct ScriptKind
+{
+    const wchar_t* purpose;
+    const wchar_t* action; // in the names of logs
+    bool uninstalls;
+    ScriptWords words;
+};
+
+constexpr ScriptKind INSTALL = {L"Installs this deployment on the computer where it is run, without asking.",
+                                L"Install",
+                                false,
+                                {L"Install.cmd", L"installs"}};
+constexpr ScriptKind UNINSTALL = {
+    L"Removes this deployment's products from the computer where it is run, without asking.",
+    L"Uninstall",
+    true,
+    {L"Uninstall.cmd", L"removes"}};
+
+CString ComposeScript(const BuildPlan& plan, const ScriptKind& kind, const std::vector<InstallerRun>& runs)
+{
+    CCommandScript script;
+    Open(script, kind.purpose);
+    SwitchCodePage(script, !NeedsUtf8(plan));
+    WriteSettings(script, plan.commands);
+    script.Line(L"if defined CHECK_ONLY goto check");
+    ChooseLogFolder(script);
+    for (const InstallerRun& run : runs) {
+        SetLog(script, plan, *run.database, kind.action);
+        Run(script, run);
+    }
+    Close(script, kind.uninstalls);
+    WriteUsage(script, kind.words);
+    BeginCheck(script);
+    for (const InstallerRun& run : runs) {
+        SetLog(script, plan, *run.database, kind.action);
+        ShowCommand(script, L"msiexec.exe " + LoggedArguments(run));
+    }
+    EndCheck(script);
+    return script.Text();
 }
 
 } // namespace
@@ -296,35 +333,22 @@ bool NeedsUtf8(const BuildPlan& plan)
 
 CString ComposeInstallScript(const BuildPlan& plan)
 {
-    const bool ascii = !NeedsUtf8(plan);
-    CScript script;
-    Open(script, L"Installs this deployment on the computer where it is run, without asking.");
-    SwitchCodePage(script, ascii);
-    WriteSettings(script, plan.commands);
-    ChooseLogFolder(script);
+    std::vector<InstallerRun> runs;
     for (const BuildDatabase& database : plan.databases) {
-        SetLog(script, plan, database, L"Install");
-        Run(script, L"/i \"%~dp0" + QuotedBatchText(database.strTarget) + L"\"" + PatchArgument(database));
+        runs.push_back({&database, L"/i \"%~dp0" + QuotedBatchText(database.strTarget) + L"\"" +
+                                       PatchArgument(database)});
     }
-    Close(script, false, ascii);
-    return script.Text();
+    return ComposeScript(plan, INSTALL, runs);
 }
 
 CString ComposeUninstallScript(const BuildPlan& plan)
 {
-    const bool ascii = !NeedsUtf8(plan);
-    CScript script;
-    Open(script, L"Removes this deployment's products from the computer where it is run, without asking.");
-    SwitchCodePage(script, ascii);
-    WriteSettings(script, plan.commands);
-    ChooseLogFolder(script);
+    std::vector<InstallerRun> runs;
     // What was installed last, a language pack for instance, builds on what came before it.
     for (auto database = plan.databases.rbegin(); database != plan.databases.rend(); ++database) {
-        SetLog(script, plan, *database, L"Uninstall");
         CString code = CodeArgument(database->strProductCode);
         code.Replace(L"%", L"%%");
-        Run(script, L"/x " + code);
+        runs.push_back({&*database, L"/x " + code});
     }
-    Close(script, true, ascii);
-    return script.Text();
+    return ComposeScript(plan, UNINSTALL, runs);
 }

@@ -247,7 +247,12 @@ CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath, boo
             L"change their settings at the top of each file. The folder can be moved or shared under another "
             L"name; the lines below then need its "
             L"new\r\n"
-            L"path. Workstations only read it; write access is needed for the log folder alone.\r\n";
+            L"path. Workstations only read it; write access is needed for the log folder alone.\r\n"
+            L"Try them first with the word /check behind the name: it shows what each would run, and checks "
+            L"that the "
+            L"account\r\n"
+            L"that runs it can read every file. It installs and removes nothing. The word /? shows the "
+            L"words.\r\n";
     for (const BuildDatabase& database : plan.databases) {
         AppendProduct(text, plan, database, workstationPath);
     }

@@ -118,7 +118,7 @@ bool HasOnlyKnownVariables(const CString& line)
         for (const wchar_t* start :
              {L"%%", L"%~dp0", L"%windir%", L"%TEMP%", L"%LOG", L"%LOCAL_LOGS%", L"%DISPLAY_OPTION%",
               L"%COMPUTERNAME%", L"%ERRORLEVEL%", L"%CODE%", L"%RESULT%", L"%KEEP_LOCAL_LOG%", L"%PROBE%",
-              L"%RANDOM%", L"%CODE_PAGE%"}) {
+              L"%RANDOM%", L"%CODE_PAGE%", L"%~1", L"%USERDOMAIN%", L"%USERNAME%"}) {
             const CString variable = start;
             if (line.Mid(index, variable.GetLength()) == variable) {
                 known = true;

@@ -1,5 +1,6 @@
 // The texts of a deployment, composed without building one.
 #include "builder/build_failure.h"
+#include "builder/build_names.h"
 #include "builder/change_report.h"
 #include "builder/command_text.h"
 #include "builder/copy_list.h"
@@ -30,6 +31,14 @@ BuildPlan TwoProducts()
     plan.databases = {Product(L"Zolt", L"Image\\Zolt\\Zolt.msi", FIRST_CODE),
                       Product(L"Pack", L"Image\\Pack\\Pack.msi", SECOND_CODE)};
     return plan;
+}
+
+// The script without its own check, which reads names of files in any case.
+CString WithoutCheck(const CString& script)
+{
+    const int check = script.Find(L"\r\n:check\r\n");
+    EXPECT_GT(check, 0) << Utf8(script);
+    return script.Left(check);
 }
 
 #define EXPECT_LACKS(text, part) EXPECT_EQ((text).Find(part), -1) << "found in:\n" << Utf8(text)
@@ -143,9 +152,39 @@ TEST(Notes, ListPatchesWithCodeAndNameAppendedAndMergedApart)
 TEST(BuildCommands, TheScriptIsAsciiUnlessANameHasOtherLetters)
 {
     BuildPlan plan = TwoProducts();
-    EXPECT_LACKS(ComposeInstallScript(plan), L"chcp");
+    EXPECT_TRUE(IsAscii(ComposeInstallScript(plan)));
+    EXPECT_LACKS(WithoutCheck(ComposeInstallScript(plan)), L"chcp 65001");
     plan.databases[0].strTarget = L"Image\\Z\x00F6lt.msi";
     EXPECT_HOLDS(ComposeInstallScript(plan), L"chcp 65001 >nul");
+}
+
+TEST(BuildCommands, TheCheckShowsEachCommandAsItWouldRun)
+{
+    BuildPlan plan = TwoProducts();
+    plan.databases[0].patchTargets = {L"Image\\100% & more.msp"};
+    const CString install = ComposeInstallScript(plan);
+    const CString check = install.Mid(WithoutCheck(install).GetLength());
+    EXPECT_HOLDS(
+        check,
+        L"echo     msiexec.exe /i \"%~dp0Image\\Zolt\\Zolt.msi\" PATCH=\"%~dp0Image\\100%% & more.msp\" "
+        L"%DISPLAY_OPTION% /norestart /L*V \"%LOGS%\\%LOG%\"\r\n");
+    EXPECT_LT(check.Find(L"Zolt.msi"), check.Find(L"Pack.msi"));
+    const CString uninstall = ComposeUninstallScript(plan);
+    const CString removal = uninstall.Mid(WithoutCheck(uninstall).GetLength());
+    EXPECT_LT(removal.Find(CString(L"msiexec.exe /x ") + SECOND_CODE),
+              removal.Find(CString(L"msiexec.exe /x ") + FIRST_CODE));
+    EXPECT_LACKS(check, L"start \"\"");
+    EXPECT_LACKS(removal, L"start \"\"");
+}
+
+// A line with the sign for help makes the interpreter show the help of its own command.
+TEST(BuildCommands, NoLineThatIsShownHasTheSignForHelp)
+{
+    for (const CString& script :
+         {ComposeInstallScript(TwoProducts()), ComposeUninstallScript(TwoProducts())}) {
+        EXPECT_LACKS(script, L"/?\r\n");
+        EXPECT_LACKS(script, L" /? ");
+    }
 }
 
 TEST(BuildCommands, ALogTakesTheLettersOfItsProductFromTheNameOfAFile)
@@ -161,7 +200,7 @@ TEST(BuildCommands, ALogTakesTheLettersOfItsProductFromTheNameOfAFile)
                          L"set \"NAME=\"\r\n"
                          L"for /r \"%~dp0Image\\LogNames\" %%F in (2-*) do set \"NAME=%%~nxF\"\r\n"
                          L"if defined NAME set \"LOG=%NAME:~2%_27.0.0_Install_%COMPUTERNAME%.log\"\r\n");
-    EXPECT_LACKS(script, L"chcp");
+    EXPECT_LACKS(WithoutCheck(script), L"chcp 65001");
     EXPECT_LACKS(script, L"(1-*)");
     const TargetNames targets = NamedTargets(plan);
     EXPECT_EQ(targets.count(LogNameFile(plan, plan.databases[1])), 1u);
@@ -328,4 +367,10 @@ TEST(BuildCommands, ALogOnTheNetworkIsCopiedToTheComputerOnlyWhenAsked)
     EXPECT_HOLDS(script, L"set \"KEEP_LOCAL_LOG=1\"\r\n");
     EXPECT_LT(script.Find(L"set \"CODE=%ERRORLEVEL%\""), script.Find(L"call :keep_local_log"))
         << "the copy's own result would be taken for the installer's";
+}
+
+TEST(BuildNotes, TheyNameTheCheckOfTheScripts)
+{
+    EXPECT_HOLDS(ComposeReadMe(TwoProducts(), L"\\\\server\\apps\\Office"),
+                 L"the word /check behind the name");
 }
