@@ -2,8 +2,9 @@
    64 bits, and the mark. Run with " /e TARGET" it writes the patch to TARGET.
 
    Exit codes: 0 written, 1 wrong words, 2 no patch is appended, 3 the target couldn't be written (nothing is left). */
-#include <shellapi.h>
 #include <windows.h>
+
+#include <shellapi.h>
 
 enum
 {
