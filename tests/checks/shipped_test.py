@@ -33,11 +33,24 @@ class ShippedTest(unittest.TestCase):
         self.assertNotIn("TerminateProcess", imports_of("WizCore.dll"))
 
     def test_no_variable_of_the_tests_is_known_to_what_ships(self):
-        for name in ("WizCore.dll", "RolloutUi.dll", "SlimHtml.dll", "Setup.exe"):
+        for name in ("WizCore.dll", "RolloutUi.dll", "SlimHtml.dll", "FixMgr.dll", "Kmd32.dll", "Setup.exe"):
             with open(os.path.join(BUILD, "bin", name), "rb") as file:
                 self.assertNotIn("BUILD_TEST_".encode("utf-16-le"), file.read(), name)
         with open(os.path.join(BUILD, "bin", "build_test.exe"), "rb") as file:
             self.assertIn("BUILD_TEST_".encode("utf-16-le"), file.read(), "the check finds it where it is")
+
+    def test_the_catalog_exports_plain_names(self):
+        for library, names in (("FixMgr.dll", ["CheckPatchFile", "GetPatchInfo"]), ("Kmd32.dll", ["getKMDValue", "setMRFlag"])):
+            listing = subprocess.run([TOOL + "objdump", "-p", os.path.join(BUILD, "bin", library)], capture_output=True,
+                                     text=True, check=True).stdout
+            exported = listing.split("[Ordinal/Name Pointer] Table")[1].split("\n\n")[0]
+            self.assertEqual([line.split()[-1] for line in exported.strip().splitlines()], names)
+
+    def test_each_language_has_the_library_that_the_page_looks_for_there(self):
+        languages = os.path.join(BUILD, "bin", "Languages")
+        self.assertTrue(os.listdir(languages))
+        for locale in os.listdir(languages):
+            self.assertTrue(os.path.exists(os.path.join(languages, locale, "Kmd32.dll")), locale)
 
 
 if __name__ == "__main__":

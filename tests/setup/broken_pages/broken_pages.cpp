@@ -8,6 +8,7 @@
 #include <windows.h>
 
 #include <exception>
+#include <initializer_list>
 #include <stdexcept>
 #include <thread>
 
@@ -160,6 +161,17 @@ int CancelBehindFolder(PageContext*)
     return NAVIGATION_CANCEL;
 }
 
+// As the service pack page loads its libraries. Here none lies beside the program, so that the search goes on.
+int LoadsByName(PageContext*)
+{
+    for (const wchar_t* name : {L"FixMgr.dll", L"Kmd32.dll"}) {
+        if (const HMODULE library = LoadLibraryExW(name, nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
+            FreeLibrary(library);
+        }
+    }
+    return NAVIGATION_NEXT;
+}
+
 int Exception(PageContext*)
 {
     throw std::runtime_error("the page has thrown this");
@@ -184,6 +196,7 @@ const Fault g_faults[] = {
     {L"Slow", Slow},
     {L"BrokenBuild", BrokenBuild},
     {L"CancelBehindFolder", CancelBehindFolder},
+    {L"LoadsByName", LoadsByName},
     {L"Exception", Exception},
 };
 
