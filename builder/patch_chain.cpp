@@ -118,7 +118,13 @@ PatchChain ChainPatches(const std::vector<std::vector<PatchTransform>>& patches,
         }
         return false;
     };
-    while (placeNext([&](const auto& patch) { return FindFitting(patch, productCode, versions.back()); })) {
+    const auto findNext = [&](const auto& patch) { return FindFitting(patch, productCode, versions.back()); };
+    const auto findKeeping = [&](const auto& patch) {
+        const PatchTransform* const step = findNext(patch);
+        return step && step->strNewVersion == versions.back() ? step : nullptr;
+    };
+    // Those that keep the version come first: behind one that raises it they would fit no more.
+    while (placeNext(findKeeping) || placeNext(findNext)) {
     }
     chain.strVersion = versions.back();
     // What fits a version on the way is needless beside another one, or the other way round: the installer sorts it out.

@@ -99,6 +99,19 @@ TEST(PatchChainTest, PatchesThatKeepTheVersionStayInTheirOrder)
     EXPECT_EQ(chain.strVersion, CString(L"1.0.0"));
 }
 
+// Behind one that raises the version it would be skipped, without a word.
+TEST(PatchChainTest, APatchThatKeepsTheVersionComesBeforeOneThatRaisesIt)
+{
+    const PatchChain chain = ChainPatches({{Step(L"1.0.0", L"1.0.1")},
+                                           {Step(L"1.0.1", L"1.0.2")},
+                                           {Step(L"1.0.1", L"1.0.1")},
+                                           {Step(L"1.0.0", L"1.0.0")}},
+                                          CODE, L"1.0.0");
+    EXPECT_EQ(chain.order, (Indexes{3, 0, 2, 1}));
+    EXPECT_EQ(chain.unfit, Indexes());
+    EXPECT_EQ(chain.strVersion, CString(L"1.0.2"));
+}
+
 TEST(PatchChainTest, APatchForAVersionThatNothingLeadsToIsUnfit)
 {
     const PatchChain chain =
@@ -130,7 +143,7 @@ TEST(PatchChainTest, OfAPatchWithoutTransformsNothingIsSaid)
 {
     const PatchChain chain = ChainPatches({{}, {Step(L"1.0.0", L"1.0.1")}, {}}, CODE, L"1.0.0");
     EXPECT_EQ(chain.unfit, Indexes());
-    EXPECT_EQ(chain.order, (Indexes{0, 1, 2}));
+    EXPECT_EQ(chain.order, (Indexes{0, 2, 1}));
     EXPECT_EQ(chain.strVersion, CString(L"1.0.1"));
 }
 
