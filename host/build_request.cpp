@@ -6,6 +6,7 @@
 #include "builder/deployment_place.h"
 #include "builder/package_sources.h"
 #include "host/host_messages.h"
+#include "host/patch_plan.h"
 #include "host/read_again.h"
 #include "include/version.h"
 
@@ -14,7 +15,6 @@
 namespace {
 
 constexpr unsigned int INSTALL_WITH_PROGRESS = 3; // the settings page's second mode; the first is silent
-constexpr const wchar_t* PATCH_FOLDER = L"ServicePacks\\";
 
 CString InImage(const CString& relative)
 {
@@ -43,6 +43,18 @@ SetupDescription DescribeImage(const Media& media, int platform)
     }
     std::erase_if(image.products, [](const ProductDescription& product) { return product.packages.empty(); });
     return image;
+}
+
+void SetVersion(std::vector<ProductDescription>& products, const BuildDatabase& database)
+{
+    for (ProductDescription& product : products) {
+        for (PackageDescription& package : product.packages) {
+            if (package.strProductCode.CompareNoCase(database.strProductCode) == 0) {
+                package.strVersion = database.strProductVersion;
+            }
+        }
+        SetVersion(product.languagePacks, database);
+    }
 }
 
 class CPlanMaker
@@ -74,6 +86,9 @@ public:
             AddFolder(m_media.description.strResourceFolder + L"\\");
         }
         m_image = DescribeImage(m_media, m_manager.m_platform);
+        for (const BuildDatabase& database : m_plan.databases) {
+            SetVersion(m_image.products, database); // merging may have raised it
+        }
         m_plan.texts.push_back({InImage(SETUP_FILE), WriteSetupDescription(m_image)});
         m_plan.texts.push_back({DEPLOYMENT_FILE, WriteDeploymentFile(m_stored)});
         if (!answers.IsEmpty()) {
@@ -103,7 +118,7 @@ private:
         database.strProductCode = product.m_strProductCode;
         database.strProductVersion = product.GetPackage().strVersion;
         database.strMaker = m_media.description.strMaker;
-        AddPatches(product, folder, database);
+        AddPatches(product, database);
         m_plan.databases.push_back(std::move(database));
         if (folder.IsEmpty()) {
             AddLooseFiles(product);
@@ -112,32 +127,13 @@ private:
         }
     }
 
-    // Patch files come into the image, and the deployment's file names them there.
-    void AddPatches(const CHostProduct& product, const CString& folder, BuildDatabase& database)
+    void AddPatches(CHostProduct& product, BuildDatabase& database)
     {
-        const bool appended = product.m_patchFiles.empty() ? false : IsAppended(product);
-        StoredProduct* stored = nullptr;
-        for (StoredProduct& candidate : m_stored.products) {
-            if (candidate.strProductCode == product.GetPackage().strProductCode) {
-                stored = &candidate;
+        for (StoredProduct& stored : m_stored.products) {
+            if (stored.strProductCode == product.GetPackage().strProductCode) {
+                PlanPatches(product, m_media.strRoot, m_plan, database, stored);
             }
         }
-        for (std::size_t index = 0; index < product.m_patchFiles.size(); ++index) {
-            const CString relative = folder + PATCH_FOLDER + LastName(product.m_patchFiles[index]);
-            m_plan.files.push_back({product.m_patchFiles[index], InImage(relative)});
-            if (appended) {
-                database.patchTargets.push_back(InImage(relative));
-            }
-            if (stored && index < stored->patches.size()) {
-                stored->patches[index].file = relative;
-            }
-        }
-    }
-
-    static bool IsAppended(const CHostProduct& product)
-    {
-        const Setup::tagPATCHSTATE state = const_cast<CHostProduct&>(product).GetPatchState();
-        return state == Setup::PATCHSTATE_APPEND || state == Setup::PATCHSTATE_APPENDED;
     }
 
     // A package that stands at the media's root may share its folder with anything: only what it names goes along.
@@ -216,6 +212,7 @@ OperationError DecidePlan(CHostSetupManager& manager, const CString& answers, Bu
 
 BuildResult BuildFromManager(CHostSetupManager& manager, const CString& answers, IBuildProgress& progress)
 {
+    manager.UseFoldersOf(nullptr);
     BuildPlan plan;
     if (OperationError error = DecidePlan(manager, answers, plan)) {
         return {error, CString(), {}};

@@ -7,7 +7,8 @@
 
 namespace {
 
-constexpr int DEPLOYMENT_VERSION = 1;
+constexpr int DEPLOYMENT_VERSION = 2;
+constexpr int FIRST_VERSION_WITH_PATCH_CODES = 2;
 
 // Notes the fault of one item too many.
 template <class Items>
@@ -61,6 +62,12 @@ void WriteProduct(CXmlText& xml, const StoredProduct& product)
         xml.OpenElement(L"Patch");
         xml.AddAttribute(L"file", patch.file);
         xml.AddAttribute(L"merged", NumberText(patch.merged));
+        if (!patch.code.IsEmpty()) {
+            xml.AddAttribute(L"code", patch.code);
+        }
+        if (!patch.sha256.IsEmpty()) {
+            xml.AddAttribute(L"sha256", patch.sha256);
+        }
         xml.CloseElement();
     }
     for (const StoredAddedFile& file : product.addedFiles) {
@@ -176,10 +183,10 @@ void CDeploymentFileReader::ReadElement(const CString& name, const CString& pare
 
 void CDeploymentFileReader::ReadDeployment(CXmlValues& values)
 {
-    const int version = values.ReadNumber(L"version", 1, 1000000);
-    if (version > DEPLOYMENT_VERSION) {
+    m_version = values.ReadNumber(L"version", 1, 1000000);
+    if (m_version > DEPLOYMENT_VERSION) {
         values.Fail(
-            HostSentence(HostText::XmlNewerVersion, {NumberText(version), NumberText(DEPLOYMENT_VERSION)}));
+            HostSentence(HostText::XmlNewerVersion, {NumberText(m_version), NumberText(DEPLOYMENT_VERSION)}));
     }
     m_file.strName = values.ReadFolderName(L"name", false);
     m_file.strSetupCode = values.ReadGuid(L"setupCode");
@@ -221,8 +228,16 @@ void CDeploymentFileReader::ReadProduct(CXmlValues& values)
 void CDeploymentFileReader::ReadPatch(CXmlValues& values)
 {
     StoredPatch patch;
-    patch.file = values.ReadRelativePath(L"file", false);
     patch.merged = values.ReadNumber(L"merged", 0, 1) == 1;
+    if (m_version < FIRST_VERSION_WITH_PATCH_CODES) {
+        patch.file = values.ReadRelativePath(L"file", false);
+        patch.merged = false; // no build merged any then, whatever the file says
+    } else {
+        // What is merged stays so, with or without its file, and can't be looked at again.
+        patch.file = values.ReadRelativePath(L"file", patch.merged);
+        patch.code = patch.merged || values.Has(L"code") ? values.ReadGuid(L"code") : CString();
+        patch.sha256 = patch.merged || values.Has(L"sha256") ? values.ReadHash(L"sha256") : CString();
+    }
     if (++m_patchCount > PATCH_LIMIT) {
         values.Fail(HostSentence(HostText::XmlTooMany, {L"Patch", NumberText(PATCH_LIMIT)}));
     }

@@ -20,10 +20,14 @@ using PropertyStore = std::vector<StoredProperty>; // in the order of the first 
 // An empty value is a value: pages distinguish it from none.
 void StoreProperty(PropertyStore& store, const CString& name, const CString& value);
 
+// A patch of a deployment: appended, so that it is installed along with the product, or merged into the image. It is known
+// by code and content; files before version 2 name neither.
 struct StoredPatch
 {
-    CString file; // in a deployment's file relative to the image; a full path before it is built
+    CString file; // below the image; empty for a merged one whose file isn't there
     bool merged = false;
+    CString code;   // with braces, upper case
+    CString sha256; // 64 hex digits, lower case
     bool operator==(const StoredPatch&) const = default;
 };
 
@@ -96,6 +100,7 @@ private:
     std::vector<CString> m_open;
     std::set<CString> m_productCodes;
     std::size_t m_patchCount = 0; // of all products
+    int m_version = 0;
     bool m_settingsSeen = false;
     bool m_patchTextsSeen = false; // of the product that is open
 };

@@ -45,6 +45,8 @@ constexpr Sentence SENTENCES[] = {
      L"or use a newer program. Known pages: %3."},
     {HostText::ValueNotGuid, L"\"%2\" of attribute \"%1\" is not a code of the form "
                              L"{12345678-1234-1234-1234-123456789ABC}. Correct it."},
+    {HostText::ValueNotHash,
+     L"\"%2\" of attribute \"%1\" is not a SHA-256 of 64 digits 0 to 9 and a to f. Correct it."},
     {HostText::ValueNotRelative, L"\"%2\" of attribute \"%1\" is not a path below the folder of this file. "
                                  L"Use a relative path without \"..\", \"/\" or a drive."},
     {HostText::ValueNotFileName,
@@ -154,6 +156,9 @@ constexpr Sentence SENTENCES[] = {
      L"old and new. Choose it again to work with what it is now."},
     {HostText::PathsUnresolved, L"The installer can't resolve the folders of \"%1\" (%2). Paths are worked "
                                 L"out from the package's tables instead."},
+    {HostText::PatchLost,
+     L"The patch \"%1\" of \"%2\", which Deployment.xml names, isn't in the image. It is left off "
+     L"the list of patches."},
     {HostText::NoProductsForPlatform,
      L"The media hold no package for the %1 platform. Select the other platform."},
     {HostText::AdditionsUnchecked,

@@ -29,6 +29,7 @@ enum class HostText
     ValueNotChoice,
     ValueNotPage,
     ValueNotGuid,
+    ValueNotHash,
     ValueNotRelative,
     ValueNotFileName,
     ValueNotFolderName,
@@ -83,6 +84,7 @@ enum class HostText
     LocationInsideMedia,
     BaseChanged,
     PathsUnresolved,
+    PatchLost,
     NoProductsForPlatform,
     AdditionsUnchecked,
     // Log

@@ -6,6 +6,7 @@
 #include "host/host_messages.h"
 #include "host/media.h"
 #include "host/package_identity.h"
+#include "host/patch_states.h"
 #include "host/silent_installer.h"
 #include "host/system_reason.h"
 #include "host/user_feature_rows.h"
@@ -271,16 +272,11 @@ void CHostProduct::SetProperty(const wchar_t* name, const wchar_t* value)
     }
 }
 
-Setup::tagPATCHSTATE CHostProduct::GetMsiPatchState()
-{
-    return m_storedPatchState;
-}
-
+// The page asks this of each file of its list right before the installer judges it.
 bool CHostProduct::IsPatchMerged(const CString& file)
 {
-    return std::any_of(m_storedPatches.begin(), m_storedPatches.end(), [&](const StoredPatch& patch) {
-        return patch.merged && LastName(patch.file).CompareNoCase(LastName(file)) == 0;
-    });
+    m_patches.Note(file);
+    return m_patches.IsMerged(file);
 }
 
 bool CHostProduct::GetCustomShortcuts(std::vector<ShortcutStrings>& list)
@@ -340,40 +336,53 @@ StoredProduct CHostProduct::Store() const
     stored.addedFiles = ReadAddedFiles();
     stored.patchState = m_patchState;
     stored.includePatch = std::clamp(m_patchFlag, -1, 2);
-    for (const CString& file : m_patchFiles) {
-        const auto known =
-            std::find_if(m_storedPatches.begin(), m_storedPatches.end(), [&](const StoredPatch& patch) {
-                return LastName(patch.file).CompareNoCase(LastName(file)) == 0;
-            });
-        stored.patches.push_back({file, known != m_storedPatches.end() && known->merged});
-    }
-    stored.strPatchPath = m_strPatchPath;
     stored.strPatchName = m_strPatchName;
     stored.strPatchReadme = m_strPatchReadme;
     stored.strPatchSize = m_strPatchSize;
     return stored;
 }
 
-void CHostProduct::Load(const StoredProduct& stored, const CString& imageRoot)
+void CHostProduct::LoadPatches(const StoredProduct& stored, const CString& imageRoot,
+                               std::vector<CString>& warnings)
+{
+    std::vector<CString> lost;
+    m_patches.Load(stored.patches, imageRoot, FolderOfFile(m_strRelativeFile), lost);
+    for (const CString& file : lost) {
+        warnings.push_back(HostSentence(HostText::PatchLost, {file, m_product.strName}));
+    }
+    const PatchesOfImage patches{stored.patchState, m_patches.HasMerged(), m_patches.HasUnmerged()};
+    m_imagePatchState = StateInImage(patches);
+    m_patchState = ChosenState(patches);
+    m_patchFiles.clear();
+    for (const StoredPatch& patch : m_patches.GetStored()) {
+        if (!patch.file.IsEmpty()) {
+            m_patchFiles.push_back(m_patches.PathOf(patch));
+        }
+    }
+}
+
+void CHostProduct::Load(const StoredProduct& stored, const CString& imageRoot, std::vector<CString>& warnings)
 {
     m_properties = stored.properties;
     RestoreSources(stored.addedFiles);
-    m_storedPatches = stored.patches;
-    m_patchState = static_cast<Setup::tagPATCHSTATE>(stored.patchState);
-    // What was chosen then is done now: appended or merged patches are part of the image.
-    m_storedPatchState = m_patchState == Setup::PATCHSTATE_APPEND  ? Setup::PATCHSTATE_APPENDED
-                         : m_patchState == Setup::PATCHSTATE_MERGE ? Setup::PATCHSTATE_MERGED
-                                                                   : m_patchState;
-    if (stored.patches.empty()) {
-        m_storedPatchState = Setup::PATCHSTATE_NONE;
-    }
-    m_patchFiles.clear();
-    for (const StoredPatch& patch : stored.patches) {
-        m_patchFiles.push_back(imageRoot + patch.file);
-    }
+    LoadPatches(stored, imageRoot, warnings);
     m_patchFlag = stored.includePatch;
-    m_strPatchPath = stored.strPatchPath;
     m_strPatchName = stored.strPatchName;
     m_strPatchReadme = stored.strPatchReadme;
     m_strPatchSize = stored.strPatchSize;
+    // Only what the build put into the image is still there.
+    const CString path = imageRoot + stored.strPatchPath;
+    m_bPatchDownloaded = !stored.strPatchPath.IsEmpty() && m_patches.FindStored(path);
+    m_strPatchPath = m_bPatchDownloaded ? path : CString();
+}
+
+void CHostProduct::LoadMergedPatches(const StoredProduct& stored, const CString& imageRoot,
+                                     std::vector<CString>& warnings)
+{
+    LoadPatches(stored, imageRoot, warnings);
+    m_patchState = Setup::PATCHSTATE_NONE;
+    if (m_imagePatchState != Setup::PATCHSTATE_MERGED) {
+        m_imagePatchState = Setup::PATCHSTATE_NONE;
+    }
+    std::erase_if(m_patchFiles, [&](const CString& file) { return !m_patches.FindStored(file)->merged; });
 }

@@ -3,6 +3,7 @@
 
 #include "host/deployment_file.h"
 #include "host/directories.h"
+#include "host/product_patches.h"
 #include "host/setup_description.h"
 #include "include/product.h"
 #include "installer/handle.h"
@@ -16,6 +17,7 @@ struct ProductSource
     CString strMediaRoot;      // with backslash
     CString strRelativeFolder; // below the root, with backslash; may be empty
     CString strWorkFolder;     // its own, with backslash
+    CString strDownloadFolder; // likewise, for what the pages download; not made yet
     int platform = 3;
 };
 
@@ -34,7 +36,7 @@ public:
     bool SetMsiProperty(const wchar_t* name, const wchar_t* value, bool flag) override;
     bool GetProperty(const wchar_t* name, wchar_t* buffer, int* size) override;
     void SetProperty(const wchar_t* name, const wchar_t* value) override;
-    Setup::tagPATCHSTATE GetMsiPatchState() override;
+    Setup::tagPATCHSTATE GetMsiPatchState() override { return m_imagePatchState; }
     Setup::tagPATCHSTATE GetPatchState() override { return m_patchState; }
     void SetPatchState(Setup::tagPATCHSTATE state) override { m_patchState = state; }
     bool IsPatchMerged(const CString& file) override;
@@ -58,16 +60,24 @@ public:
     const CString& GetOriginalFile() const { return m_strOriginalFile; }
     const PackageDescription& GetPackage() const { return m_package; }
 
-    // The settings that a deployment file keeps of the product; patch files still by their full paths.
+    const CString& GetDownloadFolder() const { return m_source.strDownloadFolder; }
+    CProductPatches& GetPatches() { return m_patches; }
+
+    // The settings that a deployment file keeps of the product, but for its patches, which a build plans.
     StoredProduct Store() const;
-    // `imageRoot`: of the deployment they come from; its patch files lie below it.
-    void Load(const StoredProduct& stored, const CString& imageRoot);
+    // `imageRoot`: of the deployment they come from; its patch files lie below it. `warnings` gets what is worth a log line.
+    void Load(const StoredProduct& stored, const CString& imageRoot, std::vector<CString>& warnings);
+    // The same of a new deployment that is made from the media of another one: nothing that was chosen there counts, but what
+    // was merged is merged.
+    void LoadMergedPatches(const StoredProduct& stored, const CString& imageRoot,
+                           std::vector<CString>& warnings);
 
 private:
     OperationError CopyPackage();
     void ReadDatabase(const SessionTargets& targets);
     std::vector<StoredAddedFile> ReadAddedFiles() const;
     void RestoreSources(const std::vector<StoredAddedFile>& files);
+    void LoadPatches(const StoredProduct& stored, const CString& imageRoot, std::vector<CString>& warnings);
 
     const ProductDescription m_product;
     const PackageDescription m_package;
@@ -79,8 +89,8 @@ private:
     std::unique_ptr<CHostFeatureManager> m_features;
     std::unique_ptr<CHostDirectoryManager> m_directories;
     PropertyStore m_properties;
-    std::vector<StoredPatch> m_storedPatches;
-    Setup::tagPATCHSTATE m_storedPatchState = Setup::PATCHSTATE_NONE;
+    CProductPatches m_patches;
+    Setup::tagPATCHSTATE m_imagePatchState = Setup::PATCHSTATE_NONE;
     Setup::tagPATCHSTATE m_patchState = Setup::PATCHSTATE_NONE;
     CString m_strPatchPath;
     CString m_strPatchName;

@@ -54,6 +54,9 @@ public:
     DeploymentFile DescribeDeployment() const;
     // What the step label of the next page says: the media's text, followed by the product's name unless that is empty.
     void NameProductInStep(const CString& product);
+    // A page of the product comes up: it downloads into a folder of the run, as nothing may appear in the deployment's place
+    // before it is built. Null: a page of no product, or the build.
+    void UseFoldersOf(CProduct* product);
     void SetResultLines(const CString& first, const CString& second);
     // What stands in the place of the new deployment. What may be replaced: the deployment that is modified, one that the
     // begin page asked about, and one that AllowReplacing named.
@@ -70,6 +73,7 @@ private:
     OperationError ReplaceProducts();
     void RemoveWorkCopies(int number);
     OperationError COpenProduct(const ProductDescription& product, std::unique_ptr<CHostProduct>& opened);
+    OperationError LoadStored(CHostProduct& product, std::vector<CString>& warnings);
     void ApplyStoredSettings();
     void UseMedia(const Media& media);
     void UpdatePathRule();
@@ -123,6 +127,7 @@ private:
     bool m_productsOpen = false;
     Setup::tagPLATFORM m_productsPlatform = Setup::PLATFORM_X64; // while they are open
     int m_workNumber = 0; // each opening of products has a folder of its own
+    int m_downloadNumber = 0;
     DeploymentBase m_base;
     CString m_answeredStamp; // of the deployment that the program asked about
     CString m_strModeFailure;

@@ -20,6 +20,13 @@ namespace {
 
 constexpr unsigned int STAGE_AFTER_BUILD = 4; // Cancel acts as Next: nothing is left to cancel
 
+// Tab pages of several products come up in turn, long after their records were filled.
+int UseFoldersOfPage(PageContext* context)
+{
+    static_cast<CHostSetupManager*>(context->pSetupManager)->UseFoldersOf(context->pProduct);
+    return 0;
+}
+
 class CSetupHostImplementation final : public CSetupHost
 {
 public:
@@ -83,6 +90,8 @@ PageContext CSetupHostImplementation::MakePageContext(const FlowPage& page, bool
     const std::vector<CProduct*>& products = GetProducts();
     PageContext context = MakePageContext(page, canGoBack, products.empty() ? nullptr : products.front());
     m_manager->NameProductInStep(CString());
+    m_manager->UseFoldersOf(nullptr);
+    context.preInitHooks.clear();
     return context;
 }
 
@@ -96,6 +105,8 @@ PageContext CSetupHostImplementation::MakePageContext(const FlowPage& page, bool
     context.hDatabase = product ? product->GetMsiHandle() : 0;
     const bool isOneOfSeveral = product && m_manager->m_pProducts->size() > 1;
     m_manager->NameProductInStep(isOneOfSeveral ? CString(product->m_strName) : CString());
+    m_manager->UseFoldersOf(product);
+    context.preInitHooks.push_back(UseFoldersOfPage);
     return context;
 }
 

@@ -5,6 +5,13 @@
 
 #include <utility>
 
+namespace {
+
+// Beside the working copies, whose folders the media name. What the pages download lives as long as the products know it.
+constexpr const wchar_t* DOWNLOADS = L"-downloads\\";
+
+} // namespace
+
 void CHostSetupManager::ReloadProductData()
 {
     DeleteProductList();
@@ -60,6 +67,7 @@ void CHostSetupManager::RemoveWorkCopies(int number)
 {
     if (number > 0) {
         RemoveFolder(m_strWorkFolder + NumberText(number));
+        RemoveFolder(m_strWorkFolder + NumberText(number) + DOWNLOADS);
     }
 }
 
@@ -104,9 +112,11 @@ OperationError CHostSetupManager::COpenProduct(const ProductDescription& describ
         return {};
     }
     const CString folder = PackageFolder(m_media.description, described, m_platform);
+    const CString number = NumberText(m_workNumber);
     auto product = std::make_unique<CHostProduct>(
         described, *package,
-        ProductSource{m_media.strRoot, folder, m_strWorkFolder + NumberText(m_workNumber) + L"\\" + folder,
+        ProductSource{m_media.strRoot, folder, m_strWorkFolder + number + L"\\" + folder,
+                      m_strWorkFolder + number + DOWNLOADS + NumberText(++m_downloadNumber) + L"\\",
                       m_platform});
     std::vector<CString> warnings;
     OperationError error = product->Open(warnings);
@@ -116,10 +126,43 @@ OperationError CHostSetupManager::COpenProduct(const ProductDescription& describ
     if (error) {
         return error;
     }
-    const StoredProduct* stored = IsBaseLoaded() ? m_base.file.FindProduct(package->strProductCode) : nullptr;
-    if (stored) {
-        product->Load(*stored, m_media.strRoot);
+    warnings.clear();
+    error = LoadStored(*product, warnings);
+    for (const CString& warning : warnings) {
+        m_log.Append(warning);
     }
     opened = std::move(product);
-    return {};
+    return error;
+}
+
+OperationError CHostSetupManager::LoadStored(CHostProduct& product, std::vector<CString>& warnings)
+{
+    const CString& code = product.GetPackage().strProductCode;
+    if (IsBaseLoaded()) {
+        const StoredProduct* const stored = m_base.file.FindProduct(code);
+        if (stored) {
+            product.Load(*stored, m_media.strRoot, warnings);
+        }
+        return {};
+    }
+    if (m_media.strDeploymentFile.IsEmpty()) {
+        return {};
+    }
+    DeploymentFile file;
+    const OperationError error = ReadDeploymentFile(m_media.strDeploymentFile, file);
+    const StoredProduct* const stored = file.FindProduct(code);
+    if (!error && stored) {
+        product.LoadMergedPatches(*stored, m_media.strRoot, warnings);
+    }
+    return error;
+}
+
+void CHostSetupManager::UseFoldersOf(CProduct* product)
+{
+    const CHostProduct* const own = product ? FindProductByHandle(product->GetMsiHandle()) : nullptr;
+    if (own && m_setupMode >= Setup::SETUPMODE_CREATE_DEPLOYMENT) {
+        m_strDeploymentFolder = own->GetDownloadFolder();
+    } else {
+        UpdateDeploymentFolder();
+    }
 }

@@ -6,6 +6,7 @@
 #include "base/name_rules.h"
 #include "base/number_text.h"
 #include "builder/build_names.h"
+#include "builder/manifest_text.h"
 #include "builder/product_identity.h"
 #include "host/host_messages.h"
 #include "host/xml_limits.h"
@@ -161,6 +162,15 @@ CString CXmlValues::ReadGuid(const wchar_t* name)
         Fail(HostSentence(HostText::ValueNotGuid, {name, Shown(value)}));
     }
     return value.MakeUpper();
+}
+
+CString CXmlValues::ReadHash(const wchar_t* name)
+{
+    const CString value = ReadRequired(name);
+    if (!IsHashText(value)) {
+        Fail(HostSentence(HostText::ValueNotHash, {name, Shown(value)}));
+    }
+    return value;
 }
 
 CString CXmlValues::ReadLocale(const wchar_t* name)

@@ -22,6 +22,8 @@ public:
     int ReadOptionalNumber(const wchar_t* name, int least, int most, int otherwise);
     // {8-4-4-4-12}, given back in upper case.
     CString ReadGuid(const wchar_t* name);
+    // A SHA-256: 64 hex digits, lower case.
+    CString ReadHash(const wchar_t* name);
     CString ReadLocale(const wchar_t* name);
     // A path below the file's folder: relative, backslashes, no "." or "..", no reserved character or device name.
     CString ReadRelativePath(const wchar_t* name, bool mayBeEmpty);
@@ -30,13 +32,13 @@ public:
     CString ReadFolderName(const wchar_t* name, bool mayBeEmpty);
     // A full path; empty when there is none. Never one that a command couldn't hold in one line.
     CString ReadOptionalPath(const wchar_t* name);
+    [[nodiscard]] bool Has(const wchar_t* name) const;
     // Notes a fault of the caller's own.
     void Fail(const CString& message);
     // To be called last: notes attributes that nobody took.
     const XmlFault& Finish();
 
 private:
-    bool Has(const wchar_t* name) const;
     const XmlAttribute* Take(const wchar_t* name);
     void CheckLength(const wchar_t* name, const CString& value, int limit);
     CString ReadRequired(const wchar_t* name);

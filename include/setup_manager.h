@@ -86,5 +86,8 @@ public:
     std::vector<CProduct*>* m_pProducts = nullptr;
     unsigned int m_exitCode = 0; // the installer result; 1602 after a cancel
     HWND m_hCurrentPage = nullptr;
-    CString m_strDeploymentFolder; // in the modes 4, 5 and 6 the folder of the deployment's files
+    // In the modes 4, 5 and 6: while a page of a product is up, a folder of the run's own for that product, which need not be
+    // there yet and goes with the run; otherwise the folder of the deployment, ending in a backslash. Pages keep what they
+    // fetch in the former; a build copies what it needs from there.
+    CString m_strDeploymentFolder;
 };

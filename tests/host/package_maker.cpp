@@ -187,7 +187,7 @@ DeploymentFile DescribeTestDeployment(const wchar_t* name)
     product.strProductCode = PRODUCT_CODE;
     product.strName = L"Zolt 2027";
     product.properties.push_back({L"ADDITIONALFILES_MODIFIED", L"1"});
-    product.patches.push_back({L"x64\\Zolt\\ServicePacks\\sp1.msp", true});
+    product.patches.push_back({L"", true, MERGED_PATCH_CODE, CString(L'a', 64)});
     product.patchState = 4;
     file.products.push_back(product);
     return file;

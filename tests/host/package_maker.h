@@ -44,6 +44,9 @@ void MakePackage(const CString& path, const PackageForm& form = {});
 constexpr const wchar_t* PRODUCT_CODE = L"{11111111-2222-3333-4444-555555555556}";
 constexpr const wchar_t* SETUP_CODE = L"{11111111-2222-3333-4444-55555555ABCD}";
 
+constexpr const wchar_t* MERGED_PATCH_CODE =
+    L"{11111111-2222-3333-4444-555555555558}"; // of DescribeTestDeployment
+
 constexpr const wchar_t* NARROW_PRODUCT_CODE = L"{11111111-2222-3333-4444-555555555555}"; // 32-bit
 constexpr const wchar_t* PACK_PRODUCT_CODE = L"{11111111-2222-3333-4444-555555555557}";
 

@@ -179,20 +179,6 @@ TEST_F(StoredSettingsTest, ALogFolderOfTwoLinesRefusesTheBuild)
     EXPECT_GE(message.Find(L"networkLogFolder"), 0) << Utf8(message);
 }
 
-TEST_F(StoredSettingsTest, ABuiltDeploymentNamesItsPatchesBelowTheImage)
-{
-    WriteFileBytes(scratch + L"elsewhere\\sp1.msp", "patch");
-    Start().m_patchFiles.push_back(scratch + L"elsewhere\\sp1.msp");
-    Build();
-    const DeploymentFile file = ReadBuilt();
-    ASSERT_EQ(file.products.at(0).patches.size(), 1u);
-    EXPECT_EQ(file.products[0].patches[0].file, CString(L"x64\\Zolt\\ServicePacks\\sp1.msp"));
-    CProduct& again = OpenBuilt();
-    ASSERT_EQ(again.m_patchFiles.size(), 1u);
-    EXPECT_EQ(again.m_patchFiles[0], location + L"North\\Image\\x64\\Zolt\\ServicePacks\\sp1.msp");
-    EXPECT_TRUE(IsFile(again.m_patchFiles[0]));
-}
-
 TEST_F(StoredSettingsTest, ADeploymentThatNamesAPatchElsewhereIsPassedOverByNameAndLine)
 {
     DeploymentFile file = DescribeTestDeployment(L"Evil");

@@ -13,6 +13,8 @@
 
 namespace {
 
+constexpr const wchar_t* PATCH_CODE = L"{0B9E6A6E-0000-4000-8000-000000000001}";
+
 DeploymentFile Whole()
 {
     DeploymentFile file;
@@ -28,7 +30,7 @@ DeploymentFile Whole()
     product.strProductCode = L"{11111111-2222-3333-4444-555555555555}";
     product.strName = L"Zolt";
     product.properties.push_back({L"B", L"2"});
-    product.patches.push_back({L"x64\\Zolt\\ServicePacks\\sp1.msp", true});
+    product.patches.push_back({L"x64\\Zolt\\ServicePacks\\sp1.msp", true, PATCH_CODE, CString(L'a', 64)});
     product.addedFiles.push_back({L"TARN_0D7A5C1E_0000_4000_8000_000000000001", L"C:\\a.txt"});
     product.strPatchPath = L"C:\\sp1.msp";
     product.strPatchName = L"sp1";
@@ -60,6 +62,8 @@ std::string With(const std::string& old, const std::string& replacement)
     EXPECT_NE(place, std::string::npos) << old;
     return text.replace(place, old.size(), replacement);
 }
+
+const char PATCH_START[] = "file=\"x64\\Zolt\\ServicePacks\\sp1.msp\" merged=\"1\"";
 
 using Change = std::function<void(DeploymentFile&)>;
 
@@ -93,12 +97,66 @@ class HostilePatchTest : public testing::TestWithParam<const char*>
 
 TEST_P(HostilePatchTest, APatchOutsideOfTheImageIsRefusedByNameAndLine)
 {
-    const XmlFault fault =
-        Read(With("file=\"x64\\Zolt\\ServicePacks\\sp1.msp\"", std::string("file=\"") + GetParam() + "\""));
-    EXPECT_GE(fault.message.Find(L"is not a path below the folder"), 0) << Utf8(fault.message);
-    EXPECT_GE(fault.message.Find(TextFromUtf8(GetParam(), std::string(GetParam()).size())), 0)
-        << Utf8(fault.message);
-    EXPECT_EQ(fault.line, 7);
+    for (const char* merged : {"0", "1"}) {
+        const std::string file = GetParam();
+        const XmlFault fault =
+            Read(With(PATCH_START, "file=\"" + file + "\" merged=\"" + std::string(merged) + "\""));
+        const bool isRefused = !file.empty() || *merged == '0'; // what is merged may have lost its file
+        EXPECT_EQ(fault.message.Find(L"is not a path below the folder") >= 0, isRefused)
+            << Utf8(fault.message);
+        EXPECT_GE(fault.message.Find(TextFromUtf8(file.data(), file.size())), 0) << Utf8(fault.message);
+        EXPECT_EQ(fault.line, isRefused ? 7 : 0);
+    }
+}
+
+// Nobody can look at a patch again once it is merged, so the file has to say which one it was.
+TEST(DeploymentTextsTest, AMergedPatchWithoutCodeOrHashIsRefused)
+{
+    for (const char* attribute : {"code", "sha256"}) {
+        const std::string name = attribute;
+        const XmlFault fault = Read(With(
+            " " + name + "=\"" + (name == "code" ? Utf8(CString(PATCH_CODE)) : std::string(64, 'a')) + "\"",
+            ""));
+        EXPECT_GE(fault.message.Find(L"lacks the attribute \"" + TextFromUtf8(attribute, name.size())), 0)
+            << Utf8(fault.message);
+    }
+}
+
+TEST(DeploymentTextsTest, APatchCodeOrHashOfAnotherFormIsRefused)
+{
+    for (const char* code : {"", "x", "{0B9E6A6E-0000-4000-8000-00000000000}"}) {
+        const XmlFault fault = Read(With(Utf8(CString(PATCH_CODE)), code));
+        EXPECT_GE(fault.message.Find(L"of attribute \"code\" is not a code"), 0) << Utf8(fault.message);
+    }
+    for (const std::string& hash : {std::string(), std::string(63, 'a'), std::string(65, 'a'),
+                                    std::string(64, 'A'), std::string(64, 'g')}) {
+        const XmlFault fault = Read(With(std::string(64, 'a'), hash));
+        EXPECT_GE(fault.message.Find(L"of attribute \"sha256\" is not a SHA-256"), 0) << Utf8(fault.message);
+    }
+}
+
+// Files that were built before patches were known by code and content.
+TEST(DeploymentTextsTest, APatchOfAnEarlierFileIsReadAsNotMerged)
+{
+    const std::string facts =
+        " code=\"" + Utf8(CString(PATCH_CODE)) + "\" sha256=\"" + std::string(64, 'a') + "\"";
+    std::string earlier = With(facts, "");
+    const std::string version = "<Deployment version=\"2\"";
+    ASSERT_NE(earlier.find(version), std::string::npos);
+    earlier.replace(earlier.find(version), version.size(), "<Deployment version=\"1\"");
+    DeploymentFile file;
+    const XmlFault fault = Read(earlier, &file);
+    ASSERT_FALSE(fault) << Utf8(fault.message);
+    EXPECT_EQ(file.products.at(0).patches.at(0),
+              (StoredPatch{L"x64\\Zolt\\ServicePacks\\sp1.msp", false, CString(), CString()}));
+    EXPECT_FALSE(CheckReadsAgain(file));
+}
+
+TEST(DeploymentTextsTest, APatchCodeIsKeptInUpperCase)
+{
+    DeploymentFile file;
+    ASSERT_FALSE(Read(With("0B9E6A6E", "0b9e6a6e"), &file));
+    EXPECT_EQ(file.products.at(0).patches.at(0).code, CString(PATCH_CODE));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, HostilePatchTest,
@@ -183,7 +241,15 @@ TEST(ReadAgainTest, EveryFieldComesBackChanged)
         [](DeploymentFile& file) { file.products[0].strName = L"x"; },
         [](DeploymentFile& file) { file.products[0].properties[0].name = L"x"; },
         [](DeploymentFile& file) { file.products[0].patches[0].file = L"x"; },
+        [](DeploymentFile& file) { file.products[0].patches[0].file = L""; },
         [](DeploymentFile& file) { file.products[0].patches[0].merged = false; },
+        [](DeploymentFile& file) {
+            file.products[0].patches[0] = {L"x", false, CString(), CString()};
+        },
+        [](DeploymentFile& file) {
+            file.products[0].patches[0].code = L"{0B9E6A6E-0000-4000-8000-000000000002}";
+        },
+        [](DeploymentFile& file) { file.products[0].patches[0].sha256 = CString(L'b', 64); },
         [](DeploymentFile& file) { file.products[0].addedFiles[0].component = L"x"; },
         [](DeploymentFile& file) { file.products[0].addedFiles[0].source = L""; },
         [](DeploymentFile& file) { file.products[0].patchState = 5; },

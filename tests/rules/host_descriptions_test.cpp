@@ -78,7 +78,8 @@ DeploymentFile MakeDeployment()
     product.patchState = 2;
     product.includePatch = 1;
     product.properties.push_back({L"B", L"'x'"});
-    product.patches.push_back({L"x86\\Zolt\\ServicePacks\\sp1.msp", true});
+    product.patches.push_back({L"x86\\Zolt\\ServicePacks\\sp1.msp", true,
+                               L"{0B9E6A6E-0000-4000-8000-000000000001}", CString(L'a', 64)});
     product.addedFiles.push_back(
         {L"TARN_0D7A5C1E_0000_4000_8000_000000000001", L"C:\\B\u00FCro & Co\\\u4E2D'.txt"});
     product.strPatchName = L"sp1";
