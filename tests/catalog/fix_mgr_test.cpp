@@ -1,5 +1,6 @@
 // FixMgr.dll through its exports: what it asks, what it answers, what it keeps.
 #include "base/files.h"
+#include "base/handle.h"
 #include "tests/catalog/catalog_library.h"
 #include "tests/support/loopback_server.h"
 #include "tests/support/test_folder.h"
@@ -196,6 +197,20 @@ TEST_F(FixMgrTest, AnOfferThatCanNotBeKeptIsAnError)
     EXPECT_FALSE(FileExists(List() + L".new"));
 }
 
+TEST_F(FixMgrTest, AListThatIsHeldOpenStaysAndIsAnError)
+{
+    EXPECT_EQ(AskFor(GoodAnswer()).Error(), 0u);
+    const std::string list = Contents(List());
+    const CFileOwner open(
+        CreateFileW(List(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(open);
+    const CatalogSaid said = AskFor(GoodAnswer("http://127.0.0.1/zolt72.msp", "zolt72.msp"));
+    EXPECT_EQ(said.Error(), 12004u);
+    EXPECT_TRUE(said.IsEmptyBeforeError());
+    EXPECT_EQ(Contents(List()), list);
+    EXPECT_FALSE(FileExists(List() + L".new"));
+}
+
 TEST_F(FixMgrTest, AFolderThatIsGoneIsAnError)
 {
     CatalogAsk ask;
@@ -228,10 +243,10 @@ TEST_F(FixMgrTest, AFileThatIsStillBeingWrittenElsewhereIsRead)
 {
     EXPECT_EQ(AskFor(GoodAnswer()).Error(), 0u);
     const CString file = m_folder.AddFile(L"zolt71.msp", CONTENTS);
-    const HANDLE open = CreateFileW(file, GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    EXPECT_NE(open, INVALID_HANDLE_VALUE);
+    const CFileOwner open(
+        CreateFileW(file, GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(open);
     EXPECT_EQ(CheckFile(List(), file), 0u);
-    CloseHandle(open);
 }
 
 TEST_F(FixMgrTest, OtherContentsAreFoundOut)

@@ -230,6 +230,22 @@ TEST(MisbehaviorOfTheNetworkTest, ARefusedConnectionIsNoConnection)
     EXPECT_TRUE(NamesIn(folder).empty()) << "no list is made";
 }
 
+TEST(MisbehaviorOfTheNetworkTest, AConnectionThatIsNeverMadeEndsInTime)
+{
+    const CTestFolder folder;
+    {
+        CService service(folder);
+        const CString address = service.Server().RefusedUrl(L"/bad");
+        ASSERT_TRUE(service.Server().StallConnections());
+        const CatalogSaid said = service.Ask(address);
+        EXPECT_EQ(said.Error(), 12002u);
+        EXPECT_GE(said.milliseconds, 7000u);
+        EXPECT_LE(said.milliseconds, WHOLE_LIMIT + SLACK);
+        EXPECT_EQ(service.AskPath(L"/good").Error(), 0u) << "a query behind it";
+    }
+    EXPECT_TRUE(ComesTrue([] { return !GetModuleHandleW(L"FixMgr.dll"); })) << "the library is still loaded";
+}
+
 TEST(MisbehaviorOfTheNetworkTest, WhatHasNoLengthOrComesInChunksIsRead)
 {
     const CTestFolder folder;

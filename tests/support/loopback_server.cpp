@@ -16,13 +16,20 @@ namespace {
 constexpr auto PATIENCE = std::chrono::seconds(30);
 constexpr std::size_t LONGEST_REQUEST = 64u << 10;
 
+sockaddr_in LoopbackAddress(int port)
+{
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<u_short>(port));
+    return address;
+}
+
 // A socket on a free port of the loopback address.
 SOCKET BindSocket(int& port)
 {
     const SOCKET made = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in address = LoopbackAddress(0);
     int length = sizeof address;
     if (made == INVALID_SOCKET || bind(made, reinterpret_cast<sockaddr*>(&address), length) != 0 ||
         getsockname(made, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
@@ -194,13 +201,13 @@ CLoopbackServer::~CLoopbackServer()
     m_changed.notify_all();
     int port = 0; // a connection wakes what accepts
     const SOCKET waker = BindSocket(port);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<u_short>(m_port));
-    connect(waker, reinterpret_cast<sockaddr*>(&address), sizeof address);
+    const sockaddr_in address = LoopbackAddress(m_port);
+    connect(waker, reinterpret_cast<const sockaddr*>(&address), sizeof address);
     m_acceptor.join();
     for (const SOCKET used : {waker, static_cast<SOCKET>(m_listener), static_cast<SOCKET>(m_closed)}) {
+        closesocket(used);
+    }
+    for (const std::uintptr_t used : m_waiting) {
         closesocket(used);
     }
     for (Worker& worker : m_workers) {
@@ -217,6 +224,28 @@ CString CLoopbackServer::Url(const wchar_t* path) const
 CString CLoopbackServer::RefusedUrl(const wchar_t* path) const
 {
     return Address(m_closedPort, path);
+}
+
+bool CLoopbackServer::StallConnections()
+{
+    constexpr int MORE_THAN_ANY_QUEUE = 64;
+    listen(m_closed, 1);
+    while (m_waiting.size() < MORE_THAN_ANY_QUEUE) {
+        const SOCKET tried = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
+        u_long atOnce = 1;
+        ioctlsocket(tried, FIONBIO, &atOnce);
+        m_waiting.push_back(tried);
+        const sockaddr_in address = LoopbackAddress(m_closedPort);
+        connect(tried, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+        fd_set sockets;
+        FD_ZERO(&sockets);
+        FD_SET(tried, &sockets);
+        timeval turn = {0, 300000};
+        if (select(0, nullptr, &sockets, nullptr, &turn) == 0) {
+            return true; // the queue is full
+        }
+    }
+    return false;
 }
 
 void CLoopbackServer::Serve(const wchar_t* path, LoopbackHandler handler)

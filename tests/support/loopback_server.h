@@ -80,6 +80,8 @@ public:
     CString Url(const wchar_t* path) const;
     // The same of a port that refuses connections as long as the server stands.
     CString RefusedUrl(const wchar_t* path) const;
+    // From now on the closed port listens and connects nobody: who tries waits. False when the system connects all the same.
+    [[nodiscard]] bool StallConnections();
     void Serve(const wchar_t* path, LoopbackHandler handler);
 
     std::vector<LoopbackRequest> GetRequests() const;
@@ -105,7 +107,8 @@ private:
     std::uintptr_t m_closed; // bound, and never listens
     int m_port = 0;
     int m_closedPort = 0;
-    mutable std::mutex m_mutex; // of all that follows
+    std::vector<std::uintptr_t> m_waiting; // connections that fill the closed port's queue
+    mutable std::mutex m_mutex;            // of all that follows
     std::condition_variable m_changed;
     bool m_ending = false;
     std::map<std::string, LoopbackHandler> m_handlers;
