@@ -140,6 +140,25 @@ void CheckSpace(const BuildRun& run, const CString& folder)
     }
 }
 
+// All notes and commands show the products as they are with their patches.
+void BeginDecisions(BuildRun& run)
+{
+    for (BuildDatabase& database : run.plan.databases) {
+        run.decisions.push_back(BeginDecision(database, [&run] { run.meter.Poll(); }));
+        const MergeDecision& merge = run.decisions.back().merge;
+        for (const CString& warning : merge.warnings) {
+            run.Warn(warning);
+        }
+        if (merge.IsNeeded()) {
+            database.strProductVersion = merge.strVersion;
+            database.mergedPatches.clear();
+            for (const ChosenPatch& chosen : merge.patches) {
+                database.mergedPatches.push_back(chosen.patch);
+            }
+        }
+    }
+}
+
 void DecideDatabases(BuildRun& run)
 {
     for (DatabaseDecision& decision : run.decisions) {
@@ -147,8 +166,9 @@ void DecideDatabases(BuildRun& run)
         for (const CString& warning : decision.added.warnings) {
             run.Warn(warning);
         }
-        run.list.userBytes += decision.added.BytesToPack();
+        run.list.userBytes += decision.added.BytesToPack() + decision.merge.bytesToPack;
         AddAdditions(run.list, decision.added.Targets(*decision.database));
+        AddAdditions(run.list, decision.merge.Targets(*decision.database));
     }
     run.list.bytes += run.list.userBytes;
 }
@@ -224,10 +244,8 @@ void CheckPlan(BuildRun& run)
         RequireNothingOpenBelow(run.target, [&run] { run.meter.Poll(); });
     }
     RequirePatchesApply(run.plan, [&run] { run.meter.Poll(); });
-    for (const BuildDatabase& database : run.plan.databases) {
-        run.decisions.push_back(FindAdditions(database));
-    }
-    run.list = ScanSources(run.plan, EarlierLooseTargets(run.decisions));
+    BeginDecisions(run);
+    run.list = ScanSources(run.plan, TargetsOfDatabases(run.decisions));
     DecideDatabases(run);
     const CString refused = RefusedTargets(run.plan, run.list);
     if (!refused.IsEmpty()) {

@@ -4,6 +4,7 @@
 #include "builder/build_run.h"
 
 #include "builder/build_failure.h"
+#include "builder/build_merge.h"
 #include "builder/build_names.h"
 #include "builder/build_user_files.h"
 #include "builder/database_edit.h"
@@ -15,6 +16,8 @@
 #include "installer/database.h"
 
 #include <objbase.h>
+
+#include <optional>
 
 namespace {
 
@@ -69,9 +72,11 @@ void VerifyBuilt(const CString& path, const DatabaseSnapshot& expected, const CS
 // What the pages' rows lack for an installation is put into the copy, so that the open database stays as they left it.
 // The source paths that go would still stand between the used parts of the file, so it is copied once more.
 void FinishCopy(const CString& path, const CString& target, const DatabaseDecision& decision,
-                const std::function<void()>& poll)
+                CMergeWriter* merge, const std::function<void()>& poll)
 {
-    {
+    if (merge) {
+        merge->WriteDatabase(path);
+    } else {
         CInstallerHandle copy;
         CheckInstaller(OpenDatabase(path, MSIDBOPEN_TRANSACT, copy), L"Opening the database", path);
         ApplyDifferences(copy.get(), path, decision.edits, decision.wanted, poll);
@@ -88,6 +93,12 @@ void BuildOne(BuildRun& run, DatabaseDecision& decision)
     if (WriteAddedFiles(run, database, decision.added)) {
         decision.SetSizes();
     }
+    std::optional<CMergeWriter> merge;
+    if (decision.merge.IsNeeded()) {
+        merge.emplace(run, decision);
+        merge->WriteFiles();
+        decision.CompareAgain();
+    }
     changes.strNewPackageCode = NewPackageCode();
     WritePackageCode(database.hDatabase, changes.strNewPackageCode, database.strWorkingCopy);
     CheckInstaller(MsiDatabaseCommit(database.hDatabase), L"Writing the database", database.strWorkingCopy);
@@ -98,10 +109,11 @@ void BuildOne(BuildRun& run, DatabaseDecision& decision)
     CheckInstaller(RemoveSignature(built.Path()), L"Removing the old signature of", built.Path());
     changes.bSignatureLost = HasSignature(database.strOriginal);
     const CScratchFile finished(database.strWorkingCopy + L".finished");
-    if (!decision.edits.empty()) {
-        FinishCopy(built.Path(), finished.Path(), decision, poll);
+    const bool isFinished = merge || !decision.edits.empty();
+    if (isFinished) {
+        FinishCopy(built.Path(), finished.Path(), decision, merge ? &*merge : nullptr, poll);
     }
-    const CString& result = decision.edits.empty() ? built.Path() : finished.Path();
+    const CString& result = isFinished ? finished.Path() : built.Path();
     VerifyBuilt(result, decision.wanted, changes.strNewPackageCode, poll);
     CopyIntoStaging(run, result, database.strTarget);
 }

@@ -3,13 +3,16 @@
 #include "builder/build_names.h"
 #include "builder/code_page.h"
 #include "builder/database_snapshot.h"
+#include "builder/snapshot_merge.h"
 
 namespace {
 
 void Compare(DatabaseDecision& decision)
 {
-    decision.changes.rows = CompareSnapshots(decision.original, decision.wanted);
-    if (decision.added.IsNeeded()) {
+    const bool merges = decision.merge.IsNeeded();
+    decision.changes.rows =
+        CompareSnapshots(merges ? decision.merge.patched : decision.original, decision.wanted);
+    if (decision.added.IsNeeded() && !merges) {
         decision.edits = CompareSnapshots(decision.left, decision.wanted);
     }
 }
@@ -22,21 +25,29 @@ void DatabaseDecision::SetSizes()
     Compare(*this);
 }
 
-DatabaseDecision FindAdditions(const BuildDatabase& database)
+void DatabaseDecision::CompareAgain()
+{
+    Compare(*this);
+}
+
+DatabaseDecision BeginDecision(const BuildDatabase& database, const std::function<void()>& poll)
 {
     DatabaseDecision decision;
     decision.database = &database;
     decision.places = FindAdditionPlaces(database);
+    decision.merge = DecideMerge(database, decision.original, poll);
+    decision.changes.patches = decision.merge.changes;
     return decision;
 }
 
-std::vector<CString> EarlierLooseTargets(const std::vector<DatabaseDecision>& decisions)
+std::vector<CString> TargetsOfDatabases(const std::vector<DatabaseDecision>& decisions)
 {
     std::vector<CString> targets;
     for (const DatabaseDecision& decision : decisions) {
         for (const auto& [key, path] : decision.places.earlierLooseFiles) {
             targets.push_back(JoinFolder(FolderAbove(decision.database->strTarget), path));
         }
+        targets.insert(targets.end(), decision.merge.replaced.begin(), decision.merge.replaced.end());
     }
     return targets;
 }
@@ -56,12 +67,18 @@ void DecideDatabase(DatabaseDecision& decision, const CabinetLimits& limits,
     }
     // This reads every table of the handle, which a commit under Wine depends on (docs/building-deployments.md).
     decision.left = ReadSnapshot(database.hDatabase, database.strWorkingCopy, poll);
-    decision.original = ReadSnapshot(vendors.get(), database.strOriginal, poll);
-    decision.wanted = decision.left;
+    if (decision.merge.IsNeeded()) {
+        // What the administrator chose comes on top of the patches.
+        decision.wanted = decision.merge.patched;
+        CarryDifferences(decision.original, decision.left, decision.wanted);
+    } else {
+        decision.original = ReadSnapshot(vendors.get(), database.strOriginal, poll);
+        decision.wanted = decision.left;
+    }
     decision.added = DecideAddedFiles(database, decision.places, limits, decision.wanted, poll);
     Compare(decision);
-    if (decision.added.additions.files
-            .empty()) { // no size will be entered later, so nothing is compared again
+    // No size will be entered later, so nothing is compared again.
+    if (decision.added.additions.files.empty() && !decision.merge.IsNeeded()) {
         decision.original.clear();
         decision.left.clear();
     }

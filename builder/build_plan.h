@@ -76,9 +76,8 @@ struct BuildDatabase
     // plan's files or folders.
     std::vector<CString> patchTargets;
     // Merged by this build, in this order; hDatabase must be open then. One that an earlier build merged is part of
-    // strOriginal by now, and stands in mergedBefore for the notes alone (with the name of its file, or a path).
+    // strOriginal by now.
     std::vector<MergedPatch> mergedPatches;
-    std::vector<MergedPatch> mergedBefore;
     // All of them, in their order.
     std::vector<ListedPatch> patches;
 };

@@ -69,7 +69,7 @@ struct BuildRun
     void Step(const CString& sentence);
     void Warn(const CString& sentence);
 
-    const BuildPlan& plan;
+    BuildPlan plan; // as it was given, but with the products as merged patches make them
     CProgressMeter meter;
     CBuildLog log;
     std::uint32_t id; // of this build, in the names of its working folders

@@ -169,7 +169,7 @@ public:
         if (context) {
             FCIDestroy(context); // which closes and deletes the scratch files
         }
-        Finish(done, error, L"Packing the added files into", m_path);
+        Finish(done, error, L"Packing files into", m_path);
     }
 
 private:
@@ -295,7 +295,7 @@ public:
             FDIDestroy(context);
         }
         s_current = nullptr;
-        Finish(done, error, L"Taking added files out of", m_path);
+        Finish(done, error, L"Reading files out of", m_path);
     }
     std::map<CString, std::uint64_t> ReleaseMembers() { return std::move(m_members); }
     std::set<CString> ReleaseFound() { return std::move(m_found); }
@@ -374,4 +374,13 @@ std::set<CString> ReadCabinet(const CString& path, const std::map<CString, CStri
     CCabinetOpener opener(path, targets, meter);
     opener.Run();
     return opener.ReleaseFound();
+}
+
+bool IsPartOfCabinetSet(const CString& path)
+{
+    constexpr std::size_t FLAGS = 30; // where the header has them
+    constexpr unsigned char LINKED = 1 | 2;
+    unsigned char header[FLAGS + 2] = {};
+    const DWORD read = ReadChunk(OpenForReading(path), header, sizeof(header), path);
+    return read == sizeof(header) && (header[FLAGS] & LINKED) != 0;
 }

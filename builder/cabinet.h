@@ -25,6 +25,9 @@ void WriteCabinet(const CString& path, std::vector<CabinetMember>& members, cons
 // The files in a cabinet with their sizes. Nothing is unpacked for it.
 [[nodiscard]] std::map<CString, std::uint64_t> ListCabinet(const CString& path);
 
+// True for one whose files go on in a second cabinet, or began in one before.
+[[nodiscard]] bool IsPartOfCabinetSet(const CString& path);
+
 // Takes files out of a cabinet: `targets` has the full path for each name wanted. Answers the names that were found.
 [[nodiscard]] std::set<CString> ReadCabinet(const CString& path, const std::map<CString, CString>& targets,
                                             const CabinetMeter& meter);

@@ -99,10 +99,10 @@ const wchar_t* WordOf(RowChange change)
     return change == RowChange::Added ? L"added" : change == RowChange::Removed ? L"removed" : L"changed";
 }
 
-int CountOf(const DatabaseChanges& database, RowChange change)
+int CountOf(const std::vector<RowDifference>& rows, RowChange change)
 {
     int count = 0;
-    for (const RowDifference& row : database.rows) {
+    for (const RowDifference& row : rows) {
         count += row.change == change ? 1 : 0;
     }
     return count;
@@ -130,10 +130,29 @@ void AppendRow(CString& text, const RowDifference& row)
     }
 }
 
-CString JsonRow(const RowDifference& row)
+CString CountRows(const std::vector<RowDifference>& rows)
 {
-    CString text = L"      {\"table\": " + JsonText(row.strTable) + L", \"change\": \"" + WordOf(row.change) +
-                   L"\", \"key\": [";
+    return L"  Rows added: " + NumberText(CountOf(rows, RowChange::Added)) + L", changed: " +
+           NumberText(CountOf(rows, RowChange::Changed)) + L", removed: " +
+           NumberText(CountOf(rows, RowChange::Removed)) + L"\r\n";
+}
+
+void AppendPatch(CString& text, const PatchChanges& patch)
+{
+    text += L"\r\n  Merged patch: " + ShownText(patch.strName) + L" (" + ShownText(patch.strFile) + L", " +
+            ShownText(patch.strCode) + L")\r\n";
+    text +=
+        L"  Version: " + ShownText(patch.strOldVersion) + L" -> " + ShownText(patch.strNewVersion) + L"\r\n";
+    text += CountRows(patch.rows);
+    for (const RowDifference& row : patch.rows) {
+        AppendRow(text, row);
+    }
+}
+
+CString JsonRow(const RowDifference& row, const CString& indent)
+{
+    CString text = indent + L"{\"table\": " + JsonText(row.strTable) + L", \"change\": \"" +
+                   WordOf(row.change) + L"\", \"key\": [";
     for (std::size_t index = 0; index < row.key.size(); ++index) {
         text += (index ? L", " : L"") + JsonText(row.key[index]);
     }
@@ -149,6 +168,29 @@ CString JsonRow(const RowDifference& row)
         text += L"}";
     }
     return text + L"]}";
+}
+
+CString JsonRows(const std::vector<RowDifference>& rows, const CString& indent)
+{
+    CString text = L"[";
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        text += CString(row ? L"," : L"") + L"\r\n" + JsonRow(rows[row], indent);
+    }
+    return text + L"]";
+}
+
+// Nothing for a database into which no patch was merged.
+CString JsonPatches(const std::vector<PatchChanges>& patches)
+{
+    CString text;
+    for (const PatchChanges& patch : patches) {
+        text += text.IsEmpty() ? L", \"patches\": [" : L",";
+        text += L"\r\n      {\"name\": " + JsonText(patch.strName) + L", \"file\": " +
+                JsonText(patch.strFile) + L", \"code\": " + JsonText(patch.strCode) + L", \"oldVersion\": " +
+                JsonText(patch.strOldVersion) + L", \"newVersion\": " + JsonText(patch.strNewVersion) +
+                L", \"rows\": " + JsonRows(patch.rows, L"        ") + L"}";
+    }
+    return text.IsEmpty() ? text : text + L"]";
 }
 
 } // namespace
@@ -180,9 +222,10 @@ CString ComposeChangesText(const std::vector<DatabaseChanges>& databases)
                     ShownText(database.strOldPackageCode) + L"\r\n";
             continue;
         }
-        text += L"  Rows added: " + NumberText(CountOf(database, RowChange::Added)) + L", changed: " +
-                NumberText(CountOf(database, RowChange::Changed)) + L", removed: " +
-                NumberText(CountOf(database, RowChange::Removed)) + L"\r\n";
+        if (!database.patches.empty()) {
+            text += L"  The settings, beyond what the merged patches below change:\r\n";
+        }
+        text += CountRows(database.rows);
         text += L"  Package code: " + ShownText(database.strOldPackageCode) + L" -> " +
                 ShownText(database.strNewPackageCode) + L"\r\n";
         if (database.bSignatureLost) {
@@ -191,6 +234,9 @@ CString ComposeChangesText(const std::vector<DatabaseChanges>& databases)
         }
         for (const RowDifference& row : database.rows) {
             AppendRow(text, row);
+        }
+        for (const PatchChanges& patch : database.patches) {
+            AppendPatch(text, patch);
         }
     }
     return text;
@@ -223,11 +269,8 @@ CString ComposeChangesJson(const std::vector<DatabaseChanges>& databases)
         text += L", \"oldPackageCode\": " + JsonText(database.strOldPackageCode);
         text += L", \"newPackageCode\": " + JsonText(database.strNewPackageCode);
         text += CString(L", \"signatureLost\": ") + (database.bSignatureLost ? L"true" : L"false");
-        text += L", \"rows\": [";
-        for (std::size_t row = 0; row < database.rows.size(); ++row) {
-            text += CString(row ? L"," : L"") + L"\r\n" + JsonRow(database.rows[row]);
-        }
-        text += L"]}";
+        text += L", \"rows\": " + JsonRows(database.rows, L"      ");
+        text += JsonPatches(database.patches) + L"}";
     }
     return text + L"\r\n  ]\r\n}\r\n";
 }

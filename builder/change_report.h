@@ -28,6 +28,17 @@ struct RowDifference
     std::vector<ColumnChange> columns; // of a changed row only the columns that differ
 };
 
+// What a merged patch changed in a database, apart from what an administrator chose.
+struct PatchChanges
+{
+    CString strName; // for people
+    CString strFile; // last name of the patch
+    CString strCode;
+    CString strOldVersion; // of the product
+    CString strNewVersion;
+    std::vector<RowDifference> rows;
+};
+
 // One database of a deployment and what the build changed in it.
 struct DatabaseChanges
 {
@@ -36,7 +47,8 @@ struct DatabaseChanges
     CString strOldPackageCode;
     CString strNewPackageCode; // equal to the old one when nothing changed
     bool bSignatureLost = false;
-    std::vector<RowDifference> rows;
+    std::vector<PatchChanges> patches; // in the order in which they were merged
+    std::vector<RowDifference> rows;   // beyond those of the patches
     // With added files the database is made anew even when all its rows come out as they were.
     bool IsChanged() const { return !rows.empty() || !(strOldPackageCode == strNewPackageCode); }
 };

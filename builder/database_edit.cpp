@@ -91,7 +91,7 @@ private:
 
     void Run(const CString& statement, const std::vector<Value>& values)
     {
-        const CString what = L"Finishing the rows of the added files in";
+        const CString what = L"Writing the decided rows into";
         if (!(statement == m_statement)) {
             m_statement.Empty();
             CheckInstaller(m_query.Open(m_database, statement), what, m_path);

@@ -65,6 +65,14 @@ DatabaseSnapshot ReadTables(MSIHANDLE database, const CString& path,
     return ReadOrStop(path, [&] { return ReadTableSnapshots(database, names, {SizeAndHash, [] {}}); });
 }
 
+CString DescribeStreamOf(const CString& path)
+{
+    const CFileOwner file = OpenForReading(path);
+    return SizeAndHash([&](void* bytes, std::size_t room) {
+        return static_cast<std::size_t>(ReadChunk(file, bytes, static_cast<DWORD>(room), path));
+    });
+}
+
 CString ReadPackageCode(MSIHANDLE database, const CString& path)
 {
     CSummary summary;

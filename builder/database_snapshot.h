@@ -20,6 +20,9 @@ DatabaseSnapshot ReadSnapshot(MSIHANDLE database, const CString& path, const std
 DatabaseSnapshot ReadTables(MSIHANDLE database, const CString& path,
                             std::initializer_list<const wchar_t*> names);
 
+// As what a stream with the bytes of that file stands.
+CString DescribeStreamOf(const CString& path);
+
 // The revision number of the summary information.
 CString ReadPackageCode(MSIHANDLE database, const CString& path);
 void WritePackageCode(MSIHANDLE database, const CString& packageCode, const CString& path);

@@ -263,3 +263,12 @@ AdditionSources FindAdditionSources(MSIHANDLE database, const CString& packageFo
     }
     return sources;
 }
+
+std::map<CString, LoosePaths> FindLoosePaths(MSIHANDLE database, const CString& packageFolder)
+{
+    std::map<CString, LoosePaths> paths;
+    for (const SourceFile& file : CPackageReader(database, packageFolder).ReadFiles(false)) {
+        paths[file.strKey] = {file.strFolderPath, file.strRootPath};
+    }
+    return paths;
+}

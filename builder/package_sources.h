@@ -24,3 +24,12 @@ struct AdditionSources
     std::map<CString, CString> paths;
 };
 [[nodiscard]] AdditionSources FindAdditionSources(MSIHANDLE database, const CString& packageFolder);
+
+// Where the product's own files lie when they lie loose, by key, relative to the package's folder. Empty for a file whose
+// folder can't be told.
+struct LoosePaths
+{
+    CString strInFolder; // where the table of directories says
+    CString strAtRoot;   // beside the package
+};
+[[nodiscard]] std::map<CString, LoosePaths> FindLoosePaths(MSIHANDLE database, const CString& packageFolder);

@@ -44,6 +44,11 @@ class Patch:
         self.other_targets = []  # further product codes that it names
         self.delta_of = None  # key of a file that it changes by a difference of bytes alone
         self.code_page = 1252
+        # What tests change: a call with the transform of the product or of the sources, and with the cabinet's bytes, which
+        # answers others, or None for no cabinet.
+        self.alter_product = self.alter_sources = lambda transform: None
+        self.alter_cabinet = lambda cabinet: cabinet
+        self.left_out = []  # keys of files that the cabinet lacks
 
 
 def property_of(package, name):
@@ -108,7 +113,8 @@ def changes_of_source(old, new, patch, files):
     transform.insert("PatchPackage", PATCH_TABLES["PatchPackage"], [(patch.code, patch.disk)])
     if patch.delta_of:
         transform.insert("Patch", PATCH_TABLES["Patch"], [(patch.delta_of, order[patch.delta_of],
-                                                           len(files[patch.delta_of]), 0, None, None)])
+                                                           len(files[patch.delta_of]), 0, 1, None)])
+        transform.streams[storage.stream_name("Patch", [patch.delta_of, order[patch.delta_of]])] = b"PA30"
     if "PatchFiles" not in [row[0] for row in old.rows["InstallExecuteSequence"]]:
         transform.insert("InstallExecuteSequence", tables.SCHEMAS["InstallExecuteSequence"],
                          [("PatchFiles", None, 4090)])
@@ -132,11 +138,16 @@ def compose(old, new, patch):
     root = compound_file.Storage(PATCH_CLASS)
     own = _own_tables(old, patch)
     root.streams = storage.database_streams({table: OWN_TABLES[table] for table in own}, own, patch.code_page)
-    root.streams[storage.packed_name(CABINET)] = make_cabinet(files)
+    cabinet = patch.alter_cabinet(make_cabinet({key: data for key, data in files.items() if key not in patch.left_out}))
+    if cabinet is not None:
+        root.streams[storage.packed_name(CABINET)] = cabinet
     root.streams[storage.SUMMARY_STREAM] = storage.summary({
         2: "Patch", 3: patch.metadata.get("DisplayName", "")[:200], 4: property_of(old, "Manufacturer"),
         7: ";".join([property_of(old, "ProductCode")] + patch.other_targets), 8: ":T1;:#T1",
         9: patch.code + "".join(patch.replaced_codes), 14: 200, 15: 4}, patch.code_page)
-    root.storages["T1"] = _transform_storage(changes_of_product(old, new), old, new)
-    root.storages["#T1"] = _transform_storage(changes_of_source(old, new, patch, files), old, new)
+    product, sources = changes_of_product(old, new), changes_of_source(old, new, patch, files)
+    patch.alter_product(product)
+    patch.alter_sources(sources)
+    root.storages["T1"] = _transform_storage(product, old, new)
+    root.storages["#T1"] = _transform_storage(sources, old, new)
     return compound_file.compose(root)

@@ -46,7 +46,7 @@ protected:
 
     DatabaseDecision Decide()
     {
-        DatabaseDecision decision = FindAdditions(build.plan.databases[0]);
+        DatabaseDecision decision = BeginDecision(build.plan.databases[0], [] {});
         DecideDatabase(decision, build.plan.cabinetLimits, [] {});
         return decision;
     }

@@ -15,6 +15,7 @@ import types
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 sys.path.insert(0, os.path.join(ROOT, "sample"))
 
+import installer_storage as storage  # noqa: E402
 import make_media  # noqa: E402
 import make_patches  # noqa: E402
 import patch_file  # noqa: E402
@@ -114,6 +115,50 @@ class Maker:
                             replaced_codes=[FIRST_CODE], family="PatchTest", sequence="2.0.0")
         self.write("Superseding.msp", patch_file.compose(original, first, superseding))
 
+    def make_unmergeable(self, original, first):
+        """Patches that the service reads, and that a build can't merge, each for another reason."""
+        def write(name, number, new=first, disk=2, first_sequence=1000, **members):
+            code = "{7C1E0001-2B5D-4E0C-9D41-3A6F000000%02d}" % number
+            self.write(name + ".msp", patch_file.compose(original, new, named(code, disk, first_sequence, **members)))
+
+        def unknown_table(transform):
+            transform.insert("Nowhere", ([("Name", "s72"), ("Value", "l0")], 1), [("a", "b")])
+
+        def unknown_column(transform):
+            transform.insert("Property", ([("Property", "s72"), ("Value", "l0"), ("More", "l0")], 1), [("a", "b", "c")])
+
+        def cut_off(transform):
+            transform.rows["File"] = transform.rows["File"][:-1]
+
+        replaced, added = "INSTALLDIR_replaced_txt", "SUPPORTDIR_added_file_txt"
+        write("Delta", 21, delta_of=replaced)
+        write("WithoutAFile", 22, left_out=[added])
+        write("WithoutCabinet", 23, alter_cabinet=lambda cabinet: None)
+        write("DamagedCabinet", 24, alter_cabinet=lambda cabinet: b"no cabinet" * 100)
+        write("UnknownTable", 25, alter_product=unknown_table)
+        write("UnknownColumn", 26, alter_product=unknown_column)
+        write("DamagedRows", 27, alter_product=cut_off)
+        write("StrayName", 28, version_of(TESTED, "beside", "1.0.1", {("INSTALLDIR", "..\\stray.txt"): "out\r\n"}))
+        write("ProductsNumbers", 29, first_sequence=2)
+        write("ProductsMedium", 30, disk=1)
+        other = compose_package(TESTED, "beside", "1.0.1", {**ORIGINAL, **BY_FIRST}, properties={
+            "ProductCode": OTHER.CODE})
+        write("MakesAnotherProduct", 31, other)
+
+    def make_unusual(self, layout, original):
+        """What few patches do: a file that goes, and a table of the patch's own with a stream."""
+        extras = ([("Name", "s72"), ("Data", "V0")], 1)
+
+        def new_table(transform):
+            transform.new_tables({"Extras": extras})
+            transform.insert("Extras", extras, [("extra", 1)])
+            transform.streams[storage.stream_name("Extras", ["extra"])] = b"the extra stream"
+
+        without = {place: text for place, text in {**ORIGINAL, **BY_FIRST}.items() if place[1] != "kept.txt"}
+        newer = compose_package(TESTED, layout, "1.0.1", without)
+        patch = named("{7C1E0001-2B5D-4E0C-9D41-3A6F00000041}", alter_product=new_table)
+        self.write(layout + "/Unusual.msp", patch_file.compose(original, newer, patch))
+
     def make_damaged(self, made):
         self.write("SameCode.msp", made)
         self.write("CutOff.msp", made[:len(made) // 2])
@@ -125,8 +170,11 @@ class Maker:
     def make(self):
         self.make_packages()
         made = [self.make_patches(layout) for layout in LAYOUTS]
+        for layout, (original, _, _) in zip(LAYOUTS, made):
+            self.make_unusual(layout, original)
         original, first, patch = made[0]
         self.make_named(original, first)
+        self.make_unmergeable(original, first)
         self.make_damaged(patch)
 
 

@@ -1,0 +1,61 @@
+#include "builder/snapshot_merge.h"
+
+#include "builder/named_table.h"
+
+namespace {
+
+void AddMissingColumns(const TableSnapshot& from, TableSnapshot& to)
+{
+    for (std::size_t index = 0; index < from.columns.size(); ++index) {
+        if (std::find(to.columns.begin(), to.columns.end(), from.columns[index]) == to.columns.end()) {
+            to.columns.push_back(from.columns[index]);
+            to.columnTypes.push_back(from.columnTypes[index]);
+            for (auto& [key, row] : to.rows) {
+                row.emplace_back();
+            }
+        }
+    }
+}
+
+void CarryRow(const RowDifference& difference, const WriteTable& table)
+{
+    if (difference.change == RowChange::Removed) {
+        table.Rows().erase(difference.key);
+        return;
+    }
+    if (difference.change == RowChange::Added) {
+        table.Rows()[difference.key] = table.EmptyRow();
+    }
+    const auto row = table.Rows().find(difference.key);
+    if (row == table.Rows().end()) {
+        return;
+    }
+    for (const ColumnChange& column : difference.columns) {
+        table.Set(row->second, column.strColumn, column.strNew);
+    }
+}
+
+} // namespace
+
+void CarryDifferences(const DatabaseSnapshot& before, const DatabaseSnapshot& after,
+                      DatabaseSnapshot& database)
+{
+    for (const auto& [name, table] : after) {
+        TableSnapshot& target = database[name];
+        if (target.columns.empty()) {
+            target.keyColumns = table.keyColumns;
+        }
+        AddMissingColumns(table, target);
+    }
+    for (const RowDifference& difference : CompareSnapshots(before, after)) {
+        const auto table = database.find(difference.strTable);
+        if (table != database.end()) {
+            CarryRow(difference, WriteTable(&table->second));
+        }
+    }
+    for (const auto& [name, table] : before) {
+        if (after.count(name) == 0) {
+            database.erase(name);
+        }
+    }
+}

@@ -1,0 +1,173 @@
+// What a build can't merge is refused by name before anything is written.
+#include "builder/patch_package.h"
+#include "tests/host/merge_build.h"
+
+#include <msi.h>
+#include <msiquery.h>
+
+namespace {
+
+class MergeRefusalTest : public testing::Test
+{
+protected:
+    // Of a patch of the fixtures that has one thing wrong.
+    void ExpectRefused(const wchar_t* name, const CString& why)
+    {
+        const CString path = PatchFixture(name);
+        build.MergeFile(path, CPatchPackage(path).Code());
+        ExpectMergeRefused(build,
+                           {L"The patch \"" + path + L"\" can't be merged into Patch Test: it " + why + L". ",
+                            L"append the patches instead"});
+    }
+    MergeBuild build{L"beside"};
+};
+
+TEST_F(MergeRefusalTest, RefusesAPatchThatIsGone)
+{
+    const CString path = build.Folder() / L"gone.msp";
+    build.MergeFile(path, FIRST_PATCH_CODE);
+    ExpectMergeRefused(build, {path});
+}
+
+TEST_F(MergeRefusalTest, RefusesFilesThatAreNoPatches)
+{
+    for (const wchar_t* name : {L"CutOff.msp", L"Empty.msp", L"NoPatch.msp", L"beside\\PatchTest.msi"}) {
+        build.Product().mergedPatches.clear();
+        build.MergeFile(PatchFixture(name), FIRST_PATCH_CODE);
+        ExpectMergeRefused(build, {PatchFixture(name), L"can't be read as a patch"});
+    }
+}
+
+TEST_F(MergeRefusalTest, RefusesAPatchThatWasReplacedByAnother)
+{
+    build.Merge(L"First", INDEPENDENT_PATCH_CODE);
+    ExpectMergeRefused(build,
+                       {L"beside\\First.msp", L"has the code", FIRST_PATCH_CODE, INDEPENDENT_PATCH_CODE});
+}
+
+TEST_F(MergeRefusalTest, RefusesAPatchOfAnotherProduct)
+{
+    ExpectRefused(L"OtherProduct.msp", L"is for another product");
+}
+
+TEST_F(MergeRefusalTest, RefusesAPatchThatIsThereTwice)
+{
+    build.Merge(L"First", FIRST_PATCH_CODE);
+    ExpectRefused(L"SameCode.msp", L"is on the list twice");
+}
+
+TEST_F(MergeRefusalTest, RefusesAPatchForAnotherVersion)
+{
+    ExpectRefused(L"beside\\Second.msp", L"is for version 1.0.1, and the product has version 1.0.0");
+}
+
+TEST_F(MergeRefusalTest, RefusesAPatchForTheVersionBeforeAnotherPatch)
+{
+    build.Merge(L"First", FIRST_PATCH_CODE);
+    ExpectRefused(L"beside\\Independent.msp", L"is for version 1.0.0, and the product has version 1.0.1");
+}
+
+TEST_F(MergeRefusalTest, RefusesDifferencesOfBytes)
+{
+    ExpectRefused(
+        L"Delta.msp",
+        L"holds only the differing bytes of the file \"INSTALLDIR_replaced_txt\", not the whole file");
+}
+
+TEST_F(MergeRefusalTest, RefusesAPatchThatLacksOneOfItsFiles)
+{
+    ExpectRefused(L"WithoutAFile.msp", L"names the file \"SUPPORTDIR_added_file_txt\" and doesn't hold it");
+}
+
+TEST_F(MergeRefusalTest, RefusesAPatchThatLacksItsCabinet)
+{
+    ExpectRefused(L"WithoutCabinet.msp", L"names the cabinet \"Patch.cab\" and doesn't hold it");
+}
+
+TEST_F(MergeRefusalTest, RefusesACabinetThatIsNone)
+{
+    ExpectRefused(L"DamagedCabinet.msp",
+                  L"holds a cabinet \"Patch.cab\" that can't be read: it is damaged or a part of a set");
+}
+
+TEST_F(MergeRefusalTest, RefusesATableThatTheProductDoesNotHave)
+{
+    ExpectRefused(L"UnknownTable.msp", L"changes the table Nowhere, which the product doesn't have");
+}
+
+TEST_F(MergeRefusalTest, RefusesAColumnThatTheProductDoesNotHave)
+{
+    ExpectRefused(L"UnknownColumn.msp",
+                  L"has rows of the table Property with columns that the product doesn't have");
+}
+
+TEST_F(MergeRefusalTest, RefusesRowsThatEndInTheMiddle)
+{
+    ExpectRefused(L"DamagedRows.msp", L"is damaged: its rows of the table File can't be read");
+}
+
+TEST_F(MergeRefusalTest, RefusesANameThatLeadsOutOfItsFolder)
+{
+    ExpectRefused(L"StrayName.msp", L"names a file or folder \"..\\stray.txt\", which no folder can contain");
+}
+
+TEST_F(MergeRefusalTest, RefusesNumbersOfTheProductsOwnFiles)
+{
+    ExpectRefused(L"ProductsNumbers.msp",
+                  L"numbers the file \"INSTALLDIR_replaced_txt\" as if it lay on the product's own media");
+}
+
+TEST_F(MergeRefusalTest, RefusesAMediumThatTheProductHas)
+{
+    ExpectRefused(L"ProductsMedium.msp", L"uses the medium 1, which the product has");
+}
+
+TEST_F(MergeRefusalTest, RefusesAnotherProductCode)
+{
+    ExpectRefused(L"MakesAnotherProduct.msp",
+                  CString(L"makes another product of it, with the code ") + OTHER_PRODUCT_CODE);
+}
+
+TEST_F(MergeRefusalTest, RefusesAProductWithoutItsCabinet)
+{
+    ASSERT_TRUE(DeleteFileW(FolderAbove(build.Original()) + L"\\Data1.cab"));
+    build.Merge(L"First", FIRST_PATCH_CODE);
+    ExpectMergeRefused(build, {L"into Patch Test", L"its cabinet \"Data1.cab\" isn't beside the package"});
+}
+
+TEST_F(MergeRefusalTest, RefusesACabinetThatGoesOnInAnother)
+{
+    const CString cabinet = FolderAbove(build.Original()) + L"\\Data1.cab";
+    std::string bytes = ReadBytes(cabinet);
+    bytes[30] = 2; // the header's flag of a next one
+    WriteBytes(cabinet, bytes);
+    build.Merge(L"First", FIRST_PATCH_CODE);
+    ExpectMergeRefused(build, {L"its cabinet \"Data1.cab\" is one of several that belong together"});
+}
+
+TEST_F(MergeRefusalTest, RefusesAProductWhoseDatabaseIsNotOpen)
+{
+    build.Product().hDatabase = 0;
+    build.Merge(L"First", FIRST_PATCH_CODE);
+    ExpectMergeRefused(build, {L"Patch Test", L"its database isn't open"});
+}
+
+TEST_F(MergeRefusalTest, RefusesAnImageThatIsMarkedAsCompressed)
+{
+    constexpr int ADMIN_IMAGE_COMPRESSED = 2 | 4;
+    {
+        CInstallerHandle database;
+        CInstallerHandle summary;
+        ASSERT_EQ(MsiOpenDatabaseW(build.Original(), MSIDBOPEN_TRANSACT, database.put()), 0u);
+        ASSERT_EQ(MsiGetSummaryInformationW(database.get(), nullptr, 1, summary.put()), 0u);
+        EXPECT_EQ(
+            MsiSummaryInfoSetPropertyW(summary.get(), 15, VT_I4, ADMIN_IMAGE_COMPRESSED, nullptr, nullptr),
+            0u);
+        EXPECT_EQ(MsiSummaryInfoPersist(summary.get()), 0u);
+        EXPECT_EQ(MsiDatabaseCommit(database.get()), 0u);
+    }
+    build.Merge(L"First", FIRST_PATCH_CODE);
+    ExpectMergeRefused(build, {L"into Patch Test", L"marked as compressed"});
+}
+
+} // namespace
