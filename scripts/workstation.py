@@ -26,6 +26,7 @@ import subprocess
 import sys
 import xml.etree.ElementTree
 
+import expected_patches
 from expected_files import asked_files, find_left, find_wrong
 from expected_properties import asked_properties, find_unmet, same_value
 from path_forms import NO_PATH, stored_path
@@ -326,6 +327,11 @@ class Workstation:
         rows = re.findall(r"^    (.*?)    (REG_\w+)(?:    (.*))?$", output.replace("\r", ""), re.MULTILINE)
         return {name: (kind, text) for name, kind, text in rows}
 
+    def has_key(self, key):
+        """Of the registry's 64-bit view."""
+        output = self.run_wine("reg query " + key, ["reg", "query", key, "/reg:64"], dict(os.environ))
+        return key.split("\\", 1)[1].lower() in output.lower()
+
     def keep_logs(self):
         os.makedirs(self.logs, exist_ok=True)
         kept = []
@@ -410,6 +416,32 @@ def check_additions(workstation, packages, answers, find):
     return troubles
 
 
+def expected_rows(packages, answers):
+    """Path, size and reason to stay of each file, as the patches that were asked for leave it."""
+    rows = {path: (path, size, reason) for package in packages for path, size, reason in package.files()}
+    for package in packages:
+        for path, data in expected_patches.patched_files(package, answers).items():
+            if data is not None:
+                rows[path] = (path, len(data), rows[path][2] if path in rows else "")
+    return list(rows.values())
+
+
+def check_patches(workstation, packages, answers):
+    """Of the sample's products: the patched files byte for byte, the patches that are registered, the versions."""
+    troubles, appended, merged = [], 0, 0
+    view = FolderView(workstation.drive)
+    for package in packages:
+        troubles += expected_patches.find_wrong(package, answers, view, workstation.has_key)
+        if not package.is_pack:
+            asked = expected_patches.asked_patches(answers, package.properties.get("ProductName", ""))
+            appended, merged = appended + len(asked.appended), merged + len(asked.merged)
+    if appended or merged:
+        print("Of %d appended and %d merged patches, %s." % (
+            appended, merged, "%d things are not as they should be" % len(troubles) if troubles else
+            "all files, versions and registrations are as they were asked for"))
+    return troubles
+
+
 def check_leftovers(workstation, packages, expected):
     """What stays on purpose, what was left behind, and what can't be known."""
     view = FolderView(workstation.drive)
@@ -437,7 +469,7 @@ def check_leftovers(workstation, packages, expected):
 def check(workstation, packages, asked, shortcuts, answers):
     troubles = []
     workstation.add_drives(set().union(*(package.added_drives() for package in packages)))
-    expected = [row for package in packages for row in package.files()]
+    expected = expected_rows(packages, answers)
     view = FolderView(workstation.drive)
     early = [path for path, _, _ in expected if view.find(path)]
     if early:
@@ -467,6 +499,7 @@ def check(workstation, packages, asked, shortcuts, answers):
             good += 1
     print("%d of %d files are there, each with its size." % (good, len(expected)))
     troubles += check_additions(workstation, packages, answers, find_wrong)
+    troubles += check_patches(workstation, packages, answers)
     troubles += check_registry(workstation, packages, asked)
     troubles += check_shortcuts(workstation, packages, shortcuts)
     code = workstation.run("Uninstall.cmd")
@@ -475,6 +508,7 @@ def check(workstation, packages, asked, shortcuts, answers):
         troubles.append("Uninstall.cmd ended with %d" % code)
     troubles += check_leftovers(workstation, packages, expected)
     troubles += check_additions(workstation, packages, answers, find_left)
+    troubles += [trouble for package in packages for trouble in expected_patches.find_left(package, workstation.has_key)]
     print("Logs on the workstation: %s" % (", ".join(workstation.keep_logs()) or "none"))
     return troubles
 
