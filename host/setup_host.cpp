@@ -20,10 +20,13 @@ namespace {
 
 constexpr unsigned int STAGE_AFTER_BUILD = 4; // Cancel acts as Next: nothing is left to cancel
 
-// Tab pages of several products come up in turn, long after their records were filled.
+// Tab pages of several products come up in turn, long after their records were filled. A wizard page comes up at once, and
+// names no product here.
 int UseFoldersOfPage(PageContext* context)
 {
-    static_cast<CHostSetupManager*>(context->pSetupManager)->UseFoldersOf(context->pProduct);
+    if (context->pProduct) {
+        static_cast<CHostSetupManager*>(context->pSetupManager)->UseFoldersOf(context->pProduct);
+    }
     return 0;
 }
 

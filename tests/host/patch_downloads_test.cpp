@@ -86,6 +86,19 @@ TEST_F(PatchDownloadsTest, EachTabPageFindsTheFolderOfItsProductWhenItComesUp)
     EXPECT_EQ(comeUp(first), firstFolder);
 }
 
+// A wizard page's own context names none. Downloads went into the deployment's place then, before it was built.
+TEST_F(PatchDownloadsTest, AHookThatIsCalledWithoutAProductKeepsTheFolderOfTheProductsPage)
+{
+    CProduct& product = Start();
+    PageContext context = host->MakePageContext(host->GetFlow()[0], true, &product);
+    const CString folder = host->GetSetupManager().m_strDeploymentFolder;
+    context.pProduct = nullptr;
+    for (const PageHook hook : context.preInitHooks) {
+        hook(&context);
+    }
+    EXPECT_EQ(host->GetSetupManager().m_strDeploymentFolder, folder);
+}
+
 TEST_F(PatchDownloadsTest, ADownloadLastsAsLongAsItsProductAndGoesWithTheRun)
 {
     CString file = Download(Start(), L"beside\\First.msp", L"first.msp");
