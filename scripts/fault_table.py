@@ -27,6 +27,7 @@ AREAS = {
     "workstation": ("workstation",),
     "slimhtml": ("slimhtml",),
     "installer": ("installer",),
+    "catalog": ("catalog",),
     "msi": ("msi",),
     "host": ("host",),
     "builder": ("builder",),

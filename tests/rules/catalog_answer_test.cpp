@@ -230,7 +230,21 @@ TEST(CatalogAnswerTest, AListReadsBackAsTheAnswer)
     EXPECT_FALSE(IsRead(bytes)) << "a list is no answer";
 }
 
-TEST(CatalogAnswerTest, AListIsFoundByNameInAnyCase)
+TEST(CatalogAnswerTest, AListSaysWhenAndForWhatItWasAsked)
+{
+    const std::string root = "PatchList version=\"1\" asked=\"\" key=\"\" product=\"\"";
+    const auto isList = [](const std::string& text) {
+        return ReadPatchList(text.data(), text.size()).has_value();
+    };
+    EXPECT_TRUE(isList(Answer("", root)));
+    for (const char* name : {"version=\"1\"", "asked=\"\"", "key=\"\"", "product=\"\""}) {
+        EXPECT_FALSE(isList(Answer("", Replaced(root, std::string(" ") + name, "")))) << name;
+    }
+    EXPECT_FALSE(isList(Answer("", Replaced(root, "key=\"\"", "key=\"" + std::string(1025, 'k') + "\""))));
+    EXPECT_FALSE(isList(Answer("", Replaced(root, "key=\"\"", "key=\"&#9;\""))));
+}
+
+TEST(CatalogAnswerTest, AFileIsFoundByNameInAnyCase)
 {
     const CatalogAnswer answer = Read(GOOD);
     ASSERT_NE(FindListedFile(answer, L"B.MSP"), nullptr);

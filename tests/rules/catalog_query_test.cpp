@@ -161,15 +161,38 @@ TEST(CatalogAddressTest, TheNameOfADownloadIsTheLastElementAsItStands)
 
 TEST(CatalogAddressTest, AnAddressWithoutAPlainNameHasNone)
 {
-    for (const wchar_t* address :
-         {L"http://a",         L"http://a/",           L"http://a.msp",        L"http://a/b.msp/",
-          L"http://a/b.msp?c", L"http://a/c?b.msp",    L"http://a/b.msp#c",    L"http://a/b#/c.msp",
-          L"http://a/b%2Emsp", L"http://a/..%5Cb.msp", L"http://a/..%2Fb.msp", L"http://a/%62.msp",
-          L"http://a/..",      L"http://a/...msp",     L"http://a/.msp",       L"http://a/b.txt",
-          L"http://a/b",       L"http://a/b.msp.",     L"http://a/b.msp:c",    L"http://a/c:b.msp",
-          L"http://a/nul.msp", L"http://a/COM1.exe",   L"http://a/con.b.msp",  L"http://a/b;c.msp",
-          L"http://a/b~1.msp", L"http://a/b*.msp",     L"http://a/b'.msp",     L"http://a/patchlist.npl",
-          L"http://a/b.dll",   L"ftp://a/b.msp",       L"file:///b.msp"}) {
+    for (const wchar_t* address : {L"http://a",
+                                   L"http://a/",
+                                   L"http://a.msp",
+                                   L"http://a/b.msp/",
+                                   L"http://a/b.msp?c",
+                                   L"http://a/c?b.msp",
+                                   L"http://a/b.msp#c",
+                                   L"http://a/b#/c.msp",
+                                   L"http://a/b?/c.msp",
+                                   L"http://a/b%2Emsp",
+                                   L"http://a/..%5Cb.msp",
+                                   L"http://a/..%2Fb.msp",
+                                   L"http://a/%62.msp",
+                                   L"http://a/..",
+                                   L"http://a/...msp",
+                                   L"http://a/.msp",
+                                   L"http://a/b.txt",
+                                   L"http://a/b",
+                                   L"http://a/b.msp.",
+                                   L"http://a/b.msp:c",
+                                   L"http://a/c:b.msp",
+                                   L"http://a/nul.msp",
+                                   L"http://a/COM1.exe",
+                                   L"http://a/con.b.msp",
+                                   L"http://a/b;c.msp",
+                                   L"http://a/b~1.msp",
+                                   L"http://a/b*.msp",
+                                   L"http://a/b'.msp",
+                                   L"http://a/patchlist.npl",
+                                   L"http://a/b.dll",
+                                   L"ftp://a/b.msp",
+                                   L"file:///b.msp"}) {
         EXPECT_EQ(DownloadName(address), L"") << Utf8(address);
     }
     EXPECT_EQ(DownloadName(L"http://a/" + CString(L'b', 97) + L".msp"), L"");
