@@ -179,9 +179,28 @@ TEST_F(PatchBuildTest, APatchIsReplacedByAnotherOneOfItsNameAndOneIsAdded)
 TEST_F(PatchBuildTest, TheListedPatchesAreNamedForMergingAndNotForTheCommands)
 {
     Choose(Start(), {Second(), First()}, Setup::PATCHSTATE_MERGE);
-    std::vector<CString> warnings;
-    const OperationError error = host->CheckBuild(warnings);
-    EXPECT_FALSE(error) << Utf8(error.message);
+    Build();
+    EXPECT_EQ(PatchArgument(), CString());
+    const StoredProduct stored = ReadBuilt().products[0];
+    ASSERT_EQ(stored.patches.size(), 2u);
+    EXPECT_TRUE(stored.patches[0].merged && stored.patches[1].merged);
+    EXPECT_EQ(stored.patches[0].code, CString(FIRST_PATCH_CODE)) << "in the order of their versions";
+    EXPECT_EQ(PatchesInImage(), (std::vector<CString>{L"first.msp", L"second.msp"}));
+    const CString notes = ReadText(location + L"North\\ReadMe.txt");
+    EXPECT_GE(notes.Find(L"  Patches, merged into the package and its files:\r\n    Patch Test First\r\n"), 0)
+        << Utf8(notes);
+}
+
+// Setup.xml and the package must say the same, or nobody could open the deployment again.
+TEST_F(PatchBuildTest, TheVersionThatMergingLeadsToStandsInTheImageAndTheNotes)
+{
+    Choose(Start(), {First(), Second()}, Setup::PATCHSTATE_MERGE);
+    Build();
+    SetupDescription image;
+    ASSERT_FALSE(ReadSetupFile(location + L"North\\Image\\Setup.xml", image));
+    EXPECT_EQ(image.products.at(0).packages.at(0).strVersion, CString(L"1.0.2"));
+    EXPECT_EQ(image.products.at(1).packages.at(0).strVersion, CString(L"27.0.0"));
+    EXPECT_GE(ReadText(location + L"North\\ReadMe.txt").Find(L"version equal to or above 1.0.2"), 0);
 }
 
 // ---- what would end with success and the old files
