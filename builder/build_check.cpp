@@ -13,6 +13,8 @@
 
 #include <winnetwk.h>
 
+#include <algorithm>
+
 namespace {
 
 // Room for the texts beside the image and for the disk's own rounding.
@@ -140,6 +142,12 @@ void CheckSpace(const BuildRun& run, const CString& folder)
     }
 }
 
+bool IsMerged(const BuildDatabase& database, const CString& code)
+{
+    return std::any_of(database.mergedPatches.begin(), database.mergedPatches.end(),
+                       [&](const MergedPatch& patch) { return patch.strCode.CompareNoCase(code) == 0; });
+}
+
 // All notes and commands show the products as they are with their patches.
 void BeginDecisions(BuildRun& run)
 {
@@ -155,6 +163,9 @@ void BeginDecisions(BuildRun& run)
             for (const ChosenPatch& chosen : merge.patches) {
                 database.mergedPatches.push_back(chosen.patch);
             }
+            std::erase_if(database.patches, [&](const ListedPatch& listed) {
+                return listed.use == ListedPatch::Use::Merged && !IsMerged(database, listed.strCode);
+            });
         }
     }
 }

@@ -189,11 +189,7 @@ private:
             if (why.IsEmpty()) {
                 return name;
             }
-            // Of several the one for this product says best what is wrong.
-            if (ProductOfTransform(target).CompareNoCase(product.strProductCode) == 0 ||
-                package.Transforms().size() == 1) {
-                misfit = why;
-            }
+            misfit = why;
         }
         RefusePatch(package.Path(), m_product, misfit);
     }

@@ -6,7 +6,7 @@
 #include "builder/database_snapshot.h"
 #include "builder/file_operations.h"
 #include "builder/shown_text.h"
-#include "installer/database.h"
+#include "installer/patch_summary.h"
 #include "installer/query.h"
 #include "installer/record.h"
 #include "installer/summary.h"
@@ -18,9 +18,8 @@
 
 namespace {
 
-constexpr ULONG_PTR READ_PATCH = 32; // MSIDBOPEN_READONLY with MSIDBOPEN_PATCHFILE
 constexpr unsigned int SUMMARY_TRANSFORMS = 8;
-constexpr unsigned int SUMMARY_REQUIREMENTS = 16;
+constexpr unsigned int SUMMARY_FLAGS = 16;
 constexpr int CODE_LENGTH = 38;
 constexpr std::size_t MAX_TRANSFORMS = 1000;
 constexpr std::size_t MAX_SUPERSEDED = 1000;
@@ -87,7 +86,7 @@ void RefusePatch(const CString& path, const CString& product, const CString& why
 CPatchPackage::CPatchPackage(const CString& path) : m_path(path)
 {
     static_cast<void>(OpenForReading(path)); // a missing or locked file has the system's words
-    if (MsiOpenDatabaseW(path, reinterpret_cast<LPCWSTR>(READ_PATCH), m_database.put()) != ERROR_SUCCESS ||
+    if (OpenPatch(path, m_database) != ERROR_SUCCESS ||
         FAILED(StgOpenStorage(path, nullptr, STGM_READ | STGM_SHARE_DENY_WRITE, nullptr, 0, &m_storage))) {
         throw NotAPatch(path);
     }
@@ -206,9 +205,9 @@ TransformTarget ReadTransformTarget(const CString& path)
     target.strCodes = text(SUMMARY_PACKAGE_CODE);
     UINT type = 0;
     INT number = 0;
-    if (MsiSummaryInfoGetPropertyW(summary.get(), SUMMARY_REQUIREMENTS, &type, &number, nullptr, nullptr,
-                                   nullptr) == ERROR_SUCCESS) {
-        target.requirements = static_cast<unsigned int>(number) >> 16;
+    if (MsiSummaryInfoGetPropertyW(summary.get(), SUMMARY_FLAGS, &type, &number, nullptr, nullptr, nullptr) ==
+        ERROR_SUCCESS) {
+        target.flags = static_cast<unsigned int>(number);
     }
     return target;
 }
