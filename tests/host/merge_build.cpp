@@ -24,12 +24,18 @@ void CopyTree(const CString& from, const CString& to)
 class Steps final : public IBuildProgress
 {
 public:
-    explicit Steps(std::vector<CString>& steps) : m_steps(steps) {}
-    void OnStep(const CString& sentence) override { m_steps.push_back(sentence); }
+    explicit Steps(MergeBuild& build) : m_build(build) {}
+    void OnStep(const CString& sentence) override
+    {
+        m_build.steps.push_back(sentence);
+        if (m_build.onStep) {
+            m_build.onStep(sentence);
+        }
+    }
     bool OnProgress(std::uint64_t, std::uint64_t, const CString&) override { return true; }
 
 private:
-    std::vector<CString>& m_steps;
+    MergeBuild& m_build;
 };
 
 } // namespace
@@ -105,7 +111,7 @@ void MergeBuild::Change(const CString& statement)
 
 BuildResult MergeBuild::Build()
 {
-    Steps progress(steps);
+    Steps progress(*this);
     BuildResult result = BuildDeployment(plan, progress);
     warnings = result.warnings;
     return result;

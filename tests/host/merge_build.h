@@ -39,6 +39,7 @@ public:
     BuildPlan plan;
     std::vector<CString> steps;
     std::vector<CString> warnings; // of the last build
+    std::function<void(const CString&)> onStep;
 
 private:
     CString m_layout;
