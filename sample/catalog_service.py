@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """An update service for the sample's products, on this computer alone (127.0.0.1).
 
-    catalog_service.py --patches FOLDER [--port NUMBER] [--newest FILE]...
+    catalog_service.py --patches FOLDER [--port NUMBER] [--first] [--newest FILE]...
 
 FOLDER is what make_patches.py has made. The first line of output is the address that AltPatchRelayURL wants. It runs
-until it is ended. --newest names the file that a product is offered, instead of its newest self-extracting update.
+until it is ended. A product is offered its newest self-extracting update, with --first its first one, and with --newest the
+file of that name.
 
     GET /patchrelay/GetAvailableContent?key=...&product=...&client=...    what there is for a product
     GET /patches/x64/Name.msp                                           a patch file
@@ -63,14 +64,15 @@ def read_updates(folder):
 
 
 class CatalogService(http.server.ThreadingHTTPServer):
-    """`newest`: names of files that are offered, one a product and platform; others get their newest program."""
+    """`newest`: names of files that are offered, one a product and platform; others get their newest program, or the first
+    one where `first` says so."""
 
     daemon_threads = True
 
-    def __init__(self, folder, port=0, newest=()):
+    def __init__(self, folder, port=0, newest=(), first=False):
         super().__init__(("127.0.0.1", port), Handler)
         self.updates = read_updates(folder)
-        self.newest = list(newest)
+        self.newest, self.first = list(newest), first
         self.silent = False  # it has nothing for anybody
         self.requests = []   # paths that were asked for, in their order
 
@@ -94,8 +96,8 @@ class CatalogService(http.server.ThreadingHTTPServer):
             return None
         of_product = [update for update in self.updates if update.product_code == code]
         named = [update for update in of_product if update.file in self.newest]
-        programs = [update for update in of_product if update.is_program()]
-        return (named or sorted(programs, key=lambda update: update.version) or [None])[-1]
+        programs = sorted((update for update in of_product if update.is_program()), key=lambda update: update.version)
+        return (named or programs[:1 if self.first else None] or [None])[-1]
 
     def answer(self, update):
         lines = ["<?xml version=\"1.0\" encoding=\"utf-8\"?>", "<PatchAnswer version=\"1\">"]
@@ -159,9 +161,10 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--patches", required=True)
     parser.add_argument("--port", type=int, default=0)
+    parser.add_argument("--first", action="store_true")
     parser.add_argument("--newest", action="append", default=[])
     arguments = parser.parse_args()
-    service = CatalogService(arguments.patches, arguments.port, arguments.newest)
+    service = CatalogService(arguments.patches, arguments.port, arguments.newest, arguments.first)
     for number in (signal.SIGTERM, signal.SIGINT):
         signal.signal(number, lambda *_: sys.exit(0))
     print(service.catalog_address(), flush=True)

@@ -47,10 +47,10 @@ def stem_of(path):
     return os.path.splitext(ntpath.basename(path))[0].lower()
 
 
-def newest_of(product):
-    """The stem of what the sample's service offers."""
+def offered_to(product):
+    """The stem of what the sample's service offers in ./run: the first update, so that there is a newer one."""
     of_product = [update for update in UPDATES.values() if update.product.NAME.lower() == product.lower()]
-    return max(of_product, key=lambda update: update.number).stem.lower()
+    return min(of_product, key=lambda update: update.number).stem.lower()
 
 
 class AskedPatches:
@@ -83,7 +83,7 @@ def asked_patches(answers, product):
             appended = []
             continue
         kept = [] if choice == "offered" or words.get("clear") == "yes" else appended
-        asked = [newest_of(product)] if choice == "offered" else files
+        asked = [offered_to(product)] if choice == "offered" else files
         listed = kept + [stem for stem in asked if stem not in kept + merged]
         if words.get("way", "merge" if merged else "append") == "merge":
             merged = merged + [stem for stem in listed if stem not in merged]

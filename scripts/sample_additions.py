@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Writes what an unattended ./run on the sample works with: its answers, and beside them the files that they add.
+"""Writes what an unattended ./run on the sample works with: its answers, and beside them the files that they add and the
+patch files that they name.
 
     sample_additions.py FOLDER
 
@@ -13,6 +14,8 @@ import shutil
 import sys
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+BUILD = os.environ.get("ROLLOUT_BUILD", os.path.join(ROOT, "build"))
+PATCHES = os.path.join(BUILD, "windows", "sample_patches", "x64")
 ANSWERS = ("run-answers.txt", "run-changes.txt")
 FILES_OF_A_FOLDER = 120
 BYTES = (0, 1, 100, 4096, 70000)
@@ -46,6 +49,9 @@ def write(folder):
         if data is not None:
             with open(path, "wb") as file:
                 file.write(data)
+    shutil.rmtree(os.path.join(folder, "patches"), ignore_errors=True)
+    if os.path.isdir(PATCHES):  # the checks also run where nothing is built
+        shutil.copytree(PATCHES, os.path.join(folder, "patches"))
     for answers in ANSWERS:
         shutil.copy(os.path.join(ROOT, answers), folder)
 

@@ -27,9 +27,9 @@ class AskedTest(unittest.TestCase):
         asked = patches.asked_patches(paths, product)
         return asked.appended, asked.merged
 
-    def test_what_the_service_offers_is_its_newest(self):
+    def test_what_the_service_offers_in_a_run_is_the_first_update(self):
         text = "[service_pack]\nchoice = offered\n"
-        self.assertEqual(self.asked(ZOLT, text), (["zolt2027update2"], []))
+        self.assertEqual(self.asked(ZOLT, text), (["zolt2027update1"], []))
         self.assertEqual(self.asked(VIEWER, text + "way = merge\n"), ([], ["zoltviewer2027update1"]))
 
     def test_a_products_own_lines_win(self):

@@ -5,6 +5,7 @@ import os
 import subprocess
 import sys
 
+from update_service import NOBODY, UpdateService, point_products_to
 from wizard import MEDIA, ROOT, WizardTest, property_of
 
 sys.path.insert(0, os.path.join(ROOT, "scripts"))
@@ -91,7 +92,7 @@ class PackageTest(WizardTest):
         run, pages = self.walk(self.begin("Quay"), self.package())
         self.assertEqual(run.code, 0, run.output)
         self.assertEqual(pages, ["BeginDeploymentDialog", "DeploymentSettingsDialog", "AddAdditionalFilesDialog",
-                                 "DeploymentCompleteDialog"])
+                                 "ServicePackDialog", "DeploymentCompleteDialog"])
         self.assertIn("1 of 1 files are there", self.assert_installs("Quay"))
         database = os.path.join(self.out, "Quay", "Image", "quay.msi")
         self.assertIsNone(property_of(database, "ZOLT_PARTSBAY_ENABLE"))
@@ -103,7 +104,7 @@ class PackageTest(WizardTest):
         run, pages = self.walk(path, self.package("[ZOLT_PARTSBAY_ENABLE]"))
         self.assertEqual(run.code, 0, run.output)
         self.assertEqual(pages, ["BeginDeploymentDialog", "DeploymentSettingsDialog", "AddAdditionalFilesDialog", "OnlineResourcesDialog",
-                                 "DeploymentCompleteDialog"])
+                                 "ServicePackDialog", "DeploymentCompleteDialog"])
         self.assertIn("1 of 1 properties stand in the registry", self.assert_installs("Quay"))
         self.assertEqual(property_of(os.path.join(self.out, "Quay", "Image", "quay.msi"), "ZOLT_PARTSBAY_ENABLE"), "#0")
 
@@ -125,7 +126,7 @@ class PackageTest(WizardTest):
         run, pages = self.walk(self.begin("Second", mode="create_from", base="Quay"), image)
         self.assertEqual(run.code, 0, run.output)
         self.assertEqual(pages, ["BeginDeploymentDialog", "DeploymentSettingsDialog", "AddAdditionalFilesDialog",
-                                 "DeploymentCompleteDialog"])
+                                 "ServicePackDialog", "DeploymentCompleteDialog"])
 
     def test_the_default_answers_suit_the_pages_of_the_media(self):
         logs = os.path.join(self.folder, "all logs")
@@ -133,6 +134,10 @@ class PackageTest(WizardTest):
         words = ("--set", "settings.log_folder=Z:" + logs.replace("/", "\\"))
         package = self.package()
         sample_additions.write(self.folder)
+        service = UpdateService()
+        self.addCleanup(service.close)
+        point_products_to(service.catalog_address(), self.folder)
+        self.addCleanup(point_products_to, NOBODY, self.folder)
         for media, answers, folder in ((MEDIA, "run-answers.txt", self.folder), (package, "run-answers-package.txt", ROOT)):
             with self.subTest(media=media):
                 self.assertEqual(self.default_answers(media), answers)
