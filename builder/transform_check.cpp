@@ -3,6 +3,7 @@
 #include "base/number_text.h"
 #include "builder/shown_text.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace {

@@ -8,11 +8,11 @@
 
 struct ReviewNode
 {
-    CString strText;         // one line, in words; texts of others stand in it as ShownText has them
-    bool bChanged = false;   // stands out: it differs from what the page proposed, or from the media
-    bool bWarning = false;   // stands out: somebody should know
-    CString strPage;         // the export of the wizard page that a link leads back to; empty without one
-    CString strProductCode;  // of the product whose page it is; empty for a page that belongs to none
+    CString strText;        // one line, in words; texts of others stand in it as ShownText has them
+    bool bChanged = false;  // stands out: it differs from what the page proposed, or from the media
+    bool bWarning = false;  // stands out: somebody should know
+    CString strPage;        // the export of the wizard page that a link leads back to; empty without one
+    CString strProductCode; // of the product whose page it is; empty for a page that belongs to none
     std::vector<ReviewNode> children;
 };
 
