@@ -150,7 +150,7 @@ const Misbehavior ON_THE_WAY[] = {
          }
      },
      12002, 14000, WHOLE_LIMIT + SLACK},
-    {"EndlessHeaders", ServeEndlessHeaders(), 12002, 14000, WHOLE_LIMIT + SLACK},
+    {"EndlessHeaders", ServeEndlessHeaders(0), 12002, 14000, WHOLE_LIMIT + SLACK},
     {"EndlessBody", ServeEndlessBody(), 12152},
     {"WithoutTheLastByte", ServeWithoutLastByte(GoodAnswer()), 12152},
     {"LengthTooLarge", ServeWrongLength(GoodAnswer(), 5000), 12152},

@@ -182,6 +182,7 @@ bool CLoopbackConnection::ReadRequest()
 
 CLoopbackServer::CLoopbackServer()
 {
+    SetEnvironmentVariableW(L"http_proxy", nullptr); // which would stand between this server and who asks it
     WSADATA data = {};
     WSAStartup(MAKEWORD(2, 2), &data);
     m_listener = BindSocket(m_port);
