@@ -53,5 +53,5 @@ struct CatalogInquiry
 // By the file's last name, in any case; null when the list doesn't name it.
 [[nodiscard]] const CatalogFile* FindListedFile(const CatalogAnswer& list, const CString& name);
 
-// The whole record: the offer of the answer, or none, and the error number. With an error it holds nothing else.
+// The whole record: the offer of the answer, or none, and the error number. With an error everything else is zero.
 void FillPatchInfo(PatchInfoRecord& record, const CatalogAnswer& answer, unsigned int error);

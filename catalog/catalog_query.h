@@ -3,7 +3,7 @@
 
 #include "base/string.h"
 
-// Error numbers of the network library, whose header the rules don't see; fix_mgr.cpp holds them against it.
+// Error numbers of the network library, whose header the rules don't see; service_exchange.cpp compares them with it.
 constexpr unsigned int CATALOG_TIMED_OUT = 12002;
 constexpr unsigned int CATALOG_INTERNAL_ERROR = 12004; // also: the patch list could not be written
 constexpr unsigned int CATALOG_ADDRESS_INVALID = 12005;
@@ -17,7 +17,7 @@ constexpr unsigned int CATALOG_ANSWER_INVALID = 12152;
 constexpr unsigned int CATALOG_REDIRECT_FAILED = 12156;
 
 // "key=<catalog key>&product=<identity>&client=<version>", each value as UTF-8 in percent form. False for a text that is too
-// long or holds control characters or half a surrogate pair.
+// long or has control characters or half a surrogate pair.
 [[nodiscard]] bool ComposeQuery(const CString& key, const CString& product, const CString& client,
                                 CString& query);
 

@@ -1,4 +1,4 @@
-// FixMgr.dll: asks the update service which patch it offers, keeps what it said as the patch list, and holds files against that.
+// FixMgr.dll: asks the update service which patch it offers, keeps the answer as the patch list, and compares files with that.
 #include "catalog/catalog_answer.h"
 #include "catalog/catalog_exports.h"
 #include "catalog/catalog_query.h"

@@ -3,7 +3,7 @@
 
 #include "catalog/catalog_answer.h"
 
-// The list of an inquiry made just now takes the place of the one before. 0, or why the former one stands as it was.
+// The list of an inquiry made just now replaces the one before. 0, or why the former one stands as it was.
 [[nodiscard]] unsigned int WritePatchList(const CString& path, const CatalogAnswer& answer,
                                           const CString& key, const CString& product);
 

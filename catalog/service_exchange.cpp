@@ -230,7 +230,7 @@ struct Inquiry
 struct ThreadStart
 {
     std::shared_ptr<Inquiry> inquiry;
-    CModuleOwner library; // this one, held for the thread
+    CModuleOwner library; // this one, loaded as long as the thread runs
 };
 
 ServiceAnswer RunCaught(const Inquiry& inquiry)

@@ -8,7 +8,7 @@
 [[nodiscard]] bool IsWebAddress(const CString& address, int limit);
 
 // The name under which the page will store the file: the last element of the address's path as it stands. Empty when the
-// address is none, holds a query or a fragment, or when its last element isn't the plain name of a patch file.
+// address is none, has a query or a fragment, or when its last element isn't the plain name of a patch file.
 [[nodiscard]] CString DownloadName(const CString& address);
 
 // Letters, digits, ".", "-" and "_" of ASCII, the extension .msp or .exe, no name of a device. Short enough for any folder.

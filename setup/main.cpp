@@ -240,8 +240,8 @@ unsigned int RunSetup()
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int)
 {
-    // Pages load libraries by bare names. The program's folder takes the place of the current one in the search; an empty
-    // text, which takes that out as well, is ignored by some systems.
+    // Pages load libraries by bare names. The program's folder replaces the current one in the search; an empty text
+    // would remove that too, but some systems ignore it.
     SetDllDirectoryW(FolderOfProgram());
     _Module.Init(instance);
     const scope_exit endModule([] { _Module.Term(); });

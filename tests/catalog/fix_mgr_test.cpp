@@ -231,7 +231,7 @@ TEST_F(FixMgrTest, AnAnswerThatIsRefusedLeavesTheFormerList)
     EXPECT_EQ(Contents(List()), list);
 }
 
-// ---- files held against the list ---------------------------------------------------------------------------------------
+// ---- files compared with the list --------------------------------------------------------------------------------------
 
 TEST_F(FixMgrTest, AFileAsDescribedIsGoodInAnyCaseOfItsName)
 {

@@ -288,8 +288,7 @@ void CLoopbackServer::Accept()
         if (accepted == INVALID_SOCKET) {
             continue;
         }
-        for (auto worker = m_workers.begin();
-             worker != m_workers.end();) { // it has let go of the lock for good
+        for (auto worker = m_workers.begin(); worker != m_workers.end();) { // has released the lock for good
             const auto next = std::next(worker);
             if (worker->done) {
                 worker->thread.join();

@@ -121,11 +121,11 @@ private:
 
 // 200 with its length.
 LoopbackHandler ServeBody(std::string body, std::string type = "application/octet-stream");
-// 200 with so many bytes, of which only one block is ever held: byte `index` is ServedByte(index).
+// 200 with so many bytes, of which only one block is ever in memory: byte `index` is ServedByte(index).
 LoopbackHandler ServeBytes(unsigned long long bytes);
 char ServedByte(unsigned long long index);
 
-// A body that the test lets go in steps, so that it knows where the other side stands: one object a request.
+// A body that the test releases in steps, so that it knows where the other side stands: one object a request.
 class CServedSteps
 {
 public:
