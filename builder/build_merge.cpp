@@ -84,13 +84,14 @@ void CMergeWriter::UnpackPatches()
         const CString& patch = m_merge.patches[cabinet.first].patch.strSource;
         const CScratchFile copy(m_database.strWorkingCopy + L".cabinet");
         if (!CPatchPackage(patch).SaveCabinet(cabinet.second, copy.Path(), [this] { m_run.meter.Poll(); })) {
-            RefusePatch(patch, m_database.strProductName,
+            RefusePatch(BUILD_FILE_CHANGED, patch, m_database.strProductName,
                         L"no longer holds the cabinet " + ShownText(cabinet.second));
         }
         const std::set<CString> found =
             ReadCabinet(copy.Path(), targets, [this](std::uint64_t) { m_run.meter.Poll(); });
         if (found.size() != targets.size()) {
-            RefusePatch(patch, m_database.strProductName, L"no longer holds all of its files");
+            RefusePatch(BUILD_FILE_CHANGED, patch, m_database.strProductName,
+                        L"no longer holds all of its files");
         }
     }
     for (const MergedFile& file : m_merge.files) {
@@ -103,8 +104,8 @@ void CMergeWriter::UnpackPatches()
 void CMergeWriter::RequireSize(const MergedFile& file) const
 {
     if (SizeOfFile(m_contents.at(file.strKey)) != file.size) {
-        RefusePatch(m_merge.patches[file.patch].patch.strSource, m_database.strProductName,
-                    L"has changed since the build began");
+        RefusePatch(BUILD_FILE_CHANGED, m_merge.patches[file.patch].patch.strSource,
+                    m_database.strProductName, L"has changed since the build began");
     }
 }
 

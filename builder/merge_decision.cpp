@@ -29,8 +29,9 @@ constexpr std::uint64_t MAX_CABINET_CONTENT = 2032ull << 20;
 
 [[noreturn]] void RefuseMerge(const CString& product, const CString& why)
 {
-    throw BuildFailure{BUILD_INSTALLER_FAILED, L"The patches can't be merged into " + product + L": " + why +
-                                                   L". Append them instead."};
+    throw BuildFailure{BUILD_INSTALLER_FAILED,
+                       L"The patches can't be merged into " + product + L": " + why +
+                           L". On the service pack page, append them instead of merging them."};
 }
 
 void CopyWithPoll(const CString& source, const CString& target, const std::function<void()>& poll)
@@ -77,7 +78,7 @@ public:
         }
         m_decision.strVersion = PropertyOf(m_decision.patched, L"ProductVersion");
         if (!IsInstallerVersion(m_decision.strVersion)) {
-            RefusePatch(m_packages.back()->Path(), m_product,
+            RefusePatch(BUILD_PATCH_DAMAGED, m_packages.back()->Path(), m_product,
                         L"gives the product the version " + ShownText(m_decision.strVersion));
         }
         PlaceFiles();
@@ -112,15 +113,15 @@ private:
             packages.push_back(std::make_unique<CPatchPackage>(merged.strSource));
             const CPatchPackage& patch = *packages.back();
             if (patch.Code().CompareNoCase(merged.strCode) != 0) {
-                RefusePatch(patch.Path(), m_product,
+                RefusePatch(BUILD_FILE_CHANGED, patch.Path(), m_product,
                             L"has the code " + patch.Code() + L" by now, and had " +
                                 ShownText(merged.strCode) + L" when it was chosen");
             }
             if (!patch.IsForProduct(m_database.strProductCode)) {
-                RefusePatch(patch.Path(), m_product, L"is for another product");
+                RefusePatch(BUILD_PATCH_NOT_APPLICABLE, patch.Path(), m_product, L"is for another product");
             }
             if (!codes.insert(patch.Code()).second) {
-                RefusePatch(patch.Path(), m_product, L"is on the list twice");
+                RefusePatch(BUILD_PATCH_NOT_APPLICABLE, patch.Path(), m_product, L"is on the list twice");
             }
             for (const CString& older : patch.Superseded()) {
                 stoodInFor[older] = patch.Name();
@@ -142,13 +143,14 @@ private:
 
     void MergeOne(const CPatchPackage& package)
     {
-        const auto refuse = [&](const CString& why) {
+        const auto refuseAs = [&](unsigned int code, const CString& why) {
             if (!why.IsEmpty()) {
-                RefusePatch(package.Path(), m_product, why);
+                RefusePatch(code, package.Path(), m_product, why);
             }
         };
+        const auto refuse = [&](const CString& why) { refuseAs(BUILD_INSTALLER_FAILED, why); };
         const ChosenPatch chosen = {{package.Path(), package.Code()}, ChooseTransform(package)};
-        refuse(FindTransformFault(m_raw, package.ReadTransform(chosen.strTransform)));
+        refuseAs(BUILD_PATCH_DAMAGED, FindTransformFault(m_raw, package.ReadTransform(chosen.strTransform)));
         PatchSteps steps;
         steps.before = std::move(m_raw);
         m_applier.Apply(m_patched.get(), chosen, false);
@@ -158,7 +160,8 @@ private:
             refuse(L"makes another product of it, with the code " +
                    ShownText(PropertyOf(steps.changed, L"ProductCode")));
         }
-        refuse(FindTransformFault(steps.changed, package.ReadTransform(L"#" + chosen.strTransform)));
+        refuseAs(BUILD_PATCH_DAMAGED,
+                 FindTransformFault(steps.changed, package.ReadTransform(L"#" + chosen.strTransform)));
         steps.sourced = ReadSourced();
         CarriedFiles carried;
         refuse(FindCarriedFiles(steps, carried));
@@ -191,7 +194,7 @@ private:
             }
             misfit = why;
         }
-        RefusePatch(package.Path(), m_product, misfit);
+        RefusePatch(BUILD_PATCH_NOT_APPLICABLE, package.Path(), m_product, misfit);
     }
 
     // On a copy of its own, as the second transform isn't for the product that is built.
@@ -223,7 +226,7 @@ private:
             }
             const auto size = cabinets[stream].find(key);
             if (size == cabinets[stream].end()) {
-                RefusePatch(package.Path(), m_product,
+                RefusePatch(BUILD_PATCH_DAMAGED, package.Path(), m_product,
                             L"names the file \"" + ShownText(key) + L"\" and doesn't hold it");
             }
             files.Set(files.Rows().at({key}), L"FileSize", NumberText(static_cast<long long>(size->second)));
@@ -235,7 +238,7 @@ private:
     {
         const CScratchFile cabinet(m_copy.Path() + L".cabinet");
         if (!package.SaveCabinet(stream, cabinet.Path(), m_poll)) {
-            RefusePatch(package.Path(), m_product,
+            RefusePatch(BUILD_PATCH_DAMAGED, package.Path(), m_product,
                         L"names the cabinet \"" + ShownText(stream) + L"\" and doesn't hold it");
         }
         try {
@@ -245,7 +248,7 @@ private:
         } catch (const BuildFailure&) {
             // Said below, with the patch in place of a file that nobody knows.
         }
-        RefusePatch(package.Path(), m_product,
+        RefusePatch(BUILD_PATCH_DAMAGED, package.Path(), m_product,
                     L"holds a cabinet \"" + ShownText(stream) +
                         L"\" that can't be read: it is damaged or a part of a set");
     }
@@ -428,7 +431,7 @@ void CPatchApplier::Apply(MSIHANDLE database, const ChosenPatch& chosen, bool is
     CPatchPackage(chosen.patch.strSource).SaveTransform(chosen.strTransform, file);
     const unsigned int code = MsiDatabaseApplyTransformW(database, file, isLenient ? LENIENT : 0);
     if (code != ERROR_SUCCESS) {
-        RefusePatch(chosen.patch.strSource, m_product,
+        RefusePatch(BUILD_PATCH_NOT_APPLICABLE, chosen.patch.strSource, m_product,
                     L"doesn't fit the database: " + ReasonFor(code, file) + L" (code " + NumberText(code) +
                         L")");
     }

@@ -29,10 +29,9 @@ constexpr DWORD CHUNK_BYTES = 1u << 20;
 
 BuildFailure NotAPatch(const CString& path)
 {
-    return {BUILD_DATABASE_DAMAGED,
-            L"The file \"" + path +
-                L"\" can't be read as a patch: it is damaged, or of another kind. Get it "
-                L"from its maker again, or remove it from the patches."};
+    return {BUILD_PATCH_DAMAGED, L"The file \"" + path +
+                                     L"\" can't be read as a patch: it is damaged, or of another kind. " +
+                                     RemedyOf(BUILD_PATCH_DAMAGED)};
 }
 
 void RequireStorage(HRESULT result, const CString& path)
@@ -76,11 +75,15 @@ StreamBytes ReadStream(IStorage* storage, const CString& name, const CString& pa
 
 } // namespace
 
-void RefusePatch(const CString& path, const CString& product, const CString& why)
+void RefusePatch(unsigned int code, const CString& path, const CString& product, const CString& why)
 {
-    throw BuildFailure{BUILD_INSTALLER_FAILED,
-                       L"The patch \"" + path + L"\" can't be merged into " + product + L": it " + why +
-                           L". Remove it from the patches, or append the patches instead of merging them."};
+    const CString remedy =
+        code == BUILD_INSTALLER_FAILED
+            ? CString(L"On the service pack page, append the patches instead of merging them, or "
+                      L"remove this one.")
+            : RemedyOf(code);
+    throw BuildFailure{code, L"The patch \"" + path + L"\" can't be merged into " + product + L": it " + why +
+                                 L". " + remedy};
 }
 
 CPatchPackage::CPatchPackage(const CString& path) : m_path(path)

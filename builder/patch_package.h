@@ -48,8 +48,10 @@ private:
     CString m_name;
 };
 
-// "The patch "C:\...\sp1.msp" can't be merged into Zolt 2027: it <why>. <what to do>"
-[[noreturn]] void RefusePatch(const CString& path, const CString& product, const CString& why);
+// "The patch "C:\...\sp1.msp" can't be merged into Zolt 2027: it <why>. <what to do>" With BUILD_INSTALLER_FAILED the patch
+// itself is sound, and can be appended.
+[[noreturn]] void RefusePatch(unsigned int code, const CString& path, const CString& product,
+                              const CString& why);
 
 // What a transform in a file of its own says it is for.
 [[nodiscard]] TransformTarget ReadTransformTarget(const CString& path);

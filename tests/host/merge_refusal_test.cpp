@@ -1,4 +1,5 @@
 // What a build can't merge is refused by name before anything is written.
+#include "builder/build_failure.h"
 #include "builder/patch_package.h"
 #include "tests/host/merge_build.h"
 
@@ -11,13 +12,17 @@ class MergeRefusalTest : public testing::Test
 {
 protected:
     // Of a patch of the fixtures that has one thing wrong.
-    void ExpectRefused(const wchar_t* name, const CString& why)
+    void ExpectRefused(const wchar_t* name, const CString& why, unsigned int code = BUILD_INSTALLER_FAILED)
     {
         const CString path = PatchFixture(name);
         build.MergeFile(path, CPatchPackage(path).Code());
-        ExpectMergeRefused(build,
-                           {L"The patch \"" + path + L"\" can't be merged into Patch Test: it " + why + L". ",
-                            L"append the patches instead"});
+        const CString remedy =
+            code == BUILD_INSTALLER_FAILED
+                ? CString(L"append the patches instead of merging them, or remove this one.")
+                : RemedyOf(code);
+        ExpectMergeRefused(
+            build,
+            {L"The patch \"" + path + L"\" can't be merged into Patch Test: it " + why + L". ", remedy});
     }
     MergeBuild build{L"beside"};
 };
@@ -47,24 +52,26 @@ TEST_F(MergeRefusalTest, RefusesAPatchThatWasReplacedByAnother)
 
 TEST_F(MergeRefusalTest, RefusesAPatchOfAnotherProduct)
 {
-    ExpectRefused(L"OtherProduct.msp", L"is for another product");
+    ExpectRefused(L"OtherProduct.msp", L"is for another product", BUILD_PATCH_NOT_APPLICABLE);
 }
 
 TEST_F(MergeRefusalTest, RefusesAPatchThatIsThereTwice)
 {
     build.Merge(L"First", FIRST_PATCH_CODE);
-    ExpectRefused(L"SameCode.msp", L"is on the list twice");
+    ExpectRefused(L"SameCode.msp", L"is on the list twice", BUILD_PATCH_NOT_APPLICABLE);
 }
 
 TEST_F(MergeRefusalTest, RefusesAPatchForAnotherVersion)
 {
-    ExpectRefused(L"beside\\Second.msp", L"is for version 1.0.1, and the product has version 1.0.0");
+    ExpectRefused(L"beside\\Second.msp", L"is for version 1.0.1, and the product has version 1.0.0",
+                  BUILD_PATCH_NOT_APPLICABLE);
 }
 
 TEST_F(MergeRefusalTest, RefusesAPatchForTheVersionBeforeAnotherPatch)
 {
     build.Merge(L"First", FIRST_PATCH_CODE);
-    ExpectRefused(L"beside\\Independent.msp", L"is for version 1.0.0, and the product has version 1.0.1");
+    ExpectRefused(L"beside\\Independent.msp", L"is for version 1.0.0, and the product has version 1.0.1",
+                  BUILD_PATCH_NOT_APPLICABLE);
 }
 
 TEST_F(MergeRefusalTest, RefusesDifferencesOfBytes)
@@ -76,34 +83,40 @@ TEST_F(MergeRefusalTest, RefusesDifferencesOfBytes)
 
 TEST_F(MergeRefusalTest, RefusesAPatchThatLacksOneOfItsFiles)
 {
-    ExpectRefused(L"WithoutAFile.msp", L"names the file \"SUPPORTDIR_added_file_txt\" and doesn't hold it");
+    ExpectRefused(L"WithoutAFile.msp", L"names the file \"SUPPORTDIR_added_file_txt\" and doesn't hold it",
+                  BUILD_PATCH_DAMAGED);
 }
 
 TEST_F(MergeRefusalTest, RefusesAPatchThatLacksItsCabinet)
 {
-    ExpectRefused(L"WithoutCabinet.msp", L"names the cabinet \"Patch.cab\" and doesn't hold it");
+    ExpectRefused(L"WithoutCabinet.msp", L"names the cabinet \"Patch.cab\" and doesn't hold it",
+                  BUILD_PATCH_DAMAGED);
 }
 
 TEST_F(MergeRefusalTest, RefusesACabinetThatIsNone)
 {
     ExpectRefused(L"DamagedCabinet.msp",
-                  L"holds a cabinet \"Patch.cab\" that can't be read: it is damaged or a part of a set");
+                  L"holds a cabinet \"Patch.cab\" that can't be read: it is damaged or a part of a set",
+                  BUILD_PATCH_DAMAGED);
 }
 
 TEST_F(MergeRefusalTest, RefusesATableThatTheProductDoesNotHave)
 {
-    ExpectRefused(L"UnknownTable.msp", L"changes the table Nowhere, which the product doesn't have");
+    ExpectRefused(L"UnknownTable.msp", L"changes the table Nowhere, which the product doesn't have",
+                  BUILD_PATCH_DAMAGED);
 }
 
 TEST_F(MergeRefusalTest, RefusesAColumnThatTheProductDoesNotHave)
 {
     ExpectRefused(L"UnknownColumn.msp",
-                  L"has rows of the table Property with columns that the product doesn't have");
+                  L"has rows of the table Property with columns that the product doesn't have",
+                  BUILD_PATCH_DAMAGED);
 }
 
 TEST_F(MergeRefusalTest, RefusesRowsThatEndInTheMiddle)
 {
-    ExpectRefused(L"DamagedRows.msp", L"is damaged: its rows of the table File can't be read");
+    ExpectRefused(L"DamagedRows.msp", L"is damaged: its rows of the table File can't be read",
+                  BUILD_PATCH_DAMAGED);
 }
 
 TEST_F(MergeRefusalTest, RefusesANameThatLeadsOutOfItsFolder)
