@@ -32,7 +32,10 @@ public:
             m_build.onStep(sentence);
         }
     }
-    bool OnProgress(std::uint64_t, std::uint64_t, const CString&) override { return true; }
+    bool OnProgress(std::uint64_t, std::uint64_t, const CString&) override
+    {
+        return !m_build.onProgress || m_build.onProgress();
+    }
 
 private:
     MergeBuild& m_build;
@@ -64,27 +67,34 @@ Tree InstallAndRemove(const CString& package, const CString& patches)
     return installed;
 }
 
-MergeBuild::MergeBuild(const CString& layout, const CString& media) : m_layout(layout)
+MergeBuild::MergeBuild(const CString& layout, const CString& media)
+    : MergeBuild(
+          MergedPackage{media.IsEmpty() ? FolderAbove(PatchFixture(layout + L"\\PatchTest.msi")) : media})
+{
+    m_layout = layout;
+}
+
+MergeBuild::MergeBuild(const MergedPackage& package)
 {
     const CString product = m_folder / L"media\\x64\\PatchTest";
-    CopyTree(media.IsEmpty() ? FolderAbove(PatchFixture(layout + L"\\PatchTest.msi")) : media, product);
+    CopyTree(package.strFolder, product);
     BuildDatabase database;
-    database.strOriginal = product + L"\\PatchTest.msi";
+    database.strOriginal = product + L"\\" + package.strFile;
     database.strWorkingCopy = m_folder / L"work.msi";
     CopyFileW(database.strOriginal, database.strWorkingCopy, TRUE);
     EXPECT_EQ(MsiOpenDatabaseW(database.strWorkingCopy, MSIDBOPEN_TRANSACT, &m_database), 0u);
     database.hDatabase = m_database;
-    database.strTarget = L"Image\\x64\\PatchTest\\PatchTest.msi";
-    database.strProductName = L"Patch Test";
-    database.strProductCode = PATCHED_PRODUCT_CODE;
-    database.strProductVersion = L"1.0.0";
+    database.strTarget = L"Image\\x64\\PatchTest\\" + package.strFile;
+    database.strProductName = package.strName;
+    database.strProductCode = package.strCode;
+    database.strProductVersion = package.strVersion;
     database.strMaker = L"Velkmora";
     plan.databases.push_back(database);
     plan.strLocation = m_folder / L"shares";
     MakeFolders(plan.strLocation);
     plan.strName = L"Office";
     plan.strBuiltBy = L"Setup 1.0.0";
-    plan.strMediaName = L"Patch Test";
+    plan.strMediaName = package.strName;
     plan.folders.push_back({product, L"Image\\x64\\PatchTest"});
     plan.texts.push_back({L"Deployment.xml", L"<Deployment/>\r\n"});
 }

@@ -11,11 +11,22 @@ CString PatchedFolder();
 // chained, with semicolons between.
 Tree InstallAndRemove(const CString& package, const CString& patches = CString());
 
+// A package that is built from.
+struct MergedPackage
+{
+    CString strFolder; // with the package and its files
+    CString strFile = L"PatchTest.msi";
+    CString strName = L"Patch Test";
+    CString strCode = PATCHED_PRODUCT_CODE;
+    CString strVersion = L"1.0.0";
+};
+
 class MergeBuild
 {
 public:
     // `layout`: "beside", "inside" or "loose", as in patch_fixtures.h. `media`: instead, the image of a deployment.
     explicit MergeBuild(const CString& layout, const CString& media = CString());
+    explicit MergeBuild(const MergedPackage& package);
     ~MergeBuild();
     MergeBuild(const MergeBuild&) = delete;
     MergeBuild& operator=(const MergeBuild&) = delete;
@@ -30,7 +41,7 @@ public:
     CString Original() const { return Product().strOriginal; }
     CString Target() const { return plan.strLocation + L"\\" + plan.strName; }
     CString Image() const { return Target() + L"\\Image\\x64\\PatchTest"; }
-    CString Database() const { return Image() + L"\\PatchTest.msi"; }
+    CString Database() const { return Target() + L"\\" + Product().strTarget; }
     CString OwnPatch(const CString& name) const; // a copy that a test may change
     const TestFolder& Folder() const { return m_folder; }
     BuildDatabase& Product() { return plan.databases.front(); }
@@ -40,6 +51,7 @@ public:
     std::vector<CString> steps;
     std::vector<CString> warnings; // of the last build
     std::function<void(const CString&)> onStep;
+    std::function<bool()> onProgress; // true goes on
 
 private:
     CString m_layout;

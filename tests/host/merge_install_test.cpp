@@ -2,6 +2,7 @@
 // its patches chained gives.
 #include "builder/database_snapshot.h"
 #include "builder/merge_decision.h"
+#include "builder/patch_package.h"
 #include "tests/host/merge_build.h"
 #include "tests/host/user_additions.h"
 
@@ -170,5 +171,58 @@ TEST_P(MergeInstallTest, DropsFilesAndBringsTablesAsThePatchDoes)
 
 INSTANTIATE_TEST_SUITE_P(Layouts, MergeInstallTest, testing::ValuesIn(g_layouts),
                          [](const auto& layout) { return Utf8(layout.param); });
+
+// The sample's product: many tables, and the rows of its upgrades change by their keys.
+class MergeSampleTest : public testing::TestWithParam<const wchar_t*>
+{
+protected:
+    static CString Built(const CString& name)
+    {
+        wchar_t program[MAX_PATH] = L"";
+        GetModuleFileNameW(nullptr, program, MAX_PATH);
+        return FolderAbove(FolderAbove(program)) + L"\\" + name + L"\\" + GetParam();
+    }
+    static Tree InstallAndRemove(const CString& package, const CString& patch, CString& version)
+    {
+        const bool isNarrow = CString(GetParam()) == L"x86";
+        wchar_t programs[MAX_PATH] = L"";
+        GetEnvironmentVariableW(isNarrow ? L"ProgramFiles(x86)" : L"ProgramW6432", programs, MAX_PATH);
+        const CString folder = CString(programs) + L"\\Velkmora\\Zolt 2027";
+        const CString chain = patch.IsEmpty() ? CString() : L" PATCH=\"" + patch + L"\"";
+        EXPECT_EQ(RunProgram(L"msiexec /i \"" + package + L"\"" + chain + L" /qn /norestart"), 0u);
+        wchar_t value[64] = L"";
+        DWORD bytes = sizeof(value);
+        RegGetValueW(HKEY_LOCAL_MACHINE, L"Software\\Velkmora\\Zolt\\27.0", L"Version",
+                     RRF_RT_REG_SZ | (isNarrow ? RRF_SUBKEY_WOW6432KEY : RRF_SUBKEY_WOW6464KEY), nullptr,
+                     value, &bytes);
+        version = value;
+        Tree installed = ReadTree(folder);
+        EXPECT_EQ(RunProgram(L"msiexec /x \"" + package + L"\" /qn /norestart"), 0u);
+        EXPECT_FALSE(Exists(folder)) << NamesOf(ReadTree(folder));
+        return installed;
+    }
+};
+
+TEST_P(MergeSampleTest, InstallsWhatTheChainedPatchInstalls)
+{
+    const CString package = Built(L"media") + L"\\Zolt\\Zolt2027.msi";
+    const CString patch = Built(L"sample_patches") + L"\\Zolt2027Update2.msp";
+    MergeBuild build(MergedPackage{FolderAbove(package), L"Zolt2027.msi", L"Zolt 2027",
+                                   PropertyOf(package, L"ProductCode"), L"27.0.0"});
+    build.MergeFile(patch, CPatchPackage(patch).Code());
+    build.BuildIt();
+    CString chainedVersion;
+    CString mergedVersion;
+    const Tree chained = InstallAndRemove(package, patch, chainedVersion);
+    const Tree merged = InstallAndRemove(build.Database(), CString(), mergedVersion);
+    EXPECT_TRUE(chained == merged) << NamesOf(chained) << "and merged\n" << NamesOf(merged);
+    ASSERT_NE(chained.at(L"Support\\Aliases.txt").find("; Update 2\r\n"), std::string::npos);
+    EXPECT_EQ(chainedVersion, L"27.0.2");
+    EXPECT_EQ(mergedVersion, L"27.0.2");
+    EXPECT_EQ(QueryText(build.Database(), L"SELECT `VersionMax` FROM `Upgrade`"), L"27.0.2");
+}
+
+INSTANTIATE_TEST_SUITE_P(Platforms, MergeSampleTest, testing::Values(L"x64", L"x86"),
+                         [](const auto& platform) { return Utf8(platform.param); });
 
 } // namespace

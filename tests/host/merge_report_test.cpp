@@ -229,4 +229,22 @@ TEST_F(MergeReportTest, RefusesAPatchThatChangesWhileItIsBuilt)
     EXPECT_FALSE(Exists(build.Target()));
 }
 
+TEST_F(MergeReportTest, LeavesNothingWhenItIsCanceledOnTheWay)
+{
+    const Tree before = ReadTree(build.Folder().Path());
+    build.Merge(L"First", FIRST_PATCH_CODE);
+    bool isMerging = false;
+    build.onStep = [&](const CString& sentence) {
+        isMerging = sentence == L"Merging patches into Patch Test";
+    };
+    build.onProgress = [&] {
+        LetTheNextMomentBeReported();
+        return !isMerging;
+    };
+    EXPECT_EQ(build.Build().error.code, 1602u);
+    EXPECT_TRUE(isMerging) << "it was canceled elsewhere";
+    const Tree after = ReadTree(build.Folder().Path());
+    EXPECT_TRUE(after == before) << NamesOf(after);
+}
+
 } // namespace
