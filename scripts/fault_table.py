@@ -31,6 +31,7 @@ AREAS = {
     "msi": ("msi",),
     "host": ("host",),
     "builder": ("builder",),
+    "merging": ("builder",),
     "setup": ("setup", "automation"),
     "resources": ("resources",),
 }
