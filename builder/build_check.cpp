@@ -148,6 +148,18 @@ bool IsMerged(const BuildDatabase& database, const CString& code)
                        [&](const MergedPatch& patch) { return patch.strCode.CompareNoCase(code) == 0; });
 }
 
+// The image's Setup.xml would name another version than its package, and nobody could open the deployment again.
+void RequireMergedVersion(const BuildDatabase& database, const CString& version)
+{
+    if (!database.strMergedVersion.IsEmpty() && !(database.strMergedVersion == version)) {
+        throw BuildFailure{BUILD_PATCH_DAMAGED, L"The patches of \"" + database.strProductName +
+                                                    L"\" say that they lead to version " +
+                                                    database.strMergedVersion +
+                                                    L", but their changes lead to version " + version +
+                                                    L". " + RemedyOf(BUILD_PATCH_DAMAGED)};
+    }
+}
+
 // All notes and commands show the products as they are with their patches.
 void BeginDecisions(BuildRun& run)
 {
@@ -158,6 +170,7 @@ void BeginDecisions(BuildRun& run)
             run.Warn(warning);
         }
         if (merge.IsNeeded()) {
+            RequireMergedVersion(database, merge.strVersion);
             database.strProductVersion = merge.strVersion;
             database.mergedPatches.clear();
             for (const ChosenPatch& chosen : merge.patches) {

@@ -71,6 +71,7 @@ struct BuildDatabase
     CString strProductName; // for names of logs, ReadMe.txt and messages
     CString strProductCode; // with braces
     CString strProductVersion;
+    CString strMergedVersion; // that merging leads to, where texts of the plan name it
     CString strMaker;
     // Relative paths of the patches that are chained at install, in order; the files themselves stand among the
     // plan's files or folders.

@@ -98,7 +98,7 @@ bool FitsProduct(const PatchTransform& transform, const CString& productCode, co
 }
 
 PatchChain ChainPatches(const std::vector<std::vector<PatchTransform>>& patches, const CString& productCode,
-                        const CString& version)
+                        const CString& version, const std::set<std::size_t>& replaced)
 {
     PatchChain chain;
     std::list<std::size_t> left;
@@ -106,8 +106,11 @@ PatchChain ChainPatches(const std::vector<std::vector<PatchTransform>>& patches,
         left.push_back(index);
     }
     std::vector<CString> versions{version}; // all that the product has on the way
-    const auto placeNext = [&](const auto& findStep) {
+    const auto placeNext = [&](const auto& findStep, const std::set<std::size_t>& passedOver) {
         for (auto next = left.begin(); next != left.end(); ++next) {
+            if (passedOver.count(*next) != 0) {
+                continue;
+            }
             const PatchTransform* const step = findStep(patches[*next]);
             if (step || patches[*next].empty()) {
                 versions.push_back(step ? step->strNewVersion : CString(versions.back()));
@@ -124,17 +127,18 @@ PatchChain ChainPatches(const std::vector<std::vector<PatchTransform>>& patches,
         return step && step->strNewVersion == versions.back() ? step : nullptr;
     };
     // Those that keep the version come first: behind one that raises it they would fit no more.
-    while (placeNext(findKeeping) || placeNext(findNext)) {
+    while (placeNext(findKeeping, replaced) || placeNext(findNext, replaced)) {
     }
     chain.strVersion = versions.back();
     // What fits a version on the way is needless beside another one, or the other way round: the installer sorts it out.
-    while (placeNext([&](const auto& patch) {
+    const auto findOnTheWay = [&](const auto& patch) {
         const PatchTransform* step = nullptr;
         for (const CString& reached : versions) {
             step = step ? step : FindFitting(patch, productCode, reached);
         }
         return step;
-    })) {
+    };
+    while (placeNext(findOnTheWay, {})) {
     }
     chain.unfit.assign(left.begin(), left.end());
     chain.order.insert(chain.order.end(), left.begin(), left.end());

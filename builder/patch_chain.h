@@ -4,6 +4,7 @@
 
 #include "base/string.h"
 
+#include <set>
 #include <vector>
 
 // One step of a patch, from the summary of its transform.
@@ -34,6 +35,8 @@ struct PatchChain
     std::vector<std::size_t> unfit;
     CString strVersion; // of the product, once each that follows on the one before has been applied
 };
-// `patches`: the transforms of each.
+// `patches`: the transforms of each. `replaced`: indexes of those that another one stands in for; they come last, as one that
+// was applied before could keep the newer one out.
 [[nodiscard]] PatchChain ChainPatches(const std::vector<std::vector<PatchTransform>>& patches,
-                                      const CString& productCode, const CString& version);
+                                      const CString& productCode, const CString& version,
+                                      const std::set<std::size_t>& replaced = {});

@@ -45,15 +45,15 @@ SetupDescription DescribeImage(const Media& media, int platform)
     return image;
 }
 
-void SetVersion(std::vector<ProductDescription>& products, const BuildDatabase& database)
+void SetMergedVersion(std::vector<ProductDescription>& products, const BuildDatabase& database)
 {
     for (ProductDescription& product : products) {
         for (PackageDescription& package : product.packages) {
             if (package.strProductCode.CompareNoCase(database.strProductCode) == 0) {
-                package.strVersion = database.strProductVersion;
+                package.strVersion = database.strMergedVersion;
             }
         }
-        SetVersion(product.languagePacks, database);
+        SetMergedVersion(product.languagePacks, database);
     }
 }
 
@@ -87,7 +87,9 @@ public:
         }
         m_image = DescribeImage(m_media, m_manager.m_platform);
         for (const BuildDatabase& database : m_plan.databases) {
-            SetVersion(m_image.products, database); // merging may have raised it
+            if (!database.strMergedVersion.IsEmpty()) {
+                SetMergedVersion(m_image.products, database);
+            }
         }
         m_plan.texts.push_back({InImage(SETUP_FILE), WriteSetupDescription(m_image)});
         m_plan.texts.push_back({DEPLOYMENT_FILE, WriteDeploymentFile(m_stored)});

@@ -113,14 +113,30 @@ private:
         for (const CString& path : paths) {
             transforms.push_back(ReadPatchTransforms(path));
         }
-        const PatchChain chain =
-            ChainPatches(transforms, m_database.strProductCode, m_database.strProductVersion);
+        const PatchChain chain = ChainPatches(transforms, m_database.strProductCode,
+                                              m_database.strProductVersion, FindReplaced(paths));
         for (const std::size_t index : chain.order) {
             AddPatch(paths[index], use);
         }
-        if (use == PatchUse::Merge) {
-            m_database.strProductVersion = chain.strVersion;
+        if (!m_database.mergedPatches.empty()) {
+            m_database.strMergedVersion = chain.strVersion;
         }
+    }
+
+    // Indexes of those that another one of the list stands in for.
+    std::set<std::size_t> FindReplaced(const std::vector<CString>& paths)
+    {
+        std::set<std::size_t> replaced;
+        for (const CString& newer : paths) {
+            for (const CString& code : m_patches.ReadReplacedCodes(newer)) {
+                for (std::size_t index = 0; index < paths.size(); ++index) {
+                    if (m_patches.ReadCode(paths[index]) == code) {
+                        replaced.insert(index);
+                    }
+                }
+            }
+        }
+        return replaced;
     }
 
     void AddPatch(const CString& path, PatchUse use)

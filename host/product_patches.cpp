@@ -20,15 +20,17 @@ CString KeyOf(const CString& path)
     return key.MakeLower();
 }
 
-// Its own alone: behind it stand those of patches that it replaces.
-CString OwnCode(const CString& path)
+// The patch's own and, behind it, those that it stands in for; none for a file that is no patch.
+std::vector<CString> CodesOf(const CString& path)
 {
-    CString code;
-    if (!ReadPatchCode(path, code)) {
-        return CString();
+    std::vector<CString> codes;
+    CString text;
+    if (ReadPatchCode(path, text)) {
+        for (; IsBracedGuid(text.Left(GUID_UNITS)); text = text.Mid(GUID_UNITS)) {
+            codes.push_back(text.Left(GUID_UNITS).MakeUpper());
+        }
     }
-    code = code.Left(GUID_UNITS).MakeUpper();
-    return IsBracedGuid(code) ? code : CString();
+    return codes;
 }
 
 } // namespace
@@ -91,7 +93,11 @@ CProductPatches::Seen& CProductPatches::Look(const CString& path)
     try {
         const FileMark mark = MarkOf(path);
         if (seen.strCode.IsEmpty() || !(seen.mark == mark)) {
-            seen = {mark, OwnCode(path), CString()};
+            seen = {mark, CString(), CodesOf(path), CString()};
+            if (!seen.replaced.empty()) {
+                seen.strCode = seen.replaced.front();
+                seen.replaced.erase(seen.replaced.begin());
+            }
         }
     } catch (const BuildFailure&) {
         seen = {}; // as good as gone; a build says why

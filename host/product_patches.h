@@ -33,6 +33,8 @@ public:
 
     // As the file is now; empty for one that can't be read. Read anew when it has been written.
     CString ReadCode(const CString& path) { return Look(path).strCode; }
+    // The codes of patches that it stands in for.
+    std::vector<CString> ReadReplacedCodes(const CString& path) { return Look(path).replaced; }
     CString ReadHash(const CString& path);
 
 private:
@@ -49,6 +51,7 @@ private:
     {
         FileMark mark;
         CString strCode;
+        std::vector<CString> replaced;
         CString strSha256; // empty: not read yet
     };
     static FileMark MarkOf(const CString& path); // throws a BuildFailure

@@ -254,6 +254,27 @@ TEST_F(PatchBuildTest, TwoPatchesOfOneCodeAreRefusedByBothNames)
                   {L"\"" + two + L"\" " + PRODUCT, L"\"" + one + L"\"", FIRST_PATCH_CODE});
 }
 
+TEST_F(PatchBuildTest, APatchWithTheCodeOfAMergedOneIsRefusedByName)
+{
+    Choose(Start(), {First()}, Setup::PATCHSTATE_MERGE);
+    Build();
+    CProduct& product = OpenAgain(Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT, L"South");
+    const CString other = CopyOf(L"SameCode.msp", L"other.msp");
+    std::string bytes;
+    ASSERT_EQ(ReadWholeFile(other, 1u << 24, bytes), 0u);
+    WriteFileBytes(other, bytes + std::string(4096, '\0'));
+    product.m_patchFiles.push_back(other);
+    ExpectRefusedNow(ERROR_ALREADY_EXISTS, {L"\"" + other + L"\" " + PRODUCT, L"one that is merged already"});
+}
+
+// The older one, applied first, would raise the version that the newer one is made for.
+TEST_F(PatchBuildTest, APatchThatAnotherOneStandsInForComesBehindIt)
+{
+    Choose(Start(), {First(), CopyOf(L"Superseding.msp", L"newer.msp")}, Setup::PATCHSTATE_APPEND);
+    Build();
+    EXPECT_EQ(PatchArgument(), CString(L"*\\newer.msp;*\\first.msp"));
+}
+
 TEST_F(PatchBuildTest, APatchThatChangedSinceItWasChosenIsRefusedByName)
 {
     Start();

@@ -13,25 +13,25 @@ protected:
         return location + name + L"\\Image\\" + BELOW_IMAGE + file;
     }
 
-    // Rewrites the deployment's file, as if its build had merged the patches that it appended. Its database is left alone:
-    // these tests are about what is known of it.
-    void CallThemMerged(std::size_t count)
-    {
-        host.reset();
-        DeploymentFile file = ReadBuilt();
-        StoredProduct& product = file.products[0];
-        ASSERT_GE(product.patches.size(), count);
-        for (std::size_t index = 0; index < count; ++index) {
-            product.patches[index].merged = true;
-        }
-        product.patchState = Setup::PATCHSTATE_MERGE;
-        WriteText(location + L"North\\" + DEPLOYMENT_FILE, WriteDeploymentFile(file));
-    }
-
     void BuildAppended(const std::vector<CString>& files)
     {
         Choose(Start(), files, Setup::PATCHSTATE_APPEND);
         Build();
+    }
+
+    void BuildMerged(const std::vector<CString>& files)
+    {
+        Choose(Start(), files, Setup::PATCHSTATE_MERGE);
+        Build();
+        host.reset();
+    }
+
+    static CString VersionOf(CProduct& product)
+    {
+        wchar_t buffer[50] = {};
+        int size = 50;
+        return product.GetMsiProperty(L"ProductVersion", buffer, &size) ? CString(buffer)
+                                                                        : CString(L"(none)");
     }
 };
 
@@ -91,8 +91,7 @@ TEST_F(PatchesOnHostTest, TheFileKnowsAPatchByCodeAndContent)
 
 TEST_F(PatchesOnHostTest, MergedPatchesComeBackAsMergedAndStayKnown)
 {
-    BuildAppended({CopyOf(L"beside\\First.msp", L"first.msp")});
-    CallThemMerged(1);
+    BuildMerged({CopyOf(L"beside\\First.msp", L"first.msp")});
     for (const auto mode : {Setup::SETUPMODE_MODIFY_DEPLOYMENT, Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT}) {
         CProduct& product = OpenAgain(mode, mode == Setup::SETUPMODE_MODIFY_DEPLOYMENT ? L"North" : L"South");
         EXPECT_EQ(product.GetMsiPatchState(), Setup::PATCHSTATE_MERGED) << mode;
@@ -102,11 +101,44 @@ TEST_F(PatchesOnHostTest, MergedPatchesComeBackAsMergedAndStayKnown)
     }
 }
 
+// The page leaves the state at 5 then.
+TEST_F(PatchesOnHostTest, PatchesAddedToMergedOnesAreMergedTooAndTheDeploymentOpensAgain)
+{
+    BuildMerged({CopyOf(L"beside\\First.msp", L"first.msp")});
+    CProduct& product = OpenAgain();
+    EXPECT_EQ(VersionOf(product), CString(L"1.0.1"));
+    const CString second = CopyOf(L"beside\\Second.msp", L"second.msp");
+    EXPECT_FALSE(product.IsPatchMerged(second));
+    product.m_patchFiles.push_back(second);
+    Build();
+    CProduct& again = OpenAgain();
+    EXPECT_EQ(VersionOf(again), CString(L"1.0.2"));
+    EXPECT_EQ(again.GetMsiPatchState(), Setup::PATCHSTATE_MERGED);
+    EXPECT_EQ(again.GetPatchState(), Setup::PATCHSTATE_MERGED);
+    EXPECT_EQ(again.m_patchFiles, (std::vector<CString>{InImage(L"first.msp"), InImage(L"second.msp")}));
+    for (const CString& file : again.m_patchFiles) {
+        EXPECT_TRUE(again.IsPatchMerged(file)) << Utf8(file);
+    }
+}
+
+TEST_F(PatchesOnHostTest, ADownloadThatWasMergedIsFoundInTheImage)
+{
+    CProduct& product = Start();
+    Choose(product, {Download(product, L"beside\\First.msp", L"first.msp")}, Setup::PATCHSTATE_MERGE, 1);
+    Build();
+    for (int build = 0; build < 2; ++build) {
+        CProduct& again = OpenAgain();
+        EXPECT_TRUE(again.m_bPatchDownloaded);
+        EXPECT_EQ(again.GetDownloadedMSPPath(), InImage(L"first.msp"));
+        EXPECT_TRUE(again.IsPatchMerged(again.GetDownloadedMSPPath()));
+        Build();
+    }
+}
+
 // A new deployment from the media of another one has that one's database, whatever was chosen for it.
 TEST_F(PatchesOnHostTest, ANewDeploymentFromAnImageKnowsWhatIsMergedThere)
 {
-    BuildAppended({CopyOf(L"beside\\First.msp", L"first.msp"), CopyOf(L"beside\\Second.msp", L"second.msp")});
-    CallThemMerged(1);
+    BuildMerged({CopyOf(L"beside\\First.msp", L"first.msp")});
     CProduct& product = OpenAgain(Setup::SETUPMODE_CREATE_DEPLOYMENT, L"South");
     EXPECT_EQ(product.GetMsiPatchState(), Setup::PATCHSTATE_MERGED);
     EXPECT_EQ(product.GetPatchState(), Setup::PATCHSTATE_NONE);
@@ -133,8 +165,7 @@ TEST_F(PatchesOnHostTest, ANewDeploymentFromAnImageWithAppendedPatchesHasNone)
 
 TEST_F(PatchesOnHostTest, AMergedPatchIsKnownByCodeAndContentWhateverItsFileIsCalled)
 {
-    BuildAppended({CopyOf(L"beside\\First.msp", L"first.msp")});
-    CallThemMerged(1);
+    BuildMerged({CopyOf(L"beside\\First.msp", L"first.msp")});
     CProduct& product = OpenAgain();
     EXPECT_TRUE(product.IsPatchMerged(CopyOf(L"SameCode.msp", L"called otherwise.msp")));
     EXPECT_FALSE(product.IsPatchMerged(CopyOf(L"beside\\Second.msp", L"elsewhere\\first.msp")))
@@ -157,8 +188,7 @@ TEST_F(PatchesOnHostTest, AMergedPatchIsKnownByCodeAndContentWhateverItsFileIsCa
 TEST_F(PatchesOnHostTest, AFileThatChangesIsLookedAtAnew)
 {
     const CString other = CopyOf(L"beside\\Second.msp", L"other.msp");
-    BuildAppended({CopyOf(L"beside\\First.msp", L"first.msp")});
-    CallThemMerged(1);
+    BuildMerged({CopyOf(L"beside\\First.msp", L"first.msp")});
     CProduct& product = OpenAgain();
     EXPECT_FALSE(product.IsPatchMerged(other));
     ASSERT_TRUE(CopyFileW(PatchFixture(L"beside\\First.msp"), other, FALSE));
@@ -170,8 +200,7 @@ TEST_F(PatchesOnHostTest, AFileThatChangesIsLookedAtAnew)
 // What is merged can't be taken out again, so it stays known when somebody deletes the file.
 TEST_F(PatchesOnHostTest, AMergedPatchWithoutItsFileStaysMerged)
 {
-    BuildAppended({CopyOf(L"beside\\First.msp", L"first.msp")});
-    CallThemMerged(1);
+    BuildMerged({CopyOf(L"beside\\First.msp", L"first.msp")});
     ASSERT_TRUE(DeleteFileW(InImage(L"first.msp")));
     CProduct& product = OpenAgain();
     EXPECT_EQ(product.GetMsiPatchState(), Setup::PATCHSTATE_MERGED);
@@ -188,8 +217,7 @@ TEST_F(PatchesOnHostTest, AMergedPatchWithoutItsFileStaysMerged)
 // The page has a list without them when a download replaces the list.
 TEST_F(PatchesOnHostTest, MergedPatchesStayKnownWhenTheyFallOffTheList)
 {
-    BuildAppended({CopyOf(L"beside\\First.msp", L"first.msp")});
-    CallThemMerged(1);
+    BuildMerged({CopyOf(L"beside\\First.msp", L"first.msp")});
     for (const auto state : {Setup::PATCHSTATE_NONE, Setup::PATCHSTATE_MERGE_EMPTY}) {
         Choose(OpenAgain(), {}, state, 0);
         Build();

@@ -139,6 +139,17 @@ TEST(PatchChainTest, APatchBesideTheOneThatReplacesItIsNotUnfit)
     EXPECT_EQ(chain.strVersion, CString(L"1.0.2"));
 }
 
+TEST(PatchChainTest, APatchThatAnotherOneStandsInForComesBehindIt)
+{
+    const Patches patches = {{Step(L"1.0.0", L"1.0.1")}, {Step(L"1.0.0", L"1.0.3")}};
+    const PatchChain chain = ChainPatches(patches, CODE, L"1.0.0", {0});
+    EXPECT_EQ(chain.order, (Indexes{1, 0}));
+    EXPECT_EQ(chain.unfit, Indexes());
+    EXPECT_EQ(chain.strVersion, CString(L"1.0.3"));
+    EXPECT_EQ(ChainPatches(patches, CODE, L"1.0.0").strVersion, CString(L"1.0.1"));
+    EXPECT_EQ(ChainPatches(patches, CODE, L"1.0.0", {0, 1}).order, (Indexes{0, 1})) << "each for the other";
+}
+
 TEST(PatchChainTest, OfAPatchWithoutTransformsNothingIsSaid)
 {
     const PatchChain chain = ChainPatches({{}, {Step(L"1.0.0", L"1.0.1")}, {}}, CODE, L"1.0.0");
