@@ -149,7 +149,7 @@ private:
             }
         };
         const auto refuse = [&](const CString& why) { refuseAs(BUILD_INSTALLER_FAILED, why); };
-        const ChosenPatch chosen = {{package.Path(), package.Code()}, ChooseTransform(package)};
+        const ChosenPatch chosen = ChooseTransform(package);
         refuseAs(BUILD_PATCH_DAMAGED, FindTransformFault(m_raw, package.ReadTransform(chosen.strTransform)));
         PatchSteps steps;
         steps.before = std::move(m_raw);
@@ -175,7 +175,7 @@ private:
         m_raw = std::move(steps.changed);
     }
 
-    CString ChooseTransform(const CPatchPackage& package) const
+    ChosenPatch ChooseTransform(const CPatchPackage& package) const
     {
         PatchedProduct product;
         product.strProductCode = m_database.strProductCode;
@@ -190,7 +190,7 @@ private:
             const TransformTarget target = ReadTransformTarget(file.Path());
             const CString why = FindTransformMisfit(target, product);
             if (why.IsEmpty()) {
-                return name;
+                return {{package.Path(), package.Code()}, name, static_cast<int>(target.flags) & LENIENT};
             }
             misfit = why;
         }
@@ -211,7 +211,7 @@ private:
         }
         ChosenPatch second = m_decision.patches.back();
         second.strTransform = L"#" + second.strTransform;
-        applier.Apply(database.get(), second, false);
+        applier.Apply(database.get(), second, true);
         return ReadSnapshot(database.get(), copy.Path(),
                             m_poll); // a table that a transform brings isn't found by name
     }
@@ -429,7 +429,8 @@ void CPatchApplier::Apply(MSIHANDLE database, const ChosenPatch& chosen, bool is
                                                      NumberText(static_cast<long long>(m_files.size()))));
     const CString& file = m_files.back()->Path();
     CPatchPackage(chosen.patch.strSource).SaveTransform(chosen.strTransform, file);
-    const unsigned int code = MsiDatabaseApplyTransformW(database, file, isLenient ? LENIENT : 0);
+    const unsigned int code =
+        MsiDatabaseApplyTransformW(database, file, isLenient ? LENIENT : chosen.passedOver);
     if (code != ERROR_SUCCESS) {
         RefusePatch(BUILD_PATCH_NOT_APPLICABLE, chosen.patch.strSource, m_product,
                     L"doesn't fit the database: " + ReasonFor(code, file) + L" (code " + NumberText(code) +

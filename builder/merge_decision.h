@@ -17,6 +17,8 @@ struct ChosenPatch
 {
     MergedPatch patch;
     CString strTransform;
+    int passedOver =
+        0; // what of the database is no hindrance to it: the service's MSITRANSFORM_ERROR, as the patch says
 };
 
 // A file that patches bring or replace, of whatever patch brings it last.

@@ -71,7 +71,7 @@ TEST_P(MergeInstallTest, WritesTheRowsOfThePatchAndTheirNumbersAlone)
     CPatchApplier applier(copy, L"Patch Test");
     CInstallerHandle database;
     ASSERT_EQ(MsiOpenDatabaseW(copy, MSIDBOPEN_TRANSACT, database.put()), 0u);
-    const ChosenPatch patch = {{Own(L"First.msp"), FIRST_PATCH_CODE}, L"T1"};
+    const ChosenPatch patch = {{Own(L"First.msp"), FIRST_PATCH_CODE}, L"T1", 0};
     applier.Apply(database.get(), patch, false);
     std::vector<CString> found;
     for (const RowDifference& row :
