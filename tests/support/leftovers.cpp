@@ -81,7 +81,8 @@ int CountGdiObjects()
 std::set<CString> ProjectModules()
 {
     std::set<CString> loaded;
-    for (const wchar_t* name : {L"rolloutui.dll", L"wizcore.dll", L"wiztext.dll", L"slimhtml.dll"}) {
+    for (const wchar_t* name :
+         {L"rolloutui.dll", L"wizcore.dll", L"wiztext.dll", L"slimhtml.dll", L"kmd32.dll", L"fixmgr.dll"}) {
         if (GetModuleHandleW(name))
             loaded.insert(name);
     }
