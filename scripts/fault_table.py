@@ -25,6 +25,7 @@ AREAS = {
     "paths": ("paths",),
     "files": ("files",),
     "workstation": ("workstation",),
+    "patches": ("patches",),
     "slimhtml": ("slimhtml",),
     "installer": ("installer",),
     "catalog": ("catalog",),
