@@ -1,6 +1,7 @@
 #include "tests/host/merge_build.h"
 
 #include "builder/file_operations.h"
+#include "installer/handle.h"
 
 #include <msi.h>
 #include <msiquery.h>
@@ -138,6 +139,17 @@ CString MergeBuild::OwnPatch(const CString& name) const
     const CString copy = m_folder / L"own " + LastName(name);
     EXPECT_TRUE(CopyFileW(PatchFixture(name), copy, FALSE)) << GetLastError();
     return copy;
+}
+
+void SetWordCount(const CString& package, int wordCount)
+{
+    CInstallerHandle database;
+    CInstallerHandle summary;
+    ASSERT_EQ(MsiOpenDatabaseW(package, MSIDBOPEN_TRANSACT, database.put()), 0u);
+    ASSERT_EQ(MsiGetSummaryInformationW(database.get(), nullptr, 1, summary.put()), 0u);
+    EXPECT_EQ(MsiSummaryInfoSetPropertyW(summary.get(), 15, VT_I4, wordCount, nullptr, nullptr), 0u);
+    EXPECT_EQ(MsiSummaryInfoPersist(summary.get()), 0u);
+    EXPECT_EQ(MsiDatabaseCommit(database.get()), 0u);
 }
 
 void ExpectMergeRefused(MergeBuild& build, const std::vector<CString>& words)

@@ -59,5 +59,10 @@ private:
     InstallerHandle m_database = 0;
 };
 
+// Of the summary of a package: where its files lie.
+constexpr int COMPRESSED = 2;
+constexpr int ADMIN_IMAGE = 4;
+void SetWordCount(const CString& package, int wordCount);
+
 // The build refuses that patch or product in these words, before anything is written. A check says the same.
 void ExpectMergeRefused(MergeBuild& build, const std::vector<CString>& words);

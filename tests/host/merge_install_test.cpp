@@ -172,6 +172,26 @@ TEST_P(MergeInstallTest, DropsFilesAndBringsTablesAsThePatchDoes)
 INSTANTIATE_TEST_SUITE_P(Layouts, MergeInstallTest, testing::ValuesIn(g_layouts),
                          [](const auto& layout) { return Utf8(layout.param); });
 
+// What an administrative installation made: its table of media still names the cabinet.
+TEST(MergeImageTest, LaysFilesIntoTheFoldersOfAnAdministrativeImage)
+{
+    MergeBuild laid(L"loose");
+    SetWordCount(laid.Original(), ADMIN_IMAGE);
+    {
+        CInstallerHandle database;
+        ASSERT_EQ(MsiOpenDatabaseW(laid.Original(), MSIDBOPEN_TRANSACT, database.put()), 0u);
+        ASSERT_EQ(RunSql(database.get(), L"UPDATE `Media` SET `Cabinet`='Data1.cab'"), 0u);
+        ASSERT_EQ(MsiDatabaseCommit(database.get()), 0u);
+    }
+    MergeBuild build(MergedPackage{FolderAbove(laid.Original())});
+    build.MergeFile(PatchFixture(L"loose\\First.msp"), FIRST_PATCH_CODE);
+    build.BuildIt();
+    const Tree image = ReadTree(build.Image() + L"\\Patch Test");
+    EXPECT_EQ(image.at(L"replaced.txt"), "replaced by the first patch\r\n");
+    EXPECT_EQ(image.at(L"Support\\added file.txt"), "added by the first patch\r\n");
+    EXPECT_FALSE(Exists(build.Image() + L"\\Data1.cab"));
+}
+
 // The sample's product: many tables, and the rows of its upgrades change by their keys.
 class MergeSampleTest : public testing::TestWithParam<const wchar_t*>
 {

@@ -1,5 +1,6 @@
 // What a build can't merge is refused by name before anything is written.
 #include "builder/build_failure.h"
+#include "builder/cabinet.h"
 #include "builder/patch_package.h"
 #include "tests/host/merge_build.h"
 
@@ -23,6 +24,13 @@ protected:
         ExpectMergeRefused(
             build,
             {L"The patch \"" + path + L"\" can't be merged into Patch Test: it " + why + L". ", remedy});
+    }
+    static void EditOriginal(const MergeBuild& build, const CString& statement)
+    {
+        CInstallerHandle database;
+        ASSERT_EQ(MsiOpenDatabaseW(build.Original(), MSIDBOPEN_TRANSACT, database.put()), 0u);
+        EXPECT_EQ(RunSql(database.get(), statement), 0u) << Utf8(statement);
+        EXPECT_EQ(MsiDatabaseCommit(database.get()), 0u);
     }
     MergeBuild build{L"beside"};
 };
@@ -165,20 +173,38 @@ TEST_F(MergeRefusalTest, RefusesAProductWhoseDatabaseIsNotOpen)
     ExpectMergeRefused(build, {L"Patch Test", L"its database isn't open"});
 }
 
+TEST_F(MergeRefusalTest, RefusesACabinetThatLacksAFile)
+{
+    const CString cabinet = FolderAbove(build.Original()) + L"\\Data1.cab";
+    const CString kept = build.Folder() / L"kept.txt";
+    WriteBytes(kept, "kept, as it was\r\n");
+    std::vector<CabinetMember> members = {{L"INSTALLDIR_kept_txt", kept, 0}};
+    WriteCabinet(cabinet, members, [](std::uint64_t) {});
+    build.Merge(L"First", FIRST_PATCH_CODE);
+    ExpectMergeRefused(build, {L"its cabinet \"Data1.cab\" lacks the file \"SUPPORTDIR_second_txt\""});
+}
+
+TEST_F(MergeRefusalTest, RefusesADatabaseThatLacksItsCabinet)
+{
+    MergeBuild inside(L"inside");
+    EditOriginal(inside, L"DELETE FROM `_Streams` WHERE `Name`='Data1.cab'");
+    inside.Merge(L"First", FIRST_PATCH_CODE);
+    ExpectMergeRefused(inside, {L"its database lacks the cabinet \"Data1.cab\""});
+}
+
+TEST_F(MergeRefusalTest, RefusesAFileThatLiesThereForTwo)
+{
+    MergeBuild loose(L"loose");
+    EditOriginal(loose,
+                 L"INSERT INTO `File` (`File`,`Component_`,`FileName`,`FileSize`,`Attributes`,`Sequence`) "
+                 L"VALUES ('Twin','INSTALLDIR_replaced_txt','replaced.txt',1,8192,3)");
+    loose.Merge(L"First", FIRST_PATCH_CODE);
+    ExpectMergeRefused(loose, {L"its files \"INSTALLDIR_replaced_txt\" and \"Twin\" lie as one"});
+}
+
 TEST_F(MergeRefusalTest, RefusesAnImageThatIsMarkedAsCompressed)
 {
-    constexpr int ADMIN_IMAGE_COMPRESSED = 2 | 4;
-    {
-        CInstallerHandle database;
-        CInstallerHandle summary;
-        ASSERT_EQ(MsiOpenDatabaseW(build.Original(), MSIDBOPEN_TRANSACT, database.put()), 0u);
-        ASSERT_EQ(MsiGetSummaryInformationW(database.get(), nullptr, 1, summary.put()), 0u);
-        EXPECT_EQ(
-            MsiSummaryInfoSetPropertyW(summary.get(), 15, VT_I4, ADMIN_IMAGE_COMPRESSED, nullptr, nullptr),
-            0u);
-        EXPECT_EQ(MsiSummaryInfoPersist(summary.get()), 0u);
-        EXPECT_EQ(MsiDatabaseCommit(database.get()), 0u);
-    }
+    SetWordCount(build.Original(), ADMIN_IMAGE | COMPRESSED);
     build.Merge(L"First", FIRST_PATCH_CODE);
     ExpectMergeRefused(build, {L"into Patch Test", L"marked as compressed"});
 }
