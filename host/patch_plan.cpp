@@ -113,10 +113,15 @@ private:
         for (const CString& path : paths) {
             transforms.push_back(ReadPatchTransforms(path));
         }
-        const PatchChain chain = ChainPatches(transforms, m_database.strProductCode,
-                                              m_database.strProductVersion, FindReplaced(paths));
+        const std::set<std::size_t> replaced = FindReplaced(paths);
+        const PatchChain chain =
+            ChainPatches(transforms, m_database.strProductCode, m_database.strProductVersion, replaced);
         for (const std::size_t index : chain.order) {
-            AddPatch(paths[index], use);
+            if (use == PatchUse::Merge && replaced.count(index) != 0) {
+                NameReplaced(paths[index]);
+            } else {
+                AddPatch(paths[index], use);
+            }
         }
         if (!m_database.mergedPatches.empty()) {
             m_database.strMergedVersion = chain.strVersion;
@@ -137,6 +142,15 @@ private:
             }
         }
         return replaced;
+    }
+
+    // A build checks it with the others, says that it is left out, and merges the newer one alone.
+    void NameReplaced(const CString& path)
+    {
+        const CString code = m_patches.ReadCode(path);
+        m_database.patches.push_back(
+            {path, CString(), code, CString(), m_patches.NotedHash(path), ListedPatch::Use::Merged});
+        m_database.mergedPatches.push_back({path, code});
     }
 
     void AddPatch(const CString& path, PatchUse use)

@@ -121,6 +121,18 @@ TEST_F(PatchesOnHostTest, PatchesAddedToMergedOnesAreMergedTooAndTheDeploymentOp
     }
 }
 
+TEST_F(PatchesOnHostTest, OfAMergedPatchAndAnOlderOneOnlyTheNewerOneIsKnownAsMerged)
+{
+    Choose(Start(), {CopyOf(L"beside\\First.msp", L"first.msp"), CopyOf(L"Superseding.msp", L"newer.msp")},
+           Setup::PATCHSTATE_MERGE);
+    Build();
+    EXPECT_EQ(PatchesInImage(), std::vector<CString>{L"newer.msp"});
+    CProduct& product = OpenAgain();
+    EXPECT_EQ(product.m_patchFiles, std::vector<CString>{InImage(L"newer.msp")});
+    EXPECT_TRUE(product.IsPatchMerged(InImage(L"newer.msp")));
+    EXPECT_FALSE(product.IsPatchMerged(PatchFixture(L"beside\\First.msp")));
+}
+
 TEST_F(PatchesOnHostTest, ADownloadThatWasMergedIsFoundInTheImage)
 {
     CProduct& product = Start();
