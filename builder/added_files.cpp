@@ -367,8 +367,8 @@ AddedFiles DecideAddedFiles(const BuildDatabase& database, const AdditionPlaces&
     if (!added.additions.bLoose) {
         added.cabinets = PackUserFiles(added.additions.files, limits);
     }
-    const CString refused =
-        FinishUserAdditions(snapshot, added.additions, added.cabinets, places.now.bPackedUnmarked);
+    const CString refused = FinishUserAdditions(snapshot, added.additions, added.cabinets,
+                                                places.now.bPackedUnmarked, FindPatchNumbers(database, poll));
     if (!refused.IsEmpty()) {
         throw BuildFailure{BUILD_INSTALLER_FAILED, DescribeRefusedAdditions(product, refused)};
     }

@@ -96,6 +96,18 @@ void WriteChunk(const CFileOwner& file, const void* bytes, DWORD size, const CSt
     }
 }
 
+void CopyBytes(const CString& source, const CString& target, const std::function<void()>& poll)
+{
+    constexpr DWORD CHUNK = 1 << 20;
+    const CFileOwner from = OpenForReading(source);
+    const CFileOwner to = CreateForWriting(target);
+    std::vector<unsigned char> buffer(CHUNK);
+    while (const DWORD read = ReadChunk(from, buffer.data(), CHUNK, source)) {
+        WriteChunk(to, buffer.data(), read, target);
+        poll();
+    }
+}
+
 std::uint64_t SeekInFile(const CFileOwner& file, long long distance, DWORD origin, const CString& path)
 {
     LARGE_INTEGER wanted = {};

@@ -34,6 +34,8 @@ CFileOwner CreateForBoth(const CString& path);    // for reading and writing; em
 // 0 at the end.
 [[nodiscard]] DWORD ReadChunk(const CFileOwner& file, void* bytes, DWORD size, const CString& path);
 void WriteChunk(const CFileOwner& file, const void* bytes, DWORD size, const CString& path);
+// The bytes alone, into a file that isn't there yet. `poll` is called now and then and may throw.
+void CopyBytes(const CString& source, const CString& target, const std::function<void()>& poll);
 // `origin` is FILE_BEGIN, FILE_CURRENT or FILE_END; the new place from the begin.
 [[nodiscard]] std::uint64_t SeekInFile(const CFileOwner& file, long long distance, DWORD origin,
                                        const CString& path);

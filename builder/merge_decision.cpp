@@ -34,17 +34,6 @@ constexpr std::uint64_t MAX_CABINET_CONTENT = 2032ull << 20;
                            L". On the service pack page, append them instead of merging them."};
 }
 
-void CopyWithPoll(const CString& source, const CString& target, const std::function<void()>& poll)
-{
-    const CFileOwner from = OpenForReading(source);
-    const CFileOwner to = CreateForWriting(target);
-    std::vector<unsigned char> buffer(CHUNK_BYTES);
-    while (const DWORD read = ReadChunk(from, buffer.data(), CHUNK_BYTES, source)) {
-        WriteChunk(to, buffer.data(), read, target);
-        poll();
-    }
-}
-
 CString PropertyOf(const DatabaseSnapshot& database, const wchar_t* name)
 {
     const ReadTable properties = TableToRead(database, L"Property");
@@ -68,7 +57,7 @@ public:
     {
         ReadOriginal();
         OpenPatches();
-        CopyWithPoll(m_database.strOriginal, m_copy.Path(), m_poll);
+        CopyBytes(m_database.strOriginal, m_copy.Path(), m_poll);
         CheckInstaller(OpenDatabase(m_copy.Path(), MSIDBOPEN_TRANSACT, m_patched), L"Opening the database",
                        m_copy.Path());
         m_raw = m_original;
@@ -201,7 +190,7 @@ private:
     DatabaseSnapshot ReadSourced() const
     {
         const CScratchFile copy(m_copy.Path() + L".sourced");
-        CopyWithPoll(m_database.strOriginal, copy.Path(), m_poll);
+        CopyBytes(m_database.strOriginal, copy.Path(), m_poll);
         CPatchApplier applier(copy.Path(), m_product);
         CInstallerHandle database;
         CheckInstaller(OpenDatabase(copy.Path(), MSIDBOPEN_TRANSACT, database), L"Opening the database",

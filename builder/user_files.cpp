@@ -77,14 +77,16 @@ CString RefuseNumbers(long long taken, std::size_t count)
 
 // Behind the numbers of the product's files and media. What media reserve beyond their last file is given up only
 // where the columns can't hold the numbers otherwise: a patch of the product's may count on it.
-Numbering NumberFiles(const WriteTable& files, const WriteTable& media, const UserAdditions& additions)
+Numbering NumberFiles(const WriteTable& files, const WriteTable& media, const UserAdditions& additions,
+                      const PatchNumbers& patches)
 {
     std::set<CString> added;
     for (const UserFile& file : additions.files) {
         added.insert(file.strKey);
     }
     const auto lastTaken = [&] {
-        return std::max(HighestNumber(files, L"Sequence", added), HighestNumber(media, L"LastSequence", {}));
+        return std::max({HighestNumber(files, L"Sequence", added), HighestNumber(media, L"LastSequence", {}),
+                         patches.file});
     };
     const long long room =
         files.HoldsOnlyShortNumbers(L"Sequence") || media.HoldsOnlyShortNumbers(L"LastSequence")
@@ -127,9 +129,9 @@ void FinishLooseFileRows(const WriteTable& files, const WriteTable& media, const
     }
 }
 
-void AddMediaRows(const WriteTable& media, const std::vector<UserCabinet>& cabinets, long long firstSequence)
+void AddMediaRows(const WriteTable& media, const std::vector<UserCabinet>& cabinets, long long disk,
+                  long long firstSequence)
 {
-    long long disk = HighestNumber(media, L"DiskId", {});
     for (const UserCabinet& cabinet : cabinets) {
         RowValues row = media.EmptyRow();
         const CString id = NumberText(++disk);
@@ -143,19 +145,20 @@ void AddMediaRows(const WriteTable& media, const std::vector<UserCabinet>& cabin
 
 // Answers why the numbers don't fit; empty when they do.
 CString FinishPackedFileRows(const WriteTable& files, const WriteTable& media, const UserAdditions& additions,
-                             const std::vector<UserCabinet>& cabinets, bool packageIsCompressed)
+                             const std::vector<UserCabinet>& cabinets, bool packageIsCompressed,
+                             const PatchNumbers& patches)
 {
-    const long long disk = HighestNumber(media, L"DiskId", {});
+    const long long disk = std::max(HighestNumber(media, L"DiskId", {}), patches.disk);
     if (disk + static_cast<long long>(cabinets.size()) > MAX_SHORT) {
         return L"its table Media has the medium " + NumberText(disk) +
                L", and no higher number is possible. Remove the additional files.";
     }
-    const Numbering numbering = NumberFiles(files, media, additions);
+    const Numbering numbering = NumberFiles(files, media, additions, patches);
     if (!numbering.strRefused.IsEmpty()) {
         return numbering.strRefused;
     }
     FinishFileRows(files, additions, numbering.first, packageIsCompressed);
-    AddMediaRows(media, cabinets, numbering.first);
+    AddMediaRows(media, cabinets, disk, numbering.first);
     return {};
 }
 
@@ -310,7 +313,8 @@ std::vector<UserCabinet> PackUserFiles(const std::vector<UserFile>& files, const
 }
 
 CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& additions,
-                            const std::vector<UserCabinet>& cabinets, bool packageIsCompressed)
+                            const std::vector<UserCabinet>& cabinets, bool packageIsCompressed,
+                            const PatchNumbers& patches)
 {
     const WriteTable files = TableToWrite(database, L"File");
     const WriteTable media = TableToWrite(database, L"Media");
@@ -325,7 +329,7 @@ CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& add
             FinishLooseFileRows(files, media, additions);
         } else {
             const CString refused =
-                FinishPackedFileRows(files, media, additions, cabinets, packageIsCompressed);
+                FinishPackedFileRows(files, media, additions, cabinets, packageIsCompressed, patches);
             if (!refused.IsEmpty()) {
                 return refused;
             }

@@ -9,6 +9,7 @@
 #include "builder/build_plan.h"
 #include "builder/change_report.h"
 #include "builder/incomplete_additions.h"
+#include "builder/patch_numbers.h"
 
 #include <cstdint>
 
@@ -88,13 +89,14 @@ constexpr std::uint64_t MAX_USER_FILE_BYTES = 2032ull << 20;
                                                      const CabinetLimits& limits = {});
 
 // Changes the snapshot into what is to be built: no rows of strays, sizes as given in `additions`, sequence numbers
-// behind the product's last one, a Media row for each cabinet in place of those of an earlier build, the attribute of
+// behind the last one of the product and of the patches that are installed along with it, a Media row for each cabinet in place of those of an earlier build, the attribute of
 // compression where the package's own doesn't hold for them, names in place of source paths, as many features as the
 // components need, and the standard actions that additions depend on. Loose files share the last number of the media and
 // have no Media row of their own. Answers why the installer can't take it and what to do, to follow after the product's
 // name; the snapshot is then of no use.
 [[nodiscard]] CString FinishUserAdditions(DatabaseSnapshot& database, const UserAdditions& additions,
-                                          const std::vector<UserCabinet>& cabinets, bool packageIsCompressed);
+                                          const std::vector<UserCabinet>& cabinets, bool packageIsCompressed,
+                                          const PatchNumbers& patches = {});
 
 // The sizes alone, once they are known for sure.
 void SetUserFileSizes(DatabaseSnapshot& database, const UserAdditions& additions);

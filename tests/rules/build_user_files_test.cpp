@@ -36,13 +36,13 @@ protected:
         return names;
     }
 
-    CString Finish(bool compressed = false)
+    CString Finish(bool compressed = false, const PatchNumbers& patches = {})
     {
         UserAdditions additions = FindUserAdditions(database);
         for (UserFile& file : additions.files) {
             file.size = file.storedSize;
         }
-        return FinishUserAdditions(database, additions, PackUserFiles(additions.files), compressed);
+        return FinishUserAdditions(database, additions, PackUserFiles(additions.files), compressed, patches);
     }
 
     CString FinishLoose()
@@ -66,6 +66,27 @@ TEST_F(FinishedFiles, NumbersFollowThoseOfTheProductAndOfItsMedia)
     EXPECT_EQ(Value(L"Media", L"4", 1), L"11");
     EXPECT_EQ(Value(L"Media", L"4", 2), L"TARN0001.cab");
     EXPECT_EQ(Value(L"Media", L"3", 1), L"9");
+}
+
+// A patch brought a medium of the same number, and the workstation looked for the added files in the patch's cabinet.
+TEST_F(FinishedFiles, NumbersFollowThoseOfPatchesThatAreInstalledAlong)
+{
+    AddFile(1, L"a.txt", 8);
+    AddFile(2, L"b.txt", 8);
+    EXPECT_EQ(Finish(false, {7, 2000}), L"");
+    EXPECT_EQ(Value(L"File", UserKey(1), 5), L"2001");
+    EXPECT_EQ(Value(L"Media", L"8", 1), L"2002");
+    EXPECT_EQ(Value(L"Media", L"8", 2), L"TARN0001.cab");
+    EXPECT_EQ(Value(L"Media", L"3", 1), L"9") << "the product's own stay";
+}
+
+TEST_F(FinishedFiles, PatchesThatTakeAllNumbersLeaveNoRoom)
+{
+    AddFile(1, L"a.txt", 8);
+    const DatabaseSnapshot before = database;
+    EXPECT_NE(Finish(false, {7, 32767}), L"");
+    database = before;
+    EXPECT_NE(Finish(false, {32767, 2000}), L"");
 }
 
 TEST_F(FinishedFiles, OnlyAPackageThatIsNotCompressedNeedsTheAttribute)
