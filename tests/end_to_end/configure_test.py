@@ -6,7 +6,8 @@ import shutil
 
 from wizard import MEDIA, WizardTest, property_of, text_of, windows_path
 
-TAB_PAGES = ("WorkstationSetting", "PathCustomization", "AddAdditionalFiles", "OnlineResources", "NoticeDeskFeedBoard")
+TAB_PAGES = ("WorkstationSetting", "PathCustomization", "AddAdditionalFiles", "OnlineResources", "NoticeDeskFeedBoard",
+             "ServicePack")
 PRODUCTS = ("Zolt 2027", "Zolt Viewer 2027")
 
 
@@ -62,7 +63,8 @@ class ConfigureTest(WizardTest):
         self.assertNotIn("menu_file", section)
 
     def test_a_dialog_without_any_tab_to_show_is_refused(self):
-        run = self.run_without("[workstation]\nshow = no\n[paths]\nshow = no\n[files]\nshow = no\n[resources]\nshow = no\n[notices]\nshow = no\n")
+        run = self.run_without("".join("[%s]\nshow = no\n" % section for section in (
+            "workstation", "paths", "files", "resources", "notices", "service_pack")))
         self.assertEqual(run.code, 24, run.output)
         self.assertIn("answers.txt(6): workstation.show: ", run.output.splitlines()[-1])
 
@@ -90,7 +92,8 @@ class ConfigureTest(WizardTest):
         run = self.create(self.media(configure="yes"))
         self.assertEqual(run.output.count("Configure dialog"), 1, run.output)
         self.assertEqual(re.findall(r"Page (.*) \(tab\)", run.output),
-                         ["%s of %s" % (page, product) for product in PRODUCTS for page in ("workstation", "paths", "files", "resources", "notices")])
+                         ["%s of %s" % (page, product) for product in PRODUCTS
+                          for page in ("workstation", "paths", "files", "resources", "notices", "service_pack")])
         self.assertEqual(self.values("ZOLT_PARTSBAY_ENABLE"), ["#1", "#1"])
         self.assertIn('<Flow configure="yes">', text_of(os.path.join(self.out, "Office", "Image", "Setup.xml")))
 

@@ -2,6 +2,7 @@
 
 import os
 import shutil
+import subprocess
 import unittest
 
 from update_service import NOBODY, PATCHES, UpdateService, point_products_to
@@ -168,6 +169,17 @@ class FilesTest(ServicePackTest):
         self.assertEqual(property_of(self.deployment(VIEWER_DATABASE), "ProductVersion"), "27.0.0")
         self.assertEqual(recorded(record)['[service_pack "Zolt 2027"]'],
                          ["choice = files", "file = patches\\Zolt2027Update1.msp", "way = merge"])
+
+    def test_added_files_of_a_patched_product_have_a_medium_that_is_none_of_the_patches(self):
+        self.serve_nobody()
+        self.run_well(self.answers_for("run.txt", BEGIN + ZOLT + "choice = files\nfile = patches\\Zolt2027Update1.msp\n"
+                                       "way = append\n[files \"Zolt 2027\"]\nfile = \"<root>\", \"run.txt\"\n"))
+        media = subprocess.run(["msiinfo", "export", self.deployment(ZOLT_DATABASE), "Media"], stdout=subprocess.PIPE,
+                               check=True).stdout.decode().replace("\r", "").split("\n")[3:]
+        rows = {row.split("\t")[3]: row.split("\t")[:2] for row in media if row}
+        disk, last = map(int, rows["TARN0001.cab"])
+        self.assertGreater(disk, 2, "the patch brings medium 2")
+        self.assertGreater(last, 1000, "the patch numbers its files from there")
 
     def test_lines_are_refused_by_name(self):
         self.serve_nobody()
