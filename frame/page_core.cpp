@@ -47,13 +47,20 @@ void CPageCore::EnableLeaving(bool enabled)
         ::EnableWindow(button, enabled);
     }
     EnableReset(ways.reset, enabled);
-    MoveFocusFromDisabled(focus);
+    RestoreFocus(focus);
 }
 
-void CPageCore::MoveFocusFromDisabled(HWND former)
+void CPageCore::RestoreFocus(HWND former)
 {
-    if (former && !::IsWindowEnabled(former)) {
+    if (!former) {
+        return;
+    }
+    const bool isOnPage = ::IsChild(m_hWnd, former) != FALSE;
+    const bool isShown = !isOnPage || (CWindow(former).GetStyle() & WS_VISIBLE) != 0;
+    if (!isShown || !::IsWindowEnabled(former)) {
         MoveFocusOn(former);
+    } else if (isOnPage && ::GetFocus() != former) {
+        ::SetFocus(former);
     }
 }
 

@@ -68,9 +68,9 @@ protected:
     // leads out, which is a tab page's parent and the wizard page itself. Reset goes off with them.
     void EnableLeaving(bool enabled);
     bool MustStay() const { return m_resetBeforeStay.has_value(); }
-    // For a page that turns controls off by itself: the focus that stood on one of them goes to the next control. `former`:
-    // what had the focus before.
-    void MoveFocusFromDisabled(HWND former);
+    // For a page that turns controls off and on by itself, which takes the focus from them: it comes back to `former`, which
+    // had it before, or goes to the next control when that one is off or hidden now.
+    void RestoreFocus(HWND former);
 
     // The banner shows its own text from the template. Without one it stays a static.
     void InitBanner();

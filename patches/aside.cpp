@@ -1,6 +1,7 @@
 #include "patches/aside.h"
 
 #include "base/handle.h"
+#include "base/scope_exit.h"
 #include "window/message_wait.h"
 
 namespace {
@@ -21,7 +22,7 @@ void RunAside(const std::function<void()>& work)
         work();
         return;
     }
-    if (WaitWithMessages(thread.get()) != WaitEnd::Signaled) {
-        ::WaitForSingleObject(thread.get(), INFINITE); // it works with what the caller owns
-    }
+    // It works with what the caller owns, so nobody leaves before its end: neither a page that goes nor what a handler throws.
+    const scope_exit joined([&thread] { ::WaitForSingleObject(thread.get(), INFINITE); });
+    static_cast<void>(WaitWithMessages(thread.get()));
 }

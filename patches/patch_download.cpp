@@ -184,9 +184,11 @@ void CDownloadWorker::Download()
 // It may still have the target open, and removes it.
 void CDownloadWorker::WaitForFormerRun()
 {
-    while (m_run->former &&
-           ::WaitForSingleObject(m_run->former->ended.get(), FORMER_RUN_PAUSE) == WAIT_TIMEOUT) {
-        StopIfCanceled();
+    // One that was canceled while it waited itself has left those before it.
+    for (std::shared_ptr<SharedDownload> former = m_run->former; former; former = former->former) {
+        while (::WaitForSingleObject(former->ended.get(), FORMER_RUN_PAUSE) == WAIT_TIMEOUT) {
+            StopIfCanceled();
+        }
     }
     m_run->former.reset();
 }
@@ -202,9 +204,9 @@ void CDownloadWorker::Connect()
     m_connection.reset(::InternetConnectW(m_session.get(), address.strHost, address.port, nullptr, nullptr,
                                           address.service, 0, 0));
     if (!m_connection) {
+        // Of a service that it doesn't know the call says little (87), and Wine nothing: the page would wait for ever.
         const DWORD error = ::GetLastError();
-        // Wine names no reason for a service that it doesn't know, and the page would wait for ever.
-        Fail(error ? error : ERROR_INTERNET_UNRECOGNIZED_SCHEME);
+        Fail(error != 0 && error != ERROR_INVALID_PARAMETER ? error : ERROR_INTERNET_UNRECOGNIZED_SCHEME);
     }
     limit = RECEIVE_LIMIT;
     static_cast<void>(

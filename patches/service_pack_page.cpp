@@ -167,9 +167,11 @@ void CServicePackPageBase<T, Impl>::ShowStage(PatchStage stage)
 {
     const HWND focus = ::GetFocus();
     SetStage(stage);
+    m_isShowingStage = true;
     RenderStage();
     UpdateChoices(false);
-    this->MoveFocusFromDisabled(focus);
+    this->RestoreFocus(focus);
+    m_isShowingStage = false;
 }
 
 template <class T, template <class> class Impl>
@@ -278,8 +280,10 @@ void CServicePackPageBase<T, Impl>::StartDownload()
     StartDownloadRun(s_download, RecordText(m_catalog.PatchInfo.DownloadUrl));
     const HWND focus = ::GetFocus();
     SetStage(StageDownloading);
+    m_isShowingStage = true;
     RenderStage();
-    this->MoveFocusFromDisabled(focus);
+    this->RestoreFocus(focus);
+    m_isShowingStage = false;
 }
 
 template <class T, template <class> class Impl>
@@ -298,6 +302,9 @@ bool CServicePackPageBase<T, Impl>::ExtractDownloadedPatch()
     if (!IsSelfExtracting(downloaded)) {
         return true;
     }
+    if (!this->IsWindow()) {
+        return false; // the page went while the file was read
+    }
     ExtractPatch(downloaded, patch);
     // A program that wrote nothing is found out when the page is left.
     return !::PathFileExistsW(patch) || IsAnnounced(patch);
@@ -308,15 +315,29 @@ bool CServicePackPageBase<T, Impl>::IsAnnounced(const CString& file)
 {
     unsigned int error = 0;
     RunAside([&] { error = m_catalog.CheckDownloadedFile(file); });
-    if (error == 0) {
-        return true;
+    if (error != 0) {
+        RefuseDownload(file, error);
     }
-    ::DeleteFileW(file);
-    ::DeleteFileW(s_download.DownloadTargetPath);
-    if (this->IsWindow()) {
+    return error == 0;
+}
+
+// Nothing of it stays, and nothing of another product's download goes.
+template <class T, template <class> class Impl>
+void CServicePackPageBase<T, Impl>::RefuseDownload(const CString& file, unsigned int error)
+{
+    for (const CString& path : {file, s_download.DownloadTargetPath}) {
+        if (IsSameOrBelow(path, m_catalog.DownloadDir)) {
+            ::DeleteFileW(path);
+        }
+    }
+    if (!this->IsWindow()) {
+        return;
+    }
+    if (error == ERROR_CRC || error == ERROR_NOT_FOUND || error == ERROR_INVALID_DATA) {
         this->ShowPageBox(FormatResource(IDS_PATCH_CHANGED, file), MB_OK | MB_ICONERROR);
+    } else {
+        ShowErrorBox(error, file, this->ProductName(), this->m_hWnd);
     }
-    return false;
 }
 
 // ---- leaving ----
@@ -361,13 +382,27 @@ template <class T, template <class> class Impl>
 bool CServicePackPageBase<T, Impl>::ListDownloadedPatch()
 {
     const bool isFetchedHere = ::PathFileExistsW(JoinPath(m_catalog.DownloadDir, PATCH_LIST_FILE));
-    if (isFetchedHere && ::PathFileExistsW(DownloadedMspPath) && !IsAnnounced(DownloadedMspPath)) {
-        this->m_pProduct->m_bPatchDownloaded = false;
-        ShowStage(StageConnectFailed);
-        return false;
+    if (isFetchedHere && ::PathFileExistsW(DownloadedMspPath)) {
+        // The page waits: nothing may be chosen anew while it is left.
+        const unsigned int error = m_catalog.CheckDownloadedFile(DownloadedMspPath);
+        if (error != 0) {
+            RefuseDownload(DownloadedMspPath, error);
+            OfferAnotherDownload();
+            return false;
+        }
     }
     m_patches.ReplaceBy(DownloadedMspPath);
     return true;
+}
+
+// A page that opened on a downloaded patch hasn't asked who the product is to the service.
+template <class T, template <class> class Impl>
+void CServicePackPageBase<T, Impl>::OfferAnotherDownload()
+{
+    this->m_pProduct->m_bPatchDownloaded = false;
+    m_view.Button(IDC_PATCH_DOWNLOADED).ShowWindow(SW_HIDE); // no other stage comes behind the downloaded one
+    const bool mayAsk = m_catalog.ResolveCatalogIdentity() && PrepareDownloadFolder();
+    ShowStage(mayAsk ? StageConnectFailed : StageNoService);
 }
 
 // ---- messages ----
@@ -421,7 +456,7 @@ LRESULT CServicePackPageBase<T, Impl>::OnPatchFinished(UINT, WPARAM, LPARAM run,
     }
     SetStage(StageDownloaded);
     WaitForDownloadEnd(s_download); // until its file is closed
-    const bool isGood = ExtractDownloadedPatch();
+    const bool isGood = this->IsWindow() && ExtractDownloadedPatch();
     if (!this->IsWindow()) {
         return 0;
     }
@@ -483,7 +518,7 @@ LRESULT CServicePackPageBase<T, Impl>::OnRemove(WORD, WORD, HWND, BOOL&)
     const HWND focus = ::GetFocus();
     m_patches.RemoveSelected();
     m_view.Button(IDC_PATCH_REMOVE).EnableWindow(!m_patches.IsEmpty());
-    this->MoveFocusFromDisabled(focus);
+    this->RestoreFocus(focus);
     return 0;
 }
 
@@ -509,7 +544,9 @@ LRESULT CServicePackPageBase<T, Impl>::OnAction(WORD, WORD, HWND, BOOL&)
 template <class T, template <class> class Impl>
 LRESULT CServicePackPageBase<T, Impl>::OnChoice(WORD, WORD, HWND, BOOL&)
 {
-    UpdateChoices(true);
+    if (!m_isShowingStage) { // a radio that gets the focus clicks itself
+        UpdateChoices(true);
+    }
     return 0;
 }
 

@@ -66,10 +66,13 @@ private:
     [[nodiscard]] bool ExtractDownloadedPatch();
     // False, after a message, when it isn't what the service announced; it is removed then, and what it came out of too.
     [[nodiscard]] bool IsAnnounced(const CString& file);
+    // `error`: why the file can't be used.
+    void RefuseDownload(const CString& file, unsigned int error);
 
     // ---- leaving
     [[nodiscard]] bool MayLeave();
     [[nodiscard]] bool ListDownloadedPatch();
+    void OfferAnotherDownload();
 
     // ---- messages
     LRESULT OnDestroy(UINT, WPARAM, LPARAM, BOOL& handled);
@@ -91,6 +94,7 @@ private:
     CPatchCatalog m_catalog;
     CPatchList m_patches;
     CPatchStageView m_view;
+    bool m_isShowingStage = false;
     CString DownloadedMspPath; // full path of the patch that the deployment is to use
 };
 
