@@ -3,6 +3,8 @@
 import os
 import shutil
 import subprocess
+import threading
+import time
 import unittest
 
 from update_service import NOBODY, PATCHES, UpdateService, point_products_to
@@ -140,6 +142,15 @@ class RefusedOfferTest(ServicePackTest):
         service.spoil = lambda data: None
         self.assert_refused(self.OFFERED, self.LINE, "Zolt Viewer 2027")
         self.assertEqual(len(service.downloads()), 2)
+
+    def test_a_download_beyond_its_limit_ends_the_run_at_the_limit(self):
+        stalled, service = threading.Event(), self.serve()
+        self.addCleanup(stalled.set)
+        service.spoil = lambda data: stalled.wait(120) and data
+        started = time.monotonic()
+        self.assert_refused(self.OFFERED + "download_limit = 3\n", self.LINE, "Zolt Viewer 2027", "is overdue",
+                            "waited 3 seconds", code=25)
+        self.assertLess(time.monotonic() - started, 100)
 
     def test_an_offer_that_nobody_answered_refuses_the_page_that_proposes_it(self):
         self.serve()
