@@ -5,11 +5,20 @@
 
 namespace {
 
+// Which runs an option is for.
+enum class OptionUse
+{
+    Wizard,
+    Deployments, // commands on deployments that stand
+    Both,
+};
+
 // An option with a text of its own, and where the text goes.
 struct TextOption
 {
     const wchar_t* name;
     CString CommandLine::*target;
+    OptionUse use;
 };
 
 // Longer than any single step that was seen on the slowest share; a day is as good as no limit.
@@ -17,14 +26,16 @@ constexpr unsigned int DEFAULT_QUIET_SECONDS = 600;
 constexpr unsigned int LONGEST_QUIET_SECONDS = 86400;
 
 constexpr TextOption TEXT_OPTIONS[] = {
-    {L"--media", &CommandLine::strMedia},
-    {L"--answers", &CommandLine::strAnswers},
-    {L"--out", &CommandLine::strOut},
-    {L"--language", &CommandLine::strLanguage},
-    {L"--pictures", &CommandLine::strPictures},
-    {L"--log", &CommandLine::strLog},
-    {L"--quiet-limit", &CommandLine::strQuietLimit},
-    {L"--record", &CommandLine::strRecord},
+    {L"--media", &CommandLine::strMedia, OptionUse::Wizard},
+    {L"--answers", &CommandLine::strAnswers, OptionUse::Wizard},
+    {L"--out", &CommandLine::strOut, OptionUse::Wizard},
+    {L"--language", &CommandLine::strLanguage, OptionUse::Both},
+    {L"--pictures", &CommandLine::strPictures, OptionUse::Wizard},
+    {L"--log", &CommandLine::strLog, OptionUse::Both},
+    {L"--quiet-limit", &CommandLine::strQuietLimit, OptionUse::Both},
+    {L"--record", &CommandLine::strRecord, OptionUse::Wizard},
+    {L"--verify", &CommandLine::strVerify, OptionUse::Deployments},
+    {L"--report", &CommandLine::strReport, OptionUse::Deployments},
 };
 
 const TextOption* FindTextOption(const CString& name)
@@ -105,6 +116,33 @@ CString CheckQuietLimit(const CString& text)
            L", but came with \"" + text + L"\".";
 }
 
+// The wizard's options would be without effect for a command on deployments; the empty text when none stands beside it.
+CString WizardOption(const CommandLine& line)
+{
+    for (const TextOption& option : TEXT_OPTIONS) {
+        if (option.use == OptionUse::Wizard && !(line.*option.target).IsEmpty()) {
+            return option.name;
+        }
+    }
+    return !line.answers.empty() ? L"--set"
+           : line.bCheck         ? L"--check"
+           : line.bWithLocation  ? L"--with-location"
+                                 : L"";
+}
+
+CString CheckCommand(const CommandLine& line)
+{
+    if (!line.IsDeploymentCommand()) {
+        return line.strReport.IsEmpty()
+                   ? CString()
+                   : CString(L"--report needs --verify FOLDER, whose result it writes to the file.");
+    }
+    const CString option = WizardOption(line);
+    return option.IsEmpty()
+               ? option
+               : L"--verify only looks at a deployment, so " + option + L" has no meaning beside it.";
+}
+
 bool IsHelp(const CString& argument)
 {
     return argument == L"--help" || argument == L"-h" || argument == L"/?";
@@ -148,7 +186,8 @@ CString ParseCommandLine(const std::vector<CString>& arguments, CommandLine& lin
             return complaint;
         }
     }
-    return CheckQuietLimit(line.strQuietLimit);
+    const CString complaint = CheckQuietLimit(line.strQuietLimit);
+    return complaint.IsEmpty() ? CheckCommand(line) : complaint;
 }
 
 unsigned int CommandLine::QuietSeconds() const
@@ -161,6 +200,8 @@ CString CommandLineUsage()
     return L"Setup.exe [--media PATH] [--answers FILE] [--set page.key=value ...] [--out DIR]\n"
            L"          [--language LOCALE] [--pictures DIR] [--log FILE] [--quiet-limit SECONDS]\n"
            L"          [--record FILE] [--with-location] [--check] [--help]\n"
+           L"Setup.exe --verify FOLDER [--report FILE] [--language LOCALE] [--log FILE]\n"
+           L"          [--quiet-limit SECONDS]\n"
            L"\n"
            L"  --media PATH          a folder with Setup.xml, a deployment's folder, or one .msi\n"
            L"                        (default: the folder Media beside the program, else it asks)\n"
@@ -177,10 +218,17 @@ CString CommandLineUsage()
            L"                        Answers.txt\n"
            L"  --with-location       the written answers hold the deployment's own place too\n"
            L"  --check               check all answers, and what a build would refuse; build nothing\n"
+           L"  --verify FOLDER       whether the deployment in this folder is still what was built;\n"
+           L"                        no window, and nothing is written into the folder\n"
+           L"  --report FILE         write the result of --verify to this file too: as text, or as\n"
+           L"                        JSON when its name ends in .json\n"
            L"  --help                this text\n"
+           L"\n"
+           L"Example: Setup.exe --verify \\\\server\\share\\Office --report office.json\n"
            L"\n"
            L"Exit codes: 0 done, 1602 canceled, 1603 failed, 20 bad command line, 21 bad answers,\n"
            L"22 an answer was refused by its page, 23 a question without an answer,\n"
            L"24 answers for a page that isn't shown, 25 a page overdue,\n"
-           L"26 the run broke off, 27 no sign of life.\n";
+           L"26 the run broke off, 27 no sign of life, 28 the deployment is not what was built,\n"
+           L"29 it can't be determined.\n";
 }

@@ -4,6 +4,7 @@
 #include "setup/answers_input.h"
 #include "setup/answers_output.h"
 #include "setup/crash_notes.h"
+#include "setup/deployment_commands.h"
 #include "setup/exit_codes.h"
 #include "setup/media_choice.h"
 #include "setup/paths.h"
@@ -43,8 +44,8 @@ std::vector<CString> Arguments()
 // From here on no path depends on the current folder.
 void MakePathsFull(CommandLine& line)
 {
-    for (CString* path :
-         {&line.strMedia, &line.strAnswers, &line.strPictures, &line.strLog, &line.strRecord}) {
+    for (CString* path : {&line.strMedia, &line.strAnswers, &line.strPictures, &line.strLog, &line.strRecord,
+                          &line.strVerify, &line.strReport}) {
         if (!path->IsEmpty()) {
             *path = FullPath(*path);
         }
@@ -190,7 +191,9 @@ unsigned int RunInRecord(CommandLine& line)
         line.strLog = FreshLog();
     }
     NoteRunLog(line.strLog);
-    const RunOutcome outcome = RunCaught([&] { return RunRecorded(line, log); });
+    const RunOutcome outcome = RunCaught([&] {
+        return line.IsDeploymentCommand() ? RunDeploymentCommand(line, log) : RunRecorded(line, log);
+    });
     log.Finish(outcome);
     if (!line.IsUnattended() && !outcome.bShown && outcome.exitCode != SETUP_DONE) {
         ShowBox(outcome.strCause, MB_ICONERROR);

@@ -104,7 +104,7 @@ bool WriteAll(HANDLE file, const std::string& bytes)
 }
 
 // A file of a new name beside the other, with the text in it. 0, or the system's code.
-unsigned long WriteBeside(const CString& file, const CString& text, CString& fresh)
+unsigned long WriteBeside(const CString& file, const CString& text, bool byteOrderMark, CString& fresh)
 {
     CFileOwner handle;
     for (int number = 1; !handle && number <= MOST_NAMES; ++number) {
@@ -115,7 +115,7 @@ unsigned long WriteBeside(const CString& file, const CString& text, CString& fre
             return GetLastError();
         }
     }
-    std::string bytes = BYTE_ORDER_MARK;
+    std::string bytes = byteOrderMark ? BYTE_ORDER_MARK : "";
     AppendUtf8(bytes, text);
     if (handle && WriteAll(handle.get(), bytes)) {
         return ERROR_SUCCESS;
@@ -150,10 +150,37 @@ RunOutcome PrepareRecord(const CommandLine& line)
     return refusal;
 }
 
-unsigned long ReplaceTextFile(const CString& file, const CString& text)
+RunOutcome PrepareReport(const CommandLine& line, const std::vector<CString>& folders)
+{
+    const std::pair<const wchar_t*, const CString*> outputs[] = {{L"--report", &line.strReport},
+                                                                 {L"--log", &line.strLog}};
+    for (const CString& folder : folders) {
+        for (const auto& [option, file] : outputs) {
+            if (!file->IsEmpty() && IsSameOrBelow(RealFolder(*file), RealFolder(JoinFolder(folder, L"*")))) {
+                return {SETUP_BAD_COMMAND_LINE, SetupText(IDS_OUTPUT_IN_DEPLOYMENT, {option, *file, folder})};
+            }
+        }
+    }
+    if (line.strReport.IsEmpty()) {
+        return {};
+    }
+    const bool wasThere = IsFile(line.strReport);
+    if (const CString reason = OpenForTrial(line.strReport); !reason.IsEmpty()) {
+        return {SETUP_FAILED, SetupText(IDS_REPORT_FAILED, {line.strReport, reason})};
+    }
+    const bool isLog = IsSame(line.strReport, line.strLog);
+    if ((!isLog || !wasThere) && !DeleteFileW(FilePath(line.strReport))) {
+        return {SETUP_FAILED,
+                SetupText(IDS_REPORT_FAILED, {line.strReport, SystemErrorText(GetLastError())})};
+    }
+    return isLog ? RunOutcome{SETUP_BAD_COMMAND_LINE, SetupText(IDS_REPORT_IS_LOG, {line.strReport})}
+                 : RunOutcome{};
+}
+
+unsigned long ReplaceTextFile(const CString& file, const CString& text, bool byteOrderMark)
 {
     CString fresh;
-    if (const unsigned long code = WriteBeside(file, text, fresh)) {
+    if (const unsigned long code = WriteBeside(file, text, byteOrderMark, fresh)) {
         return code;
     }
     if (MoveFileExW(FilePath(fresh), FilePath(file), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
@@ -170,7 +197,7 @@ unsigned long WriteFreeTextFile(CString& file, const CString& text)
     const int dot = wanted.ReverseFind(L'.');
     const int end = dot > wanted.ReverseFind(L'\\') ? dot : wanted.GetLength();
     CString fresh;
-    if (const unsigned long code = WriteBeside(wanted, text, fresh)) {
+    if (const unsigned long code = WriteBeside(wanted, text, true, fresh)) {
         return code;
     }
     DWORD code = ERROR_ALREADY_EXISTS;

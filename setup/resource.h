@@ -71,6 +71,10 @@
 #define IDS_RECORD_IN_DEPLOYMENT 330 // %1: path, %2: folder of the deployment
 #define IDS_KEPT_FAILED 331          // %1: path, %2: why
 #define IDS_ANSWERS_NO_FILE 332      // %1: path, %2: why
+// Commands on deployments
+#define IDS_REPORT_FAILED 340        // %1: path, %2: why
+#define IDS_REPORT_IS_LOG 341        // %1: path
+#define IDS_OUTPUT_IN_DEPLOYMENT 342 // %1: option, %2: path, %3: folder of the deployment
 // What stands in the new deployment's place
 #define IDS_REPLACE_UNLISTED 320  // %1: folder, %2: product, %3: date
 #define IDS_REPLACE_OWN_FILES 321 // %1: names

@@ -118,7 +118,8 @@ PROGRAM_WORDS = {
     "IDS_SESSION_END_WAITS": "asking", "IDS_FAILURE_PANE": "What happened",
     "IDS_FAILURE_ANSWERS": "Your entries", "IDS_RECORD_FAILED": "written", "IDS_RECORD_IS_ANSWERS": "replace",
     "IDS_RECORD_IS_LOG": "replace the log", "IDS_RECORD_IN_DEPLOYMENT": "outside it", "IDS_KEPT_FAILED": "beside the log",
-    "IDS_ANSWERS_NO_FILE": "can hold them",
+    "IDS_ANSWERS_NO_FILE": "can hold them", "IDS_REPORT_FAILED": "report can't be written",
+    "IDS_REPORT_IS_LOG": "--report", "IDS_OUTPUT_IN_DEPLOYMENT": "only read",
 }
 CONTROL_WORDS = {
     "IDYES": "Yes", "IDNO": "No", "IDC_BACK": "Back", "IDC_RESET": "over", "IDC_LINK1": "guide", "IDC_LINK2": "notes",

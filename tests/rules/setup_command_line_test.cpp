@@ -129,11 +129,46 @@ TEST(SetupCommandLine, AQuietLimitThatIsNoNumberOfSecondsIsRefused)
     }
 }
 
+TEST(SetupCommandLine, VerifyNamesAFolderAndRunsWithoutAPerson)
+{
+    const CommandLine line = Parsed({L"--verify", L"D:\\Out\\Office", L"--report", L"office.json"});
+    EXPECT_EQ(line.strVerify, CString(L"D:\\Out\\Office"));
+    EXPECT_EQ(line.strReport, CString(L"office.json"));
+    EXPECT_TRUE(line.IsDeploymentCommand());
+    EXPECT_TRUE(line.IsUnattended());
+}
+
+TEST(SetupCommandLine, VerifyGoesWithTheOptionsOfEveryRun)
+{
+    const CommandLine line = Parsed(
+        {L"--verify", L"D:\\Out", L"--log", L"l.log", L"--language", L"en-US", L"--quiet-limit", L"5"});
+    EXPECT_EQ(line.strLog, CString(L"l.log"));
+}
+
+TEST(SetupCommandLine, VerifyBesideAnOptionOfTheWizardIsRefusedByName)
+{
+    const std::vector<std::vector<CString>> options = {
+        {L"--media", L"m"},  {L"--answers", L"a"},        {L"--out", L"o"}, {L"--pictures", L"p"},
+        {L"--record", L"r"}, {L"--set", L"begin.name=a"}, {L"--check"},     {L"--with-location"},
+    };
+    for (const std::vector<CString>& option : options) {
+        std::vector<CString> words = {L"--verify", L"D:\\Out"};
+        words.insert(words.end(), option.begin(), option.end());
+        EXPECT_NE(Complaint(words).Find(option.front() + L" has no meaning"), -1) << Utf8(option.front());
+    }
+}
+
+TEST(SetupCommandLine, AReportWithoutACommandIsRefused)
+{
+    EXPECT_NE(Complaint({L"--report", L"r.txt"}).Find(L"--report needs --verify"), -1);
+}
+
 TEST(SetupCommandLine, TheUsageNamesEveryOption)
 {
     const CString usage = CommandLineUsage();
-    for (const wchar_t* option : {L"--media", L"--answers", L"--set", L"--out", L"--language", L"--pictures",
-                                  L"--log", L"--quiet-limit", L"--check", L"--help"}) {
+    for (const wchar_t* option :
+         {L"--media", L"--answers", L"--set", L"--out", L"--language", L"--pictures", L"--log",
+          L"--quiet-limit", L"--check", L"--verify", L"--report", L"--help"}) {
         EXPECT_NE(usage.Find(option), -1) << Utf8(option);
     }
 }
