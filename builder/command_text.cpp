@@ -5,6 +5,7 @@
 #include "base/name_rules.h"
 #include "builder/build_names.h"
 #include "builder/command_check.h"
+#include "builder/command_settings.h"
 #include "builder/product_identity.h"
 #include "builder/script_lines.h"
 #include "builder/shown_text.h"
@@ -113,11 +114,11 @@ void WriteSettings(CCommandScript& script, const WorkstationCommands& commands)
         L"rem Where each computer writes its log. Computer accounts need the right to write there. When the");
     script.Line(
         L"rem folder is empty or can't be written to, the log goes to the computer's own Windows folder.");
-    script.Set(L"LOG_FOLDER", QuotedBatchText(commands.strLogFolder));
+    script.Set(LOG_FOLDER_SETTING, QuotedBatchText(commands.strLogFolder));
     script.Line(L"rem 1: each log in that folder is copied to the computer's own Windows folder as well.");
-    script.Set(L"KEEP_LOCAL_LOG", commands.bKeepLocalLog ? L"1" : L"0");
+    script.Set(KEEP_LOCAL_LOG_SETTING, commands.bKeepLocalLog ? L"1" : L"0");
     script.Line(L"rem /qn shows nothing, /qb-! a progress bar without buttons and questions.");
-    script.Set(L"DISPLAY_OPTION", DisplayArgument(commands.strDisplay));
+    script.Set(DISPLAY_SETTING, DisplayArgument(commands.strDisplay));
     script.Line(
         L"rem "
         L"-----------------------------------------------------------------------------------------------");

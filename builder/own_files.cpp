@@ -2,101 +2,10 @@
 
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
-#include "builder/file_hash.h"
-#include "builder/manifest_text.h"
 
 #include <algorithm>
 
 namespace {
-
-constexpr std::size_t PIECE_BYTES = 1 << 20;
-
-using Entries = std::map<CString, ManifestEntry, CompareNoCaseLess>;
-
-bool LoadManifest(const CString& folder, Entries& entries)
-{
-    const CString path = JoinFolder(folder, MANIFEST_FILE);
-    if (KindOfPath(path) != PathKind::File) {
-        return false;
-    }
-    const CFileOwner file = OpenForReading(path);
-    std::vector<char> bytes;
-    std::vector<char> piece(PIECE_BYTES);
-    while (const DWORD read = ReadChunk(file, piece.data(), static_cast<DWORD>(piece.size()), path)) {
-        bytes.insert(bytes.end(), piece.begin(), piece.begin() + read);
-    }
-    std::vector<ManifestEntry> lines;
-    if (!ReadManifest(bytes.data(), bytes.size(), lines)) {
-        return false;
-    }
-    for (ManifestEntry& line : lines) {
-        entries[line.strPath] = std::move(line);
-    }
-    return true;
-}
-
-// Visits each file below, and each link in the place of what it leads to.
-void VisitFiles(const CString& folder, const CString& inner,
-                const std::function<void(const CString&, const FolderEntry&)>& visit)
-{
-    for (const FolderEntry& entry : ListFolder(JoinFolder(folder, inner))) {
-        const CString path = JoinFolder(inner, entry.strName);
-        if (entry.IsFolder() && !entry.IsLink()) {
-            VisitFiles(folder, path, visit);
-        } else {
-            visit(path, entry);
-        }
-    }
-}
-
-class CFolderJudge
-{
-public:
-    CFolderJudge(const CString& folder, const ReadContents& known, const std::function<void()>& poll)
-        : m_folder(folder), m_known(known), m_poll(poll)
-    {
-    }
-
-    FolderJudgement Judge()
-    {
-        m_judgement.hasManifest = LoadManifest(m_folder, m_entries);
-        if (m_judgement.hasManifest) {
-            VisitFiles(m_folder, CString(),
-                       [this](const CString& path, const FolderEntry& entry) { JudgeFile(path, entry); });
-        }
-        return std::move(m_judgement);
-    }
-
-private:
-    void JudgeFile(const CString& path, const FolderEntry& entry)
-    {
-        if (path.CompareNoCase(MANIFEST_FILE) == 0) {
-            return;
-        }
-        const auto line = m_entries.find(path);
-        if (line == m_entries.end() || entry.IsLink()) {
-            m_judgement.added.push_back(path);
-        } else if (entry.size != line->second.size || ContentOf(path, entry) != line->second.strSha256) {
-            m_judgement.changed.push_back(path);
-        } else {
-            m_judgement.ours[path] = {entry.size, entry.lastWritten, line->second.strSha256};
-        }
-    }
-
-    CString ContentOf(const CString& path, const FolderEntry& entry)
-    {
-        const auto known = m_known.find(path);
-        const bool isKnown = known != m_known.end() && known->second.size == entry.size &&
-                             known->second.lastWritten == entry.lastWritten;
-        return isKnown ? known->second.strSha256 : HashOfFile(JoinFolder(m_folder, path), m_poll);
-    }
-
-    const CString& m_folder;
-    const ReadContents& m_known;
-    const std::function<void()>& m_poll;
-    Entries m_entries;
-    FolderJudgement m_judgement;
-};
 
 void MakeFolderChain(const CString& folder)
 {
@@ -198,7 +107,18 @@ std::vector<CString> FolderJudgement::Own() const
 FolderJudgement FindOwnFiles(const CString& folder, const ReadContents& known,
                              const std::function<void()>& poll)
 {
-    return CFolderJudge(folder, known, poll).Judge();
+    const ManifestCheckCalls calls = {[&poll](std::uint64_t, std::uint64_t, const CString&) { poll(); },
+                                      [](const CString&, const BuildFailure& failure) { throw failure; }};
+    ManifestCheck check = CheckManifest(folder, known, calls);
+    FolderJudgement judgement;
+    judgement.hasManifest = check.manifest == ManifestState::Read;
+    judgement.added = std::move(check.added);
+    judgement.added.insert(judgement.added.end(), check.links.begin(), check.links.end());
+    for (ChangedFile& file : check.changed) {
+        judgement.changed.push_back(std::move(file.strPath));
+    }
+    judgement.ours = std::move(check.same);
+    return judgement;
 }
 
 std::vector<CString> FindLateFiles(const CString& folder, const FolderJudgement& judgement)

@@ -1,19 +1,7 @@
 // What somebody put into a deployment's folder or changed there since it was built. Its manifest tells.
 #pragma once
 
-#include "builder/file_operations.h"
-
-#include <functional>
-#include <map>
-
-// A file's content as a build read it on its way.
-struct ReadContent
-{
-    std::uint64_t size = 0;
-    std::uint64_t lastWritten = 0; // as in FolderEntry
-    CString strSha256;
-};
-using ReadContents = std::map<CString, ReadContent, CompareNoCaseLess>; // by relative path
+#include "builder/manifest_check.h"
 
 // What FindOwnFiles saw. A file that is not named as somebody's own is the build's to delete.
 struct FolderJudgement

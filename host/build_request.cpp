@@ -73,9 +73,7 @@ public:
         m_plan.strName = m_manager.m_strDeploymentName;
         m_plan.strBuiltBy = L"the deployment wizard " ROLLOUT_VERSION_TEXT;
         m_plan.strMediaName = m_media.description.strName;
-        m_plan.commands.strLogFolder = m_manager.m_bNetworkLog ? m_manager.m_strNetworkLogFolder : CString();
-        m_plan.commands.bKeepLocalLog = m_manager.m_bSettingsOption;
-        m_plan.commands.strDisplay = m_manager.m_installMode == INSTALL_WITH_PROGRESS ? L"/qb-!" : L"/qn";
+        m_plan.commands = CommandsOf(m_stored);
         for (const std::unique_ptr<CHostProduct>& product : m_manager.GetProductObjects()) {
             AddProduct(*product);
             for (const std::unique_ptr<CHostProduct>& pack : product->GetPackObjects()) {
@@ -211,6 +209,15 @@ OperationError DecidePlan(CHostSetupManager& manager, const CString& answers, Bu
 }
 
 } // namespace
+
+WorkstationCommands CommandsOf(const DeploymentFile& file)
+{
+    WorkstationCommands commands;
+    commands.strLogFolder = file.bNetworkLog ? file.strNetworkLogFolder : CString();
+    commands.bKeepLocalLog = file.bSettingsOption;
+    commands.strDisplay = file.installMode == INSTALL_WITH_PROGRESS ? L"/qb-!" : L"/qn";
+    return commands;
+}
 
 BuildResult BuildFromManager(CHostSetupManager& manager, const CString& answers, IBuildProgress& progress)
 {

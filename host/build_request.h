@@ -4,6 +4,9 @@
 #include "builder/build_plan.h"
 #include "host/host_setup_manager.h"
 
+// What the commands of a deployment do, as its deployment file says.
+[[nodiscard]] WorkstationCommands CommandsOf(const DeploymentFile& file);
+
 // Builds the plan and leaves the manager at what came out: products, result lines. `answers` is the content of
 // Answers.txt; empty: no such file.
 [[nodiscard]] BuildResult BuildFromManager(CHostSetupManager& manager, const CString& answers,

@@ -34,13 +34,24 @@ CString LoadFrom(const CString& path, CModuleOwner& module)
 CString CHostLibrary::Load(const CString& programFolder)
 {
     constexpr wchar_t OPEN[] = L"OpenSetupHost";
-    const CString path = programFolder + L"WizCore.dll";
-    const CString complaint = LoadFrom(path, m_module);
+    m_strPath = programFolder + L"WizCore.dll";
+    const CString complaint = LoadFrom(m_strPath, m_module);
     if (!complaint.IsEmpty()) {
         return complaint;
     }
     m_open = CastExport<OpenFunction>(FindExport(m_module.get(), OPEN));
-    return m_open ? CString() : SetupText(IDS_LIBRARY_FOREIGN, {path, OPEN});
+    return m_open ? CString() : SetupText(IDS_LIBRARY_FOREIGN, {m_strPath, OPEN});
+}
+
+CString CHostLibrary::Verify(const CString& folder, IBuildProgress& progress, VerifyResult& result) const
+{
+    constexpr wchar_t VERIFY[] = L"VerifyDeploymentFolder";
+    const auto verify = CastExport<decltype(&VerifyDeploymentFolder)>(FindExport(m_module.get(), VERIFY));
+    if (!verify) {
+        return SetupText(IDS_LIBRARY_FOREIGN, {m_strPath, VERIFY});
+    }
+    verify(folder, progress, result);
+    return {};
 }
 
 std::unique_ptr<CSetupHost> CHostLibrary::Open(const HostOptions& options, OperationError& error) const

@@ -7,7 +7,7 @@
 
 #include "base/handle.h"
 #include "base/string.h"
-#include "host/setup_host.h"
+#include "host/deployment_check.h"
 #include "include/page_context.h"
 
 #include <memory>
@@ -23,10 +23,14 @@ public:
     // Null with `error` on failure. The library outlives the host.
     [[nodiscard]] std::unique_ptr<CSetupHost> Open(const HostOptions& options, OperationError& error) const;
 
+    // Any thread. The empty text, or why it could not be done at all.
+    [[nodiscard]] CString Verify(const CString& folder, IBuildProgress& progress, VerifyResult& result) const;
+
 private:
     using OpenFunction = CSetupHost* (*)(const HostOptions& options, OperationError& error);
 
     CModuleOwner m_module;
+    CString m_strPath;
     OpenFunction m_open = nullptr;
 };
 

@@ -125,8 +125,7 @@ void MakePackage(const CString& path, const PackageForm& form)
     CInstallerHandle summary;
     ASSERT_EQ(MsiGetSummaryInformationW(database.get(), nullptr, 10, summary.put()), 0u);
     MsiSummaryInfoSetPropertyW(summary.get(), 7, VT_LPSTR, 0, nullptr, form.pszTemplate);
-    MsiSummaryInfoSetPropertyW(summary.get(), 9, VT_LPSTR, 0, nullptr,
-                               L"{99999999-2222-3333-4444-555555555555}");
+    MsiSummaryInfoSetPropertyW(summary.get(), 9, VT_LPSTR, 0, nullptr, form.packageCode);
     MsiSummaryInfoSetPropertyW(summary.get(), 14, VT_I4, 500, nullptr, nullptr);
     MsiSummaryInfoSetPropertyW(summary.get(), 15, VT_I4, 0, nullptr, nullptr);
     ASSERT_EQ(MsiSummaryInfoPersist(summary.get()), 0u);

@@ -34,6 +34,7 @@ struct PackageForm
     bool bStandardTables = true; // Property alone otherwise
     bool bInstallFolder = true;
     const wchar_t* pszTemplate = L"x64;1033";
+    const wchar_t* packageCode = L"{99999999-2222-3333-4444-555555555555}";
     // Rows of the Property table that are changed or added; an empty value leaves the row out.
     std::vector<std::pair<CString, CString>> properties;
 };
