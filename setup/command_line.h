@@ -48,6 +48,11 @@ struct CommandLine
     [[nodiscard]] unsigned int QuietSeconds() const;
     // Only looks at deployments that stand: no media, no page, nothing built.
     [[nodiscard]] bool IsDeploymentCommand() const { return !strVerify.IsEmpty(); }
+    // The deployments that such a command looks at.
+    [[nodiscard]] std::vector<CString> FoldersToRead() const
+    {
+        return IsDeploymentCommand() ? std::vector<CString>{strVerify} : std::vector<CString>();
+    }
     // With answers from anywhere the pages are walked without a person.
     [[nodiscard]] bool IsUnattended() const
     {

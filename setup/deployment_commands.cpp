@@ -89,7 +89,7 @@ RunOutcome WriteReport(const CString& file, const CommandResult& result)
 
 RunOutcome RunDeploymentCommand(const CommandLine& line, CRunLog& log)
 {
-    if (const RunOutcome refusal = PrepareReport(line, {line.strVerify}); refusal.exitCode != SETUP_DONE) {
+    if (const RunOutcome refusal = PrepareReport(line); refusal.exitCode != SETUP_DONE) {
         return refusal;
     }
     if (const CString reason = log.TryFile(); !reason.IsEmpty()) {

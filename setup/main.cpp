@@ -185,6 +185,10 @@ unsigned int RunInRecord(CommandLine& line)
             OleUninitialize();
         }
     });
+    const RunOutcome misplaced = CheckOutputPlaces(line);
+    if (misplaced.exitCode != SETUP_DONE) {
+        line.strLog.Empty();
+    }
     CRunLog log(line.IsUnattended(),
                 line.strLog); // a run that opens no media leaves no log that nobody asked for
     if (line.strLog.IsEmpty()) {
@@ -192,6 +196,9 @@ unsigned int RunInRecord(CommandLine& line)
     }
     NoteRunLog(line.strLog);
     const RunOutcome outcome = RunCaught([&] {
+        if (misplaced.exitCode != SETUP_DONE) {
+            return misplaced;
+        }
         return line.IsDeploymentCommand() ? RunDeploymentCommand(line, log) : RunRecorded(line, log);
     });
     log.Finish(outcome);

@@ -150,17 +150,22 @@ RunOutcome PrepareRecord(const CommandLine& line)
     return refusal;
 }
 
-RunOutcome PrepareReport(const CommandLine& line, const std::vector<CString>& folders)
+RunOutcome CheckOutputPlaces(const CommandLine& line)
 {
     const std::pair<const wchar_t*, const CString*> outputs[] = {{L"--report", &line.strReport},
                                                                  {L"--log", &line.strLog}};
-    for (const CString& folder : folders) {
+    for (const CString& folder : line.FoldersToRead()) {
         for (const auto& [option, file] : outputs) {
             if (!file->IsEmpty() && IsSameOrBelow(RealFolder(*file), RealFolder(JoinFolder(folder, L"*")))) {
                 return {SETUP_BAD_COMMAND_LINE, SetupText(IDS_OUTPUT_IN_DEPLOYMENT, {option, *file, folder})};
             }
         }
     }
+    return {};
+}
+
+RunOutcome PrepareReport(const CommandLine& line)
+{
     if (line.strReport.IsEmpty()) {
         return {};
     }

@@ -4,15 +4,16 @@
 #include "setup/command_line.h"
 #include "setup/run_log.h"
 
-#include <vector>
-
 // Looks whether the file of --record may be written where it is to lie, and removes an older one, which would otherwise look
 // like this run's when it breaks off. Exit code 0, also without --record, or how the run ends. The log of the command line
 // is there already.
 [[nodiscard]] RunOutcome PrepareRecord(const CommandLine& line);
 
-// The same for --report. Neither it nor the log may lie in `folders`, full paths, which are only looked at.
-[[nodiscard]] RunOutcome PrepareReport(const CommandLine& line, const std::vector<CString>& folders);
+// Refuses a report or a log in a folder that a command on deployments only reads. Before the log is opened: that alone
+// would write there.
+[[nodiscard]] RunOutcome CheckOutputPlaces(const CommandLine& line);
+// As PrepareRecord, for --report.
+[[nodiscard]] RunOutcome PrepareReport(const CommandLine& line);
 
 // Writes the text whole or not at all, in UTF-8; what was there before stays until then. 0, or the system's code.
 [[nodiscard]] unsigned long ReplaceTextFile(const CString& file, const CString& text,
