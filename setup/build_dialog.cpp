@@ -33,8 +33,8 @@ CString TimeLeftText(const TimeLeft& left)
 
 } // namespace
 
-CBuildDialog::CBuildDialog(const CString& name, BuildFunction build)
-    : m_strName(name), m_build(std::move(build))
+CBuildDialog::CBuildDialog(const CString& name, BuildFunction build, const WorkTexts& texts)
+    : m_strName(name), m_texts(texts), m_build(std::move(build))
 {
 }
 
@@ -51,12 +51,12 @@ BuildResult CBuildDialog::Run()
 LRESULT CBuildDialog::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&)
 {
     SetProgramIcon(*this);
-    SetText(SetupText(IDS_BUILD_TITLE, {m_strName}));
+    SetText(SetupText(m_texts.title, {m_strName}));
     ShowText(IDC_BUILD_STEP, SetupText(IDS_BUILD_STARTING));
     SendDlgItemMessage(IDC_BUILD_BAR, PBM_SETRANGE32, 0, 1000);
     m_taskbar.Attach(m_hWnd);
     SetMarquee(true);
-    ShutdownBlockReasonCreate(m_hWnd, SetupText(IDS_BUILD_SHUTDOWN_REASON));
+    ShutdownBlockReasonCreate(m_hWnd, SetupText(m_texts.shutdownReason));
     SetTimer(TIME_LEFT_TIMER, TIME_LEFT_MILLISECONDS);
     m_worker.Start(m_hWnd, std::move(m_build));
     return TRUE;
@@ -105,9 +105,8 @@ LRESULT CBuildDialog::OnCancel(WORD, WORD, HWND, BOOL&)
         return 0;
     }
     m_bAsking = true;
-    const int answer =
-        MessageBox(SetupText(IDS_BUILD_CANCEL_QUESTION), SetupText(IDS_BUILD_TITLE, {m_strName}),
-                   MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2);
+    const int answer = MessageBox(SetupText(m_texts.cancelQuestion), SetupText(m_texts.title, {m_strName}),
+                                  MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2);
     m_bAsking = false;
     if (m_bDone) {
         EndDialog(IDOK);
@@ -115,7 +114,7 @@ LRESULT CBuildDialog::OnCancel(WORD, WORD, HWND, BOOL&)
         m_bCancelling = true;
         m_worker.Cancel();
         CWindow(GetDlgItem(IDCANCEL)).EnableWindow(FALSE);
-        ShowText(IDC_BUILD_STEP, SetupText(IDS_BUILD_CANCELLING));
+        ShowText(IDC_BUILD_STEP, SetupText(m_texts.cancelling));
         ShowText(IDC_BUILD_TIME_LEFT, CString());
         SetMarquee(true);
     }
@@ -158,7 +157,7 @@ void CBuildDialog::ShowAmount(const BuildSnapshot& snapshot)
     }
     SetMarquee(false);
     if (thousandths / 10 != m_thousandths / 10) {
-        SetText(SetupText(IDS_BUILD_TITLE_SHARE, {NumberText(thousandths / 10), m_strName}));
+        SetText(SetupText(m_texts.titleShare, {NumberText(thousandths / 10), m_strName}));
     }
     m_thousandths = thousandths;
     SendDlgItemMessage(IDC_BUILD_BAR, PBM_SETPOS, static_cast<WPARAM>(thousandths));

@@ -10,6 +10,16 @@
 
 #include <commctrl.h>
 
+// Ids of the texts in which a build differs from other work that a window shows.
+struct WorkTexts
+{
+    unsigned int title = IDS_BUILD_TITLE;
+    unsigned int titleShare = IDS_BUILD_TITLE_SHARE;
+    unsigned int cancelling = IDS_BUILD_CANCELLING;
+    unsigned int cancelQuestion = IDS_BUILD_CANCEL_QUESTION;
+    unsigned int shutdownReason = IDS_BUILD_SHUTDOWN_REASON;
+};
+
 class CBuildDialog : public CDialogImpl<CBuildDialog>
 {
 public:
@@ -19,7 +29,7 @@ public:
     };
 
     // `name`: the deployment's.
-    CBuildDialog(const CString& name, BuildFunction build);
+    CBuildDialog(const CString& name, BuildFunction build, const WorkTexts& texts = {});
 
     // Shows the window until the build has ended. A window that can't be made is a failed build: nothing is begun that
     // nobody could stop.
@@ -53,6 +63,7 @@ private:
     void CloseQuestion();
 
     CString m_strName;
+    WorkTexts m_texts;
     BuildFunction m_build;
 
     CTaskbarProgress m_taskbar;

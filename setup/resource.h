@@ -75,6 +75,14 @@
 #define IDS_REPORT_FAILED 340        // %1: path, %2: why
 #define IDS_REPORT_IS_LOG 341        // %1: path
 #define IDS_OUTPUT_IN_DEPLOYMENT 342 // %1: option, %2: path, %3: folder of the deployment
+// The deployment that is modified or built upon
+#define IDS_CHECK_TITLE 343       // %1: name of the deployment
+#define IDS_CHECK_TITLE_SHARE 344 // %1: per cent, %2: name of the deployment
+#define IDS_CHECK_CANCELLING 345
+#define IDS_CHECK_CANCEL_QUESTION 346
+#define IDS_CHECK_SHUTDOWN_REASON 347
+#define IDS_BASE_DIFFERS 348      // %1: what was found, in numbers, %2: names
+#define IDS_BASE_UNDETERMINED 349 // %1: why, %2: names
 // What stands in the new deployment's place
 #define IDS_REPLACE_UNLISTED 320  // %1: folder, %2: product, %3: date
 #define IDS_REPLACE_OWN_FILES 321 // %1: names

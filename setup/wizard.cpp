@@ -67,6 +67,9 @@ CWizard::CWizard(const CommandLine& line, CAnswers& answers, CRunLog& log)
                [this](const CString& section, const wchar_t* role, bool yes) {
                    m_recorder.NoteQuestion(section, role, yes);
                }),
+      m_baseCheck([this](const CString& folder, IBuildProgress& progress,
+                         VerifyResult& result) { return m_hostLibrary.Verify(folder, progress, result); },
+                  log, line.IsUnattended()),
       m_additions(
           [this](CProduct& product, SourceLook look) { return m_host->CheckAdditions(product, look); }, log,
           line.IsUnattended())
@@ -208,7 +211,7 @@ FlowMove CWizard::Show(const FlowMove& move, CWizardFlow& flow)
         HasRole(m_pages[static_cast<std::size_t>(move.nPage)].strName, PageRole::Target)) {
         m_recorder.NoteTarget(m_host->CountProductOpenings(), m_host->GetBaseFolder());
         CheckAnsweredProducts();
-        if (m_ended || !SettleTarget(flow, next)) {
+        if (m_ended || !SettleTarget(flow, next) || !CheckBase(flow, next)) {
             return next;
         }
     }
@@ -237,6 +240,18 @@ bool CWizard::SettleTarget(CWizardFlow& flow, FlowMove& move)
         m_ended = m_target.GetFailure();
         break;
     }
+    return false;
+}
+
+bool CWizard::CheckBase(CWizardFlow& flow, FlowMove& move)
+{
+    if (m_baseCheck.Check(*m_host)) {
+        return true;
+    }
+    if (m_line.IsUnattended()) { // whoever watches has canceled the check
+        m_ended = RunOutcome{SETUP_CANCELLED, L"canceled", true};
+    }
+    move = flow.StartAgain();
     return false;
 }
 

@@ -4,6 +4,7 @@
 #include "setup/addition_watch.h"
 #include "setup/answers.h"
 #include "setup/answers_recorder.h"
+#include "setup/base_check.h"
 #include "setup/change_watch.h"
 #include "setup/command_line.h"
 #include "setup/configure_dialog.h"
@@ -44,6 +45,8 @@ private:
     [[nodiscard]] FlowMove Show(const FlowMove& move, CWizardFlow& flow);
     // True when the page's choice can be gone on with; otherwise `move` is what comes instead.
     [[nodiscard]] bool SettleTarget(CWizardFlow& flow, FlowMove& move);
+    // The same of the deployment that is modified or built upon.
+    [[nodiscard]] bool CheckBase(CWizardFlow& flow, FlowMove& move);
     [[nodiscard]] FlowMove OnModeFailure(const CString& reason, CWizardFlow& flow);
     // Ends the run when the answers name a product that it doesn't have.
     void CheckAnsweredProducts();
@@ -74,6 +77,7 @@ private:
     std::vector<FlowPage> m_pages; // those that exist
     CAnswersRecorder m_recorder;
     CTargetSettling m_target;
+    CBaseCheck m_baseCheck;
     CChangeWatch m_changes;
     CAdditionWatch m_additions;
     CString m_strCause;                // of a run that has failed so far

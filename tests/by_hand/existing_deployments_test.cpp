@@ -1,10 +1,13 @@
 // Runs from a deployment's image: what stands in the way of the choice on the first page, and modifying without a change.
 #include "automation/message_box.h"
 #include "automation/window_finder.h"
+#include "base/files.h"
 #include "include/resource_ids.h"
 #include "setup/resource.h"
 #include "tests/by_hand/by_hand_fixture.h"
 #include "tests/support/resource_strings.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -68,6 +71,16 @@ protected:
     {
         return CString(L"Settings of the deployment \"") + name + L"\" loaded from <folder>\\Deployments\\" +
                name + L"\\Deployment.xml";
+    }
+
+    // Of all files but the manifest, which has one line above theirs.
+    CString LogOfCheck(const wchar_t* name) const
+    {
+        std::string manifest;
+        EXPECT_EQ(ReadWholeFile(Deployment(name) + L"\\Manifest.txt", 1 << 20, manifest), 0u);
+        const auto lines = std::count(manifest.begin(), manifest.end(), '\n');
+        return CString(L"The deployment in \"<folder>\\Deployments\\") + name + L"\" is what was built (" +
+               NumberText(static_cast<long long>(lines) - 1) + L" files).";
     }
 
     // The mode that was chosen, and the question in one line.
@@ -169,7 +182,8 @@ TEST_F(ExistingDeploymentsByHand, ModifyingWithoutAChangeIsCanceledWithoutAQuest
         1602,
         Join({LogOfOpeningOffice(),
               {LogOfLoading(L"Lab"),
-               L"Setup mode 6, platform 3, deployment \"Lab\" in <folder>\\Deployments\\, based on \"Lab\""},
+               L"Setup mode 6, platform 3, deployment \"Lab\" in <folder>\\Deployments\\, based on \"Lab\"",
+               LogOfCheck(L"Lab")},
               LogOfCanceledPage()}),
         {});
 }
@@ -194,7 +208,8 @@ TEST_F(ExistingDeploymentsByHand, ModifyingWithAChangeIsCanceledOnYesAlone)
     ExpectEnd(1602,
               Join({LogOfOpeningOffice(),
                     {L"Setup mode 6, platform 3, deployment \"Office\" in <folder>\\Deployments\\, based on "
-                     L"\"Office\""},
+                     L"\"Office\"",
+                     LogOfCheck(L"Office")},
                     LogOfCanceledPage()}),
               {question, question});
 }
@@ -218,8 +233,49 @@ TEST_F(ExistingDeploymentsByHand, StartOverForgetsWhatWasChanged)
     StrikeKey(VK_ESCAPE);
     const CString mode =
         L"Setup mode 6, platform 3, deployment \"Office\" in <folder>\\Deployments\\, based on \"Office\"";
-    ExpectEnd(1602, Join({LogOfOpeningOffice(), {mode, LogOfLoading(L"Office"), mode}, LogOfCanceledPage()}),
-              {});
+    const CString check = LogOfCheck(L"Office"); // the products were opened anew
+    ExpectEnd(
+        1602,
+        Join(
+            {LogOfOpeningOffice(), {mode, check, LogOfLoading(L"Office"), mode, check}, LogOfCanceledPage()}),
+        {});
+}
+
+TEST_F(ExistingDeploymentsByHand, ABaseThatIsNotWhatWasBuiltIsGoneOnWithOnYesAlone)
+{
+    BuildByAnswers(GetLocation(), L"Office");
+    WriteFileBytes(Deployment(L"Office") + L"\\Image\\MARK.txt", "put here by hand");
+    Start(Deployment(L"Office") + L"\\Image");
+    WaitFor(Shown::FirstPage);
+    StrikeKey(VK_RETURN);
+    const CString question = AnswerBox(VK_RETURN); // No is the default
+    EXPECT_HOLDS(question, CString(L"is not what was built: 1 added."));
+    EXPECT_HOLDS(question, CString(L"\nAdded: Image\\MARK.txt\n"));
+    WaitFor(Shown::FirstPage);
+    StrikeKey(VK_RETURN);
+    EXPECT_EQ(AnswerBox('Y'), question);
+    WaitFor(Shown::SettingsPage);
+    StrikeKey(VK_RETURN);
+    WaitFor(Shown::ConfigureDialog);
+    StrikeKey(VK_ESCAPE);
+    const CString mode =
+        L"Setup mode 6, platform 3, deployment \"Office\" in <folder>\\Deployments\\, based on \"Office\"";
+    CString asked = WithoutOwnPaths(question);
+    for (const wchar_t* lineEnd : {L"\n\n", L"\n"}) {
+        asked.Replace(lineEnd, L" ");
+    }
+    const Lines found = {
+        L"Warning: The deployment in \"<folder>\\Deployments\\Office\" is not what was built: 1 added.",
+        L"  Added: Image\\MARK.txt"};
+    ExpectEnd(1602,
+              Join({LogOfOpeningOffice(),
+                    {mode},
+                    found,
+                    {L"Question \"" + asked + L"\" = no", mode},
+                    found,
+                    {L"Question \"" + asked + L"\" = yes"},
+                    LogOfCanceledPage()}),
+              {question, question});
 }
 
 } // namespace

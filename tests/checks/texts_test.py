@@ -120,6 +120,9 @@ PROGRAM_WORDS = {
     "IDS_RECORD_IS_LOG": "replace the log", "IDS_RECORD_IN_DEPLOYMENT": "outside it", "IDS_KEPT_FAILED": "beside the log",
     "IDS_ANSWERS_NO_FILE": "can hold them", "IDS_REPORT_FAILED": "report can't be written",
     "IDS_REPORT_IS_LOG": "--report", "IDS_OUTPUT_IN_DEPLOYMENT": "only read",
+    "IDS_CHECK_CANCELLING": "the check", "IDS_CHECK_CANCEL_QUESTION": "stop checking",
+    "IDS_CHECK_SHUTDOWN_REASON": "being checked", "IDS_BASE_DIFFERS": "become part",
+    "IDS_BASE_UNDETERMINED": "continue with it",
 }
 CONTROL_WORDS = {
     "IDYES": "Yes", "IDNO": "No", "IDC_BACK": "Back", "IDC_RESET": "over", "IDC_LINK1": "guide", "IDC_LINK2": "notes",
