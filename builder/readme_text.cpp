@@ -257,6 +257,14 @@ CString ComposeReadMe(const BuildPlan& plan, const CString& workstationPath, boo
         AppendProduct(text, plan, database, workstationPath);
     }
     text += g_exitCodes;
+    text += L"\r\nWhether this folder is still what was built, by the deployment wizard's program:\r\n"
+            L"    Setup.exe --verify \"" +
+            WithoutQuotes(workstationPath) +
+            L"\"\r\n"
+            L"It reads every file and writes nothing. Exit codes: 0 it is; 28 it isn't, and what differs is "
+            L"named; 29 that\r\n"
+            L"can't be determined. Settings at the top of Install.cmd and Uninstall.cmd may have been "
+            L"changed.\r\n";
     text += L"\r\nFiles\r\n"
             L"  Manifest.txt               SHA-256, size and path of every file, to check that nothing was "
             L"changed\r\n"

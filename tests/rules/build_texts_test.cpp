@@ -249,6 +249,12 @@ TEST(BuildNotes, TheReadMeUsesThePathOfTheWorkstations)
     EXPECT_HOLDS(text, CString(L"MSI product code ") + SECOND_CODE + L", version equal to or above 27.0.0");
 }
 
+TEST(BuildNotes, TheReadMeHasTheLineThatChecksTheFolder)
+{
+    EXPECT_HOLDS(ComposeReadMe(TwoProducts(), L"\\\\server\\apps\\Of\"fice"),
+                 L"\r\n    Setup.exe --verify \"\\\\server\\apps\\Office\"\r\n");
+}
+
 TEST(BuildNotes, TheReadMeNamesTheAnswersWhereThereAreAny)
 {
     BuildPlan plan = TwoProducts();
