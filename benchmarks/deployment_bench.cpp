@@ -1,143 +1,15 @@
 // The build of a deployment, beside plain copies of the same files in chunks of the same size: one that only copies,
 // one that only hashes, and one that does both, as the manifest needs it.
-#include "benchmarks/measurement.h"
+#include "benchmarks/bench_media.h"
 #include "benchmarks/plain_copy.h"
-#include "builder/build_names.h"
 #include "builder/deployment_builder.h"
-#include "builder/file_operations.h"
 
 #include <windows.h>
 
 #include <algorithm>
 #include <bit>
-#include <string>
 
 namespace {
-
-constexpr std::uint64_t MEGABYTE = 1 << 20;
-constexpr std::size_t FOLDERS = 40;
-
-// What media are made of.
-struct MediaShape
-{
-    std::size_t smallFiles = 0;
-    std::size_t smallFileBytes = 0;
-    std::size_t largeFiles = 0;
-    std::uint64_t largeFileBytes = 0;
-};
-
-class CSilentProgress final : public IBuildProgress
-{
-public:
-    void OnStep(const CString&) override {}
-    bool OnProgress(std::uint64_t, std::uint64_t, const CString&) override { return true; }
-};
-
-void WriteFileOf(const CString& path, std::uint64_t size)
-{
-    // No two blocks are equal, so that no file system can store them once.
-    std::string block(static_cast<std::size_t>(std::min(size, MEGABYTE)), '\0');
-    std::uint32_t state = 0x12345678u ^ static_cast<std::uint32_t>(size);
-    const CFileOwner file(CreateFileW(UnlimitedPath(path), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
-    while (size > 0) {
-        for (char& byte : block) {
-            state = state * 1664525u + 1013904223u;
-            byte = static_cast<char>(state >> 24);
-        }
-        const DWORD part = static_cast<DWORD>(size < block.size() ? size : block.size());
-        DWORD written = 0;
-        if (!WriteFile(file.get(), block.data(), part, &written, nullptr) || written != part) {
-            throw CannotMeasure{L"Can't write " + path + L"; is the disk full?"};
-        }
-        size -= part;
-    }
-}
-
-void RemoveTree(const CString& folder)
-{
-    WIN32_FIND_DATAW found = {};
-    const HANDLE search = FindFirstFileW(folder + L"\\*", &found);
-    if (search == INVALID_HANDLE_VALUE) {
-        return;
-    }
-    do {
-        const CString name = found.cFileName;
-        const CString path = folder + L"\\" + name;
-        if (name == L"." || name == L"..") {
-            continue;
-        }
-        if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
-            RemoveTree(path);
-        } else {
-            DeleteFileW(path);
-        }
-    } while (FindNextFileW(search, &found));
-    FindClose(search);
-    RemoveDirectoryW(folder);
-}
-
-// Some of all: half of a small deployment at most goes into small files.
-MediaShape MixedShape(const BenchOptions& options)
-{
-    constexpr std::uint64_t SMALL_FILE_BYTES = 16 << 10;
-    constexpr std::uint64_t LARGE_FILES = 4;
-    const std::uint64_t total = options.megabytes * MEGABYTE;
-    const std::uint64_t smallFiles = std::min<std::uint64_t>(2000, total / 2 / SMALL_FILE_BYTES);
-    return {static_cast<std::size_t>(smallFiles), SMALL_FILE_BYTES, LARGE_FILES,
-            (total - smallFiles * SMALL_FILE_BYTES) / LARGE_FILES};
-}
-
-// The media in a folder of the scratch folder, as long as the object lives.
-class CMedia
-{
-public:
-    CMedia(const BenchOptions& options, const MediaShape& shape) : m_folder(options.strScratch + L"\\media")
-    {
-        CreateDirectoryW(m_folder, nullptr);
-        for (std::size_t number = 0; number < FOLDERS; ++number) {
-            CreateDirectoryW(Inner(number), nullptr);
-        }
-        for (std::size_t number = 0; number < shape.smallFiles; ++number) {
-            WriteFileOf(Inner(number % FOLDERS) + L"\\small" + NumberText(static_cast<int>(number)) + L".dat",
-                        shape.smallFileBytes);
-        }
-        for (std::size_t number = 0; number < shape.largeFiles; ++number) {
-            WriteFileOf(m_folder + L"\\large" + NumberText(static_cast<int>(number)) + L".dat",
-                        shape.largeFileBytes);
-        }
-    }
-    CMedia(const CMedia&) = delete;
-    CMedia& operator=(const CMedia&) = delete;
-    ~CMedia() { RemoveTree(m_folder); }
-    const CString& Folder() const { return m_folder; }
-
-private:
-    CString Inner(std::size_t number) const
-    {
-        return m_folder + L"\\folder" + NumberText(static_cast<int>(number));
-    }
-    CString m_folder;
-};
-
-BuildPlan MakePlan(const BenchOptions& options, const CString& media)
-{
-    BuildPlan plan;
-    plan.strLocation = options.strScratch;
-    plan.strName = L"built";
-    plan.strBuiltBy = L"bench";
-    plan.strMediaName = L"Zolt 2027";
-    plan.folders.push_back({media, L"Image\\x64\\Zolt"});
-    BuildDatabase database;
-    database.strOriginal = options.strMedia + L"\\x64\\Zolt\\Zolt2027.msi";
-    database.strTarget = L"Image\\x64\\Zolt\\Zolt2027.msi";
-    database.strProductName = L"Zolt 2027";
-    database.strProductCode = L"{6F0C2A0C-9A3B-4D53-8B4A-0E2F5D0B7A11}";
-    database.strProductVersion = L"27.0.0";
-    database.strMaker = L"Velkmora";
-    plan.databases.push_back(database);
-    return plan;
-}
 
 double Copy(const BuildPlan& plan, PlainCopy way)
 {
@@ -194,8 +66,8 @@ double LongerOfCopyAndHash(const BuildPlan& plan)
 Comparison MeasureShape(const BenchOptions& options, const CString& what, const MediaShape& shape,
                         double goal)
 {
-    const CMedia media(options, shape);
-    const BuildPlan plan = MakePlan(options, media.Folder());
+    const CBenchMedia media(options, shape);
+    const BuildPlan plan = MakeBenchPlan(options, media.Folder());
     Comparison comparison;
     comparison.strWhat = what;
     comparison.goal = goal;
@@ -208,8 +80,8 @@ Comparison MeasureShape(const BenchOptions& options, const CString& what, const 
 
 std::vector<Comparison> MeasureDeployment(const BenchOptions& options)
 {
-    const CMedia media(options, MixedShape(options));
-    const BuildPlan plan = MakePlan(options, media.Folder());
+    const CBenchMedia media(options, MixedShape(options));
+    const BuildPlan plan = MakeBenchPlan(options, media.Folder());
     Comparison copied;
     copied.strWhat = L"build, " + NumberText(options.megabytes) + L" MB beside copy";
     Comparison hashed;
@@ -246,8 +118,8 @@ std::vector<Comparison> MeasureTwoProcessors(const BenchOptions& options)
     if (!GetProcessAffinityMask(GetCurrentProcess(), &own, &all) || std::popcount(own) < 2) {
         throw CannotMeasure{L"build on two processors: this process may use one alone"};
     }
-    const CMedia media(options, MixedShape(options));
-    const BuildPlan plan = MakePlan(options, media.Folder());
+    const CBenchMedia media(options, MixedShape(options));
+    const BuildPlan plan = MakeBenchPlan(options, media.Folder());
     Comparison comparison;
     comparison.strWhat = L"build, two processors";
     comparison.goal = 1.1;

@@ -39,7 +39,8 @@ constexpr Group GROUPS[] = {{L"pages", MeasurePages},
                             {L"patches", MeasurePatches},
                             {L"build", MeasureDeployment},
                             {L"many-files", MeasureManyFiles},
-                            {L"large-files", MeasureLargeFiles}};
+                            {L"large-files", MeasureLargeFiles},
+                            {L"verify", MeasureVerify}};
 
 bool IsGroup(const CString& name)
 {

@@ -53,6 +53,7 @@ std::vector<Comparison> MeasurePages(const BenchOptions& options);
 std::vector<Comparison> MeasureDeployment(const BenchOptions& options);
 std::vector<Comparison> MeasureManyFiles(const BenchOptions& options);
 std::vector<Comparison> MeasureLargeFiles(const BenchOptions& options);
+std::vector<Comparison> MeasureVerify(const BenchOptions& options);
 std::vector<Comparison> MeasureTwoProcessors(const BenchOptions& options);
 std::vector<Comparison> MeasureStart(const BenchOptions& options);
 std::vector<Comparison> MeasureTabs(const BenchOptions& options);
