@@ -3,6 +3,8 @@
 #include "base/number_text.h"
 #include "builder/shown_text.h"
 
+#include <compare>
+
 namespace {
 
 RowDifference DescribeWholeRow(const CString& name, const TableSnapshot& table, RowChange change,
@@ -34,16 +36,15 @@ std::vector<ColumnChange> CompareRows(const TableSnapshot& oldTable, const RowVa
                                       const TableSnapshot& newTable, const RowValues& newValues)
 {
     std::vector<ColumnChange> changes;
-    const bool sameColumns = oldTable.columns == newTable.columns;
     for (std::size_t index = 0; index < newTable.columns.size(); ++index) {
         const CString& column = newTable.columns[index];
-        const CString* oldValue = sameColumns ? &oldValues[index] : FindValue(oldTable, oldValues, column);
+        const CString* oldValue = FindValue(oldTable, oldValues, column);
         const CString before = oldValue ? *oldValue : CString();
         if (!(before == newValues[index])) {
             changes.push_back({column, before, newValues[index]});
         }
     }
-    for (std::size_t index = 0; !sameColumns && index < oldTable.columns.size(); ++index) {
+    for (std::size_t index = 0; index < oldTable.columns.size(); ++index) {
         const CString& column = oldTable.columns[index];
         if (!FindValue(newTable, newValues, column) && !oldValues[index].IsEmpty()) {
             changes.push_back({column, oldValues[index], CString()});
@@ -56,21 +57,28 @@ void CompareTables(const CString& name, const TableSnapshot& oldTable, const Tab
                    std::vector<RowDifference>& differences)
 {
     // Both sides are sorted by key, so that one walk over both meets every row.
+    const bool sameColumns = oldTable.columns == newTable.columns;
     auto before = oldTable.rows.begin();
     auto after = newTable.rows.begin();
     while (before != oldTable.rows.end() || after != newTable.rows.end()) {
-        if (after == newTable.rows.end() || (before != oldTable.rows.end() && before->first < after->first)) {
+        const std::strong_ordering order = after == newTable.rows.end()    ? std::strong_ordering::less
+                                           : before == oldTable.rows.end() ? std::strong_ordering::greater
+                                                                           : before->first <=> after->first;
+        if (order < 0) {
             differences.push_back(
                 DescribeWholeRow(name, oldTable, RowChange::Removed, before->first, before->second));
             ++before;
-        } else if (before == oldTable.rows.end() || after->first < before->first) {
+        } else if (order > 0) {
             differences.push_back(
                 DescribeWholeRow(name, newTable, RowChange::Added, after->first, after->second));
             ++after;
         } else {
-            auto columns = CompareRows(oldTable, before->second, newTable, after->second);
-            if (!columns.empty()) {
-                differences.push_back({name, RowChange::Changed, after->first, std::move(columns)});
+            // Nearly all rows are equal, so they are not looked at column by column.
+            if (!sameColumns || !(before->second == after->second)) {
+                auto columns = CompareRows(oldTable, before->second, newTable, after->second);
+                if (!columns.empty()) {
+                    differences.push_back({name, RowChange::Changed, after->first, std::move(columns)});
+                }
             }
             ++before;
             ++after;
