@@ -5,6 +5,7 @@
 
 #include "builder/build_failure.h"
 #include "builder/file_operations.h"
+#include "builder/sha256.h"
 
 #include <fci.h>
 #include <fcntl.h>
@@ -38,6 +39,7 @@ public:
         CString path;
         std::uint64_t* bytesRead = nullptr; // of a source that goes in
         bool metered = false;               // what is read or written counts as progress
+        Sha256* hash = nullptr;             // of what is unpacked; nothing is written then
     };
 
     INT_PTR Keep(CFileOwner handle, const CString& path)
@@ -115,7 +117,11 @@ UINT DIAMONDAPI Write(INT_PTR handle, void* bytes, UINT size)
 {
     CSession::OpenedFile& file = CSession::FileOf(handle);
     return file.session->Guard(static_cast<UINT>(FAILED), [&] {
-        WriteChunk(file.handle, bytes, size, file.path);
+        if (file.hash) {
+            file.hash->Add(bytes, size);
+        } else {
+            WriteChunk(file.handle, bytes, size, file.path);
+        }
         if (file.metered) {
             file.session->Count(size);
         }
@@ -277,8 +283,10 @@ private:
 class CCabinetOpener : public CSession
 {
 public:
-    CCabinetOpener(const CString& path, const std::map<CString, CString>& targets, const CabinetMeter& meter)
-        : CSession(meter), m_path(path), m_targets(targets)
+    // With `hash` each file is hashed, and none is written.
+    CCabinetOpener(const CString& path, const std::map<CString, CString>& targets, const CabinetMeter& meter,
+                   Sha256* hash = nullptr)
+        : CSession(meter), m_path(path), m_targets(targets), m_hash(hash)
     {
     }
 
@@ -299,6 +307,7 @@ public:
     }
     std::map<CString, std::uint64_t> ReleaseMembers() { return std::move(m_members); }
     std::set<CString> ReleaseFound() { return std::move(m_found); }
+    std::map<CString, MemberContent> ReleaseContents() { return std::move(m_contents); }
 
 private:
     // The library gives no context to this callback alone.
@@ -317,6 +326,7 @@ private:
             case fdintCOPY_FILE:
                 return opener.Begin(about->psz1, static_cast<ULONG>(about->cb));
             case fdintCLOSE_FILE_INFO:
+                opener.NoteContent();
                 Close(about->hf);
                 return INT_PTR{1};
             default:
@@ -333,6 +343,13 @@ private:
             key += static_cast<wchar_t>(static_cast<unsigned char>(*name));
         }
         m_members[key] = bytes;
+        if (m_hash) {
+            m_hashed = key;
+            const INT_PTR handle = Keep(CFileOwner(), m_path);
+            FileOf(handle).metered = true;
+            FileOf(handle).hash = m_hash;
+            return handle;
+        }
         const auto target = m_targets.find(key);
         if (target == m_targets.end()) {
             return 0;
@@ -343,9 +360,20 @@ private:
         return handle;
     }
 
+    // Of the file that was unpacked last: the library unpacks one after the other.
+    void NoteContent()
+    {
+        if (m_hash) {
+            m_contents[m_hashed] = {m_members[m_hashed], m_hash->Finish()};
+        }
+    }
+
     static thread_local CCabinetOpener* s_current;
     const CString& m_path;
     const std::map<CString, CString>& m_targets;
+    Sha256* m_hash;
+    CString m_hashed; // name of the file under way
+    std::map<CString, MemberContent> m_contents;
     std::map<CString, std::uint64_t> m_members;
     std::set<CString> m_found;
 };
@@ -383,4 +411,13 @@ bool IsPartOfCabinetSet(const CString& path)
     unsigned char header[FLAGS + 2] = {};
     const DWORD read = ReadChunk(OpenForReading(path), header, sizeof(header), path);
     return read == sizeof(header) && (header[FLAGS] & LINKED) != 0;
+}
+
+std::map<CString, MemberContent> HashCabinet(const CString& path, const CabinetMeter& meter)
+{
+    const std::map<CString, CString> nothingToUnpack;
+    Sha256 hash;
+    CCabinetOpener opener(path, nothingToUnpack, meter, &hash);
+    opener.Run();
+    return opener.ReleaseContents();
 }

@@ -31,3 +31,12 @@ void WriteCabinet(const CString& path, std::vector<CabinetMember>& members, cons
 // Takes files out of a cabinet: `targets` has the full path for each name wanted. Answers the names that were found.
 [[nodiscard]] std::set<CString> ReadCabinet(const CString& path, const std::map<CString, CString>& targets,
                                             const CabinetMeter& meter);
+
+// Size and SHA-256 of each file in a cabinet, by name. Everything is unpacked for it, and nothing is written.
+struct MemberContent
+{
+    std::uint64_t size = 0;
+    CString strSha256;
+    bool operator==(const MemberContent&) const = default;
+};
+[[nodiscard]] std::map<CString, MemberContent> HashCabinet(const CString& path, const CabinetMeter& meter);

@@ -130,6 +130,9 @@ constexpr Sentence SENTENCES[] = {
     {HostText::BaseImageGone, L"The deployment \"%1\" lacks its image folder \"%2\". Restore the folder or "
                               L"choose another deployment."},
     {HostText::DeploymentUnreadable, L"The deployment file is skipped. %1"},
+    {HostText::NoDeploymentToCompare,
+     L"The folder \"%1\" contains no Deployment.xml, so it is no deployment. "
+     L"Check the path, and specify the folder of a deployment."},
     {HostText::TargetIsFile, L"\"%1\" is a file. Choose another name, or move the file away."},
     {HostText::TargetShortName, L"\"%1\" is the short (8.3) name of the folder \"%2\". Choose another name."},
     {HostText::TargetIsLink,

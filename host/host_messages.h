@@ -72,6 +72,7 @@ enum class HostText
     BaseOtherSetup,
     BaseImageGone,
     DeploymentUnreadable,
+    NoDeploymentToCompare,
     // What stands in a new deployment's place
     TargetIsFile,
     TargetShortName,

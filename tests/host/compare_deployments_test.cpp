@@ -1,0 +1,280 @@
+// Two deployments compared: each kind of difference is named, and nothing else.
+#include "tests/host/through_host.h"
+
+#include "base/path_text.h"
+#include "builder/build_names.h"
+#include "host/deployment_comparison.h"
+#include "tests/host/user_additions.h"
+
+#include <filesystem>
+#include <functional>
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// Each fact as its line of the report.
+Lines FactsOf(std::vector<DeploymentDifference> differences)
+{
+    SortDifferences(differences);
+    Lines lines;
+    for (const DeploymentDifference& difference : differences) {
+        const CString text = ComposeComparisonText({L"", L"", {difference}});
+        const int begin = text.Find(L"\r\n\r\n") + 4;
+        lines.push_back(Utf8(text.Mid(begin, text.GetLength() - begin - 2)));
+    }
+    return lines;
+}
+
+class CompareDeploymentsTest : public ThroughHostTest
+{
+protected:
+    void SetUp() override
+    {
+        MakeMedia(scratch + L"media\\");
+        ThroughHostTest::SetUp();
+    }
+
+    // A new deployment; `prepare` stores what pages would.
+    CString BuildOne(const CString& name, const std::function<void(CSetupManager&)>& prepare = {})
+    {
+        CSetupManager& manager = Open(scratch + L"media");
+        Begin(manager, Setup::SETUPMODE_CREATE_DEPLOYMENT, CString(), name);
+        if (prepare) {
+            prepare(manager);
+        }
+        Build();
+        host.reset();
+        return location + name;
+    }
+
+    CString CopyOf(const CString& deployment, const wchar_t* name)
+    {
+        const CString copy = scratch + L"copies\\" + name;
+        std::filesystem::create_directories((scratch + L"copies").GetString());
+        std::filesystem::copy(deployment.GetString(), copy.GetString(),
+                              std::filesystem::copy_options::recursive);
+        return copy;
+    }
+
+    static OperationError Try(const CString& first, const CString& second)
+    {
+        TwoDeployments compared;
+        OperationError error;
+        EXPECT_FALSE(CompareTwoDeployments(first, second, compared, error));
+        return error;
+    }
+
+    static Lines Compare(const CString& first, const CString& second)
+    {
+        TwoDeployments one;
+        TwoDeployments other;
+        OperationError error;
+        EXPECT_TRUE(CompareTwoDeployments(first, second, one, error)) << Utf8(error.message);
+        EXPECT_TRUE(CompareTwoDeployments(second, first, other, error)) << Utf8(error.message);
+        for (DeploymentDifference& difference : other.differences) {
+            if (difference.side != DifferenceSide::Both) {
+                difference.side = difference.side == DifferenceSide::OnlyFirst ? DifferenceSide::OnlySecond
+                                                                               : DifferenceSide::OnlyFirst;
+            }
+            for (DifferenceValue& value : difference.values) {
+                std::swap(value.strFirst, value.strSecond);
+            }
+        }
+        EXPECT_EQ(FactsOf(one.differences), FactsOf(other.differences)) << "swapped they are no mirror";
+        return FactsOf(one.differences);
+    }
+
+    static void ChangeFile(const CString& path, const std::function<void(DeploymentFile&)>& change)
+    {
+        DeploymentFile file;
+        ASSERT_FALSE(ReadDeploymentFile(path, file));
+        change(file);
+        WriteText(path, WriteDeploymentFile(file));
+    }
+
+    static void ChangeDatabase(const CString& deployment, const wchar_t* statement)
+    {
+        MSIHANDLE database = 0;
+        ASSERT_EQ(MsiOpenDatabaseW(deployment + PACKAGE, MSIDBOPEN_TRANSACT, &database), 0u);
+        EXPECT_EQ(RunSql(database, statement), 0u) << Utf8(statement);
+        EXPECT_EQ(MsiDatabaseCommit(database), 0u);
+        MsiCloseHandle(database);
+    }
+
+    static constexpr const wchar_t* PACKAGE = L"\\Image\\x64\\Zolt\\Zolt.msi";
+};
+
+} // namespace
+
+TEST_F(CompareDeploymentsTest, ADeploymentAndItselfMovedAndRenamedAreEqual)
+{
+    const CString north = BuildOne(L"North");
+    EXPECT_EQ(Compare(north, north), Lines{});
+    EXPECT_EQ(Compare(north, CopyOf(north, L"Elsewhere")), Lines{});
+    EXPECT_EQ(Compare(north + L"\\", CopyOf(north, L"Again")), Lines{});
+}
+
+TEST_F(CompareDeploymentsTest, TwoBuildsOfTheSameChoicesAreEqual)
+{
+    const CString source = scratch + L"added.txt";
+    WriteFileBytes(source, "added");
+    const auto choose = [&](CSetupManager& manager) {
+        CProduct& product = *manager.m_pProducts->at(0);
+        ASSERT_TRUE(product.SetMsiProperty(L"ZOLT_NEW", L"1", false));
+        AddedRows added(product);
+        const CString folder = added.AddFolder(L"Plans", L"INSTALLDIR");
+        static_cast<void>(added.AddFile(source, folder));
+        static_cast<void>(added.AddDrive(L"D:"));
+    };
+    EXPECT_EQ(Compare(BuildOne(L"North", choose), BuildOne(L"South", choose)), Lines{});
+}
+
+TEST_F(CompareDeploymentsTest, AdditionsAreNamedByTheirPathsOnAWorkstation)
+{
+    const CString source = scratch + L"added.txt";
+    const auto build = [&](const CString& name, const std::string& bytes, bool more) {
+        WriteFileBytes(source, bytes);
+        return BuildOne(name, [&](CSetupManager& manager) {
+            AddedRows added(*manager.m_pProducts->at(0));
+            static_cast<void>(added.AddFile(source, L"INSTALLDIR"));
+            if (more) {
+                static_cast<void>(added.AddDrive(L"D:"));
+                static_cast<void>(added.AddFolder(L"Plans", L"INSTALLDIR"));
+            }
+        });
+    };
+    const CString north = build(L"North", "one", false);
+    EXPECT_EQ(Compare(north, build(L"South", "two", false)).size(), 1u);
+    const Lines longer = Compare(north, build(L"East", "longer", false));
+    ASSERT_EQ(longer.size(), 1u);
+    EXPECT_NE(longer.front().find("\\added.txt\" \"contents\": \"3 bytes\" -> \"6 bytes\""),
+              std::string::npos)
+        << longer.front();
+    const Lines more = Compare(north, build(L"West", "one", true));
+    ASSERT_GE(more.size(), 2u);
+    EXPECT_EQ(std::count_if(more.begin(), more.end(),
+                            [](const std::string& line) { return line.find("added of") == 0; }),
+              2)
+        << testing::PrintToString(more);
+    for (const std::string& line : more) {
+        EXPECT_EQ(line.find("TARN_"), std::string::npos) << "a key is shown: " << line;
+    }
+}
+
+TEST_F(CompareDeploymentsTest, EachChangeIsNamedAlone)
+{
+    const CString north = BuildOne(L"North");
+    struct Row
+    {
+        const wchar_t* name;
+        std::function<void(const CString&)> change;
+        Lines facts;
+    };
+    const auto file = [](const CString& folder) { return folder + L"\\Deployment.xml"; };
+    const Row rows[] = {
+        {L"setting",
+         [&](const CString& folder) {
+             ChangeFile(file(folder), [](DeploymentFile& d) { d.installMode = 3; });
+         },
+         {"setting \"installMode\": \"2\" -> \"3\""}},
+        {L"property",
+         [&](const CString& folder) {
+             ChangeFile(file(folder),
+                        [](DeploymentFile& d) { StoreProperty(d.properties, L"OWN", L"\"x\""); });
+         },
+         {"setting \"property OWN\": only in B, \"\"\"x\"\"\""}},
+        {L"property of a product",
+         [&](const CString& folder) {
+             ChangeFile(file(folder),
+                        [](DeploymentFile& d) { StoreProperty(d.products.at(0).properties, L"OWN", L""); });
+         },
+         {"setting of \"Zolt 2027\" \"property OWN\": only in B, \"\""}},
+        {L"patch",
+         [&](const CString& folder) {
+             ChangeFile(file(folder), [](DeploymentFile& d) {
+                 d.products.at(0).patches.push_back({L"x64\\Zolt\\ServicePacks\\sp1.msp", true});
+             });
+         },
+         {"patch of \"Zolt 2027\" \"x64\\Zolt\\ServicePacks\\sp1.msp (merged)\": only in B"}},
+        {L"row",
+         [](const CString& folder) {
+             ChangeDatabase(folder, L"INSERT INTO `Property` (`Property`, `Value`) VALUES ('OWN', 'a -> b')");
+         },
+         {"row of \"Zolt 2027\" \"Property\" \"OWN\": only in B, \"Property\" = \"OWN\", \"Value\" = \"a -> "
+          "b\""}},
+        {L"changed row",
+         [](const CString& folder) {
+             ChangeDatabase(folder, L"UPDATE `Feature` SET `Title` = 'Other' WHERE `Level` = 1");
+         },
+         {"row of \"Zolt 2027\" \"Feature\" \"Main\" \"Title\": \"\" -> \"Other\""}},
+        {L"file that was changed",
+         [](const CString& folder) { WriteFileBytes(folder + L"\\Image\\own.txt", "1"); },
+         {"file \"Image\\own.txt\": only in B, \"1 bytes\""}},
+        {L"display",
+         [](const CString& folder) {
+             CString text = ReadText(folder + L"\\Install.cmd");
+             text.Replace(L"DISPLAY_OPTION=/qn", L"DISPLAY_OPTION=/qb");
+             WriteFileBytes(folder + L"\\Install.cmd", Utf8(text));
+         },
+         {"command \"Install.cmd\" \"DISPLAY_OPTION\": \"/qn\" -> \"/qb\""}},
+        {L"script that is gone", [](const CString& folder) { DeleteFileW(folder + L"\\Uninstall.cmd"); }, {}},
+        {L"notes",
+         [](const CString& folder) {
+             for (const wchar_t* name : {L"ReadMe.txt", L"Build.log", L"Changes.txt", L"Changes.json"}) {
+                 WriteFileBytes(folder + L"\\" + name, "other");
+             }
+             DeleteFileW(folder + L"\\Manifest.txt");
+         },
+         {}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(Utf8(row.name));
+        const CString copy = CopyOf(north, row.name);
+        row.change(copy);
+        const Lines facts = Compare(north, copy);
+        if (CString(row.name) == L"script that is gone") {
+            ASSERT_EQ(facts.size(), 1u);
+            EXPECT_EQ(facts.front().find("file \"Uninstall.cmd\": only in A"), 0u) << facts.front();
+        } else {
+            EXPECT_EQ(facts, row.facts);
+        }
+    }
+}
+
+TEST_F(CompareDeploymentsTest, WhatIsNoDeploymentOrCannotBeReadIsNamed)
+{
+    const CString north = BuildOne(L"North");
+    struct Row
+    {
+        const wchar_t* name;
+        std::function<void(const CString&)> damage;
+        const wchar_t* named;
+    };
+    const Row rows[] = {
+        {L"no file", [](const CString& folder) { DeleteFileW(folder + L"\\Deployment.xml"); },
+         L"Deployment.xml"},
+        {L"no image", [](const CString& folder) { DeleteFileW(folder + L"\\Image\\Setup.xml"); },
+         L"Setup.xml"},
+        {L"file of a newer version",
+         [](const CString& folder) {
+             CString text = ReadText(folder + L"\\Deployment.xml");
+             text.Replace(L"<Deployment version=\"1\"", L"<Deployment version=\"2\"");
+             WriteFileBytes(folder + L"\\Deployment.xml", Utf8(text));
+         },
+         L"newer program"},
+        {L"no database", [](const CString& folder) { DeleteFileW(folder + PACKAGE); }, L"Zolt.msi"},
+        {L"damaged database", [](const CString& folder) { WriteFileBytes(folder + PACKAGE, "junk"); },
+         L"Zolt.msi"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(Utf8(row.name));
+        const CString copy = CopyOf(north, row.name);
+        row.damage(copy);
+        for (const OperationError& error : {Try(north, copy), Try(copy, north)}) {
+            EXPECT_NE(error.code, 0u);
+            EXPECT_GE(error.message.Find(row.named), 0) << Utf8(error.message);
+            EXPECT_GE(error.message.Find(copy), 0) << Utf8(error.message);
+        }
+    }
+}
