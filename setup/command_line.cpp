@@ -35,6 +35,7 @@ constexpr TextOption TEXT_OPTIONS[] = {
     {L"--quiet-limit", &CommandLine::strQuietLimit, OptionUse::Both},
     {L"--record", &CommandLine::strRecord, OptionUse::Wizard},
     {L"--verify", &CommandLine::strVerify, OptionUse::Deployments},
+    {L"--compare", &CommandLine::strCompare, OptionUse::Deployments},
     {L"--report", &CommandLine::strReport, OptionUse::Deployments},
 };
 
@@ -133,14 +134,20 @@ CString WizardOption(const CommandLine& line)
 CString CheckCommand(const CommandLine& line)
 {
     if (!line.IsDeploymentCommand()) {
-        return line.strReport.IsEmpty()
-                   ? CString()
-                   : CString(L"--report needs --verify FOLDER, whose result it writes to the file.");
+        return line.strReport.IsEmpty() ? CString()
+                                        : CString(L"--report needs --verify FOLDER or --compare FOLDER "
+                                                  L"FOLDER, whose result it writes to the file.");
+    }
+    if (!line.strVerify.IsEmpty() && !line.strCompare.IsEmpty()) {
+        return L"--verify and --compare are two runs. Keep one of the two.";
+    }
+    if (!line.strCompare.IsEmpty() && line.strCompareWith.IsEmpty()) {
+        return L"--compare needs the folders of two deployments: --compare FOLDER FOLDER.";
     }
     const CString option = WizardOption(line);
-    return option.IsEmpty()
-               ? option
-               : L"--verify only looks at a deployment, so " + option + L" has no meaning beside it.";
+    return option.IsEmpty() ? option
+                            : CString(line.strVerify.IsEmpty() ? L"--compare" : L"--verify") +
+                                  L" only looks at deployments, so " + option + L" has no meaning beside it.";
 }
 
 bool IsHelp(const CString& argument)
@@ -182,6 +189,10 @@ CString ParseCommandLine(const std::vector<CString>& arguments, CommandLine& lin
             text = arguments[++index];
         }
         const CString complaint = option ? StoreText(*option, text, line) : ParseSet(text, line);
+        if (option && option->target == &CommandLine::strCompare && index + 1 < arguments.size() &&
+            !IsOptionName(arguments[index + 1]) && !IsHelp(arguments[index + 1])) {
+            line.strCompareWith = arguments[++index];
+        }
         if (!complaint.IsEmpty()) {
             return complaint;
         }
@@ -202,6 +213,8 @@ CString CommandLineUsage()
            L"          [--record FILE] [--with-location] [--check] [--help]\n"
            L"Setup.exe --verify FOLDER [--report FILE] [--language LOCALE] [--log FILE]\n"
            L"          [--quiet-limit SECONDS]\n"
+           L"Setup.exe --compare FOLDER FOLDER [--report FILE] [--language LOCALE] [--log FILE]\n"
+           L"          [--quiet-limit SECONDS]\n"
            L"\n"
            L"  --media PATH          a folder with Setup.xml, a deployment's folder, or one .msi\n"
            L"                        (default: the folder Media beside the program, else it asks)\n"
@@ -220,15 +233,19 @@ CString CommandLineUsage()
            L"  --check               check all answers, and what a build would refuse; build nothing\n"
            L"  --verify FOLDER       whether the deployment in this folder is still what was built;\n"
            L"                        no window, and nothing is written into the folder\n"
-           L"  --report FILE         write the result of --verify to this file too: as text, or as\n"
-           L"                        JSON when its name ends in .json\n"
+           L"  --compare FOLDER FOLDER\n"
+           L"                        what the deployments in these folders differ in: answers, rows of\n"
+           L"                        databases, files, patches, commands; no window, nothing written there\n"
+           L"  --report FILE         write the result of --verify or --compare to this file too: as\n"
+           L"                        text, or as JSON when its name ends in .json\n"
            L"  --help                this text\n"
            L"\n"
-           L"Example: Setup.exe --verify \\\\server\\share\\Office --report office.json\n"
+           L"Examples: Setup.exe --verify \\\\server\\share\\Office --report office.json\n"
+           L"          Setup.exe --compare \\\\server\\share\\Office D:\\Test\\Office --report changes.txt\n"
            L"\n"
            L"Exit codes: 0 done, 1602 canceled, 1603 failed, 20 bad command line, 21 bad answers,\n"
            L"22 an answer was refused by its page, 23 a question without an answer,\n"
            L"24 answers for a page that isn't shown, 25 a page overdue,\n"
            L"26 the run broke off, 27 no sign of life, 28 the deployment is not what was built,\n"
-           L"29 it can't be determined.\n";
+           L"or two are not equal, 29 that can't be determined.\n";
 }

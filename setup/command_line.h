@@ -4,11 +4,11 @@
 //   option  = "--media" PATH | "--answers" FILE | "--out" DIR | "--language" LOCALE | "--pictures" DIR
 //           | "--log" FILE | "--record" FILE | "--with-location" | "--quiet-limit" SECONDS | "--set" page [ product ] "." key "=" value | "--check" | "--help" | "-h" | "/?"
 //
-//           | "--verify" FOLDER | "--report" FILE
+//           | "--verify" FOLDER | "--compare" FOLDER FOLDER | "--report" FILE
 //
 //   product = quote { character } quote
 //
-// A deployment is looked at with "--verify", which goes with "--report" and the options of every run alone.
+// Deployments are looked at with "--verify" or "--compare", which go with "--report" and the options of every run alone.
 //
 // A value stands in the next argument or behind "=" in the same one. "--set" may stand several times, once a key but for those of lists;
 // all others once. "--help" wins over everything else that is well formed.
@@ -36,9 +36,11 @@ struct CommandLine
     CString strPictures;
     CString strLog;
     CString strQuietLimit;
-    CString strRecord; // where the answers of the run go
-    CString strVerify; // folder of the deployment that is held against its manifest
-    CString strReport; // where the result of that goes
+    CString strRecord;      // where the answers of the run go
+    CString strVerify;      // folder of the deployment that is held against its manifest
+    CString strCompare;     // folder of the deployment that is held against another one
+    CString strCompareWith; // and that of the other one
+    CString strReport;      // where the result of that goes
     std::vector<CommandLineAnswer> answers;
     bool bCheck = false;
     bool bWithLocation = false; // the answers that are written hold the deployment's own place
@@ -47,11 +49,13 @@ struct CommandLine
     // Seconds without a sign of life after which an unattended run is ended.
     [[nodiscard]] unsigned int QuietSeconds() const;
     // Only looks at deployments that stand: no media, no page, nothing built.
-    [[nodiscard]] bool IsDeploymentCommand() const { return !strVerify.IsEmpty(); }
+    [[nodiscard]] bool IsDeploymentCommand() const { return !strVerify.IsEmpty() || !strCompare.IsEmpty(); }
     // The deployments that such a command looks at.
     [[nodiscard]] std::vector<CString> FoldersToRead() const
     {
-        return IsDeploymentCommand() ? std::vector<CString>{strVerify} : std::vector<CString>();
+        return !strVerify.IsEmpty()    ? std::vector<CString>{strVerify}
+               : !strCompare.IsEmpty() ? std::vector<CString>{strCompare, strCompareWith}
+                                       : std::vector<CString>();
     }
     // With answers from anywhere the pages are walked without a person.
     [[nodiscard]] bool IsUnattended() const

@@ -1,6 +1,7 @@
 #include "setup/deployment_commands.h"
 
 #include "base/system_text.h"
+#include "setup/compare_command.h"
 #include "setup/exit_codes.h"
 #include "setup/paths.h"
 #include "setup/program_libraries.h"
@@ -10,14 +11,6 @@
 #include "setup/texts.h"
 
 namespace {
-
-// What a command found. Text and JSON hold the same.
-struct CommandResult
-{
-    RunOutcome outcome;
-    CString strText; // lines ending in CR LF
-    CString strJson;
-};
 
 // Nobody watches; the guarding process sees that something gets done.
 class CLifeSigns final : public IBuildProgress
@@ -95,7 +88,7 @@ RunOutcome RunDeploymentCommand(const CommandLine& line, CRunLog& log)
     if (const CString reason = log.TryFile(); !reason.IsEmpty()) {
         return {SETUP_FAILED, SetupText(IDS_LOG_FAILED, {line.strLog, reason})};
     }
-    const CommandResult result = Verify(line, log);
+    const CommandResult result = line.strCompare.IsEmpty() ? Verify(line, log) : RunCompareCommand(line);
     LogLines(result.strText, log);
     const bool isWritten = !line.strReport.IsEmpty() && !result.strText.IsEmpty();
     return isWritten ? WriteReport(line.strReport, result) : result.outcome;

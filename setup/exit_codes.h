@@ -17,6 +17,6 @@ enum SetupExitCode : unsigned int
     SETUP_BROKE_OFF = 26,        // the run crashed, or was ended before it could say how
     SETUP_NO_SIGN_OF_LIFE = 27,  // nothing got done for the quiet limit, so the run was ended
 
-    SETUP_DEPLOYMENT_DIFFERS = 28, // looked at as a whole or in part, and something is not as it was built
+    SETUP_DEPLOYMENT_DIFFERS = 28, // something is not as it was built, or two deployments are not equal
     SETUP_UNDETERMINED = 29,       // no deployment, or what was read doesn't suffice for a verdict
 };

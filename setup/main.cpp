@@ -45,7 +45,7 @@ std::vector<CString> Arguments()
 void MakePathsFull(CommandLine& line)
 {
     for (CString* path : {&line.strMedia, &line.strAnswers, &line.strPictures, &line.strLog, &line.strRecord,
-                          &line.strVerify, &line.strReport}) {
+                          &line.strVerify, &line.strCompare, &line.strCompareWith, &line.strReport}) {
         if (!path->IsEmpty()) {
             *path = FullPath(*path);
         }

@@ -59,6 +59,18 @@ std::unique_ptr<CSetupHost> CHostLibrary::Open(const HostOptions& options, Opera
     return std::unique_ptr<CSetupHost>(m_open(options, error));
 }
 
+CString CComparisonLibrary::Load(const CString& programFolder)
+{
+    constexpr wchar_t COMPARE[] = L"CompareTwoDeployments";
+    const CString path = programFolder + L"WizCore.dll";
+    const CString complaint = LoadFrom(path, m_module);
+    if (!complaint.IsEmpty()) {
+        return complaint;
+    }
+    m_compare = CastExport<decltype(m_compare)>(FindExport(m_module.get(), COMPARE));
+    return m_compare ? CString() : SetupText(IDS_LIBRARY_FOREIGN, {path, COMPARE});
+}
+
 CString CPageLibrary::Load(const CString& programFolder)
 {
     m_strPath = programFolder + L"RolloutUi.dll";

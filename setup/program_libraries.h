@@ -2,12 +2,14 @@
 // is reported in words instead of by the system's loader.
 //
 //   CHostLibrary   WizCore.dll, which opens media
+//   CComparisonLibrary   WizCore.dll, which compares deployments
 //   CPageLibrary   RolloutUi.dll, which shows pages
 #pragma once
 
 #include "base/handle.h"
 #include "base/string.h"
 #include "host/deployment_check.h"
+#include "host/deployment_comparison.h"
 #include "include/page_context.h"
 
 #include <memory>
@@ -32,6 +34,22 @@ private:
     CModuleOwner m_module;
     CString m_strPath;
     OpenFunction m_open = nullptr;
+};
+
+class CComparisonLibrary
+{
+public:
+    [[nodiscard]] CString Load(const CString& programFolder);
+    // As CompareTwoDeployments.
+    [[nodiscard]] bool Compare(const CString& first, const CString& second, TwoDeployments& compared,
+                               OperationError& error) const
+    {
+        return m_compare(first, second, compared, error);
+    }
+
+private:
+    CModuleOwner m_module;
+    decltype(&CompareTwoDeployments) m_compare = nullptr;
 };
 
 class CPageLibrary

@@ -83,6 +83,10 @@
 #define IDS_CHECK_SHUTDOWN_REASON 347
 #define IDS_BASE_DIFFERS 348      // %1: what was found, in numbers, %2: names
 #define IDS_BASE_UNDETERMINED 349 // %1: why, %2: names
+// Two deployments compared
+#define IDS_COMPARE_DIFFERENT 350          // %1: number
+#define IDS_COMPARE_FAILED 351             // %1: why
+#define IDS_COMPARE_ANSWERS_UNREADABLE 352 // %1: path, %2: why
 // What stands in the new deployment's place
 #define IDS_REPLACE_UNLISTED 320  // %1: folder, %2: product, %3: date
 #define IDS_REPLACE_OWN_FILES 321 // %1: names

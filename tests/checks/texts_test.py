@@ -123,6 +123,7 @@ PROGRAM_WORDS = {
     "IDS_CHECK_CANCELLING": "the check", "IDS_CHECK_CANCEL_QUESTION": "stop checking",
     "IDS_CHECK_SHUTDOWN_REASON": "being checked", "IDS_BASE_DIFFERS": "become part",
     "IDS_BASE_UNDETERMINED": "continue with it",
+    "IDS_COMPARE_DIFFERENT": "not equal", "IDS_COMPARE_FAILED": "compared", "IDS_COMPARE_ANSWERS_UNREADABLE": "The answers",
 }
 CONTROL_WORDS = {
     "IDYES": "Yes", "IDNO": "No", "IDC_BACK": "Back", "IDC_RESET": "over", "IDC_LINK1": "guide", "IDC_LINK2": "notes",

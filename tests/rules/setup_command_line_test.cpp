@@ -158,6 +158,29 @@ TEST(SetupCommandLine, VerifyBesideAnOptionOfTheWizardIsRefusedByName)
     }
 }
 
+TEST(SetupCommandLine, CompareNamesTwoFoldersAndRunsWithoutAPerson)
+{
+    for (const std::vector<CString>& words :
+         {std::vector<CString>{L"--compare", L"D:\\Out\\A", L"D:\\Out\\B", L"--report", L"r.json"},
+          std::vector<CString>{L"--report", L"r.json", L"--compare=D:\\Out\\A", L"D:\\Out\\B"}}) {
+        const CommandLine line = Parsed(words);
+        EXPECT_EQ(line.strCompare, CString(L"D:\\Out\\A"));
+        EXPECT_EQ(line.strCompareWith, CString(L"D:\\Out\\B"));
+        EXPECT_EQ(line.strReport, CString(L"r.json"));
+        EXPECT_TRUE(line.IsDeploymentCommand());
+        EXPECT_TRUE(line.IsUnattended());
+    }
+}
+
+TEST(SetupCommandLine, CompareNeedsTwoFoldersAndGoesWithoutTheWizardsOptions)
+{
+    EXPECT_NE(Complaint({L"--compare", L"A"}).Find(L"two deployments"), -1);
+    EXPECT_NE(Complaint({L"--compare", L"A", L"--log", L"l"}).Find(L"two deployments"), -1);
+    EXPECT_NE(Complaint({L"--compare", L"A", L"B", L"C"}).Find(L"\"C\""), -1);
+    EXPECT_NE(Complaint({L"--compare", L"A", L"B", L"--verify", L"A"}).Find(L"Keep one"), -1);
+    EXPECT_NE(Complaint({L"--compare", L"A", L"B", L"--check"}).Find(L"--check has no meaning"), -1);
+}
+
 TEST(SetupCommandLine, AReportWithoutACommandIsRefused)
 {
     EXPECT_NE(Complaint({L"--report", L"r.txt"}).Find(L"--report needs --verify"), -1);
@@ -168,7 +191,7 @@ TEST(SetupCommandLine, TheUsageNamesEveryOption)
     const CString usage = CommandLineUsage();
     for (const wchar_t* option :
          {L"--media", L"--answers", L"--set", L"--out", L"--language", L"--pictures", L"--log",
-          L"--quiet-limit", L"--check", L"--verify", L"--report", L"--help"}) {
+          L"--quiet-limit", L"--check", L"--verify", L"--compare", L"--report", L"--help"}) {
         EXPECT_NE(usage.Find(option), -1) << Utf8(option);
     }
 }
