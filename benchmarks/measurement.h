@@ -61,4 +61,5 @@ std::vector<Comparison> MeasureRows(const BenchOptions& options);
 std::vector<Comparison> MeasurePaths(const BenchOptions& options);
 std::vector<Comparison> MeasureFiles(const BenchOptions& options);
 std::vector<Comparison> MeasureGrid(const BenchOptions& options);
+std::vector<Comparison> MeasureCompare(const BenchOptions& options);
 std::vector<Comparison> MeasurePatches(const BenchOptions& options);
