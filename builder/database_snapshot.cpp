@@ -4,7 +4,6 @@
 #include "builder/file_operations.h"
 #include "builder/sha256.h"
 #include "installer/database.h"
-#include "installer/snapshot.h"
 #include "installer/summary.h"
 
 namespace {
@@ -21,6 +20,16 @@ CString SizeAndHash(const StreamReader& read)
     return NumberText(size) + L" bytes, SHA-256 " + hash.Finish();
 }
 
+void Stop(const SnapshotFailure& failure, const CString& path)
+{
+    if (failure.strPart.IsEmpty()) {
+        throw BuildFailure{BUILD_DATABASE_DAMAGED, L"The database \"" + path +
+                                                       L"\" lists a table without a name. " +
+                                                       RemedyOf(BUILD_DATABASE_DAMAGED)};
+    }
+    CheckInstaller(failure.code, L"Reading " + failure.strPart + L" of", path);
+}
+
 // What `read` reads, with its failures in the words of a build.
 template <class Read>
 DatabaseSnapshot ReadOrStop(const CString& path, const Read& read)
@@ -28,12 +37,7 @@ DatabaseSnapshot ReadOrStop(const CString& path, const Read& read)
     try {
         return read();
     } catch (const SnapshotFailure& failure) {
-        if (failure.strPart.IsEmpty()) {
-            throw BuildFailure{BUILD_DATABASE_DAMAGED, L"The database \"" + path +
-                                                           L"\" lists a table without a name. " +
-                                                           RemedyOf(BUILD_DATABASE_DAMAGED)};
-        }
-        CheckInstaller(failure.code, L"Reading " + failure.strPart + L" of", path);
+        Stop(failure, path);
         throw; // a failure has a code
     }
 }
@@ -71,6 +75,17 @@ CString DescribeStreamOf(const CString& path)
     return SizeAndHash([&](void* bytes, std::size_t room) {
         return static_cast<std::size_t>(ReadChunk(file, bytes, static_cast<DWORD>(room), path));
     });
+}
+
+SnapshotPair ReadUnequalRows(const OpenedDatabase& first, const OpenedDatabase& second,
+                             const std::set<CString>& whole, const std::function<void()>& poll)
+{
+    try {
+        return ReadUnequalRows(first.hDatabase, second.hDatabase, whole, {SizeAndHash, poll});
+    } catch (const SnapshotFailure& failure) {
+        Stop(failure, failure.bOfSecond ? second.strPath : first.strPath);
+        throw; // a failure has a code
+    }
 }
 
 CString ReadPackageCode(MSIHANDLE database, const CString& path)

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "installer/handle.h"
-#include "installer/table_snapshot.h"
+#include "installer/snapshot.h"
 
 #include <functional>
 #include <initializer_list>
@@ -22,6 +22,15 @@ DatabaseSnapshot ReadTables(MSIHANDLE database, const CString& path,
 
 // As what a stream with the bytes of that file stands.
 CString DescribeStreamOf(const CString& path);
+
+struct OpenedDatabase
+{
+    MSIHANDLE hDatabase = 0;
+    CString strPath; // names it in messages
+};
+// As ReadUnequalRows of installer/snapshot.h.
+SnapshotPair ReadUnequalRows(const OpenedDatabase& first, const OpenedDatabase& second,
+                             const std::set<CString>& whole, const std::function<void()>& poll);
 
 // The revision number of the summary information.
 CString ReadPackageCode(MSIHANDLE database, const CString& path);

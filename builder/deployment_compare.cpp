@@ -1,5 +1,6 @@
 #include "builder/deployment_compare.h"
 
+#include "base/guid_text.h"
 #include "builder/build_names.h"
 #include "builder/cabinet.h"
 #include "builder/compared_additions.h"
@@ -40,14 +41,46 @@ struct ComparedDatabase
     std::vector<NamedAddition> additions;
 };
 
-ComparedDatabase ReadDatabase(const CString& path, const std::function<void()>& poll)
+bool HasAdditions(MSIHANDLE database, const CString& path)
 {
-    const CInstallerHandle handle = OpenDatabaseToRead(path);
-    ComparedDatabase database;
-    database.snapshot = ReadSnapshot(handle.get(), path, poll);
-    database.summary = ReadSummary(handle.get());
-    database.additions = NameAdditions(database.snapshot);
-    return database;
+    for (const auto& [name, table] : ReadTables(database, path, {L"TarnCustomFile", L"CustomAction"})) {
+        for (const auto& [key, values] : table.rows) {
+            if (IsUserKey(key.front())) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+// The tables in which rows stand under the keys of additions, or from which their names come.
+const std::set<CString> ADDITION_TABLES = {
+    L"Component",         L"CreateFolder",   L"CustomAction",           L"Directory",
+    L"FeatureComponents", L"File",           L"InstallExecuteSequence", L"Media",
+    L"Property",          L"TarnCustomFile", L"TarnDirectoryMap"};
+
+struct ComparedDatabases
+{
+    ComparedDatabase first;
+    ComparedDatabase second;
+};
+
+// Without most of the rows that both have. Where there are additions, their tables are whole: rows are named by them.
+ComparedDatabases ReadDatabases(const CString& firstPath, const CString& secondPath,
+                                const std::function<void()>& poll)
+{
+    const CInstallerHandle first = OpenDatabaseToRead(firstPath);
+    const CInstallerHandle second = OpenDatabaseToRead(secondPath);
+    const bool hasAdditions = HasAdditions(first.get(), firstPath) || HasAdditions(second.get(), secondPath);
+    SnapshotPair pair = ReadUnequalRows({first.get(), firstPath}, {second.get(), secondPath},
+                                        hasAdditions ? ADDITION_TABLES : std::set<CString>(), poll);
+    ComparedDatabases databases{{std::move(pair.first), ReadSummary(first.get()), {}},
+                                {std::move(pair.second), ReadSummary(second.get()), {}}};
+    if (hasAdditions) {
+        databases.first.additions = NameAdditions(databases.first.snapshot);
+        databases.second.additions = NameAdditions(databases.second.snapshot);
+    }
+    return databases;
 }
 
 void CompareRows(const CString& product, ComparedDatabase& first, ComparedDatabase& second,
@@ -171,8 +204,8 @@ private:
                           m_differences);
             return;
         }
-        ComparedDatabase before = ReadDatabase(m_firstFolder.FullPath(first.strDatabase), m_poll);
-        ComparedDatabase after = ReadDatabase(m_secondFolder.FullPath(second.strDatabase), m_poll);
+        auto [before, after] = ReadDatabases(m_firstFolder.FullPath(first.strDatabase),
+                                             m_secondFolder.FullPath(second.strDatabase), m_poll);
         CompareRows(product, before, after, m_differences);
         CompareAdditionsOfBoth(product, before.additions, after.additions, first.sources, second.sources);
         if (!sameCabinets) {
@@ -354,7 +387,6 @@ Differences CompareDeployments(const ComparedDeployment& first, const ComparedDe
 void CompareDatabases(const CString& product, const CString& first, const CString& second,
                       const std::function<void()>& poll, Differences& differences)
 {
-    ComparedDatabase before = ReadDatabase(first, poll);
-    ComparedDatabase after = ReadDatabase(second, poll);
+    auto [before, after] = ReadDatabases(first, second, poll);
     CompareRows(product, before, after, differences);
 }

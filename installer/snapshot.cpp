@@ -4,6 +4,8 @@
 #include "installer/query.h"
 #include "installer/record.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr wchar_t STREAMS[] = L"_Streams";
@@ -85,15 +87,30 @@ public:
 
     TableSnapshot ReadTable(const CString& name) const
     {
+        TableSnapshot table;
+        for (RowValues& values : ReadRows(name, table)) {
+            AddRow(table, std::move(values));
+        }
+        return table;
+    }
+
+    static void AddRow(TableSnapshot& table, RowValues&& values)
+    {
+        table.rows[{values.begin(), values.begin() + table.keyColumns}] = std::move(values);
+    }
+
+    // The rows in the order in which they come, and all else into `table`.
+    std::vector<RowValues> ReadRows(const CString& name, TableSnapshot& table) const
+    {
         const CString part = L"the table " + name;
         m_calls.poll();
         CRowWalk walk(m_database, L"SELECT * FROM `" + name + L"`", part);
-        TableSnapshot table;
         table.columns = walk.ReadColumns(MSICOLINFO_NAMES);
         table.columnTypes = walk.ReadColumns(MSICOLINFO_TYPES);
         table.keyColumns = name == STREAMS ? 1 : CountKeys(name);
+        std::vector<RowValues> rows;
         while (walk.Next()) {
-            RowValues values;
+            RowValues& values = rows.emplace_back();
             values.reserve(table.columns.size());
             for (std::size_t index = 0; index < table.columns.size(); ++index) {
                 const UINT column = static_cast<UINT>(index + 1);
@@ -101,9 +118,8 @@ public:
                                      ? DescribeStream(walk.Row(), column, part)
                                      : ReadValue(walk.Row(), column));
             }
-            table.rows[{values.begin(), values.begin() + table.keyColumns}] = std::move(values);
         }
-        return table;
+        return rows;
     }
 
 private:
@@ -147,6 +163,73 @@ void DropTableStreams(const DatabaseSnapshot& snapshot, TableSnapshot& streams)
     }
 }
 
+// The next place of `row` behind `at`, as far as it is looked for; the end of the rows when it isn't there. Rows that one
+// database alone has seldom stand many in a row.
+std::size_t FindAhead(const std::vector<RowValues>& rows, std::size_t at, const RowValues& row)
+{
+    constexpr std::size_t FARTHEST = 8;
+    const std::size_t end = std::min(rows.size(), at + FARTHEST);
+    for (std::size_t index = at; index < end; ++index) {
+        if (rows[index] == row) {
+            return index;
+        }
+    }
+    return rows.size();
+}
+
+// Two versions of a table have their common rows in one order, so one walk over both finds nearly all of them.
+void AddUnequalRows(std::vector<RowValues>&& firstRows, TableSnapshot& first,
+                    std::vector<RowValues>&& secondRows, TableSnapshot& second)
+{
+    std::size_t before = 0;
+    std::size_t after = 0;
+    const bool sameColumns = first.columns == second.columns;
+    while (sameColumns && before < firstRows.size() && after < secondRows.size()) {
+        if (firstRows[before] == secondRows[after]) {
+            ++before;
+            ++after;
+            continue;
+        }
+        const std::size_t added = FindAhead(secondRows, after + 1, firstRows[before]);
+        const std::size_t removed = FindAhead(firstRows, before + 1, secondRows[after]);
+        const bool isAdded = added < secondRows.size();
+        const bool isRemoved = !isAdded && removed < firstRows.size();
+        const std::size_t firstEnd = isRemoved ? removed : isAdded ? before : before + 1;
+        const std::size_t secondEnd = isAdded ? added : isRemoved ? after : after + 1;
+        for (; before < firstEnd; ++before) {
+            CSnapshotReader::AddRow(first, std::move(firstRows[before]));
+        }
+        for (; after < secondEnd; ++after) {
+            CSnapshotReader::AddRow(second, std::move(secondRows[after]));
+        }
+    }
+    for (; before < firstRows.size(); ++before) {
+        CSnapshotReader::AddRow(first, std::move(firstRows[before]));
+    }
+    for (; after < secondRows.size(); ++after) {
+        CSnapshotReader::AddRow(second, std::move(secondRows[after]));
+    }
+}
+
+// What `read` reads of the second of two databases.
+template <class Read>
+auto OfSecond(const Read& read)
+{
+    try {
+        return read();
+    } catch (SnapshotFailure& failure) {
+        failure.bOfSecond = true;
+        throw;
+    }
+}
+
+void ReadStreams(const CSnapshotReader& reader, DatabaseSnapshot& snapshot)
+{
+    TableSnapshot streams = reader.ReadTable(STREAMS);
+    DropTableStreams(snapshot, streams);
+    snapshot[STREAMS] = std::move(streams);
+}
+
 } // namespace
 
 DatabaseSnapshot ReadDatabaseSnapshot(MSIHANDLE database, const SnapshotCalls& calls)
@@ -156,10 +239,44 @@ DatabaseSnapshot ReadDatabaseSnapshot(MSIHANDLE database, const SnapshotCalls& c
     for (const CString& name : reader.ReadTableNames()) {
         snapshot[name] = reader.ReadTable(name);
     }
-    TableSnapshot streams = reader.ReadTable(STREAMS);
-    DropTableStreams(snapshot, streams);
-    snapshot[STREAMS] = std::move(streams);
+    ReadStreams(reader, snapshot);
     return snapshot;
+}
+
+SnapshotPair ReadUnequalRows(MSIHANDLE first, MSIHANDLE second, const std::set<CString>& whole,
+                             const SnapshotCalls& calls)
+{
+    const CSnapshotReader firstReader(first, calls);
+    const CSnapshotReader secondReader(second, calls);
+    const std::vector<CString> firstNames = firstReader.ReadTableNames();
+    const std::vector<CString> secondNames = OfSecond([&] { return secondReader.ReadTableNames(); });
+    std::set<CString> inBoth;
+    for (const CString& name : firstNames) {
+        if (whole.count(name) == 0 &&
+            std::find(secondNames.begin(), secondNames.end(), name) != secondNames.end()) {
+            inBoth.insert(name);
+        }
+    }
+    SnapshotPair pair;
+    for (const CString& name : firstNames) {
+        if (inBoth.count(name) == 0) {
+            pair.first[name] = firstReader.ReadTable(name);
+            continue;
+        }
+        TableSnapshot& before = pair.first[name];
+        TableSnapshot& after = pair.second[name];
+        std::vector<RowValues> firstRows = firstReader.ReadRows(name, before);
+        std::vector<RowValues> secondRows = OfSecond([&] { return secondReader.ReadRows(name, after); });
+        AddUnequalRows(std::move(firstRows), before, std::move(secondRows), after);
+    }
+    for (const CString& name : secondNames) {
+        if (inBoth.count(name) == 0) {
+            pair.second[name] = OfSecond([&] { return secondReader.ReadTable(name); });
+        }
+    }
+    ReadStreams(firstReader, pair.first);
+    OfSecond([&] { return ReadStreams(secondReader, pair.second); });
+    return pair;
 }
 
 DatabaseSnapshot ReadTableSnapshots(MSIHANDLE database, std::initializer_list<const wchar_t*> names,

@@ -7,12 +7,14 @@
 #include <cstddef>
 #include <functional>
 #include <initializer_list>
+#include <set>
 
 // Why a snapshot could not be read; thrown by the calls below.
 struct SnapshotFailure
 {
     unsigned int code = 0; // the service's
     CString strPart;       // what was read: "the table File"; empty for a table that is listed without a name
+    bool bOfSecond = false; // of two databases
 };
 
 // Reads the next bytes of a stream; 0 behind the last.
@@ -34,3 +36,13 @@ struct SnapshotCalls
 [[nodiscard]] DatabaseSnapshot ReadTableSnapshots(MSIHANDLE database,
                                                   std::initializer_list<const wchar_t*> names,
                                                   const SnapshotCalls& calls);
+
+// Two databases to be compared, without rows that both have: these are dropped as they are read, so that two databases of
+// nearly the same rows cost little more than reading them. A few that both have may be left. Tables of `whole` keep all.
+struct SnapshotPair
+{
+    DatabaseSnapshot first;
+    DatabaseSnapshot second;
+};
+[[nodiscard]] SnapshotPair ReadUnequalRows(MSIHANDLE first, MSIHANDLE second, const std::set<CString>& whole,
+                                           const SnapshotCalls& calls);

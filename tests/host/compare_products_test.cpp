@@ -1,5 +1,6 @@
 // Which products of two deployments are compared with each other, and how their databases are.
 #include "builder/build_failure.h"
+#include "builder/database_snapshot.h"
 #include "builder/deployment_compare.h"
 #include "tests/host/package_maker.h"
 
@@ -128,5 +129,93 @@ TEST_F(CompareProductsTest, AFolderThatIsNotThereIsNamed)
         FAIL() << "a folder that isn't there was compared";
     } catch (const BuildFailure& failure) {
         EXPECT_HOLDS(failure.message, scratch + L"B");
+    }
+}
+
+// Rows that both have are dropped as they are read; what is found must be the same as if nothing were dropped.
+TEST_F(CompareProductsTest, DatabasesThatAreReadTogetherDifferInWhatTheyDoApart)
+{
+    const auto run = [](const CString& path, const std::vector<CString>& statements) {
+        CInstallerHandle database;
+        ASSERT_EQ(MsiOpenDatabaseW(path, MSIDBOPEN_TRANSACT, database.put()), 0u);
+        for (const CString& statement : statements) {
+            EXPECT_EQ(RunSql(database.get(), statement), 0u) << Utf8(statement);
+        }
+        EXPECT_EQ(MsiDatabaseCommit(database.get()), 0u);
+    };
+    const auto insert = [](int row) {
+        return L"INSERT INTO `Rows` (`Key`, `Value`) VALUES ('k" + NumberText(row) + L"', 'v')";
+    };
+    std::vector<CString> fill = {
+        L"CREATE TABLE `Rows` (`Key` CHAR(72) NOT NULL, `Value` CHAR(0) PRIMARY KEY `Key`)",
+        L"CREATE TABLE `Other` (`Key` SHORT NOT NULL, `Value` LONG PRIMARY KEY `Key`)",
+        L"INSERT INTO `Other` (`Key`, `Value`) VALUES (1, 1)"};
+    for (int row = 10; row < 60; ++row) {
+        fill.push_back(insert(row));
+    }
+    Package(L"A\\one.msi", L"One");
+    const CString original = scratch + L"A\\one.msi";
+    run(original, fill);
+    std::vector<CString> many;
+    for (int row = 60; row < 80; ++row) {
+        many.push_back(insert(row));
+    }
+    const std::vector<std::vector<CString>> variants = {
+        {},
+        {L"UPDATE `Rows` SET `Value` = 'w' WHERE `Key` = 'k30'"},
+        {L"DELETE FROM `Rows` WHERE `Key` = 'k10'"},
+        {L"DELETE FROM `Rows` WHERE `Key` = 'k59'"},
+        {L"DELETE FROM `Rows` WHERE `Key` = 'k20'", insert(20)},
+        {L"DELETE FROM `Rows` WHERE `Key` = 'k20'", L"UPDATE `Rows` SET `Value` = 'w' WHERE `Key` = 'k21'"},
+        {L"DELETE FROM `Rows` WHERE `Value` = 'v'"},
+        many,
+        {L"DROP TABLE `Other`"},
+        {L"CREATE TABLE `New` (`Key` CHAR(72) NOT NULL PRIMARY KEY `Key`)",
+         L"INSERT INTO `New` (`Key`) VALUES ('x')"},
+        {L"DROP TABLE `Other`",
+         L"CREATE TABLE `Other` (`Key` SHORT NOT NULL, `Text` CHAR(9) PRIMARY KEY `Key`)",
+         L"INSERT INTO `Other` (`Key`, `Text`) VALUES (1, '1')"},
+    };
+    for (std::size_t index = 0; index < variants.size(); ++index) {
+        SCOPED_TRACE(index);
+        const CString changed = scratch + L"changed.msi";
+        ASSERT_TRUE(CopyFileW(original, changed, FALSE));
+        run(changed, variants[index]);
+        const CInstallerHandle first = OpenDatabaseToRead(original);
+        const CInstallerHandle second = OpenDatabaseToRead(changed);
+        for (const bool swapped : {false, true}) {
+            const OpenedDatabase one{swapped ? second.get() : first.get(), L"one"};
+            const OpenedDatabase other{swapped ? first.get() : second.get(), L"other"};
+            Differences apart;
+            AddRowDifferences(L"",
+                              CompareSnapshots(ReadSnapshot(one.hDatabase, L"one", [] {}),
+                                               ReadSnapshot(other.hDatabase, L"other", [] {})),
+                              apart);
+            for (const std::set<CString>& whole :
+                 {std::set<CString>(), std::set<CString>{L"Rows", L"Property"}}) {
+                const SnapshotPair pair = ReadUnequalRows(one, other, whole, [] {});
+                Differences together;
+                AddRowDifferences(L"", CompareSnapshots(pair.first, pair.second), together);
+                EXPECT_EQ(together, apart);
+                EXPECT_EQ(apart.empty(), index == 0 || index == 4);
+                EXPECT_EQ(pair.first.at(L"Property").rows.empty(), whole.empty());
+            }
+        }
+    }
+}
+
+TEST_F(CompareProductsTest, TheOneOfTwoDatabasesThatCannotBeReadIsNamed)
+{
+    Package(L"one.msi", L"One");
+    const CInstallerHandle good = OpenDatabaseToRead(scratch + L"one.msi");
+    for (const bool swapped : {false, true}) {
+        const OpenedDatabase one{swapped ? 0 : good.get(), L"first"};
+        const OpenedDatabase other{swapped ? good.get() : 0, L"second"};
+        try {
+            static_cast<void>(ReadUnequalRows(one, other, {}, [] {}));
+            ADD_FAILURE() << "a handle of nothing was read";
+        } catch (const BuildFailure& failure) {
+            EXPECT_HOLDS(failure.message, swapped ? L"\"first\"" : L"\"second\"");
+        }
     }
 }
