@@ -196,7 +196,7 @@ private:
         const auto firstCabinets = UserCabinetsOf(m_firstFolder, first.strDatabase);
         const auto secondCabinets = UserCabinetsOf(m_secondFolder, second.strDatabase);
         const bool sameDatabase =
-            m_firstFolder.HashOfBytes(first.strDatabase) == m_secondFolder.HashOfBytes(second.strDatabase);
+            HashOfDatabase(m_firstFolder, first) == HashOfDatabase(m_secondFolder, second);
         const bool sameCabinets =
             HashesOf(m_firstFolder, firstCabinets) == HashesOf(m_secondFolder, secondCabinets);
         if (sameDatabase && sameCabinets && first.sources == second.sources) {
@@ -213,6 +213,12 @@ private:
         }
         CompareValues({DifferenceKind::Setting, product, {}}, Renamed(first.settings, before.additions),
                       Renamed(second.settings, after.additions), m_differences);
+    }
+
+    // By its bytes: a manifest says only what it was.
+    static CString HashOfDatabase(const CComparedFolder& folder, const ComparedProduct& product)
+    {
+        return folder.HashOfBytes(product.strDatabase);
     }
 
     static NamedValues Renamed(const NamedValues& settings, const std::vector<NamedAddition>& additions)

@@ -58,8 +58,8 @@ CString AddAnswers(const CommandLine& line, const TwoDeployments& compared,
         !ReadDeploymentAnswers(line.strCompareWith, second.file, hasSecond, reason)) {
         return reason;
     }
-    if (hasFirst !=
-        hasSecond) { // one of an earlier version has none, so that nothing can be said of its answers
+    // One of an earlier version has none, so that nothing can be said of its answers.
+    if (hasFirst != hasSecond) {
         differences.push_back({DifferenceKind::Answer,
                                CString(),
                                {ANSWERS_FILE},
