@@ -132,12 +132,12 @@ void WarnOfVersions(BuildRun& run)
     }
 }
 
-void CheckSpace(const BuildRun& run, const CString& folder)
+void CheckSpace(BuildRun& run, const CString& folder)
 {
-    const std::uint64_t free = FreeBytes(folder);
-    if (!HasRoom(free, run.list.bytes)) {
+    run.bytesFree = FreeBytes(folder);
+    if (!HasRoom(run.bytesFree, run.list.bytes + run.bytesOfChanges)) {
         throw BuildFailure{BUILD_DISK_FULL, RoomSentence(run) + L" Only " +
-                                                NumberText(static_cast<long long>(free >> 20)) +
+                                                NumberText(static_cast<long long>(run.bytesFree >> 20)) +
                                                 L" MB are free. " + RemedyOf(BUILD_DISK_FULL)};
     }
 }
@@ -183,6 +183,24 @@ void BeginDecisions(BuildRun& run)
     }
 }
 
+// Changed rows make a database larger, and stand in two or three notes: at most about so much, as names and values are
+// mostly ASCII.
+std::uint64_t BytesOfChanges(const std::vector<RowDifference>& rows)
+{
+    constexpr std::uint64_t PER_ROW = 250;
+    constexpr std::uint64_t PER_COLUMN = 100;
+    constexpr std::uint64_t PER_CHARACTER = 5;
+    std::uint64_t bytes = 0;
+    for (const RowDifference& row : rows) {
+        bytes += PER_ROW;
+        for (const ColumnChange& column : row.columns) {
+            const int characters = column.strOld.GetLength() + column.strNew.GetLength();
+            bytes += PER_COLUMN + PER_CHARACTER * static_cast<std::uint64_t>(characters);
+        }
+    }
+    return bytes;
+}
+
 void DecideDatabases(BuildRun& run)
 {
     for (DatabaseDecision& decision : run.decisions) {
@@ -190,6 +208,12 @@ void DecideDatabases(BuildRun& run)
         for (const CString& warning : decision.added.warnings) {
             run.Warn(warning);
         }
+        if (decision.changes.bSignatureLost) {
+            run.Warn(L"The settings change \"" + decision.database->strTarget +
+                     L"\", so its maker's digital signature is lost. Sign it again when workstations ask for "
+                     L"signed packages.");
+        }
+        run.bytesOfChanges += BytesOfChanges(decision.changes.rows);
         run.list.userBytes += decision.added.BytesToPack() + decision.merge.bytesToPack;
         AddAdditions(run.list, decision.added.Targets(*decision.database));
         AddAdditions(run.list, decision.merge.Targets(*decision.database));
@@ -214,9 +238,14 @@ bool HasRoom(std::uint64_t freeBytes, std::uint64_t fileBytes)
     return freeBytes >= SPARE_BYTES && freeBytes - SPARE_BYTES >= fileBytes;
 }
 
+std::uint64_t BytesNeeded(const BuildRun& run)
+{
+    return run.list.bytes + run.bytesOfChanges + SPARE_BYTES;
+}
+
 CString RoomSentence(const BuildRun& run)
 {
-    const std::uint64_t megabytes = (run.list.bytes + SPARE_BYTES + (1 << 20) - 1) >> 20;
+    const std::uint64_t megabytes = (BytesNeeded(run) + (1 << 20) - 1) >> 20;
     return L"The deployment needs " + NumberText(static_cast<long long>(megabytes)) + L" MB in \"" +
            run.plan.strLocation + L"\".";
 }
@@ -287,8 +316,15 @@ void CheckPlan(BuildRun& run)
 
 void ProbeRightToWrite(const BuildRun& run)
 {
-    const CString probe = JoinFolder(ExistingParent(run.plan.strLocation),
-                                     L"." + run.plan.strName + L".probe-" + HexText(run.id));
-    MakeFolder(probe);
-    DeleteEmptyFolder(probe);
+    const CString& location = run.plan.strLocation;
+    const CString lock = JoinFolder(location, LockFileName(run.plan.strName));
+    if (KindOfPath(lock) == PathKind::Nothing) {
+        const CFileOwner file = OpenAlone(lock, true);
+        if (file) {
+            DeleteOnClose(file, lock);
+        }
+    }
+    const CString folder = JoinFolder(location, L"." + run.plan.strName + L".probe-" + HexText(run.id));
+    MakeFolder(folder);
+    DeleteEmptyFolder(folder);
 }

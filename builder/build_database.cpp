@@ -107,7 +107,6 @@ void BuildOne(BuildRun& run, DatabaseDecision& decision)
     const CScratchFile built(database.strWorkingCopy + L".built");
     CopyForReadingBack(run, database.strWorkingCopy, built.Path());
     CheckInstaller(RemoveSignature(built.Path()), L"Removing the old signature of", built.Path());
-    changes.bSignatureLost = HasSignature(database.strOriginal);
     const CScratchFile finished(database.strWorkingCopy + L".finished");
     const bool isFinished = merge || !decision.edits.empty();
     if (isFinished) {
@@ -136,11 +135,6 @@ void BuildDatabases(BuildRun& run)
         DatabaseChanges& changes = decision.changes;
         run.log.Write(database.strTarget + L": " + NumberText(static_cast<long long>(changes.rows.size())) +
                       L" rows differ from the maker's, package code " + changes.strNewPackageCode);
-        if (changes.bSignatureLost) {
-            run.Warn(L"The settings change \"" + database.strTarget +
-                     L"\", so its maker's digital signature is lost. Sign it again when workstations ask for "
-                     L"signed packages.");
-        }
         run.changes.push_back(std::move(changes));
         AddedItems items = decision.added.Describe(database);
         if (!items.IsEmpty()) {

@@ -2,6 +2,7 @@
 
 #include "builder/build_names.h"
 #include "builder/code_page.h"
+#include "builder/database_signature.h"
 #include "builder/database_snapshot.h"
 #include "builder/snapshot_merge.h"
 
@@ -59,7 +60,7 @@ void DecideDatabase(DatabaseDecision& decision, const CabinetLimits& limits,
     DatabaseChanges& changes = decision.changes;
     changes.strTarget = database.strTarget;
     changes.strProductName = database.strProductName;
-    const CInstallerHandle vendors = OpenDatabaseToRead(database.strOriginal);
+    CInstallerHandle vendors = OpenDatabaseToRead(database.strOriginal);
     changes.strOldPackageCode = ReadPackageCode(vendors.get(), database.strOriginal);
     changes.strNewPackageCode = changes.strOldPackageCode;
     if (database.hDatabase == 0) {
@@ -83,4 +84,6 @@ void DecideDatabase(DatabaseDecision& decision, const CabinetLimits& limits,
         decision.left.clear();
     }
     RequireCodePageHolds(database, changes.rows);
+    vendors.reset();
+    changes.bSignatureLost = decision.IsNeeded() && HasSignature(database.strOriginal);
 }

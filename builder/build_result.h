@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <vector>
 
+struct BuildReview;
+
 // The thread that builds calls it.
 class IBuildProgress
 {
@@ -15,6 +17,8 @@ public:
     virtual void OnStep(const CString& sentence) = 0;
     // Bytes so far, of all, and the file being copied. False cancels: the build undoes itself and ends with 1602.
     virtual bool OnProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal, const CString& file) = 0;
+    // Everything is checked and decided, nothing is copied yet. Not called for a build that is refused.
+    virtual void OnDecided(const BuildReview&) {}
 
 protected:
     ~IBuildProgress() = default;

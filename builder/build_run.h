@@ -24,6 +24,7 @@ public:
     void Poll() { Add(0); }
     void Finish(); // reported at once, with all bytes done
     void Step(const CString& sentence) { m_progress.OnStep(sentence); }
+    void Decided(const BuildReview& review) { m_progress.OnDecided(review); }
 
 private:
     void Report(); // throws a BuildFailure 1602 when the caller cancels
@@ -84,11 +85,13 @@ struct BuildRun
     std::vector<DatabaseChanges> changes;
     std::vector<AddedItems> additions; // of products that have some
     std::vector<CString> warnings;
-    bool replaces = false;     // an old deployment stood in the target's place when the build began
-    bool flushesFiles = false; // each file is on the disk before the build goes on
-    ReadContents readOfOld;    // what was copied from that one
-    FolderJudgement judgement; // of that one
-    bool oldIsAside = false;   // the old deployment lies in `old`, whole or partly deleted
+    std::uint64_t bytesOfChanges = 0; // room for what the decided changes add to databases and notes
+    std::uint64_t bytesFree = 0;      // in the location, when that was checked
+    bool replaces = false;            // an old deployment stood in the target's place when the build began
+    bool flushesFiles = false;        // each file is on the disk before the build goes on
+    ReadContents readOfOld;           // what was copied from that one
+    FolderJudgement judgement;        // of that one
+    bool oldIsAside = false;          // the old deployment lies in `old`, whole or partly deleted
 };
 
 void CheckPlan(BuildRun& run);       // build_check.cpp

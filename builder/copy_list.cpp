@@ -6,6 +6,7 @@
 #include "builder/command_text.h"
 #include "builder/deployment_place.h"
 
+#include <algorithm>
 #include <functional>
 #include <set>
 
@@ -53,6 +54,24 @@ TargetNames NamedTargets(const BuildPlan& plan)
         if (!logName.IsEmpty()) {
             names[logName] = g_builder;
         }
+    }
+    return names;
+}
+
+bool HasAnswers(const BuildPlan& plan)
+{
+    return std::any_of(plan.texts.begin(), plan.texts.end(),
+                       [](const BuildText& text) { return text.strTarget.CompareNoCase(ANSWERS_FILE) == 0; });
+}
+
+TargetNames WrittenTargets(const BuildPlan& plan, bool hasAdditions)
+{
+    TargetNames names = NamedTargets(plan);
+    if (!hasAdditions) {
+        names.erase(ADDITIONS_FILE);
+    }
+    if (!HasAnswers(plan)) {
+        names.erase(ANSWERS_FILE);
     }
     return names;
 }

@@ -33,6 +33,10 @@ using TargetNames = std::map<CString, CString, CompareNoCaseLess>;
 
 // The names that the plan and the builder itself write: databases, texts, commands, notes.
 [[nodiscard]] TargetNames NamedTargets(const BuildPlan& plan);
+// True when one of the plan's texts is the answers that the deployment is built from.
+[[nodiscard]] bool HasAnswers(const BuildPlan& plan);
+// Those of them that come to be: two of the notes aren't written by each build.
+[[nodiscard]] TargetNames WrittenTargets(const BuildPlan& plan, bool hasAdditions);
 
 // A sentence when two sources would become one file, or a target leads out of the deployment; else empty.
 [[nodiscard]] CString RefusedTargets(const BuildPlan& plan, const CopyList& list);

@@ -143,6 +143,7 @@ void RunPhases(BuildRun& run)
     CMadeLocation location(run.plan.strLocation);
     CBuildLock lock(run.plan.strLocation, run.plan.strName, run.id);
     try {
+        run.meter.Decided(ReviewRun(run)); // now that nothing refuses it any more
         run.meter.Start(run.list.bytes + run.list.userBytes);
         StageFolders(run);
         CopyFiles(run);
@@ -210,14 +211,30 @@ BuildResult BuildDeployment(const BuildPlan& plan, IBuildProgress& progress) noe
     return result;
 }
 
-OperationError CheckBuild(const BuildPlan& plan, std::vector<CString>& warnings) noexcept
+OperationError ReviewBuild(const BuildPlan& plan, BuildReview& review) noexcept
 {
     CSilentProgress progress;
-    return Guard([&] {
-        BuildRun run(plan, progress);
-        CheckPlan(run);
+    review = {};
+    std::optional<BuildRun> run;
+    const OperationError error = Guard([&] {
+        run.emplace(plan, progress);
+        CheckPlan(*run);
         RequireLockFree(plan.strLocation, plan.strName);
-        ProbeRightToWrite(run);
-        warnings.insert(warnings.end(), run.warnings.begin(), run.warnings.end());
+        const CMadeLocation location(plan.strLocation); // for the probe alone
+        ProbeRightToWrite(*run);
+        review = ReviewRun(*run);
     });
+    if (error && run) {
+        review.warnings = std::move(run->warnings);
+    }
+    return error;
+}
+
+OperationError CheckBuild(const BuildPlan& plan, std::vector<CString>& warnings) noexcept
+{
+    BuildReview review;
+    const OperationError error = ReviewBuild(plan, review);
+    const OperationError added =
+        Guard([&] { warnings.insert(warnings.end(), review.warnings.begin(), review.warnings.end()); });
+    return error ? error : added;
 }

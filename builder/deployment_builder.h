@@ -9,12 +9,16 @@
 
 #include "builder/build_plan.h"
 #include "builder/build_result.h"
+#include "builder/build_review.h"
 
 // Builds; returns after the deployment stands or everything is undone. May run on another thread than the one that
 // opened the databases, as long as nobody else uses them meanwhile. Nothing is thrown.
 [[nodiscard]] BuildResult BuildDeployment(const BuildPlan& plan, IBuildProgress& progress) noexcept;
 
-// The checks of a build alone, nothing is written but a probe of the right to write. `warnings` are added.
+// The checks of a build alone, and what they decided; nothing is written but probes of the right to write, which go again. A
+// refused one has the warnings up to then and nothing else.
+[[nodiscard]] OperationError ReviewBuild(const BuildPlan& plan, BuildReview& review) noexcept;
+// The same for who wants the warnings alone, which are added.
 [[nodiscard]] OperationError CheckBuild(const BuildPlan& plan, std::vector<CString>& warnings) noexcept;
 
 // Removes what dead builds left in a location: `.<name>.staging-<8 hex digits>` and `.<name>.old-<8 hex digits>`

@@ -3,6 +3,7 @@
 #include "builder/build_failure.h"
 #include "builder/build_names.h"
 #include "builder/command_text.h"
+#include "builder/copy_list.h"
 #include "builder/deployment_place.h"
 #include "builder/shown_text.h"
 
@@ -93,12 +94,6 @@ bool HasLogNames(const BuildPlan& plan)
 {
     return std::any_of(plan.databases.begin(), plan.databases.end(),
                        [&](const BuildDatabase& database) { return !LogNameFile(plan, database).IsEmpty(); });
-}
-
-bool HasAnswers(const BuildPlan& plan)
-{
-    return std::any_of(plan.texts.begin(), plan.texts.end(),
-                       [](const BuildText& text) { return text.strTarget.CompareNoCase(ANSWERS_FILE) == 0; });
 }
 
 void AppendScripts(CString& text, const BuildPlan& plan, const CString& folder)

@@ -233,10 +233,9 @@ BuildResult BuildFromManager(CHostSetupManager& manager, const CString& answers,
     return result;
 }
 
-OperationError CheckFromManager(CHostSetupManager& manager, const CString& answers,
-                                std::vector<CString>& warnings)
+OperationError ReviewFromManager(CHostSetupManager& manager, const CString& answers, BuildReview& review)
 {
     BuildPlan plan;
     const OperationError error = DecidePlan(manager, answers, plan);
-    return error ? error : CheckBuild(plan, warnings);
+    return error ? error : ReviewBuild(plan, review);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "builder/build_plan.h"
+#include "builder/build_review.h"
 #include "host/host_setup_manager.h"
 
 // What the commands of a deployment do, as its deployment file says.
@@ -11,6 +12,6 @@
 // Answers.txt; empty: no such file.
 [[nodiscard]] BuildResult BuildFromManager(CHostSetupManager& manager, const CString& answers,
                                            IBuildProgress& progress);
-// What such a build would refuse before it copies anything; its warnings are added.
-[[nodiscard]] OperationError CheckFromManager(CHostSetupManager& manager, const CString& answers,
-                                              std::vector<CString>& warnings);
+// What such a build would refuse before it copies anything, and what it has decided by then (ReviewBuild).
+[[nodiscard]] OperationError ReviewFromManager(CHostSetupManager& manager, const CString& answers,
+                                               BuildReview& review);

@@ -64,7 +64,7 @@ public:
     CString GetMediaFolder() override { return m_manager->GetMediaFolder(); }
     void SetAnswersText(const CString& text) override { m_strAnswersText = text; }
     BuildResult Build(IBuildProgress& progress) override;
-    OperationError CheckBuild(std::vector<CString>& warnings) override;
+    OperationError ReviewBuild(BuildReview& review) override;
     void AppendLog(const CString& line) override { m_log.Append(line); }
 
 private:
@@ -135,9 +135,9 @@ BuildResult CSetupHostImplementation::Build(IBuildProgress& progress)
     return result; // its warnings are the caller's to show and to log
 }
 
-OperationError CSetupHostImplementation::CheckBuild(std::vector<CString>& warnings)
+OperationError CSetupHostImplementation::ReviewBuild(BuildReview& review)
 {
-    return CheckFromManager(*m_manager, m_strAnswersText, warnings);
+    return ReviewFromManager(*m_manager, m_strAnswersText, review);
 }
 
 CSetupHost* OpenHost(const HostOptions& options, OperationError& error)

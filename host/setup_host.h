@@ -5,6 +5,7 @@
 #include "base/string.h"
 #include "builder/addition_finding.h"
 #include "builder/build_result.h"
+#include "builder/build_review.h"
 #include "include/installer_calls.h"
 #include "include/lang_mgr.h"
 #include "include/page_context.h"
@@ -124,8 +125,17 @@ public:
     // a build in the manager.
     virtual BuildResult Build(IBuildProgress& progress) = 0;
 
-    // What a build would refuse before it copies anything, and the warnings that it would give. Builds nothing.
-    virtual OperationError CheckBuild(std::vector<CString>& warnings) = 0;
+    // What a build would refuse before it copies anything, and what it would do: from the decisions that it carries out.
+    // Builds nothing. A refused one has the warnings up to then and nothing else. May run where Build may.
+    virtual OperationError ReviewBuild(BuildReview& review) = 0;
+    // The same for who wants the warnings alone, which are added.
+    OperationError CheckBuild(std::vector<CString>& warnings)
+    {
+        BuildReview review;
+        const OperationError error = ReviewBuild(review);
+        warnings.insert(warnings.end(), review.warnings.begin(), review.warnings.end());
+        return error;
+    }
 
     virtual void AppendLog(const CString& line) = 0;
 };

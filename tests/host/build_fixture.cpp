@@ -1,4 +1,5 @@
 #include "tests/host/build_fixture.h"
+#include "tests/host/review_check.h"
 
 #include "base/handle.h"
 #include "builder/build_names.h"
@@ -298,6 +299,7 @@ public:
         ++m_build.progressCalls;
         return !m_build.onProgress || m_build.onProgress(done, total);
     }
+    void OnDecided(const BuildReview& review) override { m_build.decided.push_back(review); }
 
 private:
     TestBuild& m_build;
@@ -351,7 +353,16 @@ void TestBuild::AllowReplacing()
 BuildResult TestBuild::Build()
 {
     Recorder recorder(*this);
-    return BuildDeployment(plan, recorder);
+    decided.clear();
+    // Not where a test counts what is done, or does something meanwhile.
+    const bool isReviewed = !IsFaultScopeOpen() && !onProgress && !onStep;
+    BuildReview review;
+    const OperationError refusal = isReviewed ? ReviewBuild(plan, review) : OperationError();
+    BuildResult result = BuildDeployment(plan, recorder);
+    if (isReviewed) {
+        ExpectPlanHeld(refusal, review, decided, result);
+    }
+    return result;
 }
 
 void ExpectRefusedBeforehand(TestBuild& build, unsigned int code, const std::vector<CString>& words)

@@ -75,12 +75,14 @@ public:
     CString Database() const { return Target() + L"\\Image\\x64\\Zolt\\" + m_options.strDatabase; }
     void Change(const CString& statement); // in the working copy, uncommitted
 
+    // Reviewed beforehand, and held against what the review said.
     BuildResult Build();
     void AllowReplacing(); // the deployment that stands in the target's place now
     BuildPlan plan;
     std::function<bool(std::uint64_t, std::uint64_t)> onProgress; // true goes on
     std::function<void(const CString&)> onStep;
     std::vector<CString> steps;
+    std::vector<BuildReview> decided; // by the last build
     int progressCalls = 0;
 
 private:

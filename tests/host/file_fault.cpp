@@ -9,6 +9,7 @@ namespace {
 FileFault g_fault;
 std::atomic<long long> g_operations = 0;
 std::atomic<long long> g_flushes = 0;
+int g_scopes = 0;
 
 } // namespace
 
@@ -46,4 +47,21 @@ long long CountedFileOperations()
 long long CountedFlushes()
 {
     return g_flushes;
+}
+
+bool IsFaultScopeOpen()
+{
+    return g_scopes > 0;
+}
+
+CFaultScope::CFaultScope(const FileFault& fault)
+{
+    ++g_scopes;
+    SetFileFault(fault);
+}
+
+CFaultScope::~CFaultScope()
+{
+    --g_scopes;
+    SetFileFault({});
 }

@@ -17,12 +17,15 @@ void SetFileFault(const FileFault& fault);
 [[nodiscard]] long long CountedFileOperations(); // since the last SetFileFault
 [[nodiscard]] long long CountedFlushes();        // those of FlushToDisk among them
 
+// True while a CFaultScope lives: what is done now is counted.
+[[nodiscard]] bool IsFaultScopeOpen();
+
 // Switches faults off again, also when a check leaves the test.
 class CFaultScope
 {
 public:
-    explicit CFaultScope(const FileFault& fault) { SetFileFault(fault); }
+    explicit CFaultScope(const FileFault& fault);
     CFaultScope(const CFaultScope&) = delete;
     CFaultScope& operator=(const CFaultScope&) = delete;
-    ~CFaultScope() { SetFileFault({}); }
+    ~CFaultScope();
 };

@@ -3,15 +3,18 @@
 
 #include "include/product.h"
 #include "tests/host/package_maker.h"
+#include "tests/host/review_check.h"
 
 #include <gtest/gtest.h>
 
 class CSilentProgress final : public IBuildProgress
 {
 public:
+    void OnDecided(const BuildReview& review) override { decided.push_back(review); }
     void OnStep(const CString&) override {}
     bool OnProgress(std::uint64_t, std::uint64_t, const CString&) override { return !cancel; }
     bool cancel = false;
+    std::vector<BuildReview> decided;
 };
 
 // Runs a program to its end: its exit code, or why it could not be started.
@@ -68,10 +71,14 @@ protected:
         ASSERT_TRUE(manager.SetSetupMode(mode));
     }
 
+    // Reviewed beforehand, and held against what the review said.
     void Build()
     {
         CSilentProgress progress;
+        BuildReview review;
+        const OperationError refusal = host->ReviewBuild(review);
         const BuildResult result = host->Build(progress);
+        ExpectPlanHeld(refusal, review, progress.decided, result);
         EXPECT_EQ(result.error.code, 0u) << Utf8(result.error.message);
         EXPECT_EQ(result.strDeploymentFolder, host->GetSetupManager().m_strDeploymentFolder);
     }

@@ -26,7 +26,7 @@ public:
     CString GetMediaFolder() override { return mediaFolder; }
     void SetAnswersText(const CString& text) override { answersText = text; }
     BuildResult Build(IBuildProgress&) override { return {}; }
-    OperationError CheckBuild(std::vector<CString>&) override { return {}; }
+    OperationError ReviewBuild(BuildReview&) override { return {}; }
     void AppendLog(const CString& line) override { logged.push_back(line); }
 
     bool cancelling = true;
