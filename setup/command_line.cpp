@@ -37,6 +37,7 @@ constexpr TextOption TEXT_OPTIONS[] = {
     {L"--verify", &CommandLine::strVerify, OptionUse::Deployments},
     {L"--compare", &CommandLine::strCompare, OptionUse::Deployments},
     {L"--report", &CommandLine::strReport, OptionUse::Deployments},
+    {L"--plan", &CommandLine::strPlan, OptionUse::Wizard},
 };
 
 const TextOption* FindTextOption(const CString& name)
@@ -210,7 +211,7 @@ CString CommandLineUsage()
 {
     return L"Setup.exe [--media PATH] [--answers FILE] [--set page.key=value ...] [--out DIR]\n"
            L"          [--language LOCALE] [--pictures DIR] [--log FILE] [--quiet-limit SECONDS]\n"
-           L"          [--record FILE] [--with-location] [--check] [--help]\n"
+           L"          [--record FILE] [--with-location] [--check] [--plan FILE] [--help]\n"
            L"Setup.exe --verify FOLDER [--report FILE] [--language LOCALE] [--log FILE]\n"
            L"          [--quiet-limit SECONDS]\n"
            L"Setup.exe --compare FOLDER FOLDER [--report FILE] [--language LOCALE] [--log FILE]\n"
@@ -238,9 +239,12 @@ CString CommandLineUsage()
            L"                        databases, files, patches, commands; no window, nothing written there\n"
            L"  --report FILE         write the result of --verify or --compare to this file too: as\n"
            L"                        text, or as JSON when its name ends in .json\n"
+           L"  --plan FILE           write what a build would do to this file, and build nothing: as text,\n"
+           L"                        or as JSON when its name ends in .json\n"
            L"  --help                this text\n"
            L"\n"
-           L"Examples: Setup.exe --verify \\\\server\\share\\Office --report office.json\n"
+           L"Examples: Setup.exe --media D:\\Media --answers office.txt --plan office-plan.txt\n"
+           L"          Setup.exe --verify \\\\server\\share\\Office --report office.json\n"
            L"          Setup.exe --compare \\\\server\\share\\Office D:\\Test\\Office --report changes.txt\n"
            L"\n"
            L"Exit codes: 0 done, 1602 canceled, 1603 failed, 20 bad command line, 21 bad answers,\n"

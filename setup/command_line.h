@@ -2,7 +2,7 @@
 //
 //   line    = { option }
 //   option  = "--media" PATH | "--answers" FILE | "--out" DIR | "--language" LOCALE | "--pictures" DIR
-//           | "--log" FILE | "--record" FILE | "--with-location" | "--quiet-limit" SECONDS | "--set" page [ product ] "." key "=" value | "--check" | "--help" | "-h" | "/?"
+//           | "--log" FILE | "--record" FILE | "--with-location" | "--quiet-limit" SECONDS | "--set" page [ product ] "." key "=" value | "--check" | "--plan" FILE | "--help" | "-h" | "/?"
 //
 //           | "--verify" FOLDER | "--compare" FOLDER FOLDER | "--report" FILE
 //
@@ -37,6 +37,7 @@ struct CommandLine
     CString strLog;
     CString strQuietLimit;
     CString strRecord;      // where the answers of the run go
+    CString strPlan;        // where the review goes, in place of a build
     CString strVerify;      // folder of the deployment that is held against its manifest
     CString strCompare;     // folder of the deployment that is held against another one
     CString strCompareWith; // and that of the other one
@@ -57,6 +58,8 @@ struct CommandLine
                : !strCompare.IsEmpty() ? std::vector<CString>{strCompare, strCompareWith}
                                        : std::vector<CString>();
     }
+    // False: the run ends where the build would begin.
+    [[nodiscard]] bool Builds() const { return !bCheck && strPlan.IsEmpty(); }
     // With answers from anywhere the pages are walked without a person.
     [[nodiscard]] bool IsUnattended() const
     {

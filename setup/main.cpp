@@ -44,8 +44,9 @@ std::vector<CString> Arguments()
 // From here on no path depends on the current folder.
 void MakePathsFull(CommandLine& line)
 {
-    for (CString* path : {&line.strMedia, &line.strAnswers, &line.strPictures, &line.strLog, &line.strRecord,
-                          &line.strVerify, &line.strCompare, &line.strCompareWith, &line.strReport}) {
+    for (CString* path :
+         {&line.strMedia, &line.strAnswers, &line.strPictures, &line.strLog, &line.strRecord, &line.strVerify,
+          &line.strCompare, &line.strCompareWith, &line.strReport, &line.strPlan}) {
         if (!path->IsEmpty()) {
             *path = FullPath(*path);
         }
@@ -133,6 +134,9 @@ RunOutcome RunRecorded(const CommandLine& line, CRunLog& log)
         return {SETUP_FAILED, SetupText(IDS_LOG_FAILED, {line.strLog, reason})};
     }
     if (const RunOutcome refusal = PrepareRecord(line); refusal.exitCode != SETUP_DONE) {
+        return refusal;
+    }
+    if (const RunOutcome refusal = PreparePlan(line); refusal.exitCode != SETUP_DONE) {
         return refusal;
     }
     CAnswers answers;

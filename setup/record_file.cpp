@@ -103,6 +103,41 @@ bool WriteAll(HANDLE file, const std::string& bytes)
            written == bytes.size();
 }
 
+RunOutcome CheckPlaceOfPlan(const CommandLine& line)
+{
+    for (const CString& other : {line.strAnswers, line.strLog, line.strRecord}) {
+        if (IsSame(line.strPlan, other)) {
+            return {SETUP_BAD_COMMAND_LINE, SetupText(IDS_PLAN_IS_OTHER, {line.strPlan})};
+        }
+    }
+    const CString deployment = DeploymentOfFile(line.strPlan);
+    if (!deployment.IsEmpty()) {
+        return {SETUP_BAD_COMMAND_LINE, SetupText(IDS_PLAN_IN_DEPLOYMENT, {line.strPlan, deployment})};
+    }
+    return {};
+}
+
+// Makes way for a file that is written at the end. `failure`: the text of what can't be written, with path and reason.
+template <class CheckItsPlace>
+RunOutcome PrepareFile(const CString& file, unsigned int failure, CheckItsPlace checkPlace)
+{
+    if (file.IsEmpty()) {
+        return {};
+    }
+    const bool wasThere = IsFile(file);
+    if (const CString reason = OpenForTrial(file); !reason.IsEmpty()) {
+        return {SETUP_FAILED, SetupText(failure, {file, reason})};
+    }
+    const RunOutcome refusal = checkPlace();
+    if (refusal.exitCode != SETUP_DONE && wasThere) {
+        return refusal;
+    }
+    if (!DeleteFileW(FilePath(file))) {
+        return {SETUP_FAILED, SetupText(failure, {file, SystemErrorText(GetLastError())})};
+    }
+    return refusal;
+}
+
 // A file of a new name beside the other, with the text in it. 0, or the system's code.
 unsigned long WriteBeside(const CString& file, const CString& text, bool byteOrderMark, CString& fresh)
 {
@@ -132,22 +167,7 @@ unsigned long WriteBeside(const CString& file, const CString& text, bool byteOrd
 
 RunOutcome PrepareRecord(const CommandLine& line)
 {
-    if (line.strRecord.IsEmpty()) {
-        return {};
-    }
-    const bool wasThere = IsFile(line.strRecord);
-    if (const CString reason = OpenForTrial(line.strRecord); !reason.IsEmpty()) {
-        return {SETUP_FAILED, SetupText(IDS_RECORD_FAILED, {line.strRecord, reason})};
-    }
-    const RunOutcome refusal = CheckPlace(line);
-    if (refusal.exitCode != SETUP_DONE && wasThere) {
-        return refusal;
-    }
-    if (!DeleteFileW(FilePath(line.strRecord))) {
-        return {SETUP_FAILED,
-                SetupText(IDS_RECORD_FAILED, {line.strRecord, SystemErrorText(GetLastError())})};
-    }
-    return refusal;
+    return PrepareFile(line.strRecord, IDS_RECORD_FAILED, [&line] { return CheckPlace(line); });
 }
 
 RunOutcome CheckOutputPlaces(const CommandLine& line)
@@ -180,6 +200,11 @@ RunOutcome PrepareReport(const CommandLine& line)
     }
     return isLog ? RunOutcome{SETUP_BAD_COMMAND_LINE, SetupText(IDS_REPORT_IS_LOG, {line.strReport})}
                  : RunOutcome{};
+}
+
+RunOutcome PreparePlan(const CommandLine& line)
+{
+    return PrepareFile(line.strPlan, IDS_PLAN_FAILED, [&line] { return CheckPlaceOfPlan(line); });
 }
 
 unsigned long ReplaceTextFile(const CString& file, const CString& text, bool byteOrderMark)

@@ -14,6 +14,8 @@
 [[nodiscard]] RunOutcome CheckOutputPlaces(const CommandLine& line);
 // As PrepareRecord, for --report.
 [[nodiscard]] RunOutcome PrepareReport(const CommandLine& line);
+// The same for the file of --plan.
+[[nodiscard]] RunOutcome PreparePlan(const CommandLine& line);
 
 // Writes the text whole or not at all, in UTF-8; what was there before stays until then. 0, or the system's code.
 [[nodiscard]] unsigned long ReplaceTextFile(const CString& file, const CString& text,

@@ -87,6 +87,11 @@
 #define IDS_COMPARE_DIFFERENT 350          // %1: number
 #define IDS_COMPARE_FAILED 351             // %1: why
 #define IDS_COMPARE_ANSWERS_UNREADABLE 352 // %1: path, %2: why
+// --plan
+#define IDS_PLAN_FAILED 360        // %1: path, %2: why
+#define IDS_PLAN_IS_OTHER 361      // %1: path
+#define IDS_PLAN_IN_DEPLOYMENT 362 // %1: path, %2: folder of the deployment
+#define IDS_PLAN_WRITTEN 363       // %1: path
 // What stands in the new deployment's place
 #define IDS_REPLACE_UNLISTED 320  // %1: folder, %2: product, %3: date
 #define IDS_REPLACE_OWN_FILES 321 // %1: names

@@ -19,4 +19,11 @@ struct ReviewNode
 using ReviewDocument = std::vector<ReviewNode>;
 
 // Each line on one of its own, indented by its depth; changed lines and warnings are marked. Ends in a line break.
+//
+//   line = mark { "  " } text CR LF      two blanks for each line that it stands below
+//   mark = "! " | "* " | "  "            a warning; otherwise what is changed; otherwise neither
 [[nodiscard]] CString ComposeReviewText(const ReviewDocument& review);
+
+// The same lines in the same order: {"version": 1, "review": [line]}, each line with its "text", with "changed" and "warning"
+// where they are true, with the "page" and the code of the "product" where it has one, and with the "lines" below it.
+[[nodiscard]] CString ComposeReviewJson(const ReviewDocument& review);

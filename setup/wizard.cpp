@@ -12,9 +12,13 @@
 #include "setup/paths.h"
 #include "setup/product_names.h"
 #include "setup/resource.h"
+#include "setup/review_compose.h"
+#include "setup/review_output.h"
 #include "setup/texts.h"
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 namespace {
 
@@ -40,8 +44,11 @@ CString WarningLines(const std::vector<CString>& warnings)
 class CLoggedProgress final : public IBuildProgress
 {
 public:
-    // Borrows both.
-    CLoggedProgress(IBuildProgress& shown, CRunLog& log) : m_shown(shown), m_log(log) {}
+    // Borrows both. `decided`: is called with what the build has decided.
+    CLoggedProgress(IBuildProgress& shown, CRunLog& log, std::function<void(const BuildReview&)> decided)
+        : m_shown(shown), m_log(log), m_decided(std::move(decided))
+    {
+    }
 
     void OnStep(const CString& sentence) override
     {
@@ -52,10 +59,16 @@ public:
     {
         return m_shown.OnProgress(bytesDone, bytesTotal, file);
     }
+    void OnDecided(const BuildReview& review) override
+    {
+        m_decided(review);
+        m_shown.OnDecided(review);
+    }
 
 private:
     IBuildProgress& m_shown;
     CRunLog& m_log; // nobody else writes to it while the build runs
+    std::function<void(const BuildReview&)> m_decided;
 };
 
 } // namespace
@@ -94,7 +107,7 @@ RunOutcome CWizard::Run(const CString& media)
     if (!complaint.IsEmpty()) {
         return {SETUP_FAILED, complaint};
     }
-    CWizardFlow flow(ExistingPages(), !m_line.bCheck);
+    CWizardFlow flow(ExistingPages(), m_line.Builds());
     if (!flow.HasChoosingPage()) {
         return {SETUP_FAILED, SetupText(IDS_NO_PAGES, {m_pageLibrary.Path()})};
     }
@@ -180,7 +193,7 @@ RunOutcome CWizard::Walk(CWizardFlow& flow)
         }
     }
     m_host->GetSetupManager().m_exitCode = move.exitCode;
-    if (m_line.bCheck && move.exitCode == SETUP_DONE) {
+    if (!m_line.Builds() && move.exitCode == SETUP_DONE) {
         return CheckBuild();
     }
     // The wizard's own pages and boxes have reported whatever there was to report.
@@ -402,11 +415,24 @@ unsigned int CWizard::Build()
     m_log.Line(CString(L"Building ") + manager.m_strDeploymentName);
     CAnswersOutput output(m_line, m_host.get(), m_log);
     output.AddToDeployment(m_recorder.GetPages());
-    CBuildDialog dialog(manager.m_strDeploymentName, [this](IBuildProgress& progress) {
-        CLoggedProgress logged(progress, m_log);
+    // Where nobody has seen the review, the log has it, once; the build's thread has pages of its own for it.
+    const std::vector<RecordedPage> pages = m_recorder.GetPages();
+    bool isReviewed = !m_line.IsUnattended();
+    const auto logReview = [&](const BuildReview& review, const OperationError& refusal) {
+        if (!std::exchange(isReviewed, true)) {
+            LogReview(ComposeReview(pages, review, refusal), m_log);
+        }
+    };
+    CBuildDialog dialog(manager.m_strDeploymentName, [&](IBuildProgress& progress) {
+        CLoggedProgress logged(progress, m_log, [&](const BuildReview& review) { logReview(review, {}); });
         return m_host->Build(logged);
     });
     const BuildResult result = dialog.Run();
+    if (result.error && result.error.code != SETUP_CANCELLED) {
+        BuildReview refused;
+        refused.warnings = result.warnings;
+        logReview(refused, result.error);
+    }
     ReportBuild(result);
     const bool failed = result.error && result.error.code != SETUP_CANCELLED;
     m_strKeptAnswers = failed ? output.KeepBesideLog(m_recorder.GetPages(), m_strCause) : CString();
@@ -414,15 +440,23 @@ unsigned int CWizard::Build()
     return result.error.code;
 }
 
-// What the real run's build would refuse before it copies anything.
+// What the real run's build would do, and what it would refuse before it copies anything.
 RunOutcome CWizard::CheckBuild()
 {
-    std::vector<CString> warnings;
-    const OperationError error = m_host->CheckBuild(warnings);
-    LogWarnings(warnings);
-    if (error) {
+    CAnswersOutput(m_line, m_host.get(), m_log).AddToDeployment(m_recorder.GetPages()); // they are built too
+    BuildReview build;
+    const OperationError error = m_host->ReviewBuild(build);
+    const ReviewDocument review = ComposeReview(m_recorder.GetPages(), build, error);
+    LogReview(review, m_log);
+    LogWarnings(build.warnings);
+    const CString unwritten = m_line.strPlan.IsEmpty() ? CString() : WritePlan(review, m_line.strPlan);
+    if (error || !unwritten.IsEmpty()) {
         m_host->GetSetupManager().m_exitCode = SETUP_FAILED;
-        return {SETUP_FAILED, error.message, false};
+        return {SETUP_FAILED, error ? error.message : unwritten, false};
+    }
+    if (!m_line.IsUnattended()) {
+        MessageBoxW(nullptr, SetupText(IDS_PLAN_WRITTEN, {m_line.strPlan}), SetupText(IDS_PROGRAM_TITLE),
+                    MB_OK | MB_ICONINFORMATION | MB_SETFOREGROUND);
     }
     return {SETUP_DONE, m_strCause, true};
 }

@@ -124,6 +124,8 @@ PROGRAM_WORDS = {
     "IDS_CHECK_SHUTDOWN_REASON": "being checked", "IDS_BASE_DIFFERS": "become part",
     "IDS_BASE_UNDETERMINED": "continue with it",
     "IDS_COMPARE_DIFFERENT": "not equal", "IDS_COMPARE_FAILED": "compared", "IDS_COMPARE_ANSWERS_UNREADABLE": "The answers",
+    "IDS_PLAN_FAILED": "written", "IDS_PLAN_IS_OTHER": "replace", "IDS_PLAN_IN_DEPLOYMENT": "outside it",
+    "IDS_PLAN_WRITTEN": "Nothing was built",
 }
 CONTROL_WORDS = {
     "IDYES": "Yes", "IDNO": "No", "IDC_BACK": "Back", "IDC_RESET": "over", "IDC_LINK1": "guide", "IDC_LINK2": "notes",

@@ -1,0 +1,158 @@
+#include "setup/review_answers.h"
+
+#include "setup/review_lines.h"
+
+#include <algorithm>
+
+namespace {
+
+// "site_feed": "Site feed"
+CString InWords(const CString& word)
+{
+    CString words = word;
+    words.Replace(L"_", L" ");
+    return words.Left(1).MakeUpper() + words.Mid(1);
+}
+
+bool IsWord(AnswerKind kind)
+{
+    return kind == AnswerKind::Radio || kind == AnswerKind::Check || kind == AnswerKind::Entry ||
+           kind == AnswerKind::Choice || kind == AnswerKind::Clear;
+}
+
+bool IsLine(const PageAnswerTable& table, const RecordedValue& value)
+{
+    const AnswerKey* const key = FindAnswerKey(table, value.strWord);
+    return key && key->kind == AnswerKind::List;
+}
+
+CString FieldsInWords(const RecordedValue& value)
+{
+    CString fields;
+    for (const CString& field : value.fields) {
+        fields += (fields.IsEmpty() ? CString() : CString(L", ")) + L"\"" + field + L"\"";
+    }
+    return fields;
+}
+
+bool IsEmpty(const RecordedValue& value)
+{
+    return std::all_of(value.fields.begin(), value.fields.end(),
+                       [](const CString& field) { return field.IsEmpty(); });
+}
+
+CString ValueInWords(const PageAnswerTable& table, const RecordedValue& value)
+{
+    const AnswerKey* const key = FindAnswerKey(table, value.strWord);
+    if (IsEmpty(value)) {
+        return L"nothing";
+    }
+    if (key && IsWord(key->kind)) {
+        CString words = value.fields.front();
+        words.Replace(L"_", L" ");
+        return words;
+    }
+    return FieldsInWords(value);
+}
+
+class CPageReview
+{
+public:
+    explicit CPageReview(const RecordedPage& page) : m_page(page) { m_node = Line(page.strTitle); }
+
+    ReviewNode Make()
+    {
+        if (!m_page.bShown) {
+            m_node.children.push_back(Line(L"Nobody went to this page: all stays as it was."));
+        }
+        for (const RecordedValue& value : m_page.values) {
+            Add(value);
+        }
+        AddRest();
+        for (const RecordedQuestion& question : m_page.questions) {
+            m_node.children.push_back(Line(L"Asked about \"" + InWords(question.pBox->role) + L"\": " +
+                                           (question.bYes ? L"yes" : L"no")));
+        }
+        if (m_node.children.empty()) {
+            m_node.children.push_back(Line(L"Nothing to choose."));
+        }
+        return std::move(m_node);
+    }
+
+private:
+    ReviewNode Line(const CString& text) const
+    {
+        ReviewNode node = ReviewLine(text);
+        node.strPage = WizardExport(m_page.Page());
+        node.strProductCode = m_page.product.strCode;
+        return node;
+    }
+
+    void Add(const RecordedValue& value)
+    {
+        if (IsLine(*m_page.pTable, value) && m_lines++ >= MOST_REVIEW_LINES) {
+            ++m_rest;
+            m_changedRest += value.bProposed ? 0 : 1;
+            return;
+        }
+        ReviewNode node = Line(InWords(value.strWord) + L": " + ValueInWords(*m_page.pTable, value) +
+                               (value.bKept ? L" (kept, but not in effect)" : L""));
+        node.bChanged = !value.bProposed;
+        m_node.children.push_back(std::move(node));
+    }
+
+    void AddRest()
+    {
+        if (m_rest == 0) {
+            return;
+        }
+        CString text = L"and " + CountInWords(m_rest, L"more", L"more");
+        if (m_changedRest > 0) {
+            text += L", of which " + CountInWords(m_changedRest, L"differs", L"differ") +
+                    L" from what the page proposed";
+        }
+        ReviewNode node = Line(text);
+        node.bChanged = m_changedRest > 0;
+        m_node.children.push_back(std::move(node));
+    }
+
+    const RecordedPage& m_page;
+    ReviewNode m_node;
+    std::size_t m_lines = 0; // of lists
+    std::size_t m_rest = 0;  // of them that aren't shown
+    std::size_t m_changedRest = 0;
+};
+
+// Two products may have one name.
+ReviewNode ProductLine(const AnswerProduct& product, const std::vector<RecordedPage>& pages)
+{
+    const bool hasTwin = std::any_of(pages.begin(), pages.end(), [&](const RecordedPage& page) {
+        return page.product.strName == product.strName && !(page.product.strCode == product.strCode);
+    });
+    return ReviewLine(product.strName + (hasTwin ? L" " + product.strCode : CString()));
+}
+
+} // namespace
+
+ReviewDocument ReviewAnswers(const std::vector<RecordedPage>& pages)
+{
+    ReviewDocument lines;
+    std::vector<AnswerProduct> products;
+    for (const RecordedPage& page : pages) {
+        if (page.product.strName.IsEmpty() && page.product.strCode.IsEmpty()) {
+            lines.push_back(CPageReview(page).Make());
+        } else if (std::find(products.begin(), products.end(), page.product) == products.end()) {
+            products.push_back(page.product);
+        }
+    }
+    for (const AnswerProduct& product : products) {
+        ReviewNode node = ProductLine(product, pages);
+        for (const RecordedPage& page : pages) {
+            if (page.product == product) {
+                node.children.push_back(CPageReview(page).Make());
+            }
+        }
+        lines.push_back(std::move(node));
+    }
+    return lines;
+}
