@@ -63,3 +63,4 @@ std::vector<Comparison> MeasureFiles(const BenchOptions& options);
 std::vector<Comparison> MeasureGrid(const BenchOptions& options);
 std::vector<Comparison> MeasureCompare(const BenchOptions& options);
 std::vector<Comparison> MeasurePatches(const BenchOptions& options);
+std::vector<Comparison> MeasurePlans(const BenchOptions& options);

@@ -58,14 +58,16 @@ void WarnOfLogFolder(BuildRun& run)
         return;
     }
     CString reason;
+    const CString probe = JoinFolder(logs, L"." + run.plan.strName + L".probe-" + HexText(run.id));
     try {
-        const CString probe = JoinFolder(logs, L"." + run.plan.strName + L".probe-" + HexText(run.id));
         const CFileOwner file = OpenAlone(probe, true);
         if (file) {
             DeleteOnClose(file, probe);
         }
     } catch (const BuildFailure& failure) {
         reason = failure.message;
+        // Each probe has another name, and the check and the build warn in the same words.
+        reason.Replace(L"\"" + probe + L"\"", L"a file in \"" + logs + L"\"");
     }
     if (!reason.IsEmpty()) {
         run.Warn(

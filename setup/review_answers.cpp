@@ -74,7 +74,7 @@ public:
                                            (question.bYes ? L"yes" : L"no")));
         }
         if (m_node.children.empty()) {
-            m_node.children.push_back(Line(L"Nothing to choose."));
+            m_node.children.push_back(Line(L"Nothing is entered here."));
         }
         return std::move(m_node);
     }

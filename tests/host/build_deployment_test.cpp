@@ -232,6 +232,22 @@ TEST(BuildDeployment, ASignatureThatNoLongerFitsIsRemovedAndReported)
     EXPECT_HOLDS(ReadText(build.Target() + L"\\Changes.json"), L"\"signatureLost\": true");
 }
 
+// What is wrong besides may be why.
+TEST(BuildDeployment, ARefusedReviewHasTheWarningsUpToThenAndNothingElse)
+{
+    ProductOptions options;
+    options.prepare = Sign;
+    TestBuild build(options);
+    build.Change(CHANGE_DATABASE);
+    build.plan.files.push_back({build.Media() + L"\\x64\\Zolt\\readme.txt", L"Install.cmd"});
+    BuildReview review;
+    EXPECT_EQ(ReviewBuild(build.plan, review).code, static_cast<unsigned>(ERROR_BAD_PATHNAME));
+    ASSERT_EQ(review.warnings.size(), 1u);
+    EXPECT_HOLDS(review.warnings[0], L"digital signature is lost");
+    EXPECT_TRUE(review.databases.empty());
+    EXPECT_NE(build.Build().error.code, 0u);
+}
+
 TEST(BuildDeployment, AnUnchangedDatabaseKeepsItsSignature)
 {
     ProductOptions options;

@@ -370,7 +370,7 @@ TEST(SetupReview, ProductsOfOneNameAreToldApartByTheirCodes)
     const std::string text =
         TextOf(ComposeReview({Page(L"notices", ZOLT, {}), Page(L"notices", twin, {})}, {}, {}));
     EXPECT_NE(text.find("    Zolt 2027 {11111111-0000-0000-0000-000000000000}\n      Page notices\n"
-                        "        Nothing to choose.\n"
+                        "        Nothing is entered here.\n"
                         "    Zolt 2027 {22222222-0000-0000-0000-00000000000A}\n"),
               std::string::npos)
         << text;
