@@ -229,6 +229,23 @@ TEST_F(MergeReportTest, RefusesAPatchThatChangesWhileItIsBuilt)
     EXPECT_FALSE(Exists(build.Target()));
 }
 
+TEST_F(MergeReportTest, RefusesOtherFilesThanThoseThatWereDecidedOn)
+{
+    const CString copy = build.OwnPatch(L"beside\\First.msp");
+    build.MergeFile(copy, FIRST_PATCH_CODE);
+    build.onStep = [&](const CString& sentence) {
+        if (sentence.Find(L"Copying") == 0) {
+            EXPECT_TRUE(CopyFileW(PatchFixture(L"ChangedFirst.msp"), copy, FALSE));
+        }
+    };
+    const BuildResult result = build.Build();
+    EXPECT_GE(
+        result.error.message.Find(L"\"" + copy + L"\" can't be merged into Patch Test: it has changed since"),
+        0)
+        << Utf8(result.error.message);
+    EXPECT_FALSE(Exists(build.Target()));
+}
+
 TEST_F(MergeReportTest, LeavesNothingWhenItIsCanceledOnTheWay)
 {
     const Tree before = ReadTree(build.Folder().Path());

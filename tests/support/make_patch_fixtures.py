@@ -113,6 +113,8 @@ class Maker:
             self.write(name + ".msp", patch_file.compose(original, first, patch))
         superseding = named("{7C1E0001-2B5D-4E0C-9D41-3A6F00000008}", metadata=dict(METADATA, DisplayName="Newer"),
                             replaced_codes=[FIRST_CODE], family="PatchTest", sequence="2.0.0")
+        others = version_of(TESTED, "beside", "1.0.1", {place: text + "and more\r\n" for place, text in BY_FIRST.items()})
+        self.write("ChangedFirst.msp", patch_file.compose(original, others, named(FIRST_CODE, metadata=METADATA)))
         self.write("Superseding.msp", patch_file.compose(original, first, superseding))
 
     def make_unmergeable(self, original, first):

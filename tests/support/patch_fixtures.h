@@ -19,6 +19,7 @@
 //   HostileName      as First, with names of more than 1,500 characters, format signs, line ends and marks of direction
 //   Superseding      as First; its revision number goes on with the code of First
 //   SameCode         First, byte for byte, under another name
+//   ChangedFirst     as First, with its code, but with other contents of its files
 //   CutOff, Empty, NoPatch    damaged, no byte, and plain text
 //   SelfExtracting.exe        writes First.msp where " /e TARGET" says
 //   ExtractsNothing.exe       ends with 2 and writes nothing
