@@ -91,11 +91,11 @@ PAGE_WORDS = {
     "IDS_SHORTCUT_NAME_INVALID": "name of a custom shortcut can't", "IDS_SHORTCUT_NAME_TWICE": "the same name",
     "IDS_PATCH_FILTER": "Patch files", "IDS_PATCH_FILTER_PATTERN": "*.msp", "IDS_PATCH_RETRY": "again",
     "IDS_PATCH_DOWNLOAD": "&Download", "IDS_PATCH_CANCEL_DOWNLOAD": "Cancel download",
-    "IDS_PATCH_IS_DOWNLOADED": "is downloaded", "IDS_PATCH_CONNECT_FAILED": "could not be reached",
+    "IDS_PATCH_IS_DOWNLOADED": "has been downloaded", "IDS_PATCH_CONNECT_FAILED": "can't be reached",
     "IDS_PATCH_TIMED_OUT": "in time", "IDS_PATCH_UP_TO_DATE": "up to date",
-    "IDS_PATCH_NOT_DOWNLOADED": "isn't downloaded yet", "IDS_PATCH_UNUSABLE": "can't be used as a patch",
-    "IDS_PATCH_LISTED_ALREADY": "on the list already", "IDS_PATCHES_NOT_APPLICABLE": "do not apply",
-    "IDS_PATCH_OF_OTHER_PRODUCT": "not for this product", "IDS_PATCH_CHANGED": "contents differ",
+    "IDS_PATCH_NOT_DOWNLOADED": "hasn't been downloaded", "IDS_PATCH_UNUSABLE": "can't be used as a patch",
+    "IDS_PATCH_LISTED_ALREADY": "already on the list", "IDS_PATCHES_NOT_APPLICABLE": "don't apply",
+    "IDS_PATCH_OF_OTHER_PRODUCT": "isn't a patch for this product", "IDS_PATCH_CHANGED": "announced",
     "IDS_PATCH_MARK": "<img",
 }
 PROGRAM_WORDS = {
@@ -145,7 +145,7 @@ CONTROL_WORDS = {
     "IDC_DESKTOP_SHORTCUT": "desktop shortcut", "IDC_SHORTCUTS_HEADING": "Custom shortcuts",
     "IDC_BROWSER_REQUIRED": "browser", "IDC_SHEET_FORMAT": "sheet format",
     "IDC_PATCH_OFFERED": "update service", "IDC_PATCH_LISTED": "you select", "IDC_PATCH_NONE": "No service pack",
-    "IDC_PATCH_LIST_HEADING": "order", "IDC_PATCH_BROWSE": "Browse", "IDC_PATCH_REMOVE": "Remove",
+    "IDC_PATCH_LIST_HEADING": "Patch files", "IDC_PATCH_BROWSE": "Browse", "IDC_PATCH_REMOVE": "Remove",
     "IDC_PATCH_APPEND": "and then the patches", "IDC_PATCH_MERGE": "files in the deployment",
 }
 

@@ -135,7 +135,7 @@ class RefusedOfferTest(ServicePackTest):
 
     def test_other_bytes_than_announced_refuse_an_offered_service_pack(self):
         self.serve().spoil = lambda data: data[:-1] + bytes([data[-1] ^ 1])
-        self.assert_refused(self.OFFERED, self.LINE, "is not the one that the update service offers")
+        self.assert_refused(self.OFFERED, self.LINE, "isn't the file that the update service announced")
 
     def test_a_file_that_the_service_has_lost_refuses_an_offered_service_pack(self):
         service = self.serve()
@@ -156,7 +156,7 @@ class RefusedOfferTest(ServicePackTest):
         self.serve()
         run = self.wizard(self.answers_for("run.txt", BEGIN + ZOLT + "way = append\n"))
         self.assertEqual(run.code, 22, run.output)
-        self.assertIn("service_pack.choice: Zolt 2027: The service pack is selected, but it isn't downloaded yet.", run.output)
+        self.assertIn("service_pack.choice: Zolt 2027: The service pack is selected but hasn't been downloaded.", run.output)
         self.assertIn("the page proposed the value", run.output)
 
     def test_none_is_good_whatever_the_service_says(self):
@@ -196,9 +196,9 @@ class FilesTest(ServicePackTest):
         self.serve_nobody()
         files = ZOLT + "choice = files\nfile = patches\\Zolt2027Update1.msp\nfile = %s\n"
         for file, reason in (("patches\\none.msp", "The file doesn't exist."), ("patches", "This is a folder."),
-                             ("patches\\Zolt2027NoPatch.msp", "is not for this product"),
-                             ("patches\\Zolt2027CutOff.msp", "is not for this product"),
-                             ("patches\\ZoltViewer2027Update1.msp", "is not for this product")):
+                             ("patches\\Zolt2027NoPatch.msp", "isn't a patch for this product"),
+                             ("patches\\Zolt2027CutOff.msp", "isn't a patch for this product"),
+                             ("patches\\ZoltViewer2027Update1.msp", "isn't a patch for this product")):
             with self.subTest(file=file):
                 self.assert_refused(files % file, "file = " + file, reason)
 
@@ -206,7 +206,7 @@ class FilesTest(ServicePackTest):
         self.serve_nobody()
         shutil.copy(os.path.join(self.folder, "patches", "Zolt2027Update1.msp"), os.path.join(self.folder, "same.msp"))
         self.assert_refused(ZOLT + "choice = files\nfile = patches\\Zolt2027Update1.msp\nfile = same.msp\n",
-                            "file = same.msp", "is on the list already")
+                            "file = same.msp", "is already on the list")
 
     def test_files_without_their_choice_are_refused(self):
         self.serve_nobody()
