@@ -202,6 +202,7 @@ protected:
         Press(IDC_FILES_TREE, IDC_NEXT);
         Press(IDC_PARTS_BAY, IDC_NEXT);
         Press(IDC_UPDATES, IDC_NEXT);
+        Press(IDC_PATCH_LIST, IDC_NEXT);
     }
 
     static constexpr const wchar_t* CABINET = L"Data1.cab";

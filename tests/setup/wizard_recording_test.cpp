@@ -156,7 +156,8 @@ TEST_F(WizardRecording, TheTabsOfADeploymentThatIsModifiedAreRecorded)
                       L"(sheet_format=yes), (profile=Default)\n"
                       L"resources/Zolt 2027: parts_bay=no, (member_bay=yes), (round_trip=yes), "
                       L"(send_computer_name=no), (search_locations=yes)\n"
-                      L"notices/Zolt 2027: not shown"));
+                      L"notices/Zolt 2027: not shown\n"
+                      L"service_pack/Zolt 2027: not shown"));
 }
 
 // Also what it kept before: a deployment that isn't built upon this one would keep something else.
