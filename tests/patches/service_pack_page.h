@@ -109,9 +109,11 @@ private:
     bool Has(int id, LONG style) const;
     void MakePackage();
     void MeetPageOnce();
+    void AllowForDrawingContexts();
 
     PatchLibraryCalls m_calls = {NotePreparation, NoteIdentity, NoteQuery, NoteCheck};
     CInstallerHandle m_database;
+    int m_drawingObjects = 0; // at the start
 };
 
 // A text of the record.
