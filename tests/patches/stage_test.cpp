@@ -1,7 +1,19 @@
 // What each stage of the page shows, hides, enables and checks, in the modes of a deployment and outside.
 #include "tests/patches/service_pack_page.h"
 
+#include <optional>
+
 namespace {
+
+std::vector<CString> g_opened;
+
+HINSTANCE WINAPI NoteOpening(HWND, const wchar_t*, const wchar_t* target, const wchar_t*, const wchar_t*, int)
+{
+    if (target && *target) {
+        g_opened.push_back(target);
+    }
+    return reinterpret_cast<HINSTANCE>(42);
+}
 
 // The forms of the controls (PatchPage::Form) in one stage. Those of the way (append, merge) hold in a deployment's modes.
 struct StageForms
@@ -190,6 +202,34 @@ TEST_P(PatchStages, AnOfferIsNamedAndHasADownloadButton)
         EXPECT_EQ(Text(IDC_PATCH_ACTION), ResourceText(IDS_PATCH_DOWNLOAD));
     });
     LeaveWithoutPatch();
+}
+
+TEST_P(PatchStages, TheNameOpensTheReadmeOfTheWebAndNothingElse)
+{
+    const std::pair<const wchar_t*, bool> rows[] = {{L"http://127.0.0.1:9/zolt/readme.html", true},
+                                                    {L"https://127.0.0.1:9/readme", true},
+                                                    {L"C:\\Windows\\notepad.exe", false},
+                                                    {L"file:///C:/Windows/notepad.exe", false},
+                                                    {L"", false}};
+    for (const auto& [address, opened] : rows) {
+        SCOPED_TRACE(Utf8(address));
+        std::optional<CImportRedirect> shell;
+        WithOffer();
+        WithChoice(0);
+        SetField(answer.ReadmeUrl, address);
+        g_opened.clear();
+        Look([&shell] {
+            shell.emplace(L"RolloutUi.dll", "ShellExecuteW", reinterpret_cast<void*>(NoteOpening));
+            ASSERT_TRUE(shell->IsInPlace());
+        });
+        Look([this] { // as by Enter
+            const HWND link = Control(IDC_PATCH_LINK).GetWindow();
+            SendMessageW(link, WM_CHAR, VK_RETURN, 0);
+        });
+        Look([&shell] { shell.reset(); });
+        ShowAndGoBack();
+        EXPECT_EQ(g_opened, opened ? Lines{address} : Lines());
+    }
 }
 
 TEST_P(PatchStages, AnOfferIsStoredOnTheProduct)
