@@ -1,6 +1,7 @@
 // A host without media, for what asks it little.
 #pragma once
 
+#include "builder/build_review.h"
 #include "host/setup_host.h"
 
 #include <stdexcept>
