@@ -339,7 +339,8 @@ private:
     void CheckPatch(const RecordedPatch& patch)
     {
         if (!IsThere(patch.strFile)) {
-            if (!FindingOf(patch.strFile)) {
+            // What the manifest doesn't name was never there.
+            if (m_check.manifest != ManifestState::Read && !patch.bMerged && !FindingOf(patch.strFile)) {
                 Find(FindingKind::Missing, patch.strFile);
             }
             return;

@@ -10,9 +10,10 @@
 
 struct RecordedPatch
 {
-    CString strFile;   // relative path in the deployment
-    CString strCode;   // with braces; empty where the deployment doesn't record it
-    CString strSha256; // likewise
+    CString strFile;      // relative path in the deployment
+    CString strCode;      // with braces; empty where the deployment doesn't record it
+    CString strSha256;    // likewise
+    bool bMerged = false; // its content is part of the image then, and its file need not be
 };
 
 // What the deployment file says that can be held against the rest.

@@ -20,7 +20,9 @@ CString ReadRecord(const CString& file, DeploymentRecord& record)
     for (const StoredProduct& product : deployment.products) {
         record.productCodes.push_back(product.strProductCode);
         for (const StoredPatch& patch : product.patches) {
-            record.patches.push_back({JoinFolder(IMAGE_FOLDER, patch.file), {}, {}});
+            if (!patch.file.IsEmpty()) { // of one that was merged without its file nothing can be looked at
+                record.patches.push_back({JoinFolder(IMAGE_FOLDER, patch.file), {}, {}, patch.merged});
+            }
         }
     }
     return {};
