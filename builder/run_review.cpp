@@ -51,8 +51,10 @@ DatabaseReview ReviewDatabase(const DatabaseDecision& decision)
     for (const MergedPatch& patch : database.mergedPatches) {
         review.merged.push_back(NamedPatch(database, patch));
     }
-    for (const MergedPatch& patch : database.mergedBefore) {
-        review.mergedBefore.push_back(NamedPatch(database, patch));
+    for (const ListedPatch& patch : database.patches) {
+        if (patch.use == ListedPatch::Use::MergedBefore) {
+            review.mergedBefore.push_back(NamedPatch(database, MergedPatch{patch.strSource, patch.strCode}));
+        }
     }
     for (const UserFile& file : decision.added.additions.files) {
         review.addedFiles.push_back({JoinFolder(file.strShownFolder, file.strName), file.size});
