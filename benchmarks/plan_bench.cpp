@@ -3,6 +3,7 @@
 #include "benchmarks/measurement.h"
 
 #include "builder/build_check.h"
+#include "builder/build_lock.h"
 #include "builder/deployment_builder.h"
 #include "installer/database.h"
 #include "setup/review_compose.h"
@@ -101,12 +102,17 @@ private:
     BuildPlan m_plan;
 };
 
+// What a build's check does, and nothing that reports it; what was read is freed within the time, on both sides.
 double Decide(const BuildPlan& plan)
 {
     CSilentProgress progress;
     const double start = NowMilliseconds();
-    BuildRun run(plan, progress);
-    CheckPlan(run);
+    {
+        BuildRun run(plan, progress);
+        CheckPlan(run);
+        RequireLockFree(plan.strLocation, plan.strName);
+        ProbeRightToWrite(run);
+    }
     return NowMilliseconds() - start;
 }
 

@@ -40,6 +40,23 @@ TEST(SetupCommandLine, EveryOptionTakesTheNextArgument)
     EXPECT_TRUE(line.bCheck);
 }
 
+TEST(SetupCommandLine, APlanEndsTheRunBeforeTheBuildWithOrWithoutAPerson)
+{
+    const CommandLine byHand = Parsed({L"--plan", L"plan.txt"});
+    EXPECT_EQ(byHand.strPlan, CString(L"plan.txt"));
+    EXPECT_FALSE(byHand.Builds());
+    EXPECT_FALSE(byHand.IsUnattended());
+    EXPECT_TRUE(Parsed({L"--plan", L"plan.txt", L"--answers", L"a.txt"}).IsUnattended());
+    EXPECT_FALSE(Parsed({L"--check"}).Builds());
+    EXPECT_TRUE(Parsed({L"--answers", L"a.txt"}).Builds());
+}
+
+TEST(SetupCommandLine, TheUsageShowsHowAPlanIsWritten)
+{
+    EXPECT_HOLDS(CommandLineUsage(),
+                 L"Example: Setup.exe --media D:\\Media --answers office.txt --plan office-plan.txt");
+}
+
 TEST(SetupCommandLine, AValueMayStandBehindAnEqualsSign)
 {
     EXPECT_EQ(Parsed({L"--media=D:\\a=b"}).strMedia, CString(L"D:\\a=b"));
