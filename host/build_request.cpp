@@ -2,9 +2,11 @@
 
 #include "base/files.h"
 #include "base/path_text.h"
+#include "builder/build_failure.h"
 #include "builder/deployment_builder.h"
 #include "builder/deployment_place.h"
 #include "builder/package_sources.h"
+#include "builder/patch_check.h"
 #include "host/host_messages.h"
 #include "host/patch_plan.h"
 #include "host/read_again.h"
@@ -187,6 +189,19 @@ OperationError CheckSources(const std::vector<std::unique_ptr<CHostProduct>>& pr
     return {};
 }
 
+// Texts that can't be read again are the fault of a patch that has no code or content to write, if there is such a one.
+OperationError PreferPatchFault(const BuildPlan& plan, const OperationError& textFault)
+{
+    try {
+        if (textFault) {
+            RequirePatchesApply(plan, [] {});
+        }
+        return textFault;
+    } catch (const BuildFailure& failure) {
+        return {failure.code, failure.message};
+    }
+}
+
 // The plan, or why there can be none.
 OperationError DecidePlan(CHostSetupManager& manager, const CString& answers, BuildPlan& plan)
 {
@@ -205,7 +220,7 @@ OperationError DecidePlan(CHostSetupManager& manager, const CString& answers, Bu
     }
     CPlanMaker maker(manager, verdict.strStamp);
     plan = maker.Make(answers);
-    return maker.CheckTexts();
+    return PreferPatchFault(plan, maker.CheckTexts());
 }
 
 } // namespace

@@ -208,11 +208,13 @@ TEST_F(PatchBuildTest, TheVersionThatMergingLeadsToStandsInTheImageAndTheNotes)
 TEST_F(PatchBuildTest, APatchThatIsGoneIsRefusedByName)
 {
     Start();
-    const CString file = First();
-    Choose(FirstOf(*host), {file}, Setup::PATCHSTATE_APPEND);
-    ASSERT_TRUE(DeleteFileW(file));
-    ExpectRefusedNow(ERROR_FILE_NOT_FOUND,
-                     {L"\"" + file + L"\" " + PRODUCT, L"no longer there", L"remove it from the list"});
+    for (const auto state : {Setup::PATCHSTATE_APPEND, Setup::PATCHSTATE_MERGE}) {
+        const CString file = First(NumberText(state) + L".msp");
+        Choose(FirstOf(*host), {file}, state);
+        ASSERT_TRUE(DeleteFileW(file));
+        ExpectRefusedNow(ERROR_FILE_NOT_FOUND,
+                         {L"\"" + file + L"\" " + PRODUCT, L"no longer there", L"remove it from the list"});
+    }
 }
 
 TEST_F(PatchBuildTest, AFileThatIsNoPatchIsRefusedByName)
@@ -220,8 +222,12 @@ TEST_F(PatchBuildTest, AFileThatIsNoPatchIsRefusedByName)
     Start();
     for (const wchar_t* fixture : {L"CutOff.msp", L"Empty.msp", L"NoPatch.msp", L"beside\\PatchTest.msi"}) {
         const CString file = CopyOf(fixture, LastName(fixture));
-        ExpectRefused({file}, ERROR_PATCH_PACKAGE_INVALID,
-                      {L"\"" + file + L"\" " + PRODUCT, L"isn't a patch", L"Remove the patch from the list"});
+        for (const auto state : {Setup::PATCHSTATE_APPEND, Setup::PATCHSTATE_MERGE}) {
+            ExpectRefused(
+                {file}, ERROR_PATCH_PACKAGE_INVALID,
+                {L"\"" + file + L"\" " + PRODUCT, L"isn't a patch", L"Remove the patch from the list"},
+                state);
+        }
     }
 }
 
