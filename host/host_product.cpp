@@ -45,6 +45,10 @@ bool CopyValue(const CString& value, wchar_t* buffer, int* size)
     return fits;
 }
 
+// Of the include choice.
+constexpr int INCLUDE_UNSET = -1;
+constexpr int INCLUDE_DOWNLOAD = 1;
+
 // What the pages added, files alone: the key, and where the file comes from.
 constexpr const wchar_t* ADDED_FILES =
     L"SELECT `Component_`,`SourceFileName` FROM `TarnCustomFile` WHERE `Flags`=0";
@@ -366,7 +370,6 @@ void CHostProduct::Load(const StoredProduct& stored, const CString& imageRoot, s
     m_properties = stored.properties;
     RestoreSources(stored.addedFiles);
     LoadPatches(stored, imageRoot, warnings);
-    m_patchFlag = stored.includePatch;
     m_strPatchName = stored.strPatchName;
     m_strPatchReadme = stored.strPatchReadme;
     m_strPatchSize = stored.strPatchSize;
@@ -374,6 +377,9 @@ void CHostProduct::Load(const StoredProduct& stored, const CString& imageRoot, s
     const CString path = imageRoot + stored.strPatchPath;
     m_bPatchDownloaded = !stored.strPatchPath.IsEmpty() && m_patches.FindStored(path);
     m_strPatchPath = m_bPatchDownloaded ? path : CString();
+    // The page enables the choice of a download only with one at hand.
+    m_patchFlag =
+        stored.includePatch == INCLUDE_DOWNLOAD && !m_bPatchDownloaded ? INCLUDE_UNSET : stored.includePatch;
 }
 
 void CHostProduct::LoadMergedPatches(const StoredProduct& stored, const CString& imageRoot,
@@ -381,8 +387,6 @@ void CHostProduct::LoadMergedPatches(const StoredProduct& stored, const CString&
 {
     LoadPatches(stored, imageRoot, warnings);
     m_patchState = Setup::PATCHSTATE_NONE;
-    if (m_imagePatchState != Setup::PATCHSTATE_MERGED) {
-        m_imagePatchState = Setup::PATCHSTATE_NONE;
-    }
+    m_imagePatchState = m_patches.HasMerged() ? Setup::PATCHSTATE_MERGED : Setup::PATCHSTATE_NONE;
     std::erase_if(m_patchFiles, [&](const CString& file) { return !m_patches.FindStored(file)->merged; });
 }

@@ -16,12 +16,12 @@ PatchUse UseOfPatches(Setup::tagPATCHSTATE chosen)
 
 Setup::tagPATCHSTATE StateInImage(const PatchesOfImage& patches)
 {
-    if (patches.hasMerged) {
-        return Setup::PATCHSTATE_MERGED;
-    }
-    const bool appended =
+    const bool appends =
         UseOfPatches(static_cast<Setup::tagPATCHSTATE>(patches.storedState)) == PatchUse::Append;
-    return appended && patches.hasUnmerged ? Setup::PATCHSTATE_APPENDED : Setup::PATCHSTATE_NONE;
+    if (appends && patches.hasUnmerged) {
+        return Setup::PATCHSTATE_APPENDED;
+    }
+    return patches.hasMerged ? Setup::PATCHSTATE_MERGED : Setup::PATCHSTATE_NONE;
 }
 
 Setup::tagPATCHSTATE ChosenState(const PatchesOfImage& patches)

@@ -12,7 +12,7 @@ struct PatchesOfImage
     bool hasUnmerged = false; // patches that aren't merged lie in the image
 };
 
-// What the deployment has: 3 with appended patches, 5 with merged ones, otherwise 0.
+// What the deployment has: 3 with appended patches, merged ones beside them or not, 5 with merged ones alone, otherwise 0.
 [[nodiscard]] Setup::tagPATCHSTATE StateInImage(const PatchesOfImage& patches);
 // What was chosen when it was built, as the page finds it. Merging that is done comes back as done; what was chosen for
 // patches that are no longer there, as chosen for an empty list.

@@ -260,10 +260,47 @@ TEST_F(PatchesOnHostTest, EachIncludeChoiceComesBack)
 {
     for (const int choice : {0, 1, 2, -1}) {
         CProduct& product = choice == 0 ? Start() : OpenAgain();
+        if (choice == 1) {
+            Choose(product, {Download(product, L"beside\\First.msp", L"first.msp")},
+                   Setup::PATCHSTATE_APPEND);
+        }
         product.SetIncludeSP(choice);
         Build();
         EXPECT_EQ(OpenAgain().m_patchFlag, choice);
     }
+}
+
+// The page would offer a download that it can't name, and let nobody go on.
+TEST_F(PatchesOnHostTest, TheChoiceOfADownloadIsOpenAgainWhenItsFileIsNotThere)
+{
+    CProduct& unfinished = Start();
+    unfinished.SetIncludeSP(1); // left before anything was downloaded
+    Build();
+    EXPECT_EQ(OpenAgain().m_patchFlag, -1);
+    Choose(FirstOf(*host), {Download(FirstOf(*host), L"beside\\First.msp", L"first.msp")},
+           Setup::PATCHSTATE_APPEND, 1);
+    Build();
+    host.reset();
+    ASSERT_TRUE(DeleteFileW(InImage(L"first.msp")));
+    CProduct& lost = OpenAgain();
+    EXPECT_EQ(lost.m_patchFlag, -1);
+    EXPECT_FALSE(lost.m_bPatchDownloaded);
+}
+
+// Without the appended ones locked, they would be merged without anybody's choice.
+TEST_F(PatchesOnHostTest, PatchesAppendedToMergedOnesComeBackAsAppended)
+{
+    BuildMerged({CopyOf(L"beside\\First.msp", L"first.msp")});
+    CProduct& product = OpenAgain();
+    Choose(product, {product.m_patchFiles[0], CopyOf(L"beside\\Second.msp", L"second.msp")},
+           Setup::PATCHSTATE_APPEND);
+    Build();
+    CProduct& again = OpenAgain(Setup::SETUPMODE_CREATE_FROM_DEPLOYMENT, L"South");
+    EXPECT_EQ(again.GetMsiPatchState(), Setup::PATCHSTATE_APPENDED);
+    EXPECT_EQ(again.GetPatchState(), Setup::PATCHSTATE_APPEND);
+    EXPECT_EQ(OpenAgain(Setup::SETUPMODE_CREATE_DEPLOYMENT, L"West").GetMsiPatchState(),
+              Setup::PATCHSTATE_MERGED)
+        << "a new deployment has the database alone";
 }
 
 // A file from before patches were known by code and content.
