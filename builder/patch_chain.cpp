@@ -38,6 +38,12 @@ Version NumbersOf(const CString& text, std::size_t count)
     return version;
 }
 
+bool FitsCode(const PatchTransform& transform, const CString& productCode)
+{
+    return (transform.conditions & SAME_PRODUCT) == 0 ||
+           transform.strProductCode.CompareNoCase(productCode) == 0;
+}
+
 bool FitsVersion(const PatchTransform& transform, const CString& version)
 {
     const std::size_t count = transform.conditions & COUNTS_UPDATE  ? 3
@@ -92,9 +98,19 @@ bool ReadTransformCodes(const CString& codes, unsigned int flags, PatchTransform
 
 bool FitsProduct(const PatchTransform& transform, const CString& productCode, const CString& version)
 {
-    const bool fitsCode = (transform.conditions & SAME_PRODUCT) == 0 ||
-                          transform.strProductCode.CompareNoCase(productCode) == 0;
-    return fitsCode && FitsVersion(transform, version);
+    return FitsCode(transform, productCode) && FitsVersion(transform, version);
+}
+
+std::vector<CString> VersionsMadeFor(const std::vector<PatchTransform>& patch, const CString& productCode)
+{
+    std::vector<CString> versions;
+    for (const PatchTransform& transform : patch) {
+        if (FitsCode(transform, productCode) &&
+            std::find(versions.begin(), versions.end(), transform.strOldVersion) == versions.end()) {
+            versions.push_back(transform.strOldVersion);
+        }
+    }
+    return versions;
 }
 
 PatchChain ChainPatches(const std::vector<std::vector<PatchTransform>>& patches, const CString& productCode,

@@ -26,6 +26,10 @@ struct PatchTransform
 [[nodiscard]] bool FitsProduct(const PatchTransform& transform, const CString& productCode,
                                const CString& version);
 
+// The versions of that product that they are made for, each once; empty when they are made for other products.
+[[nodiscard]] std::vector<CString> VersionsMadeFor(const std::vector<PatchTransform>& patch,
+                                                   const CString& productCode);
+
 struct PatchChain
 {
     // Indexes of the patches: each behind those that lead to the version that it is made for; otherwise as they were.

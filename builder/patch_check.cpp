@@ -115,13 +115,19 @@ private:
             return;
         }
         const std::size_t first = chain.unfit.front();
-        CString made;
-        for (const PatchTransform& transform : patches[first]) {
-            made += (made.IsEmpty() ? L"" : L", ") + transform.strOldVersion;
+        const std::vector<CString> made = VersionsMadeFor(patches[first], m_database.strProductCode);
+        if (made.empty()) {
+            Refuse(BUILD_PATCH_NOT_APPLICABLE, m_patches[first],
+                   L"doesn't apply: it is made for another product.");
+        }
+        CString list;
+        for (const CString& one : made) {
+            list += (list.IsEmpty() ? L"" : L", ") + one;
         }
         Refuse(BUILD_PATCH_NOT_APPLICABLE, m_patches[first],
-               L"doesn't apply: it is made for version " + made + L", and the product has version " +
-                   ShownText(version) + L".");
+               L"doesn't apply: it is made for " +
+                   CString(made.size() == 1 ? L"version " : L"the versions ") + list +
+                   L", and the product has version " + ShownText(version) + L".");
     }
 
     void RequireInstallersWord() const

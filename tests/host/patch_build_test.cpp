@@ -236,7 +236,8 @@ TEST_F(PatchBuildTest, APatchOfAnotherProductIsRefusedByName)
     Start();
     const CString file = CopyOf(L"OtherProduct.msp", L"other.msp");
     ExpectRefused({First(), file}, ERROR_PATCH_TARGET_NOT_FOUND,
-                  {L"\"" + file + L"\" " + PRODUCT, L"doesn't apply", L"Remove the patch from the list"});
+                  {L"\"" + file + L"\" " + PRODUCT, L"doesn't apply: it is made for another product.",
+                   L"Remove the patch from the list"});
     ExpectRefused({file}, ERROR_PATCH_TARGET_NOT_FOUND, {L"\"" + file + L"\" " + PRODUCT},
                   Setup::PATCHSTATE_MERGE);
 }

@@ -48,6 +48,16 @@ TEST(PatchTransformTest, ATextOfAnotherFormIsNotRead)
     }
 }
 
+TEST(PatchTransformTest, OnlyTheVersionsOfTheProductItselfAreNamedAndEachOnce)
+{
+    const PatchTransform other{OTHER_CODE, L"9.0.0", L"9.0.1", EXACT};
+    EXPECT_EQ(
+        VersionsMadeFor({other, Step(L"1.0.0", L"1.0.2"), Step(L"1.0.1", L"1.0.2"), Step(L"1.0.0", L"1.0.3")},
+                        CODE),
+        (std::vector<CString>{L"1.0.0", L"1.0.1"}));
+    EXPECT_TRUE(VersionsMadeFor({other}, CODE).empty());
+}
+
 TEST(PatchTransformTest, EachConditionIsLookedAtAndNoOther)
 {
     const struct
