@@ -5,6 +5,7 @@
 #include "builder/cabinet.h"
 #include "builder/database_edit.h"
 #include "builder/database_snapshot.h"
+#include "builder/file_hash.h"
 #include "builder/named_table.h"
 #include "builder/patch_package.h"
 #include "builder/shown_text.h"
@@ -57,6 +58,7 @@ void CMergeWriter::WriteFiles()
         m_run.log.Write(L"Patch merged: " + patch.strName + L" (" + patch.strFile + L", " + patch.strCode +
                         L"), version " + patch.strOldVersion + L" -> " + patch.strNewVersion);
     }
+    HoldPatches();
     UnpackPatches();
     LayLooseFiles();
     for (const MergedCabinet& cabinet : m_merge.cabinets) {
@@ -71,6 +73,24 @@ const CString& CMergeWriter::NewScratch()
     m_scratch.push_back(std::make_unique<CScratchFile>(m_database.strWorkingCopy + L".merged" +
                                                        NumberText(static_cast<long long>(m_scratch.size()))));
     return m_scratch.back()->Path();
+}
+
+// They are read once more here and in the end, a while after the check.
+void CMergeWriter::HoldPatches()
+{
+    const std::function<void()> poll = [this] { m_run.meter.Poll(); };
+    for (const ChosenPatch& chosen : m_merge.patches) {
+        const CString& path = chosen.patch.strSource;
+        m_held.push_back(OpenUnchanging(path));
+        for (const ListedPatch& listed : m_database.patches) {
+            const bool isThis = listed.use == ListedPatch::Use::Merged &&
+                                listed.strCode.CompareNoCase(chosen.patch.strCode) == 0;
+            if (isThis && !listed.strSha256.IsEmpty() && HashOfFile(path, poll) != listed.strSha256) {
+                RefusePatch(BUILD_FILE_CHANGED, path, m_database.strProductName,
+                            L"has changed since it was chosen");
+            }
+        }
+    }
 }
 
 void CMergeWriter::UnpackPatches()

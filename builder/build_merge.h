@@ -3,6 +3,7 @@
 #pragma once
 
 #include "builder/build_run.h"
+#include "builder/file_operations.h"
 #include "builder/scratch_file.h"
 
 #include <memory>
@@ -19,6 +20,7 @@ public:
     void WriteDatabase(const CString& copy);
 
 private:
+    void HoldPatches();
     void UnpackPatches();
     void RequireSize(const MergedFile& file) const;
     void NoteHash(const MergedFile& file);
@@ -32,6 +34,7 @@ private:
     DatabaseDecision& m_decision;
     const MergeDecision& m_merge;
     const BuildDatabase& m_database;
+    std::vector<CFileOwner> m_held; // the patches, so that nobody changes them until all is written
     std::vector<std::unique_ptr<CScratchFile>> m_scratch;
     std::map<CString, CString> m_contents; // full paths by key of file
     std::map<CString, CString> m_streams;  // full paths of cabinets within the database, by name

@@ -4,6 +4,7 @@
 #include "builder/build_failure.h"
 #include "builder/build_lock.h"
 #include "builder/build_names.h"
+#include "builder/patch_check.h"
 #include "builder/shown_text.h"
 
 #include <exception>
@@ -149,6 +150,7 @@ void RunPhases(BuildRun& run)
         CopyFiles(run);
         BuildDatabases(run);
         ListCopiedFiles(run);
+        RequirePatchesAsChosen(run.plan, run.manifest);
         JudgeOld(run);
         WriteOutputs(run);
         Publish(run);

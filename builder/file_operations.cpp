@@ -319,6 +319,13 @@ bool IsRemote(const CString& path)
            (path.Mid(1, 1) == L":" && GetDriveTypeW(path.Left(2) + L"\\") == DRIVE_REMOTE);
 }
 
+CFileOwner OpenUnchanging(const CString& path)
+{
+    CFileOwner file = Open(path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+    Check(file, L"Opening", path);
+    return file;
+}
+
 CFileOwner OpenAlone(const CString& path, bool makeIt)
 {
     CFileOwner file = Open(path, GENERIC_READ | GENERIC_WRITE | DELETE, 0,

@@ -81,6 +81,8 @@ void RequireNothingOpenBelow(const CString& path, const std::function<void()>& p
 [[nodiscard]] std::uint64_t FreeBytes(const CString& folder);
 [[nodiscard]] bool IsRemote(const CString& path);
 
+// Opens a file that nobody can write, rename or delete meanwhile.
+[[nodiscard]] CFileOwner OpenUnchanging(const CString& path);
 // Opens or makes a file that nobody else can open meanwhile. Empty: another one holds it.
 [[nodiscard]] CFileOwner OpenAlone(const CString& path, bool makeIt);
 // The whole content of a small file; replaces it; marks it for deletion when the handle closes.

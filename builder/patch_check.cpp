@@ -30,6 +30,7 @@ public:
 
     void Check() const
     {
+        RequireMergedBefore();
         if (m_patches.empty()) {
             return;
         }
@@ -42,6 +43,16 @@ public:
         RequireInstallersWord();
     }
 
+    void RequireCopied(const std::map<CString, CString>& hashes) const
+    {
+        for (const ListedPatch& patch : m_database.patches) {
+            const auto copied = hashes.find(patch.strTarget);
+            if (copied != hashes.end()) {
+                RequireContent(patch, copied->second);
+            }
+        }
+    }
+
 private:
     CString Named(const ListedPatch& patch) const
     {
@@ -52,6 +63,31 @@ private:
     [[noreturn]] void Refuse(unsigned int code, const ListedPatch& patch, const CString& what) const
     {
         throw BuildFailure{code, Named(patch) + L" " + what + L" " + RemedyOf(code)};
+    }
+
+    void RequireContent(const ListedPatch& patch, const CString& hash) const
+    {
+        if (patch.strSha256.IsEmpty() || hash == patch.strSha256) {
+            return;
+        }
+        if (patch.use == ListedPatch::Use::MergedBefore) { // no list has it that it could be taken off
+            throw BuildFailure{BUILD_FILE_CHANGED,
+                               Named(patch) +
+                                   L" has changed since it was merged. Put the file back as it was, "
+                                   L"or delete it: the package has its changes already."};
+        }
+        Refuse(BUILD_FILE_CHANGED, patch, L"has changed since it was chosen.");
+    }
+
+    // Their content is known, though nothing else of them is looked at.
+    void RequireMergedBefore() const
+    {
+        for (const ListedPatch& patch : m_database.patches) {
+            if (patch.use == ListedPatch::Use::MergedBefore && !patch.strSource.IsEmpty() &&
+                !patch.strSha256.IsEmpty()) {
+                RequireContent(patch, HashOfFile(patch.strSource, m_poll));
+            }
+        }
     }
 
     void RequireFile(const ListedPatch& patch) const
@@ -73,8 +109,8 @@ private:
         if (!IsBracedGuid(patch.strCode)) {
             Refuse(BUILD_PATCH_DAMAGED, patch, L"has no patch code.");
         }
-        if (!patch.strSha256.IsEmpty() && HashOfFile(patch.strSource, m_poll) != patch.strSha256) {
-            Refuse(BUILD_FILE_CHANGED, patch, L"has changed since it was chosen.");
+        if (!patch.strSha256.IsEmpty()) {
+            RequireContent(patch, HashOfFile(patch.strSource, m_poll));
         }
     }
 
@@ -170,5 +206,16 @@ void RequirePatchesApply(const BuildPlan& plan, const std::function<void()>& pol
 {
     for (const BuildDatabase& database : plan.databases) {
         CPatchCheck(database, poll).Check();
+    }
+}
+
+void RequirePatchesAsChosen(const BuildPlan& plan, const std::vector<ManifestEntry>& copied)
+{
+    std::map<CString, CString> hashes;
+    for (const ManifestEntry& entry : copied) {
+        hashes[entry.strPath] = entry.strSha256;
+    }
+    for (const BuildDatabase& database : plan.databases) {
+        CPatchCheck(database, [] {}).RequireCopied(hashes);
     }
 }

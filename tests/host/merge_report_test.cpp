@@ -1,5 +1,6 @@
 // What a build with merged patches writes about them, and that the administrator's own changes come on top.
 #include "builder/database_snapshot.h"
+#include "builder/file_hash.h"
 #include "tests/host/merge_build.h"
 #include "tests/host/user_additions.h"
 
@@ -244,6 +245,50 @@ TEST_F(MergeReportTest, RefusesOtherFilesThanThoseThatWereDecidedOn)
         0)
         << Utf8(result.error.message);
     EXPECT_FALSE(Exists(build.Target()));
+}
+
+// By another file of its size and code.
+TEST_F(MergeReportTest, RefusesEveryPatchThatChangesAfterTheCheck)
+{
+    const CString code = FIRST_PATCH_CODE;
+    for (const auto use :
+         {ListedPatch::Use::Appended, ListedPatch::Use::Merged, ListedPatch::Use::MergedBefore}) {
+        MergeBuild own(L"beside");
+        const CString copy = own.OwnPatch(L"beside\\First.msp");
+        WriteBytes(copy, ReadBytes(copy) + std::string(4096, '\0'));
+        const CString target = L"Image\\x64\\PatchTest\\ServicePacks\\First.msp";
+        own.plan.files.push_back({copy, target});
+        own.Product().patches = {{copy, target, code, L"", HashOfFile(copy, [] {}), use}};
+        if (use == ListedPatch::Use::Merged) {
+            own.MergeFile(copy, code);
+        }
+        const CString step = use == ListedPatch::Use::Merged ? L"Merging" : L"Copying";
+        own.onStep = [&](const CString& sentence) {
+            if (sentence.Find(step) == 0) {
+                WriteBytes(copy, ReadBytes(PatchFixture(L"beside\\First.msp")) + std::string(4096, '\1'));
+            }
+        };
+        const BuildResult result = own.Build();
+        EXPECT_EQ(result.error.code, 1006u) << Utf8(result.error.message);
+        EXPECT_GE(result.error.message.Find(L"\"" + copy + L"\""), 0) << Utf8(result.error.message);
+        EXPECT_GE(result.error.message.Find(L"has changed since it was "), 0) << Utf8(result.error.message);
+        EXPECT_FALSE(Exists(own.Target()));
+    }
+}
+
+// The image has its changes already, so the file is there for people alone.
+TEST_F(MergeReportTest, RefusesAFileOfAPatchMergedBeforeThatIsAnother)
+{
+    const CString copy = build.OwnPatch(L"beside\\First.msp");
+    const CString target = L"Image\\x64\\PatchTest\\ServicePacks\\First.msp";
+    build.plan.files.push_back({copy, target});
+    build.Product().patches = {{copy, target, FIRST_PATCH_CODE, L"", CString(std::wstring(64, L'0').c_str()),
+                                ListedPatch::Use::MergedBefore}};
+    std::vector<CString> warnings;
+    const OperationError check = CheckBuild(build.plan, warnings);
+    EXPECT_EQ(check.code, 1006u);
+    EXPECT_GE(check.message.Find(L"\"" + copy + L"\""), 0) << Utf8(check.message);
+    EXPECT_GE(check.message.Find(L"Put the file back as it was, or delete it"), 0) << Utf8(check.message);
 }
 
 TEST_F(MergeReportTest, LeavesNothingWhenItIsCanceledOnTheWay)
