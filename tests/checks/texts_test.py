@@ -15,7 +15,8 @@ PAGE_FOLDERS = ("frame", "pages", "online", "paths", "files", "patches", "workst
 # The numbers among what is filled in; all else is text.
 NUMBERS = {"IDS_NEW_FOLDER_NUMBERED": {"d"}, "IDS_PATCH_MARK": {"d"}}
 # Ids that reach SetupText by a variable, with the number of texts that are filled in there.
-PASSED_ON = {"IDS_CONFIGURE_NO_DATABASE_SAVE": 2}
+PASSED_ON = {"IDS_CONFIGURE_NO_DATABASE_SAVE": 2, "IDS_BUILD_TITLE": 1, "IDS_BUILD_TITLE_SHARE": 2, "IDS_CHECK_TITLE": 1,
+             "IDS_CHECK_TITLE_SHARE": 2, "IDS_BASE_DIFFERS": 2, "IDS_BASE_UNDETERMINED": 2}
 
 # Words without which a text is not the one of its id: what it is about, and the unit of what is filled in.
 PAGE_WORDS = {
@@ -120,7 +121,7 @@ PROGRAM_WORDS = {
     "IDS_RECORD_IS_LOG": "replace the log", "IDS_RECORD_IN_DEPLOYMENT": "outside it", "IDS_KEPT_FAILED": "beside the log",
     "IDS_ANSWERS_NO_FILE": "can hold them", "IDS_REPORT_FAILED": "report can't be written",
     "IDS_REPORT_IS_LOG": "--report", "IDS_OUTPUT_IN_DEPLOYMENT": "only read",
-    "IDS_CHECK_CANCELLING": "the check", "IDS_CHECK_CANCEL_QUESTION": "stop checking",
+    "IDS_CHECK_TITLE": "Checking", "IDS_CHECK_TITLE_SHARE": "Checking", "IDS_CHECK_CANCELLING": "the check", "IDS_CHECK_CANCEL_QUESTION": "stop checking",
     "IDS_CHECK_SHUTDOWN_REASON": "being checked", "IDS_BASE_DIFFERS": "become part",
     "IDS_BASE_UNDETERMINED": "continue with it",
     "IDS_COMPARE_DIFFERENT": "not equal", "IDS_COMPARE_FAILED": "compared", "IDS_COMPARE_ANSWERS_UNREADABLE": "The answers",
