@@ -10,6 +10,7 @@
 #include "builder/patch_check.h"
 #include "builder/plan_texts.h"
 #include "builder/product_identity.h"
+#include "builder/shown_text.h"
 
 #include <winnetwk.h>
 
@@ -151,14 +152,15 @@ bool IsMerged(const BuildDatabase& database, const CString& code)
 }
 
 // The image's Setup.xml would name another version than its package, and nobody could open the deployment again.
-void RequireMergedVersion(const BuildDatabase& database, const CString& version)
+void RequireMergedVersion(const BuildDatabase& database, const MergeDecision& merge)
 {
-    if (!database.strMergedVersion.IsEmpty() && !(database.strMergedVersion == version)) {
-        throw BuildFailure{BUILD_PATCH_DAMAGED, L"The patches of \"" + database.strProductName +
-                                                    L"\" say that they lead to version " +
-                                                    database.strMergedVersion +
-                                                    L", but their changes lead to version " + version +
-                                                    L". " + RemedyOf(BUILD_PATCH_DAMAGED)};
+    if (!database.strMergedVersion.IsEmpty() && !(database.strMergedVersion == merge.strVersion)) {
+        throw BuildFailure{
+            BUILD_PATCH_DAMAGED,
+            L"The patches of \"" + database.strProductName + L"\" say that they lead to version " +
+                database.strMergedVersion + L", but their changes lead to version " + merge.strVersion +
+                L". The last one of them is \"" + ShownText(merge.patches.back().patch.strSource) + L"\". " +
+                RemedyOf(BUILD_PATCH_DAMAGED)};
     }
 }
 
@@ -172,7 +174,7 @@ void BeginDecisions(BuildRun& run)
             run.Warn(warning);
         }
         if (merge.IsNeeded()) {
-            RequireMergedVersion(database, merge.strVersion);
+            RequireMergedVersion(database, merge);
             database.strProductVersion = merge.strVersion;
             database.mergedPatches.clear();
             for (const ChosenPatch& chosen : merge.patches) {

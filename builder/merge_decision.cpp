@@ -27,11 +27,14 @@ constexpr int LENIENT = 1 | 2 | 4 | 8 | 16;
 // A cabinet ends at 2 GiB, and incompressible content grows a little.
 constexpr std::uint64_t MAX_CABINET_CONTENT = 2032ull << 20;
 
-[[noreturn]] void RefuseMerge(const CString& product, const CString& why)
+constexpr const wchar_t* GET_MEDIA = L"Get the media again.";
+
+[[noreturn]] void RefuseMerge(const CString& product, const CString& why,
+                              const CString& remedy = L"On the service pack page, append them instead of "
+                                                      L"merging them, or remove them from the list.")
 {
     throw BuildFailure{BUILD_INSTALLER_FAILED,
-                       L"The patches can't be merged into " + product + L": " + why +
-                           L". On the service pack page, append them instead of merging them."};
+                       L"The patches can't be merged into " + product + L": " + why + L". " + remedy};
 }
 
 CString PropertyOf(const DatabaseSnapshot& database, const wchar_t* name)
@@ -66,10 +69,6 @@ public:
             MergeOne(*patch);
         }
         m_decision.strVersion = PropertyOf(m_decision.patched, L"ProductVersion");
-        if (!IsInstallerVersion(m_decision.strVersion)) {
-            RefusePatch(BUILD_PATCH_DAMAGED, m_packages.back()->Path(), m_product,
-                        L"gives the product the version " + ShownText(m_decision.strVersion));
-        }
         PlaceFiles();
         DecideCabinets();
         return std::move(m_decision);
@@ -79,7 +78,7 @@ private:
     void ReadOriginal()
     {
         if (m_database.hDatabase == 0) {
-            RefuseMerge(m_product, L"its database isn't open");
+            RefuseMerge(m_product, L"its database isn't open", L"Start the build again.");
         }
         const CString& path = m_database.strOriginal;
         const CInstallerHandle vendors = OpenDatabaseToRead(path);
@@ -103,7 +102,7 @@ private:
             const CPatchPackage& patch = *packages.back();
             if (patch.Code().CompareNoCase(merged.strCode) != 0) {
                 RefusePatch(BUILD_FILE_CHANGED, patch.Path(), m_product,
-                            L"has the code " + patch.Code() + L" by now, and had " +
+                            L"has the patch code " + patch.Code() + L" now, but had " +
                                 ShownText(merged.strCode) + L" when it was chosen");
             }
             if (!patch.IsForProduct(m_database.strProductCode)) {
@@ -121,12 +120,13 @@ private:
             if (newer == stoodInFor.end()) {
                 m_packages.push_back(std::move(patch));
             } else {
-                m_decision.warnings.push_back(L"The patch \"" + patch->Path() + L"\" was left out, as \"" +
-                                              newer->second + L"\" stands in for it.");
+                m_decision.warnings.push_back(L"The patch \"" + patch->Path() +
+                                              L"\" was left out because \"" + newer->second +
+                                              L"\" replaces it.");
             }
         }
         if (m_packages.empty()) {
-            RefuseMerge(m_product, L"each of them names another one that stands in for it");
+            RefuseMerge(m_product, L"each of them is replaced by another one on the list");
         }
     }
 
@@ -156,10 +156,14 @@ private:
         refuse(FindCarriedFiles(steps, carried));
         const DatabaseSnapshot before = m_decision.patched;
         refuse(MergeTables(steps, m_decision.patched));
+        const CString version = PropertyOf(m_decision.patched, L"ProductVersion");
+        if (!IsInstallerVersion(version)) {
+            refuseAs(BUILD_PATCH_DAMAGED,
+                     L"sets the product version to \"" + ShownText(version) + L"\", which isn't valid");
+        }
         NoteFiles(package, carried);
         m_decision.changes.push_back({package.Name(), LastName(package.Path()), package.Code(),
-                                      PropertyOf(before, L"ProductVersion"),
-                                      PropertyOf(m_decision.patched, L"ProductVersion"),
+                                      PropertyOf(before, L"ProductVersion"), version,
                                       CompareSnapshots(before, m_decision.patched)});
         m_raw = std::move(steps.changed);
     }
@@ -172,7 +176,7 @@ private:
         product.strUpgradeCode = PropertyOf(m_decision.patched, L"UpgradeCode");
         product.strLanguage = PropertyOf(m_decision.patched, L"ProductLanguage");
         product.strTemplate = m_template;
-        CString misfit = L"holds no changes of a database";
+        CString misfit = L"contains no changes to the database";
         for (const CString& name : package.Transforms()) {
             const CScratchFile file(m_copy.Path() + L".transform");
             package.SaveTransform(name, file.Path());
@@ -338,11 +342,13 @@ private:
             path = copy.Path();
             const CInstallerHandle vendors = OpenDatabaseToRead(m_database.strOriginal);
             if (!SaveStream(vendors.get(), m_database.strOriginal, stream, path, m_poll)) {
-                RefuseMerge(m_product, L"its database lacks the cabinet \"" + ShownText(stream) + L"\"");
+                RefuseMerge(m_product, L"its database lacks the cabinet \"" + ShownText(stream) + L"\"",
+                            GET_MEDIA);
             }
         } else if (!IsSafeFileName(cabinet.strName) || KindOfPath(path) != PathKind::File) {
             RefuseMerge(m_product,
-                        L"its cabinet \"" + ShownText(cabinet.strName) + L"\" isn't beside the package");
+                        L"its cabinet \"" + ShownText(cabinet.strName) + L"\" isn't beside the package",
+                        GET_MEDIA);
         }
         if (IsPartOfCabinetSet(path)) {
             RefuseMerge(m_product,
@@ -355,8 +361,10 @@ private:
             const auto carried = m_carried.find(key);
             const auto member = members.find(key);
             if (carried == m_carried.end() && member == members.end()) {
-                RefuseMerge(m_product, L"its cabinet \"" + ShownText(cabinet.strName) +
-                                           L"\" lacks the file \"" + ShownText(key) + L"\"");
+                RefuseMerge(m_product,
+                            L"its cabinet \"" + ShownText(cabinet.strName) + L"\" lacks the file \"" +
+                                ShownText(key) + L"\"",
+                            GET_MEDIA);
             }
             bytes += carried == m_carried.end() ? member->second : carried->second.size;
         }

@@ -29,7 +29,7 @@ constexpr DWORD CHUNK_BYTES = 1u << 20;
 
 BuildFailure NotAPatch(const CString& path)
 {
-    return {BUILD_PATCH_DAMAGED, L"The file \"" + path +
+    return {BUILD_PATCH_DAMAGED, L"The file \"" + ShownText(path) +
                                      L"\" can't be read as a patch: it is damaged, or of another kind. " +
                                      RemedyOf(BUILD_PATCH_DAMAGED)};
 }
@@ -80,10 +80,10 @@ void RefusePatch(unsigned int code, const CString& path, const CString& product,
     const CString remedy =
         code == BUILD_INSTALLER_FAILED
             ? CString(L"On the service pack page, append the patches instead of merging them, or "
-                      L"remove this one.")
+                      L"remove this one from the list.")
             : RemedyOf(code);
-    throw BuildFailure{code, L"The patch \"" + path + L"\" can't be merged into " + product + L": it " + why +
-                                 L". " + remedy};
+    throw BuildFailure{code, L"The patch \"" + ShownText(path) + L"\" can't be merged into " + product +
+                                 L": it " + why + L". " + remedy};
 }
 
 CPatchPackage::CPatchPackage(const CString& path) : m_path(path)

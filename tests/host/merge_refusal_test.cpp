@@ -19,7 +19,7 @@ protected:
         build.MergeFile(path, CPatchPackage(path).Code());
         const CString remedy =
             code == BUILD_INSTALLER_FAILED
-                ? CString(L"append the patches instead of merging them, or remove this one.")
+                ? CString(L"append the patches instead of merging them, or remove this one from the list.")
                 : RemedyOf(code);
         ExpectMergeRefused(
             build,
@@ -54,8 +54,8 @@ TEST_F(MergeRefusalTest, RefusesFilesThatAreNoPatches)
 TEST_F(MergeRefusalTest, RefusesAPatchThatWasReplacedByAnother)
 {
     build.Merge(L"First", INDEPENDENT_PATCH_CODE);
-    ExpectMergeRefused(build,
-                       {L"beside\\First.msp", L"has the code", FIRST_PATCH_CODE, INDEPENDENT_PATCH_CODE});
+    ExpectMergeRefused(build, {L"beside\\First.msp", L"has the patch code", L"but had", FIRST_PATCH_CODE,
+                               INDEPENDENT_PATCH_CODE});
 }
 
 TEST_F(MergeRefusalTest, RefusesAPatchOfAnotherProduct)
@@ -149,11 +149,23 @@ TEST_F(MergeRefusalTest, RefusesAnotherProductCode)
                   CString(L"makes another product of it, with the code ") + OTHER_PRODUCT_CODE);
 }
 
+TEST_F(MergeRefusalTest, RefusesAVersionThatIsNoneOfTheRightPatch)
+{
+    const CString path = PatchFixture(L"InvalidVersion.msp");
+    build.MergeFile(path, CPatchPackage(path).Code());
+    build.Merge(L"Second", SECOND_PATCH_CODE);
+    ExpectMergeRefused(build, {L"The patch \"" + path +
+                               L"\" can't be merged into Patch Test: it sets the "
+                               L"product version to \"one\", which isn't valid. " +
+                               RemedyOf(BUILD_PATCH_DAMAGED)});
+}
+
 TEST_F(MergeRefusalTest, RefusesAProductWithoutItsCabinet)
 {
     ASSERT_TRUE(DeleteFileW(FolderAbove(build.Original()) + L"\\Data1.cab"));
     build.Merge(L"First", FIRST_PATCH_CODE);
-    ExpectMergeRefused(build, {L"into Patch Test", L"its cabinet \"Data1.cab\" isn't beside the package"});
+    ExpectMergeRefused(build, {L"into Patch Test",
+                               L"its cabinet \"Data1.cab\" isn't beside the package. Get the media again."});
 }
 
 TEST_F(MergeRefusalTest, RefusesACabinetThatGoesOnInAnother)
@@ -170,7 +182,7 @@ TEST_F(MergeRefusalTest, RefusesAProductWhoseDatabaseIsNotOpen)
 {
     build.Product().hDatabase = 0;
     build.Merge(L"First", FIRST_PATCH_CODE);
-    ExpectMergeRefused(build, {L"Patch Test", L"its database isn't open"});
+    ExpectMergeRefused(build, {L"Patch Test", L"its database isn't open. Start the build again."});
 }
 
 TEST_F(MergeRefusalTest, RefusesACabinetThatLacksAFile)
@@ -181,7 +193,8 @@ TEST_F(MergeRefusalTest, RefusesACabinetThatLacksAFile)
     std::vector<CabinetMember> members = {{L"INSTALLDIR_kept_txt", kept, 0}};
     WriteCabinet(cabinet, members, [](std::uint64_t) {});
     build.Merge(L"First", FIRST_PATCH_CODE);
-    ExpectMergeRefused(build, {L"its cabinet \"Data1.cab\" lacks the file \"SUPPORTDIR_second_txt\""});
+    ExpectMergeRefused(
+        build, {L"its cabinet \"Data1.cab\" lacks the file \"SUPPORTDIR_second_txt\". Get the media again."});
 }
 
 TEST_F(MergeRefusalTest, RefusesADatabaseThatLacksItsCabinet)
@@ -189,7 +202,7 @@ TEST_F(MergeRefusalTest, RefusesADatabaseThatLacksItsCabinet)
     MergeBuild inside(L"inside");
     EditOriginal(inside, L"DELETE FROM `_Streams` WHERE `Name`='Data1.cab'");
     inside.Merge(L"First", FIRST_PATCH_CODE);
-    ExpectMergeRefused(inside, {L"its database lacks the cabinet \"Data1.cab\""});
+    ExpectMergeRefused(inside, {L"its database lacks the cabinet \"Data1.cab\". Get the media again."});
 }
 
 TEST_F(MergeRefusalTest, RefusesAFileThatLiesThereForTwo)
@@ -206,7 +219,8 @@ TEST_F(MergeRefusalTest, RefusesAnImageThatIsMarkedAsCompressed)
 {
     SetWordCount(build.Original(), ADMIN_IMAGE | COMPRESSED);
     build.Merge(L"First", FIRST_PATCH_CODE);
-    ExpectMergeRefused(build, {L"into Patch Test", L"marked as compressed"});
+    ExpectMergeRefused(build, {L"into Patch Test", L"marked as compressed",
+                               L"append them instead of merging them, or remove them from the list."});
 }
 
 } // namespace

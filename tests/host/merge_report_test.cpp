@@ -149,7 +149,7 @@ TEST_F(MergeReportTest, LeavesOutWhatANewerPatchStandsInFor)
     build.BuildIt();
     ASSERT_EQ(build.warnings.size(), 1u);
     EXPECT_EQ(Utf8(build.warnings.front()), Utf8(L"The patch \"" + PatchFixture(L"beside\\First.msp") +
-                                                 L"\" was left out, as \"Newer\" stands in for it."));
+                                                 L"\" was left out because \"Newer\" replaces it."));
     ExpectHolds(Text(L"Changes.txt"), Utf8(SUPERSEDING_PATCH_CODE));
     ExpectLacks(Text(L"Changes.txt"), Utf8(FIRST_PATCH_CODE));
     ExpectLacks(Text(L"ReadMe.txt"), Utf8(FIRST_PATCH_CODE));

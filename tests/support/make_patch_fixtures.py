@@ -16,6 +16,7 @@ ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__)
 sys.path.insert(0, os.path.join(ROOT, "sample"))
 
 import installer_storage as storage  # noqa: E402
+import installer_tables as tables  # noqa: E402
 import make_media  # noqa: E402
 import make_patches  # noqa: E402
 import patch_file  # noqa: E402
@@ -132,6 +133,10 @@ class Maker:
         def cut_off(transform):
             transform.rows["File"] = transform.rows["File"][:-1]
 
+        def invalid_version(transform):
+            transform.compare("Property", tables.SCHEMAS["Property"], [("ProductVersion", "1.0.1")],
+                              [("ProductVersion", "one")])
+
         replaced, added = "INSTALLDIR_replaced_txt", "SUPPORTDIR_added_file_txt"
         write("Delta", 21, delta_of=replaced)
         write("WithoutAFile", 22, left_out=[added])
@@ -146,6 +151,7 @@ class Maker:
         other = compose_package(TESTED, "beside", "1.0.1", {**ORIGINAL, **BY_FIRST}, properties={
             "ProductCode": OTHER.CODE})
         write("MakesAnotherProduct", 31, other)
+        write("InvalidVersion", 32, alter_product=invalid_version)
 
     def make_unusual(self, layout, original):
         """What few patches do: a file that goes, and a table of the patch's own with a stream."""

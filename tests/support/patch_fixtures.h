@@ -26,7 +26,7 @@
 //
 // Unusual, in the three folders, is as First, but kept.txt goes and a table Extras with a stream comes. Of the patches that a
 // build can't merge each has one thing wrong that its name tells: Delta, WithoutAFile, WithoutCabinet, DamagedCabinet,
-// UnknownTable, UnknownColumn, DamagedRows, StrayName, ProductsNumbers, ProductsMedium, MakesAnotherProduct.
+// UnknownTable, UnknownColumn, DamagedRows, StrayName, ProductsNumbers, ProductsMedium, MakesAnotherProduct, InvalidVersion.
 [[nodiscard]] CString PatchFixture(const CString& name);
 
 constexpr const wchar_t* PATCHED_PRODUCT_CODE = L"{7C1E0000-2B5D-4E0C-9D41-3A6F00000000}";
