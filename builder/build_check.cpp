@@ -209,6 +209,9 @@ void DecideDatabases(BuildRun& run)
 {
     for (DatabaseDecision& decision : run.decisions) {
         DecideDatabase(decision, run.plan.cabinetLimits, [&run] { run.meter.Poll(); });
+        for (const CString& note : decision.changes.notes) {
+            run.Warn(note);
+        }
         for (const CString& warning : decision.added.warnings) {
             run.Warn(warning);
         }

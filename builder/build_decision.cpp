@@ -4,6 +4,7 @@
 #include "builder/code_page.h"
 #include "builder/database_signature.h"
 #include "builder/database_snapshot.h"
+#include "builder/shown_text.h"
 #include "builder/snapshot_merge.h"
 
 namespace {
@@ -16,6 +17,41 @@ void Compare(DatabaseDecision& decision)
     if (decision.added.IsNeeded() && !merges) {
         decision.edits = CompareSnapshots(decision.left, decision.wanted);
     }
+}
+
+CString ShownKey(const RowDifference& row)
+{
+    CString text;
+    for (const CString& part : row.key) {
+        text += (text.IsEmpty() ? L"" : L", ") + ShownText(part);
+    }
+    return L"the row \"" + text + L"\" in the table " + ShownText(row.strTable);
+}
+
+// The last patch that made that change of the row.
+CString NameOfPatch(const MergeDecision& merge, const RowDifference& row, RowChange change)
+{
+    CString name;
+    for (const PatchChanges& patch : merge.changes) {
+        for (const RowDifference& own : patch.rows) {
+            if (own.change == change && own.strTable == row.strTable && own.key == row.key) {
+                name = L"the patch \"" + ShownText(patch.strName) + L"\"";
+            }
+        }
+    }
+    return name.IsEmpty() ? CString(L"a merged patch") : name;
+}
+
+// A setting that met a change of a patch: nobody would look for it in what was built.
+CString DescribeMet(const DatabaseDecision& decision, const RowDifference& row)
+{
+    const CString where = ShownKey(row) + L" of \"" + ShownText(decision.database->strProductName) + L"\"";
+    if (row.change == RowChange::Changed) {
+        return L"The change of " + where + L" was left out because " +
+               NameOfPatch(decision.merge, row, RowChange::Removed) + L" removes the row.";
+    }
+    return L"Both the settings and " + NameOfPatch(decision.merge, row, RowChange::Added) + L" add " + where +
+           L". The row of the settings was kept.";
 }
 
 } // namespace
@@ -71,7 +107,9 @@ void DecideDatabase(DatabaseDecision& decision, const CabinetLimits& limits,
     if (decision.merge.IsNeeded()) {
         // What the administrator chose comes on top of the patches.
         decision.wanted = decision.merge.patched;
-        CarryDifferences(decision.original, decision.left, decision.wanted);
+        for (const RowDifference& met : CarryDifferences(decision.original, decision.left, decision.wanted)) {
+            changes.notes.push_back(DescribeMet(decision, met));
+        }
     } else {
         decision.original = ReadSnapshot(vendors.get(), database.strOriginal, poll);
         decision.wanted = decision.left;

@@ -240,6 +240,9 @@ CString ComposeChangesText(const std::vector<DatabaseChanges>& databases)
             text += L"  The maker's digital signature no longer matches the changed database and was "
                     L"removed.\r\n";
         }
+        for (const CString& note : database.notes) {
+            text += L"  Note: " + ShownText(note) + L"\r\n";
+        }
         for (const RowDifference& row : database.rows) {
             AppendRow(text, row);
         }

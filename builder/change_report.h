@@ -49,6 +49,7 @@ struct DatabaseChanges
     bool bSignatureLost = false;
     std::vector<PatchChanges> patches; // in the order in which they were merged
     std::vector<RowDifference> rows;   // beyond those of the patches
+    std::vector<CString> notes;        // of settings that met changes of the patches; sentences
     // With added files the database is made anew even when all its rows come out as they were.
     bool IsChanged() const { return !rows.empty() || !(strOldPackageCode == strNewPackageCode); }
 };

@@ -285,7 +285,8 @@ CString FindCarriedFiles(const PatchSteps& steps, CarriedFiles& carried)
 CString MergeTables(const PatchSteps& steps, DatabaseSnapshot& merged)
 {
     const DatabaseSnapshot was = merged;
-    CarryDifferences(steps.before, steps.changed, merged);
+    static_cast<void>(CarryDifferences(steps.before, steps.changed,
+                                       merged)); // what patches replace of one another is their makers'
     const auto media = was.find(L"Media");
     if (media != was.end()) {
         merged[L"Media"] = media->second; // those of the package's own source

@@ -17,29 +17,34 @@ void AddMissingColumns(const TableSnapshot& from, TableSnapshot& to)
     }
 }
 
-void CarryRow(const RowDifference& difference, const WriteTable& table)
+// True when the row meets another change: it is gone, or another one has its key.
+bool CarryRow(const RowDifference& difference, const WriteTable& table)
 {
     if (difference.change == RowChange::Removed) {
         table.Rows().erase(difference.key);
-        return;
+        return false;
     }
+    const auto found = table.Rows().find(difference.key);
+    const bool isThere = found != table.Rows().end();
+    const RowValues old = isThere ? found->second : RowValues();
     if (difference.change == RowChange::Added) {
         table.Rows()[difference.key] = table.EmptyRow();
+    } else if (!isThere) {
+        return true;
     }
-    const auto row = table.Rows().find(difference.key);
-    if (row == table.Rows().end()) {
-        return;
-    }
+    RowValues& row = table.Rows()[difference.key];
     for (const ColumnChange& column : difference.columns) {
-        table.Set(row->second, column.strColumn, column.strNew);
+        table.Set(row, column.strColumn, column.strNew);
     }
+    return difference.change == RowChange::Added && isThere && !(row == old);
 }
 
 } // namespace
 
-void CarryDifferences(const DatabaseSnapshot& before, const DatabaseSnapshot& after,
-                      DatabaseSnapshot& database)
+std::vector<RowDifference> CarryDifferences(const DatabaseSnapshot& before, const DatabaseSnapshot& after,
+                                            DatabaseSnapshot& database)
 {
+    std::vector<RowDifference> met;
     for (const auto& [name, table] : after) {
         TableSnapshot& target = database[name];
         if (target.columns.empty()) {
@@ -49,8 +54,8 @@ void CarryDifferences(const DatabaseSnapshot& before, const DatabaseSnapshot& af
     }
     for (const RowDifference& difference : CompareSnapshots(before, after)) {
         const auto table = database.find(difference.strTable);
-        if (table != database.end()) {
-            CarryRow(difference, WriteTable(&table->second));
+        if (table != database.end() && CarryRow(difference, WriteTable(&table->second))) {
+            met.push_back(difference);
         }
     }
     for (const auto& [name, table] : before) {
@@ -58,4 +63,5 @@ void CarryDifferences(const DatabaseSnapshot& before, const DatabaseSnapshot& af
             database.erase(name);
         }
     }
+    return met;
 }

@@ -126,6 +126,20 @@ TEST_F(MergeReportTest, KeepsARowAwayThatTheAdministratorRemoved)
     EXPECT_EQ(PropertyOf(build.Database(), L"TOLD"), L"(none)");
 }
 
+TEST_F(MergeReportTest, WarnsOfAChangeThatAPatchLeavesNoRowFor)
+{
+    build.Change(L"UPDATE `File` SET `Attributes`=1 WHERE `File`='INSTALLDIR_kept_txt'");
+    build.Merge(L"Unusual", L"{7C1E0001-2B5D-4E0C-9D41-3A6F00000041}");
+    build.BuildIt();
+    ASSERT_EQ(build.warnings.size(), 1u);
+    EXPECT_EQ(
+        Utf8(build.warnings.front()),
+        "The change of the row \"INSTALLDIR_kept_txt\" in the table File of \"Patch Test\" was left out "
+        "because the patch \"Unusual.msp\" removes the row.");
+    ExpectHolds(Text(L"Build.log"), Utf8(build.warnings.front()));
+    ExpectHolds(Parts().first, "  Note: " + Utf8(build.warnings.front()) + "\r\n");
+}
+
 TEST_F(MergeReportTest, LeavesTheWorkingCopyAsThePagesKnowIt)
 {
     build.Merge(L"First", FIRST_PATCH_CODE);

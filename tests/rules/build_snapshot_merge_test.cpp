@@ -60,15 +60,24 @@ TEST(SnapshotMerge, LeavesCellsThatDoNotDiffer)
 TEST(SnapshotMerge, DropsAChangeOfARowThatIsGone)
 {
     DatabaseSnapshot database = Properties({});
-    CarryDifferences(Properties({{L"A", L"1"}}), Properties({{L"A", L"2"}}), database);
+    const std::vector<RowDifference> met =
+        CarryDifferences(Properties({{L"A", L"1"}}), Properties({{L"A", L"2"}}), database);
     EXPECT_EQ(Shown(database), "");
+    ASSERT_EQ(met.size(), 1u);
+    EXPECT_EQ(met[0].change, RowChange::Changed);
+    EXPECT_EQ(met[0].key, std::vector<CString>{L"A"});
 }
 
 TEST(SnapshotMerge, ReplacesARowThatIsThereByANewOne)
 {
     DatabaseSnapshot database = Properties({{L"A", L"own"}});
-    CarryDifferences(Properties({}), Properties({{L"A", L"1"}}), database);
+    const std::vector<RowDifference> met =
+        CarryDifferences(Properties({}), Properties({{L"A", L"1"}}), database);
     EXPECT_EQ(Shown(database), "A 1 | ");
+    ASSERT_EQ(met.size(), 1u);
+    EXPECT_EQ(met[0].change, RowChange::Added);
+    EXPECT_TRUE(CarryDifferences(Properties({}), Properties({{L"A", L"1"}}), database).empty())
+        << "the same row";
 }
 
 TEST(SnapshotMerge, BringsTablesAndColumnsAndDropsTables)
