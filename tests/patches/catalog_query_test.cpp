@@ -225,7 +225,8 @@ TEST_P(CatalogQuery, AnAddressWithoutAClosingZeroIsReadAsItStands)
     for (const std::size_t length : {20u, 260u, 261u, 600u}) {
         const CString start = L"http://127.0.0.1/";
         const CString address = start + CString(L'y', static_cast<int>(length) - start.GetLength());
-        SetOverride(OVERRIDE, REG_SZ, address.GetString(), length * sizeof(wchar_t));
+        // A zero right behind would be stored along.
+        SetOverride(OVERRIDE, REG_SZ, (address + L"z").GetString(), length * sizeof(wchar_t));
         EXPECT_EQ(AskedAddress(), address + L"?%s") << length;
     }
 }
