@@ -68,7 +68,9 @@ std::vector<CString> DescribePatches(const StoredProduct& product)
 {
     std::vector<CString> patches;
     for (const StoredPatch& patch : product.patches) {
-        patches.push_back(patch.file + (patch.merged ? L" (merged)" : L""));
+        // Deployments of earlier versions have no codes; the files themselves are compared as files.
+        patches.push_back(patch.file + (patch.merged ? L" (merged)" : L"") +
+                          (patch.file.IsEmpty() ? patch.code : CString()));
     }
     return patches;
 }

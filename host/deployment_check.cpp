@@ -21,7 +21,8 @@ CString ReadRecord(const CString& file, DeploymentRecord& record)
         record.productCodes.push_back(product.strProductCode);
         for (const StoredPatch& patch : product.patches) {
             if (!patch.file.IsEmpty()) { // of one that was merged without its file nothing can be looked at
-                record.patches.push_back({JoinFolder(IMAGE_FOLDER, patch.file), {}, {}, patch.merged});
+                record.patches.push_back(
+                    {JoinFolder(IMAGE_FOLDER, patch.file), patch.code, patch.sha256, patch.merged});
             }
         }
     }
