@@ -7,6 +7,7 @@
 #include "builder/deployment_place.h"
 #include "builder/package_sources.h"
 #include "builder/patch_check.h"
+#include "builder/shown_text.h"
 #include "host/host_messages.h"
 #include "host/patch_plan.h"
 #include "host/read_again.h"
@@ -198,7 +199,7 @@ OperationError PreferPatchFault(const BuildPlan& plan, const OperationError& tex
         }
         return textFault;
     } catch (const BuildFailure& failure) {
-        return {failure.code, failure.message};
+        return {failure.code, ShownText(failure.message)}; // as the builder does
     }
 }
 
