@@ -193,7 +193,9 @@ TEST_F(CompareDeploymentsTest, EachChangeIsNamedAlone)
         {L"patch",
          [&](const CString& folder) {
              ChangeFile(file(folder), [](DeploymentFile& d) {
-                 d.products.at(0).patches.push_back({L"x64\\Zolt\\ServicePacks\\sp1.msp", true});
+                 d.products.at(0).patches.push_back({L"x64\\Zolt\\ServicePacks\\sp1.msp", true,
+                                                     L"{11111111-2222-3333-4444-555555555599}",
+                                                     CString(std::wstring(64, L'a').c_str())});
              });
          },
          {"patch of \"Zolt 2027\" \"x64\\Zolt\\ServicePacks\\sp1.msp (merged)\": only in B"}},
