@@ -31,6 +31,7 @@ const WindowMark marks[] = {
     {Shown::PathsPage, L"the paths page", IDC_PATH_TREE},
     {Shown::FilesPage, L"the page of additional files", IDC_FILES_TREE},
     {Shown::NoticesPage, L"the notices page", IDC_UPDATES},
+    {Shown::ServicePackPage, L"the service pack page", IDC_PATCH_LISTED},
     {Shown::ResourcesPage, L"the online resources page", IDC_PARTS_BAY},
     {Shown::CompletePage, L"the page of a finished build", IDC_RESULT_LINE1},
     {Shown::FailedPage, L"the page of a failed build", IDC_FAILURE_REASON},
@@ -286,10 +287,11 @@ const std::vector<Shown>& ByHandTest::PagesBehindFirst()
     static const std::vector<Shown> pages = {Shown::SettingsPage,
                                              // of the first product
                                              Shown::WorkstationsPage, Shown::PathsPage, Shown::FilesPage,
-                                             Shown::ResourcesPage, Shown::NoticesPage,
+                                             Shown::ResourcesPage, Shown::NoticesPage, Shown::ServicePackPage,
                                              // of the second one
                                              Shown::WorkstationsPage, Shown::PathsPage, Shown::FilesPage,
-                                             Shown::ResourcesPage, Shown::NoticesPage, Shown::ContactPage};
+                                             Shown::ResourcesPage, Shown::NoticesPage, Shown::ServicePackPage,
+                                             Shown::ContactPage};
     return pages;
 }
 

@@ -24,6 +24,7 @@ enum class Shown
     PathsPage,
     FilesPage,
     NoticesPage,
+    ServicePackPage,
     ResourcesPage,
     ContactPage,
     CompletePage,

@@ -82,6 +82,7 @@ protected:
         WaitFor(Shown::NoticesPage);
         StrikeKey(VK_RETURN);
         AnswerBox('Y');
+        Next(Shown::ServicePackPage);
         Next(Shown::WorkstationsPage);
         Next(Shown::PathsPage);
         Next(Shown::FilesPage);
@@ -94,6 +95,7 @@ protected:
         Enter(page, IDC_DISPLAY_NAME, L"Kept");
         Check(page, IDC_SITE_CHANNEL, false);
         StrikeKey(VK_RETURN);
+        Next(Shown::ServicePackPage);
         Next(Shown::ContactPage);
         Next(Shown::CompletePage);
         EXPECT_EQ(WaitForEnd(), 0u);

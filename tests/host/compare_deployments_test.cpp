@@ -261,7 +261,7 @@ TEST_F(CompareDeploymentsTest, WhatIsNoDeploymentOrCannotBeReadIsNamed)
         {L"file of a newer version",
          [](const CString& folder) {
              CString text = ReadText(folder + L"\\Deployment.xml");
-             text.Replace(L"<Deployment version=\"1\"", L"<Deployment version=\"2\"");
+             text.Replace(L"<Deployment version=\"2\"", L"<Deployment version=\"99\"");
              WriteFileBytes(folder + L"\\Deployment.xml", Utf8(text));
          },
          L"newer program"},

@@ -54,7 +54,7 @@ TEST(SetupCommandLine, APlanEndsTheRunBeforeTheBuildWithOrWithoutAPerson)
 TEST(SetupCommandLine, TheUsageShowsHowAPlanIsWritten)
 {
     EXPECT_HOLDS(CommandLineUsage(),
-                 L"Example: Setup.exe --media D:\\Media --answers office.txt --plan office-plan.txt");
+                 L"Examples: Setup.exe --media D:\\Media --answers office.txt --plan office-plan.txt");
 }
 
 TEST(SetupCommandLine, AValueMayStandBehindAnEqualsSign)
