@@ -105,9 +105,9 @@ class ReplacementTest(WizardTest):
         path = os.path.join(office, "Deployment.xml")
         text = text_of(path)
         with open(path, "w", encoding="utf-8") as file:
-            file.write(text.replace('<Deployment version="1"', '<Deployment version="2"'))
+            file.write(text.replace('<Deployment version="2"', '<Deployment version="99"'))
         ended = self.assert_refused(self.choose("name = Office", "platform = x64", location=self.first), office)
-        self.assertIn("version 2", ended.output)
+        self.assertIn("version 99", ended.output)
 
     def test_a_deployment_of_another_product_is_refused_even_behind_one_of_this_product(self):
         self.build_in(self.first, "Lab")
