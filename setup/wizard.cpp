@@ -415,15 +415,12 @@ unsigned int CWizard::Build()
     m_log.Line(CString(L"Building ") + manager.m_strDeploymentName);
     CAnswersOutput output(m_line, m_host.get(), m_log);
     output.AddToDeployment(m_recorder.GetPages());
-    const CString name = manager.m_strDeploymentName;
     // Where nobody has seen the review, the log has it, once; the build's thread has pages of its own for it.
     const std::vector<RecordedPage> pages = m_recorder.GetPages();
     bool isReviewed = !m_line.IsUnattended();
     const auto logReview = [&](const BuildReview& review, const OperationError& refusal) {
         if (!std::exchange(isReviewed, true)) {
             LogReview(ComposeReview(pages, review, refusal), m_log);
-            // The last line says what was being done if the run breaks off.
-            m_log.Line(CString(L"  Building ") + name);
         }
     };
     CBuildDialog dialog(manager.m_strDeploymentName, [&](IBuildProgress& progress) {
