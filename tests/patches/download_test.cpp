@@ -105,7 +105,7 @@ TEST_P(PatchDownloads, TheBarFollowsTheBytesAndThePageAnswers)
 
 TEST_P(PatchDownloads, WhileItRunsNothingElseCanBeDone)
 {
-    const auto steps = std::make_shared<CServedSteps>(good);
+    const auto steps = std::make_shared<CServedSteps>(std::string(64 * 1024, 'x'));
     Offer(L"/packs/ZoltSP1.msp", ServeInSteps(steps));
     StartDownload();
     Look([this] {
@@ -121,9 +121,11 @@ TEST_P(PatchDownloads, WhileItRunsNothingElseCanBeDone)
         EXPECT_EQ(Form(IDC_PATCH_SIZE), CString(L"SE"));
         EXPECT_FALSE(IsShown(IDC_PATCH_OFFER));
     });
-    Act();
-    Look([steps] { steps->ReleaseHeaders(); });
-    AwaitCrossedCancel();
+    Look([steps] { steps->Release(16 * 1024); });
+    Await(L"nothing has come", [this] { return Progress() == 25; });
+    Act(); // from here on a cancel shows no failure, which would undo the choice
+    Look([steps] { steps->ReleaseAll(); });
+    AwaitStage(L"available");
     Look([this] {
         for (const int id :
              {Next(), Back(), IDC_PATCH_NONE, IDC_PATCH_LISTED, IDC_PATCH_APPEND, IDC_PATCH_MERGE}) {
