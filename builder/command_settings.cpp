@@ -54,13 +54,6 @@ bool FindValue(const std::string& script, const wchar_t* name, std::size_t& begi
     return script.compare(end, 3, "\"\r\n") == 0;
 }
 
-CString Unquoted(const CString& value)
-{
-    CString text = value;
-    text.Replace(L"%%", L"%");
-    return text;
-}
-
 } // namespace
 
 bool RestoreSettings(const std::string& script, const WorkstationCommands& built, std::string& restored,
@@ -82,7 +75,8 @@ bool RestoreSettings(const std::string& script, const WorkstationCommands& built
         std::string bytes;
         AppendUtf8(bytes, wanted);
         if (restored.compare(begin, end - begin, bytes) != 0) {
-            changes.push_back({setting.name, setting.inWords, Unquoted(wanted), Unquoted(now)});
+            changes.push_back(
+                {setting.name, setting.inWords, UnquotedBatchText(wanted), UnquotedBatchText(now)});
             restored.replace(begin, end - begin, bytes);
         }
     }

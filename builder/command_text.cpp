@@ -279,6 +279,13 @@ CString QuotedBatchText(const CString& text)
     return quoted;
 }
 
+CString UnquotedBatchText(const CString& quoted)
+{
+    CString text = quoted;
+    text.Replace(L"%%", L"%");
+    return text;
+}
+
 bool IsDisplayOption(const CString& text)
 {
     constexpr int LONGEST = 5; // `/qb-!`

@@ -25,6 +25,8 @@
 [[nodiscard]] CString WithoutQuotes(const CString& text);
 // The same in a script, between the quotes of `set "NAME=text"`: "%" stands twice.
 [[nodiscard]] CString QuotedBatchText(const CString& text);
+// The text back from there.
+[[nodiscard]] CString UnquotedBatchText(const CString& quoted);
 
 // True for one of the installer's display options: `/qn`, `/qb-!`.
 [[nodiscard]] bool IsDisplayOption(const CString& text);

@@ -1,6 +1,8 @@
 #include "builder/compare_rules.h"
 
 #include "builder/addition_notes.h"
+#include "builder/command_settings.h"
+#include "builder/command_text.h"
 #include "builder/manifest_text.h"
 
 #include <algorithm>
@@ -62,14 +64,13 @@ CString SizeText(const ComparedFile& file)
 // set "NAME=value"
 bool ReadSetting(const CString& line, NamedValues& settings)
 {
-    static const wchar_t* const NAMES[] = {L"LOG_FOLDER", L"KEEP_LOCAL_LOG", L"DISPLAY_OPTION"};
+    static const wchar_t* const NAMES[] = {LOG_FOLDER_SETTING, KEEP_LOCAL_LOG_SETTING, DISPLAY_SETTING};
     for (const wchar_t* name : NAMES) {
         const CString head = CString(L"set \"") + name + L"=";
         // Only the first one sets it: what follows is what the script does.
         if (line.Left(head.GetLength()) == head && line.Right(1) == L"\"" && !settings.count(name)) {
-            CString value = line.Mid(head.GetLength(), std::max(line.GetLength() - head.GetLength() - 1, 0));
-            value.Replace(L"%%", L"%");
-            settings[name] = value;
+            const int length = std::max(line.GetLength() - head.GetLength() - 1, 0);
+            settings[name] = UnquotedBatchText(line.Mid(head.GetLength(), length));
             return true;
         }
     }

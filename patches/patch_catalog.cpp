@@ -155,7 +155,7 @@ bool CPatchCatalog::FetchPatchCatalog(HWND page, CString& DownloadTargetPath)
     }
     CatalogKey = m_product.m_strCatalogKey;
     const CatalogQuestion question = {CatalogKey, KmdValue, CatalogUrlTemplate(UpdateUrl, PreviewMode),
-                                      JoinPath(DownloadDir, PATCH_LIST_FILE)};
+                                      PatchListPath()};
     wchar_t folder[MAX_PATH] = {};
     const DWORD length = ::GetCurrentDirectoryW(MAX_PATH, folder);
     if (length == 0 || length > MAX_PATH) {
@@ -181,11 +181,21 @@ bool CPatchCatalog::ShowWarning(HWND page, const wchar_t* text) const
     return false;
 }
 
+CString CPatchCatalog::PatchListPath() const
+{
+    return JoinPath(DownloadDir, PATCH_LIST_FILE);
+}
+
+bool CPatchCatalog::HasPatchList() const
+{
+    return ::PathFileExistsW(PatchListPath()) != FALSE;
+}
+
 unsigned int CPatchCatalog::CheckDownloadedFile(const CString& file) const
 {
     const CPatchService service;
     if (!service.IsLoaded()) {
         return ERROR_MOD_NOT_FOUND;
     }
-    return service.CheckPatchFile(JoinPath(DownloadDir, PATCH_LIST_FILE), file);
+    return service.CheckPatchFile(PatchListPath(), file);
 }

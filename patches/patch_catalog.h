@@ -26,6 +26,8 @@ public:
     // `DownloadTargetPath` becomes the file that an offered patch is to be written to, and stays without an offer.
     [[nodiscard]] bool FetchPatchCatalog(HWND page, CString& DownloadTargetPath);
 
+    // Whether the download folder has the list that files are held against.
+    [[nodiscard]] bool HasPatchList() const;
     // Whether a downloaded file is what the service announced: 0, or why it can't be used. Reads the whole file.
     [[nodiscard]] unsigned int CheckDownloadedFile(const CString& file) const;
 
@@ -36,6 +38,7 @@ public:
 
 private:
     [[nodiscard]] CString ReferenceDatabase() const;
+    [[nodiscard]] CString PatchListPath() const;
     void SettleConfigurationFolder();
     void ReadRegistryOverrides();
     // False, for the caller to return.

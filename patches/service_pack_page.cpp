@@ -22,7 +22,6 @@
 namespace {
 
 constexpr const wchar_t* DOWNLOAD_FOLDER = L"ServicePacks\\";
-constexpr const wchar_t* PATCH_LIST_FILE = L"patchlist.npl";
 constexpr int CHOICE_UNSET = -1;
 constexpr int CHOICE_NONE = 0;
 constexpr int CHOICE_OFFERED = 1;
@@ -119,11 +118,8 @@ void CServicePackPageBase<T, Impl>::AskServiceAtStart()
     if (!PrepareDownloadFolder()) {
         return; // silent: the page opens as its template has it
     }
-    if (m_catalog.FetchPatchCatalog(this->m_hWnd, s_download.DownloadTargetPath)) {
-        ShowStage(StageOfOutcome(m_catalog.Answer()));
-    } else {
-        ShowStage(StageAtEntry(false, m_catalog.Answer()));
-    }
+    const bool isFetched = m_catalog.FetchPatchCatalog(this->m_hWnd, s_download.DownloadTargetPath);
+    ShowStage(StageAtEntry(isFetched, m_catalog.Answer()));
 }
 
 template <class T, template <class> class Impl>
@@ -381,8 +377,7 @@ bool CServicePackPageBase<T, Impl>::ValidateAndStore()
 template <class T, template <class> class Impl>
 bool CServicePackPageBase<T, Impl>::ListDownloadedPatch()
 {
-    const bool isFetchedHere = ::PathFileExistsW(JoinPath(m_catalog.DownloadDir, PATCH_LIST_FILE));
-    if (isFetchedHere && ::PathFileExistsW(DownloadedMspPath)) {
+    if (m_catalog.HasPatchList() && ::PathFileExistsW(DownloadedMspPath)) {
         // The page waits: nothing may be chosen anew while it is left.
         const unsigned int error = m_catalog.CheckDownloadedFile(DownloadedMspPath);
         if (error != 0) {
