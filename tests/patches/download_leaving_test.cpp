@@ -120,7 +120,7 @@ TEST_P(LeavingTab, TheHostsOwnButtonsAreDisabledWhileItRuns)
     HWND back = nullptr, cancel = nullptr;
     StartDownload();
     ReadAPart(); // from here on a cancel shows no failure
-    Look([&] { // as a host has them; they are there for a while only
+    Look([&] {   // as a host has them; they are there for a while only
         const HWND pane = GetParent(Page());
         back = CreateWindowW(L"Button", L"", WS_CHILD, 0, 0, 1, 1, pane, reinterpret_cast<HMENU>(IDC_BACK),
                              nullptr, nullptr);
