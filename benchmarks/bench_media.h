@@ -40,10 +40,3 @@ private:
 [[nodiscard]] BuildPlan MakeBenchPlan(const BenchOptions& options, const CString& media);
 
 void RemoveTree(const CString& folder);
-
-class CSilentProgress final : public IBuildProgress
-{
-public:
-    void OnStep(const CString&) override {}
-    bool OnProgress(std::uint64_t, std::uint64_t, const CString&) override { return true; }
-};

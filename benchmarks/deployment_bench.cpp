@@ -26,7 +26,7 @@ double Copy(const BuildPlan& plan, PlainCopy way)
 
 double Build(const BuildPlan& plan)
 {
-    CSilentProgress progress;
+    CUnwatchedProgress progress;
     const double start = NowMilliseconds();
     const BuildResult result = BuildDeployment(plan, progress);
     const double end = NowMilliseconds();

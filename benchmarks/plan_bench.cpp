@@ -16,13 +16,6 @@ namespace {
 
 constexpr int CHANGED_ROWS = 50000;
 
-class CSilentProgress final : public IBuildProgress
-{
-public:
-    void OnStep(const CString&) override {}
-    bool OnProgress(std::uint64_t, std::uint64_t, const CString&) override { return true; }
-};
-
 void Require(unsigned int code, const CString& what)
 {
     if (code != 0) {
@@ -105,7 +98,7 @@ private:
 // What a build's check does, and nothing that reports it; what was read is freed within the time, on both sides.
 double Decide(const BuildPlan& plan)
 {
-    CSilentProgress progress;
+    CUnwatchedProgress progress;
     const double start = NowMilliseconds();
     {
         BuildRun run(plan, progress);

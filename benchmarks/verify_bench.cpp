@@ -18,7 +18,7 @@ public:
         : m_folder(options.strScratch + L"\\built")
     {
         const CBenchMedia media(options, shape);
-        CSilentProgress progress;
+        CUnwatchedProgress progress;
         const BuildResult result = BuildDeployment(MakeBenchPlan(options, media.Folder()), progress);
         if (result.error) {
             throw CannotMeasure{L"The build failed: " + result.error.message};
@@ -86,7 +86,7 @@ double ReadPlainly(const CString& folder)
 
 double Verify(const CString& folder)
 {
-    CSilentProgress progress;
+    CUnwatchedProgress progress;
     VerifyResult result;
     const double start = NowMilliseconds();
     VerifyDeploymentFolder(folder, progress, result);

@@ -305,7 +305,7 @@ void CheckPlan(BuildRun& run)
     }
     RequirePatchesApply(run.plan, [&run] { run.meter.Poll(); });
     BeginDecisions(run);
-    run.list = ScanSources(run.plan, TargetsOfDatabases(run.decisions));
+    run.list = ScanSources(run.plan, TargetsOfDatabases(run.decisions), [&run] { run.meter.Poll(); });
     DecideDatabases(run);
     const CString refused = RefusedTargets(run.plan, run.list);
     if (!refused.IsEmpty()) {

@@ -24,6 +24,14 @@ protected:
     ~IBuildProgress() = default;
 };
 
+// For who neither looks nor cancels.
+class CUnwatchedProgress final : public IBuildProgress
+{
+public:
+    void OnStep(const CString&) override {}
+    bool OnProgress(std::uint64_t, std::uint64_t, const CString&) override { return true; }
+};
+
 struct BuildResult
 {
     OperationError error;          // 0: the deployment stands; 1602: cancelled; nothing else was changed

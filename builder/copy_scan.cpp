@@ -13,8 +13,10 @@ namespace {
 class CScanner
 {
 public:
-    CScanner(const BuildPlan& plan, const std::vector<CString>& earlierFiles)
-        : m_plan(plan), m_named(NamedTargets(plan)), m_leftOut(earlierFiles.begin(), earlierFiles.end())
+    CScanner(const BuildPlan& plan, const std::vector<CString>& earlierFiles,
+             const std::function<void()>& poll)
+        : m_plan(plan), m_poll(poll), m_named(NamedTargets(plan)),
+          m_leftOut(earlierFiles.begin(), earlierFiles.end())
     {
         m_leftOut.insert(plan.leftOut.begin(), plan.leftOut.end());
         for (const BuildFile& file : plan.files) {
@@ -63,6 +65,7 @@ private:
 
     void ScanFolder(const CString& source, const CString& target)
     {
+        m_poll();
         for (const FolderEntry& entry : ListFolder(source)) {
             const CString entrySource = JoinFolder(source, entry.strName);
             const CString entryTarget = JoinFolder(target, entry.strName);
@@ -122,6 +125,7 @@ private:
     using NameSet = std::set<CString, CompareNoCaseLess>;
 
     const BuildPlan& m_plan;
+    const std::function<void()>& m_poll;
     TargetNames m_named; // what a folder's own file of that name gives way to
     NameSet m_folders;
     NameSet m_packageFolders; // targets of the databases that are written anew
@@ -132,7 +136,8 @@ private:
 
 } // namespace
 
-CopyList ScanSources(const BuildPlan& plan, const std::vector<CString>& earlierFiles)
+CopyList ScanSources(const BuildPlan& plan, const std::vector<CString>& earlierFiles,
+                     const std::function<void()>& poll)
 {
-    return CScanner(plan, earlierFiles).Scan();
+    return CScanner(plan, earlierFiles, poll).Scan();
 }

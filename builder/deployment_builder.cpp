@@ -12,14 +12,6 @@
 
 namespace {
 
-// Says nothing and never cancels.
-class CSilentProgress final : public IBuildProgress
-{
-public:
-    void OnStep(const CString&) override {}
-    bool OnProgress(std::uint64_t, std::uint64_t, const CString&) override { return true; }
-};
-
 // Folders of the location that the build made itself; they go again when it fails.
 class CMadeLocation
 {
@@ -213,9 +205,8 @@ BuildResult BuildDeployment(const BuildPlan& plan, IBuildProgress& progress) noe
     return result;
 }
 
-OperationError ReviewBuild(const BuildPlan& plan, BuildReview& review) noexcept
+OperationError ReviewBuild(const BuildPlan& plan, IBuildProgress& progress, BuildReview& review) noexcept
 {
-    CSilentProgress progress;
     review = {};
     std::optional<BuildRun> run;
     const OperationError error = Guard([&] {
@@ -230,6 +221,12 @@ OperationError ReviewBuild(const BuildPlan& plan, BuildReview& review) noexcept
         review.warnings = std::move(run->warnings);
     }
     return error;
+}
+
+OperationError ReviewBuild(const BuildPlan& plan, BuildReview& review) noexcept
+{
+    CUnwatchedProgress progress;
+    return ReviewBuild(plan, progress, review);
 }
 
 OperationError CheckBuild(const BuildPlan& plan, std::vector<CString>& warnings) noexcept

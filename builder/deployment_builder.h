@@ -16,7 +16,9 @@
 [[nodiscard]] BuildResult BuildDeployment(const BuildPlan& plan, IBuildProgress& progress) noexcept;
 
 // The checks of a build alone, and what they decided; nothing is written but probes of the right to write, which go again. A
-// refused one has the warnings up to then and nothing else.
+// refused one has the warnings up to then and nothing else; so has a canceled one, with the code 1602.
+[[nodiscard]] OperationError ReviewBuild(const BuildPlan& plan, IBuildProgress& progress,
+                                         BuildReview& review) noexcept;
 [[nodiscard]] OperationError ReviewBuild(const BuildPlan& plan, BuildReview& review) noexcept;
 // The same for who wants the warnings alone, which are added.
 [[nodiscard]] OperationError CheckBuild(const BuildPlan& plan, std::vector<CString>& warnings) noexcept;

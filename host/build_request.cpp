@@ -249,9 +249,10 @@ BuildResult BuildFromManager(CHostSetupManager& manager, const CString& answers,
     return result;
 }
 
-OperationError ReviewFromManager(CHostSetupManager& manager, const CString& answers, BuildReview& review)
+OperationError ReviewFromManager(CHostSetupManager& manager, const CString& answers, IBuildProgress& progress,
+                                 BuildReview& review)
 {
     BuildPlan plan;
     const OperationError error = DecidePlan(manager, answers, plan);
-    return error ? error : ReviewBuild(plan, review);
+    return error ? error : ReviewBuild(plan, progress, review);
 }

@@ -14,4 +14,4 @@
                                            IBuildProgress& progress);
 // What such a build would refuse before it copies anything, and what it has decided by then (ReviewBuild).
 [[nodiscard]] OperationError ReviewFromManager(CHostSetupManager& manager, const CString& answers,
-                                               BuildReview& review);
+                                               IBuildProgress& progress, BuildReview& review);

@@ -64,7 +64,7 @@ public:
     CString GetMediaFolder() override { return m_manager->GetMediaFolder(); }
     void SetAnswersText(const CString& text) override { m_strAnswersText = text; }
     BuildResult Build(IBuildProgress& progress) override;
-    OperationError ReviewBuild(BuildReview& review) override;
+    OperationError ReviewBuild(IBuildProgress& progress, BuildReview& review) override;
     void AppendLog(const CString& line) override { m_log.Append(line); }
 
 private:
@@ -135,9 +135,9 @@ BuildResult CSetupHostImplementation::Build(IBuildProgress& progress)
     return result; // its warnings are the caller's to show and to log
 }
 
-OperationError CSetupHostImplementation::ReviewBuild(BuildReview& review)
+OperationError CSetupHostImplementation::ReviewBuild(IBuildProgress& progress, BuildReview& review)
 {
-    return ReviewFromManager(*m_manager, m_strAnswersText, review);
+    return ReviewFromManager(*m_manager, m_strAnswersText, progress, review);
 }
 
 CSetupHost* OpenHost(const HostOptions& options, OperationError& error)

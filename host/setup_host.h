@@ -126,13 +126,15 @@ public:
     virtual BuildResult Build(IBuildProgress& progress) = 0;
 
     // What a build would refuse before it copies anything, and what it would do: from the decisions that it carries out.
-    // Builds nothing. A refused one has the warnings up to then and nothing else. May run where Build may.
-    virtual OperationError ReviewBuild(BuildReview& review) = 0;
+    // Builds nothing. A refused one has the warnings up to then and nothing else; so has a canceled one (1602). May
+    // run where Build may.
+    virtual OperationError ReviewBuild(IBuildProgress& progress, BuildReview& review) = 0;
     // The same for who wants the warnings alone, which are added.
     OperationError CheckBuild(std::vector<CString>& warnings)
     {
+        CUnwatchedProgress progress;
         BuildReview review;
-        const OperationError error = ReviewBuild(review);
+        const OperationError error = ReviewBuild(progress, review);
         warnings.insert(warnings.end(), review.warnings.begin(), review.warnings.end());
         return error;
     }

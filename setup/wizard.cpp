@@ -445,7 +445,8 @@ RunOutcome CWizard::CheckBuild()
 {
     CAnswersOutput(m_line, m_host.get(), m_log).AddToDeployment(m_recorder.GetPages()); // they are built too
     BuildReview build;
-    const OperationError error = m_host->ReviewBuild(build);
+    CUnwatchedProgress progress;
+    const OperationError error = m_host->ReviewBuild(progress, build);
     const ReviewDocument review = ComposeReview(m_recorder.GetPages(), build, error);
     LogReview(review, m_log);
     LogWarnings(build.warnings);

@@ -76,7 +76,7 @@ protected:
     {
         CSilentProgress progress;
         BuildReview review;
-        const OperationError refusal = host->ReviewBuild(review);
+        const OperationError refusal = host->ReviewBuild(progress, review);
         const BuildResult result = host->Build(progress);
         ExpectPlanHeld(refusal, review, progress.decided, result);
         EXPECT_EQ(result.error.code, 0u) << Utf8(result.error.message);

@@ -27,7 +27,7 @@ public:
     CString GetMediaFolder() override { return mediaFolder; }
     void SetAnswersText(const CString& text) override { answersText = text; }
     BuildResult Build(IBuildProgress&) override { return {}; }
-    OperationError ReviewBuild(BuildReview&) override { return {}; }
+    OperationError ReviewBuild(IBuildProgress&, BuildReview&) override { return {}; }
     void AppendLog(const CString& line) override { logged.push_back(line); }
 
     bool cancelling = true;
