@@ -70,6 +70,7 @@ void CWizardFlow::UseProducts(int count)
     const auto shown =
         m_position < m_walk.size() ? std::find(walk.begin(), walk.end(), m_walk[m_position]) : walk.end();
     m_bBeginsAnew = m_bBeginsAnew || shown == walk.end();
+    m_bVisit = m_bVisit && !m_bBeginsAnew;
     m_position = m_bBeginsAnew ? 0 : static_cast<std::size_t>(shown - walk.begin());
     m_walk = std::move(walk);
 }
@@ -81,7 +82,7 @@ FlowMove CWizardFlow::Show(std::size_t position)
     const bool together = m_bConfigure && IsTab(position);
     return {.act = together ? FlowAct::Configure : FlowAct::ShowPage,
             .nPage = m_walk[position].page,
-            .nProduct = together ? -1 : m_walk[position].product};
+            .nProduct = together && !m_bVisit ? -1 : m_walk[position].product};
 }
 
 bool CWizardFlow::IsTab(std::size_t position) const
@@ -113,6 +114,10 @@ FlowMove CWizardFlow::AfterPage(int result)
     if (m_bBuilt && result != NAVIGATION_RESET) {
         return FinishWith(m_exitCode); // whatever closed the outcome page, the deployment is what it is
     }
+    const bool isVisit = std::exchange(m_bVisit, false);
+    if (isVisit && result == NAVIGATION_NEXT) {
+        return ShowReview();
+    }
     switch (result) {
     case NAVIGATION_NEXT: {
         std::size_t next = m_bBeginsAnew ? 0 : m_position + 1;
@@ -122,7 +127,7 @@ FlowMove CWizardFlow::AfterPage(int result)
         if (next < m_walk.size()) {
             return Show(next);
         }
-        return m_bBuilds ? FlowMove{.act = FlowAct::Build} : FinishWith(SETUP_DONE);
+        return EndOfWalk();
     }
     case NAVIGATION_BACK: {
         std::size_t previous = m_position > 0 ? m_position - 1 : 0;
@@ -141,8 +146,43 @@ FlowMove CWizardFlow::AfterPage(int result)
     }
 }
 
+FlowMove CWizardFlow::EndOfWalk()
+{
+    return m_bReview ? ShowReview() : EndOfChoosing();
+}
+
+FlowMove CWizardFlow::EndOfChoosing() const
+{
+    return m_bBuilds ? FlowMove{.act = FlowAct::Build} : FinishWith(SETUP_DONE);
+}
+
+FlowMove CWizardFlow::ShowReview()
+{
+    m_bVisit = false;
+    m_position = m_walk.size(); // behind the last page, so that there is a way back
+    return {.act = FlowAct::Review};
+}
+
+FlowMove CWizardFlow::AfterReview(int result)
+{
+    return result == NAVIGATION_NEXT ? EndOfChoosing() : AfterPage(result);
+}
+
+FlowMove CWizardFlow::VisitPage(const CString& page, int product)
+{
+    for (std::size_t position = 0; position < m_walk.size(); ++position) {
+        const Stop& stop = m_walk[position];
+        if (m_pages[static_cast<std::size_t>(stop.page)].strPage == page && stop.product == product) {
+            m_bVisit = true;
+            return Show(position);
+        }
+    }
+    return ShowReview();
+}
+
 FlowMove CWizardFlow::StartAgain()
 {
+    m_bVisit = false;
     m_bBuilt = false;
     return Start();
 }

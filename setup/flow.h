@@ -10,6 +10,7 @@ enum class FlowAct
 {
     ShowPage,
     Configure, // the dialog in which all tab pages of the flow stand together
+    Review,    // what has been chosen and what it will do, before it is done
     Build,
     Finish,
 };
@@ -17,8 +18,10 @@ enum class FlowAct
 struct FlowMove
 {
     FlowAct act = FlowAct::Finish;
-    int nPage = -1;    // ShowPage: index in the flow
-    int nProduct = -1; // ShowPage: index of the product that the page is shown for; -1: it belongs to none
+    int nPage = -1; // ShowPage: index in the flow. Configure: of the page whose tab is opened first
+    // ShowPage: index of the product that the page is shown for; -1: it belongs to none. Configure: of the product whose tab is
+    // opened first; -1 for the first one's.
+    int nProduct = -1;
     unsigned int exitCode = 0; // Finish
 };
 
@@ -45,19 +48,31 @@ public:
     // the first of them stands. May change with every page, as only the begin page decides what is to be done.
     void OfferConfigure(bool offered) { m_bConfigure = offered; }
 
+    // With true, the review stands behind the last choosing page. Not without a person to read it.
+    void OfferReview(bool offered) { m_bReview = offered; }
+
     // False when there is nothing to choose, so that a build could only be wrong.
     [[nodiscard]] bool HasChoosingPage() const { return !m_walk.empty(); }
 
     [[nodiscard]] FlowMove Start();
     // `result`: what the page or dialog shown last came back with (NavigationResult).
     [[nodiscard]] FlowMove AfterPage(int result);
+    // `result`: how the review was left (NavigationResult): Next builds, or ends a run that doesn't; Back leads to the last
+    // choosing page.
+    [[nodiscard]] FlowMove AfterReview(int result);
+    // From the review to one of the pages, and from there by Next to the review again. `page`: an export; `product`: as in
+    // FlowMove. A page that the walk doesn't have leads back to the review.
+    [[nodiscard]] FlowMove VisitPage(const CString& page, int product);
+    // What the visited page changed concerns the pages behind it: Next goes through them.
+    void EndVisit() { m_bVisit = false; }
     // Back to the first page, whatever was shown: the choice made there doesn't hold.
     [[nodiscard]] FlowMove StartAgain();
     // `exitCode`: 0, 1602 or whatever the build failed with.
     [[nodiscard]] FlowMove AfterBuild(unsigned int exitCode);
 
-    // Back is off on the first page, and after the build, which can't be taken back.
-    [[nodiscard]] bool CanGoBack() const { return !m_bBuilt && m_position > 0; }
+    // Back is off on the first page, and after the build, which can't be taken back; on a visited page too, as some pages
+    // store what was entered when they are left by Back and some don't.
+    [[nodiscard]] bool CanGoBack() const { return !m_bBuilt && !m_bVisit && m_position > 0; }
 
 private:
     // A page before the build, for one product or for none.
@@ -69,6 +84,11 @@ private:
     };
 
     [[nodiscard]] std::vector<Stop> MakeWalk(int products) const;
+    [[nodiscard]] FlowMove ShowReview();
+    // Behind the last choosing page.
+    [[nodiscard]] FlowMove EndOfWalk();
+    // Behind everything that a person is asked.
+    [[nodiscard]] FlowMove EndOfChoosing() const;
     [[nodiscard]] FlowMove Show(std::size_t position);
     [[nodiscard]] bool IsTab(std::size_t position) const;
     [[nodiscard]] bool IsFirstTab(std::size_t position) const;
@@ -81,6 +101,8 @@ private:
     bool m_bBeginsAnew = false; // the page that is shown is of a product that is gone
     bool m_bBuilds;
     bool m_bConfigure = false;
+    bool m_bReview = false;
+    bool m_bVisit = false; // the page that is shown was come to from the review
     bool m_bBuilt = false;
     unsigned int m_exitCode = SETUP_DONE; // of the build
 };

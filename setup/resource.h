@@ -7,6 +7,7 @@
 #define IDD_BUILD 100
 #define IDD_CONFIGURE 101
 #define IDD_CONFIGURE_NO_PAGE 102
+#define IDD_REVIEW 103
 
 #define IDC_BUILD_STEP 1001
 #define IDC_BUILD_FILE 1002
@@ -21,6 +22,14 @@
 #define IDC_CONFIGURE_TABS 1010
 #define IDC_CONFIGURE_VIEW 1012
 #define IDC_CONFIGURE_REASON 1015
+
+// Review. Build and Cancel are IDOK and IDCANCEL.
+#define IDC_REVIEW_HEADING 1020
+#define IDC_REVIEW_TREE 1021
+#define IDC_REVIEW_PAGE 1022
+#define IDC_REVIEW_COPY 1023
+#define IDC_REVIEW_BACK 1024
+#define IDC_REVIEW_LINE 1025
 
 // Build window. %1, %2: texts that are filled in
 #define IDS_BUILD_TITLE 200       // %1: name of the deployment
@@ -106,5 +115,22 @@
 #define IDS_CONFIGURE_NO_DATABASE_SAVE 404 // %1: product, %2: why
 #define IDS_CONFIGURE_NO_WINDOW 405        // %1: why
 #define IDS_CONFIGURE_NO_PRODUCT 406       // %1: name of the page
+
+// Review
+#define IDS_REVIEW_TITLE 420 // %1: name of the deployment
+#define IDS_REVIEW_HEADING 421
+#define IDS_REVIEW_CHECK_HEADING 422
+#define IDS_REVIEW_REFUSED 423
+#define IDS_REVIEW_BUILD 424
+#define IDS_REVIEW_FINISH 425
+#define IDS_REVIEW_NOT_COPIED 426
+#define IDS_REVIEW_CANCEL_QUESTION 427
+#define IDS_REVIEW_NO_WINDOW 428
+// While it is found out what would be built
+#define IDS_DECIDING_TITLE 430       // %1: name of the deployment
+#define IDS_DECIDING_TITLE_SHARE 431 // %1: per cent, %2: name of the deployment
+#define IDS_DECIDING_CANCELLING 432
+#define IDS_DECIDING_CANCEL_QUESTION 433
+#define IDS_DECIDING_SHUTDOWN_REASON 434
 
 #endif

@@ -3,6 +3,7 @@
 #include "setup/review_lines.h"
 
 #include <algorithm>
+#include <map>
 
 namespace {
 
@@ -18,12 +19,6 @@ bool IsWord(AnswerKind kind)
 {
     return kind == AnswerKind::Radio || kind == AnswerKind::Check || kind == AnswerKind::Entry ||
            kind == AnswerKind::Choice || kind == AnswerKind::Clear;
-}
-
-bool IsLine(const PageAnswerTable& table, const RecordedValue& value)
-{
-    const AnswerKey* const key = FindAnswerKey(table, value.strWord);
-    return key && key->kind == AnswerKind::List;
 }
 
 CString FieldsInWords(const RecordedValue& value)
@@ -65,10 +60,7 @@ public:
         if (!m_page.bShown) {
             m_node.children.push_back(Line(L"Nobody went to this page: all stays as it was."));
         }
-        for (const RecordedValue& value : m_page.values) {
-            Add(value);
-        }
-        AddRest();
+        AddValues();
         for (const RecordedQuestion& question : m_page.questions) {
             m_node.children.push_back(Line(L"Asked about \"" + InWords(question.pBox->role) + L"\": " +
                                            (question.bYes ? L"yes" : L"no")));
@@ -88,39 +80,71 @@ private:
         return node;
     }
 
+    // How many lines of one word are shown. A long list is cut, and what nobody changed goes first.
+    struct Room
+    {
+        std::size_t changed = 0, others = 0;           // that come
+        std::size_t shownChanged = 0, shownOthers = 0; // of them
+        std::size_t left = 0;                          // to come still
+
+        [[nodiscard]] std::size_t Rest() const { return changed + others - shownChanged - shownOthers; }
+    };
+
+    [[nodiscard]] std::map<CString, Room> DivideRoom() const
+    {
+        std::map<CString, Room> rooms;
+        for (const RecordedValue& value : m_page.values) {
+            Room& room = rooms[value.strWord];
+            ++(value.bProposed ? room.others : room.changed);
+            ++room.left;
+        }
+        for (auto& [word, room] : rooms) {
+            room.shownChanged = std::min(room.changed, MOST_REVIEW_LINES);
+            room.shownOthers = std::min(room.others, MOST_REVIEW_LINES - room.shownChanged);
+        }
+        return rooms;
+    }
+
+    void AddValues()
+    {
+        std::map<CString, Room> rooms = DivideRoom();
+        std::map<CString, Room> open = rooms;
+        for (const RecordedValue& value : m_page.values) {
+            Room& room = open[value.strWord];
+            std::size_t& shown = value.bProposed ? room.shownOthers : room.shownChanged;
+            if (shown > 0) {
+                --shown;
+                Add(value);
+            }
+            const Room& whole = rooms[value.strWord];
+            if (--room.left == 0 && whole.Rest() > 0) {
+                AddRest(value.strWord, whole.Rest(), whole.changed - whole.shownChanged);
+            }
+        }
+    }
+
     void Add(const RecordedValue& value)
     {
-        if (IsLine(*m_page.pTable, value) && m_lines++ >= MOST_REVIEW_LINES) {
-            ++m_rest;
-            m_changedRest += value.bProposed ? 0 : 1;
-            return;
-        }
         ReviewNode node = Line(InWords(value.strWord) + L": " + ValueInWords(*m_page.pTable, value) +
                                (value.bKept ? L" (kept, but not in effect)" : L""));
         node.bChanged = !value.bProposed;
         m_node.children.push_back(std::move(node));
     }
 
-    void AddRest()
+    void AddRest(const CString& word, std::size_t count, std::size_t changed)
     {
-        if (m_rest == 0) {
-            return;
-        }
-        CString text = L"and " + CountInWords(m_rest, L"more", L"more");
-        if (m_changedRest > 0) {
-            text += L", of which " + CountInWords(m_changedRest, L"differs", L"differ") +
+        CString text = InWords(word) + L": and " + CountInWords(count, L"more", L"more");
+        if (changed > 0) {
+            text += L", of which " + CountInWords(changed, L"differs", L"differ") +
                     L" from what the page proposed";
         }
         ReviewNode node = Line(text);
-        node.bChanged = m_changedRest > 0;
+        node.bChanged = changed > 0;
         m_node.children.push_back(std::move(node));
     }
 
     const RecordedPage& m_page;
     ReviewNode m_node;
-    std::size_t m_lines = 0; // of lists
-    std::size_t m_rest = 0;  // of them that aren't shown
-    std::size_t m_changedRest = 0;
 };
 
 // Two products may have one name.

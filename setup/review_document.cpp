@@ -9,7 +9,7 @@ constexpr wchar_t INDENT[] = L"  ";
 void AppendText(CString& text, const ReviewDocument& nodes, const CString& indent)
 {
     for (const ReviewNode& node : nodes) {
-        text += node.bWarning ? L"! " : node.bChanged ? L"* " : L"  ";
+        text += MarkOf(node);
         text += indent;
         text += node.strText;
         text += L"\r\n";
@@ -43,6 +43,11 @@ void AppendJson(CString& text, const ReviewDocument& nodes, const CString& inden
 }
 
 } // namespace
+
+CString MarkOf(const ReviewNode& node)
+{
+    return node.bWarning ? L"! " : node.bChanged ? L"* " : L"  ";
+}
 
 CString ComposeReviewText(const ReviewDocument& review)
 {

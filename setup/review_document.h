@@ -18,6 +18,9 @@ struct ReviewNode
 
 using ReviewDocument = std::vector<ReviewNode>;
 
+// The mark of a line: two characters (see below).
+[[nodiscard]] CString MarkOf(const ReviewNode& node);
+
 // Each line on one of its own, indented by its depth; changed lines and warnings are marked. Ends in a line break.
 //
 //   line = mark { "  " } text CR LF      two blanks for each line that it stands below

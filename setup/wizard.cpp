@@ -5,71 +5,21 @@
 #include "include/page_table.h"
 #include "include/product.h"
 #include "setup/answers_output.h"
-#include "setup/build_dialog.h"
 #include "setup/configure_rules.h"
 #include "setup/exit_codes.h"
 #include "setup/failure_pane.h"
 #include "setup/paths.h"
 #include "setup/product_names.h"
 #include "setup/resource.h"
-#include "setup/review_compose.h"
-#include "setup/review_output.h"
 #include "setup/texts.h"
 
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 namespace {
 
 // Below HKEY_CURRENT_USER: what the program remembers for a user.
 constexpr wchar_t USER_KEY[] = L"Software\\Velkmora\\Rollout";
-
-// More than a few would make a box that no screen holds; the log has them all.
-CString WarningLines(const std::vector<CString>& warnings)
-{
-    constexpr std::size_t SHOWN = 5;
-    CString lines;
-    for (std::size_t index = 0; index < warnings.size() && index < SHOWN; ++index) {
-        lines += L"\n\n" + warnings[index];
-    }
-    if (warnings.size() > SHOWN) {
-        lines += L"\n\n" + SetupText(IDS_BUILD_MORE_WARNINGS,
-                                     {NumberText(static_cast<long long>(warnings.size() - SHOWN))});
-    }
-    return lines;
-}
-
-// Logs each step before the window is notified, which shows the last of those that follow fast on one another.
-class CLoggedProgress final : public IBuildProgress
-{
-public:
-    // Borrows both. `decided`: is called with what the build has decided.
-    CLoggedProgress(IBuildProgress& shown, CRunLog& log, std::function<void(const BuildReview&)> decided)
-        : m_shown(shown), m_log(log), m_decided(std::move(decided))
-    {
-    }
-
-    void OnStep(const CString& sentence) override
-    {
-        m_log.Line(L"  " + sentence);
-        m_shown.OnStep(sentence);
-    }
-    bool OnProgress(std::uint64_t bytesDone, std::uint64_t bytesTotal, const CString& file) override
-    {
-        return m_shown.OnProgress(bytesDone, bytesTotal, file);
-    }
-    void OnDecided(const BuildReview& review) override
-    {
-        m_decided(review);
-        m_shown.OnDecided(review);
-    }
-
-private:
-    IBuildProgress& m_shown;
-    CRunLog& m_log; // nobody else writes to it while the build runs
-    std::function<void(const BuildReview&)> m_decided;
-};
 
 } // namespace
 
@@ -178,14 +128,22 @@ std::vector<FlowStep> CWizard::ExistingPages()
 
 RunOutcome CWizard::Walk(CWizardFlow& flow)
 {
+    flow.OfferReview(!m_line.IsUnattended());
     flow.OfferConfigure(OffersConfigure());
     flow.UseProducts(CountProducts());
     FlowMove move = flow.Start();
     while (move.act != FlowAct::Finish) {
-        if (move.act != FlowAct::Build) {
+        switch (move.act) {
+        case FlowAct::Review:
+            move = Review(flow);
+            break;
+        case FlowAct::Build:
+            if (SettleTarget(flow, move)) {
+                move = flow.AfterBuild(Build());
+            }
+            break;
+        default:
             move = Show(move, flow);
-        } else if (SettleTarget(flow, move)) {
-            move = flow.AfterBuild(Build());
         }
         if (m_ended) {
             m_host->GetSetupManager().m_exitCode = m_ended->exitCode;
@@ -206,7 +164,8 @@ RunOutcome CWizard::Walk(CWizardFlow& flow)
 FlowMove CWizard::Show(const FlowMove& move, CWizardFlow& flow)
 {
     const bool isPage = move.act == FlowAct::ShowPage;
-    const int result = isPage ? ShowPage(move, flow.CanGoBack()) : ShowConfigure(flow.CanGoBack());
+    const int opening = m_host->CountProductOpenings();
+    const int result = isPage ? ShowPage(move, flow.CanGoBack()) : ShowConfigure(move, flow.CanGoBack());
     m_ended = m_unattended.GetFailure();
     if (m_ended) {
         return move;
@@ -219,6 +178,9 @@ FlowMove CWizard::Show(const FlowMove& move, CWizardFlow& flow)
     if (result == NAVIGATION_NEXT) { // which the first page's choice may have changed
         flow.UseProducts(CountProducts());
     }
+    if (m_host->CountProductOpenings() != opening) { // what their pages had chosen is gone
+        flow.EndVisit();
+    }
     FlowMove next;
     if (isPage && result == NAVIGATION_NEXT &&
         HasRole(m_pages[static_cast<std::size_t>(move.nPage)].strName, PageRole::Target)) {
@@ -229,6 +191,15 @@ FlowMove CWizard::Show(const FlowMove& move, CWizardFlow& flow)
         }
     }
     return flow.AfterPage(result);
+}
+
+int CWizard::FindProduct(const CString& productCode)
+{
+    const std::vector<AnswerProduct> products = NamesOf(m_host->GetProducts());
+    const auto found = std::find_if(products.begin(), products.end(), [&](const AnswerProduct& product) {
+        return product.strCode == productCode;
+    });
+    return found == products.end() ? -1 : static_cast<int>(found - products.begin());
 }
 
 void CWizard::CheckAnsweredProducts()
@@ -351,9 +322,10 @@ int CWizard::ShowPage(const FlowMove& move, bool canGoBack)
     return result;
 }
 
-int CWizard::ShowConfigure(bool canGoBack)
+int CWizard::ShowConfigure(const FlowMove& move, bool canGoBack)
 {
     CConfigureDialog dialog(m_host->GetSetupManager(), MakeTabs(), MakeConfigureOptions(canGoBack));
+    dialog.OpenOn(FindTab(dialog, move));
     m_recorder.BeginTabs(dialog);
     const int result = m_line.IsUnattended() ? m_unattended.ShowConfigure(dialog) : dialog.Run();
     m_recorder.EndTabs();
@@ -362,6 +334,22 @@ int CWizard::ShowConfigure(bool canGoBack)
         m_strCause = L"The dialog with the products' pages could not be shown.";
     }
     return result;
+}
+
+// The tab of the page that is to be opened first; the first one where there is no such tab.
+int CWizard::FindTab(const CConfigureDialog& dialog, const FlowMove& move)
+{
+    const CString page = TabTwin(m_pages[static_cast<std::size_t>(move.nPage)].strName);
+    const std::vector<CProduct*>& products = m_host->GetProducts();
+    const std::size_t product = static_cast<std::size_t>(std::max(0, move.nProduct));
+    for (int tab = 0; tab < dialog.GetTabCount(); ++tab) {
+        const ConfigureTab& described = dialog.GetTab(tab);
+        if (described.strPage == page && product < products.size() &&
+            described.context.pProduct == products[product]) {
+            return tab;
+        }
+    }
+    return 0;
 }
 
 // The products one after the other, each with its pages in the order of the flow.
@@ -407,79 +395,4 @@ ConfigureOptions CWizard::MakeConfigureOptions(bool canGoBack)
         m_recorder.WatchTab(page, tab.strPage, tab.context.pProduct);
     };
     return options;
-}
-
-unsigned int CWizard::Build()
-{
-    CSetupManager& manager = m_host->GetSetupManager();
-    m_log.Line(CString(L"Building ") + manager.m_strDeploymentName);
-    CAnswersOutput output(m_line, m_host.get(), m_log);
-    output.AddToDeployment(m_recorder.GetPages());
-    // Where nobody has seen the review, the log has it, once; the build's thread has pages of its own for it.
-    const std::vector<RecordedPage> pages = m_recorder.GetPages();
-    bool isReviewed = !m_line.IsUnattended();
-    const auto logReview = [&](const BuildReview& review, const OperationError& refusal) {
-        if (!std::exchange(isReviewed, true)) {
-            LogReview(ComposeReview(pages, review, refusal), m_log);
-        }
-    };
-    CBuildDialog dialog(manager.m_strDeploymentName, [&](IBuildProgress& progress) {
-        CLoggedProgress logged(progress, m_log, [&](const BuildReview& review) { logReview(review, {}); });
-        return m_host->Build(logged);
-    });
-    const BuildResult result = dialog.Run();
-    if (result.error && result.error.code != SETUP_CANCELLED) {
-        BuildReview refused;
-        refused.warnings = result.warnings;
-        logReview(refused, result.error);
-    }
-    ReportBuild(result);
-    const bool failed = result.error && result.error.code != SETUP_CANCELLED;
-    m_strKeptAnswers = failed ? output.KeepBesideLog(m_recorder.GetPages(), m_strCause) : CString();
-    manager.m_exitCode = result.error.code;
-    return result.error.code;
-}
-
-// What the real run's build would do, and what it would refuse before it copies anything.
-RunOutcome CWizard::CheckBuild()
-{
-    CAnswersOutput(m_line, m_host.get(), m_log).AddToDeployment(m_recorder.GetPages()); // they are built too
-    BuildReview build;
-    CUnwatchedProgress progress;
-    const OperationError error = m_host->ReviewBuild(progress, build);
-    const ReviewDocument review = ComposeReview(m_recorder.GetPages(), build, error);
-    LogReview(review, m_log);
-    LogWarnings(build.warnings);
-    const CString unwritten = m_line.strPlan.IsEmpty() ? CString() : WritePlan(review, m_line.strPlan);
-    if (error || !unwritten.IsEmpty()) {
-        m_host->GetSetupManager().m_exitCode = SETUP_FAILED;
-        return {SETUP_FAILED, error ? error.message : unwritten, false};
-    }
-    if (!m_line.IsUnattended()) {
-        MessageBoxW(nullptr, SetupText(IDS_PLAN_WRITTEN, {m_line.strPlan}), SetupText(IDS_PROGRAM_TITLE),
-                    MB_OK | MB_ICONINFORMATION | MB_SETFOREGROUND);
-    }
-    return {SETUP_DONE, m_strCause, true};
-}
-
-void CWizard::LogWarnings(const std::vector<CString>& warnings)
-{
-    for (const CString& warning : warnings) {
-        m_log.Line(L"Warning: " + warning);
-    }
-}
-
-void CWizard::ReportBuild(const BuildResult& result)
-{
-    LogWarnings(result.warnings);
-    if (result.error) {
-        m_strCause =
-            result.error.message.IsEmpty() ? SystemErrorText(result.error.code) : result.error.message;
-    } else {
-        m_log.Line(L"Deployment " + result.strDeploymentFolder);
-    }
-    if (!result.error && !result.warnings.empty() && !m_line.IsUnattended()) {
-        MessageBoxW(nullptr, SetupText(IDS_BUILD_WARNINGS, {WarningLines(result.warnings)}),
-                    SetupText(IDS_PROGRAM_TITLE), MB_OK | MB_ICONWARNING | MB_SETFOREGROUND);
-    }
 }

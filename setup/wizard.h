@@ -57,9 +57,14 @@ private:
     // The product's name where there are several; empty where nobody would take it for another's.
     [[nodiscard]] CString NameAmongSeveral(const CProduct* product);
     [[nodiscard]] int ShowPage(const FlowMove& move, bool canGoBack);
-    [[nodiscard]] int ShowConfigure(bool canGoBack);
+    [[nodiscard]] int ShowConfigure(const FlowMove& move, bool canGoBack);
+    [[nodiscard]] int FindTab(const CConfigureDialog& dialog, const FlowMove& move);
     [[nodiscard]] std::vector<ConfigureTab> MakeTabs();
     [[nodiscard]] ConfigureOptions MakeConfigureOptions(bool canGoBack);
+    // What comes behind the review, whose way out leads to a page, to the build or to the end.
+    [[nodiscard]] FlowMove Review(CWizardFlow& flow);
+    // The index of the product with that code; -1 for none.
+    [[nodiscard]] int FindProduct(const CString& productCode);
     [[nodiscard]] unsigned int Build();
     [[nodiscard]] RunOutcome CheckBuild();
     void LogWarnings(const std::vector<CString>& warnings);

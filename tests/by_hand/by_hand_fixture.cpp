@@ -36,6 +36,7 @@ const WindowMark marks[] = {
     {Shown::CompletePage, L"the page of a finished build", IDC_RESULT_LINE1},
     {Shown::FailedPage, L"the page of a failed build", IDC_FAILURE_REASON},
     {Shown::ContactPage, L"the contact page", IDC_SIDE_PANE},
+    {Shown::Review, L"the review", IDC_REVIEW_COPY},
     {Shown::ConfigureDialog, L"the configure dialog", IDC_CONFIGURE_TABS},
     {Shown::BuildWindow, L"the build window", IDC_BUILD_BAR},
 };
@@ -295,12 +296,19 @@ const std::vector<Shown>& ByHandTest::PagesBehindFirst()
     return pages;
 }
 
-void ByHandTest::WalkToBuild()
+HWND ByHandTest::WalkToReview()
 {
     for (const Shown page : PagesBehindFirst()) {
         WaitFor(page);
         StrikeKey(VK_RETURN);
     }
+    return WaitFor(Shown::Review);
+}
+
+void ByHandTest::WalkToBuild()
+{
+    WalkToReview();
+    StrikeKey(VK_RETURN);
 }
 
 CString ByHandTest::AnswerBox(WORD key, std::initializer_list<WORD> modifiers)

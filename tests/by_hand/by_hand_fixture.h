@@ -31,6 +31,7 @@ enum class Shown
     FailedPage,
     CancelQuestion, // whether to leave the setup
     BuildWindow,
+    Review,
     ConfigureDialog,
     FolderPicker,
     Box, // a message box
@@ -78,7 +79,8 @@ protected:
     void WalkFromFirstPageToBuild(const wchar_t* name);
     // Of the sample's walk, up to the build.
     [[nodiscard]] static const std::vector<Shown>& PagesBehindFirst();
-    // From the second page on by Enter alone, until the build begins.
+    // From the second page on by Enter alone: until the review is up, and on until the build begins.
+    HWND WalkToReview();
     void WalkToBuild();
     // The box in front, by a key. It is noted; the next box is another one.
     CString AnswerBox(WORD key, std::initializer_list<WORD> modifiers = {});

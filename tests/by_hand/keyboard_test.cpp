@@ -1,6 +1,7 @@
 // Each page of a walk by the keyboard alone: Tab comes to every control that can be used, and round.
 #include "automation/window_finder.h"
 #include "include/resource_ids.h"
+#include "setup/resource.h"
 #include "tests/by_hand/by_hand_fixture.h"
 
 #include <algorithm>
@@ -96,6 +97,9 @@ TEST_F(KeyboardByHand, TabComesToEveryControlOfEveryPageAndRound)
         ExpectKeyboard(shown);
         StrikeKey(VK_RETURN);
     }
+    ExpectKeyboard(Shown::Review);
+    WaitForFocus(WaitFor(Shown::Review), IDC_REVIEW_TREE);
+    StrikeKey(VK_RETURN);
     ExpectKeyboard(Shown::CompletePage);
     StrikeKey(VK_RETURN);
     EXPECT_EQ(WaitForEnd(), 0u);

@@ -97,6 +97,7 @@ protected:
         StrikeKey(VK_RETURN);
         Next(Shown::ServicePackPage);
         Next(Shown::ContactPage);
+        Next(Shown::Review);
         Next(Shown::CompletePage);
         EXPECT_EQ(WaitForEnd(), 0u);
     }

@@ -16,6 +16,7 @@ PAGE_FOLDERS = ("frame", "pages", "online", "paths", "files", "patches", "workst
 NUMBERS = {"IDS_NEW_FOLDER_NUMBERED": {"d"}, "IDS_PATCH_MARK": {"d"}}
 # Ids that reach SetupText by a variable, with the number of texts that are filled in there.
 PASSED_ON = {"IDS_CONFIGURE_NO_DATABASE_SAVE": 2, "IDS_BUILD_TITLE": 1, "IDS_BUILD_TITLE_SHARE": 2, "IDS_CHECK_TITLE": 1,
+             "IDS_DECIDING_TITLE": 1, "IDS_DECIDING_TITLE_SHARE": 2,
              "IDS_CHECK_TITLE_SHARE": 2, "IDS_BASE_DIFFERS": 2, "IDS_BASE_UNDETERMINED": 2}
 
 # Words without which a text is not the one of its id: what it is about, and the unit of what is filled in.
@@ -127,6 +128,11 @@ PROGRAM_WORDS = {
     "IDS_COMPARE_DIFFERENT": "not equal", "IDS_COMPARE_FAILED": "compared", "IDS_COMPARE_ANSWERS_UNREADABLE": "The answers",
     "IDS_PLAN_FAILED": "written", "IDS_PLAN_IS_OTHER": "replace", "IDS_PLAN_IN_DEPLOYMENT": "outside it",
     "IDS_PLAN_WRITTEN": "Nothing was built",
+    "IDS_REVIEW_TITLE": "Review of", "IDS_REVIEW_HEADING": "when you choose Build", "IDS_REVIEW_CHECK_HEADING": "would be built",
+    "IDS_REVIEW_REFUSED": "can't be built", "IDS_REVIEW_BUILD": "Build", "IDS_REVIEW_FINISH": "Finish", "IDS_REVIEW_NOT_COPIED": "can't be copied",
+    "IDS_REVIEW_CANCEL_QUESTION": "leave the wizard", "IDS_REVIEW_NO_WINDOW": "can't be shown",
+    "IDS_DECIDING_TITLE": "Reviewing", "IDS_DECIDING_TITLE_SHARE": "Reviewing", "IDS_DECIDING_CANCELLING": "the review",
+    "IDS_DECIDING_CANCEL_QUESTION": "stop the review", "IDS_DECIDING_SHUTDOWN_REASON": "being reviewed",
 }
 CONTROL_WORDS = {
     "IDYES": "Yes", "IDNO": "No", "IDC_BACK": "Back", "IDC_RESET": "over", "IDC_LINK1": "guide", "IDC_LINK2": "notes",

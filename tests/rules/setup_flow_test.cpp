@@ -375,3 +375,123 @@ TEST(SetupFlow, TheConfigureDialogHoldsTheTabsOfAllProductsAndComesOnce)
 }
 
 } // namespace
+
+// ---- the review
+
+namespace {
+
+// A flow that stands before its review.
+CWizardFlow AtReview(const std::vector<FlowStep>& pages, int products, bool builds = true)
+{
+    CWizardFlow flow(pages, builds);
+    flow.OfferReview(true);
+    flow.UseProducts(products);
+    FlowMove move = flow.Start();
+    while (move.act == FlowAct::ShowPage) {
+        move = flow.AfterPage(NAVIGATION_NEXT);
+    }
+    EXPECT_EQ(move.act, FlowAct::Review);
+    return flow;
+}
+
+} // namespace
+
+TEST(SetupFlow, TheReviewStandsBehindTheLastChoosingPageAndLeadsToTheBuild)
+{
+    CWizardFlow flow(PAGES, true);
+    flow.OfferReview(true);
+    ExpectPage(flow.Start(), 0);
+    ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 1);
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Review);
+    EXPECT_EQ(flow.AfterReview(NAVIGATION_NEXT).act, FlowAct::Build);
+}
+
+TEST(SetupFlow, TheReviewOfACheckEndsTheRun)
+{
+    CWizardFlow flow = AtReview(PAGES, 1, false);
+    ExpectFinish(flow.AfterReview(NAVIGATION_NEXT), 0);
+}
+
+TEST(SetupFlow, BackFromTheReviewShowsTheLastChoosingPage)
+{
+    CWizardFlow flow = AtReview(PAGES_OF_PRODUCTS, 2);
+    ExpectPage(flow.AfterReview(NAVIGATION_BACK), 4, 1);
+    EXPECT_TRUE(flow.CanGoBack());
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Review);
+}
+
+TEST(SetupFlow, AReviewThatIsCanceledOrCanNotBeShownEndsTheRun)
+{
+    CWizardFlow canceled = AtReview(PAGES, 1);
+    ExpectFinish(canceled.AfterReview(NAVIGATION_CANCEL), 1602);
+    CWizardFlow unshown = AtReview(PAGES, 1);
+    ExpectFinish(unshown.AfterReview(NAVIGATION_LOAD_FAILED), 1603);
+}
+
+TEST(SetupFlow, AVisitedPageLeadsBackToTheReviewByNextAlone)
+{
+    CWizardFlow flow = AtReview(PAGES_OF_PRODUCTS, 2);
+    ExpectPage(flow.VisitPage(L"OnlineDialog", 1), 2, 1);
+    EXPECT_FALSE(flow.CanGoBack());
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Review);
+    ExpectPage(flow.VisitPage(L"BeginDeploymentDialog", -1), 0);
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Review);
+    EXPECT_EQ(flow.AfterReview(NAVIGATION_NEXT).act, FlowAct::Build);
+}
+
+TEST(SetupFlow, CancelOnAVisitedPageEndsWith1602)
+{
+    CWizardFlow flow = AtReview(PAGES, 1);
+    ExpectPage(flow.VisitPage(L"ProductContactDialog", -1), 1);
+    ExpectFinish(flow.AfterPage(NAVIGATION_CANCEL), 1602);
+}
+
+TEST(SetupFlow, AVisitOfAPageThatIsNotThereStaysAtTheReview)
+{
+    CWizardFlow flow = AtReview(PAGES_OF_PRODUCTS, 2);
+    EXPECT_EQ(flow.VisitPage(L"OnlineDialog", 2).act, FlowAct::Review);
+    EXPECT_EQ(flow.VisitPage(L"OnlineDialog", -1).act, FlowAct::Review);
+    EXPECT_EQ(flow.VisitPage(L"NobodysDialog", -1).act, FlowAct::Review);
+    ExpectPage(flow.AfterReview(NAVIGATION_BACK), 4, 1);
+}
+
+// The visited page has opened other products: what the pages behind it had chosen is gone.
+TEST(SetupFlow, AnEndedVisitGoesThroughThePagesBehindIt)
+{
+    CWizardFlow flow = AtReview(PAGES, 1);
+    ExpectPage(flow.VisitPage(L"BeginDeploymentDialog", -1), 0);
+    flow.EndVisit();
+    ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 1);
+    EXPECT_TRUE(flow.CanGoBack());
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Review);
+}
+
+TEST(SetupFlow, AVisitedPageOfTheConfigureDialogOpensItOnThePagesTab)
+{
+    CWizardFlow flow(PAGES_OF_PRODUCTS, true);
+    flow.OfferReview(true);
+    flow.OfferConfigure(true);
+    flow.UseProducts(2);
+    (void)flow.Start();
+    FlowMove move = flow.AfterPage(NAVIGATION_NEXT);
+    ExpectConfigure(move);
+    EXPECT_EQ(move.nPage, 1);
+    EXPECT_EQ(move.nProduct, -1);
+    while (move.act != FlowAct::Review) {
+        move = flow.AfterPage(NAVIGATION_NEXT);
+    }
+    move = flow.VisitPage(L"NoticeDialog", 1);
+    ExpectConfigure(move);
+    EXPECT_EQ(move.nPage, 4);
+    EXPECT_EQ(move.nProduct, 1);
+    EXPECT_FALSE(flow.CanGoBack());
+    EXPECT_EQ(flow.AfterPage(NAVIGATION_NEXT).act, FlowAct::Review);
+}
+
+TEST(SetupFlow, AChoiceThatDoesNotHoldEndsTheVisit)
+{
+    CWizardFlow flow = AtReview(PAGES, 1);
+    ExpectPage(flow.VisitPage(L"ProductContactDialog", -1), 1);
+    ExpectPage(flow.StartAgain(), 0);
+    ExpectPage(flow.AfterPage(NAVIGATION_NEXT), 1);
+}

@@ -388,18 +388,37 @@ TEST(SetupReview, APageThatNobodyWentToAndAQuestionAreSaid)
         << text;
 }
 
-TEST(SetupReview, ALongListOfAnswersEndsWithHowManyThereAreBesides)
+TEST(SetupReview, ALongListOfAnswersShowsWhatWasChangedAndHowManyThereAreBesides)
 {
     RecordedPage page = Page(L"files", ZOLT, {});
     for (int number = 0; number < 100; ++number) {
         page.values.push_back({L"file", {L"C:\\f" + NumberText(number)}, false, number < 95});
     }
     const std::string text = TextOf(ComposeReview({page}, {}, {}));
-    EXPECT_NE(text.find("        File: \"C:\\f19\"\n"
-                        "*       and 80 more, of which 5 differ from what the page proposed\n"),
+    EXPECT_NE(text.find("        File: \"C:\\f14\"\n"
+                        "*       File: \"C:\\f95\"\n"),
               std::string::npos)
         << text;
-    EXPECT_EQ(text.find("C:\\f20"), std::string::npos);
+    EXPECT_NE(text.find("*       File: \"C:\\f99\"\n"
+                        "        File: and 80 more\n"),
+              std::string::npos)
+        << text;
+}
+
+TEST(SetupReview, ALongListOfChangedAnswersEndsWithHowManyDifferBesides)
+{
+    RecordedPage page = Page(L"files", ZOLT, {});
+    for (int number = 0; number < 25; ++number) {
+        page.values.push_back({L"file", {L"C:\\f" + NumberText(number)}, false, number == 24});
+        page.values.push_back({L"folder", {L"C:\\d" + NumberText(number)}, false, true});
+    }
+    const std::string text = TextOf(ComposeReview({page}, {}, {}));
+    EXPECT_NE(text.find("*       File: \"C:\\f19\"\n"
+                        "        Folder: \"C:\\d19\"\n"
+                        "*       File: and 5 more, of which 4 differ from what the page proposed\n"
+                        "        Folder: and 5 more\n"),
+              std::string::npos)
+        << text;
 }
 
 // ---- its forms
@@ -485,7 +504,7 @@ TEST(SetupReview, TenThousandAdditionsAndRowsMakeNoMoreLinesThanAFew)
     EXPECT_NE(text.find("*     Rows: 50000 changed\n*       Registry: 50000 changed\n"), std::string::npos)
         << text;
     EXPECT_NE(text.find("        and 9980 more\n"), std::string::npos) << text;
-    EXPECT_NE(text.find("and 9980 more, of which 9980 differ from what the page proposed\n"),
+    EXPECT_NE(text.find("File: and 9980 more, of which 9980 differ from what the page proposed\n"),
               std::string::npos)
         << text;
 }

@@ -1,0 +1,19 @@
+// The review of a run that a person drives: finds out what would be built, and shows it.
+#pragma once
+
+#include "host/setup_host.h"
+#include "setup/answers_record.h"
+#include "setup/run_log.h"
+
+// How the review was left.
+struct ReviewEnd
+{
+    int result =
+        0; // as CReviewDialog::Run; NAVIGATION_BACK too when a person stops it before the window comes up
+    CString strPage;        // VISIT: the export of the page to go to
+    CString strProductCode; // of its product; empty for a page that belongs to none
+};
+
+// `pages`: what was chosen. With `builds` false the run ends behind the review.
+[[nodiscard]] ReviewEnd ShowReview(CSetupHost& host, const std::vector<RecordedPage>& pages, bool builds,
+                                   CRunLog& log);
