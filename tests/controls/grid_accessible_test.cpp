@@ -246,6 +246,18 @@ TEST_F(GridAccessibility, AnObjectThatOutlivesItsWindowSaysSo)
     EXPECT_TRUE(FAILED(editor->get_accValue(Child(CHILDID_SELF), &text)));
 }
 
+// What a screen reader had asked for once stayed in memory, with the system's object below it.
+TEST_F(GridAccessibility, AnObjectWhoseWindowIsGoneIsItsHoldersAlone)
+{
+    Edit(0, 0);
+    const ComPtr<IAccessible> editor = ObjectOf(grid.m_edit);
+    DestroyWindow(list);
+    for (IAccessible* held : {object.Get(), editor.Get()}) {
+        held->AddRef();
+        EXPECT_EQ(held->Release(), 1u);
+    }
+}
+
 // ---- events
 
 TEST_F(GridAccessibility, EachMoveReportsTheNewCell)

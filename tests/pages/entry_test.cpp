@@ -237,9 +237,6 @@ TEST_F(Languages, ShowLanguagesReturnsWhatWasSetLast)
 constexpr int openings = 300;
 
 constexpr long long spareBytes = 16;
-// A known gap: with the three pictures of its marks the service pack page leaves 771 bytes each time, and none without them. The
-// picture library's calls alone, made as the label makes them, leave nothing.
-constexpr long long spareBytesWithPictures = 800;
 
 class ManyOpenings : public AnyPage, public testing::WithParamInterface<WizardExports::value_type>
 {
@@ -264,9 +261,7 @@ TEST_P(ManyOpenings, LeaveNothingBehindAndNeedNoMoreMemory)
     OpenAndClose(openings);
     EXPECT_EQ(DescribeChange(before, ReadProcessState()), CString());
     const long long bytesEach = (AllocatedBytes() - bytesBefore) / openings;
-    const bool hasPictures = CString(GetParam().name) == L"ServicePackDialog";
-    EXPECT_LT(bytesEach, hasPictures ? spareBytesWithPictures : spareBytes)
-        << "bytes that each opening left allocated";
+    EXPECT_LT(bytesEach, spareBytes) << "bytes that each opening left allocated";
     RecordProperty("bytes_each", static_cast<int>(bytesEach));
 }
 

@@ -1,3 +1,4 @@
+#include "base/com_ptr.h"
 #include "base/handle.h"
 #include "tests/window/fixture.h"
 #include "window/drawing_handles.h"
@@ -125,6 +126,54 @@ TEST(HandleTest, ASelectedObjectGivesWayToTheFormerOne)
         EXPECT_EQ(GetCurrentObject(dc.get(), OBJ_PEN), GetStockObject(WHITE_PEN));
     }
     EXPECT_EQ(GetCurrentObject(dc.get(), OBJ_PEN), former);
+}
+
+// An object that knows how many references there are to it.
+struct CountedObject
+{
+    ULONG AddRef() { return ++references; }
+    ULONG Release() { return --references; }
+
+    ULONG references = 1;
+};
+
+// Each picture of a label and each XML document that was read stayed in memory: the toolchain's function counts the
+// object once more.
+TEST(ComPtrTest, AnAttachedObjectIsReleasedWithItsOwner)
+{
+    CountedObject object;
+    {
+        ComPtr<CountedObject> owner;
+        owner.Attach(&object);
+        EXPECT_EQ(owner.Get(), &object);
+        EXPECT_EQ(object.references, 1u);
+    }
+    EXPECT_EQ(object.references, 0u);
+}
+
+TEST(ComPtrTest, AttachingReleasesWhatWasHeld)
+{
+    CountedObject first;
+    CountedObject second;
+    ComPtr<CountedObject> owner;
+    owner.Attach(&first);
+    owner.Attach(&second);
+    EXPECT_EQ(first.references, 0u);
+    EXPECT_EQ(second.references, 1u);
+}
+
+TEST(ComPtrTest, CopiesCountAndMovesDoNot)
+{
+    CountedObject object;
+    ComPtr<CountedObject> owner;
+    owner.Attach(&object);
+    {
+        const ComPtr<CountedObject> copy = owner;
+        EXPECT_EQ(object.references, 2u);
+    }
+    const ComPtr<CountedObject> moved = std::move(owner);
+    EXPECT_EQ(moved.Get(), &object);
+    EXPECT_EQ(object.references, 1u);
 }
 
 TEST(HandleTest, AScopeExitRunsItsStepUnlessItIsReleased)
