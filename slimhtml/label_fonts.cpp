@@ -1,6 +1,21 @@
 #include "slimhtml/label_fonts.h"
 
 #include <algorithm>
+#include <optional>
+
+namespace {
+
+// Nothing for a letter whose width isn't known by itself.
+std::optional<int> WidthOf(const LabelFont& font, wchar_t letter)
+{
+    const int measured = letter - LabelFont::firstMeasured;
+    if (measured < 0 || measured >= LabelFont::measuredCount) {
+        return std::nullopt;
+    }
+    return font.widths[measured];
+}
+
+} // namespace
 
 void CLabelFonts::Reset(const HtmlDocument* document, HFONT controlFont, float textScale)
 {
@@ -42,16 +57,30 @@ int CLabelFonts::TextWidth(int index, const wchar_t* text, int length)
     const LabelFont& font = FontOf(index);
     int width = 0;
     for (int at = 0; at < length; ++at) {
-        const int measured = text[at] - LabelFont::firstMeasured;
-        if (measured < 0 || measured >= LabelFont::measuredCount) {
+        const std::optional<int> letter = WidthOf(font, text[at]);
+        if (!letter) {
             // Letters that join or stand on one another are wide only as a whole.
             SIZE size = {};
             GetTextExtentPoint32W(m_pool->DcWith(font), text, length, &size);
             return size.cx;
         }
-        width += font.widths[measured];
+        width += *letter;
     }
     return width;
+}
+
+const int* CLabelFonts::Advances(int index, const wchar_t* text, int length)
+{
+    const LabelFont& font = FontOf(index);
+    m_advances.clear();
+    for (int at = 0; at < length; ++at) {
+        const std::optional<int> letter = WidthOf(font, text[at]);
+        if (!letter) {
+            return nullptr;
+        }
+        m_advances.push_back(*letter);
+    }
+    return m_advances.data();
 }
 
 int CLabelFonts::FitText(int index, const wchar_t* text, int length, int width)

@@ -20,6 +20,9 @@ public:
     [[nodiscard]] HFONT Font(int index);
     [[nodiscard]] HtmlFontMetrics Metrics(int index);
     [[nodiscard]] int TextWidth(int index, const wchar_t* text, int length);
+    // The distances between the letters that TextWidth adds up, until the next call; null where it measures the text as a
+    // whole.
+    [[nodiscard]] const int* Advances(int index, const wchar_t* text, int length);
     [[nodiscard]] int FitText(int index, const wchar_t* text, int length, int width);
 
 private:
@@ -31,4 +34,5 @@ private:
     float m_textScale = 1;
     std::shared_ptr<CLabelFontPool> m_pool;
     std::vector<std::shared_ptr<const LabelFont>> m_fonts;
+    std::vector<int> m_advances;
 };

@@ -116,7 +116,7 @@ void DrawRule(HDC dc, const HtmlLine& line, const HtmlFragment& fragment, int sc
 
 // Leaves the fragment's font selected: the next one mostly has the same.
 void DrawFragment(HDC dc, const LabelPicture& picture, const LabelColors& colors, const HtmlLine& line,
-                  const HtmlFragment& fragment, HFONT& selected)
+                  const HtmlFragment& fragment, bool bLast, HFONT& selected)
 {
     const int baseline = line.baseline - picture.scroll;
     switch (fragment.kind) {
@@ -134,8 +134,11 @@ void DrawFragment(HDC dc, const LabelPicture& picture, const LabelColors& colors
             SelectObject(dc, font);
             selected = font;
         }
-        ExtTextOutW(dc, fragment.x, baseline, 0, nullptr, picture.document.text.data() + fragment.text,
-                    static_cast<UINT>(fragment.length), nullptr);
+        const wchar_t* text = picture.document.text.data() + fragment.text;
+        // Some systems (Wine) draw the letters of small fonts nearer to each other or further apart than they measure them:
+        // what follows on the line would touch them or stand far away. Where nothing follows, their own distances look better.
+        const int* advances = bLast ? nullptr : picture.fonts.Advances(run.font, text, fragment.length);
+        ExtTextOutW(dc, fragment.x, baseline, 0, nullptr, text, static_cast<UINT>(fragment.length), advances);
         break;
     }
     }
@@ -150,10 +153,11 @@ void DrawLines(HDC dc, const RECT& client, const LabelPicture& picture, const La
         if (line.top - picture.scroll >= client.bottom) {
             break;
         }
-        for (int at = line.firstFragment; at < line.firstFragment + line.fragmentCount; ++at) {
+        const int end = line.firstFragment + line.fragmentCount;
+        for (int at = line.firstFragment; at < end; ++at) {
             const HtmlFragment& fragment = picture.layout.fragments[at];
             if (fragment.x < client.right && fragment.x + fragment.width > 0) {
-                DrawFragment(dc, picture, colors, line, fragment, selected);
+                DrawFragment(dc, picture, colors, line, fragment, at + 1 == end, selected);
             }
         }
     }

@@ -10,6 +10,42 @@ namespace {
 constexpr COLORREF white = RGB(255, 255, 255);
 constexpr COLORREF navy = RGB(0x1F, 0x3A, 0x5F);
 
+bool HasInk(const Picture& picture, int column, int row)
+{
+    return picture.pixels[static_cast<std::size_t>(row) * picture.width + column] != white;
+}
+
+// Columns without a drop of ink in front of the last letter.
+int GapBeforeTheLastLetter(const Picture& picture)
+{
+    const auto hasInk = [&picture](int column) {
+        for (int row = 0; row < picture.height; ++row) {
+            if (HasInk(picture, column, row)) {
+                return true;
+            }
+        }
+        return false;
+    };
+    int end = picture.width;
+    while (end > 0 && !hasInk(end - 1)) {
+        --end;
+    }
+    while (end > 0 && hasInk(end - 1)) {
+        --end;
+    }
+    int start = end;
+    while (start > 0 && !hasInk(start - 1)) {
+        --start;
+    }
+    return end - start;
+}
+
+HFONT FontOfPixels(int pixels)
+{
+    return CreateFontW(-pixels, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                       CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH, L"Liberation Sans");
+}
+
 RenderFormat BannerFormat()
 {
     RenderFormat format;
@@ -166,4 +202,26 @@ TEST(LabelLooksTest, ThePageMayGiveLinksAColour)
     ASSERT_TRUE(label.SubclassWindow(window.Label()));
     label.LoadText(L"<body link=\"#FF00FF\"><font size=7><a href=x>MMMM</a></font>");
     EXPECT_TRUE(window.Shows(RGB(255, 0, 255)));
+}
+
+// A bold word touched the plain text before it, or stood far away from it: at some sizes the system draws letters in other
+// distances than it measures them.
+TEST(LabelLooksTest, ABoldWordIsAsFarFromALongTextAsFromOneLetter)
+{
+    for (int pixels = 9; pixels <= 24; ++pixels) {
+        LabelTestWindow window(700, 60);
+        const HFONT font = FontOfPixels(pixels);
+        SendMessageW(window.Label(), WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+        {
+            CSlimHtmlCtrl label;
+            label.SetRenderFormat(LabelTestWindow::FrameFormat());
+            ASSERT_TRUE(label.SubclassWindow(window.Label()));
+            label.LoadText(L"n <b>I</b>");
+            const int expected = GapBeforeTheLastLetter(ReadPicture(window.Label()));
+            EXPECT_GT(expected, 1) << pixels << " pixels";
+            label.LoadText(L"six Manx milk sinks fill text, MMM kin <b>I</b>");
+            EXPECT_EQ(GapBeforeTheLastLetter(ReadPicture(window.Label())), expected) << pixels << " pixels";
+        }
+        DeleteObject(font);
+    }
 }
