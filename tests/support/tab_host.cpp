@@ -47,10 +47,11 @@ CTabHost::CTabHost()
 {
     RegisterOnce(FrameProcedure, PaneProcedure);
     const HINSTANCE instance = GetModuleHandleW(nullptr);
+    const auto scaled = [](int pixels) { return MulDiv(pixels, static_cast<int>(GetDpiForSystem()), 96); };
     m_window = CreateWindowExW(WS_EX_CONTROLPARENT, FRAME_CLASS, L"Tabs", WS_OVERLAPPEDWINDOW | WS_VISIBLE,
-                               50, 50, 600, 520, nullptr, nullptr, instance, this);
-    m_pane = CreateWindowExW(WS_EX_CONTROLPARENT, PANE_CLASS, L"", WS_CHILD | WS_VISIBLE, 0, 0, 580, 480,
-                             m_window, nullptr, instance, this);
+                               50, 50, scaled(600), scaled(520), nullptr, nullptr, instance, this);
+    m_pane = CreateWindowExW(WS_EX_CONTROLPARENT, PANE_CLASS, L"", WS_CHILD | WS_VISIBLE, 0, 0, scaled(580),
+                             scaled(480), m_window, nullptr, instance, this);
 }
 
 CTabHost::~CTabHost()
