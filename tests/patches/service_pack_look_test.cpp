@@ -18,7 +18,16 @@ protected:
     {
         ExpectTextsFit(Page());
         ExpectControlsApart(Page());
+        ExpectMarksShowTheirWholePictures();
         Save(state);
+    }
+    // A picture that doesn't fit makes its label scroll, and so a stop for the keyboard.
+    void ExpectMarksShowTheirWholePictures()
+    {
+        for (const int mark :
+             {IDC_PATCH_FAILURE_MARK, IDC_PATCH_DOWNLOADED_MARK, IDC_PATCH_UP_TO_DATE_MARK}) {
+            EXPECT_EQ(GetWindowLongW(Control(mark).GetWindow(), GWL_STYLE) & WS_TABSTOP, 0) << mark;
+        }
     }
     void Save(const wchar_t* state)
     {
