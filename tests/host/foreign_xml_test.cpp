@@ -3,7 +3,7 @@
 #include "host/media.h"
 #include "host/xml_limits.h"
 #include "tests/host/package_maker.h"
-#include "tests/host/processor_time.h"
+#include "tests/support/processor_time.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include "host/xml_limits.h"
 #include "installer/query.h"
 #include "installer/record.h"
-#include "tests/host/processor_time.h"
+#include "tests/support/processor_time.h"
 
 #include <msiquery.h>
 

@@ -3,9 +3,9 @@
 
 #include "installer/query.h"
 #include "installer/record.h"
-#include "tests/host/processor_time.h"
 #include "tests/installer/database_fixture.h"
 #include "tests/rules/user_key.h"
+#include "tests/support/processor_time.h"
 
 namespace {
 
