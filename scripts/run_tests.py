@@ -3,7 +3,8 @@
 
 Three kinds: checks (functions of tests/checks and tests/end_to_end, by Python's unittest), GoogleTest programs (native
 and under Wine), and fuzzers for a bounded time. Programs for Wine run in two lanes, each with a prefix, a display and
-a core of its own; which programs take the second stands in SECOND_LANE. The build lists its programs.
+a core of its own. The second one begins with the end-to-end tests; each takes the next program when it is free. The build
+lists its programs.
 """
 
 import fcntl
@@ -23,8 +24,8 @@ from test_lanes import Lane, built_programs, program_name, read_program
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 BUILD = os.environ.get("ROLLOUT_BUILD", os.path.join(ROOT, "build"))
 LOGS = os.path.join(BUILD, "test-logs")
-# Programs that build and install deployments take the second lane, so that the page tests need not wait for them.
-SECOND_LANE = ("by_hand_test", "host_test", "build_test", "media_install_test")
+# What takes longest begins first, so that the lanes end at about the same time. Programs, or folders of some.
+LONGEST_FIRST = ("build_test", "host_test", "page_tests", "by_hand")
 # How long one test may take; the programs for Wine keep to it by themselves and show their windows when it is over.
 TEST_SECONDS = int(os.environ.setdefault("ROLLOUT_TEST_SECONDS", "240"))
 GRACE_SECONDS = 30  # what a program has to end by itself
@@ -122,16 +123,35 @@ class GtestProgram:
         return "Z:" + path.replace("/", "\\") if "wine" in self.command else path
 
 
-def run_lane(tally, number, programs, tests, pattern):
-    with Lane(number, ROOT, BUILD, "prefix" if number == 0 else "prefix-%d" % number) as lane:
+class SharedPrograms:
+    """Programs that lanes take as they get free. Those of a folder of their own write into it, and stay with one lane."""
+
+    def __init__(self, programs):
+        groups = {}
         for program in programs:
-            GtestProgram(tally, program_name(program), lane.command(program), lane.environment, lane).run(pattern)
+            folder = os.path.basename(os.path.dirname(program))
+            groups.setdefault(program_name(program) if folder == "bin" else folder, []).append(program)
+        long = [groups.pop(name) for name in LONGEST_FIRST if name in groups]
+        self.groups = long + list(groups.values())
+        self.lock = threading.Lock()
+
+    def take(self):
+        """The programs to run next; none are left when it is empty."""
+        with self.lock:
+            return self.groups.pop(0) if self.groups else []
+
+
+def run_lane(tally, number, shared, tests, pattern):
+    with Lane(number, ROOT, BUILD, "prefix" if number == 0 else "prefix-%d" % number) as lane:
         if tests:
             # The tests of one lane alone start programs by this process's environment.
             os.environ.update({name: value for name, value in lane.environment.items()
                                if name.startswith(("WINE", "DISPLAY", "ROLLOUT_CORE"))})
         for test in tests:
             run_check(tally, test, lane)
+        for programs in iter(shared.take, []):
+            for program in programs:
+                GtestProgram(tally, program_name(program), lane.command(program), lane.environment, lane).run(pattern)
 
 
 def run_check(tally, test, lane=None):
@@ -206,10 +226,9 @@ def main():
     tally = Tally()
     for test in checks:
         run_check(tally, test)
-    second = [program for program in windows if program_name(program) in SECOND_LANE]
-    first = [program for program in windows if program not in second]
-    lanes = [threading.Thread(target=guarded, args=(tally, run_lane, 0, first, [], pattern)),
-             threading.Thread(target=guarded, args=(tally, run_lane, 1, second, scenarios, pattern))]
+    shared = SharedPrograms(windows)
+    lanes = [threading.Thread(target=guarded, args=(tally, run_lane, 0, shared, [], pattern)),
+             threading.Thread(target=guarded, args=(tally, run_lane, 1, shared, scenarios, pattern))]
     for lane in lanes:
         lane.start()
     for program in native:

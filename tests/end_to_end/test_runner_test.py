@@ -49,9 +49,16 @@ class TestRunnerTest(unittest.TestCase):
         self.assertIn("as it should", self.results.failed["stopping: Stopping.Fails"])
 
     def test_a_program_that_keeps_to_no_limit_is_ended_from_outside(self):
-        self.run_stopping_tests(2, ROLLOUT_TEST_SECONDS="0")
+        self.run_stopping_tests(7, ROLLOUT_TEST_SECONDS="0")  # of which a busy computer may need some to start
         self.assertEqual(self.results.passed, ["stopping: Stopping.First", "stopping: Stopping.Last"])
         self.assertIn("Ended from outside", self.results.failed["stopping: Stopping.WaitsInABox"])
+
+    def test_lanes_take_each_program_once_and_those_of_a_folder_together(self):
+        pages = ["/bin/page_tests/online_test.exe", "/bin/page_tests/page_test.exe"]
+        shared = run_tests.SharedPrograms(["/bin/a_test.exe", *pages, "/bin/host_test.exe", "/bin/z_test.exe"])
+        taken = list(iter(shared.take, []))
+        self.assertEqual(taken, [["/bin/host_test.exe"], pages, ["/bin/a_test.exe"], ["/bin/z_test.exe"]])
+        self.assertEqual(shared.take(), [])
 
     def test_programs_are_started_at_steady_addresses(self):
         if not steady_addresses.keep_addresses_steady():
