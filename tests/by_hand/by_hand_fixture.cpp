@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr DWORD STEP_MILLISECONDS = 20000;
+constexpr DWORD STEP_MILLISECONDS = 60000; // a whole run is one step here, and a computer may be busy
 constexpr DWORD LOOK_MILLISECONDS = 10;
 
 struct WindowMark
