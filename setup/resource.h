@@ -29,7 +29,8 @@
 #define IDC_REVIEW_PAGE 1022
 #define IDC_REVIEW_COPY 1023
 #define IDC_REVIEW_BACK 1024
-#define IDC_REVIEW_LINE 1025
+#define IDC_REVIEW_LINE_LABEL 1025
+#define IDC_REVIEW_LINE 1026
 
 // Build window. %1, %2: texts that are filled in
 #define IDS_BUILD_TITLE 200       // %1: name of the deployment

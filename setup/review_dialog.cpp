@@ -118,7 +118,9 @@ void CReviewDialog::NotePlaces()
     };
     note(IDC_REVIEW_HEADING, false, false, true, false);
     note(IDC_REVIEW_TREE, false, false, true, true);
-    note(IDC_REVIEW_LINE, false, true, true, false);
+    for (const int control : {IDC_REVIEW_LINE_LABEL, IDC_REVIEW_LINE}) {
+        note(control, false, true, true, false);
+    }
     for (const int control : {IDC_REVIEW_PAGE, IDC_REVIEW_COPY}) {
         note(control, false, true, false, false);
     }
