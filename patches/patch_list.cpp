@@ -181,9 +181,11 @@ bool CPatchList::RecheckPatches(const CString& newPath)
     // What is merged is part of the database by now: the installer would refuse it.
     std::vector<CString> merged;
     std::vector<JudgedPatch> judged;
+    m_merged.clear();
     for (const CString& path : candidates) {
         if (m_product.IsPatchMerged(path)) {
             merged.push_back(path);
+            m_merged.insert(path);
         } else {
             judged.push_back({path});
         }

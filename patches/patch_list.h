@@ -4,6 +4,7 @@
 #include "patches/patch_list_rules.h"
 #include "window/controls.h"
 
+#include <set>
 #include <vector>
 
 class CProduct;
@@ -36,6 +37,8 @@ public:
     [[nodiscard]] CString PathAt(std::size_t line) const;
     // The file of the selected line; empty without a selection.
     [[nodiscard]] CString SelectedPath() const;
+    // By the host's answer when the list was last checked: asking it anew would choose what the file holds by now.
+    [[nodiscard]] bool IsMerged(const CString& path) const { return m_merged.contains(path); }
 
 private:
     [[nodiscard]] bool IsKnownPatchCode(const CString& code) const;
@@ -55,5 +58,6 @@ private:
     CListBox PatchListBox;
     std::vector<CString> PatchList;                    // full paths in the order of the lines
     PatchCodeMap PatchCodeIndex;                       // of those whose code can be read
+    std::set<CString> m_merged;                        // of the files that were last checked
     std::map<CString, std::optional<CString>> m_codes; // of files; CodeOf
 };

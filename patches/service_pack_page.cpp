@@ -551,7 +551,7 @@ LRESULT CServicePackPageBase<T, Impl>::OnListSelection(WORD, WORD, HWND, BOOL&)
 {
     const CString selected = m_patches.SelectedPath();
     if (!selected.IsEmpty()) {
-        m_view.Button(IDC_PATCH_REMOVE).EnableWindow(!this->m_pProduct->IsPatchMerged(selected));
+        m_view.Button(IDC_PATCH_REMOVE).EnableWindow(!m_patches.IsMerged(selected));
     }
     return 0;
 }

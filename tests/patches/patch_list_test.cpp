@@ -414,6 +414,20 @@ TEST_P(PatchList, AMergedLineCannotBeRemoved)
     ShowAndGoBack();
 }
 
+TEST_P(PatchList, SelectingALineChoosesNoFileAnew)
+{
+    const CString merged = AddPatch(L"merged.msp", 1, L"Merged");
+    product.mergedPatches = {merged};
+    WithListed({merged, AddPatch(L"second.msp", 2, L"Second")});
+    Look([this] { EXPECT_EQ(product.mergedQuestions, 2) << "once for each file of the list"; });
+    SelectPatch(0);
+    Await(L"the merged patch can be removed", [this] { return !Control(IDC_PATCH_REMOVE).IsEnabled(); });
+    SelectPatch(1);
+    Await(L"the other patch can't be removed", [this] { return Control(IDC_PATCH_REMOVE).IsEnabled(); });
+    Look([this] { EXPECT_EQ(product.mergedQuestions, 2) << "the host takes a question for a choice"; });
+    ShowAndGoBack();
+}
+
 // ---- the picker
 
 namespace {

@@ -53,6 +53,7 @@ void TestProduct::SetPatchState(Setup::tagPATCHSTATE state)
 
 bool TestProduct::IsPatchMerged(const CString& file)
 {
+    ++mergedQuestions;
     return std::find(mergedPatches.begin(), mergedPatches.end(), file) != mergedPatches.end();
 }
 

@@ -42,6 +42,7 @@ public:
     Setup::tagPATCHSTATE msiPatchState = Setup::PATCHSTATE_NONE;
     Setup::tagPATCHSTATE patchState = Setup::PATCHSTATE_NONE;
     std::vector<CString> mergedPatches;
+    int mergedQuestions = 0; // how often IsPatchMerged was called
     CString patchPath;
     CString patchName;
     CString patchReadme;
