@@ -58,16 +58,6 @@ CommandResult Verify(const CommandLine& line, CRunLog& log)
             ComposeVerifyJson(result)};
 }
 
-void LogLines(const CString& text, CRunLog& log)
-{
-    for (int start = 0; start < text.GetLength();) {
-        const int end = text.Find(L"\r\n", start);
-        const int length = (end < 0 ? text.GetLength() : end) - start;
-        log.Line(text.Mid(start, length));
-        start += length + 2;
-    }
-}
-
 // The verdict of a run whose report isn't there would be looked for in vain.
 RunOutcome WriteReport(const CString& file, const CommandResult& result)
 {
@@ -89,7 +79,7 @@ RunOutcome RunDeploymentCommand(const CommandLine& line, CRunLog& log)
         return {SETUP_FAILED, SetupText(IDS_LOG_FAILED, {line.strLog, reason})};
     }
     const CommandResult result = line.strCompare.IsEmpty() ? Verify(line, log) : RunCompareCommand(line);
-    LogLines(result.strText, log);
+    log.Text(result.strText);
     const bool isWritten = !line.strReport.IsEmpty() && !result.strText.IsEmpty();
     return isWritten ? WriteReport(line.strReport, result) : result.outcome;
 }

@@ -7,12 +7,7 @@
 
 void LogReview(const ReviewDocument& review, CRunLog& log)
 {
-    const CString text = ComposeReviewText(review);
-    for (int start = 0; start < text.GetLength();) {
-        const int end = text.Find(L"\r\n", start);
-        log.Line(text.Mid(start, end - start));
-        start = end + 2;
-    }
+    log.Text(ComposeReviewText(review));
 }
 
 CString WritePlan(const ReviewDocument& review, const CString& file)

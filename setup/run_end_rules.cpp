@@ -52,9 +52,6 @@ void CRunSteps::Add(const CString& line)
 {
     CString text = line;
     text.Trim();
-    if (line[0] == L'!' || line[0] == L'*') {
-        return; // lines of the review that stand out are no steps
-    }
     if (!line.IsEmpty() && line[0] == L' ') {
         m_strDetail = text;
     } else {

@@ -30,6 +30,16 @@ void CRunLog::Line(const CString& text)
     Write(text);
 }
 
+void CRunLog::Text(const CString& lines)
+{
+    for (int start = 0; start < lines.GetLength();) {
+        const int end = lines.Find(L"\r\n", start);
+        const int length = (end < 0 ? lines.GetLength() : end) - start;
+        Write(lines.Mid(start, length));
+        start += length + 2;
+    }
+}
+
 void CRunLog::Write(const CString& text)
 {
     m_console.WriteLine(text);

@@ -1,4 +1,4 @@
-// One line a step, written to the log and, in an unattended run, to the console. Lines that come before the host is open
+// One line a step, or a text to read, written to the log and, in an unattended run, to the console. Lines that come before the host is open
 // wait for it; when it never opens they go to the file of --log by themselves.
 #pragma once
 
@@ -27,6 +27,8 @@ public:
     [[nodiscard]] CString TryFile() const;
 
     void Line(const CString& text);
+    // A text of several lines, none of which is a step of the run.
+    void Text(const CString& lines);
     // For words that the user asked for: to the console, never to the log.
     void Say(const CString& text) { m_console.WriteLine(text); }
     // False when words would go nowhere, so that a window has to show them.

@@ -14,13 +14,6 @@ CString StepAfter(std::initializer_list<const wchar_t*> lines)
     return steps.Text();
 }
 
-TEST(SetupRunEnd, ALineOfTheReviewThatStandsOutIsNoStep)
-{
-    EXPECT_EQ(StepAfter({L"Building Office", L"!   It replaces the deployment that stands there.",
-                         L"*     Name: x", L"  Preparing Office"}),
-              CString(L"Building Office, Preparing Office"));
-}
-
 TEST(SetupRunEnd, AFaultIsReportedByItsNameAndNumber)
 {
     EXPECT_EQ(FaultText(0xC0000005), CString(L"access violation (0xC0000005)"));

@@ -2,6 +2,7 @@
 #include "base/system_text.h"
 #include "setup/answers_input.h"
 #include "setup/run_log.h"
+#include "setup/run_record.h"
 #include "setup/texts.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/text.h"
@@ -57,6 +58,23 @@ TEST(RunLog, TryingALogKeepsWhatItHolds)
     EXPECT_EQ(log.TryFile(), CString());
     log.Finish({0, CString()});
     EXPECT_EQ(BytesOf(path), "before\r\nExit code 0\r\n");
+}
+
+// The last line of a review stood for what a run did when it broke off.
+TEST(RunLog, ATextToReadIsNoStepOfTheRun)
+{
+    const CTestFolder folder;
+    CRunLog log(false, folder / L"run.log");
+    RunRecord record = {};
+    UseRunRecord(&record);
+    log.Line(L"Building Office");
+    log.Text(L"  This can be built.\r\n!   It replaces a deployment.\r\n*     Name: x\r\nlast");
+    UseRunRecord(nullptr);
+    EXPECT_EQ(CString(record.step), CString(L"Building Office"));
+    log.Finish({0, CString()});
+    EXPECT_EQ(BytesOf(folder / L"run.log"),
+              "Building Office\r\n  This can be built.\r\n!   It replaces a deployment.\r\n*     Name: x\r\n"
+              "last\r\nExit code 0\r\n");
 }
 
 // A run for a person wrote nothing to the console of the program that started it, but ended with Ctrl+C there.
