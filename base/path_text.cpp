@@ -26,8 +26,7 @@ CString WithoutClosingBackslash(const CString& path)
 
 CString WithClosingBackslash(const CString& path)
 {
-    const CString bare = WithoutClosingBackslash(path);
-    return bare.Right(1) == L"\\" ? bare : bare + L"\\";
+    return path.Right(1) == L"\\" ? path : path + L"\\";
 }
 
 CString FolderAbove(const CString& path)
@@ -42,11 +41,10 @@ CString FolderAbove(const CString& path)
 
 CString ParentFolder(const CString& folder)
 {
-    CString path(folder);
-    path.TrimRight(L"\\");
-    const int backslash = path.ReverseFind(L'\\');
+    const CString above = FolderAbove(folder);
     // The backslashes at 0 and 1 introduce a server.
-    return backslash < 2 ? CString() : path.Left(backslash + 1);
+    const bool isTop = above.GetLength() < 2 || above == WithoutClosingBackslash(folder);
+    return isTop ? CString() : WithClosingBackslash(above);
 }
 
 CString FolderOfFile(const CString& file)
@@ -62,8 +60,9 @@ CString LastName(const CString& path)
 
 bool IsSameOrBelow(const CString& path, const CString& folder)
 {
-    const CString outer = WithClosingBackslash(folder);
-    return WithClosingBackslash(path).Left(outer.GetLength()).CompareNoCase(outer) == 0;
+    const CString outer = WithClosingBackslash(WithoutClosingBackslash(folder));
+    return WithClosingBackslash(WithoutClosingBackslash(path)).Left(outer.GetLength()).CompareNoCase(outer) ==
+           0;
 }
 
 CString UnlimitedPath(const CString& path)

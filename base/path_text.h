@@ -5,12 +5,12 @@
 
 // Folder and name with one backslash between them; the folder alone for an empty name.
 CString JoinFolder(const CString& folder, const CString& name);
-// Without closing backslashes; a drive's root keeps its one.
+// Without closing backslashes, of which a drive's root keeps its one; with one where none stands at the end.
 CString WithoutClosingBackslash(const CString& path);
 CString WithClosingBackslash(const CString& path);
 // The folder above, without closing backslash ("C:\a" for "C:\a\b\"); empty for a bare name, a drive's root stays.
 CString FolderAbove(const CString& path);
-// The folder above, with its backslash ("C:\a\" for "C:\a\b\"); empty at "C:\", "\\server\" and above.
+// The same with its backslash, for walks upwards that end: empty at "C:\", "\\server\" and above.
 [[nodiscard]] CString ParentFolder(const CString& folder);
 // What stands in front of a file's name, with its backslash; empty for a bare name.
 [[nodiscard]] CString FolderOfFile(const CString& file);

@@ -38,7 +38,7 @@ bool Normalize(CString& path)
     if (text.IsEmpty()) {
         return false;
     }
-    path = Canonicalize(WithEndingBackslash(text));
+    path = Canonicalize(WithClosingBackslash(text));
     return true;
 }
 

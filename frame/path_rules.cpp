@@ -81,11 +81,6 @@ CString RebuildPath(const CString& path)
     return rebuilt;
 }
 
-CString WithEndingBackslash(const CString& path)
-{
-    return path.GetLength() > 0 && path[path.GetLength() - 1] == L'\\' ? path : path + L'\\';
-}
-
 bool IsSubstitutedTarget(const CString& target)
 {
     return target.Find(L':') > 0;

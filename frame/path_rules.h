@@ -19,8 +19,5 @@
 // "C:\a\b\".
 [[nodiscard]] CString RebuildPath(const CString& path);
 
-// The path with a backslash at its end; the empty text gets one too.
-[[nodiscard]] CString WithEndingBackslash(const CString& path);
-
 // The target of a DOS device that stands for another folder holds a drive of its own: "\??\C:\folder".
 [[nodiscard]] bool IsSubstitutedTarget(const CString& target);

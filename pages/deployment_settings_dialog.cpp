@@ -1,9 +1,9 @@
 #include "pages/deployment_settings_dialog.h"
 
+#include "base/path_text.h"
 #include "frame/folder_browser.h"
 #include "frame/folder_check.h"
 #include "frame/page_entry.h"
-#include "frame/path_rules.h"
 #include "frame/resource_text.h"
 #include "frame/text_rules.h"
 #include "include/product.h"
@@ -128,7 +128,7 @@ LRESULT CDeploymentSettingsDialog::OnBrowse(WORD, WORD, HWND, BOOL&)
     ReadLogFolder();
     CString folder = m_strLogFolder;
     if (BrowseForFolder(m_hWnd, folder, LoadResourceString(IDS_BROWSE_LOG_FOLDER), true)) {
-        m_strLogFolder = WithEndingBackslash(folder);
+        m_strLogFolder = WithClosingBackslash(folder);
         WriteLogFolder();
         m_logFolder.SetFocus();
     }
@@ -179,12 +179,12 @@ void CDeploymentSettingsDialog::UpdateNext()
 CString CDeploymentSettingsDialog::DefaultLogFolder() const
 {
     const CString location(m_pSetupManager->m_strDeploymentLocation);
-    const CString folder = location.IsEmpty() ? location : WithEndingBackslash(location);
+    const CString folder = location.IsEmpty() ? location : WithClosingBackslash(location);
     CString networkForm; // the location is offered as it was typed
     if (ResolveNetworkPath(networkForm, folder)) {
         return folder + LOG_FOLDER;
     }
-    return WithEndingBackslash(ComputerRoot(ComputerName()));
+    return WithClosingBackslash(ComputerRoot(ComputerName()));
 }
 
 bool CDeploymentSettingsDialog::ValidateAndStore()
@@ -233,7 +233,7 @@ void CDeploymentSettingsDialog::Store(bool withPath)
     if (!WritesNetworkLog()) {
         m_pSetupManager->m_strNetworkLogFolder.Empty();
     } else if (withPath) {
-        m_strLogFolder = WithEndingBackslash(m_strLogFolder);
+        m_strLogFolder = WithClosingBackslash(m_strLogFolder);
         m_pSetupManager->m_strNetworkLogFolder = m_strLogFolder;
     }
     m_pSetupManager->m_installMode = ::IsDlgButtonChecked(m_hWnd, IDC_INSTALL_SILENT) == BST_CHECKED

@@ -1,7 +1,7 @@
 #include "pages/share_resolving.h"
 
+#include "base/path_text.h"
 #include "frame/folder_check.h"
-#include "frame/path_rules.h"
 #include "pages/library_cache.h"
 
 #include <windows.h>
@@ -202,7 +202,7 @@ int ResolveNetworkPath(CString& out, const CString& in)
     if (!IsLocalOrNetworkPath(in)) {
         return 0;
     }
-    if (GetDriveTypeW(WithEndingBackslash(in)) == DRIVE_REMOTE) {
+    if (GetDriveTypeW(WithClosingBackslash(in)) == DRIVE_REMOTE) {
         return ResolveMappedDrive(out, in);
     }
     wchar_t drives[DRIVE_LIST_CAPACITY + 1] = L"";

@@ -1,6 +1,6 @@
 #include "pages/share_rules.h"
 
-#include "frame/path_rules.h"
+#include "base/path_text.h"
 
 namespace {
 
@@ -44,7 +44,7 @@ CString MappedPath(const CString& remoteName, const CString& path)
 
 bool FindShareOfPath(const ShareMap& shares, const CString& path, CString& networkPath)
 {
-    const CString whole = WithEndingBackslash(path);
+    const CString whole = WithClosingBackslash(path);
     for (const auto& [remote, local] : shares) {
         // The share's local path is a set of characters here, not a beginning: as the path ends in a backslash, the
         // first share always takes it. Callers ask only whether there is a share at all.

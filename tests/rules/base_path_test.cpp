@@ -16,6 +16,7 @@ TEST(PathText, FoldersAreDistinctFromTheirNeighbours)
 {
     EXPECT_TRUE(IsSameOrBelow(L"C:\\media", L"c:\\MEDIA\\"));
     EXPECT_TRUE(IsSameOrBelow(L"C:\\media\\x", L"C:\\media"));
+    EXPECT_TRUE(IsSameOrBelow(L"C:\\media\\x", L"C:\\media\\\\"));
     EXPECT_FALSE(IsSameOrBelow(L"C:\\media2", L"C:\\media"));
     EXPECT_TRUE(IsSameOrBelow(L"C:\\media", L"C:\\"));
     EXPECT_EQ(FolderAbove(L"C:\\a\\b\\"), CString(L"C:\\a"));
@@ -24,6 +25,15 @@ TEST(PathText, FoldersAreDistinctFromTheirNeighbours)
     EXPECT_EQ(LastName(L"C:\\a\\b\\"), CString(L"b"));
     EXPECT_EQ(JoinFolder(L"C:\\", L"a"), CString(L"C:\\a"));
     EXPECT_EQ(JoinFolder(L"", L"a"), CString(L"a"));
+}
+
+// The log folder of a deployment is stored as it was entered but for that.
+TEST(PathText, AClosingBackslashComesWhereThereIsNone)
+{
+    EXPECT_EQ(WithClosingBackslash(L"C:\\a"), CString(L"C:\\a\\"));
+    EXPECT_EQ(WithClosingBackslash(L"C:\\a\\\\"), CString(L"C:\\a\\\\"));
+    EXPECT_EQ(WithClosingBackslash(L"C:"), CString(L"C:\\"));
+    EXPECT_EQ(WithClosingBackslash(L""), CString(L"\\"));
 }
 
 TEST(PathText, OnlyALongPathIsHandedOverInTheFormWithoutALimit)
@@ -52,6 +62,8 @@ TEST(PathText, AParentFolderIsThePathWithoutItsLastPart)
     EXPECT_EQ(ParentFolder(L"C:\\a\\b"), CString(L"C:\\a\\"));
     EXPECT_EQ(ParentFolder(L"C:\\a\\"), CString(L"C:\\"));
     EXPECT_EQ(ParentFolder(L"\\\\server\\share\\a"), CString(L"\\\\server\\share\\"));
+    EXPECT_EQ(ParentFolder(L"\\\\server\\share"), CString(L"\\\\server\\"));
+    EXPECT_EQ(ParentFolder(L"C:\\a\\b\\\\"), CString(L"C:\\a\\"));
 }
 
 TEST(PathText, NoFolderStandsAboveADriveOrAServer)
