@@ -3,6 +3,7 @@
 #include "builder/addition_notes.h"
 #include "builder/command_settings.h"
 #include "builder/command_text.h"
+#include "builder/deployment_place.h"
 #include "builder/manifest_text.h"
 
 #include <algorithm>
@@ -183,9 +184,8 @@ void CompareScripts(const CString& name, const CommandScript& first, const Comma
 
 bool IsNoteOfBuild(const CString& relativePath)
 {
-    static const wchar_t* const NOTES[] = {L"Deployment.xml", L"Answers.txt", L"Build.log",
-                                           MANIFEST_FILE,     L"ReadMe.txt",  ADDITIONS_FILE,
-                                           L"Changes.txt",    L"Changes.json"};
+    static const wchar_t* const NOTES[] = {DEPLOYMENT_FILE, ANSWERS_FILE,   L"Build.log",   MANIFEST_FILE,
+                                           L"ReadMe.txt",   ADDITIONS_FILE, L"Changes.txt", L"Changes.json"};
     return std::any_of(std::begin(NOTES), std::end(NOTES),
                        [&](const wchar_t* note) { return relativePath.CompareNoCase(note) == 0; });
 }

@@ -21,7 +21,7 @@ CString NumbersOf(const BY_HANDLE_FILE_INFORMATION& information, const CString& 
 
 CString StampOfDeployment(const CString& folder)
 {
-    const CString file = JoinFolder(folder, DEPLOYMENT_FILE_NAME);
+    const CString file = JoinFolder(folder, DEPLOYMENT_FILE);
     if (KindOfPath(file) != PathKind::File) {
         return {};
     }
@@ -37,7 +37,7 @@ namespace {
 bool HoldsDeploymentFile(const CString& folder)
 {
     try {
-        return KindOfPath(JoinFolder(folder, DEPLOYMENT_FILE_NAME)) == PathKind::File;
+        return KindOfPath(JoinFolder(folder, DEPLOYMENT_FILE)) == PathKind::File;
     } catch (const BuildFailure&) {
         return false;
     }

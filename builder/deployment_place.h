@@ -3,7 +3,7 @@
 
 #include "base/string.h"
 
-constexpr const wchar_t* DEPLOYMENT_FILE_NAME = L"Deployment.xml";
+constexpr const wchar_t* DEPLOYMENT_FILE = L"Deployment.xml";
 // Beside it: the answers that the deployment was built from, when whoever built it gave them.
 constexpr const wchar_t* ANSWERS_FILE = L"Answers.txt";
 

@@ -89,13 +89,13 @@ private:
                                            : L"The folder \"" + m_folder + L"\" doesn't exist.");
             return false;
         }
-        m_result.bIsDeployment = KindOfPath(FullPath(DEPLOYMENT_FILE_NAME)) == PathKind::File ||
+        m_result.bIsDeployment = KindOfPath(FullPath(DEPLOYMENT_FILE)) == PathKind::File ||
                                  KindOfPath(FullPath(MANIFEST_FILE)) == PathKind::File;
         if (!m_result.bIsDeployment) {
             const CString around = DeploymentAround(m_folder);
             m_result.unknown.push_back(
                 L"The folder \"" + m_folder + L"\" contains no deployment, as it has neither " +
-                DEPLOYMENT_FILE_NAME + L" nor " + MANIFEST_FILE + L"." +
+                DEPLOYMENT_FILE + L" nor " + MANIFEST_FILE + L"." +
                 (around.IsEmpty()
                      ? CString()
                      : L" It belongs to the deployment \"" + around + L"\": specify that folder."));
@@ -228,19 +228,19 @@ private:
 
     void CheckRecord()
     {
-        if (KindOfPath(FullPath(DEPLOYMENT_FILE_NAME)) != PathKind::File) {
-            if (!FindingOf(DEPLOYMENT_FILE_NAME)) { // a build without it has no manifest line of it
-                m_result.unknown.push_back(CString(DEPLOYMENT_FILE_NAME) + L" is missing.");
+        if (KindOfPath(FullPath(DEPLOYMENT_FILE)) != PathKind::File) {
+            if (!FindingOf(DEPLOYMENT_FILE)) { // a build without it has no manifest line of it
+                m_result.unknown.push_back(CString(DEPLOYMENT_FILE) + L" is missing.");
             }
             return;
         }
-        const CString fault = m_readRecord(FullPath(DEPLOYMENT_FILE_NAME), m_record);
+        const CString fault = m_readRecord(FullPath(DEPLOYMENT_FILE), m_record);
         m_result.strProduct = m_record.strProduct;
-        m_hasRecord = fault.IsEmpty() && IsTrusted(DEPLOYMENT_FILE_NAME);
+        m_hasRecord = fault.IsEmpty() && IsTrusted(DEPLOYMENT_FILE);
         if (fault.IsEmpty()) {
             return;
         }
-        if (VerifyFinding* const finding = FindingOf(DEPLOYMENT_FILE_NAME)) {
+        if (VerifyFinding* const finding = FindingOf(DEPLOYMENT_FILE)) {
             finding->strDetail += L"; " + fault;
         } else if (m_check.manifest != ManifestState::Read) {
             m_result.unknown.push_back(fault);

@@ -3,6 +3,7 @@
 #include "base/files.h"
 #include "builder/build_failure.h"
 #include "builder/deployment_compare.h"
+#include "builder/deployment_place.h"
 #include "host/compared_settings.h"
 #include "host/host_messages.h"
 #include "host/media.h"

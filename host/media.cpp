@@ -3,6 +3,7 @@
 #include "base/files.h"
 #include "base/path_text.h"
 #include "builder/build_names.h"
+#include "builder/deployment_place.h"
 #include "builder/package_sources.h"
 #include "host/host_messages.h"
 #include "host/package_identity.h"

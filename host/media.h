@@ -16,7 +16,6 @@ struct Media
 };
 
 constexpr const wchar_t* SETUP_FILE = L"Setup.xml";
-constexpr const wchar_t* DEPLOYMENT_FILE = L"Deployment.xml";
 constexpr const wchar_t* IMAGE_FOLDER = L"Image";
 
 // A folder with Setup.xml, a deployment's folder or its image, or one .msi.

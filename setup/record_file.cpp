@@ -66,7 +66,7 @@ CString RealFolder(const CString& file)
 CString DeploymentOfFile(const CString& file)
 {
     CString folder = RealFolder(file);
-    while (!folder.IsEmpty() && !IsFile(WithClosingBackslash(folder) + DEPLOYMENT_FILE_NAME)) {
+    while (!folder.IsEmpty() && !IsFile(WithClosingBackslash(folder) + DEPLOYMENT_FILE)) {
         const CString above = FolderAbove(folder);
         folder = above == folder ? CString() : above;
     }

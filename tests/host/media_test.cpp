@@ -1,4 +1,5 @@
 // Opening media, working copies, properties and paths: what the pages ask of the host before anything is built.
+#include "builder/deployment_place.h"
 #include "include/product.h"
 #include "include/ui_manager.h"
 #include "installer/database.h"

@@ -2,6 +2,7 @@
 
 #include "base/handle.h"
 #include "base/path_text.h"
+#include "builder/deployment_place.h"
 #include "host/setup_description.h"
 #include "include/product.h"
 #include "installer/query.h"

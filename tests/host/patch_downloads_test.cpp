@@ -1,4 +1,5 @@
 // Where a page of a product downloads to, and what becomes of it.
+#include "builder/deployment_place.h"
 #include "tests/host/patched_media.h"
 
 #include "base/path_text.h"

@@ -1,4 +1,5 @@
 // What the host knows of a product's patches, from page to page and from one wizard to the next.
+#include "builder/deployment_place.h"
 #include "tests/host/patched_media.h"
 
 #include "installer/patch_summary.h"

@@ -1,6 +1,7 @@
 #include "tests/host/patched_media.h"
 
 #include "base/path_text.h"
+#include "builder/deployment_place.h"
 
 namespace {
 

@@ -1,4 +1,5 @@
 // What a deployment's file keeps of the settings, from one wizard to the next.
+#include "builder/deployment_place.h"
 #include "tests/host/through_host.h"
 
 #include "host/xml_limits.h"
