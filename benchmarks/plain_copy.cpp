@@ -59,7 +59,7 @@ private:
 
     PlainCopy m_way;
     std::vector<unsigned char> m_buffer;
-    Sha256 m_hash;
+    CContentHash m_hash;
 };
 
 } // namespace

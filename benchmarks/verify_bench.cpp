@@ -74,7 +74,7 @@ private:
     }
 
     std::vector<unsigned char> m_buffer = std::vector<unsigned char>(CHUNK_BYTES);
-    Sha256 m_hash;
+    CContentHash m_hash;
 };
 
 double ReadPlainly(const CString& folder)

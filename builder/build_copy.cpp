@@ -198,7 +198,7 @@ void WriteIntoStaging(BuildRun& run, const CString& target, const CString& text,
     const CFileOwner file = CreateForWriting(path);
     WriteChunk(file, bytes.data(), static_cast<DWORD>(bytes.size()), path);
     FlushWhereNeeded(run, file, path);
-    Sha256 hash;
+    CContentHash hash;
     hash.Add(bytes.data(), bytes.size());
     run.manifest.push_back({target, bytes.size(), hash.Finish()});
 }

@@ -4,8 +4,8 @@
 #include "builder/cabinet.h"
 
 #include "builder/build_failure.h"
+#include "builder/content_hash.h"
 #include "builder/file_operations.h"
-#include "builder/sha256.h"
 
 #include <fci.h>
 #include <fcntl.h>
@@ -39,7 +39,7 @@ public:
         CString path;
         std::uint64_t* bytesRead = nullptr; // of a source that goes in
         bool metered = false;               // what is read or written counts as progress
-        Sha256* hash = nullptr;             // of what is unpacked; nothing is written then
+        CContentHash* hash = nullptr;       // of what is unpacked; nothing is written then
     };
 
     INT_PTR Keep(CFileOwner handle, const CString& path)
@@ -285,7 +285,7 @@ class CCabinetOpener : public CSession
 public:
     // With `hash` each file is hashed, and none is written.
     CCabinetOpener(const CString& path, const std::map<CString, CString>& targets, const CabinetMeter& meter,
-                   Sha256* hash = nullptr)
+                   CContentHash* hash = nullptr)
         : CSession(meter), m_path(path), m_targets(targets), m_hash(hash)
     {
     }
@@ -371,7 +371,7 @@ private:
     static thread_local CCabinetOpener* s_current;
     const CString& m_path;
     const std::map<CString, CString>& m_targets;
-    Sha256* m_hash;
+    CContentHash* m_hash;
     CString m_hashed; // name of the file under way
     std::map<CString, MemberContent> m_contents;
     std::map<CString, std::uint64_t> m_members;
@@ -416,7 +416,7 @@ bool IsPartOfCabinetSet(const CString& path)
 std::map<CString, MemberContent> HashCabinet(const CString& path, const CabinetMeter& meter)
 {
     const std::map<CString, CString> nothingToUnpack;
-    Sha256 hash;
+    CContentHash hash;
     CCabinetOpener opener(path, nothingToUnpack, meter, &hash);
     opener.Run();
     return opener.ReleaseContents();

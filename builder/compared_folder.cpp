@@ -1,9 +1,9 @@
 #include "builder/compared_folder.h"
 
 #include "builder/build_names.h"
+#include "builder/content_hash.h"
 #include "builder/file_operations.h"
 #include "builder/manifest_text.h"
-#include "builder/sha256.h"
 
 namespace {
 
@@ -66,15 +66,7 @@ CString CComparedFolder::Hash(const CString& path) const
 
 CString CComparedFolder::HashOfBytes(const CString& path) const
 {
-    const CString full = FullPath(path);
-    const CFileOwner file = OpenForReading(full);
-    std::vector<char> piece(PIECE_BYTES);
-    Sha256 hash;
-    while (const DWORD read = ReadChunk(file, piece.data(), static_cast<DWORD>(piece.size()), full)) {
-        hash.Add(piece.data(), read);
-        m_poll();
-    }
-    return hash.Finish();
+    return HashOfFile(FullPath(path), m_poll);
 }
 
 std::vector<char> CComparedFolder::Read(const CString& path) const

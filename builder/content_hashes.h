@@ -2,7 +2,7 @@
 // stays on the thread that copies.
 #pragma once
 
-#include "builder/sha256.h"
+#include "builder/content_hash.h"
 
 #include <array>
 #include <condition_variable>
@@ -34,7 +34,7 @@ public:
     // not change them.
     void AddChunk(std::size_t size);
     void EndFile();
-    // Waits for the rest: the hashes in the order of the files, as Sha256 writes them.
+    // Waits for the rest: the hashes in the order of the files, as CContentHash writes them.
     [[nodiscard]] std::vector<CString> Finish();
 
 private:
@@ -51,11 +51,11 @@ private:
     void Note(std::size_t file, const CString& hash);
 
     std::array<std::unique_ptr<unsigned char[]>, HASH_BUFFERS> m_buffers;
-    Sha256 m_smallFile;      // of the caller's thread
-    Sha256 m_queuedFile;     // of the other thread
-    bool m_hasBegun = false; // the file under way has a chunk
-    bool m_isQueued = false; // its chunks go to the other thread
-    std::size_t m_file = 0;  // its number, from 1
+    CContentHash m_smallFile;  // of the caller's thread
+    CContentHash m_queuedFile; // of the other thread
+    bool m_hasBegun = false;   // the file under way has a chunk
+    bool m_isQueued = false;   // its chunks go to the other thread
+    std::size_t m_file = 0;    // its number, from 1
 
     std::mutex m_mutex; // guards what follows
     std::condition_variable m_changed;

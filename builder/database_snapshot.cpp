@@ -1,8 +1,8 @@
 #include "builder/database_snapshot.h"
 
 #include "builder/build_failure.h"
+#include "builder/content_hash.h"
 #include "builder/file_operations.h"
-#include "builder/sha256.h"
 #include "installer/database.h"
 #include "installer/summary.h"
 
@@ -11,7 +11,7 @@ namespace {
 CString SizeAndHash(const StreamReader& read)
 {
     std::vector<char> bytes(64 * 1024);
-    Sha256 hash;
+    CContentHash hash;
     long long size = 0;
     while (const std::size_t count = read(bytes.data(), bytes.size())) {
         hash.Add(bytes.data(), count);

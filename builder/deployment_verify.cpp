@@ -5,10 +5,10 @@
 #include "builder/build_names.h"
 #include "builder/changes_codes.h"
 #include "builder/command_settings.h"
+#include "builder/content_hash.h"
 #include "builder/database_snapshot.h"
 #include "builder/deployment_place.h"
 #include "builder/manifest_check.h"
-#include "builder/sha256.h"
 #include "installer/database.h"
 #include "installer/patch_summary.h"
 
@@ -36,7 +36,7 @@ CString SizeDetail(const ChangedFile& file)
 
 CString HashOf(const std::string& bytes)
 {
-    Sha256 hash;
+    CContentHash hash;
     hash.Add(bytes.data(), bytes.size());
     return hash.Finish();
 }
@@ -365,14 +365,7 @@ private:
         if (same != m_check.same.end()) {
             return same->second.strSha256;
         }
-        const CString full = FullPath(path);
-        const CFileOwner file = OpenForReading(full);
-        std::vector<char> piece(1 << 20);
-        Sha256 hash;
-        while (const DWORD read = ReadChunk(file, piece.data(), static_cast<DWORD>(piece.size()), full)) {
-            hash.Add(piece.data(), read);
-        }
-        return hash.Finish();
+        return HashOfFile(FullPath(path), [] {});
     }
 
     // ---- commands

@@ -2,8 +2,8 @@
 
 #include "base/guid_text.h"
 #include "builder/build_failure.h"
+#include "builder/content_hash.h"
 #include "builder/database_snapshot.h"
-#include "builder/file_hash.h"
 #include "builder/file_operations.h"
 #include "builder/patch_transforms.h"
 #include "builder/shown_text.h"

@@ -3,8 +3,8 @@
 #include "base/files.h"
 #include "base/handle.h"
 #include "base/path_text.h"
+#include "base/sha256.h"
 #include "catalog/catalog_limits.h"
-#include "catalog/file_hash.h"
 
 #include <string>
 

@@ -4,7 +4,7 @@
 #include "base/guid_text.h"
 #include "base/path_text.h"
 #include "builder/build_failure.h"
-#include "builder/file_hash.h"
+#include "builder/content_hash.h"
 #include "builder/file_operations.h"
 #include "installer/patch_summary.h"
 

@@ -1,7 +1,7 @@
 // The answers that a deployment holds, and which of them a build that replaces it keeps.
+#include "builder/content_hash.h"
 #include "builder/deployment_place.h"
 #include "builder/manifest_text.h"
-#include "builder/sha256.h"
 #include "tests/host/folder_tree.h"
 #include "tests/host/through_host.h"
 
@@ -72,7 +72,7 @@ TEST_F(BuildAnswersTest, TheAnswersStandInTheDeploymentsFolderAndInItsManifest)
     EXPECT_EQ(AnswersOf(L"North"), bytes);
     const ManifestEntry listed = ListedAnswers(L"North");
     EXPECT_EQ(listed.size, bytes.size());
-    Sha256 hash;
+    CContentHash hash;
     hash.Add(bytes.data(), bytes.size());
     EXPECT_EQ(listed.strSha256, hash.Finish());
     const CString notes = ReadText(location + L"North\\ReadMe.txt");

@@ -2,7 +2,7 @@
 #include "tests/host/build_fixture.h"
 
 #include "builder/build_names.h"
-#include "builder/sha256.h"
+#include "builder/content_hash.h"
 
 #include <windows.h>
 
@@ -14,7 +14,7 @@ namespace {
 
 CString HashOf(const std::string& bytes)
 {
-    Sha256 hash;
+    CContentHash hash;
     hash.Add(bytes.data(), bytes.size());
     return hash.Finish();
 }

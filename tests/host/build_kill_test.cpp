@@ -4,9 +4,9 @@
 #include "tests/host/user_additions.h"
 
 #include "builder/build_names.h"
+#include "builder/content_hash.h"
 #include "builder/file_operations.h"
 #include "builder/readme_text.h"
-#include "builder/sha256.h"
 
 #include <windows.h>
 
@@ -116,7 +116,7 @@ protected:
         std::vector<ManifestEntry> entries;
         for (const auto& [path, bytes] : ReadTree(m_location + L"\\Office")) {
             if (path.Right(1) != L"\\" && path != OWN_FILE) {
-                Sha256 hash;
+                CContentHash hash;
                 hash.Add(bytes.data(), bytes.size());
                 entries.push_back({path, bytes.size(), hash.Finish()});
             }

@@ -29,7 +29,7 @@ std::string BytesOfSize(std::size_t size, unsigned seed)
 
 CString HashOf(const std::string& bytes)
 {
-    Sha256 hash;
+    CContentHash hash;
     hash.Add(bytes.data(), bytes.size());
     return hash.Finish();
 }

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "base/path_text.h"
+#include "builder/content_hash.h"
 #include "builder/manifest_text.h"
-#include "builder/sha256.h"
 #include "tests/host/folder_tree.h"
 #include "tests/host/package_maker.h"
 
@@ -66,7 +66,7 @@ public:
         for (ManifestEntry& entry : entries) {
             if (entry.strPath == path) {
                 const std::string bytes = Read(path);
-                Sha256 hash;
+                CContentHash hash;
                 hash.Add(bytes.data(), bytes.size());
                 entry.size = bytes.size();
                 entry.strSha256 = hash.Finish();

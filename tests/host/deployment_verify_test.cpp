@@ -509,7 +509,7 @@ TEST_F(VerifyTest, APatchIsKnownByItsCodeAndItsContent)
     const std::string first = ReadBytes(PatchFixture(L"beside\\First.msp"));
     const std::string second = ReadBytes(PatchFixture(L"beside\\Second.msp"));
     ASSERT_FALSE(first.empty());
-    Sha256 hash;
+    CContentHash hash;
     hash.Add(first.data(), first.size());
     const CString firstHash = hash.Finish();
     copy.Write(L"Deployment.xml", "<x/>");

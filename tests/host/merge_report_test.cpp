@@ -1,6 +1,6 @@
 // What a build with merged patches writes about them, and that the administrator's own changes come on top.
+#include "builder/content_hash.h"
 #include "builder/database_snapshot.h"
-#include "builder/file_hash.h"
 #include "tests/host/merge_build.h"
 #include "tests/host/user_additions.h"
 

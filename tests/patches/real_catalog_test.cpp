@@ -1,7 +1,7 @@
 // The page on the catalog's own libraries, against a service on the loopback address: from the configuration file and the registry
 // to the patch on the product's list.
 #include "base/handle.h"
-#include "catalog/file_hash.h"
+#include "base/sha256.h"
 #include "tests/patches/patch_download.h"
 
 namespace {
