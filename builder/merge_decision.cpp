@@ -178,9 +178,7 @@ private:
         product.strTemplate = m_template;
         CString misfit = L"contains no changes to the database";
         for (const CString& name : package.Transforms()) {
-            const CScratchFile file(m_copy.Path() + L".transform");
-            package.SaveTransform(name, file.Path());
-            const TransformTarget target = ReadTransformTarget(file.Path());
+            const TransformTarget target = package.TargetOf(name);
             const CString why = FindTransformMisfit(target, product);
             if (why.IsEmpty()) {
                 return {{package.Path(), package.Code()}, name, static_cast<int>(target.flags) & LENIENT};

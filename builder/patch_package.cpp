@@ -5,6 +5,7 @@
 #include "builder/build_failure.h"
 #include "builder/database_snapshot.h"
 #include "builder/file_operations.h"
+#include "builder/patch_transforms.h"
 #include "builder/shown_text.h"
 #include "installer/patch_summary.h"
 #include "installer/query.h"
@@ -19,7 +20,6 @@
 namespace {
 
 constexpr unsigned int SUMMARY_TRANSFORMS = 8;
-constexpr unsigned int SUMMARY_FLAGS = 16;
 constexpr int CODE_LENGTH = 38;
 constexpr std::size_t MAX_TRANSFORMS = 1000;
 constexpr std::size_t MAX_SUPERSEDED = 1000;
@@ -146,6 +146,15 @@ ComPtr<IStorage> CPatchPackage::OpenTransform(const CString& transform) const
     return storage;
 }
 
+TransformTarget CPatchPackage::TargetOf(const CString& transform) const
+{
+    const std::optional<TransformTarget> target = ReadTransformTarget(OpenTransform(transform).Get());
+    if (!target) {
+        throw NotAPatch(m_path);
+    }
+    return *target;
+}
+
 void CPatchPackage::SaveTransform(const CString& transform, const CString& target) const
 {
     const ComPtr<IStorage> from = OpenTransform(transform);
@@ -187,32 +196,6 @@ bool CPatchPackage::SaveCabinet(const CString& stream, const CString& target,
                                 const std::function<void()>& poll) const
 {
     return SaveStream(m_database.get(), m_path, stream, target, poll);
-}
-
-TransformTarget ReadTransformTarget(const CString& path)
-{
-    CInstallerHandle summary;
-    TransformTarget target;
-    if (MsiGetSummaryInformationW(0, path, 0, summary.put()) != ERROR_SUCCESS) {
-        throw NotAPatch(path);
-    }
-    const auto text = [&](unsigned int property) {
-        wchar_t buffer[1024] = L"";
-        DWORD length = ARRAYSIZE(buffer);
-        UINT type = 0;
-        const UINT result =
-            MsiSummaryInfoGetPropertyW(summary.get(), property, &type, nullptr, nullptr, buffer, &length);
-        return result == ERROR_SUCCESS ? CString(buffer) : CString();
-    };
-    target.strTemplate = text(SUMMARY_TEMPLATE);
-    target.strCodes = text(SUMMARY_PACKAGE_CODE);
-    UINT type = 0;
-    INT number = 0;
-    if (MsiSummaryInfoGetPropertyW(summary.get(), SUMMARY_FLAGS, &type, &number, nullptr, nullptr, nullptr) ==
-        ERROR_SUCCESS) {
-        target.flags = static_cast<unsigned int>(number);
-    }
-    return target;
 }
 
 bool SaveStream(MSIHANDLE database, const CString& databasePath, const CString& stream, const CString& target,

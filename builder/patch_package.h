@@ -26,6 +26,7 @@ public:
     // The first of each pair; the second one's name begins with "#".
     const std::vector<CString>& Transforms() const { return m_transforms; }
 
+    [[nodiscard]] TransformTarget TargetOf(const CString& transform) const;
     // Copies a transform into a file of its own, which the installer can read.
     void SaveTransform(const CString& transform, const CString& target) const;
     [[nodiscard]] TransformStreams ReadTransform(const CString& transform) const;
@@ -52,9 +53,6 @@ private:
 // itself is sound, and can be appended.
 [[noreturn]] void RefusePatch(unsigned int code, const CString& path, const CString& product,
                               const CString& why);
-
-// What a transform in a file of its own says it is for.
-[[nodiscard]] TransformTarget ReadTransformTarget(const CString& path);
 
 // Copies a stream of a database into a file; false when there is none of that name.
 [[nodiscard]] bool SaveStream(MSIHANDLE database, const CString& databasePath, const CString& stream,
