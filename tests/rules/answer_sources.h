@@ -61,3 +61,23 @@ inline CString Refused(const Sources& sources)
     EXPECT_FALSE(JoinAnswers(sources, answers, error));
     return error.Text();
 }
+
+// What joining a file's text with a command line says; the answers come too, as far as they are good.
+inline AnswersError Join(const std::string& text, CAnswers& answers, const CommandLine& line = {})
+{
+    Sources sources;
+    sources.File(text).line = line;
+    AnswersError error;
+    static_cast<void>(JoinAnswers(sources, answers, error));
+    return error;
+}
+
+// The answers of a page, a line each: `file="C:\a.txt"`.
+inline std::string Entries(const CAnswers& answers, const wchar_t* page, const AnswerProduct& product = {})
+{
+    std::string text;
+    for (const PageAnswer& answer : answers.Find(page, product)->entries) {
+        text += Utf8(answer.pKey->word) + "=" + Utf8(answer.QuotedFields()) + "\n";
+    }
+    return text;
+}

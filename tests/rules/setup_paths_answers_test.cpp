@@ -3,6 +3,7 @@
 #include "setup/answers.h"
 #include "setup/page_answers.h"
 #include "setup/path_words.h"
+#include "tests/rules/answer_sources.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
@@ -24,28 +25,6 @@ CString WordOf(const CString& property)
         word += (begins ? CString(L"_") : CString()) + name.Mid(index, 1).MakeLower();
     }
     return word;
-}
-
-AnswersError Join(const std::string& text, CAnswers& answers, const CommandLine& line = {})
-{
-    const std::string bytes = "rollout-answers 1\n" + text;
-    AnswerSources sources;
-    sources.strFile = L"C:\\jobs\\office.txt";
-    sources.strFileFolder = L"C:\\jobs";
-    sources.line = line;
-    AnswersError error;
-    EXPECT_TRUE(ParseAnswersFile(bytes.data(), bytes.size(), sources.file, error)) << Utf8(error.Text());
-    static_cast<void>(JoinAnswers(sources, answers, error));
-    return error;
-}
-
-std::string Entries(const CAnswers& answers, const AnswerProduct& product = {})
-{
-    std::string text;
-    for (const PageAnswer& answer : answers.Find(L"paths", product)->entries) {
-        text += Utf8(answer.pKey->word) + "=" + Utf8(answer.QuotedFields()) + " ";
-    }
-    return text;
 }
 
 TEST(SetupPathsAnswers, EachPathHasTheWordOfItsPropertyAndItsPlaceInTheTree)
@@ -73,9 +52,9 @@ TEST(SetupPathsAnswers, PathsAreThoseOfTheWorkstationAndEnteredLetterForLetter)
                     .Text()
                     .IsEmpty());
     answers.UseMediaFolder(L"E:\\Media");
-    EXPECT_EQ(Entries(answers),
-              "support_path=\"Support Files\\Custom\" support_path=\"..\\x, y\" menu_file=\"\" "
-              "log_file_path=\"\"C:\\a\\\\\" ");
+    EXPECT_EQ(Entries(answers, L"paths"),
+              "support_path=\"Support Files\\Custom\"\nsupport_path=\"..\\x, y\"\nmenu_file=\"\"\n"
+              "log_file_path=\"\"C:\\a\\\\\"\n");
 }
 
 TEST(SetupPathsAnswers, ASingleValueStandsOnceAndAListAsOftenAsThereAreLines)
@@ -83,10 +62,10 @@ TEST(SetupPathsAnswers, ASingleValueStandsOnceAndAListAsOftenAsThereAreLines)
     CAnswers answers;
     EXPECT_EQ(
         Join("[paths]\ntemplate_path = a\ntexmaps = a\ntexmaps = a\ntemplate_path = b\n", answers).Text(),
-        CString(L"C:\\jobs\\office.txt(6): paths.template_path: The key stands in line 3 already. Keep "
+        CString(L"C:\\job\\answers.txt(6): paths.template_path: The key stands in line 3 already. Keep "
                 L"one of the two."));
     EXPECT_EQ(Join("[paths]\ntemplate_path = \"a\", \"b\"\n", answers).Text(),
-              CString(L"C:\\jobs\\office.txt(3): paths.template_path: The key has one value, but several "
+              CString(L"C:\\job\\answers.txt(3): paths.template_path: The key has one value, but several "
                       L"stand here with commas between them."));
     CommandLine line;
     line.answers = {{L"paths", {}, L"temp_directory", L"a"}, {L"paths", {}, L"temp_directory", L"b"}};
@@ -103,11 +82,11 @@ TEST(SetupPathsAnswers, AProductsLinesAndTheCommandLinesReplaceThoseOfTheSamePat
                      answers, line)
                     .Text()
                     .IsEmpty());
-    EXPECT_EQ(Entries(answers, {L"Zolt", L""}),
-              "support_path=\"c\" template_path=\"u\" temp_directory=\"\"t\"\" texmaps=\"n\" ");
-    EXPECT_EQ(
-        Entries(answers, {L"Viewer", L""}),
-        "support_path=\"a\" support_path=\"b\" template_path=\"t\" temp_directory=\"\"t\"\" texmaps=\"n\" ");
+    EXPECT_EQ(Entries(answers, L"paths", {L"Zolt", L""}),
+              "support_path=\"c\"\ntemplate_path=\"u\"\ntemp_directory=\"\"t\"\"\ntexmaps=\"n\"\n");
+    EXPECT_EQ(Entries(answers, L"paths", {L"Viewer", L""}),
+              "support_path=\"a\"\nsupport_path=\"b\"\ntemplate_path=\"t\"\ntemp_directory="
+              "\"\"t\"\"\ntexmaps=\"n\"\n");
 }
 
 } // namespace

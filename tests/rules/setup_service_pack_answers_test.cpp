@@ -4,63 +4,43 @@
 #include "setup/answers_record.h"
 #include "setup/box_rules.h"
 #include "setup/page_answers.h"
+#include "tests/rules/answer_sources.h"
 #include "tests/support/text.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-AnswersError Join(const std::string& text, CAnswers& answers)
-{
-    const std::string bytes = "rollout-answers 1\n[service_pack]\n" + text;
-    AnswerSources sources;
-    sources.strFile = L"C:\\jobs\\office.txt";
-    sources.strFileFolder = L"C:\\jobs";
-    sources.strCurrentFolder = L"D:\\now";
-    AnswersError error;
-    EXPECT_TRUE(ParseAnswersFile(bytes.data(), bytes.size(), sources.file, error)) << Utf8(error.Text());
-    static_cast<void>(JoinAnswers(sources, answers, error));
-    return error;
-}
-
 std::string Refusal(const std::string& text)
 {
     CAnswers answers;
-    return Utf8(Join(text, answers).Text());
-}
-
-std::string Entries(const CAnswers& answers, const AnswerProduct& product = {})
-{
-    std::string text;
-    for (const PageAnswer& answer : answers.Find(L"service_pack", product)->entries) {
-        text += Utf8(answer.pKey->word) + "=" + Utf8(answer.QuotedFields()) + "\n";
-    }
-    return text;
+    return Utf8(Join("[service_pack]\n" + text, answers).Text());
 }
 
 TEST(SetupServicePackAnswers, FilesCountFromTheAnswersFileAndTheMedia)
 {
     CAnswers answers;
-    EXPECT_EQ(
-        Join("choice = files\nfile = patches/one.msp\nfile = <media>\\two.msp\nfile = \"E:\\three.msp\"\n"
-             "way = merge\n",
-             answers)
-            .Text(),
-        CString());
+    EXPECT_EQ(Join("[service_pack]\nchoice = files\nfile = patches/one.msp\nfile = <media>\\two.msp\nfile = "
+                   "\"E:\\three.msp\"\n"
+                   "way = merge\n",
+                   answers)
+                  .Text(),
+              CString());
     answers.UseMediaFolder(L"E:\\Media");
-    EXPECT_EQ(Entries(answers), "choice=\"files\"\nfile=\"C:\\jobs\\patches\\one.msp\"\n"
-                                "file=\"E:\\Media\\two.msp\"\nfile=\"E:\\three.msp\"\nway=\"merge\"\n");
+    EXPECT_EQ(Entries(answers, L"service_pack"),
+              "choice=\"files\"\nfile=\"C:\\job\\patches\\one.msp\"\n"
+              "file=\"E:\\Media\\two.msp\"\nfile=\"E:\\three.msp\"\nway=\"merge\"\n");
 }
 
 TEST(SetupServicePackAnswers, WhatIsNoneOfTheValuesIsRefusedWithTheKnownOnes)
 {
     EXPECT_EQ(Refusal("choice = all\n"),
-              "C:\\jobs\\office.txt(3): service_pack.choice: \"all\" is none of its "
+              "C:\\job\\answers.txt(3): service_pack.choice: \"all\" is none of its "
               "values. Known are: none, offered, files.");
-    EXPECT_EQ(Refusal("way = both\n"), "C:\\jobs\\office.txt(3): service_pack.way: \"both\" is none of its "
+    EXPECT_EQ(Refusal("way = both\n"), "C:\\job\\answers.txt(3): service_pack.way: \"both\" is none of its "
                                        "values. Known are: append, merge.");
     EXPECT_EQ(Refusal("choice = none\nchoice = files\n"),
-              "C:\\jobs\\office.txt(4): service_pack.choice: The key stands in line 3 already. Keep one of "
+              "C:\\job\\answers.txt(4): service_pack.choice: The key stands in line 3 already. Keep one of "
               "the two.");
     EXPECT_NE(
         Refusal("patch = x\n").find("Known are: choice, clear, file, way, download_limit, show, leave."),
@@ -75,7 +55,7 @@ TEST(SetupServicePackAnswers, ADownloadsLimitIsANumberOfSecondsUpToADay)
     }
     for (const char* bad : {"0", "86401", "-5", "10 minutes", "99999999999999999999"}) {
         EXPECT_EQ(Refusal(std::string("download_limit = ") + bad + "\n"),
-                  std::string("C:\\jobs\\office.txt(3): service_pack.download_limit: \"") + bad +
+                  std::string("C:\\job\\answers.txt(3): service_pack.download_limit: \"") + bad +
                       "\" is none of its values. Known are: 1 to 86400 seconds.");
     }
 }
@@ -83,14 +63,15 @@ TEST(SetupServicePackAnswers, ADownloadsLimitIsANumberOfSecondsUpToADay)
 TEST(SetupServicePackAnswers, AProductsOwnLinesReplaceThoseOfAllProducts)
 {
     CAnswers answers;
-    EXPECT_EQ(Join("choice = files\nfile = C:\\all.msp\nway = merge\n[service_pack \"Viewer\"]\n"
-                   "file = C:\\one.msp\nfile = C:\\two.msp\nway = append\n",
-                   answers)
-                  .Text(),
-              CString());
-    EXPECT_EQ(Entries(answers, {L"Viewer", L"{1}"}),
+    EXPECT_EQ(
+        Join("[service_pack]\nchoice = files\nfile = C:\\all.msp\nway = merge\n[service_pack \"Viewer\"]\n"
+             "file = C:\\one.msp\nfile = C:\\two.msp\nway = append\n",
+             answers)
+            .Text(),
+        CString());
+    EXPECT_EQ(Entries(answers, L"service_pack", {L"Viewer", L"{1}"}),
               "choice=\"files\"\nfile=\"C:\\one.msp\"\nfile=\"C:\\two.msp\"\nway=\"append\"\n");
-    EXPECT_EQ(Entries(answers, {L"Other", L"{2}"}),
+    EXPECT_EQ(Entries(answers, L"service_pack", {L"Other", L"{2}"}),
               "choice=\"files\"\nfile=\"C:\\all.msp\"\nway=\"merge\"\n");
 }
 
@@ -113,7 +94,9 @@ CString TextOfBox(unsigned int id)
 TEST(SetupServicePackAnswers, EveryBoxRefusesAndNamesItsLine)
 {
     CAnswers answers;
-    EXPECT_EQ(Join("choice = offered\nfile = C:\\one.msp\nfile = C:\\two.msp\n", answers).Text(), CString());
+    EXPECT_EQ(
+        Join("[service_pack]\nchoice = offered\nfile = C:\\one.msp\nfile = C:\\two.msp\n", answers).Text(),
+        CString());
     const auto blamed = [&](const CString& text) {
         const BoxVerdict verdict =
             JudgeBox(&SERVICE_PACK_ANSWERS, answers.Find(L"service_pack", {}), text, false, TextOfBox);
@@ -145,10 +128,10 @@ RecordedPage Page(const std::vector<std::pair<CString, CString>>& values, bool p
 TEST(SetupServicePackAnswers, ChoiceFilesAndWayAreWrittenWithPathsBelowTheFile)
 {
     RecordForm form;
-    form.folders.strBase = L"C:\\jobs";
+    form.folders.strBase = L"C:\\job";
     std::vector<CString> warnings;
     const AnswersFile file = ComposeAnswers(
-        {Page({{L"choice", L"files"}, {L"file", L"C:\\jobs\\patches\\one.msp"}, {L"way", L"merge"}}, false)},
+        {Page({{L"choice", L"files"}, {L"file", L"C:\\job\\patches\\one.msp"}, {L"way", L"merge"}}, false)},
         form, warnings);
     ASSERT_EQ(file.sections.size(), 1u);
     std::string lines;
