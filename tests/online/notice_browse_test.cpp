@@ -69,6 +69,7 @@ protected:
     void ExpectTaken(const BrowseKind& kind, const CString& path)
     {
         Await(L"the path was not taken", [this, kind, path] { return Text(kind.edit) == path; });
+        AwaitFocus();
         Look([this, kind, path] {
             DWORD first = 0;
             DWORD end = 0;

@@ -75,6 +75,7 @@ TEST_P(TabStoring, AnswersZeroAfterNoAndSelectsTheTextInQuestion)
         Send(message, answer);
         Answer(AskingBox(IDS_FEED_WRONG_KIND), IDNO);
         Await(L"there is no answer", [&] { return answer != -1; });
+        AwaitFocus();
         Look([&] {
             EXPECT_EQ(answer, 0);
             EXPECT_TRUE(HasFocus(IDC_FEED_LOCATION));

@@ -275,6 +275,7 @@ TEST_P(BeginBadNames, AreRefusedSelectedAndFocused)
     Answer(LocalPathQuestion(), IDYES);
     Answer(WarningBox(ResourceText(IDS_NAME_INVALID)), IDOK);
     Await(L"Cancel is still disabled", [&] { return Control(IDC_CANCEL).IsEnabled(); });
+    AwaitFocus();
     Look([&] {
         EXPECT_TRUE(HasFocus(IDC_NAME));
         EXPECT_EQ(Control(IDC_NAME).GetSelectedText(), Text(IDC_NAME));
@@ -309,6 +310,7 @@ TEST_F(BeginNext, NoToTheNameOfADeploymentKeepsThePageWithNextEnabled)
     WithDeployments(Setup::SETUPMODE_CREATE_DEPLOYMENT, {L"GAMMA"});
     Press(IDC_NEXT);
     Answer(ReplaceQuestion(L"Gamma"), IDNO);
+    AwaitFocus();
     Look([&] {
         EXPECT_TRUE(HasFocus(IDC_NAME));
         EXPECT_EQ(Control(IDC_NAME).GetSelectedText(), CString(L"Gamma"));

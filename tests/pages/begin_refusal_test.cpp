@@ -26,6 +26,7 @@ protected:
     void ExpectCaretBehindTheLocation()
     {
         Await(L"Cancel is still disabled", [&] { return Control(IDC_CANCEL).IsEnabled(); });
+        AwaitFocus();
         Look([&] {
             EXPECT_TRUE(HasFocus(IDC_LOCATION)) << Utf8(DescribeWindow(GetFocus()));
             DWORD start = 0;
@@ -78,6 +79,7 @@ TEST_F(BeginRefusal, TheFieldInWhichEnterWasPressedKeepsTheFocus)
     Key(VK_RETURN);
     AnswerTooLong();
     Await(L"Cancel is still disabled", [&] { return Control(IDC_CANCEL).IsEnabled(); });
+    AwaitFocus();
     Look([&] { EXPECT_TRUE(HasFocus(IDC_NAME)) << Utf8(DescribeWindow(GetFocus())); });
     ShowAndLeave();
 }
@@ -89,6 +91,7 @@ TEST_F(BeginRefusal, ThePlatformOnWhichEnterWasPressedKeepsTheFocus)
     Key(VK_RETURN);
     AnswerTooLong();
     Await(L"Cancel is still disabled", [&] { return Control(IDC_CANCEL).IsEnabled(); });
+    AwaitFocus();
     Look([&] { EXPECT_TRUE(HasFocus(IDC_PLATFORM_X64)) << Utf8(DescribeWindow(GetFocus())); });
     ShowAndLeave();
 }
@@ -98,6 +101,7 @@ TEST_F(BeginRefusal, NoToAQuestionGivesNextTheFocusBack)
     PressFocusedNext();
     Answer(QuestionBox(ResourceText(IDS_LOCATION_NOT_NETWORK)), IDNO);
     Await(L"Next is still disabled", [&] { return Control(IDC_NEXT).IsEnabled(); });
+    AwaitFocus();
     Look([&] { EXPECT_TRUE(HasFocus(IDC_NEXT)) << Utf8(DescribeWindow(GetFocus())); });
     ShowAndLeave();
 }

@@ -96,6 +96,7 @@ TEST_F(SettingsBrowse, ThePickedFolderGetsABackslashAndTheEditTheFocus)
 {
     WithLog(folder.GetPath());
     Pick();
+    AwaitFocus();
     Look([&] {
         EXPECT_EQ(Text(IDC_LOG_FOLDER).CompareNoCase(picked + L"\\"), 0) << Utf8(Text(IDC_LOG_FOLDER));
         EXPECT_TRUE(HasFocus(IDC_LOG_FOLDER));

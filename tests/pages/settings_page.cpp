@@ -50,6 +50,7 @@ void SettingsPage::NextWithLog(const CString& logFolder)
 void SettingsPage::ExpectStaysOnFolder(const CString& text)
 {
     Await(L"Cancel is still disabled", [&] { return Control(IDC_CANCEL).IsEnabled(); });
+    AwaitFocus();
     Look([this, text] {
         EXPECT_EQ(Text(IDC_LOG_FOLDER), text);
         EXPECT_EQ(Control(IDC_LOG_FOLDER).GetSelectedText(), text);

@@ -223,6 +223,11 @@ void PageTest::Await(const wchar_t* what, std::function<bool()> condition)
     AddStep(L"wait", [what, condition = std::move(condition)] { return Until(condition(), what); });
 }
 
+void PageTest::AwaitFocus()
+{
+    Await(L"no window of the thread has the focus", [] { return GetFocus() != nullptr; });
+}
+
 void PageTest::Answer(const ExpectedBox& box, int button, std::function<void()> look)
 {
     script.Add(L"answer the box \"" + box.text + L"\" with " + NumberText(button),

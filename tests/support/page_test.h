@@ -75,6 +75,9 @@ protected:
     void Look(std::function<void()> look);
     // Waits for the condition; `what` says what was missing when it fails.
     void Await(const wchar_t* what, std::function<bool()> condition);
+    // Until a window of the thread has the focus, for a look at which. A box that closes hands it back by way of the display's
+    // server, which may be a moment later than the page's own doings.
+    void AwaitFocus();
     // Waits for the box, fails on another one, runs the look while it is up, presses the button.
     void Answer(const ExpectedBox& box, int button, std::function<void()> look = nullptr);
     // Waits for the question whether to leave the setup, runs the look with its window, presses IDYES or IDNO.
