@@ -1,6 +1,7 @@
 #include "builder/deployment_difference.h"
 
 #include "builder/change_report.h"
+#include "builder/deployment_place.h"
 #include "builder/shown_text.h"
 
 #include <algorithm>
@@ -101,6 +102,18 @@ void AppendJson(CString& text, const DeploymentDifference& difference)
     text += L"]}";
 }
 
+// Empty when both have answers.
+CString AnswersNotCompared(const DeploymentComparison& comparison)
+{
+    if (comparison.bFirstHasAnswers && comparison.bSecondHasAnswers) {
+        return {};
+    }
+    const wchar_t* const which = comparison.bFirstHasAnswers    ? L"B has no"
+                                 : comparison.bSecondHasAnswers ? L"A has no"
+                                                                : L"neither has an";
+    return CString(L"answers, as ") + which + L" " + ANSWERS_FILE;
+}
+
 } // namespace
 
 void SortDifferences(std::vector<DeploymentDifference>& differences)
@@ -117,6 +130,9 @@ CString ComposeComparisonText(const DeploymentComparison& comparison)
     CString text = L"What two deployments differ in\r\nA: " + ShownText(comparison.strFirst) + L"\r\nB: " +
                    ShownText(comparison.strSecond) + L"\r\nDifferences: " +
                    NumberText(static_cast<long long>(comparison.differences.size())) + L"\r\n";
+    if (const CString notCompared = AnswersNotCompared(comparison); !notCompared.IsEmpty()) {
+        text += L"Not compared: " + notCompared + L"\r\n";
+    }
     if (!comparison.differences.empty()) {
         text += L"\r\n";
     }
@@ -129,7 +145,10 @@ CString ComposeComparisonText(const DeploymentComparison& comparison)
 CString ComposeComparisonJson(const DeploymentComparison& comparison)
 {
     CString text = L"{\r\n  \"version\": 1,\r\n  \"a\": " + JsonText(comparison.strFirst) +
-                   L",\r\n  \"b\": " + JsonText(comparison.strSecond) + L",\r\n  \"differences\": [";
+                   L",\r\n  \"b\": " + JsonText(comparison.strSecond) + L",\r\n";
+    const CString notCompared = AnswersNotCompared(comparison);
+    text += L"  \"notCompared\": [" + (notCompared.IsEmpty() ? notCompared : JsonText(notCompared)) +
+            L"],\r\n  \"differences\": [";
     for (std::size_t index = 0; index < comparison.differences.size(); ++index) {
         text += index ? L"," : L"";
         AppendJson(text, comparison.differences[index]);

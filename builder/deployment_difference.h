@@ -59,6 +59,8 @@ struct DeploymentComparison
     CString strFirst; // full paths of the folders
     CString strSecond;
     std::vector<DeploymentDifference> differences;
+    bool bFirstHasAnswers = true; // deployments of earlier versions have none, which both reports then say
+    bool bSecondHasAnswers = true;
 };
 
 // By kind, product and item, so that two reports of nearly the same differences have them at the same places.

@@ -21,6 +21,7 @@ constexpr const wchar_t* COMMANDS[] = {L"Install.cmd", L"Uninstall.cmd"};
 constexpr std::size_t LONGEST_COMMANDS = 4 << 20;
 constexpr int BRACED_GUID_LENGTH = 38; // codes of replaced patches follow a patch's own
 constexpr std::size_t LONGEST_CHANGES = 256 << 20;
+constexpr const wchar_t* DATABASE_CODES = L"codes of the databases";
 constexpr const wchar_t LINK[] = L"it is a link to another place, which was not looked at";
 
 CString SizeText(std::uint64_t size)
@@ -244,6 +245,10 @@ private:
             finding->strDetail += L"; " + fault;
         } else if (m_check.manifest != ManifestState::Read) {
             m_result.unknown.push_back(fault);
+        } else {
+            m_result.unrecorded.push_back(L"product codes, patches and the settings of the commands, as " +
+                                          CString(DEPLOYMENT_FILE) +
+                                          L", which is what was built, can't be read: " + fault);
         }
     }
 
@@ -251,8 +256,14 @@ private:
 
     void CheckDatabases()
     {
-        if (!IsTrusted(CHANGES_FILE) || !IsThere(CHANGES_FILE)) {
-            return; // named already, or a deployment that never had it
+        const bool isThere = IsThere(CHANGES_FILE);
+        if (FindingOf(CHANGES_FILE) || (isThere && !IsTrusted(CHANGES_FILE))) {
+            return; // named already
+        }
+        if (!isThere) {
+            m_result.unrecorded.push_back(CString(DATABASE_CODES) + L", as the deployment has no " +
+                                          CHANGES_FILE);
+            return;
         }
         const std::string bytes = ReadFile(CHANGES_FILE, LONGEST_CHANGES);
         std::vector<DatabaseCodes> databases;
@@ -260,6 +271,9 @@ private:
             if (m_check.manifest != ManifestState::Read) {
                 m_result.unknown.push_back(CString(CHANGES_FILE) +
                                            L" is damaged, so the codes of the databases aren't known.");
+            } else {
+                m_result.unrecorded.push_back(CString(DATABASE_CODES) + L", as " + CHANGES_FILE +
+                                              L", which is what was built, has none that can be read");
             }
             return;
         }
@@ -329,10 +343,17 @@ private:
 
     void CheckPatches()
     {
+        if (!m_hasRecord) {
+            return;
+        }
+        bool isEachRecorded = true;
         for (const RecordedPatch& patch : m_record.patches) {
-            if (m_hasRecord) {
-                CheckPatch(patch);
-            }
+            isEachRecorded = isEachRecorded && !patch.strCode.IsEmpty() && !patch.strSha256.IsEmpty();
+            CheckPatch(patch);
+        }
+        if (!isEachRecorded) {
+            m_result.unrecorded.push_back(L"codes of some patches, as " + CString(DEPLOYMENT_FILE) +
+                                          L" names their files alone");
         }
     }
 

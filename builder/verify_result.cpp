@@ -166,6 +166,11 @@ CString FindingLine(const VerifyFinding& finding)
            (detail.IsEmpty() ? L"" : L" (" + detail + L")");
 }
 
+CString UnrecordedLine(const CString& sentence)
+{
+    return L"Not checked: " + ShownText(sentence);
+}
+
 CString ComposeVerifyText(const VerifyResult& result)
 {
     CString text = L"Deployment: " + ShownText(result.strFolder) + L"\r\n";
@@ -175,6 +180,9 @@ CString ComposeVerifyText(const VerifyResult& result)
     text += L"As they were built: " + FilesText(result.files) + L"\r\n";
     for (const VerifyFinding& finding : result.findings) {
         text += FindingLine(finding) + L"\r\n";
+    }
+    for (const CString& sentence : result.unrecorded) {
+        text += UnrecordedLine(sentence) + L"\r\n";
     }
     for (const CString& sentence : result.unknown) {
         text += L"Can't be determined: " + ShownText(sentence) + L"\r\n";
@@ -190,8 +198,9 @@ CString ComposeVerifyJson(const VerifyResult& result)
     text += CString(L"  \"verdict\": \"") + JsonVerdict(result.verdict) + L"\",\r\n";
     text += L"  \"filesAsBuilt\": " + NumberText(static_cast<long long>(result.files)) + L",\r\n";
     text += L"  \"findings\": " + JsonList(result.findings, JsonFinding) + L",\r\n";
-    text += L"  \"undetermined\": " +
-            JsonList(result.unknown, [](const CString& sentence) { return L"    " + JsonText(sentence); });
+    const auto jsonLine = [](const CString& sentence) { return L"    " + JsonText(sentence); };
+    text += L"  \"notChecked\": " + JsonList(result.unrecorded, jsonLine) + L",\r\n";
+    text += L"  \"undetermined\": " + JsonList(result.unknown, jsonLine);
     text += L",\r\n  \"result\": " + JsonText(VerdictSentence(result)) + L"\r\n}\r\n";
     return text;
 }

@@ -44,8 +44,11 @@ struct VerifyResult
     bool bIsDeployment = false;
     std::vector<VerifyFinding> findings; // by kind, then by path
     std::vector<CString> unknown;        // sentences: what could not be looked at as a whole
-    std::uint64_t files = 0;             // that are as they were built
-    std::uint64_t bytes = 0;             // that were read
+    // Sentences: what the deployment doesn't record, as with those of earlier versions. No verdict hangs on it, as files are
+    // known by their contents.
+    std::vector<CString> unrecorded;
+    std::uint64_t files = 0; // that are as they were built
+    std::uint64_t bytes = 0; // that were read
 };
 
 // By kind and path; settings by path and in the order of the script.
@@ -58,6 +61,8 @@ void SortFindings(std::vector<VerifyFinding>& findings);
 [[nodiscard]] CString VerdictSentence(const VerifyResult& result);
 // A line a finding: `Changed: Image\x64\Zolt\Zolt2027.msi (12 bytes, 10 when built)`.
 [[nodiscard]] CString FindingLine(const VerifyFinding& finding);
+// `Not checked: the package codes of the databases, as the deployment has no Changes.json`
+[[nodiscard]] CString UnrecordedLine(const CString& sentence);
 
 [[nodiscard]] CString ComposeVerifyText(const VerifyResult& result);
 [[nodiscard]] CString ComposeVerifyJson(const VerifyResult& result);

@@ -76,6 +76,9 @@ void CBaseCheck::LogFindings(const VerifyResult& result)
     for (std::size_t index = 0; index < result.findings.size() && index < LOGGED_FINDINGS; ++index) {
         m_log.Line(L"  " + FindingLine(result.findings[index]));
     }
+    for (const CString& sentence : result.unrecorded) {
+        m_log.Line(L"  " + UnrecordedLine(sentence));
+    }
     if (result.findings.size() > LOGGED_FINDINGS) {
         m_log.Line(L"  Setup.exe --verify names all " +
                    NumberText(static_cast<long long>(result.findings.size())) + L".");

@@ -46,13 +46,12 @@ bool ReadDeploymentAnswers(const CString& folder, AnswersFile& file, bool& exist
 }
 
 // The differences of the answers are added. The empty text, or why they can't be read.
-CString AddAnswers(const CommandLine& line, const TwoDeployments& compared,
-                   std::vector<DeploymentDifference>& differences)
+CString AddAnswers(const CommandLine& line, const TwoDeployments& compared, DeploymentComparison& comparison)
 {
     ComparedAnswers first{{}, ProductsOf(compared.firstProducts)};
     ComparedAnswers second{{}, ProductsOf(compared.secondProducts)};
-    bool hasFirst = false;
-    bool hasSecond = false;
+    bool& hasFirst = comparison.bFirstHasAnswers;
+    bool& hasSecond = comparison.bSecondHasAnswers;
     CString reason;
     if (!ReadDeploymentAnswers(line.strCompare, first.file, hasFirst, reason) ||
         !ReadDeploymentAnswers(line.strCompareWith, second.file, hasSecond, reason)) {
@@ -60,15 +59,17 @@ CString AddAnswers(const CommandLine& line, const TwoDeployments& compared,
     }
     // One of an earlier version has none, so that nothing can be said of its answers.
     if (hasFirst != hasSecond) {
-        differences.push_back({DifferenceKind::Answer,
-                               CString(),
-                               {ANSWERS_FILE},
-                               hasFirst ? DifferenceSide::OnlyFirst : DifferenceSide::OnlySecond,
-                               {}});
+        comparison.differences.push_back({DifferenceKind::Answer,
+                                          CString(),
+                                          {ANSWERS_FILE},
+                                          hasFirst ? DifferenceSide::OnlyFirst : DifferenceSide::OnlySecond,
+                                          {}});
+    }
+    if (!hasFirst || !hasSecond) {
         return {};
     }
     for (DeploymentDifference& difference : CompareAnswers(first, second)) {
-        differences.push_back(std::move(difference));
+        comparison.differences.push_back(std::move(difference));
     }
     return {};
 }
@@ -92,7 +93,7 @@ CommandResult RunCompareCommand(const CommandLine& line)
         return Undetermined(error.message);
     }
     DeploymentComparison comparison{line.strCompare, line.strCompareWith, std::move(compared.differences)};
-    if (const CString reason = AddAnswers(line, compared, comparison.differences); !reason.IsEmpty()) {
+    if (const CString reason = AddAnswers(line, compared, comparison); !reason.IsEmpty()) {
         return Undetermined(reason);
     }
     SortDifferences(comparison.differences);

@@ -47,7 +47,7 @@ def plain(quoted):
 def facts_of_text(text):
     """The facts of a report, read by its grammar."""
     head, _, body = text.lstrip("\ufeff").replace("\r\n", "\n").partition("\n\n")
-    assert re.fullmatch(r"What two deployments differ in\nA: .*\nB: .*\nDifferences: \d+\n?", head), head
+    assert re.fullmatch(r"What two deployments differ in\nA: .*\nB: .*\nDifferences: \d+\n?(?:Not compared: .*\n?)?", head), head
     facts = []
     for line in body.splitlines():
         match = re.fullmatch(r'(%s)(?: of %s)?((?: %s)*): (?:%s -> %s|only in ([AB])((?:, (?:%s = )?%s)*))' % (

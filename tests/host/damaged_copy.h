@@ -75,6 +75,19 @@ public:
         Write(MANIFEST_FILE, Utf8(ComposeManifest(entries)));
     }
 
+    // As if the build had never written the file.
+    void Unlist(const CString& path) const
+    {
+        const std::string manifest = Read(MANIFEST_FILE);
+        std::vector<ManifestEntry> entries;
+        EXPECT_TRUE(ReadManifest(manifest.data(), manifest.size(), entries));
+        EXPECT_EQ(
+            std::erase_if(entries, [&path](const ManifestEntry& entry) { return entry.strPath == path; }),
+            1u);
+        Write(MANIFEST_FILE, Utf8(ComposeManifest(entries)));
+        Delete(path);
+    }
+
 private:
     CString m_folder;
 };

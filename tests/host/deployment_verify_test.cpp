@@ -461,22 +461,6 @@ TEST_F(VerifyTest, ManifestsWithoutMarkAndHeadingAndWithBareLineEndsAreRead)
     EXPECT_EQ(Verify(copy.Folder()).verdict, VerifyVerdict::AsBuilt);
 }
 
-TEST_F(VerifyTest, DeploymentsOfAVersionWithoutAnswersAndJsonAreVerified)
-{
-    const DamagedCopy copy(built, CopyFolder());
-    std::string manifest = copy.Read(MANIFEST_FILE);
-    for (const char* name : {" Answers.txt", " Changes.json"}) {
-        const std::size_t path = manifest.find(name);
-        const std::size_t begin = manifest.rfind('\n', path) + 1;
-        manifest.erase(begin, manifest.find('\n', path) + 1 - begin);
-    }
-    copy.Write(MANIFEST_FILE, manifest);
-    copy.Delete(L"Answers.txt");
-    copy.Delete(L"Changes.json");
-    const VerifyResult result = Verify(copy.Folder());
-    EXPECT_EQ(result.verdict, VerifyVerdict::AsBuilt) << Utf8(ComposeVerifyText(result));
-}
-
 TEST_F(VerifyTest, AFolderBeyondTheUsualLengthOfPathsIsVerified)
 {
     CString folder = scratch + L"moved";
@@ -529,6 +513,8 @@ TEST_F(VerifyTest, APatchIsKnownByItsCodeAndItsContent)
             progress);
     };
     EXPECT_EQ(verify({}, {}).verdict, VerifyVerdict::AsBuilt); // recorded by its file alone
+    EXPECT_EQ(verify({}, {}).unrecorded.size(), 2u);           // the first one is of the databases
+    EXPECT_EQ(verify(FIRST_PATCH_CODE, firstHash).unrecorded.size(), 1u);
     EXPECT_EQ(verify(FIRST_PATCH_CODE, firstHash).verdict, VerifyVerdict::AsBuilt);
     copy.Write(L"Image\\sp.msp", second);
     copy.ListAnew(L"Image\\sp.msp");

@@ -333,6 +333,29 @@ TEST(BuildComparison, AReportOfNothingHasNoFacts)
     EXPECT_EQ(ReadReport(text), Differences{});
 }
 
+// Two deployments of an earlier version passed for equal, although nobody had looked at their answers.
+TEST(BuildComparison, ADeploymentWithoutAnswersIsSaidWhateverDiffers)
+{
+    const struct
+    {
+        bool first;
+        bool second;
+        const char* said;
+    } rows[] = {{false, true, "answers, as A has no Answers.txt"},
+                {true, false, "answers, as B has no Answers.txt"},
+                {false, false, "answers, as neither has an Answers.txt"}};
+    for (const auto& row : rows) {
+        const DeploymentComparison comparison{L"D:\\A", L"D:\\B", {}, row.first, row.second};
+        const CString text = ComposeComparisonText(comparison);
+        EXPECT_EQ(Utf8(text), "What two deployments differ in\r\nA: D:\\A\r\nB: D:\\B\r\nDifferences: 0\r\n"
+                              "Not compared: " +
+                                  std::string(row.said) + "\r\n");
+        EXPECT_EQ(ReadReport(text), Differences{});
+        EXPECT_HOLDS(ComposeComparisonJson(comparison), L"\"notCompared\": [\"answers, as ");
+    }
+    EXPECT_HOLDS(ComposeComparisonJson({L"", L"", {}}), L"\"notCompared\": [],\r\n");
+}
+
 TEST(BuildComparison, TheOrderDependsOnWhatDiffersAlone)
 {
     Differences differences = HostileDifferences();

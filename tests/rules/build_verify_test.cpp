@@ -146,14 +146,21 @@ TEST(BuildVerify, OnlyWhatWasFoundToDifferDiffers)
     EXPECT_EQ(VerdictOf(unknown), VerifyVerdict::Undetermined);
 }
 
+TEST(BuildVerify, WhatADeploymentDoesNotRecordIsNoDoubt)
+{
+    VerifyResult result = ResultWith({});
+    result.unrecorded = {L"codes of the databases, as the deployment has no Changes.json"};
+    EXPECT_EQ(VerdictOf(result), VerifyVerdict::AsBuilt);
+}
+
 TEST(BuildVerify, TextAndJsonHoldTheSameInASteadyOrder)
 {
-    const VerifyResult result =
-        ResultWith({{FindingKind::Setting, L"Install.cmd", {}, L"log folder", L"a", L"b"},
-                    {FindingKind::Added, L"z.txt", {}, {}, {}, {}},
-                    {FindingKind::Added, L"A.txt", {}, {}, {}, {}},
-                    {FindingKind::Missing, L"m.txt", {}, {}, {}, {}},
-                    {FindingKind::Changed, L"c.txt", L"1 byte", {}, {}, {}}});
+    VerifyResult result = ResultWith({{FindingKind::Setting, L"Install.cmd", {}, L"log folder", L"a", L"b"},
+                                      {FindingKind::Added, L"z.txt", {}, {}, {}, {}},
+                                      {FindingKind::Added, L"A.txt", {}, {}, {}, {}},
+                                      {FindingKind::Missing, L"m.txt", {}, {}, {}, {}},
+                                      {FindingKind::Changed, L"c.txt", L"1 byte", {}, {}, {}}});
+    result.unrecorded = {L"the codes, as \"x\" has none"};
     EXPECT_EQ(
         ComposeVerifyText(result),
         CString(L"Deployment: D:\\Out\\Office\r\n"
@@ -163,6 +170,7 @@ TEST(BuildVerify, TextAndJsonHoldTheSameInASteadyOrder)
                 L"Added: z.txt\r\n"
                 L"Changed: c.txt (1 byte)\r\n"
                 L"Setting: Install.cmd (log folder is \"b\", was built as \"a\")\r\n"
+                L"Not checked: the codes, as \"x\" has none\r\n"
                 L"Result: The deployment in \"D:\\Out\\Office\" is not what was built: 1 missing, 2 added, "
                 L"1 changed.\r\n"));
     EXPECT_EQ(
@@ -182,6 +190,9 @@ TEST(BuildVerify, TextAndJsonHoldTheSameInASteadyOrder)
                 L"    {\"kind\": \"setting\", \"path\": \"Install.cmd\", \"setting\": \"log folder\", "
                 L"\"built\": \"a\", \"now\": \"b\"}\r\n"
                 L"  ],\r\n"
+                L"  \"notChecked\": [\r\n"
+                L"    \"the codes, as \\\"x\\\" has none\"\r\n"
+                L"  ],\r\n"
                 L"  \"undetermined\": [],\r\n"
                 L"  \"result\": \"The deployment in \\\"D:\\\\Out\\\\Office\\\" is not what was built: 1 "
                 L"missing, 2 added, 1 changed.\"\r\n"
@@ -194,7 +205,7 @@ TEST(BuildVerify, HostileNamesStayOnTheirLine)
         ResultWith({{FindingKind::Added, HOSTILE, HOSTILE, {}, {}, {}},
                     {FindingKind::Setting, L"Install.cmd", {}, L"log folder", HOSTILE, HOSTILE}});
     result.strFolder = result.strProduct = HOSTILE;
-    result.unknown = {HOSTILE};
+    result.unknown = result.unrecorded = {HOSTILE};
     const CString text = ComposeVerifyText(result);
     int lines = 0;
     for (int index = 0; index < text.GetLength(); ++index) {
@@ -203,7 +214,7 @@ TEST(BuildVerify, HostileNamesStayOnTheirLine)
         EXPECT_TRUE(unit >= 0x20 || unit == L'\r' || unit == L'\n') << index;
         EXPECT_NE(unit, 0x202E);
     }
-    EXPECT_EQ(lines, 7);
+    EXPECT_EQ(lines, 8);
     const CString json = ComposeVerifyJson(result);
     EXPECT_LT(json.Find(L'\x202E'), 0);
     EXPECT_HOLDS(json, L"a\\\"b\\\\c\\u000d\\u000a");

@@ -98,6 +98,16 @@ TEST_F(BaseCheck, AGoodBaseIsGoneOnWithAndStandsInTheLog)
     EXPECT_HOLDS(host.logged[0], L"is what was built");
 }
 
+// One of an earlier version: nobody is asked, and the log says what nobody could look at.
+TEST_F(BaseCheck, WhatAGoodBaseDoesNotRecordStandsInTheLogAlone)
+{
+    found.unrecorded = {L"codes of the databases, as the deployment has no Changes.json"};
+    EXPECT_TRUE(Check());
+    ASSERT_EQ(host.logged.size(), 2u);
+    EXPECT_EQ(host.logged[1],
+              CString(L"  Not checked: codes of the databases, as the deployment has no Changes.json"));
+}
+
 TEST_F(BaseCheck, ANewDeploymentHasNothingToCheck)
 {
     host.baseFolder.Empty();
