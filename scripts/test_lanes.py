@@ -46,9 +46,16 @@ class Lane:
 
     def stop_programs(self):
         """Ends every program of the prefix, its server too; what comes next has a new one."""
-        for word in ("-k", "-w", *(["-p"] if self.keeps_server else [])):
-            subprocess.run(["taskset", "-c", self.core, "wineserver", word], env=self.environment, stdin=subprocess.DEVNULL,
-                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.run_quietly("wineserver", "-k")
+        self.run_quietly("wineserver", "-w")
+        if self.keeps_server:
+            self.run_quietly("wineserver", "-p")
+            # The system's own programs start with the first window. They stay too, and would hold the output of a test open.
+            self.run_quietly("wine", "rundll32", "user32.dll,MessageBeep")
+
+    def run_quietly(self, *command):
+        subprocess.run(["taskset", "-c", self.core, *command], env=self.environment, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
     def close(self):
         self.keeps_server = False
