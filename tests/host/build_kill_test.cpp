@@ -182,11 +182,18 @@ protected:
     Tree m_old;
 };
 
-TEST_F(KillTest, AKillAtAnyFileOperationLeavesOldOrNewWhole)
+// Each test has one operation in so many: all of them would be too much for one on a busy computer.
+constexpr int SHARES = 4;
+class KillAtOperationTest : public KillTest, public testing::WithParamInterface<int>
+{
+};
+INSTANTIATE_TEST_SUITE_P(Shares, KillAtOperationTest, testing::Range(1, SHARES + 1));
+
+TEST_P(KillAtOperationTest, AKillAtAnyFileOperationLeavesOldOrNewWhole)
 {
     int killed = 0;
     int keptOld = 0;
-    for (long long operation = 1; operation < 2000 && !HasFailure(); ++operation) {
+    for (long long operation = GetParam(); operation < 2000 && !HasFailure(); operation += SHARES) {
         const unsigned long code = WaitForChild(StartChild(operation));
         if (code != KILLED_BY_FAULT) {
             EXPECT_EQ(code, 0u) << "operation " << operation;
