@@ -143,7 +143,6 @@ class SharedPrograms:
 
 def run_lane(tally, number, shared, tests, pattern):
     with Lane(number, ROOT, BUILD, "prefix" if number == 0 else "prefix-%d" % number) as lane:
-        lane.keep_server()
         if tests:
             # The tests of one lane alone start programs by this process's environment.
             os.environ.update({name: value for name, value in lane.environment.items()

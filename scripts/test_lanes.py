@@ -25,7 +25,6 @@ class Lane:
 
     def __init__(self, number, root, build, prefix="prefix"):
         self.core = str(number % (os.cpu_count() or 1))
-        self.keeps_server = False
         script = ('. scripts/environment.sh; export ROLLOUT_BUILD ROLLOUT_CORE=%s; rollout_prefix "%s" && '
                   'rollout_display && echo "$ROLLOUT_XVFB" && env -0 >&2' % (self.core, os.path.join(build, prefix)))
         started = subprocess.run(["bash", "-c", script], cwd=root, capture_output=True,
@@ -38,27 +37,12 @@ class Lane:
     def command(self, program):
         return ["taskset", "-c", self.core, "wine", program]
 
-    def keep_server(self):
-        """From here on the prefix's server stays when its last program ends. A whole run of the wizard needs a quarter less time
-        with it. One that an interrupted run has left knows another display, and goes first."""
-        self.keeps_server = True
-        self.stop_programs()
-
     def stop_programs(self):
-        """Ends every program of the prefix, its server too; what comes next has a new one."""
-        self.run_quietly("wineserver", "-k")
-        self.run_quietly("wineserver", "-w")
-        if self.keeps_server:
-            self.run_quietly("wineserver", "-p")
-            # The system's own programs start with the first window. They stay too, and would hold the output of a test open.
-            self.run_quietly("wine", "rundll32", "user32.dll,MessageBeep")
-
-    def run_quietly(self, *command):
-        subprocess.run(["taskset", "-c", self.core, *command], env=self.environment, stdin=subprocess.DEVNULL,
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        """Ends every program of the prefix; the next one starts its server anew."""
+        subprocess.run(["wineserver", "-k"], env=self.environment, stderr=subprocess.DEVNULL)
+        subprocess.run(["wineserver", "-w"], env=self.environment, stderr=subprocess.DEVNULL)
 
     def close(self):
-        self.keeps_server = False
         self.stop_programs()
         os.kill(self.display, 15)
 
