@@ -148,6 +148,8 @@ LRESULT CReviewDialog::OnSize(UINT, WPARAM, LPARAM, BOOL&)
                        place.first.bottom - place.first.top + (place.bGrowsDown ? down : 0),
                        SWP_NOZORDER | SWP_NOACTIVATE);
     }
+    // A control that is only moved counts as painted, and so does the old part of one that grows.
+    RedrawWindow(RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
     return 0;
 }
 

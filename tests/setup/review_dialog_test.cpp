@@ -14,6 +14,7 @@
 #include "tests/support/import_redirect.h"
 #include "tests/support/page_looks.h"
 #include "tests/support/text.h"
+#include "window/drawing_handles.h"
 #include "window/module.h"
 
 #include <gtest/gtest.h>
@@ -36,6 +37,29 @@ ReviewNode Marked(const wchar_t* text, bool isWarning)
     ReviewNode node = ReviewLine(text);
     (isWarning ? node.bWarning : node.bChanged) = true;
     return node;
+}
+
+// What stands on the screen of a window's inside, its pending painting done.
+std::vector<std::uint32_t> PixelsOf(HWND window)
+{
+    RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    RECT inside = {};
+    GetClientRect(window, &inside);
+    const int width = inside.right, height = inside.bottom;
+    BITMAPINFO format = {};
+    format.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    const CBitmapOwner bitmap(CreateDIBSection(nullptr, &format, DIB_RGB_COLORS, &bits, nullptr, 0));
+    const HDC screen = GetDC(window), memory = CreateCompatibleDC(screen);
+    const HGDIOBJ before = SelectObject(memory, bitmap.get());
+    EXPECT_TRUE(BitBlt(memory, 0, 0, width, height, screen, 0, 0, SRCCOPY));
+    GdiFlush();
+    const auto* const first = static_cast<const std::uint32_t*>(bits);
+    std::vector<std::uint32_t> pixels(first, first + static_cast<std::size_t>(width) * height);
+    SelectObject(memory, before);
+    DeleteDC(memory);
+    ReleaseDC(window, screen);
+    return pixels;
 }
 
 ReviewDocument MakeReview()
@@ -325,6 +349,25 @@ TEST_F(ReviewDialog, ALargerWindowHasRoomForMoreLinesAndNoSmallerOneIsMade)
         GetWindowRect(Window(), &after);
         EXPECT_EQ(after.right - after.left, before.right - before.left);
         EXPECT_EQ(after.bottom - after.top, before.bottom - before.top);
+    });
+    Click(IDC_REVIEW_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
+// Dragged larger, the buttons went and the heading kept pieces of its old lines.
+TEST_F(ReviewDialog, AWindowOfAnotherSizeIsPaintedWhole)
+{
+    Do([] {
+        for (int step = 0; step < 3; ++step) {
+            RECT place = {};
+            GetWindowRect(Window(), &place);
+            PixelsOf(Window());
+            SetWindowPos(Window(), nullptr, 0, 0, place.right - place.left + 40,
+                         place.bottom - place.top + 45, SWP_NOMOVE | SWP_NOZORDER);
+        }
+        const std::vector<std::uint32_t> shown = PixelsOf(Window());
+        RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+        EXPECT_TRUE(shown == PixelsOf(Window())) << "what is painted anew looks otherwise";
     });
     Click(IDC_REVIEW_BACK);
     EXPECT_EQ(Run(), NAVIGATION_BACK);
