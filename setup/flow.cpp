@@ -116,7 +116,11 @@ FlowMove CWizardFlow::AfterPage(int result)
     }
     const bool isVisit = std::exchange(m_bVisit, false);
     if (isVisit && result == NAVIGATION_NEXT) {
-        return ShowReview();
+        const Stop visited = m_walk[m_position];
+        FlowMove move = ShowReview();
+        move.nPage = visited.page;
+        move.nProduct = visited.product;
+        return move;
     }
     switch (result) {
     case NAVIGATION_NEXT: {

@@ -18,9 +18,11 @@ enum class FlowAct
 struct FlowMove
 {
     FlowAct act = FlowAct::Finish;
-    int nPage = -1; // ShowPage: index in the flow. Configure: of the page whose tab is opened first
+    // ShowPage: index in the flow. Configure: of the page whose tab is opened first. Review: of the page that was visited from it; -1
+    // for none.
+    int nPage = -1;
     // ShowPage: index of the product that the page is shown for; -1: it belongs to none. Configure: of the product whose tab is
-    // opened first; -1 for the first one's.
+    // opened first; -1 for the first one's. Review: of the visited page's product.
     int nProduct = -1;
     unsigned int exitCode = 0; // Finish
 };

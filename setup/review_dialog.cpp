@@ -39,6 +39,12 @@ bool StandsOutWithin(const ReviewNode& node)
     });
 }
 
+bool IsVisited(const ReviewNode& node, const ReviewedPage& page)
+{
+    return !page.strPage.IsEmpty() && node.strPage == page.strPage &&
+           node.strProductCode == page.strProductCode;
+}
+
 } // namespace
 
 CReviewDialog::CReviewDialog(ReviewWindow window) : m_window(std::move(window))
@@ -80,7 +86,7 @@ LRESULT CReviewDialog::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&)
     NotePlaces();
     m_tree.Attach(GetDlgItem(IDC_REVIEW_TREE));
     Fill(m_window.review, TVI_ROOT, 0);
-    m_tree.SelectItem(m_tree.GetRootItem());
+    SelectFirst();
     m_tree.SetFocus();
     return FALSE;
 }
@@ -102,12 +108,25 @@ void CReviewDialog::Fill(const ReviewDocument& nodes, HTREEITEM parent, int dept
         line.item.state = node.bChanged || node.bWarning ? TVIS_BOLD : 0;
         const HTREEITEM item = m_tree.InsertItem(line);
         m_nodes[item] = &node;
+        if (!m_hVisited && IsVisited(node, m_window.visited)) {
+            m_hVisited = item;
+        }
         Fill(node.children, item, depth + 1);
         const bool isPage = !node.strPage.IsEmpty();
         if (isPage ? StandsOutWithin(node) : depth <= PRODUCT_DEPTH) {
             m_tree.Expand(item);
         }
     }
+}
+
+// Whoever comes back from a page goes on from its line, and sees what stands there now. A refusal is to be read first.
+void CReviewDialog::SelectFirst()
+{
+    const bool isBack = m_hVisited && !m_window.bRefused;
+    if (isBack) {
+        m_tree.Expand(m_hVisited);
+    }
+    m_tree.SelectItem(isBack ? m_hVisited : m_tree.GetRootItem());
 }
 
 void CReviewDialog::NotePlaces()

@@ -14,11 +14,19 @@
 #include <map>
 #include <vector>
 
+// A page by its export, and the code of its product; an empty code for a page that belongs to none.
+struct ReviewedPage
+{
+    CString strPage;
+    CString strProductCode;
+};
+
 // What a window of a review says and offers.
 struct ReviewWindow
 {
     CString strName; // the deployment's
     ReviewDocument review;
+    ReviewedPage visited;  // that a person comes back from; empty the first time
     bool bRefused = false; // it can't be built
     bool bBuilds = true;   // false: the run ends behind the window, which then isn't kept open by a refusal
 };
@@ -81,6 +89,7 @@ private:
     [[nodiscard]] CString Title() const;
     [[nodiscard]] unsigned int HeadingText() const;
     void NotePlaces();
+    void SelectFirst();
     void Fill(const ReviewDocument& nodes, HTREEITEM parent, int depth);
     [[nodiscard]] const ReviewNode* Selected() const;
     [[nodiscard]] const ReviewNode* SelectedPage() const;
@@ -88,6 +97,7 @@ private:
     const ReviewWindow m_window;
     CTreeViewCtrl m_tree;
     std::map<HTREEITEM, const ReviewNode*> m_nodes;
+    HTREEITEM m_hVisited = nullptr; // the line of the page that a person comes back from
     const ReviewNode* m_visited = nullptr;
     std::vector<Place> m_places;
     SIZE m_firstRoom = {}; // of the window's inside as it came up

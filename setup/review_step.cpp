@@ -5,7 +5,6 @@
 #include "setup/exit_codes.h"
 #include "setup/resource.h"
 #include "setup/review_compose.h"
-#include "setup/review_dialog.h"
 
 namespace {
 
@@ -14,7 +13,8 @@ constexpr WorkTexts DECIDING_TEXTS = {IDS_DECIDING_TITLE, IDS_DECIDING_TITLE_SHA
 
 } // namespace
 
-ReviewEnd ShowReview(CSetupHost& host, const std::vector<RecordedPage>& pages, bool builds, CRunLog& log)
+ReviewEnd ShowReview(CSetupHost& host, const std::vector<RecordedPage>& pages, const ReviewedPage& visited,
+                     bool builds, CRunLog& log)
 {
     const CString name = host.GetSetupManager().m_strDeploymentName;
     ReviewEnd end;
@@ -28,12 +28,12 @@ ReviewEnd ShowReview(CSetupHost& host, const std::vector<RecordedPage>& pages, b
     }
     CReviewDialog dialog({.strName = name,
                           .review = ComposeReview(pages, build, refusal),
+                          .visited = visited,
                           .bRefused = static_cast<bool>(refusal),
                           .bBuilds = builds});
     end.result = dialog.Run();
     if (end.result == CReviewDialog::VISIT) {
-        end.strPage = dialog.GetVisited().strPage;
-        end.strProductCode = dialog.GetVisited().strProductCode;
+        end.visit = {dialog.GetVisited().strPage, dialog.GetVisited().strProductCode};
     }
     return end;
 }

@@ -3,6 +3,7 @@
 
 #include "host/setup_host.h"
 #include "setup/answers_record.h"
+#include "setup/review_dialog.h"
 #include "setup/run_log.h"
 
 // How the review was left.
@@ -10,10 +11,9 @@ struct ReviewEnd
 {
     int result =
         0; // as CReviewDialog::Run; NAVIGATION_BACK too when a person stops it before the window comes up
-    CString strPage;        // VISIT: the export of the page to go to
-    CString strProductCode; // of its product; empty for a page that belongs to none
+    ReviewedPage visit; // VISIT: the page to go to
 };
 
-// `pages`: what was chosen. With `builds` false the run ends behind the review.
-[[nodiscard]] ReviewEnd ShowReview(CSetupHost& host, const std::vector<RecordedPage>& pages, bool builds,
-                                   CRunLog& log);
+// `pages`: what was chosen. `visited`: the page that a person comes back from. With `builds` false the run ends behind the review.
+[[nodiscard]] ReviewEnd ShowReview(CSetupHost& host, const std::vector<RecordedPage>& pages,
+                                   const ReviewedPage& visited, bool builds, CRunLog& log);

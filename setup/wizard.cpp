@@ -135,7 +135,7 @@ RunOutcome CWizard::Walk(CWizardFlow& flow)
     while (move.act != FlowAct::Finish) {
         switch (move.act) {
         case FlowAct::Review:
-            move = Review(flow);
+            move = Review(move, flow);
             break;
         case FlowAct::Build:
             if (SettleTarget(flow, move)) {

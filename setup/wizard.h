@@ -12,6 +12,7 @@
 #include "setup/flow.h"
 #include "setup/page_pictures.h"
 #include "setup/program_libraries.h"
+#include "setup/review_dialog.h"
 #include "setup/run_log.h"
 #include "setup/target_settling.h"
 #include "setup/unattended_pages.h"
@@ -62,9 +63,11 @@ private:
     [[nodiscard]] std::vector<ConfigureTab> MakeTabs();
     [[nodiscard]] ConfigureOptions MakeConfigureOptions(bool canGoBack);
     // What comes behind the review, whose way out leads to a page, to the build or to the end.
-    [[nodiscard]] FlowMove Review(CWizardFlow& flow);
+    [[nodiscard]] FlowMove Review(const FlowMove& shown, CWizardFlow& flow);
     // The index of the product with that code; -1 for none.
     [[nodiscard]] int FindProduct(const CString& productCode);
+    // The page that `shown` says was visited from the review; empty for none.
+    [[nodiscard]] ReviewedPage VisitedPage(const FlowMove& shown);
     [[nodiscard]] unsigned int Build();
     [[nodiscard]] RunOutcome CheckBuild();
     void LogWarnings(const std::vector<CString>& warnings);

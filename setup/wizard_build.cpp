@@ -6,6 +6,7 @@
 #include "setup/answers_output.h"
 #include "setup/build_dialog.h"
 #include "setup/exit_codes.h"
+#include "setup/product_names.h"
 #include "setup/resource.h"
 #include "setup/review_compose.h"
 #include "setup/review_dialog.h"
@@ -67,16 +68,30 @@ private:
 
 } // namespace
 
-FlowMove CWizard::Review(CWizardFlow& flow)
+ReviewedPage CWizard::VisitedPage(const FlowMove& shown)
+{
+    ReviewedPage page;
+    if (shown.nPage >= 0) {
+        page.strPage = m_pages[static_cast<std::size_t>(shown.nPage)].strName;
+        page.strProductCode =
+            shown.nProduct < 0
+                ? CString()
+                : NamesOf(m_host->GetProducts())[static_cast<std::size_t>(shown.nProduct)].strCode;
+    }
+    return page;
+}
+
+FlowMove CWizard::Review(const FlowMove& shown, CWizardFlow& flow)
 {
     FlowMove move;
     if (!SettleTarget(flow, move)) { // what was chosen there may have changed since then
         return move;
     }
     CAnswersOutput(m_line, m_host.get(), m_log).AddToDeployment(m_recorder.GetPages()); // they are built too
-    const ReviewEnd end = ShowReview(*m_host, m_recorder.GetPages(), m_line.Builds(), m_log);
+    const ReviewEnd end =
+        ShowReview(*m_host, m_recorder.GetPages(), VisitedPage(shown), m_line.Builds(), m_log);
     if (end.result == CReviewDialog::VISIT) {
-        return flow.VisitPage(end.strPage, FindProduct(end.strProductCode));
+        return flow.VisitPage(end.visit.strPage, FindProduct(end.visit.strProductCode));
     }
     if (end.result == NAVIGATION_LOAD_FAILED) {
         m_strCause = SetupText(IDS_REVIEW_NO_WINDOW);

@@ -64,8 +64,11 @@ TEST_F(ReviewByHand, WhatIsChangedOnAVisitedPageStandsInTheReviewAndIsBuilt)
     WaitUntil(L"the box without its mark", [&] { return IsDlgButtonChecked(page, IDC_PARTS_BAY) == 0; });
     StrikeKey('N', {VK_MENU});
     review = WaitFor(Shown::Review);
-    GoToLine(review, L"Zolt Viewer 2027");
-    page = VisitFrom(review, L"Parts bay: no", Shown::ResourcesPage);
+    EXPECT_EQ(LineOf(review), CString(L"Online resources"));
+    StrikeKey(VK_DOWN);
+    WaitUntil(L"the changed line", [&] { return LineOf(review) == L"Parts bay: no"; });
+    StrikeKey('G', {VK_MENU});
+    page = WaitFor(Shown::ResourcesPage);
     StrikeKey('N', {VK_MENU});
     review = WaitFor(Shown::Review);
     StrikeKey(VK_RETURN);

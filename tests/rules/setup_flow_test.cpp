@@ -439,6 +439,20 @@ TEST(SetupFlow, AVisitedPageLeadsBackToTheReviewByNextAlone)
     EXPECT_EQ(flow.AfterReview(NAVIGATION_NEXT).act, FlowAct::Build);
 }
 
+TEST(SetupFlow, AVisitedPageIsNamedToTheReviewAndOneOfTheWalkIsNot)
+{
+    CWizardFlow flow = AtReview(PAGES_OF_PRODUCTS, 2);
+    ExpectPage(flow.VisitPage(L"OnlineDialog", 1), 2, 1);
+    FlowMove move = flow.AfterPage(NAVIGATION_NEXT);
+    EXPECT_EQ(move.nPage, 2);
+    EXPECT_EQ(move.nProduct, 1);
+    move = flow.AfterReview(NAVIGATION_BACK);
+    ASSERT_EQ(move.act, FlowAct::ShowPage);
+    move = flow.AfterPage(NAVIGATION_NEXT);
+    EXPECT_EQ(move.act, FlowAct::Review);
+    EXPECT_EQ(move.nPage, -1) << "of a page that was no visit";
+}
+
 TEST(SetupFlow, CancelOnAVisitedPageEndsWith1602)
 {
     CWizardFlow flow = AtReview(PAGES, 1);

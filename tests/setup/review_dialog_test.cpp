@@ -247,6 +247,39 @@ TEST_F(ReviewDialog, APagesLinesLeadToItAndOthersNowhere)
     EXPECT_EQ(visited.strProductCode, CString(L"{CODE}"));
 }
 
+// The window began at its top again, with all pages closed, however far down the page's line stood.
+TEST_F(ReviewDialog, WhoComesBackFromAPageStandsOnItsOpenedLine)
+{
+    window.visited = {L"BeginDeploymentDialog", L""};
+    Do([] {
+        EXPECT_EQ(Control(IDC_REVIEW_LINE).GetText(), CString(L"Begin"));
+        EXPECT_TRUE(Tree().IsExpanded(TreeView_GetSelection(Tree().GetWindow())));
+        EXPECT_TRUE(Control(IDC_REVIEW_PAGE).IsEnabled());
+    });
+    Click(IDC_REVIEW_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+    window.visited = {L"PathsDialog", L"{CODE}"};
+    Do([] { EXPECT_EQ(Control(IDC_REVIEW_LINE).GetText(), CString(L"Paths")); });
+    Click(IDC_REVIEW_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+    window.visited = {L"PathsDialog", L"{OTHER}"};
+    Do([] {
+        EXPECT_EQ(Control(IDC_REVIEW_LINE).GetText(), CString(L"This can be built. Nothing is done yet."));
+    });
+    Click(IDC_REVIEW_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
+TEST_F(ReviewDialog, WhoComesBackToARefusalStandsOnIt)
+{
+    window.visited = {L"BeginDeploymentDialog", L""};
+    window.bRefused = true;
+    window.review[0] = Marked(L"This can't be built (code 2): gone", true);
+    Do([] { EXPECT_EQ(Control(IDC_REVIEW_LINE).GetText(), CString(L"This can't be built (code 2): gone")); });
+    Click(IDC_REVIEW_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
 TEST_F(ReviewDialog, ADoubleClickOnALineLeadsToItsPage)
 {
     Select({L"What was chosen", L"Begin", L"Name: \"Office\""});
