@@ -57,6 +57,13 @@ TEST(SetupCommandLine, TheUsageShowsHowAPlanIsWritten)
                  L"Examples: Setup.exe --media D:\\Media --answers office.txt --plan office-plan.txt");
 }
 
+TEST(SetupCommandLine, TheUsageSaysWhatMakesARunUnattendedAndHowToWaitForIt)
+{
+    const CString usage = CommandLineUsage();
+    EXPECT_HOLDS(usage, L"Without --answers, --set and --check a person goes through the pages.");
+    EXPECT_HOLDS(usage, L"use start /wait Setup.exe.");
+}
+
 TEST(SetupCommandLine, AValueMayStandBehindAnEqualsSign)
 {
     EXPECT_EQ(Parsed({L"--media=D:\\a=b"}).strMedia, CString(L"D:\\a=b"));
