@@ -32,6 +32,7 @@ ReviewEnd ShowReview(CSetupHost& host, const std::vector<RecordedPage>& pages, c
                           .bRefused = static_cast<bool>(refusal),
                           .bBuilds = builds});
     end.result = dialog.Run();
+    end.warnings = build.warnings;
     if (end.result == CReviewDialog::VISIT) {
         end.visit = {dialog.GetVisited().strPage, dialog.GetVisited().strProductCode};
     }

@@ -11,7 +11,8 @@ struct ReviewEnd
 {
     int result =
         0; // as CReviewDialog::Run; NAVIGATION_BACK too when a person stops it before the window comes up
-    ReviewedPage visit; // VISIT: the page to go to
+    ReviewedPage visit;            // VISIT: the page to go to
+    std::vector<CString> warnings; // that it showed
 };
 
 // `pages`: what was chosen. `visited`: the page that a person comes back from. With `builds` false the run ends behind the review.

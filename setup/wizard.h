@@ -88,7 +88,8 @@ private:
     CBaseCheck m_baseCheck;
     CChangeWatch m_changes;
     CAdditionWatch m_additions;
-    CString m_strCause;                // of a run that has failed so far
-    CString m_strKeptAnswers;          // file with the answers of a run whose build failed
-    std::optional<RunOutcome> m_ended; // without a person: how the run ends before its flow does
+    std::vector<CString> m_reviewedWarnings; // a person has read them in the review
+    CString m_strCause;                      // of a run that has failed so far
+    CString m_strKeptAnswers;                // file with the answers of a run whose build failed
+    std::optional<RunOutcome> m_ended;       // without a person: how the run ends before its flow does
 };

@@ -15,6 +15,7 @@
 #include "setup/text_forms.h"
 #include "setup/texts.h"
 
+#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -33,6 +34,14 @@ CString WarningLines(const std::vector<CString>& warnings)
                                      {NumberText(static_cast<long long>(warnings.size() - SHOWN))});
     }
     return lines;
+}
+
+std::vector<CString> WithoutThose(std::vector<CString> texts, const std::vector<CString>& others)
+{
+    std::erase_if(texts, [&](const CString& text) {
+        return std::find(others.begin(), others.end(), text) != others.end();
+    });
+    return texts;
 }
 
 // Logs each step before the window is notified, which shows the last of those that follow fast on one another.
@@ -90,6 +99,7 @@ FlowMove CWizard::Review(const FlowMove& shown, CWizardFlow& flow)
     CAnswersOutput(m_line, m_host.get(), m_log).AddToDeployment(m_recorder.GetPages()); // they are built too
     const ReviewEnd end =
         ShowReview(*m_host, m_recorder.GetPages(), VisitedPage(shown), m_line.Builds(), m_log);
+    m_reviewedWarnings = end.warnings;
     if (end.result == CReviewDialog::VISIT) {
         return flow.VisitPage(end.visit.strPage, FindProduct(end.visit.strProductCode));
     }
@@ -172,8 +182,9 @@ void CWizard::ReportBuild(const BuildResult& result)
     } else {
         m_log.Line(L"Deployment " + result.strDeploymentFolder);
     }
-    if (!result.error && !result.warnings.empty() && !m_line.IsUnattended()) {
-        MessageBoxW(nullptr, SetupText(IDS_BUILD_WARNINGS, {WarningLines(result.warnings)}),
+    const std::vector<CString> unread = WithoutThose(result.warnings, m_reviewedWarnings);
+    if (!result.error && !unread.empty() && !m_line.IsUnattended()) {
+        MessageBoxW(nullptr, SetupText(IDS_BUILD_WARNINGS, {WarningLines(unread)}),
                     SetupText(IDS_PROGRAM_TITLE), MB_OK | MB_ICONWARNING | MB_SETFOREGROUND);
     }
 }

@@ -178,6 +178,37 @@ TEST_F(ReviewByHand, WhatCannotBeBuiltCanBeChangedFromThere)
     EXPECT_EQ(WaitForEnd(), 0u);
 }
 
+// The box behind the build said once more what had been read in the review.
+TEST_F(ReviewByHand, AWarningOfTheReviewIsNotShownAgainBehindTheBuild)
+{
+    Start(SampleMedia());
+    EnterFirstPage(L"Office");
+    ConfirmLocalLocation();
+    HWND page = WaitFor(Shown::SettingsPage);
+    ClickOn(GetDlgItem(page, IDC_NETWORK_LOG));
+    WaitUntil(L"the log folder's field", [&] { return IsWindowEnabled(GetDlgItem(page, IDC_LOG_FOLDER)); });
+    StrikeKey(VK_TAB);
+    Type(page, IDC_LOG_FOLDER, L"\\\\nobody\\logs");
+    StrikeKey(VK_RETURN);
+    AnswerBox('Y');
+    for (const Shown behind : PagesBehindFirst()) {
+        if (behind != Shown::SettingsPage) {
+            WaitFor(behind);
+            StrikeKey(VK_RETURN);
+        }
+    }
+    HWND review = WaitFor(Shown::Review);
+    WaitForFocus(review, IDC_REVIEW_TREE);
+    StrikeKey(VK_END);
+    const CString warning = L"The log folder \"\\\\nobody\\logs\\\" can't be written to";
+    WaitUntil(L"the warning", [&] { return LineOf(review).Find(warning) == 0; });
+    StrikeKey(VK_RETURN);
+    WaitFor(Shown::CompletePage); // no box before it
+    StrikeKey(VK_RETURN);
+    EXPECT_EQ(WaitForEnd(), 0u);
+    EXPECT_HOLDS(ReadLog(), L"Warning: " + warning);
+}
+
 // Where a deployment is modified the pages stand together, and the visit opens the one of the line.
 TEST_F(ReviewByHand, ALineLeadsToItsTabOfAModifiedDeployment)
 {
