@@ -62,8 +62,8 @@ public:
         }
         AddValues();
         for (const RecordedQuestion& question : m_page.questions) {
-            m_node.children.push_back(Line(L"Asked about \"" + InWords(question.pBox->role) + L"\": " +
-                                           (question.bYes ? L"yes" : L"no")));
+            m_node.children.push_back(Line(L"Answer to the question \"" + InWords(question.pBox->role) +
+                                           L"\": " + (question.bYes ? L"yes" : L"no")));
         }
         if (m_node.children.empty()) {
             m_node.children.push_back(Line(L"Nothing is entered here."));

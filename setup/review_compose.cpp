@@ -170,8 +170,7 @@ ReviewNode ReviewAmounts(const BuildReview& build)
         CountInWords(build.filesInAll, L"file", L"files"));
     add(L"Space needed: " + Megabytes(build.bytesNeeded) + L"; free: " +
         NumberText(static_cast<long long>(build.bytesFree / MEGABYTE)) + L" MB");
-    add(L"Time: " + DurationInWords(EstimateSeconds(build)) +
-        L", as far as bytes, files and rows tell; a slow disk or share needs more");
+    add(L"Estimated time: " + DurationInWords(EstimateSeconds(build)) + L"; a slow disk or share needs more");
     return node;
 }
 

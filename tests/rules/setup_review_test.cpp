@@ -300,8 +300,7 @@ TEST(SetupReview, ItSaysWhatIsChosenChangedAddedPatchedAndCopiedInThisOrder)
         "    Copied as they are: 312 files, 45 MB (47185919 bytes)\n"
         "    In all, with databases, cabinets, commands and notes: 325 files\n"
         "    Space needed: 60 MB; free: 1000 MB\n"
-        "    Time: less than a minute, as far as bytes, files and rows tell; a slow disk or share needs "
-        "more\n"
+        "    Estimated time: less than a minute; a slow disk or share needs more\n"
         "! Warnings: 1\n"
         "!   A path is long.\n");
 }
@@ -383,7 +382,8 @@ TEST(SetupReview, APageThatNobodyWentToAndAQuestionAreSaid)
     RecordedPage notices = Page(L"notices", ZOLT, {});
     notices.bShown = false;
     const std::string text = TextOf(ComposeReview({begin, notices}, {}, {}));
-    EXPECT_NE(text.find("      Asked about \"Replace unlisted\": yes\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("      Answer to the question \"Replace unlisted\": yes\n"), std::string::npos)
+        << text;
     EXPECT_NE(text.find("        Nobody went to this page: all stays as it was.\n"), std::string::npos)
         << text;
 }
