@@ -228,9 +228,11 @@ void DecideDatabases(BuildRun& run)
     run.list.bytes += run.list.userBytes;
 }
 
+// Workstations reach a mapped drive's folder by the share, whose name is mostly longer.
 void WarnOfLongPaths(BuildRun& run)
 {
-    const CString longest = LongestPath(run.plan, run.list, run.target);
+    const CString shared = FullNetworkPath(run.target);
+    const CString longest = LongestPath(run.plan, run.list, shared.IsEmpty() ? run.target : shared);
     if (longest.GetLength() > MAX_INSTALLER_PATH) {
         run.Warn(L"For workstations the path of a file has " + NumberText(longest.GetLength()) +
                  L" characters; installing may fail beyond " + NumberText(MAX_INSTALLER_PATH) +

@@ -66,6 +66,71 @@ TEST(BuildDetails, ALogFolderThatNoPathCanNameIsRefusedByTheCheckToo)
     EXPECT_EQ(ReadTree(build.Location()).size(), 0u);
 }
 
+TEST(BuildDetails, ALogFolderOutOfReachIsAWarning)
+{
+    TestBuild build;
+    build.plan.commands.strLogFolder = L"\\\\BUILDTEST\\gone";
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    ASSERT_EQ(result.warnings.size(), 1u);
+    EXPECT_HOLDS(result.warnings[0], L"The log folder \"\\\\BUILDTEST\\gone\" can't be written to from here");
+}
+
+// ---- mapped drives
+
+// Of all drives, as long as the object lives.
+class CMappedDrives
+{
+public:
+    CMappedDrives()
+        : m_kind(nullptr, "GetDriveTypeW", reinterpret_cast<void*>(KindOfDrive)),
+          m_share(nullptr, "WNetGetConnectionW", reinterpret_cast<void*>(ShareOfDrive))
+    {
+        EXPECT_TRUE(m_kind.IsInPlace());
+        EXPECT_TRUE(m_share.IsInPlace());
+    }
+
+    static CString Share() { return L"\\\\server\\" + CString(L's', 220); }
+
+private:
+    static UINT WINAPI KindOfDrive(const wchar_t*) { return DRIVE_REMOTE; }
+    static DWORD WINAPI ShareOfDrive(const wchar_t*, wchar_t* share, DWORD* length)
+    {
+        lstrcpynW(share, Share(), static_cast<int>(*length));
+        return NO_ERROR;
+    }
+
+    CImportRedirect m_kind;
+    CImportRedirect m_share;
+};
+
+TEST(BuildDetails, ALocationOnAMappedDriveIsAWarningAndItsPathsAreThoseOfTheShare)
+{
+    TestBuild build;
+    ASSERT_LT(build.Target().GetLength(), 150);
+    const CMappedDrives mapped;
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    ASSERT_EQ(result.warnings.size(), 2u);
+    const CString shared = CMappedDrives::Share() + build.Target().Mid(2);
+    EXPECT_HOLDS(result.warnings[0], L"Hand the deployment out as \"" + shared + L"\".");
+    EXPECT_HOLDS(result.warnings[1], L"installing may fail beyond 259");
+    EXPECT_HOLDS(result.warnings[1], L"The path is \"" + shared + L"\\Image\\");
+}
+
+TEST(BuildDetails, ALogFolderOnAMappedDriveIsAWarningWithItsShare)
+{
+    TestBuild build;
+    const CString logs = build.Location().Left(2) + L"\\logs";
+    build.plan.commands.strLogFolder = logs;
+    const CMappedDrives mapped;
+    const BuildResult result = build.Build();
+    ASSERT_EQ(result.error.code, 0u) << Utf8(result.error.message);
+    ASSERT_EQ(result.warnings.size(), 3u);
+    EXPECT_HOLDS(result.warnings[1], L"The log folder \"" + logs + L"\" is on a mapped drive");
+    EXPECT_HOLDS(result.warnings[1], L"Use \"" + CMappedDrives::Share() + L"\\logs\".");
+}
+
 // ---- room
 
 TEST(BuildDetails, TheTextsBesideTheFilesNeedRoomToo)
