@@ -95,18 +95,21 @@ LRESULT CReviewDialog::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&)
 // and the lists of rows and files.
 void CReviewDialog::Fill(const ReviewDocument& nodes, HTREEITEM parent, int depth)
 {
+    // To look for the last of many would cost more with each line.
+    HTREEITEM previous = TVI_FIRST;
     for (const ReviewNode& node : nodes) {
         CString text = MarkOf(node);
         text.TrimRight();
         text += (text.IsEmpty() ? L"" : L" ") + node.strText;
         TVINSERTSTRUCTW line = {};
         line.hParent = parent;
-        line.hInsertAfter = TVI_LAST;
+        line.hInsertAfter = previous;
         line.item.mask = TVIF_TEXT | TVIF_STATE;
         line.item.pszText = text.GetBuffer(text.GetLength());
         line.item.stateMask = TVIS_BOLD;
         line.item.state = node.bChanged || node.bWarning ? TVIS_BOLD : 0;
         const HTREEITEM item = m_tree.InsertItem(line);
+        previous = item;
         m_nodes[item] = &node;
         if (!m_hVisited && IsVisited(node, m_window.visited)) {
             m_hVisited = item;

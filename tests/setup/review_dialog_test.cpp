@@ -8,11 +8,13 @@
 #include "automation/script.h"
 #include "automation/tree_control.h"
 #include "automation/window_finder.h"
+#include "base/number_text.h"
 #include "include/navigation.h"
 #include "setup/review_lines.h"
 #include "setup/texts.h"
 #include "tests/support/import_redirect.h"
 #include "tests/support/page_looks.h"
+#include "tests/support/processor_time.h"
 #include "tests/support/text.h"
 #include "window/drawing_handles.h"
 #include "window/module.h"
@@ -32,7 +34,7 @@ ReviewNode PageLine(const wchar_t* text, const wchar_t* page, const wchar_t* pro
     return node;
 }
 
-ReviewNode Marked(const wchar_t* text, bool isWarning)
+ReviewNode Marked(const CString& text, bool isWarning)
 {
     ReviewNode node = ReviewLine(text);
     (isWarning ? node.bWarning : node.bChanged) = true;
@@ -232,6 +234,86 @@ TEST_F(ReviewDialog, TheChosenLineStandsInFullBelowTheTree)
     Do([] { EXPECT_EQ(Control(IDC_REVIEW_LINE).GetText(), CString(L"Begin")); });
     Press(VK_RETURN);
     EXPECT_EQ(Run(), NAVIGATION_NEXT);
+}
+
+// A screen reader calls an edit by the label in front of it.
+TEST_F(ReviewDialog, TheLineBelowTheTreeHasALabelWithAKey)
+{
+    Do([] {
+        const HWND label = GetWindow(Control(IDC_REVIEW_LINE).GetWindow(), GW_HWNDPREV);
+        EXPECT_EQ(WindowText(label), CString(L"&Selected line:"));
+        EXPECT_NE(GetFocus(), Control(IDC_REVIEW_LINE).GetWindow());
+    });
+    Press('S', KeyModifier::Alt);
+    m_script.Add(L"wait for the focus", [] {
+        return Until(GetFocus() == Control(IDC_REVIEW_LINE).GetWindow(), L"the line doesn't have it");
+    });
+    Click(IDC_REVIEW_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
+// As ShownText has them: nothing is underlined, broken or filled in.
+TEST_F(ReviewDialog, HostileTextsStandAsTheyAreInTheTreeAndBelowIt)
+{
+    const CString hostile[] = {L"Nuts && &Bolts", L"%1 %s%n \\n", L"a\r\n! b\tc\x07",
+                               L"\x202E"
+                               L"gpj.exe\xD800",
+                               L"\x5E9\x5DC\x5D5\x5DD \xD83D\xDE00"};
+    window.strName = hostile[0];
+    Path shown;
+    window.review[2].children.clear();
+    for (const CString& text : hostile) {
+        ReviewNode node = ReviewLine(text);
+        shown.push_back(node.strText);
+        window.review[2].children.push_back(std::move(node));
+    }
+    Do([shown, hostile] {
+        EXPECT_EQ(WindowText(Window()), L"Review of " + hostile[0]);
+        EXPECT_EQ(Tree().GetChildren({L"! Warnings: 1"}), shown);
+    });
+    for (const CString& line : shown) {
+        Select({L"! Warnings: 1", line});
+        Do([line] { EXPECT_EQ(Utf8(Control(IDC_REVIEW_LINE).GetText()), Utf8(line)); });
+    }
+    Click(IDC_REVIEW_BACK);
+    EXPECT_EQ(Run(), NAVIGATION_BACK);
+}
+
+// Each addition and each row may have a warning. The same number of lines is to cost about what it costs in ten windows.
+TEST_F(ReviewDialog, ManyWarningsComeUpInTimeProportionalToThemAndAreWalked)
+{
+    const auto seconds = [this](int warnings, int rounds) {
+        window.review = MakeReview();
+        for (int number = 1; number < warnings; ++number) {
+            window.review[2].children.push_back(Marked(L"Warning " + NumberText(number), true));
+        }
+        const CString last = window.review[2].children.back().strText;
+        const double start = ProcessorSeconds();
+        for (int round = 0; round < rounds; ++round) {
+            Press(VK_END);
+            m_script.Add(L"wait for the last line", [last] {
+                return Until(Control(IDC_REVIEW_LINE).GetText() == last, L"another one is selected");
+            });
+            Press(VK_HOME);
+            m_script.Add(L"wait for the first line", [] {
+                return Until(Control(IDC_REVIEW_LINE).GetText() == MakeReview()[0].strText,
+                             L"another one is selected");
+            });
+            Press('C', KeyModifier::Control);
+            m_script.Add(L"wait for the copy",
+                         [last] { return Until(ClipboardText().Find(last) >= 0, L"there is none"); });
+            Click(IDC_REVIEW_BACK);
+            EXPECT_EQ(Run(), NAVIGATION_BACK);
+            if (OpenClipboard(nullptr)) {
+                EmptyClipboard();
+                CloseClipboard();
+            }
+        }
+        return ProcessorSeconds() - start;
+    };
+    const double few = seconds(1000, 10);
+    const double many = seconds(10000, 1);
+    EXPECT_LT(many, 3 * few) << "in ten windows " << few << " s";
 }
 
 TEST_F(ReviewDialog, APagesLinesLeadToItAndOthersNowhere)
