@@ -6,6 +6,8 @@
 #include "setup/resource.h"
 #include "setup/review_compose.h"
 
+#include <utility>
+
 namespace {
 
 constexpr WorkTexts DECIDING_TEXTS = {IDS_DECIDING_TITLE, IDS_DECIDING_TITLE_SHARE, IDS_DECIDING_CANCELLING,
@@ -13,26 +15,33 @@ constexpr WorkTexts DECIDING_TEXTS = {IDS_DECIDING_TITLE, IDS_DECIDING_TITLE_SHA
 
 } // namespace
 
+RunReview MakeReview(CSetupHost& host, const std::vector<RecordedPage>& pages, IBuildProgress& progress)
+{
+    RunReview review;
+    BuildReview build;
+    review.refusal = host.ReviewBuild(progress, build);
+    review.lines = ComposeReview(pages, build, review.refusal);
+    review.warnings = std::move(build.warnings);
+    return review;
+}
+
 ReviewEnd ShowReview(CSetupHost& host, const std::vector<RecordedPage>& pages, const ReviewedPage& visited,
                      bool builds, CRunLog& log)
 {
     const CString name = host.GetSetupManager().m_strDeploymentName;
     ReviewEnd end;
-    BuildReview build;
-    OperationError refusal;
     WaitForWork(name, DECIDING_TEXTS, log,
-                [&](IBuildProgress& progress) { refusal = host.ReviewBuild(progress, build); });
-    if (refusal.code == SETUP_CANCELLED) {
+                [&](IBuildProgress& progress) { end.review = MakeReview(host, pages, progress); });
+    if (end.review.refusal.code == SETUP_CANCELLED) {
         end.result = NAVIGATION_BACK;
         return end;
     }
     CReviewDialog dialog({.strName = name,
-                          .review = ComposeReview(pages, build, refusal),
+                          .review = end.review.lines,
                           .visited = visited,
-                          .bRefused = static_cast<bool>(refusal),
+                          .bRefused = static_cast<bool>(end.review.refusal),
                           .bBuilds = builds});
     end.result = dialog.Run();
-    end.warnings = build.warnings;
     if (end.result == CReviewDialog::VISIT) {
         end.visit = {dialog.GetVisited().strPage, dialog.GetVisited().strProductCode};
     }

@@ -12,7 +12,7 @@
 #include "setup/flow.h"
 #include "setup/page_pictures.h"
 #include "setup/program_libraries.h"
-#include "setup/review_dialog.h"
+#include "setup/review_step.h"
 #include "setup/run_log.h"
 #include "setup/target_settling.h"
 #include "setup/unattended_pages.h"
@@ -88,8 +88,8 @@ private:
     CBaseCheck m_baseCheck;
     CChangeWatch m_changes;
     CAdditionWatch m_additions;
-    std::vector<CString> m_reviewedWarnings; // a person has read them in the review
-    CString m_strCause;                      // of a run that has failed so far
-    CString m_strKeptAnswers;                // file with the answers of a run whose build failed
-    std::optional<RunOutcome> m_ended;       // without a person: how the run ends before its flow does
+    RunReview m_shownReview;           // to a person, the last time
+    CString m_strCause;                // of a run that has failed so far
+    CString m_strKeptAnswers;          // file with the answers of a run whose build failed
+    std::optional<RunOutcome> m_ended; // without a person: how the run ends before its flow does
 };

@@ -11,7 +11,6 @@
 #include "setup/review_compose.h"
 #include "setup/review_dialog.h"
 #include "setup/review_output.h"
-#include "setup/review_step.h"
 #include "setup/text_forms.h"
 #include "setup/texts.h"
 
@@ -97,9 +96,8 @@ FlowMove CWizard::Review(const FlowMove& shown, CWizardFlow& flow)
         return move;
     }
     CAnswersOutput(m_line, m_host.get(), m_log).AddToDeployment(m_recorder.GetPages()); // they are built too
-    const ReviewEnd end =
-        ShowReview(*m_host, m_recorder.GetPages(), VisitedPage(shown), m_line.Builds(), m_log);
-    m_reviewedWarnings = end.warnings;
+    ReviewEnd end = ShowReview(*m_host, m_recorder.GetPages(), VisitedPage(shown), m_line.Builds(), m_log);
+    m_shownReview = std::move(end.review);
     if (end.result == CReviewDialog::VISIT) {
         return flow.VisitPage(end.visit.strPage, FindProduct(end.visit.strProductCode));
     }
@@ -145,19 +143,18 @@ unsigned int CWizard::Build()
 // What the real run's build would do, and what it would refuse before it copies anything.
 RunOutcome CWizard::CheckBuild()
 {
-    if (m_line.IsUnattended()) { // else the review has done so
+    RunReview review = std::move(m_shownReview); // a person's plan is what the person has read
+    if (m_line.IsUnattended()) {
         CAnswersOutput(m_line, m_host.get(), m_log).AddToDeployment(m_recorder.GetPages());
+        CUnwatchedProgress progress;
+        review = MakeReview(*m_host, m_recorder.GetPages(), progress);
     }
-    BuildReview build;
-    CUnwatchedProgress progress;
-    const OperationError error = m_host->ReviewBuild(progress, build);
-    const ReviewDocument review = ComposeReview(m_recorder.GetPages(), build, error);
-    LogReview(review, m_log);
-    LogWarnings(build.warnings);
-    const CString unwritten = m_line.strPlan.IsEmpty() ? CString() : WritePlan(review, m_line.strPlan);
-    if (error || !unwritten.IsEmpty()) {
+    LogReview(review.lines, m_log);
+    LogWarnings(review.warnings);
+    const CString unwritten = m_line.strPlan.IsEmpty() ? CString() : WritePlan(review.lines, m_line.strPlan);
+    if (review.refusal || !unwritten.IsEmpty()) {
         m_host->GetSetupManager().m_exitCode = SETUP_FAILED;
-        return {SETUP_FAILED, error ? error.message : unwritten, false};
+        return {SETUP_FAILED, review.refusal ? review.refusal.message : unwritten, false};
     }
     if (!m_line.IsUnattended()) {
         MessageBoxW(nullptr, SetupText(IDS_PLAN_WRITTEN, {m_line.strPlan}), SetupText(IDS_PROGRAM_TITLE),
@@ -182,7 +179,7 @@ void CWizard::ReportBuild(const BuildResult& result)
     } else {
         m_log.Line(L"Deployment " + result.strDeploymentFolder);
     }
-    const std::vector<CString> unread = WithoutThose(result.warnings, m_reviewedWarnings);
+    const std::vector<CString> unread = WithoutThose(result.warnings, m_shownReview.warnings);
     if (!result.error && !unread.empty() && !m_line.IsUnattended()) {
         MessageBoxW(nullptr, SetupText(IDS_BUILD_WARNINGS, {WarningLines(unread)}),
                     SetupText(IDS_PROGRAM_TITLE), MB_OK | MB_ICONWARNING | MB_SETFOREGROUND);

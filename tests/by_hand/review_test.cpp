@@ -254,4 +254,24 @@ TEST_F(ReviewByHand, APlanByHandEndsBehindTheReviewWithTheFileAndNoDeployment)
     EXPECT_EQ(ListLocation(), Lines());
 }
 
+// Whatever changes behind the window: a plan is what was read and agreed to.
+TEST_F(ReviewByHand, APlanByHandIsTheReviewThatWasShown)
+{
+    const CString media = CopyOfMedia();
+    const CString plan = InFolder(L"plan.txt");
+    Start(media, L"--plan \"" + plan + L"\"");
+    EnterFirstPage(L"Office");
+    ConfirmLocalLocation();
+    HWND review = WalkToReview();
+    EXPECT_EQ(LineOf(review), CString(L"This can be built. Nothing is done yet."));
+    const CString cabinet = media + L"\\x64\\Zolt\\Data1.cab";
+    ASSERT_TRUE(MoveFileW(cabinet, cabinet + L".away"));
+    StrikeKey(VK_RETURN);
+    EXPECT_EQ(AnswerBox(VK_RETURN), ProgramText(IDS_PLAN_WRITTEN, {plan}));
+    EXPECT_EQ(WaitForEnd(), 0u);
+    std::string bytes;
+    EXPECT_EQ(ReadWholeFile(plan, 1 << 20, bytes), 0u);
+    EXPECT_NE(bytes.find("This can be built. Nothing is done yet."), std::string::npos);
+}
+
 } // namespace
