@@ -249,6 +249,7 @@ CString CommandLineUsage()
            L"A command prompt doesn't wait for Setup.exe. To wait for its end, use start /wait Setup.exe.\n"
            L"\n"
            L"Examples: Setup.exe --media D:\\Media --answers office.txt --plan office-plan.txt\n"
+           L"          Setup.exe --media D:\\Media --answers office.txt --check\n"
            L"          Setup.exe --verify \\\\server\\share\\Office --report office.json\n"
            L"          Setup.exe --compare \\\\server\\share\\Office D:\\Test\\Office --report changes.txt\n"
            L"\n"

@@ -210,12 +210,20 @@ TEST(SetupCommandLine, AReportWithoutACommandIsRefused)
     EXPECT_NE(Complaint({L"--report", L"r.txt"}).Find(L"--report needs --verify"), -1);
 }
 
+TEST(SetupCommandLine, TheUsageHasAnExampleOfEachRunThatBuildsNothing)
+{
+    const CString usage = CommandLineUsage();
+    const CString examples = usage.Mid(usage.Find(L"\n\nExamples: "));
+    for (const wchar_t* option : {L" --plan ", L" --check\n", L" --verify ", L" --compare "}) {
+        EXPECT_HOLDS(examples, option);
+    }
+}
 TEST(SetupCommandLine, TheUsageNamesEveryOption)
 {
     const CString usage = CommandLineUsage();
-    for (const wchar_t* option :
-         {L"--media", L"--answers", L"--set", L"--out", L"--language", L"--pictures", L"--log",
-          L"--quiet-limit", L"--check", L"--verify", L"--compare", L"--report", L"--help"}) {
+    for (const wchar_t* option : {L"--media", L"--answers", L"--set", L"--out", L"--language", L"--pictures",
+                                  L"--log", L"--quiet-limit", L"--record", L"--with-location", L"--check",
+                                  L"--plan", L"--verify", L"--compare", L"--report", L"--help"}) {
         EXPECT_NE(usage.Find(option), -1) << Utf8(option);
     }
 }
