@@ -3,13 +3,92 @@
 import json
 import os
 import re
+import sys
 
-from wizard import WizardTest, text_of, tree_of, windows_path
+from wizard import MEDIA, ROOT, WizardTest, text_of, tree_of, windows_path
+
+sys.path.insert(0, os.path.join(ROOT, "scripts"))
+from page_table import written_pages
 
 CHANGES = ("--set", "resources.parts_bay=no", "--set", "notices.feeds=no")
 # Letters that the database's code page lacks; the page takes them.
 REFUSED = ("--set", "notices.site_channel=yes", "--set", "notices.site_feed=\\\\server\\feed.xml", "--set",
            "notices.on_question.feed_not_found=yes", "--set", "notices.site_name=\u4e2d\u6587")
+
+# Something else than proposed on each page that asks for anything; an answer that is only kept, and an empty one, among them.
+EACH_PAGE = """[begin]
+name = Office
+platform = x64
+on_question.local_location = yes
+[settings]
+network_log = yes
+log_folder = \\\\server\\logs
+install_mode = progress
+on_question.doubtful_log_folder = yes
+[workstation]
+desktop_shortcut = no
+shortcut = "Anne's plans", "/p \"\"A b\"\" /set C:\\x"
+[workstation "Zolt Viewer 2027"]
+shortcut = "V", "/v"
+[paths]
+support_path = Support Files
+support_path = "C:\\Standards, all"
+log_file_path =
+[files "Zolt 2027"]
+folder = "<root>", "Company"
+file = "<root>\\Company", "added.txt"
+drive = X:
+[resources]
+parts_bay = no
+[notices "Zolt 2027"]
+site_channel = yes
+site_feed = \\\\server\\feeds\\site.xml
+site_name = News
+on_question.feed_not_found = yes
+[notices "Zolt Viewer 2027"]
+feeds = no
+site_channel = no
+site_name.kept = Kept
+[service_pack]
+choice = none
+"""
+QUESTION = "on_question."
+
+
+class Answer:
+    """What an answers file holds of one key: whether it was changed, and its value as far as it stands alone."""
+
+    def __init__(self, key, value, changed):
+        self.word, self.value, self.changed = key.split(".")[0], value, changed
+
+
+def answers_by_page(path):
+    """The answers of a file by page and product's name, empty for a page of none."""
+    pages = {}
+    changed = False
+    for line in text_of(path).splitlines():
+        section = re.match(r'\[(\w+)(?: "(.*)")?\]$', line)
+        if section:
+            found = pages.setdefault((section.group(1), section.group(2) or ""), [])
+        elif line.startswith("# Changed from "):
+            changed = True
+        elif line.startswith("# As the page "):
+            changed = False
+        elif pages and line and not line.startswith(("#", QUESTION)):
+            key, value = line.split(" =", 1)
+            found.append(Answer(key, value.strip(), changed))
+    return pages
+
+
+def said_by_page(plan):
+    """The lines below each page of a plan in JSON, by section and product's name."""
+    sections = {page.wizard_export: page.section for page in written_pages()}
+    chosen = [line for line in plan["review"] if line["text"] == "What was chosen"][0]
+    pages = {}
+    for line in chosen["lines"]:
+        for page in [line] if "page" in line else line["lines"]:
+            pages[sections[page["page"]], "" if page is line else line["text"]] = page["lines"]
+    return pages
 
 
 class Line:
@@ -147,6 +226,50 @@ class PlanTest(WizardTest):
         plan = self.assert_plan_holds(modify, "--set", "resources.round_trip=no", media=image, name="First")
         amounts = plan.find("What is copied, and where to")
         self.assertEqual(amounts.find("It replaces the deployment").mark, "!")
+
+    def test_what_is_planned_is_built_of_one_package(self):
+        package = os.path.join(MEDIA, "x64", "Zolt", "Zolt2027.msi")
+        self.assert_plan_holds(self.begin("One"), *CHANGES, media=package, name="One")
+
+    def test_what_is_planned_is_built_by_tabs(self):
+        self.assert_plan_holds(self.begin("Tabs"), *CHANGES, media=self.media_with_tabs(), name="Tabs")
+
+    def test_each_page_says_its_answers_and_marks_those_that_it_did_not_propose(self):
+        with open(os.path.join(self.folder, "added.txt"), "w", encoding="utf-8") as file:
+            file.write("added")
+        answers = self.answers(EACH_PAGE)
+        plan = os.path.join(self.folder, "plan.json")
+        self.plan(answers, file=plan)
+        self.assert_plan_holds(answers, name="Office")
+        said = said_by_page(json.loads(text_of(plan)))
+        built = answers_by_page(os.path.join(self.out, "Office", "Answers.txt"))
+        asked = {page.section for page in written_pages() if page.role in ("PageRole::Target", "PageRole::Choosing")}
+        self.assertEqual({section for section, _ in said}, asked)
+        self.assertLessEqual(set(built), set(said))
+        for page, lines in said.items():
+            expected = built.get(page, [])
+            if page[0] == "begin":  # the deployment's own answers are those of one that is created, wherever it lies
+                lines = [line for line in lines if line["text"].split(":")[0] not in ("Mode", "Name", "Location")]
+                expected = [answer for answer in expected if answer.word not in ("mode", "name")]
+            lines = [line for line in lines if not line["text"].startswith(("Asked about ", "Nothing is entered here."))]
+            marked, cut = [], set()
+            for line in lines:
+                word = line["text"].split(": ")[0]
+                rest = re.search(r": and (\d+) more$", line["text"])  # of those that nobody changed
+                cut |= {word} if rest else set()
+                marked += [(word, line.get("changed", False))] * (int(rest.group(1)) if rest else 1)
+            self.assertEqual(sorted(marked), sorted((answer.word.replace("_", " ").capitalize(), answer.changed)
+                                            for answer in expected), page)
+            texts = {line["text"].replace(" (kept, but not in effect)", "") for line in lines}
+            for answer in expected:
+                word = answer.word.replace("_", " ").capitalize()
+                # Of texts and paths, the two forms differ.
+                if not re.search(r'["\\]', answer.value) and (answer.changed or word not in cut):
+                    key = word + ": "
+                    forms = {key + answer.value.replace("_", " "), key + '"%s"' % answer.value}
+                    self.assertTrue(texts & (forms if answer.value else {key + "nothing"}), (page, answer.word, texts))
+        changed = {section for (section, product), lines in said.items() for line in lines if line.get("changed")}
+        self.assertEqual(asked - changed, {"contact", "service_pack"})
 
     def test_json_holds_the_same_lines_as_text(self):
         answers = self.begin("Office")
