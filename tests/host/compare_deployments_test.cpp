@@ -244,6 +244,109 @@ TEST_F(CompareDeploymentsTest, EachChangeIsNamedAlone)
     }
 }
 
+TEST_F(CompareDeploymentsTest, EachDamageIsNamedAlone)
+{
+    const CString north = BuildOne(L"North");
+    WriteFileBytes(north + L"\\Image\\data.bin", "12345");
+    struct Row
+    {
+        const wchar_t* name;
+        std::function<void(const CString&)> damage;
+        Lines facts;
+    };
+    const auto stored = [](std::function<void(DeploymentFile&)> change) {
+        return [change](const CString& folder) { ChangeFile(folder + L"\\Deployment.xml", change); };
+    };
+    const auto row = [](const wchar_t* statement) {
+        return [statement](const CString& folder) { ChangeDatabase(folder, statement); };
+    };
+    const auto script = [](const wchar_t* name, const wchar_t* was, const wchar_t* becomes) {
+        return [=](const CString& folder) {
+            CString text = ReadText(folder + L"\\" + name);
+            EXPECT_GE(text.Find(was), 0) << Utf8(text);
+            text.Replace(was, becomes);
+            WriteFileBytes(folder + L"\\" + name, Utf8(text));
+        };
+    };
+    const auto file = [](const wchar_t* bytes) {
+        return [bytes](const CString& folder) { WriteFileBytes(folder + L"\\Image\\data.bin", Utf8(bytes)); };
+    };
+    const Row rows[] = {
+        {L"language",
+         stored([](DeploymentFile& d) { d.strLanguage = L"de-DE"; }),
+         {"setting \"language\": \"en-US\" -> \"de-DE\""}},
+        {L"log switch",
+         stored([](DeploymentFile& d) { d.bNetworkLog = !d.bNetworkLog; }),
+         {"setting \"networkLog\": \"0\" -> \"1\""}},
+        {L"log folder",
+         stored([](DeploymentFile& d) { d.strNetworkLogFolder = L"\\\\s\\l"; }),
+         {"setting \"networkLogFolder\": \"\" -> \"\\\\s\\l\""}},
+        {L"log copy",
+         stored([](DeploymentFile& d) { d.bSettingsOption = !d.bSettingsOption; }),
+         {"setting \"settingsOption\": \"0\" -> \"1\""}},
+        {L"version",
+         stored([](DeploymentFile& d) { d.strProductVersion = L"27.0.1"; }),
+         {"setting \"productVersion\": \"27.0.0\" -> \"27.0.1\""}},
+        {L"patch choice",
+         stored([](DeploymentFile& d) { d.products.at(0).includePatch = 2; }),
+         {"setting of \"Zolt 2027\" \"includePatch\": \"-1\" -> \"2\""}},
+        {L"patch state",
+         stored([](DeploymentFile& d) { d.products.at(0).patchState = 2; }),
+         {"setting of \"Zolt 2027\" \"patchState\": \"0\" -> \"2\""}},
+        {L"patch name",
+         stored([](DeploymentFile& d) { d.products.at(0).strPatchName = L"SP"; }),
+         {"setting of \"Zolt 2027\" \"patchName\": \"\" -> \"SP\""}},
+        {L"added row",
+         row(L"INSERT INTO `Property` (`Property`, `Value`) VALUES ('A', 'b')"),
+         {"row of \"Zolt 2027\" \"Property\" \"A\": only in B, \"Property\" = \"A\", \"Value\" = \"b\""}},
+        {L"removed row",
+         row(L"DELETE FROM `Property` WHERE `Property` = 'ProductVersion'"),
+         {"row of \"Zolt 2027\" \"Property\" \"ProductVersion\": only in A, \"Property\" = "
+          "\"ProductVersion\", \"Value\" = \"27.0.0\""}},
+        {L"changed value",
+         row(L"UPDATE `Property` SET `Value` = '1' WHERE `Property` = 'ProductVersion'"),
+         {"row of \"Zolt 2027\" \"Property\" \"ProductVersion\" \"Value\": \"27.0.0\" -> \"1\""}},
+        {L"new table", row(L"CREATE TABLE `Own` (`Key` CHAR(9) NOT NULL PRIMARY KEY `Key`)"), {}},
+        {L"larger file", file(L"123456"), {"file \"Image\\data.bin\": \"5 bytes\" -> \"6 bytes\""}},
+        {L"file of the same size",
+         file(L"12346"),
+         {"file \"Image\\data.bin\": \"SHA-256 "
+          "5994471abb01112afcc18159f6cc74b4f511b99806da59b3caf5a9c173cacfc5\" -> \"SHA-256 "
+          "34d128f5b3dede622e107438fbefabdf0519ebab21ac7b6f2075f974d09ce524\""}},
+        {L"file that is gone",
+         [](const CString& folder) { DeleteFileW(folder + L"\\Image\\data.bin"); },
+         {"file \"Image\\data.bin\": only in A, \"5 bytes\""}},
+        {L"file that is renamed",
+         [](const CString& folder) {
+             MoveFileW(folder + L"\\Image\\data.bin", folder + L"\\Image\\other.bin");
+         },
+         {"file \"Image\\data.bin\": only in A, \"5 bytes\"",
+          "file \"Image\\other.bin\": only in B, \"5 bytes\""}},
+        {L"file in another letter case",
+         [](const CString& folder) {
+             MoveFileW(folder + L"\\Image\\data.bin", folder + L"\\Image\\DATA.bin");
+         },
+         {}},
+        {L"empty folder",
+         [](const CString& folder) { EXPECT_EQ(MakeFolders(folder + L"\\Image\\More"), 0u); },
+         {}},
+        {L"other notes", [](const CString& folder) { WriteFileBytes(folder + L"\\Additions.txt", "x"); }, {}},
+        {L"display of the removal",
+         script(L"Uninstall.cmd", L"DISPLAY_OPTION=/qn", L"DISPLAY_OPTION=/qb"),
+         {"command \"Uninstall.cmd\" \"DISPLAY_OPTION\": \"/qn\" -> \"/qb\""}},
+        {L"another line of a command",
+         script(L"Install.cmd", L"@echo off\r\n", L"@echo off\r\nset OWN=1\r\n"),
+         {"command \"Install.cmd\" \"set OWN=1\": only in B"}},
+        {L"remark", script(L"Uninstall.cmd", L"@echo off\r\n", L"@echo off\r\nrem own\r\n"), {}},
+    };
+    for (const Row& each : rows) {
+        SCOPED_TRACE(Utf8(each.name));
+        const CString copy = CopyOf(north, each.name);
+        each.damage(copy);
+        EXPECT_EQ(Compare(north, copy), each.facts);
+    }
+}
+
 TEST_F(CompareDeploymentsTest, WhatIsNoDeploymentOrCannotBeReadIsNamed)
 {
     const CString north = BuildOne(L"North");
