@@ -4,6 +4,7 @@
 #include "builder/database_snapshot.h"
 #include "builder/file_operations.h"
 #include "tests/host/additions_build.h"
+#include "tests/support/processor_time.h"
 
 #include <windows.h>
 
@@ -51,9 +52,9 @@ protected:
     {
     }
 
-    void AddFolders(int count)
+    void AddFolders(int count, int first = 0)
     {
-        for (int number = 0; number < count; ++number) {
+        for (int number = first; number < first + count; ++number) {
             added.AddFolder(L"folder " + NumberText(number), L"INSTALLDIR");
         }
     }
@@ -192,6 +193,26 @@ TEST_F(AdditionsTest, ManyAdditionsAreSpreadOverFeaturesThatInstallLikeTheFirst)
     EXPECT_EQ(QueryText(copy, L"SELECT `Feature` FROM `Feature` WHERE `Feature`='_UserDeploymentFile2'"),
               L"(none)")
         << "the open database was changed";
+}
+
+// A person waits for the review, and meanwhile only that grows which has to.
+TEST_F(AdditionsTest, TenThousandAdditionsAreReviewedInTimeProportionalToThem)
+{
+    const auto secondsOfReview = [this](std::size_t folders) {
+        BuildReview review;
+        const double start = ProcessorSeconds();
+        EXPECT_EQ(ReviewBuild(build.plan, review).code, 0u);
+        const double seconds = ProcessorSeconds() - start;
+        EXPECT_EQ(review.databases[0].addedFolders.size(), folders);
+        return seconds;
+    };
+    AddFolders(1000);
+    double ofThousand = 0;
+    for (int time = 0; time < 10; ++time) {
+        ofThousand += secondsOfReview(1000);
+    }
+    AddFolders(9000, 1000);
+    EXPECT_LT(secondsOfReview(10000), 2 * ofThousand + 0.5);
 }
 
 // The service here takes 17 seconds to install and remove 3,300; two features show the same.
