@@ -71,10 +71,10 @@ void WarnOfLogFolder(BuildRun& run)
         reason.Replace(L"\"" + probe + L"\"", L"a file in \"" + logs + L"\"");
     }
     if (!reason.IsEmpty()) {
-        run.Warn(
-            L"The log folder \"" + logs +
-            L"\" can't be written to from here; workstations that can't either keep their logs locally. " +
-            reason);
+        run.Warn(L"The log folder \"" + logs +
+                 L"\" can't be written to from here. Workstations that can't write to it keep their logs on "
+                 L"their own disks. " +
+                 reason);
     }
 }
 

@@ -26,7 +26,7 @@ void WriteUsage(CCommandScript& script, const ScriptWords& words)
     const CString file = words.file;
     script.Line(L"");
     script.Line(L":unknown_word");
-    script.Line(L"echo The first word behind " + file + L" is not known. Nothing was done.");
+    script.Line(L"echo " + file + L" has no such option. Nothing was done.");
     script.Line(L"set \"RESULT=" + CString(UNKNOWN_WORD) + L"\"");
     script.Line(L"goto show_usage");
     script.Line(L":usage");

@@ -95,7 +95,7 @@ private:
         if (!m_result.bIsDeployment) {
             const CString around = DeploymentAround(m_folder);
             m_result.unknown.push_back(
-                L"The folder \"" + m_folder + L"\" contains no deployment, as it has neither " +
+                L"The folder \"" + m_folder + L"\" contains no deployment, because it has neither " +
                 DEPLOYMENT_FILE + L" nor " + MANIFEST_FILE + L"." +
                 (around.IsEmpty()
                      ? CString()

@@ -108,9 +108,9 @@ void AppendScripts(CString& text, const BuildPlan& plan, const CString& folder)
         text += L"    " + CallOfScript(script) + L"\r\n";
     }
     if (NeedsUtf8(plan) || !IsAscii(folder) || HasLogNames(plan)) {
-        text += L"A batch file with these or the lines below, which have letters beyond ASCII, must be saved "
-                L"as UTF-8 "
-                L"without\r\na byte order mark and have this line before them:\r\n    chcp 65001 >nul\r\n";
+        text += L"Some of these lines and of those below have letters beyond ASCII. Save a batch file that "
+                L"has them as\r\n"
+                L"UTF-8 without a byte order mark, with this line before them:\r\n    chcp 65001 >nul\r\n";
     }
     text += L"In PowerShell:\r\n";
     for (const CString& script : scripts) {

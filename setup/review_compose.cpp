@@ -209,7 +209,7 @@ ReviewDocument ComposeReview(const std::vector<RecordedPage>& pages, const Build
             ReviewLine(L"This can't be built (code " + NumberText(refusal.code) + L"): " + refusal.message));
         review.push_back(std::move(node));
     } else {
-        review.push_back(ReviewLine(L"This can be built. Nothing is done yet."));
+        review.push_back(ReviewLine(L"This can be built. Nothing has been built yet."));
     }
     ReviewNode answers = ReviewLine(L"What was chosen");
     answers.children = ReviewAnswers(pages);

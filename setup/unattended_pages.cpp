@@ -82,7 +82,8 @@ int CUnattendedPages::Play(const std::function<void(CScript&)>& addSteps, const 
     script.Start();
     const int result = show();
     if (script.HasFailed()) {
-        const CString reason = L"The page " + PageTitle() + L" is overdue. " + OneLine(script.GetFailure());
+        const CString reason =
+            L"The page " + PageTitle() + L" didn't come in time. " + OneLine(script.GetFailure());
         Fail(SETUP_PAGE_OVERDUE, m_pEntered ? EnteredError(*m_pEntered, reason).Text() : reason);
     }
     return result;

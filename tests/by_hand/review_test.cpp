@@ -54,7 +54,7 @@ TEST_F(ReviewByHand, WhatIsChangedOnAVisitedPageStandsInTheReviewAndIsBuilt)
 {
     HWND review = StartAndWalkToReview();
     EXPECT_EQ(WindowText(review), CString(L"Review of Office"));
-    EXPECT_EQ(LineOf(review), CString(L"This can be built. Nothing is done yet."));
+    EXPECT_EQ(LineOf(review), CString(L"This can be built. Nothing has been built yet."));
     GoToLine(review, L"Zolt Viewer 2027");
     HWND page = VisitFrom(review, L"Online resources", Shown::ResourcesPage);
     EXPECT_EQ(WindowText(GetDlgItem(page, IDC_STEP_LABEL)),
@@ -124,7 +124,7 @@ TEST_F(ReviewByHand, BackLeadsToTheLastPageAndFromThereToTheReview)
     WaitFor(Shown::ContactPage);
     StrikeKey(VK_RETURN);
     review = WaitFor(Shown::Review);
-    EXPECT_EQ(LineOf(review), CString(L"This can be built. Nothing is done yet."));
+    EXPECT_EQ(LineOf(review), CString(L"This can be built. Nothing has been built yet."));
     StrikeKey(VK_ESCAPE);
     AnswerBox('Y');
     EXPECT_EQ(WaitForEnd(), 1602u);
@@ -171,7 +171,7 @@ TEST_F(ReviewByHand, WhatCannotBeBuiltCanBeChangedFromThere)
     ASSERT_TRUE(MoveFileW(cabinet + L".away", cabinet));
     StrikeKey(VK_RETURN);
     review = WaitFor(Shown::Review);
-    EXPECT_EQ(LineOf(review), CString(L"This can be built. Nothing is done yet."));
+    EXPECT_EQ(LineOf(review), CString(L"This can be built. Nothing has been built yet."));
     StrikeKey(VK_RETURN);
     WaitFor(Shown::CompletePage);
     StrikeKey(VK_RETURN);
@@ -250,7 +250,7 @@ TEST_F(ReviewByHand, APlanByHandEndsBehindTheReviewWithTheFileAndNoDeployment)
     EXPECT_EQ(WaitForEnd(), 0u);
     std::string bytes;
     EXPECT_EQ(ReadWholeFile(plan, 1 << 20, bytes), 0u);
-    EXPECT_NE(bytes.find("This can be built. Nothing is done yet."), std::string::npos);
+    EXPECT_NE(bytes.find("This can be built. Nothing has been built yet."), std::string::npos);
     EXPECT_EQ(ListLocation(), Lines());
 }
 
@@ -263,7 +263,7 @@ TEST_F(ReviewByHand, APlanByHandIsTheReviewThatWasShown)
     EnterFirstPage(L"Office");
     ConfirmLocalLocation();
     HWND review = WalkToReview();
-    EXPECT_EQ(LineOf(review), CString(L"This can be built. Nothing is done yet."));
+    EXPECT_EQ(LineOf(review), CString(L"This can be built. Nothing has been built yet."));
     const CString cabinet = media + L"\\x64\\Zolt\\Data1.cab";
     ASSERT_TRUE(MoveFileW(cabinet, cabinet + L".away"));
     StrikeKey(VK_RETURN);
@@ -271,7 +271,7 @@ TEST_F(ReviewByHand, APlanByHandIsTheReviewThatWasShown)
     EXPECT_EQ(WaitForEnd(), 0u);
     std::string bytes;
     EXPECT_EQ(ReadWholeFile(plan, 1 << 20, bytes), 0u);
-    EXPECT_NE(bytes.find("This can be built. Nothing is done yet."), std::string::npos);
+    EXPECT_NE(bytes.find("This can be built. Nothing has been built yet."), std::string::npos);
 }
 
 } // namespace

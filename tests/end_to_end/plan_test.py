@@ -215,7 +215,7 @@ class PlanTest(WizardTest):
 
     def test_what_is_planned_is_built_in_each_mode(self):
         plan = self.assert_plan_holds(self.begin("First"), *CHANGES, name="First")
-        self.assertEqual(plan.lines[0].text, "This can be built. Nothing is done yet.")
+        self.assertEqual(plan.lines[0].text, "This can be built. Nothing has been built yet.")
         chosen = plan.find("What was chosen")
         name = [line for line in chosen.lines[0].lines if line.text.startswith("Name: ")][0]
         self.assertEqual((name.mark, name.text), ("*", 'Name: "First"'))

@@ -148,7 +148,7 @@ class RefusedOfferTest(ServicePackTest):
         self.addCleanup(stalled.set)
         service.spoil = lambda data: stalled.wait(120) and data
         started = time.monotonic()
-        self.assert_refused(self.OFFERED + "download_limit = 3\n", self.LINE, "Zolt Viewer 2027", "is overdue",
+        self.assert_refused(self.OFFERED + "download_limit = 3\n", self.LINE, "Zolt Viewer 2027", "didn't come in time",
                             "waited 3 seconds", code=25)
         self.assertLess(time.monotonic() - started, 100)
 

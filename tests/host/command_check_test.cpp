@@ -104,7 +104,7 @@ TEST_F(CommandCheckTest, TheUsageIsShownOnRequestAndForAWordThatIsNotKnown)
     EXPECT_TRUE(Says("Install.cmd /check")) << m_output;
     EXPECT_FALSE(Says("not known")) << m_output;
     EXPECT_EQ(Run(L"Uninstall.cmd", L"/chek"), 20u) << m_output;
-    EXPECT_TRUE(Says("is not known. Nothing was done.")) << m_output;
+    EXPECT_TRUE(Says("has no such option. Nothing was done.")) << m_output;
     EXPECT_TRUE(Says("Uninstall.cmd /check")) << m_output;
     EXPECT_FALSE(IsInstalled());
 }

@@ -264,7 +264,7 @@ TEST(SetupReview, ItSaysWhatIsChosenChangedAddedPatchedAndCopiedInThisOrder)
     build.warnings = {L"A path is long."};
     EXPECT_EQ(
         TextOf(ComposeReview(pages, build, {})),
-        "  This can be built. Nothing is done yet.\n"
+        "  This can be built. Nothing has been built yet.\n"
         "  What was chosen\n"
         "    Page begin\n"
         "      Mode: create\n"

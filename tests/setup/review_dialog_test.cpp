@@ -72,7 +72,7 @@ ReviewDocument MakeReview()
         PageLine(L"Paths", L"PathsDialog", L"{CODE}", {Marked(L"Temp directory: \"X:\\\"", false)})};
     ReviewNode warnings = Marked(L"Warnings: 1", true);
     warnings.children = {Marked(L"The log folder can't be reached.", true)};
-    return {ReviewLine(L"This can be built. Nothing is done yet."), chosen, warnings};
+    return {ReviewLine(L"This can be built. Nothing has been built yet."), chosen, warnings};
 }
 
 bool g_clipboardIsTaken = false;
@@ -187,8 +187,8 @@ TEST_F(ReviewDialog, EveryLineStandsInTheTreeWithItsMark)
 {
     Do([] {
         EXPECT_EQ(WindowText(Window()), CString(L"Review of Office"));
-        EXPECT_EQ(Tree().GetChildren({}),
-                  (Path{L"This can be built. Nothing is done yet.", L"What was chosen", L"! Warnings: 1"}));
+        EXPECT_EQ(Tree().GetChildren({}), (Path{L"This can be built. Nothing has been built yet.",
+                                                L"What was chosen", L"! Warnings: 1"}));
         EXPECT_EQ(Tree().GetChildren({L"What was chosen"}), (Path{L"Begin", L"Paths"}));
         EXPECT_EQ(Tree().GetChildren({L"What was chosen", L"Paths"}), Path{L"* Temp directory: \"X:\\\""});
         EXPECT_EQ(Tree().GetChildren({L"! Warnings: 1"}), Path{L"! The log folder can't be reached."});
@@ -346,7 +346,8 @@ TEST_F(ReviewDialog, WhoComesBackFromAPageStandsOnItsOpenedLine)
     EXPECT_EQ(Run(), NAVIGATION_BACK);
     window.visited = {L"PathsDialog", L"{OTHER}"};
     Do([] {
-        EXPECT_EQ(Control(IDC_REVIEW_LINE).GetText(), CString(L"This can be built. Nothing is done yet."));
+        EXPECT_EQ(Control(IDC_REVIEW_LINE).GetText(),
+                  CString(L"This can be built. Nothing has been built yet."));
     });
     Click(IDC_REVIEW_BACK);
     EXPECT_EQ(Run(), NAVIGATION_BACK);
