@@ -42,6 +42,15 @@ protected:
         return WaitFor(page);
     }
 
+    // On to the end of the run.
+    void BuildFromReview()
+    {
+        StrikeKey(VK_RETURN);
+        WaitFor(Shown::CompletePage);
+        StrikeKey(VK_RETURN);
+        EXPECT_EQ(WaitForEnd(), 0u);
+    }
+
     CString BuiltAnswers(const wchar_t* name)
     {
         std::string bytes;
@@ -71,10 +80,7 @@ TEST_F(ReviewByHand, WhatIsChangedOnAVisitedPageStandsInTheReviewAndIsBuilt)
     page = WaitFor(Shown::ResourcesPage);
     StrikeKey('N', {VK_MENU});
     review = WaitFor(Shown::Review);
-    StrikeKey(VK_RETURN);
-    WaitFor(Shown::CompletePage);
-    StrikeKey(VK_RETURN);
-    EXPECT_EQ(WaitForEnd(), 0u);
+    BuildFromReview();
     const CString answers = BuiltAnswers(L"Office");
     const int second = answers.Find(L"[resources \"Zolt Viewer 2027\"]");
     ASSERT_GE(second, 0) << Utf8(answers);
@@ -91,10 +97,7 @@ TEST_F(ReviewByHand, ADeploymentIsRenamedFromTheReview)
     ConfirmLocalLocation();
     HWND review = WaitFor(Shown::Review);
     EXPECT_EQ(WindowText(review), CString(L"Review of Lab"));
-    StrikeKey(VK_RETURN);
-    WaitFor(Shown::CompletePage);
-    StrikeKey(VK_RETURN);
-    EXPECT_EQ(WaitForEnd(), 0u);
+    BuildFromReview();
     EXPECT_EQ(ListLocation(), Lines{L"Lab"});
 }
 
@@ -172,10 +175,7 @@ TEST_F(ReviewByHand, WhatCannotBeBuiltCanBeChangedFromThere)
     StrikeKey(VK_RETURN);
     review = WaitFor(Shown::Review);
     EXPECT_EQ(LineOf(review), CString(L"This can be built. Nothing has been built yet."));
-    StrikeKey(VK_RETURN);
-    WaitFor(Shown::CompletePage);
-    StrikeKey(VK_RETURN);
-    EXPECT_EQ(WaitForEnd(), 0u);
+    BuildFromReview();
 }
 
 // The box behind the build said once more what had been read in the review.
@@ -231,10 +231,7 @@ TEST_F(ReviewByHand, ALineLeadsToItsTabOfAModifiedDeployment)
     EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_CONFIGURE_BACK)));
     StrikeKey('O', {VK_MENU});
     review = WaitFor(Shown::Review);
-    StrikeKey(VK_RETURN);
-    WaitFor(Shown::CompletePage);
-    StrikeKey(VK_RETURN);
-    EXPECT_EQ(WaitForEnd(), 0u);
+    BuildFromReview();
 }
 
 TEST_F(ReviewByHand, APlanByHandEndsBehindTheReviewWithTheFileAndNoDeployment)
