@@ -117,7 +117,9 @@ TEST_P(ListRefusals, WorkBeyondItsLimitEndsTheRunAtTheLimit)
     EXPECT_LT(GetTickCount64() - start, 10000u);
     ASSERT_TRUE(failure);
     EXPECT_EQ(failure->exitCode, static_cast<unsigned int>(SETUP_PAGE_OVERDUE));
-    EXPECT_EQ(failure->strCause.Find(AtLine(3, L"download", L"\"endless\": The page things didn't come in time. ")), 0)
+    EXPECT_EQ(
+        failure->strCause.Find(AtLine(3, L"download", L"\"endless\": The page things didn't come in time. ")),
+        0)
         << Utf8(failure->strCause);
     EXPECT_HOLDS(failure->strCause, L"waited 1 seconds, but the page is at work");
 }
